@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# Sets everything up and runs every test: the sanitizer build, a short fuzz
+# run of each reader, then the test suite of the normal build (last, so that
+# its summary closes the output).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+bash scripts/setup.sh
+
+echo "== sanitizer build (address, undefined behaviour)"
+bash scripts/build.sh build-asan -DSHEAFWORK_SANITIZE=ON
+(cd build-asan && ctest --output-on-failure -j2 >ctest.log 2>&1) || {
+  cat build-asan/ctest.log; echo "test: the sanitizer build failed its tests" >&2; exit 1; }
+grep -E "tests passed|tests failed" build-asan/ctest.log | sed 's/^/sanitizer build: /'
+
+echo "== fuzzing the readers"
+bash scripts/fuzz.sh "${SHEAFWORK_FUZZ_SECONDS:-20}"
+
+echo "== test suite"
+bash scripts/build.sh build
+cd build && ctest --output-on-failure -j2

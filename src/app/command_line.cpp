@@ -1,0 +1,165 @@
+#include "app/command_line.h"
+
+#include <CLI/CLI.hpp>
+
+#include "app/list_commands_cli.h"
+#include "app/version.h"
+#include "platform/program_folders.h"
+
+namespace sheafwork {
+namespace {
+
+constexpr const char* kDescription =
+    "Sheafwork : traçage en différé de listes de dessins CAO.\n"
+    "\n"
+    "Statut de sortie : 0 terminé ; 1 un tracé a échoué ou l'exécution s'est arrêtée\n"
+    "avant la fin ; 2 entrée inutilisable (arguments, fichier illisible ou incorrect).";
+
+constexpr const char* kFooter =
+    "Les fichiers listes (.qx3) sont en Windows-1252 avec des fins de ligne CR LF ;\n"
+    "les chemins des dessins y sont enregistrés en entier.\n"
+    "L'application de bureau, le traçage (plot) et l'essai de traçage (check)\n"
+    "ne sont pas encore disponibles dans cette version.";
+
+// Gives CLI11's help the program's language.
+void FrenchLabels(CLI::App& app) {
+  auto formatter = app.get_formatter();
+  formatter->label("Usage", "Utilisation");
+  formatter->label("OPTIONS", "OPTIONS");
+  formatter->label("Options", "Options");
+  formatter->label("Positionals", "Arguments");
+  formatter->label("SUBCOMMAND", "COMMANDE");
+  formatter->label("SUBCOMMANDS", "COMMANDES");
+  formatter->label("Subcommands", "Commandes");
+  formatter->label("REQUIRED", "OBLIGATOIRE");
+  formatter->label("TEXT", "TEXTE");
+  formatter->label("Excludes", "Exclut");
+  formatter->label("Needs", "Nécessite");
+  formatter->column_width(34);
+}
+
+CLI::App* AddSubcommand(CLI::App& parent, const std::string& name, const std::string& help) {
+  CLI::App* sub = parent.add_subcommand(name, help);
+  sub->set_help_flag("-h,--help", "Afficher cette aide et quitter");
+  return sub;
+}
+
+const std::map<std::string, bool> kOnOff = {{"on", true}, {"off", false}};
+const std::map<std::string, bool> kAppendMode = {{"append", true}, {"overwrite", false}};
+
+// An option whose value is one of the keys of `words`, stored as its meaning.
+void AddChoice(CLI::App* app, const std::string& name, std::optional<bool>& target,
+               const std::map<std::string, bool>& words, const std::string& help) {
+  app->add_option_function<std::string>(
+         name, [&target, &words](const std::string& v) { target = words.at(v); }, help)
+      ->check(CLI::IsMember(words));
+}
+
+void AddText(CLI::App* app, const std::string& name, std::optional<std::string>& target,
+             const std::string& help) {
+  app->add_option_function<std::string>(
+      name, [&target](const std::string& v) { target = v; }, help);
+}
+
+}  // namespace
+
+int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
+  return RunCommandLine(argc, argv, out, err, CommandEnvironment{UserDataFolder()});
+}
+
+int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::ostream& err,
+                   const CommandEnvironment& env) {
+  CLI::App app(kDescription, "sheafwork");
+  FrenchLabels(app);
+  app.set_help_flag("-h,--help", "Afficher cette aide et quitter");
+  app.set_version_flag("--version", std::string("sheafwork ") + SHEAFWORK_VERSION,
+                       "Afficher la version et quitter");
+  app.footer(kFooter);
+  app.require_subcommand(1);
+
+  CLI::App* list = AddSubcommand(app, "list", "Créer, modifier et afficher des fichiers listes");
+  list->require_subcommand(1);
+
+  ListShowOptions show;
+  CLI::App* showCmd = AddSubcommand(*list, "show", "Afficher un fichier liste tel qu'il est lu");
+  showCmd->add_option("LIST", show.list, "Fichier liste (.qx3)")->required();
+  showCmd->add_flag("--json", show.json, "Sortie JSON");
+
+  ListNewOptions created;
+  CLI::App* newCmd = AddSubcommand(
+      *list, "new", "Créer une liste avec les réglages par défaut et une ligne par dessin");
+  newCmd->add_option("LIST", created.list, "Fichier liste à créer")->required();
+  newCmd->add_option("DRAWING", created.drawings, "Dessins à ajouter");
+  newCmd->add_flag("--force", created.force, "Remplacer un fichier liste existant");
+
+  ListAddOptions added;
+  CLI::App* addCmd = AddSubcommand(
+      *list, "add",
+      "Ajouter des dessins à une liste (créée avec les réglages par défaut si elle n'existe pas)");
+  addCmd->add_option("LIST", added.list, "Fichier liste")->required();
+  addCmd->add_option("DRAWING", added.drawings, "Dessins à ajouter")->required();
+  EntryFieldOptions& f = added.fields;
+  AddText(addCmd, "--layout", f.layout, "Présentation (Layout)");
+  AddText(addCmd, "--setup", f.setup, "Mise en page (PlotSetup)");
+  AddText(addCmd, "--device", f.device, "Périphérique de traçage (PlotDevice)");
+  AddText(addCmd, "--layers", f.layers, "Calques : paires « nom 0|1 » (Layers)");
+  AddText(addCmd, "--area", f.area, "Aire de tracé (PlotArea)");
+  AddText(addCmd, "--scale", f.scale, "Echelle du tracé (PlotScale)");
+  addCmd->add_flag("--custom-scale", f.customScale, "Echelle personnalisée (ScaleCustom)");
+  addCmd->add_flag("--scale-lineweights", f.scaleLineweights,
+                   "Mettre à l'échelle les épaisseurs de ligne (ScaleLW)");
+  AddText(addCmd, "--plot-file", f.plotFile, "Tracer dans ce fichier (PlotFile)");
+
+  ListAppendOptions appended;
+  CLI::App* appendCmd =
+      AddSubcommand(*list, "append", "Ajouter à LIST les dessins d'un autre fichier liste");
+  appendCmd->add_option("LIST", appended.list, "Fichier liste à compléter")->required();
+  appendCmd->add_option("OTHER", appended.other, "Fichier liste à ajouter")->required();
+
+  ListSetOptions set;
+  CLI::App* setCmd = AddSubcommand(*list, "set", "Modifier les réglages de journalisation");
+  setCmd->add_option("LIST", set.list, "Fichier liste")->required();
+  AddChoice(setCmd, "--journal", set.journalOn, kOnOff, "Journal de traçage : on|off");
+  AddText(setCmd, "--journal-file", set.journalFile, "Nom du fichier journal");
+  AddText(setCmd, "--journal-header", set.journalHeader, "En-tête du journal");
+  AddText(setCmd, "--journal-comment", set.journalComment, "Commentaire du journal");
+  AddChoice(setCmd, "--journal-mode", set.journalAppend, kAppendMode,
+            "Journal : append (ajouter) ou overwrite (écraser)");
+  AddChoice(setCmd, "--error-log", set.errorOn, kOnOff, "Journal des erreurs : on|off");
+  AddText(setCmd, "--error-file", set.errorFile, "Nom du fichier journal des erreurs");
+  AddText(setCmd, "--error-header", set.errorHeader, "En-tête du journal des erreurs");
+  AddChoice(setCmd, "--error-mode", set.errorAppend, kAppendMode,
+            "Journal des erreurs : append (ajouter) ou overwrite (écraser)");
+
+  if (argc <= 1) {
+    err << "sheafwork: l'application de bureau n'est pas encore disponible dans cette version.\n"
+        << "Essayez « sheafwork --help »." << '\n';
+    return kExitBadInput;
+  }
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    out << app.help("", CLI::AppFormatMode::Normal);
+    return kExitOk;
+  } catch (const CLI::CallForAllHelp&) {
+    out << app.help("", CLI::AppFormatMode::All);
+    return kExitOk;
+  } catch (const CLI::CallForVersion& e) {
+    out << e.what() << '\n';
+    return kExitOk;
+  } catch (const CLI::ParseError& e) {
+    err << "sheafwork: arguments incorrects : " << e.what() << '\n'
+        << "Essayez « sheafwork --help »." << '\n';
+    return kExitBadInput;
+  }
+
+  const CommandIo io{out, err, env};
+  if (*showCmd) return RunListShow(show, io);
+  if (*newCmd) return RunListNew(created, io);
+  if (*addCmd) return RunListAdd(added, io);
+  if (*appendCmd) return RunListAppend(appended, io);
+  if (*setCmd) return RunListSet(set, io);
+  return kExitBadInput;
+}
+
+}  // namespace sheafwork

@@ -1,0 +1,156 @@
+#include "app/list_commands_cli.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "app/list_report.h"
+#include "batch/list_commands.h"
+#include "batch/list_file.h"
+#include "batch/session.h"
+#include "log/paths.h"
+#include "res/string_ids.h"
+#include "res/string_table.h"
+
+namespace sheafwork {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Lists hold full paths: a name given relative to the working folder is made
+// absolute.
+std::string FullPath(const std::string& name) {
+  std::error_code ec;
+  const fs::path full = fs::absolute(fs::path(name), ec);
+  return ec ? name : full.lexically_normal().string();
+}
+
+int Fail(const CommandIo& io, const std::string& file, const std::string& message) {
+  io.err << "sheafwork: " << file << ": " << message << '\n';
+  return kExitBadInput;
+}
+
+int FailWith(const CommandIo& io, const std::string& file, const ListFileResult& result) {
+  std::string message = LoadResourceText(MessageIdFor(result.status));
+  if (result.status == ListFileStatus::Malformed) {
+    message += " (ligne " + std::to_string(result.line) + ")";
+  }
+  if (!result.reason.empty()) message += " (" + result.reason + ")";
+  return Fail(io, file, message);
+}
+
+// Reads an existing list into `session`; false after reporting the failure.
+bool Load(Session& session, const std::string& path, const CommandIo& io, int& status) {
+  const ListFileResult result = ReadListFile(session, path, false);
+  if (result.ok()) return true;
+  status = FailWith(io, path, result);
+  return false;
+}
+
+int Save(Session& session, const std::string& path, const CommandIo& io) {
+  const ListFileResult result = WriteListFile(session, path);
+  if (!result.ok()) return FailWith(io, path, result);
+  return kExitOk;
+}
+
+// Appends a row for each drawing; false after reporting a path without a
+// folder or a file name.
+bool AddDrawings(Session& session, const std::vector<std::string>& drawings,
+                 const EntryFieldOptions& fields, const CommandIo& io, int& status) {
+  for (const std::string& drawing : drawings) {
+    BatchEntry* entry = AddDrawingToList(session, FullPath(drawing));
+    if (!entry) {
+      status = Fail(io, drawing, LoadResourceText(ids::kFileNameNotValid));
+      return false;
+    }
+    entry->Layout = fields.layout.value_or("");
+    entry->PlotSetup = fields.setup.value_or("");
+    entry->PlotDevice = fields.device.value_or("");
+    entry->Layers = fields.layers.value_or("");
+    entry->PlotArea = fields.area.value_or("");
+    entry->PlotScale = fields.scale.value_or("");
+    entry->PlotFile = fields.plotFile.value_or("");
+    entry->ScaleCustom = fields.customScale;
+    entry->ScaleLW = fields.scaleLineweights;
+  }
+  return true;
+}
+
+bool ValidListName(const std::string& path, const CommandIo& io, int& status) {
+  if (IsValidFileName(path)) return true;
+  status = Fail(io, path, LoadResourceText(ids::kFileNameNotValid));
+  return false;
+}
+
+}  // namespace
+
+int RunListShow(const ListShowOptions& options, const CommandIo& io) {
+  Session session(io.env.defaultLogFolder);
+  int status = kExitOk;
+  if (!Load(session, options.list, io, status)) return status;
+  io.out << (options.json ? ListToJson(session) : ListToText(session));
+  io.out.flush();
+  return io.out ? kExitOk : kExitFailed;
+}
+
+int RunListNew(const ListNewOptions& options, const CommandIo& io) {
+  const std::string path = FullPath(options.list);
+  int status = kExitOk;
+  if (!ValidListName(path, io, status)) return status;
+  if (options.drawings.empty()) return Fail(io, path, LoadResourceText(ids::kEmptyList));
+  std::error_code ec;
+  if (!options.force && fs::exists(path, ec)) {
+    return Fail(io, path, "le fichier existe déjà ; --force le remplace");
+  }
+  Session session(io.env.defaultLogFolder);
+  if (!AddDrawings(session, options.drawings, {}, io, status)) return status;
+  return Save(session, path, io);
+}
+
+int RunListAdd(const ListAddOptions& options, const CommandIo& io) {
+  const std::string path = FullPath(options.list);
+  int status = kExitOk;
+  if (!ValidListName(path, io, status)) return status;
+  Session session(io.env.defaultLogFolder);
+  std::error_code ec;
+  if (fs::exists(path, ec) && !Load(session, path, io, status)) return status;
+  if (!AddDrawings(session, options.drawings, options.fields, io, status)) return status;
+  return Save(session, path, io);
+}
+
+int RunListAppend(const ListAppendOptions& options, const CommandIo& io) {
+  const std::string path = FullPath(options.list);
+  Session session(io.env.defaultLogFolder);
+  int status = kExitOk;
+  if (!Load(session, path, io, status)) return status;
+  const ListFileResult appended = ReadListFile(session, options.other, true);
+  if (!appended.ok()) return FailWith(io, options.other, appended);
+  return Save(session, path, io);
+}
+
+int RunListSet(const ListSetOptions& options, const CommandIo& io) {
+  const std::string path = FullPath(options.list);
+  Session session(io.env.defaultLogFolder);
+  int status = kExitOk;
+  if (!Load(session, path, io, status)) return status;
+  LogSettings& log = session.Log;
+  if (options.journalOn) log.JournalLogOn = *options.journalOn;
+  if (options.journalFile) log.JournalLogFileName = *options.journalFile;
+  if (options.journalHeader) log.JournalHeader = *options.journalHeader;
+  if (options.journalComment) log.JournalUserComment = *options.journalComment;
+  if (options.journalAppend) log.JournalAppend = *options.journalAppend;
+  if (options.errorOn) log.ErrorLogOn = *options.errorOn;
+  if (options.errorFile) log.ErrorLogFileName = *options.errorFile;
+  if (options.errorHeader) log.ErrorHeader = *options.errorHeader;
+  if (options.errorAppend) log.ErrorAppend = *options.errorAppend;
+  // The same checks as the logging dialog: a name is tested only when its log
+  // is on, the journal's first.
+  if (log.JournalLogOn && !IsValidFileName(log.JournalLogFileName)) {
+    return Fail(io, path, LoadResourceText(ids::kJournalNameNotValid));
+  }
+  if (log.ErrorLogOn && !IsValidFileName(log.ErrorLogFileName)) {
+    return Fail(io, path, LoadResourceText(ids::kErrorLogNameNotValid));
+  }
+  return Save(session, path, io);
+}
+
+}  // namespace sheafwork

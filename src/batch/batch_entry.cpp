@@ -1,0 +1,7 @@
+#include "batch/batch_entry.h"
+
+namespace sheafwork {
+
+void ClearBatchEntry(BatchEntry& entry) { entry = BatchEntry{}; }
+
+}  // namespace sheafwork

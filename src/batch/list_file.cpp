@@ -1,0 +1,372 @@
+#include "batch/list_file.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <limits>
+#include <system_error>
+
+#include "batch/list_line.h"
+#include "batch/session.h"
+#include "res/string_ids.h"
+#include "text/strings.h"
+#include "text/windows1252.h"
+
+namespace sheafwork {
+namespace {
+
+constexpr std::string_view kEntryPrefix = "DWG#";
+
+// The keys of the header, in the order they are written.
+constexpr std::string_view kFileName = "BATCH FILE NAME";
+constexpr std::string_view kJournalOn = "BATCH JOURNAL LOG ON?";
+constexpr std::string_view kJournalFile = "BATCH JOURNAL LOG FILENAME";
+constexpr std::string_view kJournalHeader = "BATCH JOURNAL HEADER";
+constexpr std::string_view kJournalComment = "BATCH JOURNAL USER COMMENT";
+constexpr std::string_view kJournalAppend = "BATCH JOURNAL APPEND?";
+constexpr std::string_view kErrorOn = "BATCH ERROR LOG ON?";
+constexpr std::string_view kErrorFile = "BATCH ERROR LOG FILENAME";
+constexpr std::string_view kErrorHeader = "BATCH ERROR HEADER";
+constexpr std::string_view kErrorAppend = "BATCH ERROR APPEND?";
+constexpr std::string_view kNumFiles = "BATCH NUM FILES";
+constexpr std::string_view kWinSize = "BATCH WIN SIZE";
+
+// The fields of an entry line, after "DWG#<n>", in the order they are written.
+enum class Field {
+  FileName,
+  Layout,
+  PlotSetup,
+  PlotDevice,
+  Layers,
+  PlotArea,
+  PlotScale,
+  ScaleCustom,
+  ScaleLW,
+  PlotFile,
+};
+struct FieldName {
+  std::string_view name;
+  Field field;
+};
+constexpr FieldName kFields[] = {
+    {"FILENAME", Field::FileName},   {"LAYOUT", Field::Layout},
+    {"PLOTSETUP", Field::PlotSetup}, {"PLOTDEVICE", Field::PlotDevice},
+    {"LAYERS", Field::Layers},       {"PLOTAREA", Field::PlotArea},
+    {"PLOTSCALE", Field::PlotScale}, {"SCALECUSTOM", Field::ScaleCustom},
+    {"SCALELW", Field::ScaleLW},     {"PLOTFILE", Field::PlotFile},
+};
+
+std::string* TextField(BatchEntry& e, Field f) {
+  switch (f) {
+    case Field::FileName:
+      return &e.FileName;
+    case Field::Layout:
+      return &e.Layout;
+    case Field::PlotSetup:
+      return &e.PlotSetup;
+    case Field::PlotDevice:
+      return &e.PlotDevice;
+    case Field::Layers:
+      return &e.Layers;
+    case Field::PlotArea:
+      return &e.PlotArea;
+    case Field::PlotScale:
+      return &e.PlotScale;
+    case Field::PlotFile:
+      return &e.PlotFile;
+    case Field::ScaleCustom:
+    case Field::ScaleLW:
+      return nullptr;
+  }
+  return nullptr;
+}
+
+// Splits the file into lines at CR LF, LF or CR.
+class LineReader {
+ public:
+  explicit LineReader(std::string_view text) : text_(text) {}
+  bool Next(std::string_view& line) {
+    if (pos_ >= text_.size()) return false;
+    const auto end = text_.find_first_of("\r\n", pos_);
+    line = text_.substr(pos_, end == std::string_view::npos ? std::string_view::npos : end - pos_);
+    pos_ = end == std::string_view::npos ? text_.size() : end + 1;
+    if (end != std::string_view::npos && text_[end] == '\r' && pos_ < text_.size() &&
+        text_[pos_] == '\n') {
+      ++pos_;
+    }
+    ++number_;
+    return true;
+  }
+  int number() const { return number_; }
+
+ private:
+  std::string_view text_;
+  std::size_t pos_ = 0;
+  int number_ = 0;
+};
+
+// Puts the "width,height" of a list into the host window; any failure is
+// ignored. Without a host the text is remembered for the next save.
+void ApplyWinSize(Session& session, const std::string& value) {
+  if (!session.Host) {
+    session.WinSize = value;
+    return;
+  }
+  const auto comma = value.find(',');
+  if (comma == std::string::npos) return;
+  try {
+    const long width = std::stol(value.substr(0, comma));
+    const long height = std::stol(value.substr(comma + 1));
+    session.Host->SetWidth(static_cast<std::int32_t>(width));
+    session.Host->SetHeight(static_cast<std::int32_t>(height));
+  } catch (...) {
+    // A size the host refuses, or one that is not a number, keeps the window.
+  }
+}
+
+std::string CurrentWinSize(Session& session) {
+  if (!session.Host) return session.WinSize;
+  const auto toInt16 = [](std::int32_t v) {
+    if (v < std::numeric_limits<std::int16_t>::min() ||
+        v > std::numeric_limits<std::int16_t>::max()) {
+      throw std::range_error("window size out of range");
+    }
+    return std::to_string(v);
+  };
+  return toInt16(session.Host->Width()) + "," + toInt16(session.Host->Height());
+}
+
+bool ReadWholeFile(const std::string& path, std::string& bytes, std::string& reason) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) {
+    reason = std::strerror(errno);
+    return false;
+  }
+  bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+  if (in.bad()) {
+    reason = std::strerror(errno);
+    return false;
+  }
+  return true;
+}
+
+// Applies one key and value to the session; false when the value has the
+// wrong type.
+class ListReader {
+ public:
+  ListReader(Session& session, bool append)
+      : session_(session), append_(append), base_(append ? session.List.EntryCount() : 0) {}
+
+  bool Apply(const ListLine& line) {
+    const std::string& key = line.key;
+    const ListValue& value = line.value;
+    if (StartsWithIgnoreCase(key, kEntryPrefix)) return ApplyEntryLine(key, value);
+    if (EqualsIgnoreCase(key, kNumFiles)) {
+      const auto count = ValueAsInteger(value);
+      if (!count || *count < 0 || base_ + *count > BatchList::kMaxEntries) return false;
+      session_.List.Resize(base_ + *count);
+      return true;
+    }
+    if (EqualsIgnoreCase(key, kWinSize)) {
+      ApplyWinSize(session_, ValueAsText(value));
+      return true;
+    }
+    LogSettings& log = session_.Log;
+    const struct {
+      std::string_view key;
+      std::string* text;
+      bool* flag;
+    } header[] = {
+        {kFileName, &session_.ListName, nullptr},
+        {kJournalOn, nullptr, &log.JournalLogOn},
+        {kJournalFile, &log.JournalLogFileName, nullptr},
+        {kJournalHeader, &log.JournalHeader, nullptr},
+        {kJournalComment, &log.JournalUserComment, nullptr},
+        {kJournalAppend, nullptr, &log.JournalAppend},
+        {kErrorOn, nullptr, &log.ErrorLogOn},
+        {kErrorFile, &log.ErrorLogFileName, nullptr},
+        {kErrorHeader, &log.ErrorHeader, nullptr},
+        {kErrorAppend, nullptr, &log.ErrorAppend},
+    };
+    for (const auto& h : header) {
+      if (!EqualsIgnoreCase(key, h.key)) continue;
+      if (append_) return true;
+      return h.text ? StoreText(*h.text, value) : StoreFlag(*h.flag, value);
+    }
+    return true;  // an unknown key is skipped
+  }
+
+ private:
+  static bool StoreText(std::string& target, const ListValue& value) {
+    target = ValueAsText(value);
+    return true;
+  }
+  static bool StoreFlag(bool& target, const ListValue& value) {
+    const auto flag = ValueAsBoolean(value);
+    if (!flag) return false;
+    target = *flag;
+    return true;
+  }
+
+  bool ApplyEntryLine(std::string_view key, const ListValue& value) {
+    std::string_view rest = key.substr(kEntryPrefix.size());
+    long number = 0;
+    std::size_t digits = 0;
+    while (digits < rest.size() && rest[digits] >= '0' && rest[digits] <= '9') {
+      number = std::min<long>(number * 10 + (rest[digits] - '0'), 1000000);
+      ++digits;
+    }
+    // Without a number the line names no entry and is skipped.
+    if (digits == 0 || number == 0) return true;
+    number += base_;
+    if (number > BatchList::kMaxEntries) return false;
+    if (number > session_.List.EntryCount()) session_.List.Resize(static_cast<int>(number));
+    const std::string_view fieldName = rest.substr(digits);
+    BatchEntry& entry = session_.List.Entry(static_cast<int>(number));
+    for (const auto& f : kFields) {
+      if (!EqualsIgnoreCase(fieldName, f.name)) continue;
+      if (f.field == Field::ScaleCustom) return StoreFlag(entry.ScaleCustom, value);
+      if (f.field == Field::ScaleLW) return StoreFlag(entry.ScaleLW, value);
+      return StoreText(*TextField(entry, f.field), value);
+    }
+    return true;
+  }
+
+  Session& session_;
+  bool append_;
+  int base_;
+};
+
+}  // namespace
+
+int MessageIdFor(ListFileStatus status) {
+  switch (status) {
+    case ListFileStatus::Done:
+      return 0;
+    case ListFileStatus::WrongFirstLine:
+      return ids::kListFileNotValid;
+    case ListFileStatus::Malformed:
+    case ListFileStatus::CannotOpen:
+      return ids::kListFileLoadProblem;
+    case ListFileStatus::CannotWrite:
+      return ids::kListFileSaveProblem;
+    case ListFileStatus::EmptyList:
+      return ids::kEmptyList;
+  }
+  return 0;
+}
+
+ListFileResult ReadListFile(Session& session, const std::string& path, bool append) {
+  ListFileResult result;
+  std::string bytes;
+  if (!ReadWholeFile(path, bytes, result.reason)) {
+    result.status = ListFileStatus::CannotOpen;
+    return result;
+  }
+  std::string_view raw = bytes;
+  constexpr std::string_view kUtf8Bom = "\xEF\xBB\xBF";
+  if (raw.starts_with(kUtf8Bom)) raw.remove_prefix(kUtf8Bom.size());
+  const std::string text = IsValidUtf8(raw) ? std::string(raw) : Windows1252ToUtf8(raw);
+
+  LineReader lines(text);
+  std::string_view line;
+  if (!lines.Next(line) ||
+      !(EqualsIgnoreCase(line, kListFileMagic) || EqualsIgnoreCase(line, kListFileMagicR15))) {
+    result.status = ListFileStatus::WrongFirstLine;
+    result.line = 1;
+    return result;
+  }
+  if (!append) session.ResetLogSettings();
+
+  ListReader reader(session, append);
+  while (lines.Next(line)) {
+    if (line.find_first_not_of(" \t") == std::string_view::npos) continue;
+    const auto parsed = ParseListLine(line);
+    if (!parsed || !reader.Apply(*parsed)) {
+      result.status = ListFileStatus::Malformed;
+      result.line = lines.number();
+      return result;
+    }
+  }
+  return result;
+}
+
+std::string FormatListFile(const Session& session, const std::string& path,
+                           const std::string& winSize) {
+  const LogSettings& log = session.Log;
+  std::string text;
+  const auto add = [&text](const std::string& line) { text.append(line).append("\r\n"); };
+  text.append(kListFileMagic).append("\r\n");
+  add(FormatListLine(kFileName, path));
+  add(FormatListLine(kJournalOn, log.JournalLogOn));
+  add(FormatListLine(kJournalFile, log.JournalLogFileName));
+  add(FormatListLine(kJournalHeader, log.JournalHeader));
+  add(FormatListLine(kJournalComment, log.JournalUserComment));
+  add(FormatListLine(kJournalAppend, log.JournalAppend));
+  add(FormatListLine(kErrorOn, log.ErrorLogOn));
+  add(FormatListLine(kErrorFile, log.ErrorLogFileName));
+  add(FormatListLine(kErrorHeader, log.ErrorHeader));
+  add(FormatListLine(kErrorAppend, log.ErrorAppend));
+  add(FormatListLine(kNumFiles, static_cast<int>(session.List.EntryCount())));
+  add(FormatListLine(kWinSize, winSize));
+  int n = 0;
+  for (const BatchEntry& e : session.List) {
+    const std::string prefix = std::string(kEntryPrefix) + std::to_string(++n);
+    add(FormatListLine(prefix + "FILENAME", e.FileName));
+    add(FormatListLine(prefix + "LAYOUT", e.Layout));
+    add(FormatListLine(prefix + "PLOTSETUP", e.PlotSetup));
+    add(FormatListLine(prefix + "PLOTDEVICE", e.PlotDevice));
+    add(FormatListLine(prefix + "LAYERS", e.Layers));
+    add(FormatListLine(prefix + "PLOTAREA", e.PlotArea));
+    add(FormatListLine(prefix + "PLOTSCALE", e.PlotScale));
+    add(FormatListLine(prefix + "SCALECUSTOM", e.ScaleCustom));
+    add(FormatListLine(prefix + "SCALELW", e.ScaleLW));
+    add(FormatListLine(prefix + "PLOTFILE", e.PlotFile));
+  }
+  return Utf8ToWindows1252(text).bytes;
+}
+
+ListFileResult WriteListFile(Session& session, const std::string& path) {
+  ListFileResult result;
+  if (session.List.Empty()) {
+    result.status = ListFileStatus::EmptyList;
+    return result;
+  }
+  session.ListName = path;
+
+  namespace fs = std::filesystem;
+  const fs::path target(path);
+  fs::path temp = target;
+  temp += ".sheafwork-tmp";
+  const auto fail = [&](std::string reason) {
+    std::error_code ignored;
+    fs::remove(temp, ignored);
+    result.status = ListFileStatus::CannotWrite;
+    result.reason = std::move(reason);
+    return result;
+  };
+  std::string bytes;
+  try {
+    bytes = FormatListFile(session, path, CurrentWinSize(session));
+  } catch (const std::exception& e) {
+    return fail(e.what());
+  }
+  {
+    std::ofstream out(temp, std::ios::binary | std::ios::trunc);
+    if (!out) return fail(std::strerror(errno));
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    out.flush();
+    if (!out) return fail(std::strerror(errno));
+  }
+  std::error_code ec;
+  fs::rename(temp, target, ec);
+  if (ec) return fail(ec.message());
+
+  session.ListModified = false;
+  session.Caption = Session::CaptionFor(path);
+  return result;
+}
+
+}  // namespace sheafwork

@@ -1,0 +1,124 @@
+#include "log/log_file.h"
+
+#include <cerrno>
+#include <system_error>
+
+#ifdef _WIN32
+#include <filesystem>
+#endif
+
+#include "res/string_ids.h"
+#include "res/string_table.h"
+#include "text/windows1252.h"
+
+namespace sheafwork {
+
+namespace {
+
+struct FileCloser {
+  void operator()(std::FILE* f) const { std::fclose(f); }
+};
+
+// Opens a file named in UTF-8; `append` picks "ab", otherwise "wb".
+std::FILE* OpenFile(const std::string& path, bool append) {
+#ifdef _WIN32
+  std::wstring wide;
+  try {
+    wide = std::filesystem::path(std::u8string(path.begin(), path.end())).wstring();
+  } catch (const std::exception&) {
+    errno = EINVAL;
+    return nullptr;
+  }
+  return _wfopen(wide.c_str(), append ? L"ab" : L"wb");
+#else
+  return std::fopen(path.c_str(), append ? "ab" : "wb");
+#endif
+}
+
+// The bytes of one log line: the text in Windows-1252 and CR LF.
+std::string LineBytes(std::string_view text) {
+  std::string bytes = Utf8ToWindows1252(text).bytes;
+  bytes += "\r\n";
+  return bytes;
+}
+
+// Writes and flushes; false when any part of it failed.
+bool WriteAndFlush(std::FILE* file, const std::string& bytes) {
+  return std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() && std::fflush(file) == 0;
+}
+
+}  // namespace
+
+void LogFile::Closer::operator()(std::FILE* f) const { FileCloser()(f); }
+
+LogFile::~LogFile() = default;
+
+bool LogFile::Open(const std::string& path, bool append) {
+  file_.reset();
+  file_.reset(OpenFile(path, append));
+  return IsOpen();
+}
+
+bool LogFile::WriteLogLine(std::string_view text) {
+  if (!file_) return true;
+  if (WriteAndFlush(file_.get(), LineBytes(text))) return true;
+  file_.reset();  // closes; an error of the close changes nothing now
+  return false;
+}
+
+bool LogFile::Close() {
+  if (!file_) return true;
+  return std::fclose(file_.release()) == 0;
+}
+
+void WriteJournalLine(LogFile& journal, LogFile& errorLog, std::string_view text) {
+  if (!journal.WriteLogLine(text) && errorLog.IsOpen()) {
+    errorLog.WriteLogLine(LoadResourceText(ids::kJournalWriteProblem));
+  }
+}
+
+void OpenLogFiles(const LogSettings& settings, RunLogs& logs) {
+  logs.journal.Close();
+  logs.errorLog.Close();
+
+  if (!settings.ErrorLogFileName.empty() && settings.ErrorLogOn &&
+      logs.errorLog.Open(settings.ErrorLogFileName, settings.ErrorAppend)) {
+    logs.errorLog.WriteLogLine(settings.ErrorHeader);
+  }
+
+  if (settings.JournalLogFileName.empty() || !settings.JournalLogOn) return;
+  if (logs.journal.Open(settings.JournalLogFileName, settings.JournalAppend)) {
+    WriteJournalLine(logs.journal, logs.errorLog, settings.JournalHeader);
+    WriteJournalLine(logs.journal, logs.errorLog, settings.JournalUserComment);
+  } else {
+    logs.errorLog.WriteLogLine(LoadResourceText(ids::kJournalNotAccessible) +
+                               settings.JournalLogFileName);
+  }
+}
+
+void CloseLogFiles(const LogSettings& settings, RunLogs& logs) {
+  if (logs.journal.IsOpen() && !logs.journal.Close()) {
+    logs.errorLog.WriteLogLine(LoadResourceText(ids::kJournalNotAccessible) +
+                               settings.JournalLogFileName);
+  }
+  logs.errorLog.Close();
+}
+
+bool AppendLogLine(const std::string& path, std::string_view text, std::string& error) {
+  const auto fail = [&error](int code) {
+    error = std::generic_category().message(code != 0 ? code : EIO);
+    return false;
+  };
+  errno = 0;
+  std::unique_ptr<std::FILE, FileCloser> file(OpenFile(path, true));
+  if (!file) return fail(errno);
+  if (!WriteAndFlush(file.get(), LineBytes(text))) {
+    const int code = errno;
+    file.reset();
+    return fail(code);
+  }
+  if (std::fclose(file.release()) != 0) return fail(errno);
+  return true;
+}
+
+}  // namespace sheafwork

@@ -1,0 +1,68 @@
+#include "log/paths.h"
+
+#include <cstddef>
+
+#include "text/strings.h"
+#include "text/utf8.h"
+
+namespace sheafwork {
+
+namespace {
+
+// The folder separators FileNameFromPath and FolderFromPath know. All of them
+// are ASCII, so a byte search never splits a UTF-8 character.
+std::string_view FolderSeparators(PathStyle style) {
+  return style == PathStyle::Windows ? std::string_view("\\:") : std::string_view("/");
+}
+
+// Number of characters of `s`; a malformed byte counts as one character.
+std::size_t CountChars(std::string_view s) {
+  std::size_t count = 0;
+  for (std::size_t pos = 0; pos < s.size(); pos += DecodeUtf8(s, pos).length) ++count;
+  return count;
+}
+
+}  // namespace
+
+std::string FileNameFromPath(std::string_view path, PathStyle style) {
+  const std::string_view s = TrimSpaces(path);
+  const std::size_t sep = s.find_last_of(FolderSeparators(style));
+  if (sep == std::string_view::npos) return std::string(s);
+  return std::string(s.substr(sep + 1));
+}
+
+std::string FolderFromPath(std::string_view path, PathStyle style) {
+  const std::string_view s = TrimSpaces(path);
+  const std::size_t sep = s.find_last_of(FolderSeparators(style));
+  // No separator, or one that ends the path: there is no folder part.
+  if (sep == std::string_view::npos || sep + 1 == s.size()) return {};
+  return std::string(s.substr(0, sep + 1));
+}
+
+std::string StripExtension(std::string_view name) {
+  for (std::size_t i = name.size(); i-- > 0;) {
+    const char c = name[i];
+    if (c == '.') return std::string(name.substr(0, i));
+    if (c == '/' || c == '\\') break;
+  }
+  return std::string(TrimSpaces(name));
+}
+
+bool IsValidFileName(std::string_view name, PathStyle style) {
+  const std::string_view s = TrimSpaces(name);
+  if (s.find('?') != std::string_view::npos) return false;
+  if (style == PathStyle::Windows) {
+    // Only the first colon is looked at: it must be a drive's, the second
+    // character of the name.
+    const std::size_t colon = s.find(':');
+    if (colon != std::string_view::npos && CountChars(s.substr(0, colon)) != 1) return false;
+  }
+  if (s.find_first_of("*<>|") != std::string_view::npos) return false;
+  const std::size_t length = CountChars(s);
+  if (length == 0 || length > 255) return false;
+  return s.back() != '/' && s.back() != '\\';
+}
+
+char FolderSeparator(PathStyle style) { return style == PathStyle::Windows ? '\\' : '/'; }
+
+}  // namespace sheafwork

@@ -1,0 +1,63 @@
+#pragma once
+// File-name and path helpers. They work on the text of a path only, except
+// GetFileStatus. Their exact rules decide what the dialogs accept and what the
+// list shows, and they differ from each other on purpose in which separators
+// they know.
+//
+// Windows rules: "\" separates folders and ":" ends a drive. POSIX rules: "/"
+// takes the role of "\" and ":" is not a separator. Where a rule names both
+// "/" and "\", both count on every system.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace sheafwork {
+
+enum class PathStyle {
+  Windows,
+  Posix,
+#ifdef _WIN32
+  Native = Windows,
+#else
+  Native = Posix,
+#endif
+};
+
+/// The part after the last folder separator of the trimmed path (Windows: "\"
+/// or ":"; POSIX: "/"); empty when the path ends with one; the whole trimmed
+/// path when it has none.
+std::string FileNameFromPath(std::string_view path, PathStyle style = PathStyle::Native);
+
+/// The folder part of the trimmed path with its trailing separator; empty when
+/// the path has no separator, and also when it ends with one.
+std::string FolderFromPath(std::string_view path, PathStyle style = PathStyle::Native);
+
+/// The name without its last extension. Scans from the end for "." and stops
+/// at "/" or "\" (a colon does not stop it). A name with an extension comes
+/// back untrimmed; one without comes back trimmed; ".dwg" gives "".
+std::string StripExtension(std::string_view name);
+
+/// Codes of GetFileStatus.
+enum FileStatus : std::int16_t {
+  kFileNotFound = 0,
+  kFileFound = 1,
+  kDiskNotReady = 2,
+  kDeviceUnavailable = 3,
+  kFileStatusError = 4,
+};
+
+/// Whether an ordinary file (not a folder, not hidden) matches `path`; the last
+/// component may hold the wildcards "*" and "?". Callers test for kFileFound.
+std::int16_t GetFileStatus(std::string_view path);
+
+/// Whether a name the user typed may be used as a file name: trimmed, it is
+/// 1 to 255 characters long, holds none of ? * < > |, does not end with "/"
+/// or "\", and (Windows rules) holds no ":" other than a drive's second
+/// character.
+bool IsValidFileName(std::string_view name, PathStyle style = PathStyle::Native);
+
+/// The folder separator of a style: "\" or "/".
+char FolderSeparator(PathStyle style = PathStyle::Native);
+
+}  // namespace sheafwork

@@ -1,0 +1,14 @@
+#pragma once
+// Where the program reads its shipped files from and writes its own files to.
+
+#include <string>
+
+namespace sheafwork {
+
+/// The per-user folder for the files the program writes by default (the two
+/// logs, the scratch drawing): $XDG_DATA_HOME/sheafwork, else
+/// ~/.local/share/sheafwork. Only the name: whoever writes there first
+/// creates it.
+std::string UserDataFolder();
+
+}  // namespace sheafwork

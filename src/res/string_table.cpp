@@ -1,0 +1,81 @@
+#include "res/string_table.h"
+
+#include <charconv>
+#include <map>
+#include <set>
+
+extern const unsigned char kStringTableText[];
+extern const std::size_t kStringTableText_size;
+
+namespace sheafwork {
+namespace {
+
+const std::map<int, std::string>& Table() {
+  static const std::map<int, std::string> table = [] {
+    std::map<int, std::string> rows;
+    const std::string_view text(reinterpret_cast<const char*>(kStringTableText),
+                                kStringTableText_size);
+    for (auto& [id, value] : ParseStringTable(text)) rows.emplace(id, std::move(value));
+    return rows;
+  }();
+  return table;
+}
+
+}  // namespace
+
+UnknownStringId::UnknownStringId(int id)
+    : std::logic_error("no text with id " + std::to_string(id) + " in the string table"), id_(id) {}
+
+std::string LoadResourceText(int id) {
+  const auto& table = Table();
+  const auto it = table.find(id);
+  if (it == table.end()) throw UnknownStringId(id);
+  return it->second;
+}
+
+std::vector<std::pair<int, std::string>> ParseStringTable(std::string_view text) {
+  std::vector<std::pair<int, std::string>> rows;
+  std::set<int> seen;
+  int lineNumber = 0;
+  while (!text.empty()) {
+    ++lineNumber;
+    const auto eol = text.find('\n');
+    std::string_view line = text.substr(0, eol);
+    text = eol == std::string_view::npos ? std::string_view{} : text.substr(eol + 1);
+    if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+    if (line.empty() || line.front() == '#') continue;
+
+    auto fail = [&](const char* what) {
+      throw StringTableError("string table line " + std::to_string(lineNumber) + ": " + what);
+    };
+    int id = 0;
+    const auto [end, ec] = std::from_chars(line.data(), line.data() + line.size(), id);
+    if (ec != std::errc{} || end == line.data()) fail("expected an id");
+    const auto open = line.find('"');
+    const auto close = line.rfind('"');
+    if (open == std::string_view::npos || close == open) fail("expected a text between quotes");
+    if (line.substr(end - line.data(), open - (end - line.data())).find_first_not_of(' ') !=
+        std::string_view::npos) {
+      fail("expected a blank between the id and the text");
+    }
+    if (!seen.insert(id).second) fail("id given twice");
+    rows.emplace_back(id, std::string(line.substr(open + 1, close - open - 1)));
+  }
+  return rows;
+}
+
+std::vector<std::pair<std::string, std::string>> SplitFilter(std::string_view filter) {
+  std::vector<std::string> parts;
+  std::size_t start = 0;
+  while (true) {
+    const auto bar = filter.find('|', start);
+    parts.emplace_back(filter.substr(start, bar - start));
+    if (bar == std::string_view::npos) break;
+    start = bar + 1;
+  }
+  std::vector<std::pair<std::string, std::string>> pairs;
+  for (std::size_t i = 0; i + 1 < parts.size(); i += 2) pairs.emplace_back(parts[i], parts[i + 1]);
+  return pairs;
+}
+
+}  // namespace sheafwork
