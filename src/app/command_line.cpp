@@ -1,6 +1,7 @@
 #include "app/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <regex>
 
 #include "app/list_commands_cli.h"
 #include "app/version.h"
@@ -13,7 +14,7 @@ constexpr const char* kDescription =
     "Sheafwork : traçage en différé de listes de dessins CAO.\n"
     "\n"
     "Statut de sortie : 0 terminé ; 1 un tracé a échoué ou l'exécution s'est arrêtée\n"
-    "avant la fin ; 2 entrée inutilisable (arguments, fichier illisible ou incorrect).";
+    "avant la fin ; 2 entrée inutilisable (arguments, fichier illisible ou incorrect).\n";
 
 constexpr const char* kFooter =
     "Les fichiers listes (.qx3) sont en Windows-1252 avec des fins de ligne CR LF ;\n"
@@ -35,11 +36,12 @@ void FrenchLabels(CLI::App& app) {
   formatter->label("TEXT", "TEXTE");
   formatter->label("Excludes", "Exclut");
   formatter->label("Needs", "Nécessite");
-  formatter->column_width(34);
+  formatter->column_width(36);
 }
 
 CLI::App* AddSubcommand(CLI::App& parent, const std::string& name, const std::string& help) {
   CLI::App* sub = parent.add_subcommand(name, help);
+  sub->group("Commandes");
   sub->set_help_flag("-h,--help", "Afficher cette aide et quitter");
   return sub;
 }
@@ -52,13 +54,36 @@ void AddChoice(CLI::App* app, const std::string& name, std::optional<bool>& targ
                const std::map<std::string, bool>& words, const std::string& help) {
   app->add_option_function<std::string>(
          name, [&target, &words](const std::string& v) { target = words.at(v); }, help)
-      ->check(CLI::IsMember(words));
+      ->check(CLI::IsMember(words).description(""))
+      ->type_name(words.begin()->first + "|" + std::next(words.begin())->first);
 }
 
 void AddText(CLI::App* app, const std::string& name, std::optional<std::string>& target,
              const std::string& help) {
   app->add_option_function<std::string>(
       name, [&target](const std::string& v) { target = v; }, help);
+}
+
+// Says in French what the argument parser found wrong; a message it does not
+// know is passed on as it stands.
+std::string DescribeParseError(const std::string& message) {
+  static const std::pair<std::regex, const char*> kPatterns[] = {
+      {std::regex("A subcommand is required"), "une commande est attendue"},
+      {std::regex("(.*) is required"), "$1 est obligatoire"},
+      {std::regex("The following arguments? (?:was|were) not expected: (.*)"),
+       "argument inattendu : $1"},
+      {std::regex(R"((.*): (.*) not in \{(.*)\})"), "$1 : « $2 » n'est pas une valeur possible ($3)"},
+      {std::regex("(.*): [0-9]+ required .* missing"), "$1 : valeur manquante"},
+  };
+  for (const auto& [pattern, french] : kPatterns) {
+    if (std::regex_match(message, pattern)) return std::regex_replace(message, pattern, french);
+  }
+  return "arguments incorrects : " + message;
+}
+
+void PrintHelp(std::ostream& out, const std::string& help) {
+  out << help;
+  if (!help.empty() && help.back() != '\n') out << '\n';
 }
 
 }  // namespace
@@ -74,7 +99,6 @@ int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
   app.set_help_flag("-h,--help", "Afficher cette aide et quitter");
   app.set_version_flag("--version", std::string("sheafwork ") + SHEAFWORK_VERSION,
                        "Afficher la version et quitter");
-  app.footer(kFooter);
   app.require_subcommand(1);
 
   CLI::App* list = AddSubcommand(app, "list", "Créer, modifier et afficher des fichiers listes");
@@ -131,6 +155,8 @@ int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
   AddChoice(setCmd, "--error-mode", set.errorAppend, kAppendMode,
             "Journal des erreurs : append (ajouter) ou overwrite (écraser)");
 
+  app.footer(kFooter);  // after the subcommands, which would inherit it
+
   if (argc <= 1) {
     err << "sheafwork: l'application de bureau n'est pas encore disponible dans cette version.\n"
         << "Essayez « sheafwork --help »." << '\n';
@@ -139,26 +165,31 @@ int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {
-    out << app.help("", CLI::AppFormatMode::Normal);
+    PrintHelp(out, app.help("", CLI::AppFormatMode::Normal));
     return kExitOk;
   } catch (const CLI::CallForAllHelp&) {
-    out << app.help("", CLI::AppFormatMode::All);
+    PrintHelp(out, app.help("", CLI::AppFormatMode::All));
     return kExitOk;
   } catch (const CLI::CallForVersion& e) {
     out << e.what() << '\n';
     return kExitOk;
   } catch (const CLI::ParseError& e) {
-    err << "sheafwork: arguments incorrects : " << e.what() << '\n'
+    err << "sheafwork: " << DescribeParseError(e.what()) << '\n'
         << "Essayez « sheafwork --help »." << '\n';
     return kExitBadInput;
   }
 
   const CommandIo io{out, err, env};
-  if (*showCmd) return RunListShow(show, io);
-  if (*newCmd) return RunListNew(created, io);
-  if (*addCmd) return RunListAdd(added, io);
-  if (*appendCmd) return RunListAppend(appended, io);
-  if (*setCmd) return RunListSet(set, io);
+  try {
+    if (*showCmd) return RunListShow(show, io);
+    if (*newCmd) return RunListNew(created, io);
+    if (*addCmd) return RunListAdd(added, io);
+    if (*appendCmd) return RunListAppend(appended, io);
+    if (*setCmd) return RunListSet(set, io);
+  } catch (const std::exception& e) {
+    // Nothing above throws on bad input; this is the last line of defence.
+    err << "sheafwork: " << e.what() << '\n';
+  }
   return kExitBadInput;
 }
 

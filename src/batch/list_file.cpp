@@ -139,14 +139,24 @@ std::string CurrentWinSize(Session& session) {
 }
 
 bool ReadWholeFile(const std::string& path, std::string& bytes, std::string& reason) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) {
-    reason = std::strerror(errno);
+  std::error_code ec;
+  if (std::filesystem::is_directory(path, ec)) {
+    reason = std::strerror(EISDIR);
     return false;
   }
-  bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-  if (in.bad()) {
-    reason = std::strerror(errno);
+  try {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+      reason = std::strerror(errno);
+      return false;
+    }
+    bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    if (in.bad()) {
+      reason = std::strerror(errno);
+      return false;
+    }
+  } catch (const std::exception& e) {
+    reason = e.what();
     return false;
   }
   return true;

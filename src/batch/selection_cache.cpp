@@ -7,7 +7,7 @@ namespace sheafwork {
 
 SelectionTooLarge::SelectionTooLarge() : std::length_error("more than 2000 rows are selected") {}
 
-std::int16_t SelectionCache::Fill(std::span<const int> selectedPositions) {
+std::int16_t SelectionCache::SelectCountCache(std::span<const int> selectedPositions) {
   if (selectedPositions.size() > static_cast<std::size_t>(kCapacity)) throw SelectionTooLarge();
   std::vector<int> sorted(selectedPositions.begin(), selectedPositions.end());
   std::sort(sorted.begin(), sorted.end());

@@ -23,12 +23,12 @@ class SelectionCache {
 
   SelectionCache() { slots_.fill(kEndMark); }
 
-  /// SelectCountCache: stores the 1-based positions of the selected rows, in
+  /// Stores the 1-based positions of the selected rows, in
   /// ascending order, followed by the end mark, and returns their number.
   /// Throws SelectionTooLarge for more than kCapacity positions.
-  std::int16_t Fill(std::span<const int> selectedPositions);
+  std::int16_t SelectCountCache(std::span<const int> selectedPositions);
 
-  /// FindEntryInArray: whether `position` is among the stored positions.
+  /// Whether `position` is among the stored positions.
   /// Scans from the first slot and stops at the end mark.
   bool FindEntryInArray(int position) const;
 

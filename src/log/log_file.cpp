@@ -1,8 +1,5 @@
 #include "log/log_file.h"
 
-#include <cerrno>
-#include <system_error>
-
 #ifdef _WIN32
 #include <filesystem>
 #endif
@@ -14,10 +11,6 @@
 namespace sheafwork {
 
 namespace {
-
-struct FileCloser {
-  void operator()(std::FILE* f) const { std::fclose(f); }
-};
 
 // Opens a file named in UTF-8; `append` picks "ab", otherwise "wb".
 std::FILE* OpenFile(const std::string& path, bool append) {
@@ -49,7 +42,7 @@ bool WriteAndFlush(std::FILE* file, const std::string& bytes) {
 
 }  // namespace
 
-void LogFile::Closer::operator()(std::FILE* f) const { FileCloser()(f); }
+void LogFile::Closer::operator()(std::FILE* f) const { std::fclose(f); }
 
 LogFile::~LogFile() = default;
 
@@ -102,23 +95,6 @@ void CloseLogFiles(const LogSettings& settings, RunLogs& logs) {
                                settings.JournalLogFileName);
   }
   logs.errorLog.Close();
-}
-
-bool AppendLogLine(const std::string& path, std::string_view text, std::string& error) {
-  const auto fail = [&error](int code) {
-    error = std::generic_category().message(code != 0 ? code : EIO);
-    return false;
-  };
-  errno = 0;
-  std::unique_ptr<std::FILE, FileCloser> file(OpenFile(path, true));
-  if (!file) return fail(errno);
-  if (!WriteAndFlush(file.get(), LineBytes(text))) {
-    const int code = errno;
-    file.reset();
-    return fail(code);
-  }
-  if (std::fclose(file.release()) != 0) return fail(errno);
-  return true;
 }
 
 }  // namespace sheafwork

@@ -63,9 +63,4 @@ void OpenLogFiles(const LogSettings& settings, RunLogs& logs);
 /// error log (errors ignored).
 void CloseLogFiles(const LogSettings& settings, RunLogs& logs);
 
-/// Appends one line to the file at `path` through a handle of its own, closed
-/// again at once; used when a line must reach a log whose run handle failed.
-/// On failure returns false and puts the system's description into `error`.
-bool AppendLogLine(const std::string& path, std::string_view text, std::string& error);
-
 }  // namespace sheafwork

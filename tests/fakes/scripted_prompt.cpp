@@ -16,37 +16,29 @@ ScriptedPrompt& ScriptedPrompt::ThenChoose(std::optional<std::string> name) {
 
 PromptAnswer ScriptedPrompt::Ask(const PromptMessage& message) {
   messages.push_back(message);
-  if (!answers_.empty()) {
-    const PromptAnswer answer = answers_.front();
-    answers_.pop_front();
-    return answer;
+  if (answers_.empty()) {
+    if (message.buttons == PromptButtons::Ok) return PromptAnswer::Ok;
+    throw std::logic_error("unscripted question: " + message.text);
   }
-  if (message.buttons == PromptButtons::Ok) return PromptAnswer::Ok;
-  throw std::logic_error("unscripted question: " + message.text);
+  const PromptAnswer answer = answers_.front();
+  answers_.pop_front();
+  return answer;
 }
 
 std::optional<std::string> ScriptedPrompt::OpenFileName(const FileDialogRequest& request) {
-  dialogs.push_back(request);
-  kinds.emplace_back("open");
-  if (names_.empty()) return std::nullopt;
-  auto name = names_.front();
-  names_.pop_front();
-  return name;
+  return Choose(false, request);
 }
 
 std::optional<std::string> ScriptedPrompt::SaveFileName(const FileDialogRequest& request) {
-  dialogs.push_back(request);
-  kinds.emplace_back("save");
+  return Choose(true, request);
+}
+
+std::optional<std::string> ScriptedPrompt::Choose(bool save, const FileDialogRequest& request) {
+  dialogs.push_back({save, request});
   if (names_.empty()) return std::nullopt;
   auto name = names_.front();
   names_.pop_front();
   return name;
-}
-
-std::vector<std::string> ScriptedPrompt::Texts() const {
-  std::vector<std::string> texts;
-  for (const auto& m : messages) texts.push_back(m.text);
-  return texts;
 }
 
 }  // namespace sheafwork::testing

@@ -13,27 +13,26 @@ namespace sheafwork::testing {
 
 class ScriptedPrompt : public Prompt {
  public:
-  /// The next Ask answers `answer`. Without a scripted answer, Ask answers OK
-  /// to an OK box and fails the test otherwise.
+  /// The next question gets `answer`. Unscripted, an OK box gets OK and any
+  /// other question throws, failing the test.
   ScriptedPrompt& ThenAnswer(PromptAnswer answer);
-  /// The next file dialog returns `name`; nullopt means cancelled. Without a
-  /// scripted name a dialog is cancelled.
+  /// The next file dialog returns `name` (nullopt: cancelled). Unscripted
+  /// dialogs are cancelled.
   ScriptedPrompt& ThenChoose(std::optional<std::string> name);
 
   PromptAnswer Ask(const PromptMessage& message) override;
   std::optional<std::string> OpenFileName(const FileDialogRequest& request) override;
   std::optional<std::string> SaveFileName(const FileDialogRequest& request) override;
 
-  /// Every message asked, in order.
+  struct Dialog {
+    bool save;
+    FileDialogRequest request;
+  };
   std::vector<PromptMessage> messages;
-  /// Every dialog shown, in order, with "open" or "save" in `kinds`.
-  std::vector<FileDialogRequest> dialogs;
-  std::vector<std::string> kinds;
-
-  /// The texts of the messages asked.
-  std::vector<std::string> Texts() const;
+  std::vector<Dialog> dialogs;
 
  private:
+  std::optional<std::string> Choose(bool save, const FileDialogRequest& request);
   std::deque<PromptAnswer> answers_;
   std::deque<std::optional<std::string>> names_;
 };
