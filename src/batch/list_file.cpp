@@ -19,68 +19,62 @@ namespace {
 
 constexpr std::string_view kEntryPrefix = "DWG#";
 
-// The keys of the header, in the order they are written.
 constexpr std::string_view kFileName = "BATCH FILE NAME";
-constexpr std::string_view kJournalOn = "BATCH JOURNAL LOG ON?";
-constexpr std::string_view kJournalFile = "BATCH JOURNAL LOG FILENAME";
-constexpr std::string_view kJournalHeader = "BATCH JOURNAL HEADER";
-constexpr std::string_view kJournalComment = "BATCH JOURNAL USER COMMENT";
-constexpr std::string_view kJournalAppend = "BATCH JOURNAL APPEND?";
-constexpr std::string_view kErrorOn = "BATCH ERROR LOG ON?";
-constexpr std::string_view kErrorFile = "BATCH ERROR LOG FILENAME";
-constexpr std::string_view kErrorHeader = "BATCH ERROR HEADER";
-constexpr std::string_view kErrorAppend = "BATCH ERROR APPEND?";
 constexpr std::string_view kNumFiles = "BATCH NUM FILES";
 constexpr std::string_view kWinSize = "BATCH WIN SIZE";
 
-// The fields of an entry line, after "DWG#<n>", in the order they are written.
-enum class Field {
-  FileName,
-  Layout,
-  PlotSetup,
-  PlotDevice,
-  Layers,
-  PlotArea,
-  PlotScale,
-  ScaleCustom,
-  ScaleLW,
-  PlotFile,
-};
-struct FieldName {
-  std::string_view name;
-  Field field;
-};
-constexpr FieldName kFields[] = {
-    {"FILENAME", Field::FileName},   {"LAYOUT", Field::Layout},
-    {"PLOTSETUP", Field::PlotSetup}, {"PLOTDEVICE", Field::PlotDevice},
-    {"LAYERS", Field::Layers},       {"PLOTAREA", Field::PlotArea},
-    {"PLOTSCALE", Field::PlotScale}, {"SCALECUSTOM", Field::ScaleCustom},
-    {"SCALELW", Field::ScaleLW},     {"PLOTFILE", Field::PlotFile},
+// A field of a record kept under a key: either text or a flag.
+template <typename Record>
+struct KeyedField {
+  std::string_view key;
+  std::string Record::*text = nullptr;
+  bool Record::*flag = nullptr;
 };
 
-std::string* TextField(BatchEntry& e, Field f) {
-  switch (f) {
-    case Field::FileName:
-      return &e.FileName;
-    case Field::Layout:
-      return &e.Layout;
-    case Field::PlotSetup:
-      return &e.PlotSetup;
-    case Field::PlotDevice:
-      return &e.PlotDevice;
-    case Field::Layers:
-      return &e.Layers;
-    case Field::PlotArea:
-      return &e.PlotArea;
-    case Field::PlotScale:
-      return &e.PlotScale;
-    case Field::PlotFile:
-      return &e.PlotFile;
-    case Field::ScaleCustom:
-    case Field::ScaleLW:
-      return nullptr;
+// The log settings, written in this order between "BATCH FILE NAME" and
+// "BATCH NUM FILES".
+constexpr KeyedField<LogSettings> kLogFields[] = {
+    {"BATCH JOURNAL LOG ON?", nullptr, &LogSettings::JournalLogOn},
+    {"BATCH JOURNAL LOG FILENAME", &LogSettings::JournalLogFileName},
+    {"BATCH JOURNAL HEADER", &LogSettings::JournalHeader},
+    {"BATCH JOURNAL USER COMMENT", &LogSettings::JournalUserComment},
+    {"BATCH JOURNAL APPEND?", nullptr, &LogSettings::JournalAppend},
+    {"BATCH ERROR LOG ON?", nullptr, &LogSettings::ErrorLogOn},
+    {"BATCH ERROR LOG FILENAME", &LogSettings::ErrorLogFileName},
+    {"BATCH ERROR HEADER", &LogSettings::ErrorHeader},
+    {"BATCH ERROR APPEND?", nullptr, &LogSettings::ErrorAppend},
+};
+
+// The fields of an entry, after "DWG#<n>" in the key, in the order written.
+constexpr KeyedField<BatchEntry> kEntryFields[] = {
+    {"FILENAME", &BatchEntry::FileName},
+    {"LAYOUT", &BatchEntry::Layout},
+    {"PLOTSETUP", &BatchEntry::PlotSetup},
+    {"PLOTDEVICE", &BatchEntry::PlotDevice},
+    {"LAYERS", &BatchEntry::Layers},
+    {"PLOTAREA", &BatchEntry::PlotArea},
+    {"PLOTSCALE", &BatchEntry::PlotScale},
+    {"SCALECUSTOM", nullptr, &BatchEntry::ScaleCustom},
+    {"SCALELW", nullptr, &BatchEntry::ScaleLW},
+    {"PLOTFILE", &BatchEntry::PlotFile},
+};
+
+// Stores a value into a field; false when a flag gets a value that is not one.
+template <typename Record>
+bool Store(const KeyedField<Record>& field, Record& record, const ListValue& value) {
+  if (field.text) {
+    record.*field.text = ValueAsText(value);
+    return true;
   }
-  return nullptr;
+  const auto flag = ValueAsBoolean(value);
+  if (flag) record.*field.flag = *flag;
+  return flag.has_value();
+}
+
+template <typename Record>
+std::string Format(const KeyedField<Record>& field, std::string_view key, const Record& record) {
+  return field.text ? FormatListLine(key, record.*field.text)
+                    : FormatListLine(key, record.*field.flag);
 }
 
 // Splits the file into lines at CR LF, LF or CR.
@@ -183,43 +177,17 @@ class ListReader {
       ApplyWinSize(session_, ValueAsText(value));
       return true;
     }
-    LogSettings& log = session_.Log;
-    const struct {
-      std::string_view key;
-      std::string* text;
-      bool* flag;
-    } header[] = {
-        {kFileName, &session_.ListName, nullptr},
-        {kJournalOn, nullptr, &log.JournalLogOn},
-        {kJournalFile, &log.JournalLogFileName, nullptr},
-        {kJournalHeader, &log.JournalHeader, nullptr},
-        {kJournalComment, &log.JournalUserComment, nullptr},
-        {kJournalAppend, nullptr, &log.JournalAppend},
-        {kErrorOn, nullptr, &log.ErrorLogOn},
-        {kErrorFile, &log.ErrorLogFileName, nullptr},
-        {kErrorHeader, &log.ErrorHeader, nullptr},
-        {kErrorAppend, nullptr, &log.ErrorAppend},
-    };
-    for (const auto& h : header) {
-      if (!EqualsIgnoreCase(key, h.key)) continue;
-      if (append_) return true;
-      return h.text ? StoreText(*h.text, value) : StoreFlag(*h.flag, value);
+    if (EqualsIgnoreCase(key, kFileName)) {
+      if (!append_) session_.ListName = ValueAsText(value);
+      return true;
+    }
+    for (const auto& field : kLogFields) {
+      if (EqualsIgnoreCase(key, field.key)) return append_ || Store(field, session_.Log, value);
     }
     return true;  // an unknown key is skipped
   }
 
  private:
-  static bool StoreText(std::string& target, const ListValue& value) {
-    target = ValueAsText(value);
-    return true;
-  }
-  static bool StoreFlag(bool& target, const ListValue& value) {
-    const auto flag = ValueAsBoolean(value);
-    if (!flag) return false;
-    target = *flag;
-    return true;
-  }
-
   bool ApplyEntryLine(std::string_view key, const ListValue& value) {
     std::string_view rest = key.substr(kEntryPrefix.size());
     long number = 0;
@@ -235,11 +203,8 @@ class ListReader {
     if (number > session_.List.EntryCount()) session_.List.Resize(static_cast<int>(number));
     const std::string_view fieldName = rest.substr(digits);
     BatchEntry& entry = session_.List.Entry(static_cast<int>(number));
-    for (const auto& f : kFields) {
-      if (!EqualsIgnoreCase(fieldName, f.name)) continue;
-      if (f.field == Field::ScaleCustom) return StoreFlag(entry.ScaleCustom, value);
-      if (f.field == Field::ScaleLW) return StoreFlag(entry.ScaleLW, value);
-      return StoreText(*TextField(entry, f.field), value);
+    for (const auto& field : kEntryFields) {
+      if (EqualsIgnoreCase(fieldName, field.key)) return Store(field, entry, value);
     }
     return true;
   }
@@ -305,35 +270,18 @@ ListFileResult ReadListFile(Session& session, const std::string& path, bool appe
 
 std::string FormatListFile(const Session& session, const std::string& path,
                            const std::string& winSize) {
-  const LogSettings& log = session.Log;
   std::string text;
   const auto add = [&text](const std::string& line) { text.append(line).append("\r\n"); };
   text.append(kListFileMagic).append("\r\n");
   add(FormatListLine(kFileName, path));
-  add(FormatListLine(kJournalOn, log.JournalLogOn));
-  add(FormatListLine(kJournalFile, log.JournalLogFileName));
-  add(FormatListLine(kJournalHeader, log.JournalHeader));
-  add(FormatListLine(kJournalComment, log.JournalUserComment));
-  add(FormatListLine(kJournalAppend, log.JournalAppend));
-  add(FormatListLine(kErrorOn, log.ErrorLogOn));
-  add(FormatListLine(kErrorFile, log.ErrorLogFileName));
-  add(FormatListLine(kErrorHeader, log.ErrorHeader));
-  add(FormatListLine(kErrorAppend, log.ErrorAppend));
+  for (const auto& field : kLogFields) add(Format(field, field.key, session.Log));
   add(FormatListLine(kNumFiles, static_cast<int>(session.List.EntryCount())));
   add(FormatListLine(kWinSize, winSize));
   int n = 0;
-  for (const BatchEntry& e : session.List) {
+  for (const BatchEntry& entry : session.List) {
     const std::string prefix = std::string(kEntryPrefix) + std::to_string(++n);
-    add(FormatListLine(prefix + "FILENAME", e.FileName));
-    add(FormatListLine(prefix + "LAYOUT", e.Layout));
-    add(FormatListLine(prefix + "PLOTSETUP", e.PlotSetup));
-    add(FormatListLine(prefix + "PLOTDEVICE", e.PlotDevice));
-    add(FormatListLine(prefix + "LAYERS", e.Layers));
-    add(FormatListLine(prefix + "PLOTAREA", e.PlotArea));
-    add(FormatListLine(prefix + "PLOTSCALE", e.PlotScale));
-    add(FormatListLine(prefix + "SCALECUSTOM", e.ScaleCustom));
-    add(FormatListLine(prefix + "SCALELW", e.ScaleLW));
-    add(FormatListLine(prefix + "PLOTFILE", e.PlotFile));
+    for (const auto& field : kEntryFields)
+      add(Format(field, prefix + std::string(field.key), entry));
   }
   return Utf8ToWindows1252(text).bytes;
 }
