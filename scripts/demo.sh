@@ -15,7 +15,7 @@ mkdir -p "$out"
 list="$out/demo.qx3"
 plans="$PWD/examples/plans"
 
-echo "== a list built by a script: $list"
+echo "== Une liste construite par un script : $list"
 "$sheafwork" list new "$list" "$plans/rez-de-chaussee.dwg"
 "$sheafwork" list add "$list" "$plans/etage.dwg" --layout "Toutes les présentations" \
   --device "PDF.pc3" --plot-file "$out/etage.pdf"
@@ -27,12 +27,12 @@ echo "== a list built by a script: $list"
 "$sheafwork" list show "$list"
 
 echo
-echo "== the same list as JSON"
+echo "== La même liste en JSON"
 "$sheafwork" list show --json "$list"
 
 echo
-echo "== the example list shipped in examples/"
+echo "== La liste d'exemple livrée dans examples/"
 "$sheafwork" list show examples/sample.qx3
 
 echo
-echo "demo: the list file is $list (Windows-1252, CR LF)."
+echo "démo : le fichier liste est $list (Windows-1252, fins de ligne CR LF)."
