@@ -1,7 +1,7 @@
 #include "app/command_line.h"
 
 #include <CLI/CLI.hpp>
-#include <regex>
+#include <string_view>
 
 #include "app/list_commands_cli.h"
 #include "app/version.h"
@@ -66,19 +66,33 @@ void AddText(CLI::App* app, const std::string& name, std::optional<std::string>&
 
 // Says in French what the argument parser found wrong; a message it does not
 // know is passed on as it stands.
-std::string DescribeParseError(const std::string& message) {
-  static const std::pair<std::regex, const char*> kPatterns[] = {
-      {std::regex("A subcommand is required"), "une commande est attendue"},
-      {std::regex("(.*) is required"), "$1 est obligatoire"},
-      {std::regex("The following arguments? (?:was|were) not expected: (.*)"),
-       "argument inattendu : $1"},
-      {std::regex(R"((.*): (.*) not in \{(.*)\})"), "$1 : « $2 » n'est pas une valeur possible ($3)"},
-      {std::regex("(.*): [0-9]+ required .* missing"), "$1 : valeur manquante"},
+std::string DescribeParseError(std::string_view message) {
+  const auto ends = [&](std::string_view tail) { return message.ends_with(tail); };
+  const auto before = [&](std::string_view tail) {
+    return message.substr(0, message.size() - tail.size());
   };
-  for (const auto& [pattern, french] : kPatterns) {
-    if (std::regex_match(message, pattern)) return std::regex_replace(message, pattern, french);
+  if (message == "A subcommand is required") return "une commande est attendue";
+  if (ends(" is required")) return std::string(before(" is required")) + " est obligatoire";
+  for (std::string_view lead : {"The following argument was not expected: ",
+                                "The following arguments were not expected: "}) {
+    if (message.starts_with(lead))
+      return "argument inattendu : " + std::string(message.substr(lead.size()));
   }
-  return "arguments incorrects : " + message;
+  const auto colon = message.find(": ");
+  if (colon != std::string_view::npos) {
+    const std::string option(message.substr(0, colon));
+    const std::string_view rest = message.substr(colon + 2);
+    const auto notIn = rest.find(" not in {");
+    if (notIn != std::string_view::npos && rest.ends_with("}")) {
+      const std::string_view choices = rest.substr(notIn + 9, rest.size() - notIn - 10);
+      return option + " : « " + std::string(rest.substr(0, notIn)) +
+             " » n'est pas une valeur possible (" + std::string(choices) + ")";
+    }
+    if (rest.find(" required ") != std::string_view::npos && ends(" missing")) {
+      return option + " : valeur manquante";
+    }
+  }
+  return "arguments incorrects : " + std::string(message);
 }
 
 void PrintHelp(std::ostream& out, const std::string& help) {
