@@ -1,8 +1,11 @@
 #!/usr/bin/env bash
-# Configures and builds one build folder with Ninja.
-#   scripts/build.sh BUILD_DIR [extra cmake options...]
+# Configures and builds one build folder with Ninja, tests included.
+#   scripts/build.sh BUILD_DIR [--target TARGET] [extra cmake options...]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 dir="$1"; shift
-cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSHEAFWORK_WERROR=ON "$@" >/dev/null
-cmake --build "$dir"
+target=()
+if [ "${1:-}" = "--target" ]; then target=(--target "$2"); shift 2; fi
+cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSHEAFWORK_WERROR=ON \
+  -DSHEAFWORK_TESTS=ON "$@" >/dev/null
+cmake --build "$dir" "${target[@]}"

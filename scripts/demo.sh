@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 bash scripts/setup.sh
-bash scripts/build.sh build -DSHEAFWORK_TESTS=OFF
+bash scripts/build.sh build --target sheafwork
 sheafwork=build/src/app/sheafwork
 
 out="$PWD/out/demo"

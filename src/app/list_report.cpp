@@ -2,8 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "batch/list_row.h"
 #include "batch/session.h"
-#include "log/paths.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
@@ -21,10 +21,6 @@ std::string Label(int id) {
   }
   while (!out.empty() && (out.back() == ':' || out.back() == ' ')) out.pop_back();
   return out;
-}
-
-std::string OrDefault(const std::string& value, int defaultId) {
-  return value.empty() ? LoadResourceText(defaultId) : value;
 }
 
 }  // namespace
@@ -61,6 +57,8 @@ std::string ListToJson(const Session& session) {
   return doc.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
+// The labels are the captions of the logging dialog (ids 172 to 186) and of
+// the plot settings dialog (230 to 257), so that the report reads like them.
 std::string ListToText(const Session& session) {
   const LogSettings& log = session.Log;
   std::string out;
@@ -81,11 +79,11 @@ std::string ListToText(const Session& session) {
 
   int n = 0;
   for (const BatchEntry& e : session.List) {
-    out += "\n" + std::to_string(++n) + ". " + FileNameFromPath(e.FileName) + "\n";
-    line("   " + Label(79), FolderFromPath(e.FileName));
-    line("   " + Label(80), OrDefault(e.Layout, ids::kLayoutCurrentTab));
-    line("   " + Label(81), OrDefault(e.PlotSetup, ids::kDefault));
-    line("   " + Label(82), OrDefault(e.PlotDevice, ids::kDefault));
+    const auto row = ListRowTexts(e);
+    out += "\n" + std::to_string(++n) + ". " + row[0] + "\n";
+    for (int column = 1; column < kListColumns; ++column) {
+      line("   " + ListColumnTitle(column), row[column]);
+    }
     if (!e.Layers.empty()) line("   " + Label(230), e.Layers);
     if (!e.PlotArea.empty()) line("   " + Label(238), e.PlotArea);
     if (!e.PlotScale.empty() || e.ScaleCustom) {

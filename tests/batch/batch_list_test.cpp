@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "batch/list_commands.h"
+#include "batch/list_row.h"
 #include "batch/session.h"
 #include "fakes/scripted_prompt.h"
 #include "res/string_table.h"
@@ -65,6 +66,19 @@ TEST_F(BatchListTest, RemovingSeveralAsksMessage87OnceAndWalksFromTheLast) {
   EXPECT_EQ(prompt.messages[1].title, LoadResourceText(86));
   EXPECT_EQ(prompt.messages[1].buttons, PromptButtons::YesNo);
   EXPECT_EQ(view.events, (std::vector<std::string>{"remove 3", "remove 1"}));
+}
+
+TEST(BatchList, ARowShowsTheDefaultsForEmptyFields) {
+  BatchEntry entry;
+  entry.FileName = "/plans/nord/a.dwg";
+  using Row = std::array<std::string, kListColumns>;
+  EXPECT_EQ(ListRowTexts(entry),
+            (Row{"a.dwg", "/plans/nord/", "*Onglet courant*", "Par défaut", "Par défaut"}));
+  entry.Layout = "Objet";
+  entry.PlotDevice = "PDF.pc3";
+  EXPECT_EQ(ListRowTexts(entry)[2], "Objet");
+  EXPECT_EQ(ListRowTexts(entry)[4], "PDF.pc3");
+  EXPECT_EQ(ListColumnTitle(4), "Périphérique de traçage");
 }
 
 TEST(BatchList, ResizeKeepsWhatFitsAndClearsNewEntries) {
