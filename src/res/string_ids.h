@@ -4,11 +4,7 @@
 namespace sheafwork::ids {
 
 inline constexpr int kAppTitle = 31;            // "Utilitaire de traçage en différé Orvane"
-inline constexpr int kVersionPrefix = 34;       // "Version "
 inline constexpr int kLayoutCurrentTab = 72;    // "*Onglet courant*"
-inline constexpr int kLayoutModelTab = 73;      // "Onglet Objet"
-inline constexpr int kLayoutLastActive = 74;    // "Onglet Dernière présentation active"
-inline constexpr int kLayoutAll = 75;           // "Toutes les présentations"
 inline constexpr int kDefault = 76;             // "Par défaut"
 inline constexpr int kColumnFirst = 78;         // "Fichier de dessin" .. 82
 inline constexpr int kConfirmRemoveTitle = 86;  // "Confirmer la suppression de plusieurs fichiers"
@@ -26,8 +22,6 @@ inline constexpr int kSaveListTitle = 97;
 inline constexpr int kListFileSaveProblem = 98;
 inline constexpr int kJournalWriteProblem = 99;
 inline constexpr int kJournalNotAccessible = 123;
-inline constexpr int kResultsSaveError = 197;
-inline constexpr int kFileNameTooLong = 306;
 inline constexpr int kFileNameNotValid = 307;
 inline constexpr int kJournalNameNotValid = 309;
 inline constexpr int kErrorLogNameNotValid = 310;
