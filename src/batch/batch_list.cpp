@@ -4,14 +4,16 @@
 
 namespace sheafwork {
 
-BatchEntry& BatchList::Entry(int n) {
+std::size_t BatchList::Index(int n) const {
   if (n < 1 || n > EntryCount()) {
     throw std::out_of_range("no batch entry " + std::to_string(n));
   }
-  return entries_[static_cast<std::size_t>(n - 1)];
+  return static_cast<std::size_t>(n - 1);
 }
 
-const BatchEntry& BatchList::Entry(int n) const { return const_cast<BatchList*>(this)->Entry(n); }
+BatchEntry& BatchList::Entry(int n) { return entries_[Index(n)]; }
+
+const BatchEntry& BatchList::Entry(int n) const { return entries_[Index(n)]; }
 
 BatchEntry& BatchList::Append() {
   Resize(EntryCount() + 1);
@@ -26,8 +28,7 @@ void BatchList::Resize(int count) {
 }
 
 void BatchList::Remove(int n) {
-  Entry(n);  // range check
-  entries_.erase(entries_.begin() + (n - 1));
+  entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(Index(n)));
 }
 
 }  // namespace sheafwork

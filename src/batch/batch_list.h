@@ -40,6 +40,9 @@ class BatchList {
   bool operator==(const BatchList&) const = default;
 
  private:
+  /// The vector index of entry n; throws std::out_of_range when there is none.
+  std::size_t Index(int n) const;
+
   std::vector<BatchEntry> entries_;
 };
 

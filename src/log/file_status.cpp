@@ -8,7 +8,7 @@
 #ifdef _WIN32
 #include <windows.h>
 
-#include <filesystem>
+#include "log/wide_path.h"
 #else
 #include <dirent.h>
 #include <fcntl.h>
@@ -49,15 +49,11 @@ std::int16_t StatusFromError(DWORD error) {
 
 std::int16_t GetFileStatus(std::string_view path) {
   if (path.empty()) return kFileNotFound;
-  std::wstring wide;
-  try {
-    wide = std::filesystem::path(std::u8string(path.begin(), path.end())).wstring();
-  } catch (const std::exception&) {
-    return kFileStatusError;
-  }
+  const auto wide = WidePath(path);
+  if (!wide) return kFileStatusError;
   WIN32_FIND_DATAW data;
   HANDLE find =
-      FindFirstFileExW(wide.c_str(), FindExInfoBasic, &data, FindExSearchNameMatch, nullptr, 0);
+      FindFirstFileExW(wide->c_str(), FindExInfoBasic, &data, FindExSearchNameMatch, nullptr, 0);
   if (find == INVALID_HANDLE_VALUE) return StatusFromError(GetLastError());
   constexpr DWORD kSkipped =
       FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
@@ -103,7 +99,7 @@ std::vector<char32_t> Characters(std::string_view s) {
   std::vector<char32_t> out;
   for (std::size_t pos = 0; pos < s.size();) {
     const DecodedChar d = DecodeUtf8(s, pos);
-    out.push_back(d.valid ? d.codePoint : 0x110000 + d.codePoint);
+    out.push_back(d.valid ? d.codePoint : kMalformedByte + d.codePoint);
     pos += d.length;
   }
   return out;

@@ -1,9 +1,8 @@
 #include "log/log_file.h"
 
-#ifdef _WIN32
-#include <filesystem>
-#endif
+#include <cerrno>
 
+#include "log/wide_path.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 #include "text/windows1252.h"
@@ -15,14 +14,12 @@ namespace {
 // Opens a file named in UTF-8; `append` picks "ab", otherwise "wb".
 std::FILE* OpenFile(const std::string& path, bool append) {
 #ifdef _WIN32
-  std::wstring wide;
-  try {
-    wide = std::filesystem::path(std::u8string(path.begin(), path.end())).wstring();
-  } catch (const std::exception&) {
+  const auto wide = WidePath(path);
+  if (!wide) {
     errno = EINVAL;
     return nullptr;
   }
-  return _wfopen(wide.c_str(), append ? L"ab" : L"wb");
+  return _wfopen(wide->c_str(), append ? L"ab" : L"wb");
 #else
   return std::fopen(path.c_str(), append ? "ab" : "wb");
 #endif

@@ -39,7 +39,7 @@ class FoldedChars {
   char32_t next() {
     const DecodedChar d = DecodeUtf8(s_, pos_);
     pos_ += d.length;
-    return d.valid ? FoldCase(d.codePoint) : 0x110000 + d.codePoint;
+    return d.valid ? FoldCase(d.codePoint) : kMalformedByte + d.codePoint;
   }
 
  private:

@@ -7,6 +7,11 @@
 
 namespace sheafwork {
 
+/// Where malformed bytes go when they are compared as characters: byte b
+/// becomes kMalformedByte + b, above every real code point, so it only ever
+/// equals the same malformed byte.
+inline constexpr char32_t kMalformedByte = 0x110000;
+
 struct DecodedChar {
   char32_t codePoint = 0;
   std::size_t length = 1;  ///< bytes consumed; 1 for a malformed byte

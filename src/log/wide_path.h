@@ -1,0 +1,22 @@
+#pragma once
+// Windows file calls take UTF-16 names; the program's paths are UTF-8.
+
+#ifdef _WIN32
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace sheafwork {
+
+/// The UTF-16 form of a UTF-8 path; nullopt when the path cannot be converted.
+inline std::optional<std::wstring> WidePath(std::string_view utf8) {
+  try {
+    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end())).wstring();
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
+}
+
+}  // namespace sheafwork
+#endif
