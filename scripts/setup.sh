@@ -7,6 +7,8 @@ packages=(
   cmake ninja-build g++ pkg-config
   libgtest-dev libgmock-dev
   libcli11-dev nlohmann-json3-dev
+  libcups2-dev libfontconfig-dev
+  fonts-dejavu-core          # at least one TrueType font for the platform tests
   clang libclang-rt-14-dev   # libFuzzer for the fuzz targets
 )
 

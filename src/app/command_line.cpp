@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "app/list_commands_cli.h"
+#include "app/run_commands_cli.h"
 #include "app/version.h"
 #include "platform/program_folders.h"
 
@@ -13,14 +14,16 @@ namespace {
 constexpr const char* kDescription =
     "Sheafwork : traçage en différé de listes de dessins CAO.\n"
     "\n"
-    "Statut de sortie : 0 terminé ; 1 un tracé a échoué ou l'exécution s'est arrêtée\n"
-    "avant la fin ; 2 entrée inutilisable (arguments, fichier illisible ou incorrect).\n";
+    "Statut de sortie : 0 terminé ; 1 une ligne n'a pas été tracée, le traçage s'est\n"
+    "arrêté avant la fin ou l'essai de traçage a trouvé une erreur ; 2 entrée\n"
+    "inutilisable (arguments, fichier illisible ou incorrect, hôte CAO indisponible).\n";
 
 constexpr const char* kFooter =
     "Les fichiers listes (.qx3) sont en Windows-1252 avec des fins de ligne CR LF ;\n"
     "les chemins des dessins y sont enregistrés en entier.\n"
-    "L'application de bureau, le traçage (plot) et l'essai de traçage (check)\n"
-    "ne sont pas encore disponibles dans cette version.";
+    "Sans journal nommé dans la liste, les journaux vont dans $XDG_DATA_HOME/sheafwork\n"
+    "(~/.local/share/sheafwork).\n"
+    "L'application de bureau n'est pas encore disponible dans cette version.";
 
 // Gives CLI11's help the program's language.
 void FrenchLabels(CLI::App& app) {
@@ -95,6 +98,11 @@ std::string DescribeParseError(std::string_view message) {
   return "arguments incorrects : " + std::string(message);
 }
 
+std::string HostHelp(const CommandEnvironment& env) {
+  const HostRegistry& hosts = env.hosts ? *env.hosts : ProgramHosts();
+  return hosts.DefaultName().empty() ? "aucun" : hosts.DefaultName();
+}
+
 void PrintHelp(std::ostream& out, const std::string& help) {
   out << help;
   if (!help.empty() && help.back() != '\n') out << '\n';
@@ -102,8 +110,16 @@ void PrintHelp(std::ostream& out, const std::string& help) {
 
 }  // namespace
 
+HostRegistry& ProgramHosts() {
+  static HostRegistry hosts;
+  return hosts;
+}
+
 int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
-  return RunCommandLine(argc, argv, out, err, CommandEnvironment{UserDataFolder()});
+  CommandEnvironment env;
+  env.defaultLogFolder = UserDataFolder();
+  env.dataFolder = ProgramFolder();
+  return RunCommandLine(argc, argv, out, err, env);
 }
 
 int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::ostream& err,
@@ -169,6 +185,23 @@ int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
   AddChoice(setCmd, "--error-mode", set.errorAppend, kAppendMode,
             "Journal des erreurs : append (ajouter) ou overwrite (écraser)");
 
+  PlotOptions plot;
+  CLI::App* plotCmd = AddSubcommand(
+      app, "plot", "Tracer chaque ligne d'une liste (journal et journal des erreurs)");
+  plotCmd->add_option("LIST", plot.list, "Fichier liste (.qx3)")->required();
+  plotCmd->add_option("--host", plot.host,
+                      "Hôte CAO à piloter (par défaut : " + HostHelp(env) + ")");
+
+  CheckOptions check;
+  CLI::App* checkCmd =
+      AddSubcommand(app, "check", "Essai de traçage : ce qui échouerait, sans rien tracer");
+  checkCmd->add_option("LIST", check.list, "Fichier liste (.qx3)")->required();
+  checkCmd->add_option("--host", check.host,
+                       "Hôte CAO à piloter (par défaut : " + HostHelp(env) + ")");
+  AddText(checkCmd, "--save", check.save, "Enregistrer aussi les résultats dans ce fichier texte");
+  checkCmd->add_flag("--append-journal", check.appendJournal,
+                     "Ajouter aussi les résultats au journal de la liste");
+
   app.footer(kFooter);  // after the subcommands, which would inherit it
 
   if (argc <= 1) {
@@ -200,6 +233,8 @@ int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
     if (*addCmd) return RunListAdd(added, io);
     if (*appendCmd) return RunListAppend(appended, io);
     if (*setCmd) return RunListSet(set, io);
+    if (*plotCmd) return RunPlot(plot, io);
+    if (*checkCmd) return RunCheck(check, io);
   } catch (const std::exception& e) {
     // Nothing above throws on bad input; this is the last line of defence.
     err << "sheafwork: " << e.what() << '\n';

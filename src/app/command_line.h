@@ -4,6 +4,11 @@
 #include <ostream>
 #include <string>
 
+#include "host/registry.h"
+#include "platform/clock.h"
+#include "platform/fonts.h"
+#include "platform/printers.h"
+
 namespace sheafwork {
 
 /// Exit statuses of the command line.
@@ -13,10 +18,23 @@ enum ExitStatus : int {
   kExitBadInput = 2,  ///< unusable input: bad arguments, unreadable or invalid files
 };
 
-/// What the list commands need from outside: where default log files go.
+/// What the commands need from outside. Members left empty are taken from
+/// the system.
 struct CommandEnvironment {
+  /// Where the logs go unless a list says otherwise, and where the program
+  /// writes its scratch files.
   std::string defaultLogFolder;
+  /// The program's shipped files (help file, template drawing).
+  std::string dataFolder;
+  /// The hosts `plot` and `check` can drive.
+  const HostRegistry* hosts = nullptr;
+  PrinterCatalog* printers = nullptr;
+  FontFolders* fonts = nullptr;
+  Clock clock;
 };
+
+/// The hosts built into the program.
+HostRegistry& ProgramHosts();
 
 /// Runs the command line; output on `out`, messages on `err`. Returns the
 /// exit status.

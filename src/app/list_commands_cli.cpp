@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "app/command_io.h"
 #include "app/list_report.h"
 #include "batch/list_commands.h"
 #include "batch/list_file.h"
@@ -15,36 +16,6 @@ namespace sheafwork {
 namespace {
 
 namespace fs = std::filesystem;
-
-// Lists hold full paths: a name given relative to the working folder is made
-// absolute.
-std::string FullPath(const std::string& name) {
-  std::error_code ec;
-  const fs::path full = fs::absolute(fs::path(name), ec);
-  return ec ? name : full.lexically_normal().string();
-}
-
-int Fail(const CommandIo& io, const std::string& file, const std::string& message) {
-  io.err << "sheafwork: " << file << ": " << message << '\n';
-  return kExitBadInput;
-}
-
-int FailWith(const CommandIo& io, const std::string& file, const ListFileResult& result) {
-  std::string message = LoadResourceText(MessageIdFor(result.status));
-  if (result.status == ListFileStatus::Malformed) {
-    message += " (ligne " + std::to_string(result.line) + ")";
-  }
-  if (!result.reason.empty()) message += " (" + result.reason + ")";
-  return Fail(io, file, message);
-}
-
-// Reads an existing list into `session`; false after reporting the failure.
-bool Load(Session& session, const std::string& path, const CommandIo& io, int& status) {
-  const ListFileResult result = ReadListFile(session, path, false);
-  if (result.ok()) return true;
-  status = FailWith(io, path, result);
-  return false;
-}
 
 int Save(Session& session, const std::string& path, const CommandIo& io) {
   const ListFileResult result = WriteListFile(session, path);
@@ -86,7 +57,7 @@ bool ValidListName(const std::string& path, const CommandIo& io, int& status) {
 int RunListShow(const ListShowOptions& options, const CommandIo& io) {
   Session session(io.env.defaultLogFolder);
   int status = kExitOk;
-  if (!Load(session, options.list, io, status)) return status;
+  if (!LoadList(session, options.list, io, status)) return status;
   io.out << (options.json ? ListToJson(session) : ListToText(session));
   io.out.flush();
   return io.out ? kExitOk : kExitFailed;
@@ -112,7 +83,7 @@ int RunListAdd(const ListAddOptions& options, const CommandIo& io) {
   if (!ValidListName(path, io, status)) return status;
   Session session(io.env.defaultLogFolder);
   std::error_code ec;
-  if (fs::exists(path, ec) && !Load(session, path, io, status)) return status;
+  if (fs::exists(path, ec) && !LoadList(session, path, io, status)) return status;
   if (!AddDrawings(session, options.drawings, options.fields, io, status)) return status;
   return Save(session, path, io);
 }
@@ -121,7 +92,7 @@ int RunListAppend(const ListAppendOptions& options, const CommandIo& io) {
   const std::string path = FullPath(options.list);
   Session session(io.env.defaultLogFolder);
   int status = kExitOk;
-  if (!Load(session, path, io, status)) return status;
+  if (!LoadList(session, path, io, status)) return status;
   const ListFileResult appended = ReadListFile(session, options.other, true);
   if (!appended.ok()) return FailWith(io, options.other, appended);
   return Save(session, path, io);
@@ -131,7 +102,7 @@ int RunListSet(const ListSetOptions& options, const CommandIo& io) {
   const std::string path = FullPath(options.list);
   Session session(io.env.defaultLogFolder);
   int status = kExitOk;
-  if (!Load(session, path, io, status)) return status;
+  if (!LoadList(session, path, io, status)) return status;
   LogSettings& log = session.Log;
   if (options.journalOn) log.JournalLogOn = *options.journalOn;
   if (options.journalFile) log.JournalLogFileName = *options.journalFile;

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "app/command_line.h"
+#include "app/command_io.h"
 
 namespace sheafwork {
 
@@ -59,13 +59,6 @@ struct ListSetOptions {
   std::optional<std::string> errorFile;
   std::optional<std::string> errorHeader;
   std::optional<bool> errorAppend;
-};
-
-/// Where the command's output and messages go, and its environment.
-struct CommandIo {
-  std::ostream& out;
-  std::ostream& err;
-  const CommandEnvironment& env;
 };
 
 int RunListShow(const ListShowOptions& options, const CommandIo& io);

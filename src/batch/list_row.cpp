@@ -14,10 +14,18 @@ std::string OrDefault(const std::string& value, int defaultId) {
 
 }  // namespace
 
+BatchEntry EntryAsShown(const BatchEntry& entry) {
+  BatchEntry shown = entry;
+  shown.Layout = OrDefault(entry.Layout, ids::kLayoutCurrentTab);
+  shown.PlotSetup = OrDefault(entry.PlotSetup, ids::kDefault);
+  shown.PlotDevice = OrDefault(entry.PlotDevice, ids::kDefault);
+  return shown;
+}
+
 std::array<std::string, kListColumns> ListRowTexts(const BatchEntry& entry) {
-  return {FileNameFromPath(entry.FileName), FolderFromPath(entry.FileName),
-          OrDefault(entry.Layout, ids::kLayoutCurrentTab),
-          OrDefault(entry.PlotSetup, ids::kDefault), OrDefault(entry.PlotDevice, ids::kDefault)};
+  const BatchEntry shown = EntryAsShown(entry);
+  return {FileNameFromPath(entry.FileName), FolderFromPath(entry.FileName), shown.Layout,
+          shown.PlotSetup, shown.PlotDevice};
 }
 
 std::string ListColumnTitle(int column) { return LoadResourceText(ids::kColumnFirst + column); }

@@ -11,6 +11,11 @@ struct BatchEntry;
 
 inline constexpr int kListColumns = 5;
 
+/// The entry as the list shows it and as a run uses it: an empty Layout is
+/// the current tab ("*Onglet courant*"), an empty PlotSetup or PlotDevice is
+/// "Par défaut".
+BatchEntry EntryAsShown(const BatchEntry& entry);
+
 /// The five texts of an entry's row: file name, folder, layout ("*Onglet
 /// courant*" when empty), page setup and device ("Par défaut" when empty).
 std::array<std::string, kListColumns> ListRowTexts(const BatchEntry& entry);

@@ -52,7 +52,9 @@ bool LogFile::Open(const std::string& path, bool append) {
 bool LogFile::WriteLogLine(std::string_view text) {
   if (!file_) return true;
   if (WriteAndFlush(file_.get(), LineBytes(text))) return true;
-  file_.reset();  // closes; an error of the close changes nothing now
+  const int reason = errno;  // the write's, for callers that report it
+  file_.reset();             // closes; an error of the close changes nothing now
+  errno = reason;
   return false;
 }
 

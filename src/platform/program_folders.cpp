@@ -20,4 +20,10 @@ std::string UserDataFolder() {
   return (base / "sheafwork").string();
 }
 
+std::string ProgramFolder() {
+  std::error_code ec;
+  const fs::path exe = fs::read_symlink("/proc/self/exe", ec);
+  return ec ? std::string() : exe.parent_path().string();
+}
+
 }  // namespace sheafwork

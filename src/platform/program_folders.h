@@ -11,4 +11,8 @@ namespace sheafwork {
 /// creates it.
 std::string UserDataFolder();
 
+/// The folder of the running program's executable; empty when the system
+/// cannot tell.
+std::string ProgramFolder();
+
 }  // namespace sheafwork

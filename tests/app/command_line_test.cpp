@@ -27,8 +27,9 @@ class CommandLineTest : public ::testing::Test {
     std::vector<const char*> argv;
     for (const auto& a : args) argv.push_back(a.c_str());
     std::ostringstream out, err;
-    const int status = RunCommandLine(static_cast<int>(argv.size()), argv.data(), out, err,
-                                      CommandEnvironment{"/logs"});
+    CommandEnvironment env;
+    env.defaultLogFolder = "/logs";
+    const int status = RunCommandLine(static_cast<int>(argv.size()), argv.data(), out, err, env);
     return {status, out.str(), err.str()};
   }
   nlohmann::json Show(const std::string& list) {

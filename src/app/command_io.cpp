@@ -1,0 +1,39 @@
+#include "app/command_io.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "res/string_table.h"
+
+namespace sheafwork {
+
+namespace fs = std::filesystem;
+
+std::string FullPath(const std::string& name) {
+  std::error_code ec;
+  const fs::path full = fs::absolute(fs::path(name), ec);
+  return ec ? name : full.lexically_normal().string();
+}
+
+int Fail(const CommandIo& io, const std::string& file, const std::string& message) {
+  io.err << "sheafwork: " << file << ": " << message << '\n';
+  return kExitBadInput;
+}
+
+int FailWith(const CommandIo& io, const std::string& file, const ListFileResult& result) {
+  std::string message = LoadResourceText(MessageIdFor(result.status));
+  if (result.status == ListFileStatus::Malformed) {
+    message += " (ligne " + std::to_string(result.line) + ")";
+  }
+  if (!result.reason.empty()) message += " (" + result.reason + ")";
+  return Fail(io, file, message);
+}
+
+bool LoadList(Session& session, const std::string& path, const CommandIo& io, int& status) {
+  const ListFileResult result = ReadListFile(session, path, false);
+  if (result.ok()) return true;
+  status = FailWith(io, path, result);
+  return false;
+}
+
+}  // namespace sheafwork

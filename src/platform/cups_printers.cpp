@@ -1,0 +1,95 @@
+#include <cups/cups.h>
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/device_uri.h"
+#include "platform/printers.h"
+
+namespace sheafwork {
+
+namespace {
+
+bool IsAsciiLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+
+bool IsSchemeChar(char c) {
+  return IsAsciiLetter(c) || (c >= '0' && c <= '9') || c == '+' || c == '-' || c == '.';
+}
+
+// RFC 3986: ALPHA *( ALPHA / DIGIT / "+" / "-" / "." )
+bool IsScheme(std::string_view s) {
+  if (s.empty() || !IsAsciiLetter(s.front())) return false;
+  for (char c : s) {
+    if (!IsSchemeChar(c)) return false;
+  }
+  return true;
+}
+
+// cupsFreeDests needs the count along with the array.
+struct DestsDeleter {
+  int count = 0;
+  void operator()(cups_dest_t* dests) const { cupsFreeDests(count, dests); }
+};
+using DestsPtr = std::unique_ptr<cups_dest_t, DestsDeleter>;
+
+std::string Option(const cups_dest_t& dest, const char* name) {
+  const char* value = cupsGetOption(name, dest.num_options, dest.options);
+  return value ? value : "";
+}
+
+class CupsPrinterCatalog final : public PrinterCatalog {
+ public:
+  std::vector<PrinterInfo> Printers() override {
+    // When the scheduler does not answer, cupsGetDests returns no
+    // destination and leaves the reason in cupsLastError; it writes nothing
+    // to stderr, so there is nothing to report here.
+    cups_dest_t* raw = nullptr;
+    const int count = cupsGetDests(&raw);
+    const DestsPtr dests(raw, DestsDeleter{count});
+    std::vector<PrinterInfo> printers;
+    if (!dests || count <= 0) return printers;
+    printers.reserve(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i) {
+      const cups_dest_t& dest = dests.get()[i];
+      if (!dest.name) continue;
+      PrinterInfo info;
+      info.name = dest.name;
+      if (dest.instance && *dest.instance) {
+        info.name += '/';
+        info.name += dest.instance;
+      }
+      info.driver = Option(dest, "printer-make-and-model");
+      info.port = StripUserInfo(Option(dest, "device-uri"));
+      printers.push_back(std::move(info));
+    }
+    return printers;
+  }
+};
+
+}  // namespace
+
+std::string StripUserInfo(std::string_view uri) {
+  const auto colon = uri.find(':');
+  if (colon == std::string_view::npos || !IsScheme(uri.substr(0, colon)) ||
+      uri.substr(colon + 1, 2) != "//") {
+    return std::string(uri);
+  }
+  const auto authorityStart = colon + 3;
+  auto authorityEnd = uri.find_first_of("/?#", authorityStart);
+  if (authorityEnd == std::string_view::npos) authorityEnd = uri.size();
+  const auto at = uri.substr(authorityStart, authorityEnd - authorityStart).rfind('@');
+  if (at == std::string_view::npos) return std::string(uri);
+  std::string stripped(uri.substr(0, authorityStart));
+  stripped += uri.substr(authorityStart + at + 1);
+  return stripped;
+}
+
+std::unique_ptr<PrinterCatalog> SystemPrinterCatalog() {
+  return std::make_unique<CupsPrinterCatalog>();
+}
+
+}  // namespace sheafwork

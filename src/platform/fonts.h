@@ -1,0 +1,23 @@
+#pragma once
+// The system's font folders.
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace sheafwork {
+
+class FontFolders {
+ public:
+  virtual ~FontFolders() = default;
+  /// Whether a font file of this name (a file name without folder, such as
+  /// "arial.ttf") is in one of the system's font folders; the letter case of
+  /// the name is ignored. False when the system has no font folder.
+  virtual bool HasFontFile(std::string_view fileName) = 0;
+};
+
+/// The system's font folders (the Windows folder's FONTS on Windows, the
+/// fontconfig folders on POSIX).
+std::unique_ptr<FontFolders> SystemFontFolders();
+
+}  // namespace sheafwork

@@ -1,0 +1,62 @@
+#include "plotcfg/devices.h"
+
+#include "log/paths.h"
+#include "plotcfg/message_ids.h"
+#include "text/strings.h"
+
+namespace sheafwork {
+
+using plotcfg_ids::CachedText;
+
+bool IsDefaultDevice(const std::string& device) {
+  return EqualsIgnoreCase(device, CachedText<plotcfg_ids::kDefault>());
+}
+
+bool IsPlotterConfigFile(const std::string& device) {
+  return EndsWithIgnoreCase(TrimSpaces(device), ".pc3");
+}
+
+std::vector<std::string> SplitSearchPath(const std::string& searchPath) {
+  std::vector<std::string> folders;
+  std::string_view rest = searchPath;
+  while (true) {
+    const auto bar = rest.find(';');
+    const std::string_view folder = TrimSpaces(rest.substr(0, bar));
+    if (!folder.empty()) folders.emplace_back(folder);
+    if (bar == std::string_view::npos) break;
+    rest.remove_prefix(bar + 1);
+  }
+  return folders;
+}
+
+bool FindFileWithExtendedPaths(const std::string& fileName, const std::string& searchPath) {
+  if (TrimSpaces(searchPath).empty() || TrimSpaces(fileName).empty()) return false;
+  // The separator is always inserted, even after a folder that ends in one.
+  for (const std::string& folder : SplitSearchPath(searchPath)) {
+    if (GetFileStatus(folder + FolderSeparator() + fileName) == kFileFound) return true;
+  }
+  return false;
+}
+
+std::vector<PrinterInfo> UsablePrinters(PrinterCatalog& printers) {
+  std::vector<PrinterInfo> usable;
+  for (PrinterInfo& printer : printers.Printers()) {
+    if (printer.name != CachedText<plotcfg_ids::kPseudoPrinter>()) {
+      usable.push_back(std::move(printer));
+    }
+  }
+  return usable;
+}
+
+bool NoDevicesAvailable(host::Preferences& preferences, PrinterCatalog& printers) {
+  if (!UsablePrinters(printers).empty()) return false;
+  // Any ordinary file in a configuration folder counts, whatever its kind; a
+  // folder that cannot be read holds none.
+  const std::string pattern = std::string(1, FolderSeparator()) + "*";
+  for (const std::string& folder : SplitSearchPath(preferences.PrinterConfigPath())) {
+    if (GetFileStatus(folder + pattern) == kFileFound) return false;
+  }
+  return true;
+}
+
+}  // namespace sheafwork

@@ -1,0 +1,269 @@
+#include "plotrun/plot_run.h"
+
+#include "batch/list_row.h"
+#include "host/error.h"
+#include "log/log_file.h"
+#include "log/paths.h"
+#include "plotcfg/layout_setup.h"
+#include "plotcfg/page_setup.h"
+#include "plotrun/plot_layout.h"
+#include "res/string_table.h"
+
+namespace sheafwork {
+
+namespace {
+
+constexpr int kLayoutWord = 80;  // "Présentation"
+constexpr int kExternalSetupUnreadable = 112;
+constexpr int kExternalSetupMissing = 113;
+constexpr int kCannotOpenDrawing = 119;
+constexpr int kProblemOpeningDrawing = 120;
+constexpr int kPlotFailed = 122;
+constexpr int kHostErrorNumber = 150;  // "ERREUR: #"
+
+std::string TwoDigits(int value, const char* separator, const char* separatorWithZero) {
+  return (value < 10 ? separatorWithZero : separator) + std::to_string(value);
+}
+
+int SecondsOfDay(const LocalTime& t) { return t.hour * 3600 + t.minute * 60 + t.second; }
+
+/// One run: its logs, its host, and what it has done so far.
+class Run {
+ public:
+  Run(Session& session, HostSession& host, const RunServices& services)
+      : session_(session),
+        host_(host),
+        services_(services),
+        context_{host, logs_.errorLog,
+                 PaperChangeReport{logs_.errorLog, session.Log, services.prompt}, record_,
+                 services.clock ? services.clock : Clock(LocalTimeNow)} {}
+
+  RunResult Go();
+
+ private:
+  bool CountPlots();
+  void PlotRow(int row);
+  bool ReadExternalSetup(const NpsInfo& nps);
+  void PlotAllLayouts(int row, const BatchEntry& entry, bool planFound);
+  void OpenFailed(const OpenResult& open, const std::string& fileName);
+  void MarkEntryFailed(int row, const BatchEntry& entry);
+  void MarkEntryPlotted(int row);
+  void LogHostError(const host::Error& error);
+  bool StillGoing(host::Plot& plot);
+
+  Session& session_;
+  HostSession& host_;
+  const RunServices& services_;
+  RunLogs logs_;
+  PlotSetupRecord record_;
+  LayoutPlotContext context_;
+  RunResult result_;
+};
+
+RunResult Run::Go() {
+  OpenLogFiles(session_.Log, logs_);
+  try {
+    if (!CountPlots()) {
+      result_.endedEarly = true;
+      return result_;
+    }
+    auto plot = host_.App().ActiveDocument()->GetPlot();
+    plot->StartBatchMode(result_.totalPlots);
+    if (!StillGoing(*plot)) {
+      result_.endedEarly = true;
+      CloseLogFiles(session_.Log, logs_);
+      return result_;
+    }
+    if (services_.observer) services_.observer->RowsCleared();
+    const int count = session_.List.EntryCount();
+    for (int row = 1; row <= count && !result_.cancelled; ++row) PlotRow(row);
+    if (result_.cancelled) result_.endedEarly = true;
+    host_.App().ActiveDocument()->GetPlot()->SetSheafworkProgress(false);
+  } catch (const host::Error& error) {
+    LogHostError(error);
+    result_.endedEarly = true;
+  }
+  CloseLogFiles(session_.Log, logs_);
+  return result_;
+}
+
+// The host is told beforehand how many layouts follow. A drawing that cannot
+// be opened here ends the run before anything is plotted.
+bool Run::CountPlots() {
+  auto plot = host_.App().ActiveDocument()->GetPlot();
+  plot->SetQuietErrorMode(true);
+  result_.totalPlots = 0;
+  const int count = session_.List.EntryCount();
+  for (int row = 1; row <= count; ++row) {
+    const BatchEntry entry = EntryAsShown(session_.List.Entry(row));
+    if (!IsAllLayouts(entry.Layout)) {
+      ++result_.totalPlots;
+      continue;
+    }
+    const OpenResult open = host_.OpenDrawing(entry.FileName);
+    if (!open.ok) {
+      OpenFailed(open, entry.FileName);
+      return false;
+    }
+    auto layouts = host_.Doc().GetLayouts();
+    const std::int32_t layoutCount = layouts->Count();
+    for (std::int32_t i = 0; i < layoutCount; ++i) {
+      if (layouts->Item(i)->Name() != ModelTabName()) ++result_.totalPlots;
+    }
+    host_.CloseDrawing(entry.FileName);
+  }
+  return true;
+}
+
+void Run::PlotRow(int row) {
+  // Empty fields mean what the list shows for them, in the journal too.
+  const BatchEntry entry = EntryAsShown(session_.List.Entry(row));
+  if (services_.observer) {
+    services_.observer->RowStarted(row, session_.List.EntryCount(), entry);
+  }
+  const NpsInfo nps = GetNPSInfoForEntry(entry.PlotSetup, entry.FileName);
+  bool planFound = false;
+  if (nps.isExternal) {
+    if (!ReadExternalSetup(nps)) {
+      MarkEntryFailed(row, entry);
+      return;
+    }
+    planFound = true;
+  }
+
+  const OpenResult open = host_.OpenDrawing(entry.FileName);
+  if (!open.ok) {
+    OpenFailed(open, entry.FileName);
+    MarkEntryFailed(row, entry);
+    return;
+  }
+  try {
+    auto plot = host_.App().ActiveDocument()->GetPlot();
+    plot->SetQuietErrorMode(true);
+    plot->SetNumberOfCopies(1);
+    if (!StillGoing(*plot)) return;  // the drawing stays open
+
+    if (IsAllLayouts(entry.Layout)) {
+      PlotAllLayouts(row, entry, planFound);
+    } else {
+      std::string elapsed;
+      if (PlotLayout(context_, entry, entry.Layout, planFound, elapsed)) {
+        WriteJournalLine(logs_.journal, logs_.errorLog,
+                         FileNameFromPath(entry.FileName) + ", " + FolderFromPath(entry.FileName) +
+                             ", " + entry.Layout + ", " + entry.PlotSetup + ", " +
+                             entry.PlotDevice + ", " + elapsed);
+        MarkEntryPlotted(row);
+      } else {
+        MarkEntryFailed(row, entry);
+      }
+    }
+    if (!StillGoing(*host_.App().ActiveDocument()->GetPlot())) return;
+  } catch (const host::Error& error) {
+    // The host failed outside the plot of a layout: the row is lost, the run
+    // goes on with the next one.
+    LogHostError(error);
+    MarkEntryFailed(row, entry);
+  }
+  host_.CloseDrawing(entry.FileName);
+}
+
+void Run::PlotAllLayouts(int row, const BatchEntry& entry, bool planFound) {
+  bool allLayoutsOk = true;
+  const LocalTime start = context_.clock();
+  auto layouts = host_.Doc().GetLayouts();
+  const std::int32_t count = layouts->Count();
+  for (std::int32_t i = 0; i < count; ++i) {
+    const std::string name = layouts->Item(i)->Name();
+    if (name == ModelTabName()) continue;
+    std::string elapsed;
+    if (!PlotLayout(context_, entry, name, planFound, elapsed)) {
+      logs_.errorLog.WriteLogLine(LoadResourceText(kPlotFailed) + entry.FileName + ", " +
+                                  LoadResourceText(kLayoutWord) + name);
+      allLayoutsOk = false;
+    }
+  }
+  const LocalTime end = context_.clock();
+  if (!allLayoutsOk) {
+    MarkEntryFailed(row, entry);
+    return;
+  }
+  WriteJournalLine(logs_.journal, logs_.errorLog,
+                   FileNameFromPath(entry.FileName) + ", " + FolderFromPath(entry.FileName) + ", " +
+                       entry.Layout + ", " + entry.PlotSetup + ", " + entry.PlotDevice + ", " +
+                       FormatElapsedTime(start, end));
+  MarkEntryPlotted(row);
+}
+
+// Reads the row's page setup from the other drawing into the run's record.
+bool Run::ReadExternalSetup(const NpsInfo& nps) {
+  const OpenResult open = host_.OpenDrawing(nps.drawing);
+  if (!open.ok) {
+    logs_.errorLog.WriteLogLine(LoadResourceText(kExternalSetupUnreadable) + nps.drawing);
+    return false;
+  }
+  bool found = false;
+  try {
+    auto setups = host_.Doc().GetPlotConfigurations();
+    const std::int32_t count = setups->Count();
+    std::int32_t match = -1;
+    for (std::int32_t i = 0; i < count; ++i) {
+      if (setups->Item(i)->Name() == nps.name) match = i;  // the last match wins
+    }
+    if (match >= 0) {
+      record_ = ReadPlotSetup(*setups->Item(match));
+      found = true;
+    } else {
+      logs_.errorLog.WriteLogLine(LoadResourceText(kExternalSetupMissing) + nps.name);
+    }
+  } catch (const host::Error&) {
+    logs_.errorLog.WriteLogLine(LoadResourceText(kExternalSetupUnreadable) + nps.drawing);
+  }
+  host_.CloseDrawing(nps.drawing);
+  return found;
+}
+
+void Run::OpenFailed(const OpenResult& open, const std::string& fileName) {
+  const int id =
+      open.errorNumber == host::kFileNotFound ? kCannotOpenDrawing : kProblemOpeningDrawing;
+  logs_.errorLog.WriteLogLine(LoadResourceText(id) + fileName);
+}
+
+void Run::MarkEntryFailed(int row, const BatchEntry& entry) {
+  logs_.errorLog.WriteLogLine(LoadResourceText(kPlotFailed) + entry.FileName);
+  ++result_.failed;
+  if (services_.observer) services_.observer->RowFinished(row, RowStatus::Failed);
+}
+
+void Run::MarkEntryPlotted(int row) {
+  ++result_.plotted;
+  if (services_.observer) services_.observer->RowFinished(row, RowStatus::Plotted);
+}
+
+void Run::LogHostError(const host::Error& error) {
+  logs_.errorLog.WriteLogLine(LoadResourceText(kHostErrorNumber) + std::to_string(error.number()) +
+                              ", " + error.description());
+}
+
+bool Run::StillGoing(host::Plot& plot) {
+  if (plot.SheafworkProgress()) return true;
+  result_.cancelled = true;
+  return false;
+}
+
+}  // namespace
+
+std::string FormatElapsedTime(const LocalTime& start, const LocalTime& end) {
+  const std::int32_t diff = SecondsOfDay(end) - SecondsOfDay(start);
+  const std::int32_t hours = diff / 3600;
+  const std::int32_t rest = diff - hours;
+  const std::int32_t minutes = rest / 60;
+  const std::int32_t seconds = rest % 60;
+  return (hours < 10 ? "0" : "") + std::to_string(hours) + TwoDigits(minutes, ":", ":0") +
+         TwoDigits(seconds, ":", ":0");
+}
+
+RunResult PlotAllEntries(Session& session, HostSession& host, const RunServices& services) {
+  return Run(session, host, services).Go();
+}
+
+}  // namespace sheafwork

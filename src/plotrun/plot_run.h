@@ -1,0 +1,59 @@
+#pragma once
+// The plot run: every row of the list, in order, plotted in the host.
+
+#include <cstdint>
+#include <string>
+
+#include "batch/session.h"
+#include "host/host_session.h"
+#include "platform/clock.h"
+#include "prompt/prompt.h"
+
+namespace sheafwork {
+
+/// The status icon of a row in the list view.
+enum class RowStatus { NotPlotted = 0, Plotted = 1, Failed = 2 };
+
+/// Follows a run row by row (the list view's icons, a terminal's progress).
+class RunObserver {
+ public:
+  virtual ~RunObserver() = default;
+  /// Every row's status went back to not plotted.
+  virtual void RowsCleared() {}
+  /// Row `row` (from 1) of `count` is about to be plotted.
+  virtual void RowStarted(int row, int count, const BatchEntry& entry) {
+    (void)row, (void)count, (void)entry;
+  }
+  /// Row `row` was plotted or failed.
+  virtual void RowFinished(int row, RowStatus status) { (void)row, (void)status; }
+};
+
+struct RunServices {
+  Clock clock = LocalTimeNow;
+  RunObserver* observer = nullptr;
+  /// Asked only when a paper-size line can be written to no error log at all.
+  Prompt* prompt = nullptr;
+};
+
+/// How a run went.
+struct RunResult {
+  int plotted = 0;  ///< rows marked plotted
+  int failed = 0;   ///< rows marked failed
+  /// The run stopped before the last row: a drawing could not be opened while
+  /// counting, the host failed, or the user cancelled.
+  bool endedEarly = false;
+  bool cancelled = false;
+  std::int16_t totalPlots = 0;  ///< layouts announced to the host
+};
+
+/// Plots every row of the session's list and writes the journal and the error
+/// log by the session's log settings. Never throws.
+RunResult PlotAllEntries(Session& session, HostSession& host, const RunServices& services);
+
+/// The elapsed time between two times of day, as the journal writes it.
+/// Hours count whole hours; the minutes and seconds are those of the
+/// difference less the number of hours (not of hours times 3600), so 3700
+/// seconds read 01:61:39. A run across midnight gives a negative time.
+std::string FormatElapsedTime(const LocalTime& start, const LocalTime& end);
+
+}  // namespace sheafwork

@@ -1,0 +1,436 @@
+#include "plottest/plot_test.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "batch/list_row.h"
+#include "host/error.h"
+#include "host/sysvar.h"
+#include "log/paths.h"
+#include "plotcfg/devices.h"
+#include "plotcfg/error_output.h"
+#include "plotcfg/layout_setup.h"
+#include "plotcfg/page_setup.h"
+#include "res/string_table.h"
+#include "text/strings.h"
+#include "text/utf8.h"
+#include "text/windows1252.h"
+
+namespace sheafwork {
+
+namespace {
+
+// String-table ids of the scan's texts.
+constexpr int kTitle = 127;
+constexpr int kTitleAt = 128;
+constexpr int kUnnamedList = 129;
+constexpr int kSettingVariables = 130;
+constexpr int kSettingLogFile = 131;
+constexpr int kScanningDrawings = 132;
+constexpr int kNoDrawings = 133;
+constexpr int kChecking = 134;
+constexpr int kCannotOpen = 135;
+constexpr int kOpenError = 136;
+constexpr int kXrefLogStart = 137;
+constexpr int kXrefLogEnd = 138;
+constexpr int kXrefNotFoundMark = 139;
+constexpr int kMissingXref = 140;
+constexpr int kMissingFont = 142;
+constexpr int kMissingLayoutStart = 143;
+constexpr int kMissingLayoutEnd = 144;
+constexpr int kMissingPageSetupStart = 145;
+constexpr int kMissingPageSetupEnd = 146;
+constexpr int kRestoringLogFile = 147;
+constexpr int kRestoringVariables = 148;
+constexpr int kHostFailure = 149;
+constexpr int kHostErrorNumber = 150;
+constexpr int kMissingPrinter = 151;
+constexpr int kMissingPlotterConfig = 152;
+constexpr int kNoDeviceAtAll = 153;
+constexpr int kNoneDeviceStart = 155;
+constexpr int kNoneDeviceEnd = 156;
+constexpr int kNoneDevice = 311;
+
+constexpr std::string_view kLineEnd = "\r\n";
+
+// The byte offsets at which the characters of `s` start; a malformed byte is
+// a character of its own.
+std::vector<std::size_t> CharStarts(std::string_view s) {
+  std::vector<std::size_t> starts;
+  for (std::size_t pos = 0; pos < s.size(); pos += DecodeUtf8(s, pos).length) {
+    starts.push_back(pos);
+  }
+  return starts;
+}
+
+// `s` without its last `n` characters; all of `s` when it has fewer.
+std::string_view DropLastChars(std::string_view s, std::size_t n) {
+  const auto starts = CharStarts(s);
+  if (starts.size() < n) return s;
+  return s.substr(0, starts.size() == n ? 0 : starts[starts.size() - n]);
+}
+
+// The last `n` characters of `s`; all of `s` when it has fewer.
+std::string_view LastChars(std::string_view s, std::size_t n) {
+  const auto starts = CharStarts(s);
+  if (starts.size() <= n) return s;
+  return s.substr(starts[starts.size() - n]);
+}
+
+// The characters of `s` with their letter case folded, for searching.
+std::u32string Folded(std::string_view s) {
+  std::u32string out;
+  for (std::size_t pos = 0; pos < s.size();) {
+    const DecodedChar d = DecodeUtf8(s, pos);
+    out.push_back(d.valid ? FoldCase(d.codePoint) : kMalformedByte + d.codePoint);
+    pos += d.length;
+  }
+  return out;
+}
+
+bool ContainsIgnoreCase(std::string_view s, std::string_view part) {
+  return Folded(s).find(Folded(part)) != std::u32string::npos;
+}
+
+// A font file counts as TrueType when its last four characters, trimmed, are
+// ".ttf"; a blank after the extension therefore makes it a shape file.
+bool IsTrueTypeFont(std::string_view fontFile) {
+  return EqualsIgnoreCase(TrimSpaces(LastChars(fontFile, 4)), ".ttf");
+}
+
+// The external-reference log the host writes beside a drawing: the drawing's
+// path less its last three characters, trimmed, with "xlg" added.
+std::string XrefLogName(std::string_view drawing) {
+  return std::string(TrimSpaces(DropLastChars(drawing, 3))) + "xlg";
+}
+
+// The lines of a text file as UTF-8: a valid UTF-8 file (byte-order mark
+// dropped) is taken as it stands, any other as Windows-1252. Lines may end in
+// CR LF, LF or CR. Nullopt when the file cannot be read.
+std::optional<std::vector<std::string>> ReadTextLines(const std::string& path) {
+  std::ifstream in(std::filesystem::path(std::u8string(path.begin(), path.end())),
+                   std::ios::binary);
+  if (!in) return std::nullopt;
+  std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  if (in.bad()) return std::nullopt;
+  std::string text;
+  if (IsValidUtf8(bytes)) {
+    text = bytes.starts_with("\xEF\xBB\xBF") ? bytes.substr(3) : std::move(bytes);
+  } else {
+    text = Windows1252ToUtf8(bytes);
+  }
+  std::vector<std::string> lines;
+  std::size_t start = 0;
+  while (start < text.size()) {
+    const std::size_t end = text.find_first_of("\r\n", start);
+    if (end == std::string::npos) {
+      lines.push_back(text.substr(start));
+      break;
+    }
+    lines.push_back(text.substr(start, end - start));
+    start = end + (text.compare(end, 2, "\r\n") == 0 ? 2 : 1);
+  }
+  return lines;
+}
+
+// MM-DD-YYYY, HH:MM:SS
+std::string FormatTitleTime(const LocalTime& t) {
+  char buffer[96];
+  std::snprintf(buffer, sizeof buffer, "%02d-%02d-%04d, %02d:%02d:%02d", t.month, t.day, t.year,
+                t.hour, t.minute, t.second);
+  return buffer;
+}
+
+// One host system variable the scan changes and puts back.
+struct ScanVariable {
+  const char* name;
+  host::SysVarValue scanValue;
+  std::optional<host::SysVarValue> saved;  ///< empty when it could not be read
+};
+
+// The scan of one list. Where it resumes after a host error: every host call
+// sits in a guarded step; a failing step adds lines 149 and 150 and the scan
+// goes on with the next step. The steps are
+// - in the set-up and the restore: each single read or write of a variable or
+//   preference (a value that could not be read is neither changed nor put
+//   back), the device count, and the log-file switch before each drawing;
+// - for one row: the drawing checks together (a failure ends the drawing
+//   checks of that row; the device check still runs and the drawing is still
+//   closed), then the device check.
+// The device check runs before the drawing is closed, so that the devices of
+// the row's own layouts are checked; a drawing that did not open has no
+// layouts to check.
+class PlotTestScan {
+ public:
+  PlotTestScan(Session& session, HostSession& host, const PlotTestServices& services)
+      : session_(session), host_(host), services_(services) {}
+
+  std::string Run() {
+    WriteTitle();
+    SetVariables();
+    SetLogFile();
+    Guard([&] { noDevices_ = NoDevicesAvailable(Preferences(), services_.printers); });
+    Line(LoadResourceText(kScanningDrawings));
+    const int count = session_.List.EntryCount();
+    if (count == 0) Line(LoadResourceText(kNoDrawings));
+    for (int row = 1; row <= count; ++row) {
+      const BatchEntry& entry = session_.List.Entry(row);
+      if (services_.progress) services_.progress(row, count, entry.FileName);
+      ScanRow(entry);
+    }
+    RestoreLogFile();
+    RestoreVariables();
+    return std::move(results_);
+  }
+
+ private:
+  void Line(std::string_view text) {
+    results_ += text;
+    results_ += kLineEnd;
+  }
+
+  // Runs one step; a host error is reported and ends only that step.
+  template <typename Step>
+  void Guard(Step&& step) {
+    try {
+      step();
+    } catch (const host::Error& error) {
+      Line(LoadResourceText(kHostFailure));
+      Line(LoadResourceText(kHostErrorNumber) + std::to_string(error.number()) + ", " +
+           error.description());
+    }
+  }
+
+  // The host's preferences, fetched once. Throws host::Error.
+  host::Preferences& Preferences() {
+    if (!preferences_) preferences_ = host_.App().GetPreferences();
+    return *preferences_;
+  }
+
+  void WriteTitle() {
+    const std::string list =
+        session_.ListName.empty() ? LoadResourceText(kUnnamedList) : session_.ListName;
+    const LocalTime now = services_.clock ? services_.clock() : LocalTimeNow();
+    Line(LoadResourceText(kTitle) + list + LoadResourceText(kTitleAt) + FormatTitleTime(now));
+  }
+
+  void SetVariables() {
+    std::shared_ptr<host::Document> doc;
+    Guard([&] { doc = host_.App().ActiveDocument(); });
+    if (doc) {
+      for (auto& variable : variables_) {
+        Guard([&] { variable.saved = doc->GetVariable(variable.name); });
+      }
+    }
+    std::string line = LoadResourceText(kSettingVariables);
+    bool first = true;
+    for (const auto& variable : variables_) {
+      if (variable.saved) Guard([&] { doc->SetVariable(variable.name, variable.scanValue); });
+      line += first ? "" : ", ";
+      line += variable.name;
+      line += " <" + (variable.saved ? host::FormatSysVar(*variable.saved) : std::string()) + ">";
+      first = false;
+    }
+    Line(line);
+  }
+
+  void RestoreVariables() {
+    std::string line = LoadResourceText(kRestoringVariables);
+    bool first = true;
+    for (const auto& variable : variables_) {
+      line += first ? "" : ", ";
+      line += variable.name;
+      first = false;
+    }
+    Line(line);
+    std::shared_ptr<host::Document> doc;
+    for (const auto& variable : variables_) {
+      if (!variable.saved) continue;
+      Guard([&] {
+        if (!doc) doc = host_.App().ActiveDocument();
+        doc->SetVariable(variable.name, *variable.saved);
+      });
+    }
+  }
+
+  void SetLogFile() {
+    Line(LoadResourceText(kSettingLogFile));
+    Guard([&] { savedLogFolder_ = Preferences().LogFilePath(); });
+    Guard([&] { savedLogFileOn_ = Preferences().LogFileOn(); });
+    if (savedLogFolder_) Guard([&] { Preferences().SetLogFilePath(host_.ProgramFolder); });
+  }
+
+  void RestoreLogFile() {
+    if (savedLogFolder_) Guard([&] { Preferences().SetLogFilePath(*savedLogFolder_); });
+    if (savedLogFileOn_) Guard([&] { Preferences().SetLogFileOn(*savedLogFileOn_); });
+    Line(LoadResourceText(kRestoringLogFile) + "<" + savedLogFolder_.value_or(std::string()) + ">");
+  }
+
+  void ScanRow(const BatchEntry& row) {
+    // Empty fields mean what the list shows for them.
+    const BatchEntry shown = EntryAsShown(row);
+    const std::string& layout = shown.Layout;
+    const std::string& plotSetup = shown.PlotSetup;
+    const std::string& device = shown.PlotDevice;
+
+    Line(LoadResourceText(kChecking) + row.FileName);
+    // A fresh host log for this drawing.
+    Guard([&] {
+      Preferences().SetLogFileOn(false);
+      Preferences().SetLogFileOn(true);
+    });
+    const OpenResult opened = host_.OpenDrawing(row.FileName);
+    if (opened.ok) {
+      Guard([&] { CheckDrawing(row.FileName, layout, plotSetup); });
+      // Before the drawing is closed, so that the layouts' own devices are
+      // those of this drawing.
+      Guard([&] { CheckDevice(device, layout, true); });
+      host_.CloseDrawing(row.FileName);
+    } else {
+      Line(opened.errorNumber == host::kFileNotFound
+               ? LoadResourceText(kCannotOpen)
+               : LoadResourceText(kOpenError) + std::to_string(opened.errorNumber));
+      Guard([&] { CheckDevice(device, layout, false); });
+    }
+  }
+
+  void CheckDrawing(const std::string& drawing, const std::string& layout,
+                    const std::string& plotSetup) {
+    host::Document& doc = host_.Doc();
+    CheckXrefLog(drawing);
+    doc.GetVariable("LOGFILENAME");  // read as the host expects; its log is not read
+    CheckFonts(doc);
+    CheckLayout(doc, layout);
+    CheckPageSetup(doc, drawing, plotSetup);
+  }
+
+  void CheckXrefLog(const std::string& drawing) {
+    const std::string logName = XrefLogName(drawing);
+    std::optional<std::vector<std::string>> lines;
+    if (GetFileStatus(logName) == kFileFound) lines = ReadTextLines(logName);
+    if (!lines) {
+      Line(LoadResourceText(kXrefLogStart) + logName + LoadResourceText(kXrefLogEnd));
+      return;
+    }
+    const std::string mark = LoadResourceText(kXrefNotFoundMark);
+    for (const auto& line : *lines) {
+      if (ContainsIgnoreCase(line, mark)) {
+        Line(LoadResourceText(kMissingXref) + std::string(TrimSpaces(line)));
+      }
+    }
+  }
+
+  void CheckFonts(host::Document& doc) {
+    auto styles = doc.GetTextStyles();
+    const std::int32_t count = styles->Count();
+    std::optional<std::string> supportPath;
+    for (std::int32_t i = 0; i < count; ++i) {
+      const std::string fontFile = styles->Item(i)->FontFile();
+      if (EqualsIgnoreCase(fontFile, "txt")) continue;
+      const std::string trimmed(TrimSpaces(fontFile));
+      bool found = false;
+      if (IsTrueTypeFont(fontFile)) {
+        found = services_.fonts.HasFontFile(trimmed);
+      } else {
+        if (!supportPath) supportPath = Preferences().SupportPath();
+        found = FindFileWithExtendedPaths(fontFile, *supportPath);
+      }
+      if (!found) Line(LoadResourceText(kMissingFont) + trimmed);
+    }
+  }
+
+  void CheckLayout(host::Document& doc, const std::string& layout) {
+    if (IsSpecialLayout(layout)) return;
+    auto layouts = doc.GetLayouts();
+    const std::int32_t count = layouts->Count();
+    for (std::int32_t i = 0; i < count; ++i) {
+      if (layouts->Item(i)->Name() == layout) return;
+    }
+    Line(LoadResourceText(kMissingLayoutStart) + layout + LoadResourceText(kMissingLayoutEnd));
+  }
+
+  void CheckPageSetup(host::Document& doc, const std::string& drawing,
+                      const std::string& plotSetup) {
+    if (GetNPSInfoForEntry(plotSetup, drawing).isExternal) return;
+    if (IsDefaultPageSetup(plotSetup)) return;
+    auto setups = doc.GetPlotConfigurations();
+    const std::int32_t count = setups->Count();
+    for (std::int32_t i = 0; i < count; ++i) {
+      if (setups->Item(i)->Name() == plotSetup) return;
+    }
+    Line(LoadResourceText(kMissingPageSetupStart) + plotSetup +
+         LoadResourceText(kMissingPageSetupEnd));
+  }
+
+  // The row's device; with `opened`, also the devices of the layouts the row
+  // plots when it uses the default device.
+  void CheckDevice(const std::string& device, const std::string& layout, bool opened) {
+    if (IsPlotterConfigFile(device)) {
+      const bool found = FolderFromPath(device).empty()
+                             ? FindFileWithExtendedPaths(device, Preferences().PrinterConfigPath())
+                             : GetFileStatus(device) == kFileFound;
+      if (!found) Line(LoadResourceText(kMissingPlotterConfig) + device);
+      return;
+    }
+    if (!IsDefaultDevice(device)) {
+      for (const auto& printer : UsablePrinters(services_.printers)) {
+        if (printer.name == device) return;
+      }
+      Line(LoadResourceText(kMissingPrinter) + device);
+      return;
+    }
+    if (noDevices_) Line(LoadResourceText(kNoDeviceAtAll));
+    if (opened) CheckLayoutDevices(layout);
+  }
+
+  // Warns about each layout the row plots whose own device is "Aucun".
+  void CheckLayoutDevices(const std::string& layout) {
+    const std::string none = LoadResourceText(kNoneDevice);
+    const auto warn = [&](const std::string& name) {
+      Line(LoadResourceText(kNoneDeviceStart) + name + LoadResourceText(kNoneDeviceEnd));
+    };
+    if (IsAllLayouts(layout)) {
+      auto layouts = host_.Doc().GetLayouts();
+      const std::int32_t count = layouts->Count();
+      for (std::int32_t i = 0; i < count; ++i) {
+        auto item = layouts->Item(i);
+        const std::string name = item->Name();
+        if (name != ModelTabName() && item->ConfigName() == none) warn(name);
+      }
+      return;
+    }
+    if (!SetupLayout(host_, layout, ErrorOutput::Nowhere())) return;
+    auto active = host_.Doc().ActiveLayout();
+    if (active->ConfigName() == none) warn(active->Name());
+  }
+
+  Session& session_;
+  HostSession& host_;
+  const PlotTestServices& services_;
+  std::string results_;
+  std::shared_ptr<host::Preferences> preferences_;
+  std::optional<std::string> savedLogFolder_;
+  std::optional<bool> savedLogFileOn_;
+  bool noDevices_ = false;
+  std::vector<ScanVariable> variables_ = {
+      {"XREFCTL", std::int16_t{1}, std::nullopt}, {"FILEDIA", std::int16_t{0}, std::nullopt},
+      {"CMDECHO", std::int16_t{1}, std::nullopt}, {"CMDDIA", std::int16_t{0}, std::nullopt},
+      {"SHPNAME", std::string(), std::nullopt},
+  };
+};
+
+}  // namespace
+
+std::string RunPlotTest(Session& session, HostSession& host, const PlotTestServices& services) {
+  return PlotTestScan(session, host, services).Run();
+}
+
+}  // namespace sheafwork

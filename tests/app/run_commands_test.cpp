@@ -1,0 +1,182 @@
+// `sheafwork plot` and `sheafwork check` end to end, in-process, with the
+// scripted host registered as the program's host.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <vector>
+
+#include "app/command_line.h"
+#include "fakes/fake_host.h"
+#include "fakes/log_lines.h"
+#include "fakes/temp_folder.h"
+#include "host/error.h"
+
+namespace sheafwork {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using testing::TempFolder;
+
+class NoPrinters : public PrinterCatalog {
+ public:
+  std::vector<PrinterInfo> Printers() override { return {{"Bureau", "HP LaserJet", "ipp://x"}}; }
+};
+
+class AllFonts : public FontFolders {
+ public:
+  bool HasFontFile(std::string_view) override { return true; }
+};
+
+struct Outcome {
+  int status;
+  std::string out;
+  std::string err;
+};
+
+class RunCommandsTest : public ::testing::Test {
+ protected:
+  RunCommandsTest() {
+    hosts.Register("essai", [this] { return host.App(); });
+    env.defaultLogFolder = (home.path() / "sheafwork").string();
+    env.dataFolder = home.path().string();
+    env.hosts = &hosts;
+    env.printers = &printers;
+    env.fonts = &fonts;
+    env.clock = [] { return LocalTime{2026, 11, 22, 23, 5, 9}; };
+    plan = host.AddDrawing("Plan.dwg").path;
+    host.Drawing(plan).AddLayout("Vue A");
+    list = home.File("lot.qx3");
+  }
+
+  Outcome Run(std::vector<std::string> args) {
+    args.insert(args.begin(), "sheafwork");
+    std::vector<const char*> argv;
+    for (const auto& a : args) argv.push_back(a.c_str());
+    std::ostringstream out, err;
+    const int status = RunCommandLine(static_cast<int>(argv.size()), argv.data(), out, err, env);
+    return {status, out.str(), err.str()};
+  }
+
+  /// A list with a row that plots and a row whose layout is missing.
+  void MakeList(bool withFailingRow) {
+    ASSERT_EQ(Run({"list", "new", list, plan}).status, 0);
+    ASSERT_EQ(Run({"list", "add", list, plan, "--layout", "Vue A"}).status, 0);
+    if (withFailingRow) {
+      ASSERT_EQ(Run({"list", "add", list, plan, "--layout", "Vue Z"}).status, 0);
+    }
+  }
+
+  std::string Journal() const { return env.defaultLogFolder + "/QXJOURNL.LOG"; }
+  std::string ErrorLog() const { return env.defaultLogFolder + "/QXERROR.LOG"; }
+
+  testing::FakeHost host;
+  TempFolder home;
+  HostRegistry hosts;
+  NoPrinters printers;
+  AllFonts fonts;
+  CommandEnvironment env;
+  std::string plan;
+  std::string list;
+};
+
+TEST_F(RunCommandsTest, PlotRunsEveryRowShowsProgressAndEndsTheHost) {
+  MakeList(true);
+  const Outcome o = Run({"plot", list});
+  EXPECT_EQ(o.status, 1);
+  EXPECT_THAT(o.err, HasSubstr("ligne 1/3 : " + plan + "\nligne 1/3 : tracé\n"));
+  EXPECT_THAT(o.err, HasSubstr("ligne 3/3 : échec\n"));
+  EXPECT_THAT(o.err, HasSubstr("sheafwork: 2 ligne(s) tracée(s), 1 en échec ; journal : " +
+                               Journal() + " ; erreurs : " + ErrorLog() + "\n"));
+  EXPECT_TRUE(o.out.empty());
+  EXPECT_EQ(host.Plots().size(), 2u);
+  EXPECT_EQ(testing::ReadLogLines(Journal()).size(), 2u + 2u);
+  EXPECT_THAT(testing::ReadLogLines(ErrorLog()),
+              ElementsAre("", "ERREUR: Echec de la configuration de la présentation de: " + plan,
+                          "ERREUR: Echec du traçage du dessin: " + plan));
+  // The host was quieted for the run, then put back and closed.
+  EXPECT_EQ(host.InitialDocument().variables["EXPERT"], host::SysVarValue(std::int16_t{0}));
+  EXPECT_TRUE(host.Quit());
+}
+
+TEST_F(RunCommandsTest, PlotOfRowsThatAllPlotEndsWithStatus0) {
+  MakeList(false);
+  const Outcome o = Run({"plot", list, "--host", "essai"});
+  EXPECT_EQ(o.status, 0) << o.err;
+  EXPECT_THAT(o.err, HasSubstr("2 ligne(s) tracée(s), 0 en échec"));
+}
+
+TEST_F(RunCommandsTest, ACancelledRunEndsWithStatus1) {
+  MakeList(false);
+  host.CancelAtPoll(2);
+  const Outcome o = Run({"plot", list});
+  EXPECT_EQ(o.status, 1);
+  EXPECT_THAT(o.err, HasSubstr("traçage annulé"));
+}
+
+TEST_F(RunCommandsTest, UnusableInputOrNoHostEndWithStatus2BeforeTheHostStarts) {
+  MakeList(false);
+  Outcome o = Run({"plot", list, "--host", "autre"});
+  EXPECT_EQ(o.status, 2);
+  EXPECT_THAT(o.err, HasSubstr("hôte inconnu « autre » (hôtes disponibles : essai)"));
+
+  const std::string bad = home.Write("bad.qx3", "pas une liste\r\n");
+  o = Run({"check", bad});
+  EXPECT_EQ(o.status, 2);
+  EXPECT_THAT(o.err, HasSubstr(bad + ": "));
+  EXPECT_THAT(host.Calls(), IsEmpty());
+
+  HostRegistry none;
+  env.hosts = &none;
+  o = Run({"plot", list});
+  EXPECT_EQ(o.status, 2);
+  EXPECT_THAT(o.err, HasSubstr("aucun hôte CAO n'est disponible"));
+}
+
+TEST_F(RunCommandsTest, AHostThatDoesNotStartIsNamedWithMessage125) {
+  MakeList(false);
+  HostRegistry broken;
+  broken.Register("cassé", []() -> std::shared_ptr<host::Application> {
+    throw host::Error(429, "Impossible de créer l'objet");
+  });
+  env.hosts = &broken;
+  const Outcome o = Run({"plot", list});
+  EXPECT_EQ(o.status, 2);
+  EXPECT_THAT(o.err, HasSubstr("sheafwork: Erreur lors du chargement d'Orvane pour Sheafwork\n"));
+}
+
+TEST_F(RunCommandsTest, CheckPrintsTheResultsAndSavesOrAppendsThem) {
+  MakeList(true);
+  const std::string saved = home.File("essai.txt");
+  const Outcome o = Run({"check", list, "--save", saved, "--append-journal"});
+  EXPECT_EQ(o.status, 1);  // the missing layout is an error
+  EXPECT_THAT(o.out, HasSubstr("*** Balayage de l'essai de traçage de la liste de traçage en "
+                               "différé <" +
+                               list + "> à 11-22-2026, 23:05:09\n"));
+  EXPECT_THAT(o.out, HasSubstr("ERREUR: Présentation <Vue Z> introuvable dans le dessin\n"));
+  EXPECT_EQ(o.out.find('\r'), std::string::npos);
+  EXPECT_THAT(o.err, HasSubstr("ligne 3/3 : " + plan + "\n"));
+
+  // The file and the journal hold the same text with CR LF, and a line end.
+  std::vector<std::string> lines = testing::ReadLogLines(saved);
+  ASSERT_FALSE(lines.empty());
+  EXPECT_EQ(lines.back(), "");
+  std::string fromFile;
+  for (std::size_t i = 0; i + 1 < lines.size(); ++i) fromFile += lines[i] + "\n";
+  EXPECT_EQ(fromFile, o.out);
+  EXPECT_EQ(testing::ReadLogLines(Journal()), lines);
+  EXPECT_TRUE(host.Plots().empty());
+}
+
+TEST_F(RunCommandsTest, ACheckThatFindsNoErrorEndsWithStatus0) {
+  MakeList(false);
+  const Outcome o = Run({"check", list});
+  EXPECT_EQ(o.status, 0) << o.out;
+  EXPECT_THAT(o.out, ::testing::Not(HasSubstr("ERREUR")));
+}
+
+}  // namespace
+}  // namespace sheafwork

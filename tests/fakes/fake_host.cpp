@@ -1,0 +1,684 @@
+#include "fakes/fake_host.h"
+
+#include <algorithm>
+#include <charconv>
+#include <filesystem>
+#include <functional>
+#include <stdexcept>
+
+namespace sheafwork::testing {
+
+namespace {
+
+// Error numbers the fake raises on its own.
+constexpr std::int32_t kBadIndex = -2145386476;
+constexpr std::int32_t kUnknownVariable = -2145386493;
+constexpr std::int32_t kClosedDocument = -2145386420;
+constexpr std::int32_t kNoDocument = -2145386421;
+
+std::string Arg(bool v) { return v ? "true" : "false"; }
+std::string Arg(std::int16_t v) { return std::to_string(v); }
+std::string Arg(std::int32_t v) { return std::to_string(v); }
+std::string Arg(double v) {
+  char buffer[32];
+  auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, v);
+  return ec == std::errc() ? std::string(buffer, end) : "?";
+}
+std::string Arg(const std::string& v) { return v; }
+std::string Arg(const host::Point2& p) { return "(" + Arg(p.x) + ", " + Arg(p.y) + ")"; }
+std::string Arg(const host::SysVarValue& v) { return host::FormatSysVar(v); }
+
+template <typename First, typename... Rest>
+std::string Args(const First& first, const Rest&... rest) {
+  std::string text = Arg(first);
+  ((text += ", " + Arg(rest)), ...);
+  return text;
+}
+
+std::string BaseName(const std::string& path) {
+  auto slash = path.find_last_of("/\\");
+  return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+void CheckIndex(std::int32_t index, std::size_t count) {
+  if (index < 0 || static_cast<std::size_t>(index) >= count) {
+    throw host::Error(kBadIndex, "Index hors limites: " + std::to_string(index));
+  }
+}
+
+}  // namespace
+
+FakeLayoutSpec& FakeDrawing::AddLayout(const std::string& name) {
+  layouts.push_back({name, false, {}});
+  return layouts.back();
+}
+
+FakeLayoutSpec& FakeDrawing::AddPageSetup(const std::string& name, bool modelType) {
+  pageSetups.push_back({name, modelType, {}});
+  return pageSetups.back();
+}
+
+// ---------------------------------------------------------------------------
+// The plot settings of a layout or a page setup of an open document.
+
+class FakePlotConfig : public host::Layout {
+ public:
+  enum class Kind { Layout, PageSetup };
+  FakePlotConfig(std::shared_ptr<FakeDocument> doc, Kind kind, std::int32_t index)
+      : doc_(std::move(doc)), kind_(kind), index_(index) {}
+
+  FakeLayoutSpec& Spec() {
+    auto& list = kind_ == Kind::Layout ? doc_->data.layouts : doc_->data.pageSetups;
+    return list.at(static_cast<std::size_t>(index_));
+  }
+  FakePlotSettings& S() { return Spec().settings; }
+  std::int32_t Index() const { return index_; }
+  FakeDocument& Doc() { return *doc_; }
+
+  void Rec(const std::string& member, const std::string& args = {}) {
+    doc_->Record((kind_ == Kind::Layout ? "Layout(" : "PlotConfiguration(") + Spec().name + ")",
+                 member, args);
+  }
+
+  std::string Name() override { return Rec("Name"), Spec().name; }
+  bool ModelType() override { return Rec("ModelType"), Spec().modelType; }
+  std::string ConfigName() override { return Rec("ConfigName"), S().configName; }
+  void SetConfigName(const std::string& v) override {
+    Rec("SetConfigName", Args(v));
+    S().configName = v;
+  }
+  std::string CanonicalMediaName() override {
+    return Rec("CanonicalMediaName"), S().canonicalMediaName;
+  }
+  void SetCanonicalMediaName(const std::string& v) override {
+    Rec("SetCanonicalMediaName", Args(v));
+    S().canonicalMediaName = v;
+  }
+  std::vector<std::string> GetCanonicalMediaNames() override {
+    return Rec("GetCanonicalMediaNames"), S().mediaNames;
+  }
+  void RefreshPlotDeviceInfo() override { Rec("RefreshPlotDeviceInfo"); }
+  std::int16_t PaperUnits() override { return Rec("PaperUnits"), S().paperUnits; }
+  void SetPaperUnits(std::int16_t v) override {
+    Rec("SetPaperUnits", Args(v));
+    S().paperUnits = v;
+  }
+  std::int16_t PlotRotation() override { return Rec("PlotRotation"), S().plotRotation; }
+  void SetPlotRotation(std::int16_t v) override {
+    Rec("SetPlotRotation", Args(v));
+    S().plotRotation = v;
+  }
+  std::int16_t PlotType() override { return Rec("PlotType"), S().plotType; }
+  void SetPlotType(std::int16_t v) override {
+    Rec("SetPlotType", Args(v));
+    S().plotType = v;
+  }
+  std::string ViewToPlot() override { return Rec("ViewToPlot"), S().viewToPlot; }
+  void SetViewToPlot(const std::string& v) override {
+    Rec("SetViewToPlot", Args(v));
+    S().viewToPlot = v;
+  }
+  void GetWindowToPlot(host::Point2& lowerLeft, host::Point2& upperRight) override {
+    Rec("GetWindowToPlot");
+    lowerLeft = S().windowLowerLeft;
+    upperRight = S().windowUpperRight;
+  }
+  void SetWindowToPlot(host::Point2 lowerLeft, host::Point2 upperRight) override {
+    Rec("SetWindowToPlot", Args(lowerLeft, upperRight));
+    S().windowLowerLeft = lowerLeft;
+    S().windowUpperRight = upperRight;
+  }
+  bool CenterPlot() override { return Rec("CenterPlot"), S().centerPlot; }
+  void SetCenterPlot(bool v) override {
+    Rec("SetCenterPlot", Args(v));
+    S().centerPlot = v;
+  }
+  host::Point2 PlotOrigin() override { return Rec("PlotOrigin"), S().plotOrigin; }
+  void SetPlotOrigin(host::Point2 v) override {
+    Rec("SetPlotOrigin", Args(v));
+    S().plotOrigin = v;
+  }
+  bool UseStandardScale() override { return Rec("UseStandardScale"), S().useStandardScale; }
+  void SetUseStandardScale(bool v) override {
+    Rec("SetUseStandardScale", Args(v));
+    S().useStandardScale = v;
+  }
+  std::int16_t StandardScale() override { return Rec("StandardScale"), S().standardScale; }
+  void SetStandardScale(std::int16_t v) override {
+    Rec("SetStandardScale", Args(v));
+    S().standardScale = v;
+  }
+  void GetCustomScale(double& numerator, double& denominator) override {
+    Rec("GetCustomScale");
+    numerator = S().customNumerator;
+    denominator = S().customDenominator;
+  }
+  void SetCustomScale(double numerator, double denominator) override {
+    Rec("SetCustomScale", Args(numerator, denominator));
+    S().customNumerator = numerator;
+    S().customDenominator = denominator;
+  }
+  bool ScaleLineweights() override { return Rec("ScaleLineweights"), S().scaleLineweights; }
+  void SetScaleLineweights(bool v) override {
+    Rec("SetScaleLineweights", Args(v));
+    S().scaleLineweights = v;
+  }
+  bool PlotWithLineweights() override {
+    return Rec("PlotWithLineweights"), S().plotWithLineweights;
+  }
+  void SetPlotWithLineweights(bool v) override {
+    Rec("SetPlotWithLineweights", Args(v));
+    S().plotWithLineweights = v;
+  }
+  bool PlotWithPlotStyles() override { return Rec("PlotWithPlotStyles"), S().plotWithPlotStyles; }
+  void SetPlotWithPlotStyles(bool v) override {
+    Rec("SetPlotWithPlotStyles", Args(v));
+    S().plotWithPlotStyles = v;
+  }
+  std::string StyleSheet() override { return Rec("StyleSheet"), S().styleSheet; }
+  void SetStyleSheet(const std::string& v) override {
+    Rec("SetStyleSheet", Args(v));
+    S().styleSheet = v;
+  }
+  bool PlotHidden() override { return Rec("PlotHidden"), S().plotHidden; }
+  void SetPlotHidden(bool v) override {
+    Rec("SetPlotHidden", Args(v));
+    S().plotHidden = v;
+  }
+  void CopyFrom(host::PlotConfiguration& source) override {
+    auto* fake = dynamic_cast<FakePlotConfig*>(&source);
+    Rec("CopyFrom", fake ? fake->Spec().name : "?");
+    if (!fake) throw std::logic_error("FakeHost: CopyFrom needs a fake plot configuration");
+    S() = fake->S();
+  }
+
+ private:
+  std::shared_ptr<FakeDocument> doc_;
+  Kind kind_;
+  std::int32_t index_;
+};
+
+// ---------------------------------------------------------------------------
+// Collections and small objects of a document.
+
+template <typename Interface, typename Element, typename Make>
+class FakeCollection : public Interface {
+ public:
+  FakeCollection(std::shared_ptr<FakeDocument> doc, std::string kind, Make make,
+                 std::function<std::size_t()> count)
+      : doc_(std::move(doc)), kind_(std::move(kind)), make_(make), count_(std::move(count)) {}
+  std::int32_t Count() override {
+    doc_->Record(kind_, "Count");
+    return static_cast<std::int32_t>(count_());
+  }
+  std::shared_ptr<Element> Item(std::int32_t index) override {
+    doc_->Record(kind_, "Item", Args(index));
+    CheckIndex(index, count_());
+    return make_(doc_, index);
+  }
+
+ private:
+  std::shared_ptr<FakeDocument> doc_;
+  std::string kind_;
+  Make make_;
+  std::function<std::size_t()> count_;
+};
+
+template <typename Interface, typename Element, typename Make>
+std::shared_ptr<Interface> MakeCollection(std::shared_ptr<FakeDocument> doc, std::string kind,
+                                          Make make, std::function<std::size_t()> count) {
+  return std::make_shared<FakeCollection<Interface, Element, Make>>(std::move(doc), std::move(kind),
+                                                                    make, count);
+}
+
+class FakeLayer : public host::Layer {
+ public:
+  FakeLayer(std::shared_ptr<FakeDocument> doc, std::int32_t index)
+      : doc_(std::move(doc)), index_(index) {}
+  FakeLayerSpec& L() { return doc_->data.layers.at(static_cast<std::size_t>(index_)); }
+  void Rec(const std::string& member, const std::string& args = {}) {
+    doc_->Record("Layer(" + L().name + ")", member, args);
+  }
+  std::string Name() override { return Rec("Name"), L().name; }
+  bool LayerOn() override { return Rec("LayerOn"), L().on; }
+  void SetLayerOn(bool v) override {
+    Rec("SetLayerOn", Args(v));
+    L().on = v;
+  }
+  bool Freeze() override { return Rec("Freeze"), L().frozen; }
+  void SetFreeze(bool v) override {
+    Rec("SetFreeze", Args(v));
+    L().frozen = v;
+  }
+  bool Plottable() override { return Rec("Plottable"), L().plottable; }
+  void SetPlottable(bool v) override {
+    Rec("SetPlottable", Args(v));
+    L().plottable = v;
+  }
+
+ private:
+  std::shared_ptr<FakeDocument> doc_;
+  std::int32_t index_;
+};
+
+class FakeView : public host::View {
+ public:
+  FakeView(std::shared_ptr<FakeDocument> doc, std::int32_t index)
+      : doc_(std::move(doc)), index_(index) {}
+  std::string Name() override {
+    const auto& name = doc_->data.views.at(static_cast<std::size_t>(index_));
+    doc_->Record("View(" + name + ")", "Name");
+    return name;
+  }
+
+ private:
+  std::shared_ptr<FakeDocument> doc_;
+  std::int32_t index_;
+};
+
+class FakeTextStyle : public host::TextStyle {
+ public:
+  FakeTextStyle(std::shared_ptr<FakeDocument> doc, std::int32_t index)
+      : doc_(std::move(doc)), index_(index) {}
+  FakeTextStyleSpec& T() { return doc_->data.textStyles.at(static_cast<std::size_t>(index_)); }
+  std::string Name() override {
+    doc_->Record("TextStyle(" + T().name + ")", "Name");
+    return T().name;
+  }
+  std::string FontFile() override {
+    doc_->Record("TextStyle(" + T().name + ")", "FontFile");
+    return T().fontFile;
+  }
+
+ private:
+  std::shared_ptr<FakeDocument> doc_;
+  std::int32_t index_;
+};
+
+class FakePlot : public host::Plot {
+ public:
+  explicit FakePlot(std::shared_ptr<FakeDocument> doc) : doc_(std::move(doc)) {}
+  void Rec(const std::string& member, const std::string& args = {}) {
+    doc_->Record("Plot(" + doc_->Tag() + ")", member, args);
+  }
+  void SetQuietErrorMode(bool v) override { Rec("SetQuietErrorMode", Args(v)); }
+  void SetNumberOfCopies(std::int16_t v) override { Rec("SetNumberOfCopies", Args(v)); }
+  void StartBatchMode(std::int16_t& count) override { Rec("StartBatchMode", Args(count)); }
+  bool SheafworkProgress() override {
+    FakeHost& host = doc_->Host();
+    Rec("SheafworkProgress");
+    ++host.polls_;
+    return host.cancelAtPoll_ == 0 || host.polls_ < host.cancelAtPoll_;
+  }
+  void SetSheafworkProgress(bool v) override { Rec("SetSheafworkProgress", Args(v)); }
+  bool PlotToDevice(const std::optional<std::string>& device) override {
+    Rec("PlotToDevice", device.value_or(""));
+    return Plotted(device, std::nullopt);
+  }
+  bool PlotToFile(const std::string& fileName, const std::optional<std::string>& device) override {
+    Rec("PlotToFile", device ? Args(fileName, *device) : Args(fileName));
+    return Plotted(device, fileName);
+  }
+
+ private:
+  bool Plotted(const std::optional<std::string>& device, const std::optional<std::string>& file) {
+    FakeHost& host = doc_->Host();
+    const auto& layout = doc_->data.layouts.at(static_cast<std::size_t>(doc_->data.activeLayout));
+    host.plots_.push_back({doc_->data.path, layout.name, device, file, layout.settings});
+    return host.plotResult_;
+  }
+  std::shared_ptr<FakeDocument> doc_;
+};
+
+// ---------------------------------------------------------------------------
+// The document.
+
+FakeDocument::FakeDocument(FakeHost& host, const FakeDrawing& drawing)
+    : data(drawing), host_(host) {}
+
+std::string FakeDocument::Tag() const { return BaseName(data.path); }
+
+void FakeDocument::Record(const std::string& object, const std::string& member,
+                          const std::string& args) {
+  host_.Record(object, member, args);
+  if (closed) throw host::Error(kClosedDocument, "Le document " + Tag() + " est fermé");
+}
+
+std::string FakeDocument::FullName() {
+  Record("Document(" + Tag() + ")", "FullName");
+  return data.path;
+}
+bool FakeDocument::ReadOnly() {
+  Record("Document(" + Tag() + ")", "ReadOnly");
+  return data.readOnly;
+}
+void FakeDocument::SaveAs(const std::string& fileName) {
+  Record("Document(" + Tag() + ")", "SaveAs", Args(fileName));
+  savedAs.push_back(fileName);
+}
+void FakeDocument::Activate() {
+  Record("Document(" + Tag() + ")", "Activate");
+  host_.active_ = shared_from_this();
+}
+void FakeDocument::Close(bool saveChanges) {
+  Record("Document(" + Tag() + ")", "Close", Args(saveChanges));
+  closed = true;
+  auto self = shared_from_this();
+  std::erase(host_.open_, self);
+  if (host_.active_ == self) host_.active_ = host_.open_.empty() ? nullptr : host_.open_.front();
+}
+host::SysVarValue FakeDocument::GetVariable(const std::string& name) {
+  Record("Document(" + Tag() + ")", "GetVariable", Args(name));
+  if (auto own = variables.find(name); own != variables.end()) return own->second;
+  if (auto shared = host_.variables.find(name); shared != host_.variables.end()) {
+    return shared->second;
+  }
+  throw host::Error(kUnknownVariable, "Variable système inconnue: " + name);
+}
+void FakeDocument::SetVariable(const std::string& name, const host::SysVarValue& value) {
+  Record("Document(" + Tag() + ")", "SetVariable", Args(name, value));
+  variables[name] = value;
+}
+std::int16_t FakeDocument::ActiveSpace() {
+  Record("Document(" + Tag() + ")", "ActiveSpace");
+  return data.activeSpace;
+}
+void FakeDocument::SetActiveSpace(std::int16_t space) {
+  Record("Document(" + Tag() + ")", "SetActiveSpace", Args(space));
+  if (space == data.activeSpace) return;
+  data.activeSpace = space;
+  if (space == 1) {
+    data.activeLayout = 0;
+  } else if (static_cast<std::size_t>(data.lastPaperLayout) < data.layouts.size()) {
+    data.activeLayout = data.lastPaperLayout;
+  }
+}
+std::shared_ptr<host::Layout> FakeDocument::ActiveLayout() {
+  Record("Document(" + Tag() + ")", "ActiveLayout");
+  return std::make_shared<FakePlotConfig>(shared_from_this(), FakePlotConfig::Kind::Layout,
+                                          data.activeLayout);
+}
+void FakeDocument::SetActiveLayout(const std::shared_ptr<host::Layout>& layout) {
+  auto* fake = dynamic_cast<FakePlotConfig*>(layout.get());
+  Record("Document(" + Tag() + ")", "SetActiveLayout", fake ? fake->Spec().name : "?");
+  if (!fake || &fake->Doc() != this) {
+    throw host::Error(kBadIndex, "La présentation n'appartient pas au document");
+  }
+  data.activeLayout = fake->Index();
+  data.activeSpace = data.activeLayout == 0 ? 1 : 0;
+  if (data.activeLayout > 0) data.lastPaperLayout = data.activeLayout;
+}
+std::shared_ptr<host::Layouts> FakeDocument::GetLayouts() {
+  Record("Document(" + Tag() + ")", "Layouts");
+  auto make = [](std::shared_ptr<FakeDocument> doc,
+                 std::int32_t i) -> std::shared_ptr<host::Layout> {
+    return std::make_shared<FakePlotConfig>(std::move(doc), FakePlotConfig::Kind::Layout, i);
+  };
+  return MakeCollection<host::Layouts, host::Layout>(shared_from_this(), "Layouts", make,
+                                                     [this] { return data.layouts.size(); });
+}
+std::shared_ptr<host::PlotConfigurations> FakeDocument::GetPlotConfigurations() {
+  Record("Document(" + Tag() + ")", "PlotConfigurations");
+  auto make = [](std::shared_ptr<FakeDocument> doc,
+                 std::int32_t i) -> std::shared_ptr<host::PlotConfiguration> {
+    return std::make_shared<FakePlotConfig>(std::move(doc), FakePlotConfig::Kind::PageSetup, i);
+  };
+  return MakeCollection<host::PlotConfigurations, host::PlotConfiguration>(
+      shared_from_this(), "PlotConfigurations", make, [this] { return data.pageSetups.size(); });
+}
+std::shared_ptr<host::Layers> FakeDocument::GetLayers() {
+  Record("Document(" + Tag() + ")", "Layers");
+  auto make = [](std::shared_ptr<FakeDocument> doc,
+                 std::int32_t i) -> std::shared_ptr<host::Layer> {
+    return std::make_shared<FakeLayer>(std::move(doc), i);
+  };
+  return MakeCollection<host::Layers, host::Layer>(shared_from_this(), "Layers", make,
+                                                   [this] { return data.layers.size(); });
+}
+std::shared_ptr<host::Views> FakeDocument::GetViews() {
+  Record("Document(" + Tag() + ")", "Views");
+  auto make = [](std::shared_ptr<FakeDocument> doc, std::int32_t i) -> std::shared_ptr<host::View> {
+    return std::make_shared<FakeView>(std::move(doc), i);
+  };
+  return MakeCollection<host::Views, host::View>(shared_from_this(), "Views", make,
+                                                 [this] { return data.views.size(); });
+}
+std::shared_ptr<host::TextStyles> FakeDocument::GetTextStyles() {
+  Record("Document(" + Tag() + ")", "TextStyles");
+  auto make = [](std::shared_ptr<FakeDocument> doc,
+                 std::int32_t i) -> std::shared_ptr<host::TextStyle> {
+    return std::make_shared<FakeTextStyle>(std::move(doc), i);
+  };
+  return MakeCollection<host::TextStyles, host::TextStyle>(
+      shared_from_this(), "TextStyles", make, [this] { return data.textStyles.size(); });
+}
+std::shared_ptr<host::Plot> FakeDocument::GetPlot() {
+  Record("Document(" + Tag() + ")", "Plot");
+  return std::make_shared<FakePlot>(shared_from_this());
+}
+void FakeDocument::Regen(std::int16_t which) {
+  Record("Document(" + Tag() + ")", "Regen", Args(which));
+}
+
+// ---------------------------------------------------------------------------
+// The application and its documents.
+
+class FakePreferences : public host::Preferences {
+ public:
+  explicit FakePreferences(FakeHost& host) : host_(host) {}
+  std::string PrinterConfigPath() override {
+    host_.Record("Preferences", "PrinterConfigPath");
+    return host_.printerConfigPath;
+  }
+  std::string SupportPath() override {
+    host_.Record("Preferences", "SupportPath");
+    return host_.supportPath;
+  }
+  std::string LogFilePath() override {
+    host_.Record("Preferences", "LogFilePath");
+    return host_.logFilePath;
+  }
+  void SetLogFilePath(const std::string& folder) override {
+    host_.Record("Preferences", "SetLogFilePath", Args(folder));
+    host_.logFilePath = folder;
+  }
+  bool LogFileOn() override {
+    host_.Record("Preferences", "LogFileOn");
+    return host_.logFileOn;
+  }
+  void SetLogFileOn(bool on) override {
+    host_.Record("Preferences", "SetLogFileOn", Args(on));
+    host_.logFileOn = on;
+  }
+
+ private:
+  FakeHost& host_;
+};
+
+class FakeState : public host::State {
+ public:
+  explicit FakeState(FakeHost& host) : host_(host) {}
+  bool IsQuiescent() override {
+    host_.Record("State", "IsQuiescent");
+    return true;
+  }
+
+ private:
+  FakeHost& host_;
+};
+
+class FakeDocuments : public host::Documents {
+ public:
+  explicit FakeDocuments(FakeHost& host) : host_(host) {}
+  std::int32_t Count() override {
+    host_.Record("Documents", "Count");
+    return static_cast<std::int32_t>(host_.open_.size());
+  }
+  std::shared_ptr<host::Document> Item(std::int32_t index) override {
+    host_.Record("Documents", "Item", Args(index));
+    CheckIndex(index, host_.open_.size());
+    return host_.open_[static_cast<std::size_t>(index)];
+  }
+  std::shared_ptr<host::Document> Open(const std::string& fileName, bool readOnly) override {
+    host_.Record("Documents", "Open", Args(fileName, readOnly));
+    auto found = std::find_if(host_.drawings_.begin(), host_.drawings_.end(),
+                              [&](const auto& d) { return d->path == fileName; });
+    if (found == host_.drawings_.end()) {
+      throw host::Error(host::kFileNotFound, "Fichier introuvable: " + fileName);
+    }
+    if ((*found)->openError) throw *(*found)->openError;
+    // In single-document mode the new drawing replaces the only open one.
+    if (host_.open_.size() == 1 && host_.active_) {
+      auto sdi = host_.active_->variables.count("SDI") ? host_.active_->variables["SDI"]
+                                                       : host_.variables["SDI"];
+      if (host::SysVarAsInteger(sdi) > 0) {
+        host_.active_->closed = true;
+        host_.open_.clear();
+        host_.active_.reset();
+      }
+    }
+    auto doc = std::make_shared<FakeDocument>(host_, **found);
+    doc->data.readOnly = doc->data.readOnly || readOnly;
+    host_.open_.push_back(doc);
+    if (!host_.active_) host_.active_ = doc;
+    host_.lastOpened_[fileName] = doc;
+    return doc;
+  }
+
+ private:
+  FakeHost& host_;
+};
+
+class FakeApplication : public host::Application {
+ public:
+  explicit FakeApplication(FakeHost& host) : host_(host) {}
+  bool Visible() override { return Rec("Visible"), host_.visible; }
+  void SetVisible(bool v) override {
+    Rec("SetVisible", Args(v));
+    host_.visible = v;
+  }
+  std::string Path() override { return Rec("Path"), host_.path; }
+  std::int32_t Width() override { return Rec("Width"), host_.width; }
+  void SetWidth(std::int32_t v) override {
+    Rec("SetWidth", Args(v));
+    host_.width = v;
+  }
+  std::int32_t Height() override { return Rec("Height"), host_.height; }
+  void SetHeight(std::int32_t v) override {
+    Rec("SetHeight", Args(v));
+    host_.height = v;
+  }
+  std::shared_ptr<host::Document> ActiveDocument() override {
+    Rec("ActiveDocument");
+    if (!host_.active_) throw host::Error(kNoDocument, "Aucun document actif");
+    return host_.active_;
+  }
+  std::shared_ptr<host::Documents> GetDocuments() override {
+    Rec("Documents");
+    return std::make_shared<FakeDocuments>(host_);
+  }
+  std::shared_ptr<host::Preferences> GetPreferences() override {
+    Rec("Preferences");
+    return std::make_shared<FakePreferences>(host_);
+  }
+  std::shared_ptr<host::State> GetOrvaState() override {
+    Rec("GetOrvaState");
+    return std::make_shared<FakeState>(host_);
+  }
+  void Update() override { Rec("Update"); }
+  void Quit() override {
+    Rec("Quit");
+    host_.quit_ = true;
+  }
+
+ private:
+  void Rec(const std::string& member, const std::string& args = {}) {
+    host_.Record("Application", member, args);
+  }
+  FakeHost& host_;
+};
+
+// ---------------------------------------------------------------------------
+// The host.
+
+FakeHost::FakeHost()
+    : variables{{"SDI", std::int16_t{0}},         {"EXPERT", std::int16_t{0}},
+                {"PROXYNOTICE", std::int16_t{1}}, {"XREFCTL", std::int16_t{0}},
+                {"FILEDIA", std::int16_t{1}},     {"CMDECHO", std::int16_t{0}},
+                {"CMDDIA", std::int16_t{1}},      {"SHPNAME", std::string()},
+                {"REGENMODE", std::int16_t{1}},   {"LOGFILENAME", std::string("orvane.log")}} {
+  FakeDrawing initial;
+  initial.path = "Dessin1.dwg";
+  initial_ = std::make_shared<FakeDocument>(*this, initial);
+  open_.push_back(initial_);
+  active_ = initial_;
+  app_ = std::make_shared<FakeApplication>(*this);
+}
+
+FakeHost::~FakeHost() = default;
+
+FakeDrawing& FakeHost::AddDrawing(const std::string& name) {
+  std::filesystem::path full = folder_.path() / name;
+  std::filesystem::create_directories(full.parent_path());
+  folder_.Write(std::filesystem::relative(full, folder_.path()).string(), "");
+  return AddDrawingAt(full.string());
+}
+
+FakeDrawing& FakeHost::AddDrawingAt(const std::string& path) {
+  drawings_.push_back(std::make_unique<FakeDrawing>());
+  drawings_.back()->path = path;
+  return *drawings_.back();
+}
+
+FakeDrawing& FakeHost::Drawing(const std::string& path) {
+  for (auto& drawing : drawings_) {
+    if (drawing->path == path) return *drawing;
+  }
+  throw std::out_of_range("FakeHost: no drawing " + path);
+}
+
+std::shared_ptr<host::Application> FakeHost::App() { return app_; }
+
+FakeDocument* FakeHost::LastOpened(const std::string& path) {
+  auto found = lastOpened_.find(path);
+  return found == lastOpened_.end() ? nullptr : found->second.get();
+}
+
+std::vector<std::string> FakeHost::OpenDocuments() const {
+  std::vector<std::string> names;
+  for (const auto& doc : open_) names.push_back((doc == active_ ? "*" : "") + doc->data.path);
+  return names;
+}
+
+void FakeHost::FailOn(const std::string& rule, host::Error error, int afterSuccesses) {
+  failures_.push_back({rule, std::move(error), afterSuccesses});
+}
+
+void FakeHost::CancelAtPoll(int poll) { cancelAtPoll_ = poll; }
+
+std::vector<std::string> FakeHost::Calls(std::string_view filter) const {
+  std::vector<std::string> calls;
+  for (const auto& call : calls_) {
+    if (call.find(filter) != std::string::npos) calls.push_back(call);
+  }
+  return calls;
+}
+
+void FakeHost::Record(const std::string& object, const std::string& member,
+                      const std::string& args) {
+  const std::string key = object + "." + member;
+  const std::string call = key + "(" + args + ")";
+  calls_.push_back(call);
+  for (auto& failure : failures_) {
+    const bool matches = failure.rule == key || failure.rule == call ||
+                         (key.size() > failure.rule.size() && key.ends_with("." + failure.rule));
+    if (!matches) continue;
+    if (failure.remaining > 0) {
+      --failure.remaining;
+      continue;
+    }
+    throw failure.error;
+  }
+}
+
+}  // namespace sheafwork::testing

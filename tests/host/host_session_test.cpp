@@ -1,0 +1,138 @@
+#include "host/host_session.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "fakes/fake_host.h"
+#include "host/error.h"
+
+namespace sheafwork {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class HostSessionTest : public ::testing::Test {
+ protected:
+  testing::FakeHost host;
+  HostSession session{host.App(), "/prog"};
+};
+
+TEST_F(HostSessionTest, SysvarsAreSavedSetAndPutBack) {
+  host.variables["PROXYNOTICE"] = std::int16_t{1};
+  host.variables["EXPERT"] = std::int16_t{3};
+  session.SetMainAppSysvars();
+  auto& doc = host.InitialDocument();
+  EXPECT_EQ(doc.variables["PROXYNOTICE"], host::SysVarValue(std::int16_t{0}));
+  EXPECT_EQ(doc.variables["EXPERT"], host::SysVarValue(std::int16_t{2}));
+
+  session.RestoreMainAppSysvars();
+  EXPECT_EQ(doc.variables["PROXYNOTICE"], host::SysVarValue(std::int16_t{1}));
+  EXPECT_EQ(doc.variables["EXPERT"], host::SysVarValue(std::int16_t{3}));
+}
+
+TEST_F(HostSessionTest, AFailedReadSkipsTheRestAndOnlyWhatWasSavedIsRestored) {
+  host.FailOn("Document(Dessin1.dwg).GetVariable", host::Error(5, "refus"), 1);
+  session.SetMainAppSysvars();
+  EXPECT_TRUE(session.SavedProxyNotice.has_value());
+  EXPECT_FALSE(session.SavedExpert.has_value());
+  EXPECT_THAT(host.Calls("SetVariable"), IsEmpty());
+
+  session.RestoreMainAppSysvars();
+  EXPECT_THAT(host.Calls("SetVariable"),
+              ElementsAre("Document(Dessin1.dwg).SetVariable(PROXYNOTICE, 1)"));
+}
+
+TEST_F(HostSessionTest, RestoreWithNothingSavedChangesNothing) {
+  host.FailOn("GetVariable");
+  session.SetMainAppSysvars();
+  host.ClearCalls();
+  session.RestoreMainAppSysvars();
+  EXPECT_THAT(host.Calls(), IsEmpty());
+}
+
+TEST_F(HostSessionTest, OpenDrawingOpensActivatesAndSetsRegenmode) {
+  const auto& plan = host.AddDrawing("Plan.dwg");
+  const OpenResult result = session.OpenDrawing(plan.path);
+  ASSERT_TRUE(result.ok);
+  EXPECT_THAT(host.Calls("Documents.Open"), ElementsAre("Documents.Open(" + plan.path + ", true)"));
+  EXPECT_THAT(host.OpenDocuments(), ElementsAre("Dessin1.dwg", "*" + plan.path));
+  EXPECT_EQ(session.Doc().FullName(), plan.path);
+  EXPECT_EQ(host.LastOpened(plan.path)->variables["REGENMODE"], host::SysVarValue(std::int16_t{1}));
+}
+
+TEST_F(HostSessionTest, OpenDrawingOfAMissingFileAsksNothingOfTheHost) {
+  const OpenResult result = session.OpenDrawing(host.Folder().File("absent.dwg"));
+  EXPECT_FALSE(result.ok);
+  EXPECT_EQ(result.errorNumber, host::kFileNotFound);
+  EXPECT_THAT(host.Calls(), IsEmpty());
+}
+
+TEST_F(HostSessionTest, OpenDrawingReportsTheHostsError) {
+  auto& plan = host.AddDrawing("Plan.dwg");
+  plan.openError = host::Error(-2145386390, "Dessin endommagé");
+  const OpenResult result = session.OpenDrawing(plan.path);
+  EXPECT_FALSE(result.ok);
+  EXPECT_EQ(result.errorNumber, -2145386390);
+  EXPECT_EQ(result.description, "Dessin endommagé");
+}
+
+TEST_F(HostSessionTest, SingleDocumentModeSavesAWritableDrawingBeforeReplacingIt) {
+  host.variables["SDI"] = std::int16_t{1};
+  const auto& plan = host.AddDrawing("Plan.dwg");
+  ASSERT_TRUE(session.OpenDrawing(plan.path).ok);
+  EXPECT_THAT(host.InitialDocument().savedAs, ElementsAre("/prog/QXTEMP.DWG"));
+  EXPECT_THAT(host.OpenDocuments(), ElementsAre("*" + plan.path));
+
+  // A read-only drawing is replaced without being saved.
+  const auto& coupe = host.AddDrawing("Coupe.dwg");
+  ASSERT_TRUE(session.OpenDrawing(coupe.path).ok);
+  EXPECT_THAT(host.LastOpened(plan.path)->savedAs, IsEmpty());
+  EXPECT_THAT(host.OpenDocuments(), ElementsAre("*" + coupe.path));
+}
+
+TEST_F(HostSessionTest, SingleDocumentModeTakesTheActiveDrawingWhenItIsTheOneAsked) {
+  host.variables["SDI"] = std::int16_t{1};
+  const auto& plan = host.AddDrawing("Plan.dwg");
+  ASSERT_TRUE(session.OpenDrawing(plan.path).ok);
+  host.ClearCalls();
+
+  std::string otherCase = plan.path;
+  otherCase.replace(otherCase.size() - 8, 8, "PLAN.DWG");
+  host.Folder().Write("PLAN.DWG", "");
+  ASSERT_TRUE(session.OpenDrawing(otherCase).ok);
+  EXPECT_THAT(host.Calls("Open"), IsEmpty());
+  EXPECT_EQ(session.objOrvaDoc.get(), host.LastOpened(plan.path));
+}
+
+TEST_F(HostSessionTest, CloseDrawingLeavesTheLastDocumentOpen) {
+  EXPECT_FALSE(session.CloseDrawing("Dessin1.dwg"));
+  EXPECT_THAT(host.Calls("Close"), IsEmpty());
+}
+
+TEST_F(HostSessionTest, CloseDrawingFindsTheDocumentIgnoringCaseAndActivatesAnother) {
+  const auto& plan = host.AddDrawing("Plan.dwg");
+  ASSERT_TRUE(session.OpenDrawing(plan.path).ok);
+  std::string upper = plan.path;
+  upper.replace(upper.size() - 8, 8, "PLAN.DWG");
+  host.ClearCalls();
+
+  EXPECT_TRUE(session.CloseDrawing(upper));
+  EXPECT_THAT(host.Calls("Close"), ElementsAre("Document(Plan.dwg).Close(false)"));
+  EXPECT_THAT(host.Calls("Activate"), ElementsAre("Document(Dessin1.dwg).Activate()"));
+  EXPECT_THAT(host.OpenDocuments(), ElementsAre("*Dessin1.dwg"));
+  EXPECT_FALSE(session.CloseDrawing(plan.path));
+}
+
+TEST(SysVarTest, ValuesReadAsTextAndNumbers) {
+  EXPECT_EQ(host::FormatSysVar(std::int16_t{-1}), "-1");
+  EXPECT_EQ(host::FormatSysVar(std::int32_t{70000}), "70000");
+  EXPECT_EQ(host::FormatSysVar(0.25), "0.25");
+  EXPECT_EQ(host::FormatSysVar(std::string("romans")), "romans");
+  EXPECT_EQ(host::SysVarAsInteger(std::int16_t{2}), 2);
+  EXPECT_EQ(host::SysVarAsInteger(1.6), 2);
+  EXPECT_THROW(host::SysVarAsInteger(std::string("1")), host::Error);
+}
+
+}  // namespace
+}  // namespace sheafwork

@@ -1,0 +1,44 @@
+#pragma once
+// A drawing open in the scripted host as the session's current document, and
+// a real error log to read back.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "fakes/fake_host.h"
+#include "fakes/log_lines.h"
+#include "fakes/temp_folder.h"
+#include "host/host_session.h"
+#include "log/log_file.h"
+#include "res/string_table.h"
+
+namespace sheafwork {
+
+class PlotcfgTest : public ::testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(errorLog_.Open(logPath_, false)); }
+
+  /// Opens `drawing` and forgets the host calls made so far.
+  testing::FakeDocument& Open(const testing::FakeDrawing& drawing) {
+    const OpenResult opened = session_.OpenDrawing(drawing.path);
+    EXPECT_TRUE(opened.ok) << opened.description;
+    host_.ClearCalls();
+    return *host_.LastOpened(drawing.path);
+  }
+
+  /// The lines of the error log, back in UTF-8.
+  std::vector<std::string> LogLines() const { return testing::ReadLogLines(logPath_); }
+
+  static std::string Text(int id) { return LoadResourceText(id); }
+
+  testing::FakeHost host_;
+  HostSession session_{host_.App(), host_.Folder().path().string()};
+  testing::TempFolder logDir_;
+  const std::string logPath_ = logDir_.File("QXERROR.LOG");
+  LogFile errorLog_;
+};
+
+}  // namespace sheafwork

@@ -1,0 +1,248 @@
+#include <filesystem>
+
+#include "plot_run_fixture.h"
+
+namespace sheafwork {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+const char* const kAll = "Toutes les présentations";
+
+class PlotAllEntriesTest : public PlotRunTest {
+ protected:
+  /// A drawing with the model tab and paper-space layouts of these names.
+  testing::FakeDrawing& Drawing(const std::string& name, std::vector<std::string> layouts = {}) {
+    auto& drawing = host.AddDrawing(name);
+    for (const auto& layout : layouts) drawing.AddLayout(layout);
+    return drawing;
+  }
+  /// The plotted sheets as "drawing|layout|file".
+  std::vector<std::string> Sheets() const {
+    std::vector<std::string> sheets;
+    for (const auto& plot : host.Plots()) {
+      sheets.push_back(std::filesystem::path(plot.drawing).filename().string() + "|" + plot.layout +
+                       "|" + plot.file.value_or(""));
+    }
+    return sheets;
+  }
+};
+
+TEST_F(PlotAllEntriesTest, AnEmptyListAnnouncesNothingAndEndsTheBatchMode) {
+  const RunResult result = Run();
+  EXPECT_EQ(result.totalPlots, 0);
+  EXPECT_FALSE(result.endedEarly);
+  EXPECT_THAT(
+      host.Calls("Plot(Dessin1.dwg)."),
+      ElementsAre("Plot(Dessin1.dwg).SetQuietErrorMode(true)",
+                  "Plot(Dessin1.dwg).StartBatchMode(0)", "Plot(Dessin1.dwg).SheafworkProgress()",
+                  "Plot(Dessin1.dwg).SetSheafworkProgress(false)"));
+  EXPECT_THAT(Journal(), IsEmpty());
+  EXPECT_THAT(Errors(), IsEmpty());
+}
+
+TEST_F(PlotAllEntriesTest, RowsArePlottedInOrderWithOneJournalLineEach) {
+  const auto& plan = Drawing("Plan.dwg", {"Vue A"});
+  const auto& coupe = Drawing("Coupe.dwg");
+  Row(plan, "Vue A").PlotDevice = "PDF.pc3";
+  Row(coupe, "Onglet Objet").PlotSetup = "Par défaut";
+
+  const RunResult result = Run();
+  EXPECT_EQ(result.plotted, 2);
+  EXPECT_EQ(result.failed, 0);
+  EXPECT_EQ(result.totalPlots, 2);
+  EXPECT_THAT(Sheets(), ElementsAre("Plan.dwg|Vue A|", "Coupe.dwg|Objet|"));
+  const std::string folder = host.Folder().path().string() + "/";
+  EXPECT_THAT(
+      Journal(),
+      ElementsAre("Plan.dwg, " + folder + ", Vue A, Par défaut, PDF.pc3, 00:01:15",
+                  "Coupe.dwg, " + folder + ", Onglet Objet, Par défaut, Par défaut, 00:01:15"));
+  EXPECT_THAT(observer.events,
+              ElementsAre("cleared", "start 1/2", "1 plotted", "start 2/2", "2 plotted"));
+  // Each drawing is closed again; the host keeps its first document.
+  EXPECT_THAT(host.OpenDocuments(), ElementsAre("*Dessin1.dwg"));
+}
+
+TEST_F(PlotAllEntriesTest, AllLayoutsPlotsEveryPaperLayoutToItsOwnFileButNotTheModelTab) {
+  const auto& plan = Drawing("Plan.dwg", {"Vue A", "Vue B"});
+  auto& row = Row(plan, kAll);
+  row.PlotFile = "/out/tout.pdf";
+
+  const RunResult result = Run();
+  EXPECT_EQ(result.totalPlots, 2);
+  EXPECT_THAT(Sheets(),
+              ElementsAre("Plan.dwg|Vue A|/out/Plan-Vue A", "Plan.dwg|Vue B|/out/Plan-Vue B"));
+  // One line stands for all layouts, timed around the whole loop.
+  ASSERT_EQ(Journal().size(), 1u);
+  EXPECT_THAT(Journal()[0],
+              ::testing::EndsWith(", " + std::string(kAll) + ", Par défaut, Par défaut, 00:06:15"));
+}
+
+TEST_F(PlotAllEntriesTest, AModelOnlyDrawingInAllLayoutsModeCountsNothingButIsPlotted) {
+  const auto& model = Drawing("Modele.dwg");
+  Row(model, kAll);
+  const RunResult result = Run();
+  EXPECT_EQ(result.totalPlots, 0);
+  EXPECT_EQ(result.plotted, 1);
+  EXPECT_THAT(host.Plots(), IsEmpty());
+  EXPECT_EQ(Journal().size(), 1u);
+}
+
+TEST_F(PlotAllEntriesTest, TheSameDrawingTwiceIsOpenedAndClosedTwice) {
+  const auto& plan = Drawing("Plan.dwg", {"Vue A"});
+  Row(plan, "Vue A");
+  Row(plan, "Vue A");
+  Run();
+  EXPECT_EQ(host.Calls("Documents.Open").size(), 2u);
+  EXPECT_EQ(host.Calls(".Close(false)").size(), 2u);
+}
+
+TEST_F(PlotAllEntriesTest, ADrawingMissingWhileCountingEndsTheRunBeforeTheBatchMode) {
+  const auto& plan = Drawing("Plan.dwg", {"Vue A"});
+  auto& broken = Drawing("Casse.dwg", {"Vue A"});
+  broken.openError = host::Error(-2145386390, "Dessin endommagé");
+  Row(plan, "Vue A");
+  Row(host.Folder().File("Absent.dwg"), kAll);
+
+  RunResult result = Run();
+  EXPECT_TRUE(result.endedEarly);
+  EXPECT_THAT(host.Calls("StartBatchMode"), IsEmpty());
+  EXPECT_THAT(host.Plots(), IsEmpty());
+  EXPECT_THAT(Errors(), ElementsAre(Text(119) + host.Folder().File("Absent.dwg")));
+
+  // Another error of the host gives message 120.
+  session.List.Entry(2).FileName = broken.path;
+  result = Run();
+  EXPECT_THAT(Errors(), ElementsAre(Text(120) + broken.path));
+}
+
+TEST_F(PlotAllEntriesTest, EachFailureOfARowHasItsOwnLinesAndTheRunGoesOn) {
+  auto& plan = Drawing("Plan.dwg", {"Vue A", "Vue B"});
+  plan.layers = {{"0"}, {"MURS"}};
+  auto& broken = Drawing("Casse.dwg");
+  broken.openError = host::Error(-2145386390, "Dessin endommagé");
+  auto& modeles = Drawing("Modeles.dwt");
+  modeles.AddPageSetup("A1");
+  const std::string absent = host.Folder().File("Absent.dwg");
+
+  Row(plan, "Vue A").PlotSetup = absent + " | A3";      // 1: setup drawing missing
+  Row(plan, "Vue A").PlotSetup = modeles.path + "|A3";  // 2: setup not in it
+  Row(absent, "Vue A");                                 // 3: drawing missing
+  Row(broken, "Vue A");                                 // 4: drawing broken
+  Row(plan, "Vue Z");                                   // 5: layout missing
+  Row(plan, kAll).Layers = "MURS x";                    // 6: every layout fails
+  Row(plan, "Vue B");                                   // 7: fine
+
+  const RunResult result = Run();
+  EXPECT_EQ(result.failed, 6);
+  EXPECT_EQ(result.plotted, 1);
+  EXPECT_FALSE(result.endedEarly);
+  EXPECT_THAT(Errors(),
+              ElementsAre(Text(112) + absent, Text(122) + plan.path, Text(113) + "A3",
+                          Text(122) + plan.path, Text(119) + absent, Text(122) + absent,
+                          Text(120) + broken.path, Text(122) + broken.path, Text(121) + plan.path,
+                          Text(122) + plan.path, Text(100) + plan.path, Text(116) + plan.path,
+                          Text(122) + plan.path + ", PrésentationVue A", Text(100) + plan.path,
+                          Text(116) + plan.path, Text(122) + plan.path + ", PrésentationVue B",
+                          Text(122) + plan.path));
+  EXPECT_THAT(observer.events,
+              ElementsAre("cleared", "start 1/7", "1 failed", "start 2/7", "2 failed", "start 3/7",
+                          "3 failed", "start 4/7", "4 failed", "start 5/7", "5 failed", "start 6/7",
+                          "6 failed", "start 7/7", "7 plotted"));
+  EXPECT_EQ(Journal().size(), 1u);
+}
+
+TEST_F(PlotAllEntriesTest, APageSetupFromAnotherDrawingIsReadOnceAndCopiedIntoTheLayout) {
+  auto& plan = Drawing("Plan.dwg", {"Vue A"});
+  auto& modeles = Drawing("Modeles.dwt");
+  modeles.AddPageSetup("A1").settings.configName = "Premier.pc3";
+  modeles.AddPageSetup("A1").settings.configName = "Traceur.pc3";  // the last one wins
+  Row(plan, "Vue A").PlotSetup = modeles.path + "|A1";
+
+  const RunResult result = Run();
+  EXPECT_EQ(result.plotted, 1);
+  ASSERT_EQ(host.Plots().size(), 1u);
+  EXPECT_EQ(host.Plots()[0].settings.configName, "Traceur.pc3");
+  EXPECT_THAT(host.OpenDocuments(), ElementsAre("*Dessin1.dwg"));
+}
+
+TEST_F(PlotAllEntriesTest, CancellationIsPolledTwicePerRow) {
+  const auto& plan = Drawing("Plan.dwg", {"Vue A"});
+  Row(plan, "Vue A");
+  Row(plan, "Vue A");
+  Run();
+  EXPECT_EQ(host.ProgressPolls(), 1 + 2 * 2);
+}
+
+TEST_F(PlotAllEntriesTest, CancellingAtTheStartPlotsNothingAndLeavesTheRowsAlone) {
+  const auto& plan = Drawing("Plan.dwg", {"Vue A"});
+  Row(plan, "Vue A");
+  host.CancelAtPoll(1);
+  const RunResult result = Run();
+  EXPECT_TRUE(result.cancelled);
+  EXPECT_TRUE(result.endedEarly);
+  EXPECT_THAT(host.Calls("Documents.Open"), IsEmpty());
+  EXPECT_THAT(host.Calls("SetSheafworkProgress"), IsEmpty());
+  EXPECT_THAT(observer.events, IsEmpty());
+}
+
+TEST_F(PlotAllEntriesTest, CancellingAfterADrawingOpenedLeavesItOpenAndEndsTheBatchMode) {
+  const auto& plan = Drawing("Plan.dwg", {"Vue A"});
+  Row(plan, "Vue A");
+  Row(plan, "Vue A");
+  host.CancelAtPoll(2);
+  const RunResult result = Run();
+  EXPECT_TRUE(result.cancelled);
+  EXPECT_THAT(host.Plots(), IsEmpty());
+  EXPECT_THAT(host.OpenDocuments(), ElementsAre("Dessin1.dwg", "*" + plan.path));
+  EXPECT_THAT(host.Calls("SetSheafworkProgress"),
+              ElementsAre("Plot(Plan.dwg).SetSheafworkProgress(false)"));
+  EXPECT_THAT(observer.events, ElementsAre("cleared", "start 1/2"));
+}
+
+TEST_F(PlotAllEntriesTest, CancellingAfterAPlotKeepsThatRowsResultAndItsDrawingOpen) {
+  const auto& plan = Drawing("Plan.dwg", {"Vue A"});
+  Row(plan, "Vue A");
+  Row(plan, "Vue A");
+  host.CancelAtPoll(3);
+  const RunResult result = Run();
+  EXPECT_EQ(result.plotted, 1);
+  EXPECT_TRUE(result.endedEarly);
+  EXPECT_EQ(Journal().size(), 1u);
+  EXPECT_THAT(host.OpenDocuments(), ElementsAre("Dessin1.dwg", "*" + plan.path));
+}
+
+TEST_F(PlotAllEntriesTest, AHostFailureOutsideAPlotLosesTheRowNotTheRun) {
+  const auto& plan = Drawing("Plan.dwg", {"Vue A"});
+  Row(plan, "Vue A");
+  Row(plan, "Vue A");
+  host.FailOn("SetNumberOfCopies", host::Error(-5, "Traceur occupé"));
+  const RunResult result = Run();
+  EXPECT_EQ(result.failed, 2);
+  EXPECT_THAT(Errors(), ElementsAre("ERREUR: #-5, Traceur occupé", Text(122) + plan.path,
+                                    "ERREUR: #-5, Traceur occupé", Text(122) + plan.path));
+}
+
+TEST_F(PlotAllEntriesTest, LogsFollowTheSettings) {
+  const auto& plan = Drawing("Plan.dwg", {"Vue A"});
+  Row(plan, "Vue Z");
+  session.Log.JournalLogOn = false;
+  session.Log.ErrorLogFileName.clear();
+  Run();
+  EXPECT_FALSE(std::filesystem::exists(logs.File("QXJOURNL.LOG")));
+  EXPECT_FALSE(std::filesystem::exists(logs.File("QXERROR.LOG")));
+
+  // A journal in a missing folder is named in the error log, and the run
+  // goes on.
+  session.Log.JournalLogOn = true;
+  session.Log.JournalLogFileName = logs.File("absent/QXJOURNL.LOG");
+  session.Log.ErrorLogFileName = logs.File("QXERROR.LOG");
+  session.List.Entry(1).Layout = "Vue A";
+  const RunResult result = Run();
+  EXPECT_EQ(result.plotted, 1);
+  EXPECT_THAT(Errors(), ElementsAre(Text(123) + logs.File("absent/QXJOURNL.LOG")));
+}
+
+}  // namespace
+}  // namespace sheafwork
