@@ -79,44 +79,48 @@ class FakePlotConfig : public host::Layout {
     doc_->Record((kind_ == Kind::Layout ? "Layout(" : "PlotConfiguration(") + Spec().name + ")",
                  member, args);
   }
+  template <typename T>
+  T Get(const char* member, T FakePlotSettings::*field) {
+    Rec(member);
+    return S().*field;
+  }
+  template <typename T>
+  void Set(const char* member, T FakePlotSettings::*field, const T& value) {
+    Rec(member, Args(value));
+    S().*field = value;
+  }
 
   std::string Name() override { return Rec("Name"), Spec().name; }
   bool ModelType() override { return Rec("ModelType"), Spec().modelType; }
-  std::string ConfigName() override { return Rec("ConfigName"), S().configName; }
+  std::string ConfigName() override { return Get("ConfigName", &FakePlotSettings::configName); }
   void SetConfigName(const std::string& v) override {
-    Rec("SetConfigName", Args(v));
-    S().configName = v;
+    Set("SetConfigName", &FakePlotSettings::configName, v);
   }
   std::string CanonicalMediaName() override {
-    return Rec("CanonicalMediaName"), S().canonicalMediaName;
+    return Get("CanonicalMediaName", &FakePlotSettings::canonicalMediaName);
   }
   void SetCanonicalMediaName(const std::string& v) override {
-    Rec("SetCanonicalMediaName", Args(v));
-    S().canonicalMediaName = v;
+    Set("SetCanonicalMediaName", &FakePlotSettings::canonicalMediaName, v);
   }
   std::vector<std::string> GetCanonicalMediaNames() override {
-    return Rec("GetCanonicalMediaNames"), S().mediaNames;
+    return Get("GetCanonicalMediaNames", &FakePlotSettings::mediaNames);
   }
   void RefreshPlotDeviceInfo() override { Rec("RefreshPlotDeviceInfo"); }
-  std::int16_t PaperUnits() override { return Rec("PaperUnits"), S().paperUnits; }
+  std::int16_t PaperUnits() override { return Get("PaperUnits", &FakePlotSettings::paperUnits); }
   void SetPaperUnits(std::int16_t v) override {
-    Rec("SetPaperUnits", Args(v));
-    S().paperUnits = v;
+    Set("SetPaperUnits", &FakePlotSettings::paperUnits, v);
   }
-  std::int16_t PlotRotation() override { return Rec("PlotRotation"), S().plotRotation; }
+  std::int16_t PlotRotation() override {
+    return Get("PlotRotation", &FakePlotSettings::plotRotation);
+  }
   void SetPlotRotation(std::int16_t v) override {
-    Rec("SetPlotRotation", Args(v));
-    S().plotRotation = v;
+    Set("SetPlotRotation", &FakePlotSettings::plotRotation, v);
   }
-  std::int16_t PlotType() override { return Rec("PlotType"), S().plotType; }
-  void SetPlotType(std::int16_t v) override {
-    Rec("SetPlotType", Args(v));
-    S().plotType = v;
-  }
-  std::string ViewToPlot() override { return Rec("ViewToPlot"), S().viewToPlot; }
+  std::int16_t PlotType() override { return Get("PlotType", &FakePlotSettings::plotType); }
+  void SetPlotType(std::int16_t v) override { Set("SetPlotType", &FakePlotSettings::plotType, v); }
+  std::string ViewToPlot() override { return Get("ViewToPlot", &FakePlotSettings::viewToPlot); }
   void SetViewToPlot(const std::string& v) override {
-    Rec("SetViewToPlot", Args(v));
-    S().viewToPlot = v;
+    Set("SetViewToPlot", &FakePlotSettings::viewToPlot, v);
   }
   void GetWindowToPlot(host::Point2& lowerLeft, host::Point2& upperRight) override {
     Rec("GetWindowToPlot");
@@ -128,25 +132,23 @@ class FakePlotConfig : public host::Layout {
     S().windowLowerLeft = lowerLeft;
     S().windowUpperRight = upperRight;
   }
-  bool CenterPlot() override { return Rec("CenterPlot"), S().centerPlot; }
-  void SetCenterPlot(bool v) override {
-    Rec("SetCenterPlot", Args(v));
-    S().centerPlot = v;
-  }
-  host::Point2 PlotOrigin() override { return Rec("PlotOrigin"), S().plotOrigin; }
+  bool CenterPlot() override { return Get("CenterPlot", &FakePlotSettings::centerPlot); }
+  void SetCenterPlot(bool v) override { Set("SetCenterPlot", &FakePlotSettings::centerPlot, v); }
+  host::Point2 PlotOrigin() override { return Get("PlotOrigin", &FakePlotSettings::plotOrigin); }
   void SetPlotOrigin(host::Point2 v) override {
-    Rec("SetPlotOrigin", Args(v));
-    S().plotOrigin = v;
+    Set("SetPlotOrigin", &FakePlotSettings::plotOrigin, v);
   }
-  bool UseStandardScale() override { return Rec("UseStandardScale"), S().useStandardScale; }
+  bool UseStandardScale() override {
+    return Get("UseStandardScale", &FakePlotSettings::useStandardScale);
+  }
   void SetUseStandardScale(bool v) override {
-    Rec("SetUseStandardScale", Args(v));
-    S().useStandardScale = v;
+    Set("SetUseStandardScale", &FakePlotSettings::useStandardScale, v);
   }
-  std::int16_t StandardScale() override { return Rec("StandardScale"), S().standardScale; }
+  std::int16_t StandardScale() override {
+    return Get("StandardScale", &FakePlotSettings::standardScale);
+  }
   void SetStandardScale(std::int16_t v) override {
-    Rec("SetStandardScale", Args(v));
-    S().standardScale = v;
+    Set("SetStandardScale", &FakePlotSettings::standardScale, v);
   }
   void GetCustomScale(double& numerator, double& denominator) override {
     Rec("GetCustomScale");
@@ -158,33 +160,30 @@ class FakePlotConfig : public host::Layout {
     S().customNumerator = numerator;
     S().customDenominator = denominator;
   }
-  bool ScaleLineweights() override { return Rec("ScaleLineweights"), S().scaleLineweights; }
+  bool ScaleLineweights() override {
+    return Get("ScaleLineweights", &FakePlotSettings::scaleLineweights);
+  }
   void SetScaleLineweights(bool v) override {
-    Rec("SetScaleLineweights", Args(v));
-    S().scaleLineweights = v;
+    Set("SetScaleLineweights", &FakePlotSettings::scaleLineweights, v);
   }
   bool PlotWithLineweights() override {
-    return Rec("PlotWithLineweights"), S().plotWithLineweights;
+    return Get("PlotWithLineweights", &FakePlotSettings::plotWithLineweights);
   }
   void SetPlotWithLineweights(bool v) override {
-    Rec("SetPlotWithLineweights", Args(v));
-    S().plotWithLineweights = v;
+    Set("SetPlotWithLineweights", &FakePlotSettings::plotWithLineweights, v);
   }
-  bool PlotWithPlotStyles() override { return Rec("PlotWithPlotStyles"), S().plotWithPlotStyles; }
+  bool PlotWithPlotStyles() override {
+    return Get("PlotWithPlotStyles", &FakePlotSettings::plotWithPlotStyles);
+  }
   void SetPlotWithPlotStyles(bool v) override {
-    Rec("SetPlotWithPlotStyles", Args(v));
-    S().plotWithPlotStyles = v;
+    Set("SetPlotWithPlotStyles", &FakePlotSettings::plotWithPlotStyles, v);
   }
-  std::string StyleSheet() override { return Rec("StyleSheet"), S().styleSheet; }
+  std::string StyleSheet() override { return Get("StyleSheet", &FakePlotSettings::styleSheet); }
   void SetStyleSheet(const std::string& v) override {
-    Rec("SetStyleSheet", Args(v));
-    S().styleSheet = v;
+    Set("SetStyleSheet", &FakePlotSettings::styleSheet, v);
   }
-  bool PlotHidden() override { return Rec("PlotHidden"), S().plotHidden; }
-  void SetPlotHidden(bool v) override {
-    Rec("SetPlotHidden", Args(v));
-    S().plotHidden = v;
-  }
+  bool PlotHidden() override { return Get("PlotHidden", &FakePlotSettings::plotHidden); }
+  void SetPlotHidden(bool v) override { Set("SetPlotHidden", &FakePlotSettings::plotHidden, v); }
   void CopyFrom(host::PlotConfiguration& source) override {
     auto* fake = dynamic_cast<FakePlotConfig*>(&source);
     Rec("CopyFrom", fake ? fake->Spec().name : "?");

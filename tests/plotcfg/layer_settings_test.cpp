@@ -1,5 +1,4 @@
 #include "plotcfg/layer_settings.h"
-
 #include "plotcfg_fixture.h"
 
 namespace sheafwork {
@@ -10,38 +9,37 @@ using ::testing::IsEmpty;
 
 class LayerSettingsTest : public PlotcfgTest {
  protected:
-  // Applies `layers` to Plan.dwg holding `specs`; returns the calls that
+  // Applies `layers` to Plan.dwg holding `drawingLayers`; returns the calls that
   // change something, in order (layer setters, Update, Regen).
-  std::vector<std::string> Apply(std::vector<testing::FakeLayerSpec> specs, const char* layers,
-                                 bool ok = true) {
-    plan_.layers = std::move(specs);
-    Open(plan_);
+  std::vector<std::string> Apply(std::vector<testing::FakeLayerSpec> drawingLayers,
+                                 const char* layers, bool ok = true) {
+    plan_.layers = std::move(drawingLayers);
+    OpenPlan(1);
     BatchEntry entry;
     entry.FileName = plan_.path;
     entry.Layers = layers;
     EXPECT_EQ(ApplyLayerSettings(session_, entry, errorLog_), ok) << layers;
     std::vector<std::string> changes;
     for (const auto& call : host_.Calls()) {
-      if (call.find(".Set") != std::string::npos || call.find("Update") != std::string::npos ||
-          call.find("Regen") != std::string::npos) {
-        changes.push_back(call);
+      for (const char* mark : {".Set", "Update", "Regen"}) {
+        if (call.find(mark) != std::string::npos) {
+          changes.push_back(call);
+          break;
+        }
       }
     }
     return changes;
   }
-  testing::FakeDrawing& plan_ = host_.AddDrawing("Plan.dwg");
   static constexpr const char* kUpdate = "Application.Update()";
   static constexpr const char* kRegen = "Document(Plan.dwg).Regen(1)";
 };
 
-TEST_F(LayerSettingsTest, EmptyTextTouchesNothing) {
+// Names are found letter case ignored; only a thaw regenerates, after Update.
+TEST_F(LayerSettingsTest, OnlyListedLayersChangeAndOnlyAThawRegenerates) {
   EXPECT_THAT(Apply({{"0", false, true, false}}, ""), IsEmpty());
   EXPECT_THAT(host_.Calls(), IsEmpty());
-}
-
-TEST_F(LayerSettingsTest, OnlyListedLayersChangeAndOnlyAThawRegenerates) {
   EXPECT_THAT(
-      Apply({{"MURS"}, {"PORTES", false}, {"Cotes"}, {"Été"}}, "COTES 0 ÉTÉ 0 Absent 1"),
+      Apply({{"MURS"}, {"PORTES", false}, {"Cotes"}, {"Été"}, {""}}, "COTES 0 ÉTÉ 0 Absent 1"),
       ElementsAre("Layer(Cotes).SetLayerOn(false)", "Layer(Été).SetLayerOn(false)", kUpdate));
   EXPECT_THAT(Apply({{"A", false, true, false}, {"B", true, false, false}, {"C", true, true, true}},
                     "A 1 B 1 C 1"),
@@ -53,7 +51,9 @@ TEST_F(LayerSettingsTest, OnlyListedLayersChangeAndOnlyAThawRegenerates) {
 
 // A layer's name searched in the text matches inside a longer name: EXT takes
 // MUR_EXT's flag. Layers "0" and "1" are found by walking the pairs instead,
-// since a search would match the flags themselves.
+// since a search would match the flags themselves; a frozen one is thawed but
+// its Plottable is neither read nor set, an unfrozen one is made plottable
+// without reading it.
 TEST_F(LayerSettingsTest, SubstringSearchAndThePairWalk) {
   EXPECT_THAT(
       Apply({{"EXT"}, {"MUR_EXT"}}, "MUR_EXT 0 EXT 1"),
@@ -61,11 +61,6 @@ TEST_F(LayerSettingsTest, SubstringSearchAndThePairWalk) {
   EXPECT_THAT(Apply({{"0"}, {"1", false}, {"10", false}}, "10 1 0 0 1 1"),
               ElementsAre("Layer(0).SetLayerOn(false)", "Layer(1).SetLayerOn(true)",
                           "Layer(1).SetPlottable(true)", "Layer(10).SetLayerOn(true)", kUpdate));
-}
-
-// A frozen "0" is thawed but its Plottable is neither read nor set; an
-// unfrozen one is made plottable without reading it.
-TEST_F(LayerSettingsTest, WalkedLayersKeepPlottableWhenThawed) {
   EXPECT_THAT(Apply({{"0", true, true, false}}, "0 1"),
               ElementsAre("Layer(0).SetFreeze(false)", kUpdate, kRegen));
   EXPECT_THAT(host_.Calls("Plottable"), IsEmpty());
@@ -74,32 +69,15 @@ TEST_F(LayerSettingsTest, WalkedLayersKeepPlottableWhenThawed) {
   EXPECT_THAT(host_.Calls("Layer(0).Plottable()"), IsEmpty());
 }
 
-TEST_F(LayerSettingsTest, UnnamedLayersAreSkipped) {
-  EXPECT_THAT(Apply({{""}, {"A"}}, "A 0"), ElementsAre("Layer(A).SetLayerOn(false)", kUpdate));
-  EXPECT_THAT(host_.Calls("Layer()"), ElementsAre("Layer().Name()"));
-}
-
+// A bad flag or a host error stops the walk where it is and logs message 100.
 TEST_F(LayerSettingsTest, BadFlagsAndHostErrorsAreLogged) {
-  struct Case {
-    const char* layers;
-    std::vector<std::string> changes;
-  };
-  const Case cases[] = {
-      {"A x", {}},
-      {"A ", {}},
-      {"0 x", {}},
-      {"B 0 A T", {"Layer(B).SetLayerOn(false)"}},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(Apply({{"B"}, {"A"}, {"0", true, true}}, c.layers, false), c.changes) << c.layers;
-  }
+  EXPECT_THAT(Apply({{"B"}, {"A"}, {"0"}}, "0 x", false), IsEmpty());
+  EXPECT_THAT(Apply({{"B"}, {"A"}}, "B 0 A T", false), ElementsAre("Layer(B).SetLayerOn(false)"));
   host_.FailOn("SetFreeze");
   EXPECT_THAT(Apply({{"A", true, true}}, "A 1", false), ElementsAre("Layer(A).SetFreeze(false)"));
-  // A digit other than 0 reads as true.
+  // A number other than 0 reads as true.
   EXPECT_THAT(Apply({{"B", false}}, "B 7"), ElementsAre("Layer(B).SetLayerOn(true)", kUpdate));
-
-  const std::string line = Text(100) + plan_.path;
-  EXPECT_EQ(LogLines(), std::vector<std::string>(5, line));
+  EXPECT_EQ(LogLines(), std::vector<std::string>(3, Text(100) + plan_.path));
 }
 
 }  // namespace

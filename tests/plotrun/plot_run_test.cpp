@@ -224,25 +224,5 @@ TEST_F(PlotAllEntriesTest, AHostFailureOutsideAPlotLosesTheRowNotTheRun) {
                                     "ERREUR: #-5, Traceur occupé", Text(122) + plan.path));
 }
 
-TEST_F(PlotAllEntriesTest, LogsFollowTheSettings) {
-  const auto& plan = Drawing("Plan.dwg", {"Vue A"});
-  Row(plan, "Vue Z");
-  session.Log.JournalLogOn = false;
-  session.Log.ErrorLogFileName.clear();
-  Run();
-  EXPECT_FALSE(std::filesystem::exists(logs.File("QXJOURNL.LOG")));
-  EXPECT_FALSE(std::filesystem::exists(logs.File("QXERROR.LOG")));
-
-  // A journal in a missing folder is named in the error log, and the run
-  // goes on.
-  session.Log.JournalLogOn = true;
-  session.Log.JournalLogFileName = logs.File("absent/QXJOURNL.LOG");
-  session.Log.ErrorLogFileName = logs.File("QXERROR.LOG");
-  session.List.Entry(1).Layout = "Vue A";
-  const RunResult result = Run();
-  EXPECT_EQ(result.plotted, 1);
-  EXPECT_THAT(Errors(), ElementsAre(Text(123) + logs.File("absent/QXJOURNL.LOG")));
-}
-
 }  // namespace
 }  // namespace sheafwork

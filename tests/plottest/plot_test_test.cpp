@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "fakes/fake_host.h"
+#include "fakes/log_lines.h"
 #include "fakes/temp_folder.h"
 #include "text/strings.h"
 #include "text/windows1252.h"
@@ -19,10 +20,13 @@ namespace {
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
+using ::testing::HasSubstr;
 using ::testing::Not;
 
 constexpr const char* kTitleStart =
     "*** Balayage de l'essai de traçage de la liste de traçage en différé <";
+constexpr const char* kSettingVariables =
+    "-- Configuration des systèmes variables...les valeurs étaient ";
 constexpr const char* kRestoreVariables =
     "-- Restauration des variables système...XREFCTL, FILEDIA, CMDECHO, CMDDIA, SHPNAME";
 constexpr const char* kSettingLogFile = "-- Configuration du fichier journal...";
@@ -30,44 +34,19 @@ constexpr const char* kScanning = "-- Balayage des dessins en arrière-plan...";
 constexpr const char* kHostFailure =
     "ERREUR: problème de récupération/configuration de la variable système Orvane";
 
-class FakePrinters : public PrinterCatalog {
- public:
+struct FakePrinters : PrinterCatalog {
   std::vector<PrinterInfo> Printers() override { return list; }
-  std::vector<PrinterInfo> list;
+  std::vector<PrinterInfo> list = {{"Bureau-HP", "HP LaserJet", "ipp://bureau"},
+                                   {"Phantom Ole to KDX Printer", "", ""}};
 };
 
-class FakeFonts : public FontFolders {
- public:
+struct FakeFonts : FontFolders {
   bool HasFontFile(std::string_view fileName) override {
     asked.emplace_back(fileName);
-    for (const auto& file : files) {
-      if (EqualsIgnoreCase(file, fileName)) return true;
-    }
-    return false;
+    return EqualsIgnoreCase(fileName, "arial.ttf");
   }
-  std::vector<std::string> files;
   std::vector<std::string> asked;
 };
-
-// The results split at CR LF; a line break of any other kind fails the test.
-std::vector<std::string> Lines(const std::string& results) {
-  std::vector<std::string> lines;
-  std::size_t start = 0;
-  while (start < results.size()) {
-    const std::size_t end = results.find("\r\n", start);
-    if (end == std::string::npos) {
-      ADD_FAILURE() << "last line without CR LF: " << results.substr(start);
-      lines.push_back(results.substr(start));
-      break;
-    }
-    lines.push_back(results.substr(start, end - start));
-    start = end + 2;
-  }
-  for (const auto& line : lines) {
-    EXPECT_EQ(line.find_first_of("\r\n"), std::string::npos) << "stray line break in: " << line;
-  }
-  return lines;
-}
 
 std::string XrefWarning(const std::string& logName) {
   return "AVERTISSEMENT: fichier xréf <" + logName +
@@ -81,38 +60,31 @@ std::string NoneDeviceWarning(const std::string& layout) {
 
 class PlotTestScanTest : public ::testing::Test {
  protected:
-  PlotTestScanTest() {
-    printers_.list = {{"Bureau-HP", "HP LaserJet", "ipp://bureau"},
-                      {"Phantom Ole to KDX Printer", "", ""}};
-    fonts_.files = {"arial.ttf"};
-  }
-
-  BatchEntry& Row(const std::string& file, const std::string& layout, const std::string& plotSetup,
-                  const std::string& device) {
+  void Row(const std::string& file, const std::string& layout, const std::string& plotSetup,
+           const std::string& device) {
     BatchEntry& entry = session_.List.Append();
     entry.FileName = file;
     entry.Layout = layout;
     entry.PlotSetup = plotSetup;
     entry.PlotDevice = device;
-    return entry;
   }
 
-  std::string Run() {
+  // The results' lines, read back from a file as the program writes them.
+  std::vector<std::string> Run() {
     PlotTestServices services{printers_, fonts_, [] { return LocalTime{2024, 3, 7, 9, 5, 2}; },
                               progress_};
-    return RunPlotTest(session_, hs_, services);
+    const std::string results = RunPlotTest(session_, hs_, services);
+    return testing::ReadLogLines(dir_.Write("essai.txt", Utf8ToWindows1252(results).bytes));
   }
 
   std::string Path(const std::string& name) const { return host_.Folder().File(name); }
 
   // The variable calls made on the document the host had open at the start.
   std::vector<std::string> StartDocumentVariableCalls() const {
-    std::vector<std::string> calls;
-    for (const auto& call : host_.Calls("Document(Dessin1.dwg).")) {
-      if (call.find("Variable(") != std::string::npos && call.find("(SDI)") == std::string::npos) {
-        calls.push_back(call);
-      }
-    }
+    auto calls = host_.Calls("Document(Dessin1.dwg).");
+    std::erase_if(calls, [](const std::string& call) {
+      return call.find("Variable(") == std::string::npos || call.ends_with("(SDI)");
+    });
     return calls;
   }
 
@@ -223,7 +195,7 @@ TEST_F(PlotTestScanTest, EveryCheckOfAListGivesItsLinesInRowOrder) {
       "-- Restauration du fichier journal...</opt/orvane/logs>",
       kRestoreVariables,
   };
-  EXPECT_THAT(Lines(Run()), ElementsAreArray(expected));
+  EXPECT_THAT(Run(), ElementsAreArray(expected));
 
   // TrueType fonts are asked for by their trimmed name; the rest went along
   // the support path.
@@ -236,44 +208,24 @@ TEST_F(PlotTestScanTest, EveryCheckOfAListGivesItsLinesInRowOrder) {
   EXPECT_TRUE(host_.LastOpened(Path("Sol.dwg"))->closed);
 }
 
+// Even for an empty list the variables are read and set in order, their old
+// values shown, and put back with their own types; meanwhile the host log goes
+// to the program folder.
 TEST_F(PlotTestScanTest, AnEmptyListStillSetsAndRestoresTheHost) {
-  EXPECT_EQ(Run(), std::string(kTitleStart) + "sans nom> à 03-07-2024, 09:05:02\r\n" +
-                       "-- Configuration des systèmes variables...les valeurs étaient XREFCTL <0>, "
-                       "FILEDIA <1>, CMDECHO <0>, CMDDIA <1>, SHPNAME <>\r\n" +
-                       kSettingLogFile + "\r\n" + kScanning + "\r\n" +
-                       "ERREUR: Aucun dessin trouvé en arrière-plan\r\n" +
-                       "-- Restauration du fichier journal...</opt/orvane/logs>\r\n" +
-                       kRestoreVariables + "\r\n");
-}
-
-TEST_F(PlotTestScanTest, VariablesAreSetForTheScanAndPutBackWithTheirOwnTypes) {
   host_.variables["XREFCTL"] = std::int16_t{2};
   host_.variables["FILEDIA"] = std::int32_t{1};
   host_.variables["CMDECHO"] = 0.5;
   host_.variables["SHPNAME"] = std::string("hachure");
-  host_.AddDrawing("Plan.dwg").layouts[0].settings.configName = "Bureau-HP";
-  Row(Path("Plan.dwg"), "*Onglet courant*", "Par défaut", "Par défaut");
+  host_.logFilePath = "/opt/orvane/journaux";
 
-  auto start = std::dynamic_pointer_cast<testing::FakeDocument>(host_.App()->ActiveDocument());
-  ASSERT_NE(start, nullptr);
-  const auto values = [&] {
-    std::vector<host::SysVarValue> list;
-    for (const char* name : {"XREFCTL", "FILEDIA", "CMDECHO", "CMDDIA", "SHPNAME"}) {
-      list.push_back(start->variables.at(name));
-    }
-    return list;
-  };
-  std::vector<host::SysVarValue> duringScan;
-  progress_ = [&](int, int, const std::string&) { duringScan = values(); };
-  const auto lines = Lines(Run());
-
-  EXPECT_EQ(lines.at(1),
-            "-- Configuration des systèmes variables...les valeurs étaient XREFCTL <2>, "
-            "FILEDIA <1>, CMDECHO <0.5>, CMDDIA <1>, SHPNAME <hachure>");
-  EXPECT_THAT(duringScan,
-              ElementsAre(host::SysVarValue(std::int16_t{1}), host::SysVarValue(std::int16_t{0}),
-                          host::SysVarValue(std::int16_t{1}), host::SysVarValue(std::int16_t{0}),
-                          host::SysVarValue(std::string())));
+  EXPECT_THAT(
+      Run(),
+      ElementsAre(
+          std::string(kTitleStart) + "sans nom> à 03-07-2024, 09:05:02",
+          std::string(kSettingVariables) + "XREFCTL <2>, FILEDIA <1>, CMDECHO <0.5>, CMDDIA <1>, "
+                                           "SHPNAME <hachure>",
+          kSettingLogFile, kScanning, "ERREUR: Aucun dessin trouvé en arrière-plan",
+          "-- Restauration du fichier journal...</opt/orvane/journaux>", kRestoreVariables));
   const std::string doc = "Document(Dessin1.dwg).";
   EXPECT_THAT(StartDocumentVariableCalls(),
               ElementsAre(doc + "GetVariable(XREFCTL)", doc + "GetVariable(FILEDIA)",
@@ -284,108 +236,56 @@ TEST_F(PlotTestScanTest, VariablesAreSetForTheScanAndPutBackWithTheirOwnTypes) {
                           doc + "SetVariable(XREFCTL, 2)", doc + "SetVariable(FILEDIA, 1)",
                           doc + "SetVariable(CMDECHO, 0.5)", doc + "SetVariable(CMDDIA, 1)",
                           doc + "SetVariable(SHPNAME, hachure)"));
-  EXPECT_THAT(values(),
-              ElementsAre(host::SysVarValue(std::int16_t{2}), host::SysVarValue(std::int32_t{1}),
-                          host::SysVarValue(0.5), host::SysVarValue(std::int16_t{1}),
-                          host::SysVarValue(std::string("hachure"))));
+  EXPECT_EQ(host_.InitialDocument().variables.at("FILEDIA"), host::SysVarValue(std::int32_t{1}));
+  EXPECT_THAT(host_.Calls("Preferences.Set"),
+              ElementsAre("Preferences.SetLogFilePath(" + hs_.ProgramFolder + ")",
+                          "Preferences.SetLogFilePath(/opt/orvane/journaux)",
+                          "Preferences.SetLogFileOn(false)"));
 }
 
-TEST_F(PlotTestScanTest, TheHostLogGoesToTheProgramFolderAndRestartsForEachDrawing) {
-  host_.logFilePath = "/opt/orvane/journaux";
+// A failing host call adds lines 149 and 150 and ends only its own step: a
+// variable that could not be read is neither changed nor put back, a drawing's
+// checks stop but its device is still checked, the next rows are scanned, and
+// the log-file option is put back after the folder failed. With the
+// pseudo-printer only and no plotter file, a row on the default device says so
+// whether its drawing opened or not.
+TEST_F(PlotTestScanTest, AHostFailureIsReportedAndTheScanGoesOn) {
+  printers_.list = {{"Phantom Ole to KDX Printer", "", ""}};
+  host_.FailOn("Document(Dessin1.dwg).GetVariable(FILEDIA)",
+               host::Error(7, "Variable verrouillée"));
+  host_.FailOn("Document(Plan.dwg).TextStyles");
+  host_.FailOn("SetLogFilePath", host::Error(8, "Préférence refusée"), 1);
   host_.logFileOn = true;
   host_.AddDrawing("Plan.dwg");
   host_.AddDrawing("Coupe.dwg");
-  Row(Path("Plan.dwg"), "*Onglet courant*", "Par défaut", "Bureau-HP");
-  Row(Path("Coupe.dwg"), "*Onglet courant*", "Par défaut", "Bureau-HP");
-  std::vector<std::string> folderDuringScan;
-  progress_ = [&](int, int, const std::string&) { folderDuringScan.push_back(host_.logFilePath); };
-
-  const auto lines = Lines(Run());
-
-  EXPECT_THAT(folderDuringScan, ElementsAre(hs_.ProgramFolder, hs_.ProgramFolder));
-  EXPECT_THAT(host_.Calls("Preferences."),
-              ElementsAre("Preferences.LogFilePath()", "Preferences.LogFileOn()",
-                          "Preferences.SetLogFilePath(" + hs_.ProgramFolder + ")",
-                          "Preferences.SetLogFileOn(false)", "Preferences.SetLogFileOn(true)",
-                          "Preferences.SetLogFileOn(false)", "Preferences.SetLogFileOn(true)",
-                          "Preferences.SetLogFilePath(/opt/orvane/journaux)",
-                          "Preferences.SetLogFileOn(true)"));
-  EXPECT_EQ(host_.logFilePath, "/opt/orvane/journaux");
-  EXPECT_TRUE(host_.logFileOn);
-  EXPECT_EQ(lines.at(lines.size() - 2),
-            "-- Restauration du fichier journal...</opt/orvane/journaux>");
-}
-
-TEST_F(PlotTestScanTest, AHostFailureEndsOnlyThatDrawingsChecks) {
-  auto& plan = host_.AddDrawing("Plan.dwg");
-  plan.textStyles = {{"Notes", "absente.ttf"}};
-  host_.AddDrawing("Coupe.dwg");
-  host_.FailOn("Document(Plan.dwg).TextStyles", host::Error(-2147467259, "Échec simulé"));
-  Row(Path("Plan.dwg"), "Manque", "Manque", "Imprimante fantôme");
-  Row(Path("Coupe.dwg"), "Manque", "Par défaut", "Bureau-HP");
-
-  const auto lines = Lines(Run());
-
-  const std::vector<std::string> rows(lines.begin() + 4, lines.end() - 2);
-  EXPECT_THAT(rows,
-              ElementsAre("   Vérification " + Path("Plan.dwg"), XrefWarning(Path("Plan.xlg")),
-                          kHostFailure, "ERREUR: #-2147467259, Échec simulé",
-                          "ERREUR: l'imprimante système n'est pas accessible: "
-                          "Imprimante fantôme",
-                          "   Vérification " + Path("Coupe.dwg"), XrefWarning(Path("Coupe.xlg")),
-                          "ERREUR: Présentation <Manque> introuvable dans le dessin"));
-  EXPECT_TRUE(host_.LastOpened(Path("Plan.dwg"))->closed);
-  EXPECT_THAT(host_.OpenDocuments(), ElementsAre("*Dessin1.dwg"));
-}
-
-TEST_F(PlotTestScanTest, FailuresWhileSettingUpOrRestoringAreReportedAndTheScanGoesOn) {
-  host_.FailOn("Document(Dessin1.dwg).GetVariable(FILEDIA)",
-               host::Error(7, "Variable verrouillée"));
-  // The folder is set for the scan, but cannot be put back.
-  host_.FailOn("SetLogFilePath", host::Error(8, "Préférence refusée"), 1);
-  host_.logFileOn = true;
-
-  const auto lines = Lines(Run());
-
-  EXPECT_THAT(
-      lines,
-      ElementsAre(::testing::StartsWith(kTitleStart), kHostFailure,
-                  "ERREUR: #7, Variable verrouillée",
-                  "-- Configuration des systèmes variables...les valeurs étaient "
-                  "XREFCTL <0>, FILEDIA <>, CMDECHO <0>, CMDDIA <1>, SHPNAME <>",
-                  kSettingLogFile, kScanning, "ERREUR: Aucun dessin trouvé en arrière-plan",
-                  kHostFailure, "ERREUR: #8, Préférence refusée",
-                  "-- Restauration du fichier journal...</opt/orvane/logs>", kRestoreVariables));
-  // A variable that could not be read is neither changed nor put back; the
-  // others are, and so is the log-file option after the failed folder.
-  const auto calls = StartDocumentVariableCalls();
-  EXPECT_THAT(calls, Not(Contains(::testing::HasSubstr("SetVariable(FILEDIA"))));
-  EXPECT_THAT(calls, Contains("Document(Dessin1.dwg).SetVariable(CMDDIA, 1)"));
-  EXPECT_EQ(host_.Calls("Preferences.SetLogFileOn").back(), "Preferences.SetLogFileOn(true)");
-}
-
-TEST_F(PlotTestScanTest, WithoutAnyDeviceTheDefaultDeviceIsReportedForEveryRow) {
-  printers_.list = {{"Phantom Ole to KDX Printer", "", ""}};
-  std::filesystem::create_directories(dir_.path() / "vide");
-  host_.printerConfigPath = dir_.File("vide");
-  host_.AddDrawing("Plan.dwg").layouts[0].settings.configName = "DWF6.pc3";
-  Row(Path("Plan.dwg"), "*Onglet courant*", "Par défaut", "Par défaut");
+  Row(Path("Plan.dwg"), "Manque", "Manque", "Phantom Ole to KDX Printer");
+  Row(Path("Coupe.dwg"), "Manque", "Par défaut", "Par défaut");
   Row(Path("Absent.dwg"), "Présentation1", "Par défaut", "");
-  Row(Path("Plan.dwg"), "*Onglet courant*", "Par défaut", "Phantom Ole to KDX Printer");
-
-  const auto lines = Lines(Run());
-
   const std::string noDevice =
       "ERREUR: Entrée définie pour utiliser la configuration de tracé par défaut, mais aucun "
       "traceur (système ou non) n'est accessible";
-  const std::vector<std::string> rows(lines.begin() + 4, lines.end() - 2);
+
   EXPECT_THAT(
-      rows,
-      ElementsAre("   Vérification " + Path("Plan.dwg"), XrefWarning(Path("Plan.xlg")), noDevice,
+      Run(),
+      ElementsAre(::testing::StartsWith(kTitleStart), kHostFailure,
+                  "ERREUR: #7, Variable verrouillée",
+                  std::string(kSettingVariables) +
+                      "XREFCTL <0>, FILEDIA <>, CMDECHO <0>, CMDDIA <1>, SHPNAME <>",
+                  kSettingLogFile, kScanning, "   Vérification " + Path("Plan.dwg"),
+                  XrefWarning(Path("Plan.xlg")), kHostFailure, "ERREUR: #-2147467259, Échec simulé",
+                  "ERREUR: l'imprimante système n'est pas accessible: Phantom Ole to KDX Printer",
+                  "   Vérification " + Path("Coupe.dwg"), XrefWarning(Path("Coupe.xlg")),
+                  "ERREUR: Présentation <Manque> introuvable dans le dessin", noDevice,
                   "   Vérification " + Path("Absent.dwg"), "ERREUR: impossible d'ouvrir le dessin",
-                  noDevice, "   Vérification " + Path("Plan.dwg"), XrefWarning(Path("Plan.xlg")),
-                  "ERREUR: l'imprimante système n'est pas accessible: Phantom Ole "
-                  "to KDX Printer"));
+                  noDevice, kHostFailure, "ERREUR: #8, Préférence refusée",
+                  "-- Restauration du fichier journal...</opt/orvane/logs>", kRestoreVariables));
+  const auto calls = StartDocumentVariableCalls();
+  EXPECT_THAT(calls, Not(Contains(HasSubstr("SetVariable(FILEDIA"))));
+  EXPECT_THAT(calls, Contains("Document(Dessin1.dwg).SetVariable(CMDDIA, 1)"));
+  // The host log restarts for each row.
+  const std::string off = "Preferences.SetLogFileOn(false)", on = "Preferences.SetLogFileOn(true)";
+  EXPECT_THAT(host_.Calls("SetLogFileOn"), ElementsAre(off, on, off, on, off, on, on));
+  EXPECT_THAT(host_.OpenDocuments(), ElementsAre("*Dessin1.dwg"));
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <filesystem>
 #include <string>
+#include <tuple>
 
 #include "fakes/scripted_prompt.h"
 #include "fakes/temp_folder.h"
@@ -28,12 +29,13 @@ const std::string kResultsBytes =
 
 class ResultsActionsTest : public ::testing::Test {
  protected:
+  // The one box shown since the last call: critical, with OK only.
   void ExpectOneCriticalBox(const std::string& text, const std::string& title) {
     ASSERT_EQ(prompt_.messages.size(), 1u);
-    EXPECT_EQ(prompt_.messages[0].text, text);
-    EXPECT_EQ(prompt_.messages[0].title, title);
-    EXPECT_EQ(prompt_.messages[0].icon, PromptIcon::Critical);
-    EXPECT_EQ(prompt_.messages[0].buttons, PromptButtons::Ok);
+    const PromptMessage box = prompt_.messages[0];
+    EXPECT_EQ(std::tie(box.text, box.title), std::tie(text, title));
+    EXPECT_TRUE(box.icon == PromptIcon::Critical && box.buttons == PromptButtons::Ok);
+    prompt_.messages.clear();
   }
 
   testing::TempFolder dir_;
@@ -41,29 +43,27 @@ class ResultsActionsTest : public ::testing::Test {
   LogSettings settings_ = DefaultLogSettings(dir_.path().string());
 };
 
-TEST_F(ResultsActionsTest, AJournalThatIsOffOrUnnamedIsRefusedBeforeEmptyResults) {
-  settings_.JournalLogOn = false;
-  EXPECT_FALSE(AppendResultsToJournal(settings_, "", prompt_));
-  ExpectOneCriticalBox(kJournalOff, kErrorTitle);
-
-  prompt_.messages.clear();
-  settings_.JournalLogOn = true;
-  settings_.JournalLogFileName.clear();
-  EXPECT_FALSE(AppendResultsToJournal(settings_, kResults, prompt_));
-  ExpectOneCriticalBox(kJournalOff, kErrorTitle);
-
-  prompt_.messages.clear();
-  settings_ = DefaultLogSettings(dir_.path().string());
-  EXPECT_FALSE(AppendResultsToJournal(settings_, "", prompt_));
-  ExpectOneCriticalBox(kNoResults, kErrorTitle);
-  EXPECT_FALSE(std::filesystem::exists(settings_.JournalLogFileName));
+// 296 when the journal is off, unnamed or cannot be written, checked before
+// 198 for empty results; nothing is written.
+TEST_F(ResultsActionsTest, JournalRefusals) {
+  const std::string journal = settings_.JournalLogFileName;
+  const std::string absent = dir_.File("absent/QXJOURNL.LOG");
+  using Case = std::tuple<bool, std::string, std::string, const char*>;
+  for (const auto& [on, name, results, message] :
+       {Case{false, journal, "", kJournalOff}, Case{true, "", kResults, kJournalOff},
+        Case{true, absent, kResults, kJournalOff}, Case{true, journal, "", kNoResults}}) {
+    settings_.JournalLogOn = on;
+    settings_.JournalLogFileName = name;
+    EXPECT_FALSE(AppendResultsToJournal(settings_, results, prompt_)) << name;
+    ExpectOneCriticalBox(message, kErrorTitle);
+  }
+  EXPECT_TRUE(std::filesystem::is_empty(dir_.path()));
 }
 
 TEST_F(ResultsActionsTest, ResultsAreAppendedOnceInWindows1252AfterWhatTheJournalHolds) {
   // A journal that does not exist yet is created.
   ASSERT_TRUE(AppendResultsToJournal(settings_, kResults, prompt_));
   EXPECT_EQ(testing::TempFolder::Read(settings_.JournalLogFileName), kResultsBytes + "\r\n");
-
   dir_.Write("QXJOURNL.LOG", "ancien\r\n");
   ASSERT_TRUE(AppendResultsToJournal(settings_, kResults, prompt_));
   EXPECT_EQ(testing::TempFolder::Read(settings_.JournalLogFileName),
@@ -71,51 +71,39 @@ TEST_F(ResultsActionsTest, ResultsAreAppendedOnceInWindows1252AfterWhatTheJourna
   EXPECT_TRUE(prompt_.messages.empty());
 }
 
-TEST_F(ResultsActionsTest, AJournalThatCannotBeWrittenIsReported) {
-  settings_.JournalLogFileName = dir_.File("absent/QXJOURNL.LOG");
-  EXPECT_FALSE(AppendResultsToJournal(settings_, kResults, prompt_));
-  ExpectOneCriticalBox(kJournalOff, kErrorTitle);
-}
-
-TEST_F(ResultsActionsTest, SaveAsRefusesEmptyResultsWithoutAskingForAName) {
+// Empty results are refused before a name is asked; a cancelled dialog writes
+// nothing.
+TEST_F(ResultsActionsTest, SaveAsRefusesEmptyResultsAndHonoursACancel) {
   EXPECT_FALSE(SaveResultsAs("", prompt_));
   ExpectOneCriticalBox(kNoResults, kAppTitle);
   EXPECT_TRUE(prompt_.dialogs.empty());
-}
 
-TEST_F(ResultsActionsTest, SaveAsAsksForATextFileAndWritesNothingWhenCancelled) {
   prompt_.ThenChoose(std::nullopt);
   EXPECT_FALSE(SaveResultsAs(kResults, prompt_));
   ASSERT_EQ(prompt_.dialogs.size(), 1u);
   const auto& dialog = prompt_.dialogs[0];
-  EXPECT_TRUE(dialog.save);
+  EXPECT_TRUE(dialog.save && dialog.request.confirmOverwrite);
   EXPECT_EQ(dialog.request.title, "Enregistrer les résultats de l'essai de traçage");
   EXPECT_EQ(dialog.request.filter, "Fichiers texte (*.txt)|*.txt");
-  EXPECT_TRUE(dialog.request.confirmOverwrite);
   EXPECT_TRUE(prompt_.messages.empty());
   EXPECT_TRUE(std::filesystem::is_empty(dir_.path()));
 }
 
-TEST_F(ResultsActionsTest, SaveAsReplacesTheChosenFile) {
-  const std::string path = dir_.Write("essai.txt",
-                                      "un ancien contenu plus long que le nouveau, "
-                                      "bien plus long, vraiment bien plus long");
-  prompt_.ThenChoose(path);
+// The chosen file is replaced by the results in Windows-1252; a failure shows
+// message 197 with the system's reason, a full disk included.
+TEST_F(ResultsActionsTest, SaveAsWritesTheChosenFileOrShowsWhyNot) {
+  const std::string path = dir_.Write("essai.txt", std::string(200, 'x'));  // longer
+  prompt_.ThenChoose(path).ThenChoose(dir_.File("absent/essai.txt"));
   EXPECT_TRUE(SaveResultsAs(kResults, prompt_));
   EXPECT_EQ(testing::TempFolder::Read(path), kResultsBytes + "\r\n");
   EXPECT_TRUE(prompt_.messages.empty());
-}
 
-TEST_F(ResultsActionsTest, AFailedSaveShowsTheSystemsReason) {
-  prompt_.ThenChoose(dir_.File("absent/essai.txt"));
   EXPECT_FALSE(SaveResultsAs(kResults, prompt_));
   ExpectOneCriticalBox(
       std::string("Erreur lors de l'enregistrement des résultats de l'essai de traçage, erreur de "
                   "description: ") +
           std::strerror(ENOENT),
       kErrorTitle);
-
-  // A write that fails only when the data reaches the disk.
   std::string error;
   EXPECT_FALSE(WriteResultsFile("/dev/full", kResults, error));
   EXPECT_EQ(error, std::strerror(ENOSPC));
