@@ -1,4 +1,5 @@
 #include "plotcfg/layer_settings.h"
+
 #include "plotcfg_fixture.h"
 
 namespace sheafwork {
