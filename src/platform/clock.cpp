@@ -8,9 +8,13 @@ LocalTime LocalTimeNow() {
   const std::time_t now = std::time(nullptr);
   // localtime_r, unlike localtime, need not look at TZ again; a change of
   // zone during a long run should still show in the journal.
-  tzset();
   std::tm parts{};
+#ifdef _WIN32
+  if (localtime_s(&parts, &now) != 0) return {};
+#else
+  tzset();
   if (!localtime_r(&now, &parts)) return {};
+#endif
   LocalTime t;
   t.year = parts.tm_year + 1900;
   t.month = parts.tm_mon + 1;
