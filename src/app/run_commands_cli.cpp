@@ -10,12 +10,11 @@
 #include "plotrun/plot_run.h"
 #include "plottest/plot_test.h"
 #include "plottest/results_actions.h"
+#include "res/string_ids.h"
 #include "res/string_table.h"
 
 namespace sheafwork {
 namespace {
-
-constexpr int kResultsSaveFailed = 197;
 
 /// A list loaded and a host attached, ended properly however the command
 /// ends.
@@ -174,7 +173,7 @@ int RunCheck(const CheckOptions& options, const CommandIo& io) {
   if (options.save) {
     std::string error;
     if (!WriteResultsFile(*options.save, results, error)) {
-      io.err << "sheafwork: " << *options.save << ": " << LoadResourceText(kResultsSaveFailed)
+      io.err << "sheafwork: " << *options.save << ": " << LoadResourceText(ids::kResultsSaveFailed)
              << error << '\n';
       status = kExitFailed;
     }

@@ -3,18 +3,13 @@
 #include "batch/list_commands.h"
 #include "host/error.h"
 #include "log/paths.h"
+#include "res/string_ids.h"
 #include "res/string_table.h"
 #include "text/strings.h"
 
 namespace sheafwork {
 
 namespace {
-
-constexpr int kAppTitle = 31;
-constexpr int kErrorTitle = 88;
-constexpr int kSaveCurrentList = 90;
-constexpr int kHostLoadFailed = 125;
-constexpr int kConfirmExit = 126;
 
 std::string Join(const std::string& folder, const std::string& name) {
   return folder + FolderSeparator() + name;
@@ -55,7 +50,7 @@ AttachResult AttachHost(const HostFactory& factory, const ProgramFiles& files, P
     host.objOrvaState = host.App().GetOrvaState();
     result.ok = true;
   } catch (const host::Error&) {
-    prompt.Ask({LoadResourceText(kHostLoadFailed), LoadResourceText(kErrorTitle),
+    prompt.Ask({LoadResourceText(ids::kHostLoadFailed), LoadResourceText(ids::kErrorTitle),
                 PromptIcon::Critical, PromptButtons::Ok});
     result.ok = false;
   }
@@ -69,14 +64,15 @@ bool LoadCommandLineList(Session& session, Prompt& prompt, const std::string& na
 
 bool ConfirmExit(Prompt& prompt, bool forcedExit) {
   if (forcedExit) return true;
-  return prompt.Ask({LoadResourceText(kConfirmExit), LoadResourceText(kAppTitle),
+  return prompt.Ask({LoadResourceText(ids::kConfirmExit), LoadResourceText(ids::kAppTitle),
                      PromptIcon::Question, PromptButtons::OkCancel}) == PromptAnswer::Ok;
 }
 
 void EndSession(Session& session, HostSession* host, Prompt& prompt) {
   if (session.ListModified && session.List.EntryCount() > 0) {
-    const auto answer = prompt.Ask({LoadResourceText(kSaveCurrentList), LoadResourceText(kAppTitle),
-                                    PromptIcon::Information, PromptButtons::YesNo});
+    const auto answer =
+        prompt.Ask({LoadResourceText(ids::kSaveCurrentList), LoadResourceText(ids::kAppTitle),
+                    PromptIcon::Information, PromptButtons::YesNo});
     if (answer == PromptAnswer::Yes) SaveList(session, prompt);
   }
   if (!host || !host->objOrvaApp) return;

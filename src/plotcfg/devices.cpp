@@ -1,15 +1,14 @@
 #include "plotcfg/devices.h"
 
 #include "log/paths.h"
-#include "plotcfg/message_ids.h"
+#include "res/string_ids.h"
+#include "res/string_table.h"
 #include "text/strings.h"
 
 namespace sheafwork {
 
-using plotcfg_ids::CachedText;
-
 bool IsDefaultDevice(const std::string& device) {
-  return EqualsIgnoreCase(device, CachedText<plotcfg_ids::kDefault>());
+  return EqualsIgnoreCase(device, CachedText<ids::kDefault>());
 }
 
 bool IsPlotterConfigFile(const std::string& device) {
@@ -41,7 +40,7 @@ bool FindFileWithExtendedPaths(const std::string& fileName, const std::string& s
 std::vector<PrinterInfo> UsablePrinters(PrinterCatalog& printers) {
   std::vector<PrinterInfo> usable;
   for (PrinterInfo& printer : printers.Printers()) {
-    if (printer.name != CachedText<plotcfg_ids::kPseudoPrinter>()) {
+    if (printer.name != CachedText<ids::kPseudoPrinter>()) {
       usable.push_back(std::move(printer));
     }
   }

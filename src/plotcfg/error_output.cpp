@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "plotcfg/message_ids.h"
+#include "res/string_ids.h"
 #include "res/string_table.h"
 
 namespace sheafwork {
@@ -11,8 +11,8 @@ void ErrorOutput::Report(std::string_view logLine, std::string_view boxText) con
   if (log_ != nullptr) {
     log_->WriteLogLine(logLine);
   } else if (prompt_ != nullptr) {
-    prompt_->Ask({std::string(boxText), LoadResourceText(plotcfg_ids::kErrorTitle),
-                  PromptIcon::Critical, PromptButtons::Ok});
+    prompt_->Ask({std::string(boxText), LoadResourceText(ids::kErrorTitle), PromptIcon::Critical,
+                  PromptButtons::Ok});
   }
 }
 

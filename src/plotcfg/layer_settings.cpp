@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "host/error.h"
-#include "plotcfg/message_ids.h"
+#include "res/string_ids.h"
 #include "res/string_table.h"
 #include "text/strings.h"
 #include "text/utf8.h"
@@ -122,7 +122,7 @@ bool ApplyLayerSettings(HostSession& host, const BatchEntry& entry, LogFile& err
   } catch (const host::Error&) {
   } catch (const BadLayerFlag&) {
   }
-  errorLog.WriteLogLine(LoadResourceText(plotcfg_ids::kLayerProblem) + entry.FileName);
+  errorLog.WriteLogLine(LoadResourceText(ids::kLayerProblem) + entry.FileName);
   return false;
 }
 

@@ -1,31 +1,25 @@
 #include "plotcfg/layout_setup.h"
 
 #include "host/error.h"
-#include "plotcfg/message_ids.h"
+#include "res/string_ids.h"
 #include "res/string_table.h"
 
 namespace sheafwork {
 
-using plotcfg_ids::CachedText;
-
-bool IsAllLayouts(const std::string& layout) {
-  return layout == CachedText<plotcfg_ids::kAllLayouts>();
-}
+bool IsAllLayouts(const std::string& layout) { return layout == CachedText<ids::kLayoutAll>(); }
 bool IsCurrentTab(const std::string& layout) {
-  return layout == CachedText<plotcfg_ids::kCurrentTab>();
+  return layout == CachedText<ids::kLayoutCurrentTab>();
 }
-bool IsModelTab(const std::string& layout) {
-  return layout == CachedText<plotcfg_ids::kModelTab>();
-}
+bool IsModelTab(const std::string& layout) { return layout == CachedText<ids::kLayoutModelTab>(); }
 bool IsLastActiveLayout(const std::string& layout) {
-  return layout == CachedText<plotcfg_ids::kLastActiveLayout>();
+  return layout == CachedText<ids::kLayoutLastActive>();
 }
 bool IsSpecialLayout(const std::string& layout) {
   return IsAllLayouts(layout) || IsCurrentTab(layout) || IsModelTab(layout) ||
          IsLastActiveLayout(layout);
 }
 
-const std::string& ModelTabName() { return CachedText<plotcfg_ids::kModelTabName>(); }
+const std::string& ModelTabName() { return CachedText<ids::kModelTabName>(); }
 
 bool SetupLayout(HostSession& host, const std::string& layoutName, ErrorOutput out) {
   // The caller hands each layout of "all layouts" over in a call of its own.
@@ -53,8 +47,7 @@ bool SetupLayout(HostSession& host, const std::string& layoutName, ErrorOutput o
     }
     return false;
   } catch (const host::Error& error) {
-    out.Report(LoadResourceText(plotcfg_ids::kLayoutProblem) + error.description(),
-               error.description());
+    out.Report(LoadResourceText(ids::kLayoutProblem) + error.description(), error.description());
     return false;
   }
 }

@@ -6,13 +6,11 @@
 
 #include "host/error.h"
 #include "log/paths.h"
-#include "plotcfg/message_ids.h"
+#include "res/string_ids.h"
 #include "res/string_table.h"
 #include "text/strings.h"
 
 namespace sheafwork {
-
-using plotcfg_ids::CachedText;
 
 NpsInfo GetNPSInfoForEntry(const std::string& plotSetup, const std::string& defaultDrawing) {
   const auto bar = plotSetup.find('|');
@@ -22,9 +20,7 @@ NpsInfo GetNPSInfoForEntry(const std::string& plotSetup, const std::string& defa
           std::string(TrimSpaces(text.substr(bar + 1))), true};
 }
 
-bool IsDefaultPageSetup(const std::string& name) {
-  return name == CachedText<plotcfg_ids::kDefault>();
-}
+bool IsDefaultPageSetup(const std::string& name) { return name == CachedText<ids::kDefault>(); }
 
 PlotSetupRecord ReadPlotSetup(host::PlotConfiguration& source) {
   PlotSetupRecord record;
@@ -80,7 +76,7 @@ namespace {
 std::string PaperChangeLine(const std::string& drawing, const std::string& layout) {
   std::string folder = FolderFromPath(drawing);
   if (!folder.empty()) folder.pop_back();  // FolderFromPath keeps the separator
-  return CachedText<plotcfg_ids::kPaperSizeChanged>() + " on " + folder + FolderSeparator() +
+  return CachedText<ids::kPaperSizeChanged>() + " on " + folder + FolderSeparator() +
          FileNameFromPath(drawing) + "|" + layout;
 }
 
@@ -98,8 +94,8 @@ void ReportPaperChange(const PaperChangeReport& report, const std::string& line)
   }
   const std::string reason = std::strerror(errno);
   if (report.prompt != nullptr) {
-    report.prompt->Ask({LoadResourceText(plotcfg_ids::kResultsSaveProblem) + reason,
-                        LoadResourceText(plotcfg_ids::kErrorTitle), PromptIcon::Critical,
+    report.prompt->Ask({LoadResourceText(ids::kResultsSaveFailed) + reason,
+                        LoadResourceText(ids::kErrorTitle), PromptIcon::Critical,
                         PromptButtons::Ok});
   }
 }

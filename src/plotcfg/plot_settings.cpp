@@ -7,7 +7,7 @@
 #include <string>
 
 #include "host/error.h"
-#include "plotcfg/message_ids.h"
+#include "res/string_ids.h"
 #include "res/string_table.h"
 #include "text/strings.h"
 
@@ -54,7 +54,7 @@ void ApplyPlotArea(HostSession& host, host::Layout& layout, const BatchEntry& en
   const std::string& area = entry.PlotArea;
   if (area == "#O") {
     if (model) {
-      errorLog.WriteLogLine(LoadResourceText(plotcfg_ids::kDisplayInModelSpace) + entry.FileName);
+      errorLog.WriteLogLine(LoadResourceText(ids::kDisplayInModelSpace) + entry.FileName);
       layout.SetPlotType(kPlotDisplay);
     } else {
       layout.SetPlotType(kPlotLayout);
@@ -75,8 +75,8 @@ void ApplyPlotArea(HostSession& host, host::Layout& layout, const BatchEntry& en
         return;
       }
     }
-    errorLog.WriteLogLine(LoadResourceText(plotcfg_ids::kViewNotFoundStart) + area +
-                          LoadResourceText(plotcfg_ids::kViewNotFoundEnd) + entry.FileName);
+    errorLog.WriteLogLine(LoadResourceText(ids::kViewNotFoundStart) + area +
+                          LoadResourceText(ids::kViewNotFoundEnd) + entry.FileName);
     layout.SetPlotType(model ? kPlotDisplay : kPlotLayout);
   }
 }
@@ -93,7 +93,7 @@ void ApplyScale(host::Layout& layout, const BatchEntry& entry, LogFile& errorLog
     first = TrimSpaces(scale.substr(0, hash));
     second = TrimSpaces(scale.substr(hash + 1));
   } else {
-    log(plotcfg_ids::kBadScaleToFit);
+    log(ids::kBadScaleToFit);
   }
   if (first == "0") {
     first = "S";
@@ -109,20 +109,20 @@ void ApplyScale(host::Layout& layout, const BatchEntry& entry, LogFile& errorLog
       numerator = *n;
       denominator = *d;
     } else {
-      log(plotcfg_ids::kBadCustomScale);
+      log(ids::kBadCustomScale);
     }
     layout.SetUseStandardScale(false);
     layout.SetCustomScale(numerator, denominator);
   } else {
     if (first != "S") {
-      log(plotcfg_ids::kBadScaleToFit);
+      log(ids::kBadScaleToFit);
       second = "0";
     }
     std::int16_t number = 0;
     if (const auto parsed = ParseStandardScale(second)) {
       number = *parsed;
     } else {
-      log(plotcfg_ids::kBadScaleToFit);
+      log(ids::kBadScaleToFit);
     }
     layout.SetUseStandardScale(true);
     layout.SetStandardScale(number);
@@ -144,7 +144,7 @@ bool ApplyPlotSettings(HostSession& host, const BatchEntry& entry, LogFile& erro
     layout->SetScaleLineweights(entry.ScaleLW);
     return true;
   } catch (const host::Error&) {
-    errorLog.WriteLogLine(LoadResourceText(plotcfg_ids::kPlotSettingsProblem) + entry.FileName);
+    errorLog.WriteLogLine(LoadResourceText(ids::kPlotSettingsProblem) + entry.FileName);
     return false;
   }
 }

@@ -7,16 +7,13 @@
 #include "plotcfg/layout_setup.h"
 #include "plotcfg/plot_settings.h"
 #include "plotrun/plot_run.h"
+#include "res/string_ids.h"
 #include "res/string_table.h"
 #include "text/strings.h"
 
 namespace sheafwork {
 
 namespace {
-
-constexpr int kSetupNpsFailed = 115;
-constexpr int kLayersFailed = 116;
-constexpr int kLayoutSetupFailed = 121;
 
 /// A row's device overrides the layout's unless it is empty or the default.
 std::optional<std::string> RowDevice(const BatchEntry& entry) {
@@ -54,15 +51,15 @@ bool PlotLayout(const LayoutPlotContext& context, const BatchEntry& entry,
     plot->SetNumberOfCopies(1);
 
     if (!SetupLayout(host, layoutName, ErrorOutput::ToLog(errorLog))) {
-      errorLog.WriteLogLine(LoadResourceText(kLayoutSetupFailed) + entry.FileName);
+      errorLog.WriteLogLine(LoadResourceText(ids::kLayoutSetupFailed) + entry.FileName);
       return false;
     }
     if (!SetupNPS(host, entry.PlotSetup, planFound, context.record, context.paperReport)) {
-      errorLog.WriteLogLine(LoadResourceText(kSetupNpsFailed));
+      errorLog.WriteLogLine(LoadResourceText(ids::kSetupNpsFailed));
       return false;
     }
     if (!ApplyLayerSettings(host, entry, errorLog)) {
-      errorLog.WriteLogLine(LoadResourceText(kLayersFailed) + entry.FileName);
+      errorLog.WriteLogLine(LoadResourceText(ids::kLayersFailed) + entry.FileName);
       return false;
     }
     if (!ApplyPlotSettings(host, entry, errorLog)) return false;

@@ -7,19 +7,12 @@
 #include "plotcfg/layout_setup.h"
 #include "plotcfg/page_setup.h"
 #include "plotrun/plot_layout.h"
+#include "res/string_ids.h"
 #include "res/string_table.h"
 
 namespace sheafwork {
 
 namespace {
-
-constexpr int kLayoutWord = 80;  // "Présentation"
-constexpr int kExternalSetupUnreadable = 112;
-constexpr int kExternalSetupMissing = 113;
-constexpr int kCannotOpenDrawing = 119;
-constexpr int kProblemOpeningDrawing = 120;
-constexpr int kPlotFailed = 122;
-constexpr int kHostErrorNumber = 150;  // "ERREUR: #"
 
 std::string TwoDigits(int value, const char* separator, const char* separatorWithZero) {
   return (value < 10 ? separatorWithZero : separator) + std::to_string(value);
@@ -177,8 +170,8 @@ void Run::PlotAllLayouts(int row, const BatchEntry& entry, bool planFound) {
     if (name == ModelTabName()) continue;
     std::string elapsed;
     if (!PlotLayout(context_, entry, name, planFound, elapsed)) {
-      logs_.errorLog.WriteLogLine(LoadResourceText(kPlotFailed) + entry.FileName + ", " +
-                                  LoadResourceText(kLayoutWord) + name);
+      logs_.errorLog.WriteLogLine(LoadResourceText(ids::kPlotFailed) + entry.FileName + ", " +
+                                  LoadResourceText(ids::kLayoutWord) + name);
       allLayoutsOk = false;
     }
   }
@@ -198,7 +191,7 @@ void Run::PlotAllLayouts(int row, const BatchEntry& entry, bool planFound) {
 bool Run::ReadExternalSetup(const NpsInfo& nps) {
   const OpenResult open = host_.OpenDrawing(nps.drawing);
   if (!open.ok) {
-    logs_.errorLog.WriteLogLine(LoadResourceText(kExternalSetupUnreadable) + nps.drawing);
+    logs_.errorLog.WriteLogLine(LoadResourceText(ids::kExternalSetupUnreadable) + nps.drawing);
     return false;
   }
   bool found = false;
@@ -213,23 +206,23 @@ bool Run::ReadExternalSetup(const NpsInfo& nps) {
       record_ = ReadPlotSetup(*setups->Item(match));
       found = true;
     } else {
-      logs_.errorLog.WriteLogLine(LoadResourceText(kExternalSetupMissing) + nps.name);
+      logs_.errorLog.WriteLogLine(LoadResourceText(ids::kExternalSetupMissing) + nps.name);
     }
   } catch (const host::Error&) {
-    logs_.errorLog.WriteLogLine(LoadResourceText(kExternalSetupUnreadable) + nps.drawing);
+    logs_.errorLog.WriteLogLine(LoadResourceText(ids::kExternalSetupUnreadable) + nps.drawing);
   }
   host_.CloseDrawing(nps.drawing);
   return found;
 }
 
 void Run::OpenFailed(const OpenResult& open, const std::string& fileName) {
-  const int id =
-      open.errorNumber == host::kFileNotFound ? kCannotOpenDrawing : kProblemOpeningDrawing;
+  const int id = open.errorNumber == host::kFileNotFound ? ids::kCannotOpenDrawing
+                                                         : ids::kProblemOpeningDrawing;
   logs_.errorLog.WriteLogLine(LoadResourceText(id) + fileName);
 }
 
 void Run::MarkEntryFailed(int row, const BatchEntry& entry) {
-  logs_.errorLog.WriteLogLine(LoadResourceText(kPlotFailed) + entry.FileName);
+  logs_.errorLog.WriteLogLine(LoadResourceText(ids::kPlotFailed) + entry.FileName);
   ++result_.failed;
   if (services_.observer) services_.observer->RowFinished(row, RowStatus::Failed);
 }
@@ -240,8 +233,8 @@ void Run::MarkEntryPlotted(int row) {
 }
 
 void Run::LogHostError(const host::Error& error) {
-  logs_.errorLog.WriteLogLine(LoadResourceText(kHostErrorNumber) + std::to_string(error.number()) +
-                              ", " + error.description());
+  logs_.errorLog.WriteLogLine(LoadResourceText(ids::kHostErrorNumber) +
+                              std::to_string(error.number()) + ", " + error.description());
 }
 
 bool Run::StillGoing(host::Plot& plot) {

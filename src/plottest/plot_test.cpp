@@ -19,6 +19,7 @@
 #include "plotcfg/error_output.h"
 #include "plotcfg/layout_setup.h"
 #include "plotcfg/page_setup.h"
+#include "res/string_ids.h"
 #include "res/string_table.h"
 #include "text/strings.h"
 #include "text/utf8.h"
@@ -27,37 +28,6 @@
 namespace sheafwork {
 
 namespace {
-
-// String-table ids of the scan's texts.
-constexpr int kTitle = 127;
-constexpr int kTitleAt = 128;
-constexpr int kUnnamedList = 129;
-constexpr int kSettingVariables = 130;
-constexpr int kSettingLogFile = 131;
-constexpr int kScanningDrawings = 132;
-constexpr int kNoDrawings = 133;
-constexpr int kChecking = 134;
-constexpr int kCannotOpen = 135;
-constexpr int kOpenError = 136;
-constexpr int kXrefLogStart = 137;
-constexpr int kXrefLogEnd = 138;
-constexpr int kXrefNotFoundMark = 139;
-constexpr int kMissingXref = 140;
-constexpr int kMissingFont = 142;
-constexpr int kMissingLayoutStart = 143;
-constexpr int kMissingLayoutEnd = 144;
-constexpr int kMissingPageSetupStart = 145;
-constexpr int kMissingPageSetupEnd = 146;
-constexpr int kRestoringLogFile = 147;
-constexpr int kRestoringVariables = 148;
-constexpr int kHostFailure = 149;
-constexpr int kHostErrorNumber = 150;
-constexpr int kMissingPrinter = 151;
-constexpr int kMissingPlotterConfig = 152;
-constexpr int kNoDeviceAtAll = 153;
-constexpr int kNoneDeviceStart = 155;
-constexpr int kNoneDeviceEnd = 156;
-constexpr int kNoneDevice = 311;
 
 constexpr std::string_view kLineEnd = "\r\n";
 
@@ -178,9 +148,9 @@ class PlotTestScan {
     SetVariables();
     SetLogFile();
     Guard([&] { noDevices_ = NoDevicesAvailable(Preferences(), services_.printers); });
-    Line(LoadResourceText(kScanningDrawings));
+    Line(LoadResourceText(ids::kTestScanningDrawings));
     const int count = session_.List.EntryCount();
-    if (count == 0) Line(LoadResourceText(kNoDrawings));
+    if (count == 0) Line(LoadResourceText(ids::kTestNoDrawings));
     for (int row = 1; row <= count; ++row) {
       const BatchEntry& entry = session_.List.Entry(row);
       if (services_.progress) services_.progress(row, count, entry.FileName);
@@ -203,8 +173,8 @@ class PlotTestScan {
     try {
       step();
     } catch (const host::Error& error) {
-      Line(LoadResourceText(kHostFailure));
-      Line(LoadResourceText(kHostErrorNumber) + std::to_string(error.number()) + ", " +
+      Line(LoadResourceText(ids::kTestHostFailure));
+      Line(LoadResourceText(ids::kHostErrorNumber) + std::to_string(error.number()) + ", " +
            error.description());
     }
   }
@@ -217,9 +187,10 @@ class PlotTestScan {
 
   void WriteTitle() {
     const std::string list =
-        session_.ListName.empty() ? LoadResourceText(kUnnamedList) : session_.ListName;
+        session_.ListName.empty() ? LoadResourceText(ids::kUnnamedList) : session_.ListName;
     const LocalTime now = services_.clock ? services_.clock() : LocalTimeNow();
-    Line(LoadResourceText(kTitle) + list + LoadResourceText(kTitleAt) + FormatTitleTime(now));
+    Line(LoadResourceText(ids::kTestTitle) + list + LoadResourceText(ids::kTestTitleAt) +
+         FormatTitleTime(now));
   }
 
   void SetVariables() {
@@ -230,7 +201,7 @@ class PlotTestScan {
         Guard([&] { variable.saved = doc->GetVariable(variable.name); });
       }
     }
-    std::string line = LoadResourceText(kSettingVariables);
+    std::string line = LoadResourceText(ids::kTestSettingVariables);
     bool first = true;
     for (const auto& variable : variables_) {
       if (variable.saved) Guard([&] { doc->SetVariable(variable.name, variable.scanValue); });
@@ -243,7 +214,7 @@ class PlotTestScan {
   }
 
   void RestoreVariables() {
-    std::string line = LoadResourceText(kRestoringVariables);
+    std::string line = LoadResourceText(ids::kTestRestoringVariables);
     bool first = true;
     for (const auto& variable : variables_) {
       line += first ? "" : ", ";
@@ -262,7 +233,7 @@ class PlotTestScan {
   }
 
   void SetLogFile() {
-    Line(LoadResourceText(kSettingLogFile));
+    Line(LoadResourceText(ids::kTestSettingLogFile));
     Guard([&] { savedLogFolder_ = Preferences().LogFilePath(); });
     Guard([&] { savedLogFileOn_ = Preferences().LogFileOn(); });
     if (savedLogFolder_) Guard([&] { Preferences().SetLogFilePath(host_.ProgramFolder); });
@@ -271,7 +242,8 @@ class PlotTestScan {
   void RestoreLogFile() {
     if (savedLogFolder_) Guard([&] { Preferences().SetLogFilePath(*savedLogFolder_); });
     if (savedLogFileOn_) Guard([&] { Preferences().SetLogFileOn(*savedLogFileOn_); });
-    Line(LoadResourceText(kRestoringLogFile) + "<" + savedLogFolder_.value_or(std::string()) + ">");
+    Line(LoadResourceText(ids::kTestRestoringLogFile) + "<" +
+         savedLogFolder_.value_or(std::string()) + ">");
   }
 
   void ScanRow(const BatchEntry& row) {
@@ -281,7 +253,7 @@ class PlotTestScan {
     const std::string& plotSetup = shown.PlotSetup;
     const std::string& device = shown.PlotDevice;
 
-    Line(LoadResourceText(kChecking) + row.FileName);
+    Line(LoadResourceText(ids::kTestChecking) + row.FileName);
     // A fresh host log for this drawing.
     Guard([&] {
       Preferences().SetLogFileOn(false);
@@ -296,8 +268,8 @@ class PlotTestScan {
       host_.CloseDrawing(row.FileName);
     } else {
       Line(opened.errorNumber == host::kFileNotFound
-               ? LoadResourceText(kCannotOpen)
-               : LoadResourceText(kOpenError) + std::to_string(opened.errorNumber));
+               ? LoadResourceText(ids::kTestCannotOpen)
+               : LoadResourceText(ids::kTestOpenError) + std::to_string(opened.errorNumber));
       Guard([&] { CheckDevice(device, layout, false); });
     }
   }
@@ -317,13 +289,14 @@ class PlotTestScan {
     std::optional<std::vector<std::string>> lines;
     if (GetFileStatus(logName) == kFileFound) lines = ReadTextLines(logName);
     if (!lines) {
-      Line(LoadResourceText(kXrefLogStart) + logName + LoadResourceText(kXrefLogEnd));
+      Line(LoadResourceText(ids::kTestXrefLogStart) + logName +
+           LoadResourceText(ids::kTestXrefLogEnd));
       return;
     }
-    const std::string mark = LoadResourceText(kXrefNotFoundMark);
+    const std::string mark = LoadResourceText(ids::kXrefNotFoundMark);
     for (const auto& line : *lines) {
       if (ContainsIgnoreCase(line, mark)) {
-        Line(LoadResourceText(kMissingXref) + std::string(TrimSpaces(line)));
+        Line(LoadResourceText(ids::kTestMissingXref) + std::string(TrimSpaces(line)));
       }
     }
   }
@@ -343,7 +316,7 @@ class PlotTestScan {
         if (!supportPath) supportPath = Preferences().SupportPath();
         found = FindFileWithExtendedPaths(fontFile, *supportPath);
       }
-      if (!found) Line(LoadResourceText(kMissingFont) + trimmed);
+      if (!found) Line(LoadResourceText(ids::kTestMissingFont) + trimmed);
     }
   }
 
@@ -354,7 +327,8 @@ class PlotTestScan {
     for (std::int32_t i = 0; i < count; ++i) {
       if (layouts->Item(i)->Name() == layout) return;
     }
-    Line(LoadResourceText(kMissingLayoutStart) + layout + LoadResourceText(kMissingLayoutEnd));
+    Line(LoadResourceText(ids::kTestMissingLayoutStart) + layout +
+         LoadResourceText(ids::kTestMissingLayoutEnd));
   }
 
   void CheckPageSetup(host::Document& doc, const std::string& drawing,
@@ -366,8 +340,8 @@ class PlotTestScan {
     for (std::int32_t i = 0; i < count; ++i) {
       if (setups->Item(i)->Name() == plotSetup) return;
     }
-    Line(LoadResourceText(kMissingPageSetupStart) + plotSetup +
-         LoadResourceText(kMissingPageSetupEnd));
+    Line(LoadResourceText(ids::kTestMissingPageSetupStart) + plotSetup +
+         LoadResourceText(ids::kTestMissingPageSetupEnd));
   }
 
   // The row's device; with `opened`, also the devices of the layouts the row
@@ -377,25 +351,25 @@ class PlotTestScan {
       const bool found = FolderFromPath(device).empty()
                              ? FindFileWithExtendedPaths(device, Preferences().PrinterConfigPath())
                              : GetFileStatus(device) == kFileFound;
-      if (!found) Line(LoadResourceText(kMissingPlotterConfig) + device);
+      if (!found) Line(LoadResourceText(ids::kMissingPlotterConfig) + device);
       return;
     }
     if (!IsDefaultDevice(device)) {
       for (const auto& printer : UsablePrinters(services_.printers)) {
         if (printer.name == device) return;
       }
-      Line(LoadResourceText(kMissingPrinter) + device);
+      Line(LoadResourceText(ids::kMissingPrinter) + device);
       return;
     }
-    if (noDevices_) Line(LoadResourceText(kNoDeviceAtAll));
+    if (noDevices_) Line(LoadResourceText(ids::kNoDeviceAtAll));
     if (opened) CheckLayoutDevices(layout);
   }
 
   // Warns about each layout the row plots whose own device is "Aucun".
   void CheckLayoutDevices(const std::string& layout) {
-    const std::string none = LoadResourceText(kNoneDevice);
+    const std::string none = LoadResourceText(ids::kNoDevice);
     const auto warn = [&](const std::string& name) {
-      Line(LoadResourceText(kNoneDeviceStart) + name + LoadResourceText(kNoneDeviceEnd));
+      Line(LoadResourceText(ids::kNoneDeviceStart) + name + LoadResourceText(ids::kNoneDeviceEnd));
     };
     if (IsAllLayouts(layout)) {
       auto layouts = host_.Doc().GetLayouts();

@@ -4,20 +4,12 @@
 #include <cstring>
 
 #include "log/log_file.h"
+#include "res/string_ids.h"
 #include "res/string_table.h"
 
 namespace sheafwork {
 
 namespace {
-
-// String-table ids of the results actions.
-constexpr int kAppTitle = 31;
-constexpr int kErrorTitle = 88;
-constexpr int kSaveFailed = 197;
-constexpr int kNoResults = 198;
-constexpr int kSaveTitle = 199;
-constexpr int kTextFilter = 200;
-constexpr int kJournalNotOn = 296;
 
 // Writes the results and a line end in Windows-1252. False with the system's
 // reason when the file cannot be opened, written or closed (a full disk may
@@ -41,17 +33,17 @@ void ShowCritical(Prompt& prompt, const std::string& text, int titleId) {
 bool AppendResultsToJournal(const LogSettings& settings, const std::string& results,
                             Prompt& prompt) {
   if (settings.JournalLogFileName.empty() || !settings.JournalLogOn) {
-    ShowCritical(prompt, LoadResourceText(kJournalNotOn), kErrorTitle);
+    ShowCritical(prompt, LoadResourceText(ids::kJournalNotOn), ids::kErrorTitle);
     return false;
   }
   if (results.empty()) {
-    ShowCritical(prompt, LoadResourceText(kNoResults), kErrorTitle);
+    ShowCritical(prompt, LoadResourceText(ids::kNoResults), ids::kErrorTitle);
     return false;
   }
   std::string error;
   if (!WriteResults(settings.JournalLogFileName, results, true, error)) {
     // The journal is switched on but cannot be written: it is not accessible.
-    ShowCritical(prompt, LoadResourceText(kJournalNotOn), kErrorTitle);
+    ShowCritical(prompt, LoadResourceText(ids::kJournalNotOn), ids::kErrorTitle);
     return false;
   }
   return true;
@@ -63,18 +55,18 @@ bool WriteResultsFile(const std::string& path, const std::string& results, std::
 
 bool SaveResultsAs(const std::string& results, Prompt& prompt) {
   if (results.empty()) {
-    ShowCritical(prompt, LoadResourceText(kNoResults), kAppTitle);
+    ShowCritical(prompt, LoadResourceText(ids::kNoResults), ids::kAppTitle);
     return false;
   }
   FileDialogRequest request;
-  request.title = LoadResourceText(kSaveTitle);
-  request.filter = LoadResourceText(kTextFilter);
+  request.title = LoadResourceText(ids::kResultsSaveTitle);
+  request.filter = LoadResourceText(ids::kTextFilter);
   request.confirmOverwrite = true;
   const auto path = prompt.SaveFileName(request);
   if (!path || path->empty()) return false;
   std::string error;
   if (!WriteResultsFile(*path, results, error)) {
-    ShowCritical(prompt, LoadResourceText(kSaveFailed) + error, kErrorTitle);
+    ShowCritical(prompt, LoadResourceText(ids::kResultsSaveFailed) + error, ids::kErrorTitle);
     return false;
   }
   return true;

@@ -31,6 +31,14 @@ class StringTableError : public std::runtime_error {
 /// The text of `id` (UTF-8). Throws UnknownStringId for an id not in the table.
 std::string LoadResourceText(int id);
 
+/// The text of `Id`, read from the table once: the table is built into the
+/// program and never changes while it runs. For texts compared often.
+template <int Id>
+const std::string& CachedText() {
+  static const std::string text = LoadResourceText(Id);
+  return text;
+}
+
 /// Parses a table in the resource format: "<id> \"<text>\"" per line, '#'
 /// comments and blank lines skipped; the text runs from the first to the last
 /// double quote. Throws StringTableError naming the line of a malformed row.
