@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <stdexcept>
+#include <type_traits>
 
 namespace sheafwork::testing {
 
@@ -61,6 +62,17 @@ FakeLayoutSpec& FakeDrawing::AddPageSetup(const std::string& name, bool modelTyp
 // ---------------------------------------------------------------------------
 // The plot settings of a layout or a page setup of an open document.
 
+// How a setter takes a value of type T, as the host interface declares it.
+template <typename T>
+using SetterArg = std::conditional_t<std::is_same_v<T, std::string>, const std::string&, T>;
+
+// The recorded getter and setter of one plot setting.
+#define FAKE_PLOT_PROPERTY(Type, Name, field)                             \
+  Type Name() override { return Get(#Name, &FakePlotSettings::field); }   \
+  void Set##Name(SetterArg<Type> value) override {                        \
+    Set("Set" #Name, &FakePlotSettings::field, static_cast<Type>(value)); \
+  }
+
 class FakePlotConfig : public host::Layout {
  public:
   enum class Kind { Layout, PageSetup };
@@ -92,36 +104,25 @@ class FakePlotConfig : public host::Layout {
 
   std::string Name() override { return Rec("Name"), Spec().name; }
   bool ModelType() override { return Rec("ModelType"), Spec().modelType; }
-  std::string ConfigName() override { return Get("ConfigName", &FakePlotSettings::configName); }
-  void SetConfigName(const std::string& v) override {
-    Set("SetConfigName", &FakePlotSettings::configName, v);
-  }
-  std::string CanonicalMediaName() override {
-    return Get("CanonicalMediaName", &FakePlotSettings::canonicalMediaName);
-  }
-  void SetCanonicalMediaName(const std::string& v) override {
-    Set("SetCanonicalMediaName", &FakePlotSettings::canonicalMediaName, v);
-  }
+  FAKE_PLOT_PROPERTY(std::string, ConfigName, configName)
+  FAKE_PLOT_PROPERTY(std::string, CanonicalMediaName, canonicalMediaName)
+  FAKE_PLOT_PROPERTY(std::int16_t, PaperUnits, paperUnits)
+  FAKE_PLOT_PROPERTY(std::int16_t, PlotRotation, plotRotation)
+  FAKE_PLOT_PROPERTY(std::int16_t, PlotType, plotType)
+  FAKE_PLOT_PROPERTY(std::string, ViewToPlot, viewToPlot)
+  FAKE_PLOT_PROPERTY(bool, CenterPlot, centerPlot)
+  FAKE_PLOT_PROPERTY(host::Point2, PlotOrigin, plotOrigin)
+  FAKE_PLOT_PROPERTY(bool, UseStandardScale, useStandardScale)
+  FAKE_PLOT_PROPERTY(std::int16_t, StandardScale, standardScale)
+  FAKE_PLOT_PROPERTY(bool, ScaleLineweights, scaleLineweights)
+  FAKE_PLOT_PROPERTY(bool, PlotWithLineweights, plotWithLineweights)
+  FAKE_PLOT_PROPERTY(bool, PlotWithPlotStyles, plotWithPlotStyles)
+  FAKE_PLOT_PROPERTY(std::string, StyleSheet, styleSheet)
+  FAKE_PLOT_PROPERTY(bool, PlotHidden, plotHidden)
   std::vector<std::string> GetCanonicalMediaNames() override {
     return Get("GetCanonicalMediaNames", &FakePlotSettings::mediaNames);
   }
   void RefreshPlotDeviceInfo() override { Rec("RefreshPlotDeviceInfo"); }
-  std::int16_t PaperUnits() override { return Get("PaperUnits", &FakePlotSettings::paperUnits); }
-  void SetPaperUnits(std::int16_t v) override {
-    Set("SetPaperUnits", &FakePlotSettings::paperUnits, v);
-  }
-  std::int16_t PlotRotation() override {
-    return Get("PlotRotation", &FakePlotSettings::plotRotation);
-  }
-  void SetPlotRotation(std::int16_t v) override {
-    Set("SetPlotRotation", &FakePlotSettings::plotRotation, v);
-  }
-  std::int16_t PlotType() override { return Get("PlotType", &FakePlotSettings::plotType); }
-  void SetPlotType(std::int16_t v) override { Set("SetPlotType", &FakePlotSettings::plotType, v); }
-  std::string ViewToPlot() override { return Get("ViewToPlot", &FakePlotSettings::viewToPlot); }
-  void SetViewToPlot(const std::string& v) override {
-    Set("SetViewToPlot", &FakePlotSettings::viewToPlot, v);
-  }
   void GetWindowToPlot(host::Point2& lowerLeft, host::Point2& upperRight) override {
     Rec("GetWindowToPlot");
     lowerLeft = S().windowLowerLeft;
@@ -131,24 +132,6 @@ class FakePlotConfig : public host::Layout {
     Rec("SetWindowToPlot", Args(lowerLeft, upperRight));
     S().windowLowerLeft = lowerLeft;
     S().windowUpperRight = upperRight;
-  }
-  bool CenterPlot() override { return Get("CenterPlot", &FakePlotSettings::centerPlot); }
-  void SetCenterPlot(bool v) override { Set("SetCenterPlot", &FakePlotSettings::centerPlot, v); }
-  host::Point2 PlotOrigin() override { return Get("PlotOrigin", &FakePlotSettings::plotOrigin); }
-  void SetPlotOrigin(host::Point2 v) override {
-    Set("SetPlotOrigin", &FakePlotSettings::plotOrigin, v);
-  }
-  bool UseStandardScale() override {
-    return Get("UseStandardScale", &FakePlotSettings::useStandardScale);
-  }
-  void SetUseStandardScale(bool v) override {
-    Set("SetUseStandardScale", &FakePlotSettings::useStandardScale, v);
-  }
-  std::int16_t StandardScale() override {
-    return Get("StandardScale", &FakePlotSettings::standardScale);
-  }
-  void SetStandardScale(std::int16_t v) override {
-    Set("SetStandardScale", &FakePlotSettings::standardScale, v);
   }
   void GetCustomScale(double& numerator, double& denominator) override {
     Rec("GetCustomScale");
@@ -160,30 +143,6 @@ class FakePlotConfig : public host::Layout {
     S().customNumerator = numerator;
     S().customDenominator = denominator;
   }
-  bool ScaleLineweights() override {
-    return Get("ScaleLineweights", &FakePlotSettings::scaleLineweights);
-  }
-  void SetScaleLineweights(bool v) override {
-    Set("SetScaleLineweights", &FakePlotSettings::scaleLineweights, v);
-  }
-  bool PlotWithLineweights() override {
-    return Get("PlotWithLineweights", &FakePlotSettings::plotWithLineweights);
-  }
-  void SetPlotWithLineweights(bool v) override {
-    Set("SetPlotWithLineweights", &FakePlotSettings::plotWithLineweights, v);
-  }
-  bool PlotWithPlotStyles() override {
-    return Get("PlotWithPlotStyles", &FakePlotSettings::plotWithPlotStyles);
-  }
-  void SetPlotWithPlotStyles(bool v) override {
-    Set("SetPlotWithPlotStyles", &FakePlotSettings::plotWithPlotStyles, v);
-  }
-  std::string StyleSheet() override { return Get("StyleSheet", &FakePlotSettings::styleSheet); }
-  void SetStyleSheet(const std::string& v) override {
-    Set("SetStyleSheet", &FakePlotSettings::styleSheet, v);
-  }
-  bool PlotHidden() override { return Get("PlotHidden", &FakePlotSettings::plotHidden); }
-  void SetPlotHidden(bool v) override { Set("SetPlotHidden", &FakePlotSettings::plotHidden, v); }
   void CopyFrom(host::PlotConfiguration& source) override {
     auto* fake = dynamic_cast<FakePlotConfig*>(&source);
     Rec("CopyFrom", fake ? fake->Spec().name : "?");
@@ -196,6 +155,8 @@ class FakePlotConfig : public host::Layout {
   Kind kind_;
   std::int32_t index_;
 };
+
+#undef FAKE_PLOT_PROPERTY
 
 // ---------------------------------------------------------------------------
 // Collections and small objects of a document.
@@ -238,22 +199,18 @@ class FakeLayer : public host::Layer {
   void Rec(const std::string& member, const std::string& args = {}) {
     doc_->Record("Layer(" + L().name + ")", member, args);
   }
+  bool Flag(const char* member, bool FakeLayerSpec::*flag) { return Rec(member), L().*flag; }
+  void SetFlag(const char* member, bool FakeLayerSpec::*flag, bool value) {
+    Rec(member, Args(value));
+    L().*flag = value;
+  }
   std::string Name() override { return Rec("Name"), L().name; }
-  bool LayerOn() override { return Rec("LayerOn"), L().on; }
-  void SetLayerOn(bool v) override {
-    Rec("SetLayerOn", Args(v));
-    L().on = v;
-  }
-  bool Freeze() override { return Rec("Freeze"), L().frozen; }
-  void SetFreeze(bool v) override {
-    Rec("SetFreeze", Args(v));
-    L().frozen = v;
-  }
-  bool Plottable() override { return Rec("Plottable"), L().plottable; }
-  void SetPlottable(bool v) override {
-    Rec("SetPlottable", Args(v));
-    L().plottable = v;
-  }
+  bool LayerOn() override { return Flag("LayerOn", &FakeLayerSpec::on); }
+  void SetLayerOn(bool v) override { SetFlag("SetLayerOn", &FakeLayerSpec::on, v); }
+  bool Freeze() override { return Flag("Freeze", &FakeLayerSpec::frozen); }
+  void SetFreeze(bool v) override { SetFlag("SetFreeze", &FakeLayerSpec::frozen, v); }
+  bool Plottable() override { return Flag("Plottable", &FakeLayerSpec::plottable); }
+  void SetPlottable(bool v) override { SetFlag("SetPlottable", &FakeLayerSpec::plottable, v); }
 
  private:
   std::shared_ptr<FakeDocument> doc_;
