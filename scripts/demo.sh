@@ -20,8 +20,8 @@ echo "== Une liste construite par un script : $list"
 "$sheafwork" list add "$list" "$plans/etage.dwg" --layout "Toutes les présentations" \
   --device "PDF.pc3" --plot-file "$out/etage.pdf"
 "$sheafwork" list add "$list" "$plans/facades.dwg" --layout "Façade nord" \
-  --setup "$plans/gabarit.dwt|A1 paysage" --layers "COTES 0 MURS 1" --area 5 \
-  --scale "1:100" --scale-lineweights
+  --setup "$plans/gabarit.dwt|A1 paysage" --layers "COTES 0 MURS 1" --area "#E" \
+  --scale "1#100" --custom-scale --scale-lineweights
 "$sheafwork" list set "$list" --journal-file "$out/QXJOURNL.LOG" --error-file "$out/QXERROR.LOG" \
   --journal-header "Démonstration Sheafwork" --journal-comment "Lot de nuit"
 "$sheafwork" list show "$list"

@@ -56,9 +56,9 @@ TEST_F(CommandLineTest, NewAddAndSetWriteTheExactFormat) {
                  "--layers",
                  "MURS 1 COTES 0",
                  "--area",
-                 "5",
+                 "#E",
                  "--scale",
-                 "1:50",
+                 "1#50",
                  "--custom-scale",
                  "--scale-lineweights",
                  "--plot-file",
@@ -79,7 +79,7 @@ TEST_F(CommandLineTest, NewAddAndSetWriteTheExactFormat) {
       "\"DWG#2FILENAME\",\"/plans/\xE9tage.dwg\"\r\n"
       "\"DWG#2LAYOUT\",\"Toutes les pr\xE9sentations\"\r\n\"DWG#2PLOTSETUP\",\"/g/a.dwt|A1\"\r\n"
       "\"DWG#2PLOTDEVICE\",\"PDF.pc3\"\r\n\"DWG#2LAYERS\",\"MURS 1 COTES 0\"\r\n"
-      "\"DWG#2PLOTAREA\",\"5\"\r\n\"DWG#2PLOTSCALE\",\"1:50\"\r\n\"DWG#2SCALECUSTOM\",#TRUE#\r\n"
+      "\"DWG#2PLOTAREA\",\"#E\"\r\n\"DWG#2PLOTSCALE\",\"1#50\"\r\n\"DWG#2SCALECUSTOM\",#TRUE#\r\n"
       "\"DWG#2SCALELW\",#TRUE#\r\n\"DWG#2PLOTFILE\",\"/s/\xE9tage.pdf\"\r\n";
   EXPECT_EQ(TempFolder::Read(list), "Orvane 2000 Sheafwork List File\r\n\"BATCH FILE NAME\",\"" +
                                         list +
