@@ -91,6 +91,13 @@ TEST_F(StartupTest, AFailureAfterCreationStillEndsWithQuit) {
   EXPECT_TRUE(host.Quit());
 }
 
+TEST_F(StartupTest, AHostTheProgramDidNotStartIsLeftRunning) {
+  HostSession attachedOnly(host.App(), data.path().string());
+  Session session(data.path().string());
+  EndSession(session, &attachedOnly, prompt);
+  EXPECT_FALSE(host.Quit());
+}
+
 TEST_F(StartupTest, EndingPutsTheVariablesAndTheWindowSizeBackBeforeQuitting) {
   AttachResult attached = AttachHost(Factory(), Files(), prompt);
   ASSERT_TRUE(attached.ok);

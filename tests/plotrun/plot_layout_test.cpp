@@ -1,5 +1,7 @@
 #include "plotrun/plot_layout.h"
 
+#include <filesystem>
+
 #include "plot_run_fixture.h"
 
 namespace sheafwork {
@@ -130,12 +132,15 @@ TEST_F(PlotLayoutTest, TheDefaultDeviceInAnyCasePlotsToTheLayoutsOwnDevice) {
 TEST_F(PlotLayoutTest, APlotterConfigurationWithoutAFolderIsLookedUpInTheConfigurationFolders) {
   testing::TempFolder empty, configs;
   const std::string found = configs.Write("Traceur.PC3", "");
+  std::filesystem::create_directory(configs.path() / "sous");
+  configs.Write("sous/Traceur.PC3", "");
   host.printerConfigPath = empty.path().string() + " ; " + configs.path().string();
 
   const std::pair<std::string, std::string> cases[] = {
       {"Traceur.PC3", found},                            // found in the second folder
       {"Absent.pc3", "Absent.pc3"},                      // not found: the bare name
       {"/cfg/Traceur.PC3", "/cfg/Traceur.PC3"},          // a folder: as it stands
+      {"sous/Traceur.PC3", "sous/Traceur.PC3"},          // even when it would be found there
       {"Imprimante du bureau", "Imprimante du bureau"},  // a system printer
   };
   for (const auto& [device, expected] : cases) {
