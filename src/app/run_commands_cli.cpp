@@ -20,7 +20,8 @@ namespace {
 /// ends.
 class RunSession {
  public:
-  RunSession(const CommandIo& io) : io_(io), prompt_(io.err), session_(io.env.defaultLogFolder) {}
+  explicit RunSession(const CommandIo& io)
+      : io_(io), prompt_(io.err), session_(io.env.defaultLogFolder) {}
   ~RunSession() {
     if (host_) EndSession(session_, host_.get(), prompt_);
   }

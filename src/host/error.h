@@ -25,4 +25,8 @@ class Error : public std::runtime_error {
   std::string description_;
 };
 
+/// "ERREUR: #<number>, <description>": how a log or a results text names a
+/// host error.
+std::string HostErrorLine(const Error& error);
+
 }  // namespace sheafwork::host

@@ -46,7 +46,6 @@ OpenResult HostSession::OpenDrawing(const std::string& path, bool readOnly) {
   }
   try {
     auto documents = App().GetDocuments();
-    std::shared_ptr<host::Document> opened;
     if (documents->Count() == 1) {
       auto active = App().ActiveDocument();
       if (host::SysVarAsInteger(active->GetVariable("SDI")) > 0) {
@@ -59,8 +58,7 @@ OpenResult HostSession::OpenDrawing(const std::string& path, bool readOnly) {
         if (!active->ReadOnly()) active->SaveAs(ScratchDrawing());
       }
     }
-    opened = documents->Open(path, readOnly);
-    opened->Activate();
+    documents->Open(path, readOnly)->Activate();
     objOrvaDoc = App().ActiveDocument();
     objOrvaDoc->SetVariable("REGENMODE", std::int16_t{1});
     return {true, 0, {}};

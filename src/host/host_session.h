@@ -64,17 +64,4 @@ class HostSession {
   std::string ScratchDrawing() const;
 };
 
-/// The host's main window, for the list file's window size.
-class ApplicationWindow : public HostWindow {
- public:
-  explicit ApplicationWindow(host::Application& app) : app_(app) {}
-  std::int32_t Width() override { return app_.Width(); }
-  std::int32_t Height() override { return app_.Height(); }
-  void SetWidth(std::int32_t width) override { app_.SetWidth(width); }
-  void SetHeight(std::int32_t height) override { app_.SetHeight(height); }
-
- private:
-  host::Application& app_;
-};
-
 }  // namespace sheafwork

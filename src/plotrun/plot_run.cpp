@@ -40,7 +40,7 @@ class Run {
   void PlotAllLayouts(int row, const BatchEntry& entry, bool planFound);
   void OpenFailed(const OpenResult& open, const std::string& fileName);
   void MarkEntryFailed(int row, const BatchEntry& entry);
-  void MarkEntryPlotted(int row);
+  void MarkEntryPlotted(int row, const BatchEntry& entry, const std::string& elapsed);
   void LogHostError(const host::Error& error);
   bool StillGoing(host::Plot& plot);
 
@@ -141,11 +141,7 @@ void Run::PlotRow(int row) {
     } else {
       std::string elapsed;
       if (PlotLayout(context_, entry, entry.Layout, planFound, elapsed)) {
-        WriteJournalLine(logs_.journal, logs_.errorLog,
-                         FileNameFromPath(entry.FileName) + ", " + FolderFromPath(entry.FileName) +
-                             ", " + entry.Layout + ", " + entry.PlotSetup + ", " +
-                             entry.PlotDevice + ", " + elapsed);
-        MarkEntryPlotted(row);
+        MarkEntryPlotted(row, entry, elapsed);
       } else {
         MarkEntryFailed(row, entry);
       }
@@ -180,11 +176,7 @@ void Run::PlotAllLayouts(int row, const BatchEntry& entry, bool planFound) {
     MarkEntryFailed(row, entry);
     return;
   }
-  WriteJournalLine(logs_.journal, logs_.errorLog,
-                   FileNameFromPath(entry.FileName) + ", " + FolderFromPath(entry.FileName) + ", " +
-                       entry.Layout + ", " + entry.PlotSetup + ", " + entry.PlotDevice + ", " +
-                       FormatElapsedTime(start, end));
-  MarkEntryPlotted(row);
+  MarkEntryPlotted(row, entry, FormatElapsedTime(start, end));
 }
 
 // Reads the row's page setup from the other drawing into the run's record.
@@ -227,14 +219,19 @@ void Run::MarkEntryFailed(int row, const BatchEntry& entry) {
   if (services_.observer) services_.observer->RowFinished(row, RowStatus::Failed);
 }
 
-void Run::MarkEntryPlotted(int row) {
+// The journal line of a plotted row: drawing, folder, layout, page setup,
+// device and elapsed time.
+void Run::MarkEntryPlotted(int row, const BatchEntry& entry, const std::string& elapsed) {
+  WriteJournalLine(logs_.journal, logs_.errorLog,
+                   FileNameFromPath(entry.FileName) + ", " + FolderFromPath(entry.FileName) + ", " +
+                       entry.Layout + ", " + entry.PlotSetup + ", " + entry.PlotDevice + ", " +
+                       elapsed);
   ++result_.plotted;
   if (services_.observer) services_.observer->RowFinished(row, RowStatus::Plotted);
 }
 
 void Run::LogHostError(const host::Error& error) {
-  logs_.errorLog.WriteLogLine(LoadResourceText(ids::kHostErrorNumber) +
-                              std::to_string(error.number()) + ", " + error.description());
+  logs_.errorLog.WriteLogLine(host::HostErrorLine(error));
 }
 
 bool Run::StillGoing(host::Plot& plot) {

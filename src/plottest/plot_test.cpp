@@ -174,8 +174,7 @@ class PlotTestScan {
       step();
     } catch (const host::Error& error) {
       Line(LoadResourceText(ids::kTestHostFailure));
-      Line(LoadResourceText(ids::kHostErrorNumber) + std::to_string(error.number()) + ", " +
-           error.description());
+      Line(host::HostErrorLine(error));
     }
   }
 

@@ -49,12 +49,12 @@ void CheckIndex(std::int32_t index, std::size_t count) {
 
 }  // namespace
 
-FakeLayoutSpec& FakeDrawing::AddLayout(const std::string& name) {
+FakeLayoutData& FakeDrawing::AddLayout(const std::string& name) {
   layouts.push_back({name, false, {}});
   return layouts.back();
 }
 
-FakeLayoutSpec& FakeDrawing::AddPageSetup(const std::string& name, bool modelType) {
+FakeLayoutData& FakeDrawing::AddPageSetup(const std::string& name, bool modelType) {
   pageSetups.push_back({name, modelType, {}});
   return pageSetups.back();
 }
@@ -79,16 +79,16 @@ class FakePlotConfig : public host::Layout {
   FakePlotConfig(std::shared_ptr<FakeDocument> doc, Kind kind, std::int32_t index)
       : doc_(std::move(doc)), kind_(kind), index_(index) {}
 
-  FakeLayoutSpec& Spec() {
+  FakeLayoutData& Data() {
     auto& list = kind_ == Kind::Layout ? doc_->data.layouts : doc_->data.pageSetups;
     return list.at(static_cast<std::size_t>(index_));
   }
-  FakePlotSettings& S() { return Spec().settings; }
+  FakePlotSettings& S() { return Data().settings; }
   std::int32_t Index() const { return index_; }
   FakeDocument& Doc() { return *doc_; }
 
   void Rec(const std::string& member, const std::string& args = {}) {
-    doc_->Record((kind_ == Kind::Layout ? "Layout(" : "PlotConfiguration(") + Spec().name + ")",
+    doc_->Record((kind_ == Kind::Layout ? "Layout(" : "PlotConfiguration(") + Data().name + ")",
                  member, args);
   }
   template <typename T>
@@ -102,8 +102,8 @@ class FakePlotConfig : public host::Layout {
     S().*field = value;
   }
 
-  std::string Name() override { return Rec("Name"), Spec().name; }
-  bool ModelType() override { return Rec("ModelType"), Spec().modelType; }
+  std::string Name() override { return Rec("Name"), Data().name; }
+  bool ModelType() override { return Rec("ModelType"), Data().modelType; }
   FAKE_PLOT_PROPERTY(std::string, ConfigName, configName)
   FAKE_PLOT_PROPERTY(std::string, CanonicalMediaName, canonicalMediaName)
   FAKE_PLOT_PROPERTY(std::int16_t, PaperUnits, paperUnits)
@@ -145,7 +145,7 @@ class FakePlotConfig : public host::Layout {
   }
   void CopyFrom(host::PlotConfiguration& source) override {
     auto* fake = dynamic_cast<FakePlotConfig*>(&source);
-    Rec("CopyFrom", fake ? fake->Spec().name : "?");
+    Rec("CopyFrom", fake ? fake->Data().name : "?");
     if (!fake) throw std::logic_error("FakeHost: CopyFrom needs a fake plot configuration");
     S() = fake->S();
   }
@@ -195,22 +195,22 @@ class FakeLayer : public host::Layer {
  public:
   FakeLayer(std::shared_ptr<FakeDocument> doc, std::int32_t index)
       : doc_(std::move(doc)), index_(index) {}
-  FakeLayerSpec& L() { return doc_->data.layers.at(static_cast<std::size_t>(index_)); }
+  FakeLayerData& L() { return doc_->data.layers.at(static_cast<std::size_t>(index_)); }
   void Rec(const std::string& member, const std::string& args = {}) {
     doc_->Record("Layer(" + L().name + ")", member, args);
   }
-  bool Flag(const char* member, bool FakeLayerSpec::*flag) { return Rec(member), L().*flag; }
-  void SetFlag(const char* member, bool FakeLayerSpec::*flag, bool value) {
+  bool Flag(const char* member, bool FakeLayerData::*flag) { return Rec(member), L().*flag; }
+  void SetFlag(const char* member, bool FakeLayerData::*flag, bool value) {
     Rec(member, Args(value));
     L().*flag = value;
   }
   std::string Name() override { return Rec("Name"), L().name; }
-  bool LayerOn() override { return Flag("LayerOn", &FakeLayerSpec::on); }
-  void SetLayerOn(bool v) override { SetFlag("SetLayerOn", &FakeLayerSpec::on, v); }
-  bool Freeze() override { return Flag("Freeze", &FakeLayerSpec::frozen); }
-  void SetFreeze(bool v) override { SetFlag("SetFreeze", &FakeLayerSpec::frozen, v); }
-  bool Plottable() override { return Flag("Plottable", &FakeLayerSpec::plottable); }
-  void SetPlottable(bool v) override { SetFlag("SetPlottable", &FakeLayerSpec::plottable, v); }
+  bool LayerOn() override { return Flag("LayerOn", &FakeLayerData::on); }
+  void SetLayerOn(bool v) override { SetFlag("SetLayerOn", &FakeLayerData::on, v); }
+  bool Freeze() override { return Flag("Freeze", &FakeLayerData::frozen); }
+  void SetFreeze(bool v) override { SetFlag("SetFreeze", &FakeLayerData::frozen, v); }
+  bool Plottable() override { return Flag("Plottable", &FakeLayerData::plottable); }
+  void SetPlottable(bool v) override { SetFlag("SetPlottable", &FakeLayerData::plottable, v); }
 
  private:
   std::shared_ptr<FakeDocument> doc_;
@@ -236,7 +236,7 @@ class FakeTextStyle : public host::TextStyle {
  public:
   FakeTextStyle(std::shared_ptr<FakeDocument> doc, std::int32_t index)
       : doc_(std::move(doc)), index_(index) {}
-  FakeTextStyleSpec& T() { return doc_->data.textStyles.at(static_cast<std::size_t>(index_)); }
+  FakeTextStyleData& T() { return doc_->data.textStyles.at(static_cast<std::size_t>(index_)); }
   std::string Name() override {
     doc_->Record("TextStyle(" + T().name + ")", "Name");
     return T().name;
@@ -325,6 +325,9 @@ void FakeDocument::Close(bool saveChanges) {
 }
 host::SysVarValue FakeDocument::GetVariable(const std::string& name) {
   Record("Document(" + Tag() + ")", "GetVariable", Args(name));
+  return Variable(name);
+}
+host::SysVarValue FakeDocument::Variable(const std::string& name) const {
   if (auto own = variables.find(name); own != variables.end()) return own->second;
   if (auto shared = host_.variables.find(name); shared != host_.variables.end()) {
     return shared->second;
@@ -356,7 +359,7 @@ std::shared_ptr<host::Layout> FakeDocument::ActiveLayout() {
 }
 void FakeDocument::SetActiveLayout(const std::shared_ptr<host::Layout>& layout) {
   auto* fake = dynamic_cast<FakePlotConfig*>(layout.get());
-  Record("Document(" + Tag() + ")", "SetActiveLayout", fake ? fake->Spec().name : "?");
+  Record("Document(" + Tag() + ")", "SetActiveLayout", fake ? fake->Data().name : "?");
   if (!fake || &fake->Doc() != this) {
     throw host::Error(kBadIndex, "La présentation n'appartient pas au document");
   }
@@ -485,9 +488,7 @@ class FakeDocuments : public host::Documents {
     if ((*found)->openError) throw *(*found)->openError;
     // In single-document mode the new drawing replaces the only open one.
     if (host_.open_.size() == 1 && host_.active_) {
-      auto sdi = host_.active_->variables.count("SDI") ? host_.active_->variables["SDI"]
-                                                       : host_.variables["SDI"];
-      if (host::SysVarAsInteger(sdi) > 0) {
+      if (host::SysVarAsInteger(host_.active_->Variable("SDI")) > 0) {
         host_.active_->closed = true;
         host_.open_.clear();
         host_.active_.reset();

@@ -61,20 +61,20 @@ struct FakePlotSettings {
   bool plotHidden = false;
 };
 
-struct FakeLayoutSpec {
+struct FakeLayoutData {
   std::string name;
   bool modelType = false;
   FakePlotSettings settings;
 };
 
-struct FakeLayerSpec {
+struct FakeLayerData {
   std::string name;
   bool on = true;
   bool frozen = false;
   bool plottable = true;
 };
 
-struct FakeTextStyleSpec {
+struct FakeTextStyleData {
   std::string name;
   std::string fontFile;
 };
@@ -84,11 +84,11 @@ struct FakeTextStyleSpec {
 struct FakeDrawing {
   std::string path;  ///< full path; Documents.Open matches it exactly
   /// Layouts in tab order; the model tab "Objet" comes first.
-  std::vector<FakeLayoutSpec> layouts = {{"Objet", true, {}}};
-  std::vector<FakeLayoutSpec> pageSetups;
-  std::vector<FakeLayerSpec> layers = {{"0"}};
+  std::vector<FakeLayoutData> layouts = {{"Objet", true, {}}};
+  std::vector<FakeLayoutData> pageSetups;
+  std::vector<FakeLayerData> layers = {{"0"}};
   std::vector<std::string> views;
-  std::vector<FakeTextStyleSpec> textStyles = {{"Standard", "txt"}};
+  std::vector<FakeTextStyleData> textStyles = {{"Standard", "txt"}};
   /// 1 model space, 0 paper space.
   std::int16_t activeSpace = 1;
   /// Index in `layouts` of the active tab; the last active paper-space layout
@@ -100,9 +100,9 @@ struct FakeDrawing {
   std::optional<host::Error> openError;
 
   /// Appends a paper-space layout and returns it.
-  FakeLayoutSpec& AddLayout(const std::string& name);
+  FakeLayoutData& AddLayout(const std::string& name);
   /// Appends a named page setup and returns it.
-  FakeLayoutSpec& AddPageSetup(const std::string& name, bool modelType = false);
+  FakeLayoutData& AddPageSetup(const std::string& name, bool modelType = false);
 };
 
 /// What happened to one plot call.
@@ -248,6 +248,10 @@ class FakeDocument : public host::Document, public std::enable_shared_from_this<
   std::shared_ptr<host::TextStyles> GetTextStyles() override;
   std::shared_ptr<host::Plot> GetPlot() override;
   void Regen(std::int16_t which) override;
+
+  /// The value a variable reads, without recording a call: the one set on
+  /// this document, else the host's. Throws host::Error for an unknown name.
+  host::SysVarValue Variable(const std::string& name) const;
 
   /// The name calls on this document are recorded under: the file name.
   std::string Tag() const;

@@ -12,7 +12,7 @@ class LayerSettingsTest : public PlotcfgTest {
  protected:
   // Applies `layers` to Plan.dwg holding `drawingLayers`; returns the calls that
   // change something, in order (layer setters, Update, Regen).
-  std::vector<std::string> Apply(std::vector<testing::FakeLayerSpec> drawingLayers,
+  std::vector<std::string> Apply(std::vector<testing::FakeLayerData> drawingLayers,
                                  const char* layers, bool ok = true) {
     plan_.layers = std::move(drawingLayers);
     OpenPlan(1);

@@ -34,7 +34,7 @@ class PlotcfgTest : public ::testing::Test {
     host_.ClearCalls();
     return *host_.LastOpened(plan_.path);
   }
-  static testing::FakeLayoutSpec& Active(testing::FakeDocument& doc) {
+  static testing::FakeLayoutData& Active(testing::FakeDocument& doc) {
     return doc.data.layouts.at(doc.data.activeLayout);
   }
 
