@@ -8,8 +8,12 @@ packages=(
   libgtest-dev libgmock-dev
   libcli11-dev nlohmann-json3-dev
   libcups2-dev libfontconfig-dev
-  fonts-dejavu-core          # at least one TrueType font for the platform tests
+  fonts-dejavu-core          # TrueType fonts: the platform tests, the example drawings' text
   clang libclang-rt-14-dev   # libFuzzer for the fuzz targets
+  qt6-base-dev qt6-svg-dev libgl-dev   # the plot engine and the desktop application
+  libbenchmark-dev           # scripts/bench.sh
+  xvfb xauth                 # widget tests on a virtual display
+  poppler-utils              # pdfinfo, pdftoppm: looking at the plotted PDF files
 )
 
 missing=()

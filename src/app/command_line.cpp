@@ -6,6 +6,7 @@
 #include "app/list_commands_cli.h"
 #include "app/run_commands_cli.h"
 #include "app/version.h"
+#include "embedded/automation/embedded_host.h"
 #include "platform/program_folders.h"
 
 namespace sheafwork {
@@ -111,7 +112,12 @@ void PrintHelp(std::ostream& out, const std::string& help) {
 }  // namespace
 
 HostRegistry& ProgramHosts() {
-  static HostRegistry hosts;
+  static HostRegistry hosts = [] {
+    HostRegistry registry;
+    registry.Register(
+        "embarque", [] { return embedded::MakeEmbeddedHost(); }, /*makeDefault=*/true);
+    return registry;
+  }();
   return hosts;
 }
 

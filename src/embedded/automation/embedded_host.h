@@ -1,0 +1,66 @@
+#pragma once
+// The embedded host: our own CAD host behind the host automation interface.
+// It opens DXF drawings (DWG through an external converter), keeps each open
+// document's drawing as a copy that the program may change, and plots
+// layouts through plotter configurations (.pc3) or system printers.
+//
+//   EmbeddedHostOptions options;            // every member may stay empty
+//   options.progress = myQtProgressDialog;  // the GUI's display
+//   registry.Register("embarque", [options] { return MakeEmbeddedHost(options); }, true);
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "embedded/automation/progress_display.h"
+#include "embedded/model/drawing.h"
+#include "embedded/render/plot_job.h"
+#include "host/automation.h"
+#include "platform/printers.h"
+
+namespace sheafwork::embedded {
+
+/// Reads the DXF file at a path. Throws DxfError for a malformed or
+/// unreadable file.
+using DrawingReader = std::function<Drawing(const std::string& path)>;
+
+/// Makes one plot. Throws PlotError when it cannot.
+using Plotter = std::function<void(const PlotJob& job)>;
+
+struct EmbeddedHostOptions {
+  /// The host's installation folder (Path()), holding "plotters/" and
+  /// "support/". Empty: the program's folder.
+  std::string dataFolder;
+  /// The per-user folder: the host's log folder and a second "plotters/".
+  /// Empty: the per-user data folder.
+  std::string userFolder;
+  /// The system printers. Null: the system's catalogue, read once.
+  std::shared_ptr<PrinterCatalog> printers;
+  /// Shown by StartBatchMode. Null: the console display on stderr.
+  std::shared_ptr<ProgressDisplay> progress;
+  /// Empty: the DXF reader.
+  DrawingReader reader;
+  /// Empty: the plot engine.
+  Plotter plotter;
+  /// The DWG converter; nullopt: the environment variable
+  /// SHEAFWORK_DWG_CONVERTER (none when unset or empty).
+  std::optional<std::string> dwgConverter;
+};
+
+/// Starts an embedded host with one untitled, empty document active.
+std::shared_ptr<host::Application> MakeEmbeddedHost(EmbeddedHostOptions options = {});
+
+/// The embedded host's preferences, with the members only it has. Reach them
+/// with std::dynamic_pointer_cast on Application::GetPreferences().
+class EmbeddedPreferences : public host::Preferences {
+ public:
+  virtual void SetPrinterConfigPath(const std::string& path) = 0;
+  virtual void SetSupportPath(const std::string& path) = 0;
+  /// The program that converts a DWG drawing to DXF, run as
+  /// `<converter> <drawing> <output.dxf>` without a shell; empty for none.
+  virtual std::string DwgConverter() = 0;
+  virtual void SetDwgConverter(const std::string& converter) = 0;
+};
+
+}  // namespace sheafwork::embedded

@@ -1,0 +1,233 @@
+#include "embedded/automation/host_core.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+
+#include "embedded/automation/default_seams.h"
+#include "embedded/automation/dwg_converter.h"
+#include "embedded/automation/variables.h"
+#include "embedded/model/xrefs.h"
+#include "platform/program_folders.h"
+#include "res/string_ids.h"
+#include "res/string_table.h"
+
+namespace sheafwork::embedded {
+
+namespace fs = std::filesystem;
+namespace msg = host_messages;
+
+namespace {
+
+std::string LowerExtension(const std::string& path) {
+  std::string extension = fs::path(path).extension().string();
+  for (char& c : extension) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return extension;
+}
+
+bool IsFile(const std::string& path) {
+  std::error_code ec;
+  return fs::is_regular_file(fs::path(path), ec);
+}
+
+// The host lists the model layout first, then the paper-space layouts in tab
+// order; a drawing without any layout gets a model layout.
+std::vector<std::size_t> TabOrder(Drawing& drawing) {
+  if (drawing.layouts.empty()) {
+    Layout model;
+    model.name = "Model";
+    model.blockName = "*Model_Space";
+    model.settings.flags |= kModelType;
+    drawing.layouts.push_back(model);
+    drawing.activeLayout = 0;
+  }
+  std::vector<std::size_t> tabs(drawing.layouts.size());
+  for (std::size_t i = 0; i < tabs.size(); ++i) tabs[i] = i;
+  std::stable_sort(tabs.begin(), tabs.end(), [&](std::size_t a, std::size_t b) {
+    const Layout& la = drawing.layouts[a];
+    const Layout& lb = drawing.layouts[b];
+    if (la.IsModel() != lb.IsModel()) return la.IsModel();
+    return la.tabOrder < lb.tabOrder;
+  });
+  if (drawing.activeLayout >= drawing.layouts.size()) drawing.activeLayout = tabs.front();
+  return tabs;
+}
+
+void WriteXrefLines(const Drawing& drawing, std::ofstream& out, const std::string& indent) {
+  const std::string& mark = CachedText<ids::kXrefNotFoundMark>();
+  for (const ExternalReference& reference : drawing.xrefs) {
+    const std::string line =
+        reference.resolvedPath.empty()
+            ? msg::XrefNotFound(reference.blockName, reference.storedPath, mark)
+            : msg::XrefFound(reference.blockName, reference.storedPath, reference.resolvedPath);
+    out << indent << line << "\r\n";
+    if (reference.drawing) WriteXrefLines(*reference.drawing, out, indent + "  ");
+  }
+}
+
+}  // namespace
+
+void DocumentState::Activate(std::size_t index) {
+  drawing.activeLayout = index;
+  if (!drawing.layouts.at(index).IsModel()) lastPaperLayout = index;
+}
+
+HostCore::HostCore(EmbeddedHostOptions given) : options(std::move(given)) {
+  if (options.dataFolder.empty()) options.dataFolder = ProgramFolder();
+  if (options.userFolder.empty()) options.userFolder = UserDataFolder();
+  if (!options.printers) options.printers = SystemPrinterCatalog();
+  if (!options.progress) options.progress = ConsoleProgressDisplay();
+  if (!options.reader) options.reader = DefaultDrawingReader();
+  if (!options.plotter) options.plotter = DefaultPlotter();
+  if (!options.dwgConverter) {
+    const char* fromEnvironment = std::getenv("SHEAFWORK_DWG_CONVERTER");
+    options.dwgConverter = fromEnvironment ? fromEnvironment : "";
+  }
+  const fs::path data(options.dataFolder);
+  const fs::path user(options.userFolder);
+  printerConfigPath = (data / "plotters").string() + ";" + (user / "plotters").string();
+  supportPath = (data / "support").string();
+  logFilePath = options.userFolder;
+  dwgConverter = *options.dwgConverter;
+  hostVariables = DefaultHostVariables();
+}
+
+void HostCore::CheckRunning() const {
+  if (quit) throw host::Error(msg::kObjectClosed, msg::HostClosed());
+}
+
+const std::vector<PrinterInfo>& HostCore::Printers() {
+  if (!printers_) printers_ = options.printers->Printers();
+  return *printers_;
+}
+
+std::optional<PlotDevice> HostCore::FindDevice(const std::string& name) {
+  return FindPlotDevice(name, printerConfigPath, Printers());
+}
+
+Drawing HostCore::ReadFile(const std::string& path) {
+  try {
+    return options.reader(path);
+  } catch (const host::Error&) {
+    throw;
+  } catch (const std::exception& error) {
+    throw host::Error(msg::kBadDrawing, error.what());
+  }
+}
+
+Drawing HostCore::LoadDrawing(const std::string& path) {
+  auto readAny = [this](const std::string& file) -> Drawing {
+    if (!IsFile(file)) throw host::Error(host::kFileNotFound, msg::FileNotFound(file));
+    const std::string extension = LowerExtension(file);
+    if (extension == ".dxf") return ReadFile(file);
+    if (extension != ".dwg" && extension != ".dwt") {
+      throw host::Error(msg::kUnsupportedFile, msg::UnsupportedFile(file));
+    }
+    if (dwgConverter.empty()) throw host::Error(msg::kNoDwgConverter, msg::NoDwgConverter(file));
+    ScratchFolder scratch;
+    const std::string output = (fs::path(scratch.path()) / fs::path(file).stem()).string() + ".dxf";
+    RunDwgConverter(dwgConverter, file, output);
+    Drawing drawing = ReadFile(output);
+    drawing.path = file;
+    return drawing;
+  };
+  Drawing drawing = readAny(path);
+  drawing.path = path;
+  ResolveExternalReferences(drawing, supportPath, [&](const std::string& file) {
+    return std::make_shared<const Drawing>(readAny(file));
+  });
+  return drawing;
+}
+
+void HostCore::WriteLog(const std::string& path, const std::string& line) {
+  if (!logFileOn) return;
+  std::error_code ec;
+  fs::create_directories(fs::path(path).parent_path(), ec);
+  const bool fresh = startedLogs_.insert(path).second;
+  std::ofstream out(path,
+                    fresh ? std::ios::binary | std::ios::trunc : std::ios::binary | std::ios::app);
+  out << line << "\r\n";
+}
+
+std::shared_ptr<DocumentState> HostCore::AddDocument(std::string fullName, Drawing drawing,
+                                                     bool readOnly) {
+  auto doc = std::make_shared<DocumentState>();
+  doc->fullName = std::move(fullName);
+  doc->readOnly = readOnly;
+  doc->drawing = std::move(drawing);
+  doc->tabs = TabOrder(doc->drawing);
+  doc->variables = DefaultDocumentVariables();
+  for (std::size_t index : doc->tabs) {
+    if (doc->drawing.layouts[index].IsModel()) continue;
+    doc->lastPaperLayout = index;
+    break;
+  }
+  doc->Activate(doc->drawing.activeLayout);
+  documents.push_back(doc);
+  return doc;
+}
+
+void HostCore::RemoveDocument(const std::shared_ptr<DocumentState>& doc) {
+  doc->closed = true;
+  std::erase(documents, doc);
+  if (active == doc) active = documents.empty() ? nullptr : documents.front();
+}
+
+void CheckIndex(std::int32_t index, std::size_t count) {
+  if (index < 0 || static_cast<std::size_t>(index) >= count) {
+    throw host::Error(msg::kIndexOutOfRange,
+                      msg::IndexOutOfRange(index, static_cast<std::int32_t>(count)));
+  }
+}
+
+Drawing UntitledDrawing() {
+  Drawing drawing;
+  drawing.path = msg::kUntitledDrawing;
+  drawing.header.acadVer = "AC1015";
+  drawing.layers.push_back(embedded::Layer{});
+  drawing.layers.back().name = "0";
+  drawing.textStyles.push_back(embedded::TextStyle{});
+  drawing.textStyles.back().name = "Standard";
+  drawing.textStyles.back().fontFile = "txt";
+  for (const char* name : {"*Model_Space", "*Paper_Space"}) {
+    drawing.blocks.push_back(Block{});
+    drawing.blocks.back().name = name;
+  }
+  Layout model;
+  model.name = "Model";
+  model.blockName = "*Model_Space";
+  model.settings.flags |= kModelType;
+  model.settings.plotType = kPlotDisplay;
+  Layout paper;
+  paper.name = msg::kFirstPaperLayout;
+  paper.blockName = "*Paper_Space";
+  paper.tabOrder = 1;
+  drawing.layouts = {model, paper};
+  drawing.activeLayout = 0;
+  drawing.Reindex();
+  return drawing;
+}
+
+std::string XrefLogPath(const std::string& drawingPath) {
+  std::size_t end = drawingPath.size();
+  for (int dropped = 0; dropped < 3 && end > 0; ++dropped) {
+    // Back to the first byte of the last character.
+    do {
+      --end;
+    } while (end > 0 && (static_cast<unsigned char>(drawingPath[end]) & 0xC0) == 0x80);
+  }
+  return drawingPath.substr(0, end) + "xlg";
+}
+
+void WriteXrefLog(const Drawing& drawing) {
+  std::ofstream out(XrefLogPath(drawing.path), std::ios::binary | std::ios::trunc);
+  out << msg::XrefLogTitle(drawing.path) << "\r\n";
+  if (drawing.xrefs.empty()) out << msg::XrefNone() << "\r\n";
+  WriteXrefLines(drawing, out, "");
+}
+
+}  // namespace sheafwork::embedded

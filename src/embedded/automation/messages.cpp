@@ -1,0 +1,143 @@
+#include "embedded/automation/messages.h"
+
+namespace sheafwork::embedded::host_messages {
+
+namespace {
+
+std::string S(std::string_view text) { return std::string(text); }
+std::string Quoted(std::string_view text) { return "« " + S(text) + " »"; }
+
+}  // namespace
+
+std::string FileNotFound(std::string_view path) { return "Fichier introuvable : " + S(path); }
+
+std::string NoDwgConverter(std::string_view path) {
+  return "aucun convertisseur DWG n'est configuré : " + S(path);
+}
+
+std::string ConversionFailed(std::string_view path, std::string_view reason) {
+  return "la conversion DWG a échoué (" + S(reason) + ") : " + S(path);
+}
+
+std::string ConverterExit(int status) {
+  return "le convertisseur a rendu le code " + std::to_string(status);
+}
+
+std::string ConverterNoOutput() { return "le convertisseur n'a pas écrit de fichier DXF"; }
+
+std::string UnsupportedFile(std::string_view path) {
+  return "type de dessin non pris en charge (attendu : .dxf, .dwg ou .dwt) : " + S(path);
+}
+
+std::string HostClosed() { return "l'hôte embarqué est fermé"; }
+
+std::string DocumentClosed(std::string_view name) {
+  return "le dessin " + Quoted(name) + " est fermé";
+}
+
+std::string NoActiveDocument() { return "aucun dessin n'est ouvert"; }
+
+std::string IndexOutOfRange(std::int32_t index, std::int32_t count) {
+  return "indice hors limites : " + std::to_string(index) + " (" + std::to_string(count) +
+         " élément(s))";
+}
+
+std::string UnknownVariable(std::string_view name) {
+  return "variable système inconnue : " + S(name);
+}
+
+std::string ReadOnlyVariable(std::string_view name) {
+  return "la variable système " + S(name) + " est en lecture seule";
+}
+
+std::string VariableType(std::string_view name) {
+  return "Type incompatible : valeur de type inattendu pour la variable système " + S(name);
+}
+
+std::string VariableRange(std::string_view name, int min, int max) {
+  return "valeur hors limites pour la variable système " + S(name) + " (" + std::to_string(min) +
+         " à " + std::to_string(max) + ")";
+}
+
+std::string SaveFailed(std::string_view path, std::string_view reason) {
+  return "impossible d'enregistrer le dessin (" + S(reason) + ") : " + S(path);
+}
+
+std::string NoPaperLayout() { return "le dessin n'a aucune présentation d'espace papier"; }
+
+std::string ForeignLayout() { return "la présentation n'appartient pas à ce dessin"; }
+
+std::string BadSpace(int space) {
+  return "espace incorrect : " + std::to_string(space) + " (1 objet, 0 papier)";
+}
+
+std::string UnknownDevice(std::string_view name) {
+  return "périphérique de traçage introuvable : " + S(name);
+}
+
+std::string UnknownMedia(std::string_view name) {
+  return "format de papier inconnu du périphérique : " + S(name);
+}
+
+std::string UnknownView(std::string_view name) { return "vue introuvable : " + S(name); }
+
+std::string OutOfRange(std::string_view what, int value, int min, int max) {
+  return S(what) + " hors limites : " + std::to_string(value) + " (" + std::to_string(min) + " à " +
+         std::to_string(max) + ")";
+}
+
+std::string BadCustomScale() {
+  return "échelle personnalisée incorrecte : les deux nombres doivent être positifs";
+}
+
+std::string BadCopies(int copies) {
+  return "nombre de copies incorrect : " + std::to_string(copies);
+}
+
+std::string Internal(std::string_view what) { return "erreur interne de l'hôte : " + S(what); }
+
+std::string NoDeviceForLayout() { return "aucun périphérique de traçage (« Aucun »)"; }
+
+std::string DeviceNotFound(std::string_view name) {
+  return "périphérique de traçage introuvable : " + S(name);
+}
+
+std::string DriverNotSupported(std::string_view driver) {
+  return "le pilote " + Quoted(driver) +
+         " n'est pas encore pris en charge par le moteur de traçage";
+}
+
+std::string NoOutputFolder(std::string_view folder) {
+  return "dossier de sortie introuvable : " + S(folder);
+}
+
+std::string PlotDone(std::string_view drawing, std::string_view layout, std::string_view device,
+                     std::string_view output) {
+  return "Tracé : dessin " + S(drawing) + ", présentation " + S(layout) + ", périphérique " +
+         S(device) + ", sortie " + S(output);
+}
+
+std::string PlotFailed(std::string_view drawing, std::string_view layout, std::string_view device,
+                       std::string_view reason) {
+  return "Échec du tracé : dessin " + S(drawing) + ", présentation " + S(layout) +
+         ", périphérique " + S(device) + " : " + S(reason);
+}
+
+std::string PrinterOutput(std::string_view printer) { return "imprimante " + S(printer); }
+
+std::string XrefLogTitle(std::string_view drawing) {
+  return "Références externes du dessin " + S(drawing);
+}
+
+std::string XrefFound(std::string_view block, std::string_view stored, std::string_view found) {
+  return "Xréf " + S(block) + " : " + S(stored) + " -> " + S(found);
+}
+
+std::string XrefNotFound(std::string_view block, std::string_view stored,
+                         std::string_view notFoundMark) {
+  return "Xréf " + S(block) + " : " + S(stored) + " -> " + S(notFoundMark);
+}
+
+std::string XrefNone() { return "Aucune référence externe"; }
+
+}  // namespace sheafwork::embedded::host_messages

@@ -1,0 +1,80 @@
+#pragma once
+// The embedded host's error numbers and its own French texts: its errors,
+// its log lines and its external-reference log.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace sheafwork::embedded::host_messages {
+
+// Error numbers of host::Error besides host::kFileNotFound.
+inline constexpr std::int32_t kInvalidArgument = 5;
+inline constexpr std::int32_t kIndexOutOfRange = 9;
+inline constexpr std::int32_t kTypeMismatch = 13;
+inline constexpr std::int32_t kFileAccess = 75;
+inline constexpr std::int32_t kObjectClosed = 91;
+inline constexpr std::int32_t kBadDrawing = 1000;
+inline constexpr std::int32_t kNoDwgConverter = 1001;
+inline constexpr std::int32_t kConversionFailed = 1002;
+inline constexpr std::int32_t kUnsupportedFile = 1003;
+inline constexpr std::int32_t kUnknownVariable = 1004;
+inline constexpr std::int32_t kReadOnlyVariable = 1005;
+inline constexpr std::int32_t kUnknownDevice = 1006;
+inline constexpr std::int32_t kInternal = 1099;
+
+// Errors.
+std::string FileNotFound(std::string_view path);
+std::string NoDwgConverter(std::string_view path);
+std::string ConversionFailed(std::string_view path, std::string_view reason);
+std::string ConverterExit(int status);
+std::string ConverterNoOutput();
+std::string UnsupportedFile(std::string_view path);
+std::string HostClosed();
+std::string DocumentClosed(std::string_view name);
+std::string NoActiveDocument();
+std::string IndexOutOfRange(std::int32_t index, std::int32_t count);
+std::string UnknownVariable(std::string_view name);
+std::string ReadOnlyVariable(std::string_view name);
+std::string VariableType(std::string_view name);
+std::string VariableRange(std::string_view name, int min, int max);
+std::string SaveFailed(std::string_view path, std::string_view reason);
+std::string NoPaperLayout();
+std::string ForeignLayout();
+std::string BadSpace(int space);
+std::string UnknownDevice(std::string_view name);
+std::string UnknownMedia(std::string_view name);
+std::string UnknownView(std::string_view name);
+std::string OutOfRange(std::string_view what, int value, int min, int max);
+std::string BadCustomScale();
+std::string BadCopies(int copies);
+std::string Internal(std::string_view what);
+
+// Reasons a plot fails, for the host's log.
+std::string NoDeviceForLayout();
+std::string DeviceNotFound(std::string_view name);
+std::string DriverNotSupported(std::string_view driver);
+std::string NoOutputFolder(std::string_view folder);
+
+// The host's log.
+std::string PlotDone(std::string_view drawing, std::string_view layout, std::string_view device,
+                     std::string_view output);
+std::string PlotFailed(std::string_view drawing, std::string_view layout, std::string_view device,
+                       std::string_view reason);
+/// A printer's output as the log names it.
+std::string PrinterOutput(std::string_view printer);
+
+// The external-reference log.
+std::string XrefLogTitle(std::string_view drawing);
+std::string XrefFound(std::string_view block, std::string_view stored, std::string_view found);
+/// `notFoundMark` is the word a reader looks for ("Introuvable").
+std::string XrefNotFound(std::string_view block, std::string_view stored,
+                         std::string_view notFoundMark);
+std::string XrefNone();
+
+// Names the host gives.
+inline constexpr const char* kUntitledDrawing = "Dessin1.dwg";
+inline constexpr const char* kFirstPaperLayout = "Présentation1";
+inline constexpr const char* kLogFileSuffix = "_sheafwork.log";
+
+}  // namespace sheafwork::embedded::host_messages

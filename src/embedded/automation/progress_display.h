@@ -1,0 +1,39 @@
+#pragma once
+// What the embedded host shows while a batch of plots runs.
+
+#include <memory>
+#include <ostream>
+#include <string>
+
+namespace sheafwork::embedded {
+
+/// The progress display that the host's StartBatchMode opens. The command
+/// line shows a bar on a terminal; the desktop application a dialog with a
+/// Cancel button.
+class ProgressDisplay {
+ public:
+  virtual ~ProgressDisplay() = default;
+  /// A batch of `total` plots begins.
+  virtual void Start(int total) = 0;
+  /// Plot `n` (from 1) of `total` begins: layout `layout` of `drawing` (the
+  /// drawing's file name). `n` may pass `total` when the caller announced
+  /// fewer plots than it makes.
+  virtual void Step(const std::string& drawing, const std::string& layout, int n, int total) = 0;
+  /// True once the user asked to stop; polled before and after each plot.
+  virtual bool Cancelled() = 0;
+  /// The batch is over; the display goes away.
+  virtual void Finish() = 0;
+  /// A plot failed; `reason` says why, in French.
+  virtual void PlotFailed(const std::string& reason) { (void)reason; }
+};
+
+/// The command line's display on `out`: with `terminal`, a bar redrawn in
+/// place and a line per failed plot; otherwise only the failed plots, one
+/// line each ("sheafwork: <reason>"). It is never cancelled.
+std::shared_ptr<ProgressDisplay> ConsoleProgressDisplay(std::ostream& out, bool terminal);
+
+/// The command line's display on stderr, a bar only when stderr is a
+/// terminal.
+std::shared_ptr<ProgressDisplay> ConsoleProgressDisplay();
+
+}  // namespace sheafwork::embedded

@@ -1,0 +1,80 @@
+#include "embedded/devices/device.h"
+
+#include <filesystem>
+#include <system_error>
+
+namespace sheafwork::embedded {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+bool IsConfigFileName(const std::string& name) {
+  if (name.size() < 4) return false;
+  std::string tail = name.substr(name.size() - 4);
+  for (char& c : tail) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+  return tail == ".pc3";
+}
+
+bool IsFile(const fs::path& path) {
+  std::error_code ec;
+  return fs::is_regular_file(path, ec);
+}
+
+std::vector<std::string> SearchFolders(const std::string& searchPath) {
+  std::vector<std::string> folders;
+  std::size_t pos = 0;
+  while (pos <= searchPath.size()) {
+    const auto bar = std::min(searchPath.find(';', pos), searchPath.size());
+    std::string folder = searchPath.substr(pos, bar - pos);
+    const auto first = folder.find_first_not_of(' ');
+    const auto last = folder.find_last_not_of(' ');
+    if (first != std::string::npos) folders.push_back(folder.substr(first, last - first + 1));
+    pos = bar + 1;
+  }
+  return folders;
+}
+
+}  // namespace
+
+std::string PlotDevice::PrinterName() const {
+  if (WritesFiles()) return {};
+  return config.printer.empty() ? name : config.printer;
+}
+
+std::optional<PlotDevice> FindPlotDevice(const std::string& name,
+                                         const std::string& printerConfigPath,
+                                         const std::vector<PrinterInfo>& printers) {
+  if (name.empty()) return std::nullopt;
+  if (IsConfigFileName(name)) {
+    const fs::path given(name);
+    std::string found;
+    if (given.has_parent_path()) {
+      if (IsFile(given)) found = name;
+    } else {
+      for (const std::string& folder : SearchFolders(printerConfigPath)) {
+        const fs::path candidate = fs::path(folder) / given;
+        if (IsFile(candidate)) {
+          found = candidate.string();
+          break;
+        }
+      }
+    }
+    if (found.empty()) return std::nullopt;
+    return PlotDevice{name, found, ReadPlotterConfigFile(found)};
+  }
+  for (const PrinterInfo& printer : printers) {
+    if (printer.name != name) continue;
+    PlotDevice device{name, {}, {}};
+    device.config.driver = DeviceDriver::Printer;
+    device.config.description = printer.driver;
+    device.config.printer = printer.name;
+    device.config.papers = StandardPrinterPapers();
+    device.config.defaultPaper = device.config.papers.front().name;
+    device.config.extension = "pdf";
+    return device;
+  }
+  return std::nullopt;
+}
+
+}  // namespace sheafwork::embedded

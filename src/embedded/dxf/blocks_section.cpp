@@ -1,0 +1,111 @@
+// The BLOCKS and ENTITIES sections.
+
+#include <string>
+
+#include "embedded/dxf/entity_reader.h"
+#include "embedded/dxf/reader.h"
+#include "embedded/dxf/sections.h"
+
+namespace sheafwork::embedded {
+namespace {
+
+// Fills the block a BLOCK record starts; returns its index in the drawing.
+std::size_t StartBlock(Context& ctx, const Record& r) {
+  std::string name;
+  for (const DataTag& d : r.data) {
+    if (d.tag.code == 2 || (d.tag.code == 3 && name.empty())) name = ctx.Text(d.tag);
+  }
+  Block& block = ctx.BlockNamed(name);
+  if (!r.owner.empty()) block.recordHandle = std::string(TrimSpaces(r.owner));
+  for (const DataTag& d : r.data) {
+    const Tag& t = d.tag;
+    switch (t.code) {
+      case 8:
+        block.layer = ctx.Text(t);
+        break;
+      case 70:
+        block.flags = ctx.Short(t);
+        break;
+      case 10:
+        block.base.x = ctx.Real(t);
+        break;
+      case 20:
+        block.base.y = ctx.Real(t);
+        break;
+      case 30:
+        block.base.z = ctx.Real(t);
+        break;
+      case 1:
+        block.xrefPath = ctx.Text(t);
+        break;
+      default:
+        break;
+    }
+  }
+  return static_cast<std::size_t>(&block - ctx.drawing.blocks.data());
+}
+
+}  // namespace
+
+void ReadBlocksSection(Context& ctx, const Tag& start) {
+  Record r;
+  while (ReadRecord(ctx.stream, r)) {
+    if (r.type == "ENDSEC") return;
+    if (r.type != "BLOCK") continue;
+    const std::size_t index = StartBlock(ctx, r);
+    const Tag blockStart = r.start;
+    const std::string_view stop =
+        ReadEntities(ctx, {"ENDBLK", "ENDSEC", "BLOCK"}, [&](Entity&& e, std::string_view, bool) {
+          ctx.drawing.blocks[index].entities.push_back(std::move(e));
+        });
+    if (stop != "ENDBLK") {
+      throw DxfError(
+          dxfmsg::BlockWithoutEnd(ctx.stream.PlaceOf(blockStart), ctx.drawing.blocks[index].name));
+    }
+  }
+  throw DxfError(dxfmsg::SectionWithoutEnd(ctx.stream.PlaceOf(start), "BLOCKS"));
+}
+
+void ReadEntitiesSection(Context& ctx, const Tag& start) {
+  // Entities go straight to their block when the block records (read with
+  // the tables, which come first in every file) name their owner; the rest
+  // wait for the end of the file.
+  std::string lastOwner;
+  std::size_t lastBlock = 0;
+  bool haveLast = false;
+  const auto place = [&](Entity&& e, std::string_view owner, bool paperSpace) {
+    if (haveLast && !owner.empty() && owner == lastOwner) {
+      ctx.drawing.blocks[lastBlock].entities.push_back(std::move(e));
+      return;
+    }
+    std::string key = HandleKey(owner);
+    std::string_view name = paperSpace ? kPaperSpace : kModelSpace;
+    if (!key.empty()) {
+      const auto it = ctx.blockRecordNames.find(key);
+      if (it == ctx.blockRecordNames.end()) {
+        ctx.pending.push_back({std::move(e), std::move(key), paperSpace});
+        return;
+      }
+      name = it->second;
+    }
+    Block& block = ctx.BlockNamed(name);
+    block.entities.push_back(std::move(e));
+    haveLast = !owner.empty();
+    lastOwner = owner;
+    lastBlock = static_cast<std::size_t>(&block - ctx.drawing.blocks.data());
+  };
+  const std::string_view stop = ReadEntities(ctx, {"ENDSEC"}, place);
+  if (stop.empty()) {
+    throw DxfError(dxfmsg::SectionWithoutEnd(ctx.stream.PlaceOf(start), "ENTITIES"));
+  }
+}
+
+void SkipSection(Context& ctx, const Tag& start, std::string_view name) {
+  Tag tag;
+  while (ctx.stream.Next(tag)) {
+    if (tag.code == 0 && TrimSpaces(tag.value) == "ENDSEC") return;
+  }
+  throw DxfError(dxfmsg::SectionWithoutEnd(ctx.stream.PlaceOf(start), name));
+}
+
+}  // namespace sheafwork::embedded

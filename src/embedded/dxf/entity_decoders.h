@@ -1,0 +1,30 @@
+#pragma once
+// Turns entity records into the model's entities.
+
+#include <span>
+#include <string_view>
+
+#include "embedded/dxf/context.h"
+
+namespace sheafwork::embedded {
+
+enum class Decoded {
+  kEntity,   ///< `out` holds the entity
+  kIgnored,  ///< a kind that is read but never drawn (ATTDEF) or not drawn yet (meshes)
+  kUnknown,  ///< a kind the reader does not know
+};
+
+/// Decodes the entity in `r`; `paperSpace` receives its 67 flag.
+Decoded DecodeEntity(Context& ctx, const Record& r, Entity& out, bool& paperSpace);
+
+/// Adds the VERTEX in `r` to `polyline`, unless it is a spline frame point.
+/// `polylineRecord` supplies the default widths.
+void AddVertex(Context& ctx, const Record& r, const Record& polylineRecord, Polyline& polyline);
+
+/// Decodes the ATTRIB in `r`.
+Attribute DecodeAttribute(Context& ctx, const Record& r);
+
+/// The hatch in `own` (tags of AcDbHatch, in file order).
+Hatch DecodeHatch(Context& ctx, std::span<const DataTag* const> own);
+
+}  // namespace sheafwork::embedded

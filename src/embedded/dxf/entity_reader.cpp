@@ -1,0 +1,49 @@
+#include "embedded/dxf/entity_reader.h"
+
+#include <algorithm>
+#include <variant>
+
+#include "embedded/dxf/entity_decoders.h"
+
+namespace sheafwork::embedded {
+
+std::string_view ReadEntities(Context& ctx, std::initializer_list<std::string_view> stops,
+                              const EntitySink& sink) {
+  Record r;
+  Record part;
+  while (ReadRecord(ctx.stream, r)) {
+    if (std::find(stops.begin(), stops.end(), r.type) != stops.end()) return r.type;
+    if (r.type == "SEQEND") continue;
+    if (r.type == "VERTEX" || r.type == "ATTRIB") {
+      ctx.Skip(r.type);  // outside the entity it belongs to
+      continue;
+    }
+    Entity entity;
+    bool paperSpace = false;
+    const Decoded decoded = DecodeEntity(ctx, r, entity, paperSpace);
+    if (r.type == "POLYLINE") {
+      auto* polyline = std::get_if<Polyline>(&entity.geometry);
+      while (ctx.stream.AtRecord("VERTEX")) {
+        ReadRecord(ctx.stream, part);
+        if (decoded == Decoded::kEntity && polyline != nullptr) AddVertex(ctx, part, r, *polyline);
+      }
+      if (ctx.stream.AtRecord("SEQEND")) ReadRecord(ctx.stream, part);
+      if (decoded == Decoded::kIgnored) ctx.Skip("POLYLINE (maillage)");
+    } else if (r.type == "INSERT") {
+      auto* insert = std::get_if<Insert>(&entity.geometry);
+      bool any = false;
+      while (ctx.stream.AtRecord("ATTRIB")) {
+        ReadRecord(ctx.stream, part);
+        if (insert != nullptr) insert->attributes.push_back(DecodeAttribute(ctx, part));
+        any = true;
+      }
+      if (any && ctx.stream.AtRecord("SEQEND")) ReadRecord(ctx.stream, part);
+    }
+    if (decoded == Decoded::kUnknown) ctx.Skip(r.type);
+    if (decoded != Decoded::kEntity) continue;
+    sink(std::move(entity), r.owner, paperSpace);
+  }
+  return {};
+}
+
+}  // namespace sheafwork::embedded

@@ -1,0 +1,119 @@
+// The OBJECTS section: dictionaries, layouts and plot settings. Only what
+// the layouts and the named page setups need is kept; they are linked up in
+// FinishDrawing.
+
+#include <string>
+
+#include "embedded/dxf/plot_settings_codes.h"
+#include "embedded/dxf/reader.h"
+#include "embedded/dxf/sections.h"
+
+namespace sheafwork::embedded {
+namespace {
+
+std::string HandleOf(const Record& r) {
+  const Tag* h = r.Find(5);
+  return h != nullptr ? HandleKey(h->value) : std::string();
+}
+
+void ReadDictionary(Context& ctx, const Record& r) {
+  const std::string handle = HandleOf(r);
+  if (handle.empty()) return;
+  if (ctx.rootDictionary.empty()) ctx.rootDictionary = handle;
+  DictionaryObject dict;
+  std::string key;
+  bool hasKey = false;
+  for (const DataTag& d : r.data) {
+    const Tag& t = d.tag;
+    if (t.code == 3) {
+      key = ctx.Text(t);
+      hasKey = true;
+    } else if ((t.code == 350 || t.code == 360) && hasKey) {
+      dict.entries.emplace_back(std::move(key), HandleKey(t.value));
+      hasKey = false;
+    }
+  }
+  ctx.dictionaries[handle] = std::move(dict);
+}
+
+// LAYOUT: the plot settings, then the layout's own part. Codes 1, 70, 76 and
+// 330 mean different things in the two.
+void ReadLayout(Context& ctx, const Record& r) {
+  LayoutObject object;
+  object.handle = HandleOf(r);
+  Layout& layout = object.layout;
+  layout.handle = object.handle;
+  for (const DataTag& d : r.data) {
+    const Tag& t = d.tag;
+    const std::string_view sub = r.SubclassOf(d);
+    if (sub == "AcDbPlotSettings") {
+      ApplyPlotSettingsTag(ctx, t, layout.settings);
+      continue;
+    }
+    if (sub != "AcDbLayout") continue;
+    switch (t.code) {
+      case 1:
+        layout.name = ctx.Text(t);
+        break;
+      case 71:
+        layout.tabOrder = ctx.Short(t);
+        break;
+      case 10:
+        layout.limMin.x = ctx.Real(t);
+        break;
+      case 20:
+        layout.limMin.y = ctx.Real(t);
+        break;
+      case 11:
+        layout.limMax.x = ctx.Real(t);
+        break;
+      case 21:
+        layout.limMax.y = ctx.Real(t);
+        break;
+      case 12:
+        layout.insBase.x = ctx.Real(t);
+        break;
+      case 22:
+        layout.insBase.y = ctx.Real(t);
+        break;
+      case 32:
+        layout.insBase.z = ctx.Real(t);
+        break;
+      case 330:
+        object.blockRecord = HandleKey(t.value);
+        break;
+      default:
+        break;
+    }
+  }
+  if (!object.handle.empty()) ctx.layoutObjects.push_back(std::move(object));
+}
+
+void ReadPlotSettings(Context& ctx, const Record& r) {
+  const std::string handle = HandleOf(r);
+  if (handle.empty()) return;
+  PlotSettings settings;
+  for (const DataTag& d : r.data) {
+    if (r.SubclassOf(d) == "AcDbPlotSettings") ApplyPlotSettingsTag(ctx, d.tag, settings);
+  }
+  ctx.plotSettings[handle] = std::move(settings);
+}
+
+}  // namespace
+
+void ReadObjectsSection(Context& ctx, const Tag& start) {
+  Record r;
+  while (ReadRecord(ctx.stream, r)) {
+    if (r.type == "ENDSEC") return;
+    if (r.type == "DICTIONARY" || r.type == "ACDBDICTIONARYWDFLT") {
+      ReadDictionary(ctx, r);
+    } else if (r.type == "LAYOUT") {
+      ReadLayout(ctx, r);
+    } else if (r.type == "PLOTSETTINGS") {
+      ReadPlotSettings(ctx, r);
+    }
+  }
+  throw DxfError(dxfmsg::SectionWithoutEnd(ctx.stream.PlaceOf(start), "OBJECTS"));
+}
+
+}  // namespace sheafwork::embedded

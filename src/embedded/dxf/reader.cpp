@@ -1,0 +1,79 @@
+#include "embedded/dxf/reader.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <string>
+
+#include "embedded/dxf/context.h"
+#include "embedded/dxf/sections.h"
+
+namespace sheafwork::embedded {
+namespace {
+
+// The first tag must open a section: anything else is not a DXF file.
+bool OpensSection(Context& ctx) {
+  const Tag* first = nullptr;
+  try {
+    first = ctx.stream.Peek();
+  } catch (const DxfError&) {
+    return false;
+  }
+  return first == nullptr || (first->code == 0 && TrimSpaces(first->value) == "SECTION");
+}
+
+void ReadSections(Context& ctx) {
+  Tag tag;
+  while (ctx.stream.Next(tag)) {
+    if (tag.code != 0 || TrimSpaces(tag.value) != "SECTION") {
+      throw DxfError(dxfmsg::SectionExpected(ctx.stream.PlaceOf(tag), tag.binary ? "" : tag.value));
+    }
+    const Tag start = tag;
+    const Tag* name = ctx.stream.Peek();
+    if (name == nullptr || name->code != 2) {
+      throw DxfError(dxfmsg::SectionNameExpected(ctx.stream.PlaceOf(start)));
+    }
+    const std::string section(TrimSpaces(name->value));
+    ctx.stream.Next(tag);
+    if (section == "HEADER") {
+      ReadHeaderSection(ctx, start);
+    } else if (section == "TABLES") {
+      ReadTablesSection(ctx, start);
+    } else if (section == "BLOCKS") {
+      ReadBlocksSection(ctx, start);
+    } else if (section == "ENTITIES") {
+      ReadEntitiesSection(ctx, start);
+    } else if (section == "OBJECTS") {
+      ReadObjectsSection(ctx, start);
+    } else {
+      SkipSection(ctx, start, section);
+    }
+  }
+}
+
+}  // namespace
+
+Drawing ReadDxf(std::string_view bytes, const std::string& name) {
+  Drawing drawing;
+  drawing.path = name;
+  Context ctx(drawing, bytes, name);
+  if (!OpensSection(ctx)) throw DxfError(dxfmsg::NotDxf(name));
+  ReadSections(ctx);
+  FinishDrawing(ctx);
+  return drawing;
+}
+
+Drawing ReadDxfFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) throw DxfError(dxfmsg::CannotRead(path, std::strerror(errno)));
+  in.seekg(0, std::ios::end);
+  const std::streamoff size = in.tellg();
+  in.seekg(0, std::ios::beg);
+  if (size < 0 || !in) throw DxfError(dxfmsg::CannotRead(path, std::strerror(errno)));
+  std::string bytes(static_cast<std::size_t>(size), '\0');
+  in.read(bytes.data(), size);
+  if (in.gcount() != size) throw DxfError(dxfmsg::CannotRead(path, std::strerror(errno)));
+  return ReadDxf(bytes, path);
+}
+
+}  // namespace sheafwork::embedded

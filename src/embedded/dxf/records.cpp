@@ -1,0 +1,109 @@
+#include "embedded/dxf/records.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <utility>
+
+#include "embedded/dxf/reader.h"
+
+namespace sheafwork::embedded {
+
+std::string_view TrimSpaces(std::string_view s) {
+  while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
+  while (!s.empty() && (s.back() == ' ' || s.back() == '\t')) s.remove_suffix(1);
+  return s;
+}
+
+std::string HandleKey(std::string_view handle) {
+  handle = TrimSpaces(handle);
+  while (handle.size() > 1 && handle.front() == '0') handle.remove_prefix(1);
+  std::string key(handle);
+  for (char& c : key) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  }
+  return key;
+}
+
+TagStream::TagStream(std::string_view bytes, std::string name)
+    : tokenizer_(bytes, std::move(name)) {}
+
+const Tag* TagStream::Peek() {
+  if (!hasAhead_ && !atEnd_) {
+    hasAhead_ = tokenizer_.Next(ahead_);
+    atEnd_ = !hasAhead_;
+  }
+  return hasAhead_ ? &ahead_ : nullptr;
+}
+
+bool TagStream::Next(Tag& tag) {
+  if (Peek() == nullptr) return false;
+  tag = ahead_;
+  hasAhead_ = false;
+  return true;
+}
+
+bool TagStream::AtRecord(std::string_view type) {
+  const Tag* t = Peek();
+  return t != nullptr && t->code == 0 && TrimSpaces(t->value) == type;
+}
+
+dxfmsg::Place TagStream::PlaceOf(const Tag& tag) const { return {Name(), tag.line, tag.binary}; }
+
+std::span<const Tag> Record::XData(std::string_view app) const {
+  std::size_t i = 0;
+  while (i < xdata.size() && !(xdata[i].code == 1001 && TrimSpaces(xdata[i].value) == app)) ++i;
+  if (i == xdata.size()) return {};
+  const std::size_t first = ++i;
+  while (i < xdata.size() && xdata[i].code != 1001) ++i;
+  return std::span<const Tag>(xdata).subspan(first, i - first);
+}
+
+const Tag* Record::Find(int code) const {
+  for (const DataTag& d : data) {
+    if (d.tag.code == code) return &d.tag;
+  }
+  return nullptr;
+}
+
+bool ReadRecord(TagStream& stream, Record& record) {
+  record.subclasses.assign(1, std::string_view());
+  record.data.clear();
+  record.xdata.clear();
+  record.owner = {};
+  if (!stream.Next(record.start)) return false;
+  record.type = TrimSpaces(record.start.value);
+
+  bool inGroup = false;   // inside 102 {NAME ... 102 }
+  bool embedded = false;  // after 101: an embedded object, not read
+  bool inXData = false;
+  for (const Tag* t = stream.Peek(); t != nullptr && t->code != 0; t = stream.Peek()) {
+    Tag tag;
+    stream.Next(tag);
+    if (inXData || tag.code == 1001) {
+      inXData = true;
+      record.xdata.push_back(tag);
+      continue;
+    }
+    if (tag.code == 102) {
+      const std::string_view v = TrimSpaces(tag.value);
+      inGroup = !v.empty() && v.front() == '{';
+      continue;
+    }
+    if (inGroup || embedded) continue;
+    if (tag.code == 101) {
+      embedded = true;
+      continue;
+    }
+    if (tag.code == 100) {
+      record.subclasses.push_back(TrimSpaces(tag.value));
+      continue;
+    }
+    const auto subclass =
+        static_cast<std::uint16_t>(std::min<std::size_t>(record.subclasses.size() - 1, UINT16_MAX));
+    if (tag.code == 330 && subclass == 0 && record.owner.empty()) record.owner = tag.value;
+    record.data.push_back({tag, subclass});
+  }
+  return true;
+}
+
+}  // namespace sheafwork::embedded

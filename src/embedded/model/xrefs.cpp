@@ -1,0 +1,107 @@
+#include "embedded/model/xrefs.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+#include <system_error>
+
+namespace sheafwork::embedded {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+bool IsFile(const fs::path& path) {
+  std::error_code ec;
+  return fs::is_regular_file(path, ec);
+}
+
+// Stored paths often come from Windows: "\" separates their folders too.
+fs::path StoredPath(std::string stored) {
+  for (char& c : stored) {
+    if (c == '\\') c = '/';
+  }
+  return fs::path(stored);
+}
+
+std::vector<fs::path> SupportFolders(const std::string& supportPath) {
+  std::vector<fs::path> folders;
+  std::size_t pos = 0;
+  while (pos <= supportPath.size()) {
+    const auto bar = std::min(supportPath.find(';', pos), supportPath.size());
+    const std::string folder = supportPath.substr(pos, bar - pos);
+    const auto first = folder.find_first_not_of(' ');
+    if (first != std::string::npos) {
+      folders.emplace_back(folder.substr(first, folder.find_last_not_of(' ') - first + 1));
+    }
+    pos = bar + 1;
+  }
+  return folders;
+}
+
+// Where the reference is found; empty when nowhere.
+std::string Locate(const std::string& stored, const fs::path& drawingFolder,
+                   const std::vector<fs::path>& support) {
+  const fs::path path = StoredPath(stored);
+  if (path.empty()) return {};
+  const fs::path asGiven = path.is_absolute() ? path : drawingFolder / path;
+  if (IsFile(asGiven)) return asGiven.lexically_normal().string();
+  const fs::path name = path.filename();
+  if (name.empty()) return {};
+  if (IsFile(drawingFolder / name)) return (drawingFolder / name).lexically_normal().string();
+  for (const fs::path& folder : support) {
+    if (IsFile(folder / name)) return (folder / name).lexically_normal().string();
+  }
+  return {};
+}
+
+std::string Identity(const std::string& path) {
+  std::error_code ec;
+  const fs::path canonical = fs::weakly_canonical(path, ec);
+  return ec ? path : canonical.string();
+}
+
+void Resolve(Drawing& drawing, const std::vector<fs::path>& support, const DrawingLoader& load,
+             std::set<std::string>& chain, bool nested) {
+  drawing.xrefs.clear();
+  const fs::path folder = fs::path(drawing.path).parent_path();
+  for (const Block& block : drawing.blocks) {
+    if (!block.IsXref()) continue;
+    ExternalReference reference{block.name, block.xrefPath, {}, nullptr};
+    // An overlay inside a reference is not part of the referencing drawing.
+    const bool overlay = (block.flags & 8) != 0;
+    if (!(nested && overlay)) {
+      reference.resolvedPath = Locate(block.xrefPath, folder, support);
+    }
+    if (!reference.resolvedPath.empty()) {
+      const std::string identity = Identity(reference.resolvedPath);
+      if (!chain.contains(identity)) {
+        try {
+          std::shared_ptr<const Drawing> loaded = load(reference.resolvedPath);
+          if (loaded) {
+            auto copy = std::make_shared<Drawing>(*loaded);
+            copy->path = reference.resolvedPath;
+            chain.insert(identity);
+            Resolve(*copy, support, load, chain, true);
+            chain.erase(identity);
+            reference.drawing = std::move(copy);
+          }
+        } catch (...) {
+          // A reference that cannot be read counts as not found.
+          reference.resolvedPath.clear();
+        }
+      }
+    }
+    drawing.xrefs.push_back(std::move(reference));
+  }
+}
+
+}  // namespace
+
+void ResolveExternalReferences(Drawing& drawing, const std::string& supportPath,
+                               const DrawingLoader& load) {
+  std::set<std::string> chain = {Identity(drawing.path)};
+  Resolve(drawing, SupportFolders(supportPath), load, chain, false);
+}
+
+}  // namespace sheafwork::embedded

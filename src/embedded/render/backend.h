@@ -1,0 +1,66 @@
+#pragma once
+// What the frontend hands a backend: a few primitives in sheet millimetres
+// (y up), each with a resolved style. A backend only paints.
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "embedded/model/geometry.h"
+#include "embedded/render/transform.h"
+
+namespace sheafwork::embedded {
+
+struct Style {
+  std::uint32_t rgb = 0;  ///< 0xRRGGBB
+  double widthMm = 0.25;  ///< pen width on the sheet, never 0
+
+  bool operator==(const Style&) const = default;
+};
+
+/// One piece of text. Its own space has the anchor at the origin, the
+/// baseline along +x and y up, in the units of `height`; `toSheet` maps it
+/// onto the sheet (rotation, mirroring, blocks and the plot included).
+struct TextRun {
+  std::string_view text;  ///< plain UTF-8; '\n' separates lines
+  Affine2 toSheet;
+  double height = 1;  ///< cap height
+  double widthFactor = 1;
+  double obliqueDegrees = 0;
+  /// Single-line text: 0 left, 1 center, 2 right, 3 aligned, 4 middle, 5 fit.
+  int horizontalAlign = 0;
+  /// Single-line text: 0 baseline, 1 bottom, 2 middle, 3 top.
+  int verticalAlign = 0;
+  /// Aligned and fitted text: the baseline's length.
+  double fitLength = 0;
+  /// Multi-line text: attachment 1 (top left) to 9 (bottom right), 0 for
+  /// single-line text.
+  int attachment = 0;
+  double lineSpacing = 1;       ///< factor on the usual 5/3 of the cap height
+  std::string_view fontFamily;  ///< a TrueType family asked for, may be empty
+  std::string_view fontFile;    ///< the style's font file, may be empty
+};
+
+class Backend {
+ public:
+  virtual ~Backend();
+  /// Independent segments: points 2i and 2i+1.
+  virtual void DrawLines(std::span<const Vec2> pairs, const Style& style) = 0;
+  virtual void DrawPolyline(std::span<const Vec2> points, bool closed, const Style& style) = 0;
+  /// A circular arc from angle `start` over `sweep` radians (negative is
+  /// clockwise); a whole circle when |sweep| ≥ 2π. By default flattened
+  /// into a polyline.
+  virtual void DrawArc(Vec2 center, double radius, double start, double sweep, const Style& style);
+  /// Filled area of the loops (each closed implicitly), odd-even rule.
+  virtual void FillLoops(std::span<const Vec2> points, std::span<const int> loopSizes,
+                         const Style& style) = 0;
+  virtual void DrawPoint(Vec2 at, const Style& style) = 0;
+  virtual void DrawText(const TextRun& text, const Style& style) = 0;
+  /// Restricts what follows to the inside of `polygon` until PopClip.
+  virtual void PushClip(std::span<const Vec2> polygon) { (void)polygon; }
+  virtual void PopClip() {}
+  /// Everything drawn so far is handed on (batched lines included).
+  virtual void Flush() {}
+};
+
+}  // namespace sheafwork::embedded

@@ -1,0 +1,32 @@
+#pragma once
+// A backend that only measures: the box around everything drawn, text
+// estimated from its character count.
+
+#include <vector>
+
+#include "embedded/render/backend.h"
+#include "embedded/render/box.h"
+#include "embedded/render/text_layout.h"
+
+namespace sheafwork::embedded {
+
+class ExtentsBackend final : public Backend {
+ public:
+  void DrawLines(std::span<const Vec2> pairs, const Style& style) override;
+  void DrawPolyline(std::span<const Vec2> points, bool closed, const Style& style) override;
+  void FillLoops(std::span<const Vec2> points, std::span<const int> loopSizes,
+                 const Style& style) override;
+  void DrawPoint(Vec2 at, const Style& style) override;
+  void DrawText(const TextRun& text, const Style& style) override;
+
+  const Box2& Extents() const { return box_; }
+
+ private:
+  void Add(std::span<const Vec2> points);
+
+  Box2 box_;
+  std::vector<double> widths_;
+  std::vector<LinePlacement> lines_;
+};
+
+}  // namespace sheafwork::embedded

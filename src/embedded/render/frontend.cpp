@@ -1,0 +1,762 @@
+#include "embedded/render/frontend.h"
+
+#include <algorithm>
+#include <cmath>
+#include <type_traits>
+#include <variant>
+
+#include "embedded/render/aci_palette.h"
+#include "embedded/render/hatch_pattern.h"
+#include "embedded/render/text_codes.h"
+
+namespace sheafwork::embedded {
+
+namespace {
+
+constexpr double kPi = 3.14159265358979323846;
+constexpr std::size_t kMaxBlockDepth = 32;
+constexpr int kMaxInsertCopies = 100000;
+constexpr std::size_t kMaxPatternSegments = 200000;
+constexpr std::int32_t kViewportOff = 131072;
+
+Transform3 WithOcs(const Transform3& t, const Vec3& extrusion) {
+  return IsUnitZ(extrusion) ? t : t * Transform3::Ocs(extrusion);
+}
+
+Vec3 Cross(const Vec3& a, const Vec3& b) {
+  return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+}
+
+Vec3 Normalized(const Vec3& v) {
+  const double len = std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
+  return len > 0 ? Vec3{v.x / len, v.y / len, v.z / len} : kUnitZ;
+}
+
+/// The sheet map of the plane through `origin` spanned by `xAxis`, `yAxis`.
+Affine2 PlanarMap(const Transform3& t, const Vec3& origin, const Vec3& xAxis, const Vec3& yAxis) {
+  const Vec2 o = t.ApplyXY(origin);
+  const Vec2 x = t.ApplyXY({origin.x + xAxis.x, origin.y + xAxis.y, origin.z + xAxis.z});
+  const Vec2 y = t.ApplyXY({origin.x + yAxis.x, origin.y + yAxis.y, origin.z + yAxis.z});
+  return {x.x - o.x, x.y - o.y, y.x - o.x, y.y - o.y, o.x, o.y};
+}
+
+double AffineScale(const Affine2& a) {
+  return std::max(std::hypot(a.a, a.b), std::hypot(a.c, a.d));
+}
+
+/// Sweep in degrees of a counter-clockwise arc, in (0, 360].
+double SweepDegrees(double start, double end) {
+  double sweep = std::fmod(end - start, 360.0);
+  if (sweep <= 1e-12) sweep += 360.0;
+  return sweep;
+}
+
+}  // namespace
+
+Frontend::Frontend(const Drawing& drawing, Backend& backend, FrontendOptions options)
+    : root_(drawing), drawing_(&drawing), backend_(backend), options_(std::move(options)) {}
+
+// ---------------------------------------------------------------- layouts
+
+const Block* Frontend::ModelSpaceOf(const Drawing& drawing) const {
+  for (const Layout& layout : drawing.layouts) {
+    if (layout.IsModel()) {
+      if (const Block* b = drawing.LayoutBlock(layout)) return b;
+    }
+  }
+  if (const Block* b = drawing.FindBlock("*Model_Space")) return b;
+  return drawing.FindBlock("$MODEL_SPACE");
+}
+
+void Frontend::DrawLayout(const Layout& layout, const Affine2& toOutput) {
+  const Block* block = root_.LayoutBlock(layout);
+  if (block == nullptr) return;
+  const Transform3 t = Transform3::FromAffine2(toOutput);
+  if (layout.IsModel()) {
+    DrawBlockEntities(*block, t);
+    return;
+  }
+  // The first viewport of a paper layout (normally number 1) is the sheet
+  // itself: neither its frame nor its content is drawn.
+  std::vector<const Entity*> viewports;
+  const Entity* overall = nullptr;
+  for (const Entity& e : block->entities) {
+    const auto* vp = std::get_if<Viewport>(&e.geometry);
+    if (vp == nullptr) continue;
+    if (overall == nullptr) {
+      overall = &e;
+      continue;
+    }
+    if (vp->id == 1) continue;
+    viewports.push_back(&e);
+  }
+  auto drawContents = [&] {
+    if (!options_.viewportContents) return;
+    for (const Entity* e : viewports) {
+      DrawViewportContent(std::get<Viewport>(e->geometry), toOutput);
+    }
+  };
+  if (options_.viewportsFirst) drawContents();
+  for (const Entity& e : block->entities) {
+    const auto* vp = std::get_if<Viewport>(&e.geometry);
+    if (vp == nullptr) {
+      DrawEntity(e, t);
+      continue;
+    }
+    if (&e == overall || vp->id == 1) continue;
+    const Resolved r = Resolve(e.props);
+    if (r.visible) DrawViewportFrame(*vp, t, r.style);
+  }
+  if (!options_.viewportsFirst) drawContents();
+  backend_.Flush();
+}
+
+void Frontend::DrawBlockEntities(const Block& block, const Transform3& toOutput) {
+  DrawEntities(block.entities, toOutput);
+  backend_.Flush();
+}
+
+void Frontend::DrawViewportFrame(const Viewport& vp, const Transform3& t, const Style& style) {
+  const double hw = vp.width / 2, hh = vp.height / 2;
+  out_.clear();
+  for (const Vec2 c : {Vec2{-hw, -hh}, Vec2{hw, -hh}, Vec2{hw, hh}, Vec2{-hw, hh}}) {
+    out_.push_back(t.ApplyXY({vp.center.x + c.x, vp.center.y + c.y, 0}));
+  }
+  if (InCull(out_)) backend_.DrawPolyline(out_, true, style);
+}
+
+void Frontend::DrawViewportContent(const Viewport& vp, const Affine2& paperToOutput) {
+  if ((vp.flags & kViewportOff) != 0 || vp.viewHeight <= 0 || vp.height <= 0 || vp.width <= 0) {
+    return;
+  }
+  if (!IsUnitZ(vp.viewDirection)) {
+    ++stats_.skippedViewports;
+    return;
+  }
+  const Block* model = ModelSpaceOf(root_);
+  if (model == nullptr) return;
+  const double s = vp.height / vp.viewHeight;
+  const Affine2 modelToPaper =
+      Affine2::Translation(vp.center.x - s * vp.viewCenter.x, vp.center.y - s * vp.viewCenter.y) *
+      Affine2::Scaling(s, s) * Affine2::Rotation(vp.twist * kPi / 180.0) *
+      Affine2::Translation(-vp.viewTarget.x, -vp.viewTarget.y);
+
+  std::vector<Vec2> frame;
+  Box2 frameBox;
+  const double hw = vp.width / 2, hh = vp.height / 2;
+  for (const Vec2 c : {Vec2{-hw, -hh}, Vec2{hw, -hh}, Vec2{hw, hh}, Vec2{-hw, hh}}) {
+    frame.push_back(paperToOutput.Apply({vp.center.x + c.x, vp.center.y + c.y}));
+    frameBox.Extend(frame.back());
+  }
+  const std::optional<Box2> savedCull = options_.cull;
+  options_.cull = savedCull ? savedCull->Intersection(frameBox) : frameBox;
+  if (options_.cull->Empty()) {
+    options_.cull = savedCull;
+    return;
+  }
+  viewportFrozen_.clear();
+  for (const std::string& name : vp.frozenLayers) viewportFrozen_.push_back(NameKey(name));
+  looks_.clear();
+
+  backend_.PushClip(frame);
+  DrawEntities(model->entities, Transform3::FromAffine2(paperToOutput * modelToPaper));
+  backend_.PopClip();
+
+  viewportFrozen_.clear();
+  looks_.clear();
+  options_.cull = savedCull;
+}
+
+// ------------------------------------------------------------- properties
+
+const LayerLook& Frontend::LookFor(std::string_view layer) {
+  auto it = looks_.find(layer);
+  if (it != looks_.end()) return it->second;
+  const Layer* record = nullptr;
+  if (!xrefPrefix_.empty()) {
+    // The host drawing's copy of the layer ("XREF|name") carries its state.
+    record = root_.FindLayer(xrefPrefix_ + std::string(layer));
+  }
+  if (record == nullptr) record = drawing_->FindLayer(layer);
+  bool frozenHere = false;
+  if (!viewportFrozen_.empty()) {
+    const std::string key = NameKey(record != nullptr ? std::string_view(record->name) : layer);
+    frozenHere =
+        std::find(viewportFrozen_.begin(), viewportFrozen_.end(), key) != viewportFrozen_.end();
+  }
+  return looks_.emplace(layer, LookOfLayer(record, layer, frozenHere)).first->second;
+}
+
+Frontend::Resolved Frontend::Resolve(const EntityProps& props) {
+  Resolved r;
+  const BlockContext* block = blocks_.empty() ? nullptr : &blocks_.back();
+  r.layer = props.layer;
+  if (block != nullptr && props.layer == "0") r.layer = block->layer;
+  r.look = &LookFor(r.layer);
+  r.visible = !props.invisible && r.look->visible;
+  r.style.rgb = EntityRgb(props, r.look->rgb, block != nullptr ? block->rgb : AciToRgb(7));
+  r.lineweightMm =
+      EntityLineweightMm(props.lineweight, r.look->lineweightMm,
+                         block != nullptr ? block->lineweightMm : kDefaultLineweightMm);
+  r.style.widthMm = options_.lineweights.PenWidthMm(r.lineweightMm);
+  return r;
+}
+
+// ---------------------------------------------------------------- walking
+
+void Frontend::DrawEntities(const std::vector<Entity>& entities, const Transform3& t) {
+  for (const Entity& e : entities) DrawEntity(e, t);
+}
+
+void Frontend::DrawEntity(const Entity& e, const Transform3& t) {
+  const Resolved r = Resolve(e.props);
+  std::visit(
+      [&](const auto& g) {
+        using G = std::decay_t<decltype(g)>;
+        if constexpr (std::is_same_v<G, Insert>) {
+          if (e.props.invisible || r.look->frozen) return;  // a frozen layer hides it all
+          const Block* block = drawing_->FindBlock(g.block);
+          if (block == nullptr) {
+            ++stats_.missingBlocks;
+            return;
+          }
+          const Transform3 placed = WithOcs(t, g.extrusion) * Transform3::Translation(g.insert) *
+                                    Transform3::RotationZ(g.rotation);
+          DrawBlockReference(r, *block, placed, &g, t);
+        } else if constexpr (std::is_same_v<G, Dimension>) {
+          if (e.props.invisible || r.look->frozen) return;
+          const Block* block = drawing_->FindBlock(g.block);
+          if (block == nullptr) {
+            ++stats_.missingBlocks;
+            return;
+          }
+          const Transform3 placed =
+              WithOcs(t, g.extrusion) * Transform3::Translation(g.insert.value_or(Vec3{}));
+          DrawBlockReference(r, *block, placed, nullptr, t);
+        } else if constexpr (std::is_same_v<G, Viewport>) {
+          // Viewports act only at the top of a paper layout.
+        } else {
+          if (!r.visible) return;
+          if constexpr (std::is_same_v<G, Line>) {
+            DrawLine(g, t, r.style);
+          } else if constexpr (std::is_same_v<G, Circle>) {
+            DrawCircle(g.center, g.radius, 0, 360, g.extrusion, t, r.style);
+          } else if constexpr (std::is_same_v<G, Arc>) {
+            DrawCircle(g.center, g.radius, g.startAngle, SweepDegrees(g.startAngle, g.endAngle),
+                       g.extrusion, t, r.style);
+          } else if constexpr (std::is_same_v<G, Ellipse>) {
+            DrawEllipse(g, t, r.style);
+          } else if constexpr (std::is_same_v<G, Polyline>) {
+            DrawPolyline(g, t, r.style);
+          } else if constexpr (std::is_same_v<G, Spline>) {
+            DrawSpline(g, t, r.style);
+          } else if constexpr (std::is_same_v<G, Point>) {
+            const Vec2 p = t.ApplyXY(g.position);
+            if (InCull({&p, 1})) backend_.DrawPoint(p, r.style);
+          } else if constexpr (std::is_same_v<G, Solid>) {
+            DrawSolid(g, t, r.style);
+          } else if constexpr (std::is_same_v<G, Face3d>) {
+            DrawFace(g, t, r.style);
+          } else if constexpr (std::is_same_v<G, Text>) {
+            DrawText(g, t, r.style);
+          } else if constexpr (std::is_same_v<G, MText>) {
+            DrawMText(g, t, r.style);
+          } else if constexpr (std::is_same_v<G, Hatch>) {
+            DrawHatch(g, t, r.style);
+          } else if constexpr (std::is_same_v<G, Leader>) {
+            DrawLeader(g, t, r.style);
+          } else {
+            static_assert(std::is_same_v<G, void>, "every kind of entity is drawn");
+          }
+        }
+      },
+      e.geometry);
+}
+
+void Frontend::DrawBlockReference(const Resolved& r, const Block& block, const Transform3& placed,
+                                  const Insert* insert, const Transform3& parent) {
+  if (std::find(activeBlocks_.begin(), activeBlocks_.end(), &block) != activeBlocks_.end() ||
+      activeBlocks_.size() >= kMaxBlockDepth) {
+    ++stats_.recursiveBlocks;
+    return;
+  }
+  blocks_.push_back({r.layer, r.style.rgb, r.lineweightMm});
+  activeBlocks_.push_back(&block);
+
+  const int columns = insert != nullptr ? std::max<int>(insert->columns, 1) : 1;
+  const int rows = insert != nullptr ? std::max<int>(insert->rows, 1) : 1;
+  const Vec3 scale = insert != nullptr ? insert->scale : Vec3{1, 1, 1};
+  const Transform3 inner = Transform3::Scaling(scale) *
+                           Transform3::Translation({-block.base.x, -block.base.y, -block.base.z});
+  int copies = 0;
+  for (int row = 0; row < rows && copies < kMaxInsertCopies; ++row) {
+    for (int col = 0; col < columns && copies < kMaxInsertCopies; ++col, ++copies) {
+      Transform3 m = placed;
+      if (insert != nullptr && (row != 0 || col != 0)) {
+        m = m * Transform3::Translation({col * insert->columnSpacing, row * insert->rowSpacing, 0});
+      }
+      m = m * inner;
+      if (block.IsXref()) {
+        DrawXref(block, m);
+      } else {
+        DrawEntities(block.entities, m);
+      }
+    }
+  }
+  // Attributes are placed already: they follow the reference's own space.
+  if (insert != nullptr) {
+    for (const Attribute& attribute : insert->attributes) {
+      if (attribute.invisible) continue;
+      const Resolved ar = Resolve(attribute.props);
+      if (ar.visible) DrawText(attribute.text, parent, ar.style);
+    }
+  }
+  activeBlocks_.pop_back();
+  blocks_.pop_back();
+}
+
+void Frontend::DrawXref(const Block& block, const Transform3& t) {
+  const std::string key = NameKey(block.name);
+  const Drawing* xref = nullptr;
+  for (const ExternalReference& ref : drawing_->xrefs) {
+    if (NameKey(ref.blockName) == key) xref = ref.drawing.get();
+  }
+  if (xref == nullptr) {
+    ++stats_.unresolvedXrefs;
+    return;
+  }
+  if (std::find(activeDrawings_.begin(), activeDrawings_.end(), xref) != activeDrawings_.end()) {
+    ++stats_.recursiveBlocks;
+    return;
+  }
+  const Block* model = ModelSpaceOf(*xref);
+  if (model == nullptr) return;
+  const Drawing* savedDrawing = drawing_;
+  const std::string savedPrefix = xrefPrefix_;
+  activeDrawings_.push_back(drawing_);
+  drawing_ = xref;
+  xrefPrefix_ = block.name + "|";
+  looks_.clear();
+  DrawEntities(model->entities, t);
+  drawing_ = savedDrawing;
+  xrefPrefix_ = savedPrefix;
+  activeDrawings_.pop_back();
+  looks_.clear();
+}
+
+// ------------------------------------------------------------- primitives
+
+bool Frontend::InCull(std::span<const Vec2> points) const {
+  if (!options_.cull) return true;
+  Box2 box;
+  for (const Vec2& p : points) box.Extend(p);
+  return box.Intersects(*options_.cull);
+}
+
+bool Frontend::MapLocal(const Affine2& a) {
+  out_.clear();
+  out_.reserve(local_.size());
+  for (const Vec2& p : local_) out_.push_back(a.Apply(p));
+  return InCull(out_);
+}
+
+void Frontend::EmitPolyline(bool closed, const Style& s) {
+  if (out_.size() >= 2 && InCull(out_)) backend_.DrawPolyline(out_, closed, s);
+}
+
+void Frontend::DrawLine(const Line& g, const Transform3& t, const Style& s) {
+  const Vec2 pair[2] = {t.ApplyXY(g.start), t.ApplyXY(g.end)};
+  if (InCull(pair)) backend_.DrawLines(pair, s);
+}
+
+void Frontend::DrawCircle(const Vec3& center, double radius, double startDeg, double sweepDeg,
+                          const Vec3& extrusion, const Transform3& t, const Style& s) {
+  if (!(radius > 0)) return;
+  const Affine2 a = WithOcs(t, extrusion).PlaneAt(center.z);
+  const bool full = sweepDeg >= 360.0;
+  const double sweep = sweepDeg * kPi / 180.0;
+  // Under a similarity a circle stays a circle: hand it over whole.
+  const double s1 = std::hypot(a.a, a.b), s2 = std::hypot(a.c, a.d);
+  if (std::fabs(s1 - s2) <= 1e-9 * s1 && std::fabs(a.a * a.c + a.b * a.d) <= 1e-9 * s1 * s2) {
+    const Vec2 c = a.Apply({center.x, center.y});
+    const double r = radius * s1;
+    if (options_.cull &&
+        !Box2::Of({c.x - r, c.y - r}, {c.x + r, c.y + r}).Intersects(*options_.cull)) {
+      return;
+    }
+    const double start = startDeg * kPi / 180.0;
+    const Vec2 dir = a.ApplyLinear({std::cos(start), std::sin(start)});
+    const bool mirrored = a.Determinant() < 0;
+    backend_.DrawArc(c, r, std::atan2(dir.y, dir.x), mirrored ? -sweep : sweep, s);
+    return;
+  }
+  const int n = ArcSegments(radius * AffineScale(a), sweep, options_.flattening);
+  local_.clear();
+  AppendArc(local_, {center.x, center.y}, radius, startDeg * kPi / 180.0, sweep, n, true);
+  if (full) local_.pop_back();
+  MapLocal(a);
+  EmitPolyline(full, s);
+}
+
+void Frontend::DrawEllipse(const Ellipse& g, const Transform3& t, const Style& s) {
+  const Vec3 normal = Normalized(g.extrusion);
+  const Vec3 minorDir = Cross(normal, g.majorAxis);
+  const Vec3 minor{minorDir.x * g.ratio, minorDir.y * g.ratio, minorDir.z * g.ratio};
+  const Affine2 a = PlanarMap(t, g.center, g.majorAxis, minor);
+  double sweep = g.endParam - g.startParam;
+  const bool full = std::fabs(sweep) >= 2 * kPi - 1e-9 || sweep == 0;
+  if (full) {
+    sweep = 2 * kPi;
+  } else {
+    sweep = std::fmod(sweep, 2 * kPi);
+    if (sweep <= 0) sweep += 2 * kPi;
+  }
+  const int n = ArcSegments(AffineScale(a), sweep, options_.flattening);
+  local_.clear();
+  AppendArc(local_, {0, 0}, 1, full ? 0 : g.startParam, sweep, n, true);
+  if (full) local_.pop_back();
+  MapLocal(a);
+  EmitPolyline(full, s);
+}
+
+void Frontend::DrawBand(std::span<const Vec2> pts, double w0, double w1, const Affine2& a,
+                        const Style& s) {
+  // A filled band along `pts`, its width going from w0 to w1 by length.
+  const std::size_t n = pts.size();
+  if (n < 2) return;
+  double total = 0;
+  for (std::size_t i = 1; i < n; ++i)
+    total += std::hypot(pts[i].x - pts[i - 1].x, pts[i].y - pts[i - 1].y);
+  if (total <= 0) return;
+  std::vector<Vec2>& band = pairs_;
+  band.assign(2 * n, Vec2{});
+  double run = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    if (i > 0) run += std::hypot(pts[i].x - pts[i - 1].x, pts[i].y - pts[i - 1].y);
+    const Vec2 prev = pts[i > 0 ? i - 1 : i];
+    const Vec2 next = pts[i + 1 < n ? i + 1 : i];
+    double dx = next.x - prev.x, dy = next.y - prev.y;
+    const double len = std::hypot(dx, dy);
+    if (len > 0) {
+      dx /= len;
+      dy /= len;
+    }
+    const double half = (w0 + (w1 - w0) * run / total) / 2;
+    band[i] = a.Apply({pts[i].x - dy * half, pts[i].y + dx * half});
+    band[2 * n - 1 - i] = a.Apply({pts[i].x + dy * half, pts[i].y - dx * half});
+  }
+  if (!InCull(band)) return;
+  const int size = static_cast<int>(band.size());
+  backend_.FillLoops(band, {&size, 1}, s);
+}
+
+void Frontend::DrawPolyline(const Polyline& g, const Transform3& t, const Style& s) {
+  const std::size_t n = g.vertices.size();
+  if (n == 0) return;
+  if (g.is3d) {
+    out_.clear();
+    for (const PolylineVertex& v : g.vertices) out_.push_back(t.ApplyXY(v.point));
+    if (n == 1) {
+      if (InCull(out_)) backend_.DrawPoint(out_[0], s);
+      return;
+    }
+    EmitPolyline(g.closed, s);
+    return;
+  }
+  const Affine2 a = WithOcs(t, g.extrusion).PlaneAt(g.elevation);
+  const double scale = AffineScale(a);
+  bool wide = g.constantWidth > 0;
+  for (const PolylineVertex& v : g.vertices) wide = wide || v.startWidth > 0 || v.endWidth > 0;
+  const std::size_t segments = g.closed ? n : n - 1;
+  if (!wide) {
+    local_.clear();
+    local_.push_back({g.vertices[0].point.x, g.vertices[0].point.y});
+    for (std::size_t i = 0; i < segments; ++i) {
+      const PolylineVertex& from = g.vertices[i];
+      const PolylineVertex& to = g.vertices[(i + 1) % n];
+      AppendBulgeSegment(local_, {from.point.x, from.point.y}, {to.point.x, to.point.y}, from.bulge,
+                         scale, options_.flattening);
+    }
+    if (g.closed && local_.size() > 1) local_.pop_back();  // back at the first vertex
+    MapLocal(a);
+    if (n == 1 || out_.size() == 1) {
+      if (InCull(out_)) backend_.DrawPoint(out_[0], s);
+      return;
+    }
+    EmitPolyline(g.closed, s);
+    return;
+  }
+  for (std::size_t i = 0; i < segments; ++i) {
+    const PolylineVertex& from = g.vertices[i];
+    const PolylineVertex& to = g.vertices[(i + 1) % n];
+    local_.clear();
+    local_.push_back({from.point.x, from.point.y});
+    AppendBulgeSegment(local_, {from.point.x, from.point.y}, {to.point.x, to.point.y}, from.bulge,
+                       scale, options_.flattening);
+    const double w0 = g.constantWidth > 0 ? g.constantWidth : from.startWidth;
+    const double w1 = g.constantWidth > 0 ? g.constantWidth : from.endWidth;
+    if (w0 <= 0 && w1 <= 0) {
+      MapLocal(a);
+      EmitPolyline(false, s);
+    } else {
+      DrawBand(local_, w0, w1, a, s);
+    }
+  }
+}
+
+void Frontend::DrawSpline(const Spline& g, const Transform3& t, const Style& s) {
+  points3_.clear();
+  if (g.controlPoints.size() >= 2) {
+    const int spans = static_cast<int>(g.controlPoints.size()) - std::max(g.degree, 1);
+    AppendBSpline(points3_, g.degree, g.knots, g.controlPoints, g.weights,
+                  std::clamp(16 * std::max(spans, 1), 16, 4096));
+  } else if (g.fitPoints.size() >= 2) {
+    AppendThroughPoints(points3_, g.fitPoints, g.closed, 16);
+  } else {
+    return;
+  }
+  out_.clear();
+  for (const Vec3& p : points3_) out_.push_back(t.ApplyXY(p));
+  EmitPolyline(false, s);
+}
+
+void Frontend::DrawSolid(const Solid& g, const Transform3& t, const Style& s) {
+  const Affine2 a = WithOcs(t, g.extrusion).PlaneAt(g.corners[0].z);
+  local_.clear();
+  for (int i : {0, 1, 3, 2}) local_.push_back({g.corners[i].x, g.corners[i].y});
+  if (!MapLocal(a)) return;
+  if (root_.header.fillMode) {
+    const int size = 4;
+    backend_.FillLoops(out_, {&size, 1}, s);
+  } else {
+    backend_.DrawPolyline(out_, true, s);
+  }
+}
+
+void Frontend::DrawFace(const Face3d& g, const Transform3& t, const Style& s) {
+  pairs_.clear();
+  for (int i = 0; i < 4; ++i) {
+    if ((g.invisibleEdges & (1 << i)) != 0) continue;
+    const Vec3& p = g.corners[static_cast<std::size_t>(i)];
+    const Vec3& q = g.corners[static_cast<std::size_t>((i + 1) % 4)];
+    if (p.x == q.x && p.y == q.y && p.z == q.z) continue;
+    pairs_.push_back(t.ApplyXY(p));
+    pairs_.push_back(t.ApplyXY(q));
+  }
+  if (!pairs_.empty() && InCull(pairs_)) backend_.DrawLines(pairs_, s);
+}
+
+void Frontend::DrawText(const Text& g, const Transform3& t, const Style& s) {
+  text_.clear();
+  AppendWithSpecialCodes(g.text, text_);
+  if (text_.empty()) return;
+  const TextStyle* style = drawing_->FindTextStyle(g.style);
+  TextRun run;
+  run.height = g.height > 0
+                   ? g.height
+                   : (style != nullptr && style->fixedHeight > 0 ? style->fixedHeight : 1.0);
+  run.widthFactor = g.widthFactor > 0 ? g.widthFactor : 1.0;
+  run.obliqueDegrees = g.oblique;
+  run.horizontalAlign = g.horizontalAlign;
+  run.verticalAlign = g.verticalAlign;
+  Vec3 anchor = g.insert;
+  double rotation = g.rotation * kPi / 180.0;
+  const bool baselineFromPoints =
+      (g.horizontalAlign == 3 || g.horizontalAlign == 5) && g.hasAlignPoint;
+  if (baselineFromPoints) {
+    const double dx = g.alignPoint.x - g.insert.x, dy = g.alignPoint.y - g.insert.y;
+    run.fitLength = std::hypot(dx, dy);
+    if (run.fitLength > 0) rotation = std::atan2(dy, dx);
+  } else if ((g.horizontalAlign != 0 || g.verticalAlign != 0) && g.hasAlignPoint) {
+    anchor = g.alignPoint;
+  }
+  if ((g.horizontalAlign == 3 || g.horizontalAlign == 5) && run.fitLength <= 0) {
+    run.horizontalAlign = 0;
+  }
+  Affine2 local = WithOcs(t, g.extrusion).PlaneAt(anchor.z) *
+                  Affine2::Translation(anchor.x, anchor.y) * Affine2::Rotation(rotation);
+  if ((g.generation & 2) != 0) local = local * Affine2::Scaling(-1, 1);
+  if ((g.generation & 4) != 0) local = local * Affine2::Scaling(1, -1);
+  run.toSheet = local;
+  run.text = text_;
+  if (style != nullptr) {
+    run.fontFamily = style->trueTypeFamily;
+    run.fontFile = style->fontFile;
+  }
+  backend_.DrawText(run, s);
+}
+
+void Frontend::DrawMText(const MText& g, const Transform3& t, const Style& s) {
+  text_.clear();
+  AppendMTextPlain(g.text, text_);
+  if (text_.empty()) return;
+  const TextStyle* style = drawing_->FindTextStyle(g.style);
+  const Vec3 normal = Normalized(g.extrusion);
+  Vec3 xAxis;
+  const bool defaultAxis = g.xAxis.x == 1 && g.xAxis.y == 0 && g.xAxis.z == 0;
+  if (defaultAxis || (g.xAxis.x == 0 && g.xAxis.y == 0 && g.xAxis.z == 0)) {
+    const double a = g.rotation * kPi / 180.0;
+    const Transform3 ocs = Transform3::Ocs(g.extrusion);
+    const Vec3 o = ocs.Apply({0, 0, 0});
+    const Vec3 d = ocs.Apply({std::cos(a), std::sin(a), 0});
+    xAxis = Normalized({d.x - o.x, d.y - o.y, d.z - o.z});
+  } else {
+    xAxis = Normalized(g.xAxis);
+  }
+  const Vec3 yAxis = Cross(normal, xAxis);
+  TextRun run;
+  run.toSheet = PlanarMap(t, g.insert, xAxis, yAxis);
+  run.height = g.height > 0 ? g.height : 1.0;
+  run.widthFactor = style != nullptr && style->widthFactor > 0 ? style->widthFactor : 1.0;
+  run.obliqueDegrees = style != nullptr ? style->oblique : 0;
+  run.attachment = std::clamp<int>(g.attachment, 1, 9);
+  run.lineSpacing = g.lineSpacing > 0 ? g.lineSpacing : 1.0;
+  run.text = text_;
+  if (style != nullptr) {
+    run.fontFamily = style->trueTypeFamily;
+    run.fontFile = style->fontFile;
+  }
+  backend_.DrawText(run, s);
+}
+
+void Frontend::DrawHatch(const Hatch& g, const Transform3& t, const Style& s) {
+  const Affine2 a = WithOcs(t, g.extrusion).PlaneAt(g.elevation);
+  const double scale = AffineScale(a);
+  local_.clear();
+  loopSizes_.clear();
+  bool anyExternal = false;
+  for (const HatchLoop& loop : g.loops) anyExternal = anyExternal || (loop.flags & (1 | 16)) != 0;
+  for (const HatchLoop& loop : g.loops) {
+    if (g.style == 2 && anyExternal && (loop.flags & (1 | 16)) == 0) continue;
+    const std::size_t first = local_.size();
+    auto add = [&](Vec2 p) {
+      if (local_.size() > first && local_.back().x == p.x && local_.back().y == p.y) return;
+      local_.push_back(p);
+    };
+    if (loop.isPolyline) {
+      const std::size_t n = loop.polyline.size();
+      if (n == 0) continue;
+      local_.push_back({loop.polyline[0].point.x, loop.polyline[0].point.y});
+      for (std::size_t i = 0; i < n; ++i) {
+        if (i + 1 == n && !loop.closed && n > 1) {
+          // The boundary closes anyway; the last bulge only counts when closed.
+          break;
+        }
+        const PolylineVertex& from = loop.polyline[i];
+        const PolylineVertex& to = loop.polyline[(i + 1) % n];
+        AppendBulgeSegment(local_, {from.point.x, from.point.y}, {to.point.x, to.point.y},
+                           from.bulge, scale, options_.flattening);
+      }
+    } else {
+      for (const HatchEdge& edge : loop.edges) {
+        switch (edge.kind) {
+          case HatchEdge::Kind::Line:
+            add(edge.start);
+            add(edge.end);
+            break;
+          case HatchEdge::Kind::Arc:
+          case HatchEdge::Kind::EllipseArc: {
+            double start = edge.startAngle, end = edge.endAngle;
+            const bool elliptic = edge.kind == HatchEdge::Kind::EllipseArc;
+            const double ratio = edge.ratio > 0 ? edge.ratio : 1.0;
+            auto param = [&](double degrees) {
+              const double r = degrees * kPi / 180.0;
+              return elliptic ? std::atan2(std::sin(r) / ratio, std::cos(r)) : r;
+            };
+            double sweep = SweepDegrees(start, end) * kPi / 180.0;
+            if (elliptic) {
+              sweep = param(end) - param(start);
+              if (sweep <= 1e-12) sweep += 2 * kPi;
+              if (SweepDegrees(start, end) >= 360.0) sweep = 2 * kPi;
+            }
+            double from = param(start);
+            if (!edge.counterClockwise) {  // stored mirrored: run the other way
+              from = -from;
+              sweep = -sweep;
+            }
+            const double radius =
+                elliptic ? std::hypot(edge.majorAxis.x, edge.majorAxis.y) : edge.radius;
+            const int n = ArcSegments(radius * scale, sweep, options_.flattening);
+            const Vec2 major = elliptic ? edge.majorAxis : Vec2{radius, 0};
+            const Vec2 minor{-major.y * (elliptic ? ratio : 1.0),
+                             major.x * (elliptic ? ratio : 1.0)};
+            for (int i = 0; i <= n; ++i) {
+              const double u = from + sweep * i / n;
+              add({edge.center.x + std::cos(u) * major.x + std::sin(u) * minor.x,
+                   edge.center.y + std::cos(u) * major.y + std::sin(u) * minor.y});
+            }
+            break;
+          }
+          case HatchEdge::Kind::Spline: {
+            points3_.clear();
+            std::vector<Vec3> pts;
+            if (edge.controlPoints.size() >= 2) {
+              for (const Vec2& p : edge.controlPoints) pts.push_back({p.x, p.y, 0});
+              AppendBSpline(points3_, edge.degree, edge.knots, pts, edge.weights,
+                            std::clamp(16 * static_cast<int>(pts.size()), 16, 4096));
+            } else {
+              for (const Vec2& p : edge.fitPoints) pts.push_back({p.x, p.y, 0});
+              AppendThroughPoints(points3_, pts, false, 16);
+            }
+            for (const Vec3& p : points3_) add({p.x, p.y});
+            break;
+          }
+        }
+      }
+    }
+    // Drop a repeated first point at the end; the loop closes by itself.
+    if (local_.size() > first + 1 && local_.back().x == local_[first].x &&
+        local_.back().y == local_[first].y) {
+      local_.pop_back();
+    }
+    const int size = static_cast<int>(local_.size() - first);
+    if (size < 3) {
+      local_.resize(first);
+      continue;
+    }
+    loopSizes_.push_back(size);
+  }
+  if (loopSizes_.empty()) return;
+  if (!MapLocal(a)) return;
+  if (g.solid) {
+    backend_.FillLoops(out_, loopSizes_, s);
+    return;
+  }
+  for (const HatchPatternLine& line : g.patternLines) {
+    pairs_.clear();
+    if (!AppendPatternSegments(local_, loopSizes_, line, pairs_, kMaxPatternSegments)) {
+      ++stats_.densePatterns;
+    }
+    if (pairs_.empty()) continue;
+    for (Vec2& p : pairs_) p = a.Apply(p);
+    backend_.DrawLines(pairs_, s);
+  }
+}
+
+void Frontend::DrawLeader(const Leader& g, const Transform3& t, const Style& s) {
+  if (g.vertices.size() < 2) return;
+  out_.clear();
+  for (const Vec3& v : g.vertices) out_.push_back(t.ApplyXY(v));
+  if (!InCull(out_)) return;
+  backend_.DrawPolyline(out_, false, s);
+  if (!g.arrowhead) return;
+  // A filled arrowhead at the first vertex, in drawing units, no longer
+  // than half the first segment.
+  const Vec3& tip = g.vertices[0];
+  const Vec3& next = g.vertices[1];
+  const double dx = next.x - tip.x, dy = next.y - tip.y;
+  const double length = std::hypot(dx, dy);
+  if (length <= 0) return;
+  const double size = std::min(root_.header.measurement == 0 ? 0.18 : 2.5, length / 2);
+  const double ux = dx / length, uy = dy / length;
+  const double half = size / 6;
+  const Vec3 corners[3] = {tip,
+                           {tip.x + ux * size - uy * half, tip.y + uy * size + ux * half, tip.z},
+                           {tip.x + ux * size + uy * half, tip.y + uy * size - ux * half, tip.z}};
+  out_.clear();
+  for (const Vec3& c : corners) out_.push_back(t.ApplyXY(c));
+  const int size3 = 3;
+  backend_.FillLoops(out_, {&size3, 1}, s);
+}
+
+}  // namespace sheafwork::embedded

@@ -1,0 +1,124 @@
+#pragma once
+// Walks a layout's entities, resolves what each one looks like (visibility,
+// colour, pen width, block and viewport transforms) and hands the backend
+// flattened primitives on the sheet.
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "embedded/model/drawing.h"
+#include "embedded/render/backend.h"
+#include "embedded/render/box.h"
+#include "embedded/render/curves.h"
+#include "embedded/render/properties.h"
+#include "embedded/render/transform.h"
+
+namespace sheafwork::embedded {
+
+struct FrontendOptions {
+  Flattening flattening;  ///< in output units
+  LineweightPolicy lineweights;
+  /// Output region outside which primitives are dropped; nothing dropped
+  /// when absent.
+  std::optional<Box2> cull;
+  /// Draw model space through the viewports of paper layouts (extents of
+  /// a paper layout look at the frames only).
+  bool viewportContents = true;
+  /// Paper layouts: viewport contents before the paper-space entities.
+  bool viewportsFirst = false;
+};
+
+/// What the frontend left out, for the plot's report.
+struct FrontendStats {
+  std::size_t missingBlocks = 0;
+  std::size_t unresolvedXrefs = 0;
+  std::size_t recursiveBlocks = 0;
+  std::size_t skippedViewports = 0;  ///< not a plan view
+  std::size_t densePatterns = 0;     ///< hatch patterns cut short
+};
+
+class Frontend {
+ public:
+  Frontend(const Drawing& drawing, Backend& backend, FrontendOptions options);
+
+  /// Draws `layout` through `toOutput` (its drawing units to output units):
+  /// the entities of its block, and for a paper layout the model space
+  /// through each of its viewports.
+  void DrawLayout(const Layout& layout, const Affine2& toOutput);
+  /// Draws the entities of `block` as top-level entities.
+  void DrawBlockEntities(const Block& block, const Transform3& toOutput);
+
+  const FrontendStats& Stats() const { return stats_; }
+
+ private:
+  struct BlockContext {
+    std::string_view layer;  ///< the reference's layer as resolved
+    std::uint32_t rgb = 0;
+    double lineweightMm = kDefaultLineweightMm;
+  };
+  struct Resolved {
+    std::string_view layer;
+    const LayerLook* look = nullptr;
+    bool visible = false;
+    Style style;
+    double lineweightMm = kDefaultLineweightMm;
+  };
+
+  void DrawEntities(const std::vector<Entity>& entities, const Transform3& t);
+  void DrawEntity(const Entity& entity, const Transform3& t);
+  void DrawViewportContent(const Viewport& vp, const Affine2& paperToOutput);
+  void DrawViewportFrame(const Viewport& vp, const Transform3& t, const Style& style);
+  void DrawBlockReference(const Resolved& r, const Block& block, const Transform3& placed,
+                          const Insert* insert, const Transform3& parent);
+  void DrawXref(const Block& block, const Transform3& t);
+
+  void DrawLine(const Line& g, const Transform3& t, const Style& s);
+  void DrawCircle(const Vec3& center, double radius, double startDeg, double sweepDeg,
+                  const Vec3& extrusion, const Transform3& t, const Style& s);
+  void DrawEllipse(const Ellipse& g, const Transform3& t, const Style& s);
+  void DrawPolyline(const Polyline& g, const Transform3& t, const Style& s);
+  void DrawSpline(const Spline& g, const Transform3& t, const Style& s);
+  void DrawSolid(const Solid& g, const Transform3& t, const Style& s);
+  void DrawFace(const Face3d& g, const Transform3& t, const Style& s);
+  void DrawText(const Text& g, const Transform3& t, const Style& s);
+  void DrawMText(const MText& g, const Transform3& t, const Style& s);
+  void DrawHatch(const Hatch& g, const Transform3& t, const Style& s);
+  void DrawLeader(const Leader& g, const Transform3& t, const Style& s);
+  void DrawBand(std::span<const Vec2> local, double w0, double w1, const Affine2& a,
+                const Style& s);
+
+  Resolved Resolve(const EntityProps& props);
+  const LayerLook& LookFor(std::string_view layer);
+  const Block* ModelSpaceOf(const Drawing& drawing) const;
+  /// Maps `local_` through `a` into `out_`; false when it misses the cull box.
+  bool MapLocal(const Affine2& a);
+  bool InCull(std::span<const Vec2> points) const;
+  void EmitPolyline(bool closed, const Style& s);
+
+  const Drawing& root_;
+  const Drawing* drawing_;  ///< the drawing being walked (an xref's inside one)
+  std::string xrefPrefix_;  ///< "name|" inside an external reference
+  Backend& backend_;
+  FrontendOptions options_;
+  FrontendStats stats_;
+
+  std::unordered_map<std::string_view, LayerLook> looks_;
+  std::vector<std::string> viewportFrozen_;  ///< name keys
+  std::vector<BlockContext> blocks_;
+  std::vector<const Block*> activeBlocks_;
+  std::vector<const Drawing*> activeDrawings_;
+
+  // Scratch buffers reused from entity to entity.
+  std::vector<Vec2> local_;
+  std::vector<Vec2> out_;
+  std::vector<Vec3> points3_;
+  std::vector<int> loopSizes_;
+  std::vector<Vec2> pairs_;
+  std::string text_;
+};
+
+}  // namespace sheafwork::embedded

@@ -1,0 +1,54 @@
+#include "embedded/render/messages.h"
+
+#include <charconv>
+
+namespace sheafwork::embedded::render_messages {
+
+namespace {
+
+std::string Number(double value) {
+  char buffer[32];
+  const auto result =
+      std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, 6);
+  return std::string(buffer, result.ptr);
+}
+
+std::string Size(double widthMm, double heightMm) {
+  return Number(widthMm) + " x " + Number(heightMm) + " mm";
+}
+
+}  // namespace
+
+std::string NothingToPlot() { return "aucun dessin ou aucune présentation à tracer"; }
+
+std::string InvalidPaper(double widthMm, double heightMm) {
+  return "format de papier invalide : " + Size(widthMm, heightMm);
+}
+
+std::string NoGuiApplication() {
+  return "le tracé demande une application graphique Qt, une autre application est déjà active";
+}
+
+std::string PdfCannotCreate(const std::string& path) {
+  return "impossible de créer le fichier PDF : " + path;
+}
+
+std::string PdfCannotWrite(const std::string& path) {
+  return "impossible d'écrire le fichier PDF : " + path;
+}
+
+std::string PrinterNotFound(const std::string& name) { return "imprimante introuvable : " + name; }
+
+std::string PrinterRefusesPaper(const std::string& name, double widthMm, double heightMm) {
+  return "l'imprimante " + name + " refuse le format " + Size(widthMm, heightMm);
+}
+
+std::string PrinterCannotStart(const std::string& name) {
+  return "impossible de démarrer l'impression sur l'imprimante " + name;
+}
+
+std::string PrinterCannotFinish(const std::string& name) {
+  return "l'impression sur l'imprimante " + name + " n'a pas pu être terminée";
+}
+
+}  // namespace sheafwork::embedded::render_messages

@@ -1,0 +1,80 @@
+#include "embedded/render/paint_sheet.h"
+
+#include <QPainter>
+#include <QRectF>
+#include <QTransform>
+#include <cmath>
+
+#include "embedded/render/messages.h"
+#include "embedded/render/painter_backend.h"
+#include "embedded/render/plot_area.h"
+#include "embedded/render/qt_application.h"
+
+namespace sheafwork::embedded {
+
+namespace {
+
+// Lines a little outside the cull box can still reach into it.
+constexpr double kCullSlackMm = 5;
+// Largest gap between a curve and its chords on the sheet.
+constexpr double kFlatteningMm = 0.01;
+
+}  // namespace
+
+SheetLayout PlanSheet(const PlotJob& job) {
+  if (job.drawing == nullptr || job.layout == nullptr) {
+    throw PlotError(render_messages::NothingToPlot());
+  }
+  const PlotSettings& s = job.settings;
+  if (!(s.paperWidth > 0 && s.paperHeight > 0 && std::isfinite(s.paperWidth) &&
+        std::isfinite(s.paperHeight))) {
+    throw PlotError(render_messages::InvalidPaper(s.paperWidth, s.paperHeight));
+  }
+  return ComputeSheetLayout(s, ComputePlotRegion(*job.drawing, *job.layout, s));
+}
+
+FrontendStats PaintSheet(QPainter& painter, const PlotJob& job, const SheetLayout& sheet,
+                         const PaintOptions& options) {
+  EnsureGuiApplication();
+  const PlotSettings& s = job.settings;
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing, true);
+  painter.setRenderHint(QPainter::TextAntialiasing, true);
+  const double k = options.pixelsPerMm;
+  painter.setWorldTransform(QTransform(k, 0, 0, -k, 0, sheet.frame.height * k), true);
+
+  Box2 cull = Box2::Of({0, 0}, {sheet.frame.width, sheet.frame.height});
+  if (options.clipToPrintable) {
+    const Box2& p = sheet.frame.printable;
+    painter.setClipRect(QRectF(p.min.x, p.min.y, p.Width(), p.Height()), Qt::IntersectClip);
+    cull = p;
+  }
+  cull.min = {cull.min.x - kCullSlackMm, cull.min.y - kCullSlackMm};
+  cull.max = {cull.max.x + kCullSlackMm, cull.max.y + kCullSlackMm};
+
+  FrontendOptions fo;
+  fo.flattening = {kFlatteningMm, 16};
+  fo.lineweights.plotLineweights = s.Has(kPrintLineweights) || s.Has(kPlotPlotStyles);
+  fo.lineweights.scale = s.Has(kScaleLineweights) && !job.layout->IsModel() ? sheet.scale : 1.0;
+  fo.cull = cull;
+  fo.viewportsFirst = s.Has(kDrawViewportsFirst);
+
+  FrontendStats stats;
+  {
+    PainterBackend backend(painter);
+    Frontend frontend(*job.drawing, backend, fo);
+    frontend.DrawLayout(*job.layout, sheet.drawingToSheet);
+    stats = frontend.Stats();
+  }
+  painter.restore();
+  return stats;
+}
+
+FrontendStats PaintSheet(QPainter& painter, const PlotJob& job, double pixelsPerMm) {
+  const SheetLayout sheet = PlanSheet(job);
+  PaintOptions options;
+  options.pixelsPerMm = pixelsPerMm;
+  return PaintSheet(painter, job, sheet, options);
+}
+
+}  // namespace sheafwork::embedded

@@ -1,0 +1,30 @@
+#pragma once
+// Painting one plot job's sheet with a QPainter.
+
+#include "embedded/render/frontend.h"
+#include "embedded/render/page_geometry.h"
+#include "embedded/render/plot_job.h"
+
+class QPainter;
+
+namespace sheafwork::embedded {
+
+/// Where the job's plot goes on its sheet. Throws PlotError when the job
+/// has no drawing or layout or its paper is not a real size.
+SheetLayout PlanSheet(const PlotJob& job);
+
+struct PaintOptions {
+  double pixelsPerMm = 10;       ///< the painter's device units per sheet millimetre
+  bool clipToPrintable = false;  ///< printers: nothing outside the printable area
+};
+
+/// Paints the job's sheet on `painter`, whose device origin is the sheet's
+/// top-left corner; the background is left as it is. Creates the Qt
+/// application when there is none. Returns what was left out.
+FrontendStats PaintSheet(QPainter& painter, const PlotJob& job, const SheetLayout& sheet,
+                         const PaintOptions& options);
+
+/// PlanSheet, then PaintSheet without clipping.
+FrontendStats PaintSheet(QPainter& painter, const PlotJob& job, double pixelsPerMm);
+
+}  // namespace sheafwork::embedded

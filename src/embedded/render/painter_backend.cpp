@@ -1,0 +1,231 @@
+#include "embedded/render/painter_backend.h"
+
+#include <QColor>
+#include <QFontDatabase>
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPen>
+#include <QRectF>
+#include <QString>
+#include <algorithm>
+#include <cmath>
+
+namespace sheafwork::embedded {
+
+namespace {
+
+constexpr std::size_t kLineBatch = 4096;
+constexpr std::size_t kPolylineChunk = 512;  // long polylines are slow to antialias whole
+constexpr int kGlyphPixels = 200;            // glyph units: the font's pixel size
+constexpr double kPi = 3.14159265358979323846;
+
+QColor ToColor(std::uint32_t rgb) {
+  return QColor(static_cast<int>((rgb >> 16) & 0xFF), static_cast<int>((rgb >> 8) & 0xFF),
+                static_cast<int>(rgb & 0xFF));
+}
+
+QString LowerStem(std::string_view file) {
+  QString name = QString::fromUtf8(file.data(), static_cast<qsizetype>(file.size()));
+  const qsizetype slash = std::max(name.lastIndexOf(u'/'), name.lastIndexOf(u'\\'));
+  if (slash >= 0) name = name.mid(slash + 1);
+  const QString lower = name.toLower();
+  for (const char* ext : {".ttf", ".otf", ".ttc"}) {
+    if (lower.endsWith(QLatin1String(ext))) return name.left(name.size() - 4);
+  }
+  return {};
+}
+
+}  // namespace
+
+PainterBackend::PainterBackend(QPainter& painter)
+    : painter_(painter), base_(painter.worldTransform()) {
+  lines_.reserve(kLineBatch);
+}
+
+PainterBackend::~PainterBackend() { Flush(); }
+
+void PainterBackend::Flush() {
+  if (lines_.empty()) return;
+  UsePen(lineStyle_);
+  painter_.drawLines(lines_.data(), static_cast<int>(lines_.size()));
+  lines_.clear();
+}
+
+// After a restore() the painter's pen and brush are unknown (neither flag
+// set); switching to stroking always clears the brush and vice versa.
+void PainterBackend::UsePen(const Style& style) {
+  if (penSet_ && pen_ == style) return;
+  if (!penSet_) {
+    painter_.setBrush(Qt::NoBrush);
+    fillSet_ = false;
+  }
+  QPen pen(ToColor(style.rgb), style.widthMm, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+  pen.setCosmetic(false);
+  painter_.setPen(pen);
+  pen_ = style;
+  penSet_ = true;
+}
+
+void PainterBackend::UseFill(const Style& style) {
+  if (!fillSet_) {
+    painter_.setPen(Qt::NoPen);
+    penSet_ = false;
+  } else if (fill_ == style.rgb) {
+    return;
+  }
+  painter_.setBrush(ToColor(style.rgb));
+  fill_ = style.rgb;
+  fillSet_ = true;
+}
+
+void PainterBackend::DrawLines(std::span<const Vec2> pairs, const Style& style) {
+  if (!lines_.empty() && !(lineStyle_ == style)) Flush();
+  lineStyle_ = style;
+  for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
+    lines_.emplace_back(pairs[i].x, pairs[i].y, pairs[i + 1].x, pairs[i + 1].y);
+    if (lines_.size() >= kLineBatch) Flush();
+  }
+}
+
+void PainterBackend::DrawPolyline(std::span<const Vec2> points, bool closed, const Style& style) {
+  if (points.size() < 2) return;
+  Flush();
+  UsePen(style);
+  points_.clear();
+  for (const Vec2& p : points) points_.emplace_back(p.x, p.y);
+  if (closed) points_.push_back(points_.front());
+  // Chunks share their end points so that the round joins stay continuous.
+  for (std::size_t start = 0; start + 1 < points_.size(); start += kPolylineChunk - 1) {
+    const std::size_t count = std::min(kPolylineChunk, points_.size() - start);
+    painter_.drawPolyline(points_.data() + start, static_cast<int>(count));
+  }
+}
+
+void PainterBackend::DrawArc(Vec2 center, double radius, double start, double sweep,
+                             const Style& style) {
+  Flush();
+  UsePen(style);
+  if (std::fabs(sweep) >= 2 * kPi) {
+    painter_.drawEllipse(QPointF(center.x, center.y), radius, radius);
+    return;
+  }
+  // Qt measures arc angles towards -y; our y runs up, so both angles flip.
+  const QRectF box(center.x - radius, center.y - radius, 2 * radius, 2 * radius);
+  const double startDeg = -start * 180.0 / kPi;
+  QPainterPath path;
+  path.arcMoveTo(box, startDeg);
+  path.arcTo(box, startDeg, -sweep * 180.0 / kPi);
+  painter_.drawPath(path);
+}
+
+void PainterBackend::FillLoops(std::span<const Vec2> points, std::span<const int> loopSizes,
+                               const Style& style) {
+  Flush();
+  UseFill(style);
+  if (loopSizes.size() == 1) {
+    points_.clear();
+    for (const Vec2& p : points.first(static_cast<std::size_t>(loopSizes[0]))) {
+      points_.emplace_back(p.x, p.y);
+    }
+    painter_.drawPolygon(points_.data(), static_cast<int>(points_.size()), Qt::OddEvenFill);
+    return;
+  }
+  QPainterPath path;
+  path.setFillRule(Qt::OddEvenFill);
+  std::size_t first = 0;
+  for (int size : loopSizes) {
+    if (size <= 0) continue;
+    path.moveTo(points[first].x, points[first].y);
+    for (int i = 1; i < size; ++i) {
+      const Vec2& p = points[first + static_cast<std::size_t>(i)];
+      path.lineTo(p.x, p.y);
+    }
+    path.closeSubpath();
+    first += static_cast<std::size_t>(size);
+  }
+  painter_.drawPath(path);
+}
+
+void PainterBackend::DrawPoint(Vec2 at, const Style& style) {
+  Flush();
+  UseFill(style);
+  const double r = std::max(style.widthMm / 2, 0.05);
+  painter_.drawEllipse(QPointF(at.x, at.y), r, r);
+}
+
+const PainterBackend::FontEntry& PainterBackend::FontFor(std::string_view family,
+                                                         std::string_view file) {
+  std::string key(family);
+  key += '|';
+  key += file;
+  auto it = fonts_.find(key);
+  if (it != fonts_.end()) return it->second;
+  QString chosen = QStringLiteral("DejaVu Sans");
+  const QString asked = QString::fromUtf8(family.data(), static_cast<qsizetype>(family.size()));
+  const QString stem = LowerStem(file);
+  if (!asked.isEmpty() && QFontDatabase::hasFamily(asked)) {
+    chosen = asked;
+  } else if (!stem.isEmpty() && QFontDatabase::hasFamily(stem)) {
+    chosen = stem;
+  }
+  FontEntry entry;
+  entry.font = QFont(chosen);
+  entry.font.setPixelSize(kGlyphPixels);
+  entry.font.setHintingPreference(QFont::PreferNoHinting);
+  const QFontMetricsF fm(entry.font);
+  entry.metrics.capHeight = fm.capHeight() > 0 ? fm.capHeight() : fm.ascent() * 0.7;
+  entry.metrics.descent = fm.descent();
+  return fonts_.emplace(std::move(key), std::move(entry)).first->second;
+}
+
+void PainterBackend::DrawText(const TextRun& run, const Style& style) {
+  Flush();
+  const FontEntry& font = FontFor(run.fontFamily, run.fontFile);
+  const QFontMetricsF fm(font.font);
+  std::vector<QString> lines;
+  const QString all = QString::fromUtf8(run.text.data(), static_cast<qsizetype>(run.text.size()));
+  for (const QString& line : all.split(u'\n')) lines.push_back(line);
+  widths_.clear();
+  for (const QString& line : lines) widths_.push_back(fm.horizontalAdvance(line));
+  placements_.assign(lines.size(), LinePlacement{});
+  const RunPlacement p = PlaceRun(run, font.metrics, widths_, placements_);
+  const double shear = std::tan(run.obliqueDegrees * kPi / 180.0);
+  const QTransform toSheet(run.toSheet.a, run.toSheet.b, run.toSheet.c, run.toSheet.d,
+                           run.toSheet.e, run.toSheet.f);
+  painter_.save();
+  painter_.setFont(font.font);
+  painter_.setPen(ToColor(style.rgb));
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    if (lines[i].isEmpty()) continue;
+    // Glyph space (y down, baseline at 0) to the run's space (y up).
+    const QTransform glyph(p.xScale, 0, -shear * p.yScale, -p.yScale, placements_[i].x,
+                           placements_[i].baseline);
+    painter_.setWorldTransform(glyph * toSheet * base_);
+    painter_.drawText(QPointF(0, 0), lines[i]);
+  }
+  painter_.restore();
+  penSet_ = false;
+  fillSet_ = false;
+}
+
+void PainterBackend::PushClip(std::span<const Vec2> polygon) {
+  Flush();
+  painter_.save();
+  QPainterPath path;
+  if (!polygon.empty()) {
+    path.moveTo(polygon[0].x, polygon[0].y);
+    for (std::size_t i = 1; i < polygon.size(); ++i) path.lineTo(polygon[i].x, polygon[i].y);
+    path.closeSubpath();
+  }
+  painter_.setClipPath(path, painter_.hasClipping() ? Qt::IntersectClip : Qt::ReplaceClip);
+}
+
+void PainterBackend::PopClip() {
+  Flush();
+  painter_.restore();
+  penSet_ = false;
+  fillSet_ = false;
+}
+
+}  // namespace sheafwork::embedded

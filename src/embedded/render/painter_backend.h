@@ -1,0 +1,61 @@
+#pragma once
+// The backend that paints with a QPainter on any paint device. The
+// painter's transform must map sheet millimetres (y up) to the device.
+
+#include <QFont>
+#include <QLineF>
+#include <QPointF>
+#include <QTransform>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "embedded/render/backend.h"
+#include "embedded/render/text_layout.h"
+
+class QPainter;
+
+namespace sheafwork::embedded {
+
+class PainterBackend final : public Backend {
+ public:
+  explicit PainterBackend(QPainter& painter);
+  ~PainterBackend() override;
+  PainterBackend(const PainterBackend&) = delete;
+  PainterBackend& operator=(const PainterBackend&) = delete;
+
+  void DrawLines(std::span<const Vec2> pairs, const Style& style) override;
+  void DrawPolyline(std::span<const Vec2> points, bool closed, const Style& style) override;
+  void DrawArc(Vec2 center, double radius, double start, double sweep, const Style& style) override;
+  void FillLoops(std::span<const Vec2> points, std::span<const int> loopSizes,
+                 const Style& style) override;
+  void DrawPoint(Vec2 at, const Style& style) override;
+  void DrawText(const TextRun& text, const Style& style) override;
+  void PushClip(std::span<const Vec2> polygon) override;
+  void PopClip() override;
+  void Flush() override;
+
+ private:
+  struct FontEntry {
+    QFont font;
+    FontMetrics metrics;
+  };
+  void UsePen(const Style& style);
+  void UseFill(const Style& style);
+  const FontEntry& FontFor(std::string_view family, std::string_view file);
+
+  QPainter& painter_;
+  QTransform base_;
+  std::vector<QLineF> lines_;
+  Style lineStyle_;
+  Style pen_;
+  bool penSet_ = false;
+  std::uint32_t fill_ = 0;
+  bool fillSet_ = false;
+  std::vector<QPointF> points_;
+  std::unordered_map<std::string, FontEntry> fonts_;
+  std::vector<double> widths_;
+  std::vector<LinePlacement> placements_;
+};
+
+}  // namespace sheafwork::embedded

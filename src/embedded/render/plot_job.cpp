@@ -1,0 +1,104 @@
+#include "embedded/render/plot_job.h"
+
+#include <QFileInfo>
+#include <QMarginsF>
+#include <QPageLayout>
+#include <QPageSize>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QPrinter>
+#include <QPrinterInfo>
+#include <QString>
+#include <algorithm>
+
+#include "embedded/render/messages.h"
+#include "embedded/render/paint_sheet.h"
+#include "embedded/render/qt_application.h"
+
+namespace sheafwork::embedded {
+
+namespace {
+
+QString ToQString(const std::string& s) {
+  return QString::fromUtf8(s.data(), static_cast<qsizetype>(s.size()));
+}
+
+// The sheet as a page: the size given portrait, turned when wider than tall.
+QPageLayout SheetPageLayout(const SheetFrame& frame, QPageSize::SizeMatchPolicy match) {
+  const double shortSide = std::min(frame.width, frame.height);
+  const double longSide = std::max(frame.width, frame.height);
+  const QPageSize size(QSizeF(shortSide, longSide), QPageSize::Millimeter, QString(), match);
+  return QPageLayout(size,
+                     frame.width > frame.height ? QPageLayout::Landscape : QPageLayout::Portrait,
+                     QMarginsF(0, 0, 0, 0), QPageLayout::Millimeter);
+}
+
+void WritePdf(const PlotJob& job, const SheetLayout& sheet) {
+  const QString path = ToQString(job.outputPath);
+  const int dpi = job.resolutionDpi > 0 ? job.resolutionDpi : 1200;
+  {
+    QPdfWriter writer(path);
+    writer.setResolution(dpi);
+    writer.setTitle(ToQString(job.title));
+    writer.setCreator(QStringLiteral("Sheafwork"));
+    if (!writer.setPageLayout(SheetPageLayout(sheet.frame, QPageSize::ExactMatch))) {
+      throw PlotError(render_messages::InvalidPaper(sheet.frame.width, sheet.frame.height));
+    }
+    QPainter painter;
+    if (path.isEmpty() || !painter.begin(&writer)) {
+      throw PlotError(render_messages::PdfCannotCreate(job.outputPath));
+    }
+    PaintOptions options;
+    options.pixelsPerMm = dpi / 25.4;
+    PaintSheet(painter, job, sheet, options);
+    if (!painter.end()) throw PlotError(render_messages::PdfCannotWrite(job.outputPath));
+  }  // the writer closes the file here
+  const QFileInfo written(path);
+  if (!written.exists() || written.size() == 0) {
+    throw PlotError(render_messages::PdfCannotWrite(job.outputPath));
+  }
+}
+
+void Print(const PlotJob& job, const SheetLayout& sheet) {
+  const QString name = ToQString(job.printerName);
+  // Qt ignores an unknown printer name and would write a PDF instead.
+  if (name.isEmpty() || !QPrinterInfo::availablePrinterNames().contains(name)) {
+    throw PlotError(render_messages::PrinterNotFound(job.printerName));
+  }
+  QPrinter printer(QPrinter::HighResolution);
+  printer.setPrinterName(name);
+  if (printer.printerName() != name)
+    throw PlotError(render_messages::PrinterNotFound(job.printerName));
+  printer.setDocName(ToQString(job.title));
+  printer.setCreator(QStringLiteral("Sheafwork"));
+  printer.setFullPage(true);
+  if (!printer.setPageLayout(SheetPageLayout(sheet.frame, QPageSize::FuzzyMatch))) {
+    throw PlotError(render_messages::PrinterRefusesPaper(job.printerName, sheet.frame.width,
+                                                         sheet.frame.height));
+  }
+  QPainter painter;
+  if (!painter.begin(&printer))
+    throw PlotError(render_messages::PrinterCannotStart(job.printerName));
+  PaintOptions options;
+  options.pixelsPerMm = printer.resolution() / 25.4;
+  options.clipToPrintable = true;
+  PaintSheet(painter, job, sheet, options);
+  if (!painter.end()) throw PlotError(render_messages::PrinterCannotFinish(job.printerName));
+}
+
+}  // namespace
+
+void RunPlotJob(const PlotJob& job) {
+  const SheetLayout sheet = PlanSheet(job);
+  EnsureGuiApplication();
+  switch (job.output) {
+    case OutputKind::Pdf:
+      WritePdf(job, sheet);
+      return;
+    case OutputKind::Printer:
+      Print(job, sheet);
+      return;
+  }
+}
+
+}  // namespace sheafwork::embedded

@@ -1,0 +1,67 @@
+#pragma once
+// Affine maps used by the plot engine: a planar one (drawing to sheet) and a
+// spatial one (entity coordinates through blocks and object coordinate
+// systems to the sheet, of which only x and y are kept).
+
+#include <cmath>
+
+#include "embedded/model/geometry.h"
+
+namespace sheafwork::embedded {
+
+/// x' = a·x + c·y + e, y' = b·x + d·y + f.
+struct Affine2 {
+  double a = 1, b = 0, c = 0, d = 1, e = 0, f = 0;
+
+  Vec2 Apply(Vec2 p) const { return {a * p.x + c * p.y + e, b * p.x + d * p.y + f}; }
+  Vec2 ApplyLinear(Vec2 v) const { return {a * v.x + c * v.y, b * v.x + d * v.y}; }
+  double Determinant() const { return a * d - b * c; }
+  Affine2 Inverse() const;
+
+  static Affine2 Translation(double x, double y) { return {1, 0, 0, 1, x, y}; }
+  static Affine2 Scaling(double sx, double sy) { return {sx, 0, 0, sy, 0, 0}; }
+  static Affine2 Rotation(double radians);
+};
+
+/// this ∘ other: apply `rhs` first, then `lhs`.
+Affine2 operator*(const Affine2& lhs, const Affine2& rhs);
+
+/// A 3-D affine map: rows of [linear | translation].
+struct Transform3 {
+  double m[3][4] = {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}};
+
+  Vec3 Apply(const Vec3& p) const {
+    return {m[0][0] * p.x + m[0][1] * p.y + m[0][2] * p.z + m[0][3],
+            m[1][0] * p.x + m[1][1] * p.y + m[1][2] * p.z + m[1][3],
+            m[2][0] * p.x + m[2][1] * p.y + m[2][2] * p.z + m[2][3]};
+  }
+  /// The x and y of Apply(p): where p lands on the sheet.
+  Vec2 ApplyXY(const Vec3& p) const {
+    return {m[0][0] * p.x + m[0][1] * p.y + m[0][2] * p.z + m[0][3],
+            m[1][0] * p.x + m[1][1] * p.y + m[1][2] * p.z + m[1][3]};
+  }
+  /// The planar map of the plane z = `z` of this space onto the sheet.
+  Affine2 PlaneAt(double z) const {
+    return {m[0][0], m[1][0], m[0][1], m[1][1], m[0][2] * z + m[0][3], m[1][2] * z + m[1][3]};
+  }
+  /// The largest length on the sheet of a unit step in the x-y plane.
+  double PlanarScale() const;
+
+  static Transform3 Translation(const Vec3& t);
+  static Transform3 Scaling(const Vec3& s);
+  static Transform3 RotationZ(double degrees);
+  /// Object coordinates of `extrusion` to world coordinates (arbitrary axis
+  /// algorithm); the identity for +Z.
+  static Transform3 Ocs(const Vec3& extrusion);
+  static Transform3 FromAffine2(const Affine2& a);
+};
+
+/// Apply `rhs` first, then `lhs`.
+Transform3 operator*(const Transform3& lhs, const Transform3& rhs);
+
+/// True when `extrusion` is (close to) +Z.
+inline bool IsUnitZ(const Vec3& v) {
+  return std::fabs(v.x) < 1e-12 && std::fabs(v.y) < 1e-12 && v.z > 0;
+}
+
+}  // namespace sheafwork::embedded

@@ -1,0 +1,109 @@
+// `sheafwork check` on the example drawings: every kind of problem the plot
+// test looks for, each on its own row, and nothing reported for a good row.
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "e2e/program.h"
+#include "res/string_ids.h"
+#include "res/string_table.h"
+
+namespace sheafwork::e2e {
+namespace {
+
+// The results' problem lines (errors and warnings), by the drawing row
+// ("   Vérification <drawing>") they come under, in row order.
+std::vector<std::vector<std::string>> ProblemsByRow(const std::string& results) {
+  const std::string checking = LoadResourceText(ids::kTestChecking);
+  const std::string restoring = LoadResourceText(ids::kTestRestoringLogFile);
+  std::vector<std::vector<std::string>> rows;
+  bool inRows = false;
+  for (const auto& line : Lines(results)) {
+    if (line.rfind(checking, 0) == 0) {
+      rows.emplace_back();
+      inRows = true;
+      continue;
+    }
+    if (line.rfind(restoring, 0) == 0) inRows = false;
+    if (!inRows) continue;
+    if (line.rfind("ERREUR", 0) == 0 || line.rfind("AVERTISSEMENT", 0) == 0) {
+      rows.back().push_back(line);
+    }
+  }
+  return rows;
+}
+
+std::string Joined(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const auto& line : lines) text += line + "\n";
+  return text;
+}
+
+TEST(CheckCommand, ReportsEachMissingPieceOnItsRowAndNothingForAGoodRow) {
+  testing::TempFolder folder;
+  const std::string plans = CopyExamplePlans(folder);
+  const std::string list = folder.File("verification.qx3");
+  const auto plan = [&](const char* name) { return plans + "/" + name; };
+  const auto list_ = [&](const std::string& args) {
+    const ProgramRun run = Sheafwork("list " + args, folder);
+    ASSERT_EQ(run.status, 0) << args << "\n" << run.err;
+  };
+  const std::string rdc = Quoted(plan("rez-de-chaussee.dxf"));
+  const std::string facades = Quoted(plan("facades.dxf"));
+  const std::string missing = plan("sous-sol.dxf");
+
+  // The first row keeps every default: nothing to report.
+  list_("new " + Quoted(list) + " " + rdc);
+  list_("add " + Quoted(list) + " " + rdc +
+        " --layout 'Plan A3' --setup 'A3 paysage' --device PDF.pc3");
+  list_("add " + Quoted(list) + " " + rdc + " --layout 'Coupe BB' --device PDF.pc3");
+  list_("add " + Quoted(list) + " " + rdc +
+        " --layout 'Plan A3' --setup 'A0 portrait' --device PDF.pc3");
+  list_("add " + Quoted(list) + " " + facades + " --layout 'Façade nord' --device PDF.pc3");
+  list_("add " + Quoted(list) + " " + facades + " --layout 'Toutes les présentations'");
+  list_("add " + Quoted(list) + " " + Quoted(plan("etage.dxf")) +
+        " --layout 'Plan étage' --device 'Traceur-absent.pc3'");
+  list_("add " + Quoted(list) + " " + Quoted(missing) + " --device PDF.pc3");
+
+  const ProgramRun run = Sheafwork("check " + Quoted(list), folder);
+  EXPECT_EQ(run.status, 1) << run.err;
+
+  const std::string font = LoadResourceText(ids::kTestMissingFont) + "archi-perso.shx";
+  const std::string xref = LoadResourceText(ids::kTestMissingXref);
+  const std::vector<std::vector<std::string>> expected = {
+      {},
+      {},
+      {LoadResourceText(ids::kTestMissingLayoutStart) + "Coupe BB" +
+       LoadResourceText(ids::kTestMissingLayoutEnd)},
+      {LoadResourceText(ids::kTestMissingPageSetupStart) + "A0 portrait" +
+       LoadResourceText(ids::kTestMissingPageSetupEnd)},
+      {"<xref>", font},
+      {"<xref>", font,
+       LoadResourceText(ids::kNoneDeviceStart) + "Esquisse" +
+           LoadResourceText(ids::kNoneDeviceEnd)},
+      {LoadResourceText(ids::kMissingPlotterConfig) + "Traceur-absent.pc3"},
+      {LoadResourceText(ids::kTestCannotOpen)},
+  };
+
+  std::vector<std::vector<std::string>> found = ProblemsByRow(run.out);
+  ASSERT_EQ(found.size(), expected.size()) << run.out;
+  for (std::size_t row = 0; row < expected.size(); ++row) {
+    SCOPED_TRACE("row " + std::to_string(row + 1) + ":\n" + Joined(found[row]));
+    // The unresolved reference is named by the host's external-reference
+    // log line; only the reference that is really missing may appear.
+    for (auto& line : found[row]) {
+      if (line.rfind(xref, 0) == 0) {
+        EXPECT_NE(line.find("fond-de-plan"), std::string::npos);
+        EXPECT_NE(line.find(LoadResourceText(ids::kXrefNotFoundMark)), std::string::npos);
+        line = "<xref>";
+      }
+    }
+    EXPECT_EQ(found[row], expected[row]);
+  }
+}
+
+}  // namespace
+}  // namespace sheafwork::e2e

@@ -1,0 +1,240 @@
+// The example drawings: the committed files are exactly what the generator
+// writes, well-formed as the format wants, and the reader finds in them what
+// the generator put there.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <set>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "dxfgen/house.h"
+#include "dxfgen/large_drawing.h"
+#include "embedded/dxf/reader.h"
+#include "embedded/dxf/tokenizer.h"
+#include "fakes/temp_folder.h"
+
+namespace sheafwork::e2e {
+namespace {
+
+namespace fs = std::filesystem;
+using embedded::Drawing;
+
+const fs::path kPlans = fs::path(SHEAFWORK_SOURCE_DIR) / "examples/plans";
+
+TEST(Examples, CommittedFilesAreWhatTheGeneratorWrites) {
+  std::set<std::string> expected;
+  for (const auto& example : dxfgen::HouseExamples()) {
+    SCOPED_TRACE(example.name);
+    expected.insert(example.name);
+    const std::string committed = testing::TempFolder::Read((kPlans / example.name).string());
+    EXPECT_TRUE(committed == example.bytes)
+        << "examples/plans/" << example.name
+        << " differs from the generator: run `make_examples examples/plans`";
+  }
+  std::set<std::string> present;
+  for (const auto& entry : fs::directory_iterator(kPlans)) {
+    if (entry.path().extension() == ".dxf") present.insert(entry.path().filename().string());
+  }
+  EXPECT_EQ(present, expected);
+}
+
+// One object of a file: its type and its tags up to the next 0 tag.
+struct RawObject {
+  std::string type;
+  std::vector<std::pair<int, std::string>> tags;
+  std::string Value(int code) const {
+    for (const auto& [c, v] : tags) {
+      if (c == code) return v;
+    }
+    return {};
+  }
+};
+
+std::vector<RawObject> RawObjects(const std::string& bytes) {
+  embedded::Tokenizer tokenizer(bytes, "example.dxf");
+  embedded::Tag tag;
+  std::vector<RawObject> objects;
+  while (tokenizer.Next(tag)) {
+    if (tag.code == 0) {
+      objects.push_back({std::string(tag.value), {}});
+    } else if (!objects.empty()) {
+      objects.back().tags.emplace_back(tag.code, std::string(tag.value));
+    }
+  }
+  return objects;
+}
+
+// Handles are unique and below $HANDSEED; every owner is a known handle.
+void ExpectConsistentHandles(const std::string& bytes) {
+  const std::vector<RawObject> objects = RawObjects(bytes);
+  std::uint64_t seed = 0;
+  const RawObject& header = objects.at(0);
+  for (std::size_t i = 0; i + 1 < header.tags.size(); ++i) {
+    if (header.tags[i] == std::pair<int, std::string>{9, "$HANDSEED"}) {
+      seed = std::stoull(header.tags[i + 1].second, nullptr, 16);
+    }
+  }
+  ASSERT_GT(seed, 0u);
+  std::set<std::string> handles;
+  for (const auto& object : objects) {
+    std::string handle = object.Value(object.type == "DIMSTYLE" ? 105 : 5);
+    if (handle.empty() || object.type == "SECTION") continue;
+    EXPECT_TRUE(handles.insert(handle).second) << "handle " << handle << " twice";
+    EXPECT_LT(std::stoull(handle, nullptr, 16), seed) << object.type;
+  }
+  for (const auto& object : objects) {
+    for (const auto& [code, value] : object.tags) {
+      if (code == 330 && value != "0") {
+        EXPECT_TRUE(handles.count(value)) << object.type << " owned by unknown " << value;
+      }
+    }
+  }
+}
+
+const char* KindOf(const embedded::Entity& entity) {
+  return std::visit(
+      [](const auto& g) -> const char* {
+        using G = std::decay_t<decltype(g)>;
+        if constexpr (std::is_same_v<G, embedded::Line>) return "LINE";
+        if constexpr (std::is_same_v<G, embedded::Arc>) return "ARC";
+        if constexpr (std::is_same_v<G, embedded::Circle>) return "CIRCLE";
+        if constexpr (std::is_same_v<G, embedded::Polyline>) return "POLYLINE";
+        if constexpr (std::is_same_v<G, embedded::Text>) return "TEXT";
+        if constexpr (std::is_same_v<G, embedded::MText>) return "MTEXT";
+        if constexpr (std::is_same_v<G, embedded::Insert>) return "INSERT";
+        if constexpr (std::is_same_v<G, embedded::Hatch>) return "HATCH";
+        if constexpr (std::is_same_v<G, embedded::Solid>) return "SOLID";
+        if constexpr (std::is_same_v<G, embedded::Viewport>) return "VIEWPORT";
+        return "OTHER";
+      },
+      entity.geometry);
+}
+
+std::map<std::string, int> Kinds(const std::vector<embedded::Entity>& entities) {
+  std::map<std::string, int> kinds;
+  for (const auto& e : entities) ++kinds[KindOf(e)];
+  return kinds;
+}
+
+std::map<std::string, int> Kinds(const std::vector<dxfgen::Entity>& entities) {
+  std::map<std::string, int> kinds;
+  for (const auto& e : entities) ++kinds[e.type == "LWPOLYLINE" ? "POLYLINE" : e.type];
+  return kinds;
+}
+
+struct Example {
+  const char* file;
+  dxfgen::Document (*make)();
+};
+
+class ReleaseTwoThousandExample : public ::testing::TestWithParam<Example> {};
+
+TEST_P(ReleaseTwoThousandExample, ReaderFindsWhatTheGeneratorWrote) {
+  const dxfgen::Document doc = GetParam().make();
+  const std::string bytes = dxfgen::WriteDxf(doc);
+  ExpectConsistentHandles(bytes);
+  const Drawing drawing = embedded::ReadDxf(bytes, GetParam().file);
+
+  EXPECT_EQ(drawing.header.acadVer, doc.version);
+  ASSERT_EQ(drawing.layouts.size(), doc.layouts.size() + 1);
+  EXPECT_TRUE(drawing.layouts[0].IsModel());
+  const embedded::Block* model = drawing.LayoutBlock(drawing.layouts[0]);
+  ASSERT_NE(model, nullptr);
+  EXPECT_EQ(Kinds(model->entities), Kinds(doc.model));
+  EXPECT_EQ(drawing.activeLayout, static_cast<std::size_t>(doc.activeLayout + 1));
+
+  for (std::size_t i = 0; i < doc.layouts.size(); ++i) {
+    const auto& want = doc.layouts[i];
+    const auto& got = drawing.layouts[i + 1];
+    SCOPED_TRACE(want.name);
+    EXPECT_EQ(got.name, want.name);
+    EXPECT_FALSE(got.IsModel());
+    EXPECT_EQ(got.settings.configName, want.settings.device);
+    EXPECT_EQ(got.settings.mediaName, want.settings.media);
+    EXPECT_EQ(got.settings.paperWidth, want.settings.paperWidth);
+    EXPECT_EQ(got.settings.paperHeight, want.settings.paperHeight);
+    const embedded::Block* paper = drawing.LayoutBlock(got);
+    ASSERT_NE(paper, nullptr);
+    EXPECT_EQ(Kinds(paper->entities), Kinds(want.entities));
+  }
+
+  ASSERT_EQ(drawing.pageSetups.size(), doc.pageSetups.size());
+  for (std::size_t i = 0; i < doc.pageSetups.size(); ++i) {
+    EXPECT_EQ(drawing.pageSetups[i].name, doc.pageSetups[i].name);
+    EXPECT_EQ(drawing.pageSetups[i].settings.Has(embedded::kModelType),
+              (doc.pageSetups[i].settings.flags & dxfgen::kModelTypeFlag) != 0);
+    EXPECT_EQ(drawing.pageSetups[i].settings.paperWidth, doc.pageSetups[i].settings.paperWidth);
+  }
+  for (const auto& layer : doc.layers) {
+    const embedded::Layer* got = drawing.FindLayer(layer.name);
+    ASSERT_NE(got, nullptr) << layer.name;
+    EXPECT_EQ(got->color, layer.color) << layer.name;
+    EXPECT_EQ(got->plottable, layer.plottable) << layer.name;
+  }
+  for (const auto& style : doc.styles) {
+    const embedded::TextStyle* got = drawing.FindTextStyle(style.name);
+    ASSERT_NE(got, nullptr) << style.name;
+    EXPECT_EQ(got->fontFile, style.fontFile);
+  }
+  for (const auto& block : doc.blocks) {
+    const embedded::Block* got = drawing.FindBlock(block.name);
+    ASSERT_NE(got, nullptr) << block.name;
+    EXPECT_EQ(got->IsXref(), (block.flags & 4) != 0) << block.name;
+    EXPECT_EQ(got->xrefPath, block.xrefPath);
+    // Attribute definitions only describe the attributes of references.
+    std::map<std::string, int> drawn = Kinds(block.entities);
+    drawn.erase("ATTDEF");
+    EXPECT_EQ(Kinds(got->entities), drawn) << block.name;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Plans, ReleaseTwoThousandExample,
+                         ::testing::Values(Example{"rez-de-chaussee.dxf", dxfgen::GroundFloor},
+                                           Example{"etage.dxf", dxfgen::UpperFloor},
+                                           Example{"facades.dxf", dxfgen::Elevations},
+                                           Example{"cartouche.dxf", dxfgen::TitleBlock}),
+                         [](const auto& info) {
+                           std::string name = info.param.file;
+                           name = name.substr(0, name.find('.'));
+                           std::replace(name.begin(), name.end(), '-', '_');
+                           return name;
+                         });
+
+TEST(Examples, ReleaseTwelveDrawingGetsAModelAndOnePaperLayout) {
+  const dxfgen::Document doc = dxfgen::GardenShedR12();
+  const Drawing drawing = embedded::ReadDxf(dxfgen::WriteDxf(doc), "ancien-r12.dxf");
+  EXPECT_EQ(drawing.header.acadVer, "AC1009");
+  ASSERT_EQ(drawing.layouts.size(), 2u);
+  EXPECT_TRUE(drawing.layouts[0].IsModel());
+  EXPECT_FALSE(drawing.layouts[1].IsModel());
+  const embedded::Block* model = drawing.LayoutBlock(drawing.layouts[0]);
+  const embedded::Block* paper = drawing.LayoutBlock(drawing.layouts[1]);
+  ASSERT_NE(model, nullptr);
+  ASSERT_NE(paper, nullptr);
+  EXPECT_EQ(Kinds(model->entities), Kinds(doc.model));
+  EXPECT_EQ(Kinds(paper->entities), Kinds(doc.layouts[0].entities));
+}
+
+TEST(LargeDrawing, IsTheSameForTheSameSeedAndReadsBackEntityForEntity) {
+  const std::string once = dxfgen::WriteDxf(dxfgen::LargeDrawing(400, 7));
+  EXPECT_EQ(once, dxfgen::WriteDxf(dxfgen::LargeDrawing(400, 7)));
+  EXPECT_NE(once, dxfgen::WriteDxf(dxfgen::LargeDrawing(400, 8)));
+  ExpectConsistentHandles(once);
+
+  const dxfgen::Document doc = dxfgen::LargeDrawing(2003, 3);
+  const Drawing drawing = embedded::ReadDxf(dxfgen::WriteDxf(doc), "grand.dxf");
+  const embedded::Block* model = drawing.LayoutBlock(drawing.layouts.at(0));
+  ASSERT_NE(model, nullptr);
+  EXPECT_EQ(model->entities.size(), 2003u);
+  EXPECT_EQ(Kinds(model->entities), Kinds(doc.model));
+  EXPECT_TRUE(drawing.skippedEntities.empty());
+}
+
+}  // namespace
+}  // namespace sheafwork::e2e

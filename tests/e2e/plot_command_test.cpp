@@ -1,0 +1,182 @@
+// `sheafwork plot` on the example drawings: a list built with `sheafwork
+// list`, plotted by the embedded host to PDF files, with its journal and
+// error log.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "e2e/program.h"
+#include "fakes/log_lines.h"
+#include "res/string_ids.h"
+#include "res/string_table.h"
+
+namespace sheafwork::e2e {
+namespace {
+
+struct Sheet {
+  const char* name;
+  double widthMm;
+  double heightMm;
+};
+
+// Checks that `file` is a one-page PDF of the given sheet.
+void ExpectSheet(const std::string& file, const Sheet& sheet) {
+  SCOPED_TRACE(file);
+  const PdfPages pages = ReadPdfPages(file);
+  EXPECT_EQ(pages.count, 1);
+  ASSERT_FALSE(pages.mediaBoxes.empty());
+  EXPECT_NEAR(pages.mediaBoxes.front().first, Points(sheet.widthMm), 1.5) << sheet.name;
+  EXPECT_NEAR(pages.mediaBoxes.front().second, Points(sheet.heightMm), 1.5) << sheet.name;
+}
+
+class PlotCommand : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    plans_ = CopyExamplePlans(folder_);
+    out_ = folder_.File("sorties");
+    std::filesystem::create_directories(out_);
+    list_ = folder_.File("lot.qx3");
+    journal_ = folder_.File("journal.log");
+    errors_ = folder_.File("erreurs.log");
+  }
+
+  std::string Plan(const std::string& name) const { return plans_ + "/" + name; }
+  std::string Out(const std::string& name) const { return out_ + "/" + name; }
+
+  // Runs a `sheafwork list` command that must succeed.
+  void List(const std::string& args) {
+    const ProgramRun run = Sheafwork("list " + args, folder_);
+    ASSERT_EQ(run.status, 0) << args << "\n" << run.err;
+  }
+
+  void SetLogs() {
+    List("set " + Quoted(list_) + " --journal on --journal-file " + Quoted(journal_) +
+         " --journal-mode overwrite --error-log on --error-file " + Quoted(errors_) +
+         " --error-mode overwrite");
+  }
+
+  // The journal lines of plotted rows: those that name a drawing of ours.
+  std::vector<std::string> PlottedRows() const {
+    std::vector<std::string> rows;
+    for (const auto& line : testing::ReadLogLines(journal_)) {
+      if (line.find(".dxf, ") != std::string::npos) rows.push_back(line);
+    }
+    return rows;
+  }
+
+  testing::TempFolder folder_;
+  std::string plans_, out_, list_, journal_, errors_;
+};
+
+TEST_F(PlotCommand, PlotsEveryLayoutOfAGoodListToItsSheet) {
+  const std::string rdc = Plan("rez-de-chaussee.dxf");
+  // A new list's row keeps every default: the layout active when the
+  // drawing was saved ("Plan A3"), its own device, its own output file.
+  List("new " + Quoted(list_) + " " + Quoted(rdc));
+  List("add " + Quoted(list_) + " " + Quoted(rdc) + " --layout 'Plan A3' --device PDF.pc3" +
+       " --plot-file " + Quoted(Out("rdc-a3.pdf")));
+  // A named page setup of the drawing turns the A1 layout into an A3 sheet.
+  List("add " + Quoted(list_) + " " + Quoted(rdc) + " --layout 'Plan A1' --setup 'A3 paysage'" +
+       " --plot-file " + Quoted(Out("rdc-a1-en-a3.pdf")));
+  List("add " + Quoted(list_) + " " + Quoted(rdc) + " --layout 'Plan A1' --plot-file " +
+       Quoted(Out("rdc-a1.pdf")));
+  List("add " + Quoted(list_) + " " + Quoted(Plan("etage.dxf")) +
+       " --layout 'Toutes les présentations' --plot-file " + Quoted(Out("etage.pdf")));
+  // A page setup taken from another drawing.
+  List("add " + Quoted(list_) + " " + Quoted(Plan("facades.dxf")) + " --layout 'Façade sud'" +
+       " --setup " + Quoted(rdc + "|A1 paysage") + " --plot-file " + Quoted(Out("sud-a1.pdf")));
+  SetLogs();
+
+  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
+  EXPECT_EQ(run.status, 0) << run.err;
+
+  // Without a plot file the device writes beside the drawing.
+  std::vector<std::string> beside;
+  for (const auto& entry : std::filesystem::directory_iterator(plans_)) {
+    if (entry.path().extension() == ".pdf") beside.push_back(entry.path().string());
+  }
+  ASSERT_EQ(beside.size(), 1u);
+  EXPECT_NE(beside[0].find("rez-de-chaussee"), std::string::npos) << beside[0];
+  ExpectSheet(beside[0], {"A3", 420, 297});
+
+  ExpectSheet(PlotOutput(Out("rdc-a3.pdf")), {"A3", 420, 297});
+  ExpectSheet(PlotOutput(Out("rdc-a1-en-a3.pdf")), {"A3", 420, 297});
+  ExpectSheet(PlotOutput(Out("rdc-a1.pdf")), {"A1", 841, 594});
+  ExpectSheet(PlotOutput(Out("sud-a1.pdf")), {"A1", 841, 594});
+  // All layouts: one file per paper layout, named after the drawing and the layout.
+  const std::vector<std::pair<std::string, Sheet>> upper = {
+      {"etage-Plan étage", {"A3", 420, 297}},
+      {"etage-Détail chambres", {"A3", 420, 297}},
+      {"etage-Détail salle de bains", {"A4", 210, 297}},
+  };
+  for (const auto& [stem, sheet] : upper) {
+    const std::string file = PlotOutput(Out(stem));
+    EXPECT_FALSE(file.empty()) << stem << " was not plotted";
+    if (!file.empty()) ExpectSheet(file, sheet);
+  }
+
+  // One journal line per plotted row: drawing, folder, layout, page setup,
+  // device, time; empty fields as the list shows them.
+  const std::vector<std::string> rows = PlottedRows();
+  ASSERT_EQ(rows.size(), 6u) << testing::TempFolder::Read(journal_);
+  const std::string byDefault = LoadResourceText(ids::kDefault);
+  EXPECT_EQ(rows[0].rfind("rez-de-chaussee.dxf, " + plans_, 0), 0u) << rows[0];
+  EXPECT_NE(rows[0].find(", " + LoadResourceText(ids::kLayoutCurrentTab) + ", " + byDefault + ", " +
+                         byDefault + ", "),
+            std::string::npos)
+      << rows[0];
+  EXPECT_NE(rows[1].find(", Plan A3, " + byDefault + ", PDF.pc3, "), std::string::npos) << rows[1];
+  EXPECT_NE(rows[2].find(", Plan A1, A3 paysage, "), std::string::npos) << rows[2];
+  EXPECT_EQ(rows[4].rfind("etage.dxf, ", 0), 0u) << rows[4];
+  EXPECT_NE(rows[4].find(", " + LoadResourceText(ids::kLayoutAll) + ", "), std::string::npos)
+      << rows[4];
+
+  for (const auto& line : testing::ReadLogLines(errors_)) {
+    EXPECT_EQ(line.find("ERREUR"), std::string::npos) << line;
+  }
+}
+
+TEST_F(PlotCommand, AFailingRowIsLoggedAndTheRunGoesOn) {
+  const std::string rdc = Plan("rez-de-chaussee.dxf");
+  const std::string missing = Plan("sous-sol.dxf");
+  List("new " + Quoted(list_) + " " + Quoted(missing));
+  List("add " + Quoted(list_) + " " + Quoted(rdc) + " --layout 'Coupe BB' --plot-file " +
+       Quoted(Out("coupe.pdf")));
+  List("add " + Quoted(list_) + " " + Quoted(Plan("ancien-r12.dxf")) +
+       " --layout 'Toutes les présentations' --device PDF.pc3 --plot-file " +
+       Quoted(Out("ancien.pdf")));
+  SetLogs();
+
+  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
+  EXPECT_EQ(run.status, 1) << run.err;
+
+  const std::vector<std::string> errors = testing::ReadLogLines(errors_);
+  const auto has = [&](const std::string& line) {
+    return std::find(errors.begin(), errors.end(), line) != errors.end();
+  };
+  EXPECT_TRUE(has(LoadResourceText(ids::kLayoutSetupFailed) + rdc))
+      << testing::TempFolder::Read(errors_);
+  EXPECT_TRUE(has(LoadResourceText(ids::kPlotFailed) + rdc));
+  EXPECT_TRUE(has(LoadResourceText(ids::kCannotOpenDrawing) + missing));
+  EXPECT_TRUE(has(LoadResourceText(ids::kPlotFailed) + missing));
+  EXPECT_TRUE(PlotOutput(Out("coupe.pdf")).empty());
+
+  // The release-12 drawing after the failures is still plotted: its one
+  // paper space, made into a layout by the reader.
+  const std::vector<std::string> rows = PlottedRows();
+  ASSERT_EQ(rows.size(), 1u) << testing::TempFolder::Read(journal_);
+  EXPECT_EQ(rows[0].rfind("ancien-r12.dxf, ", 0), 0u) << rows[0];
+  std::vector<std::string> pdfs;
+  for (const auto& entry : std::filesystem::directory_iterator(out_)) {
+    pdfs.push_back(entry.path().filename().string());
+  }
+  ASSERT_EQ(pdfs.size(), 1u);
+  EXPECT_EQ(pdfs[0].rfind("ancien-", 0), 0u) << pdfs[0];
+  EXPECT_EQ(ReadPdfPages(out_ + "/" + pdfs[0]).count, 1);
+}
+
+}  // namespace
+}  // namespace sheafwork::e2e

@@ -1,0 +1,48 @@
+#pragma once
+// Running the built programs from an end-to-end test, and reading what they
+// leave behind.
+
+#include <string>
+#include <vector>
+
+#include "fakes/temp_folder.h"
+
+namespace sheafwork::e2e {
+
+struct ProgramRun {
+  int status = -1;  ///< exit status; -1 when the program did not exit normally
+  std::string out;
+  std::string err;
+};
+
+/// Runs `sheafwork` with `args` (words already quoted for the shell) in a
+/// setting like a server's: no display, no input, the per-user data folder
+/// inside `folder`.
+ProgramRun Sheafwork(const std::string& args, const testing::TempFolder& folder);
+
+/// `text` quoted for the shell.
+std::string Quoted(const std::string& text);
+
+/// Copies the example drawings of examples/plans into `folder`/plans and
+/// returns that folder's path.
+std::string CopyExamplePlans(const testing::TempFolder& folder);
+
+/// The lines of `text` split at LF (a CR before it dropped).
+std::vector<std::string> Lines(const std::string& text);
+
+/// What a PDF file says about its pages.
+struct PdfPages {
+  int count = 0;
+  /// The width and height of each /MediaBox, in points.
+  std::vector<std::pair<double, double>> mediaBoxes;
+};
+PdfPages ReadPdfPages(const std::string& path);
+
+/// Millimetres in PDF points.
+inline double Points(double mm) { return mm / 25.4 * 72; }
+
+/// The file a plot to `stem` produced: `stem` itself or `stem` with ".pdf"
+/// added; empty when neither exists.
+std::string PlotOutput(const std::string& stem);
+
+}  // namespace sheafwork::e2e

@@ -1,0 +1,115 @@
+// The program's plot run and plot test over the embedded host.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "batch/session.h"
+#include "embedded/automation/embedded_fixture.h"
+#include "fakes/log_lines.h"
+#include "host/host_session.h"
+#include "plotrun/plot_run.h"
+#include "plottest/plot_test.h"
+#include "res/string_table.h"
+
+namespace sheafwork::embedded {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+struct NoFonts : FontFolders {
+  bool HasFontFile(std::string_view) override { return false; }
+};
+
+class CoreFlowTest : public EmbeddedHostTest {
+ protected:
+  CoreFlowTest() {
+    session.Log.JournalLogFileName = logs.File("journal.log");
+    session.Log.ErrorLogFileName = logs.File("erreurs.log");
+    session.Log.JournalHeader = "journal";
+    session.Log.JournalUserComment = "commentaire";
+    session.Log.ErrorHeader = "erreurs";
+    Put(data, "support/romans.shx", "");
+  }
+
+  BatchEntry& Row(const std::string& path, const std::string& layout) {
+    BatchEntry& entry = session.List.Append();
+    entry.FileName = path;
+    entry.Layout = layout;
+    return entry;
+  }
+
+  HostSession& Attach() {
+    hostSession = std::make_unique<HostSession>(Host(), logs.path().string());
+    hostSession->objOrvaDoc = Host()->ActiveDocument();
+    return *hostSession;
+  }
+
+  testing::TempFolder logs;
+  Session session{logs.path().string()};
+  std::unique_ptr<HostSession> hostSession;
+};
+
+TEST_F(CoreFlowTest, ThePlotRunPlotsRowsThroughTheEmbeddedHost) {
+  const std::string plan = AddDrawing("Plan.dxf");
+  const std::string missing = files.File("Absent.dxf");
+  Row(plan, "Toutes les présentations");
+  Row(plan, "Présentation1").PlotFile = files.File("feuille");
+  Row(plan, "Coupe");  // its device is "Aucun"
+  Row(missing, "Présentation1");
+
+  const RunResult result = PlotAllEntries(session, Attach(), RunServices{});
+  EXPECT_EQ(result.plotted, 1);
+  EXPECT_EQ(result.failed, 3);
+  EXPECT_EQ(result.totalPlots, 5);
+
+  std::vector<std::string> outputs;
+  for (const CapturedPlot& plot : plots) outputs.push_back(plot.outputPath);
+  EXPECT_THAT(outputs,
+              ElementsAre(files.File("Plan-Présentation1.pdf"), files.File("feuille.pdf")));
+  const auto errors = testing::ReadLogLines(session.Log.ErrorLogFileName);
+  EXPECT_THAT(errors, Contains(AllOf(StartsWith("ERREUR: Echec du traçage du dessin: " + plan),
+                                     EndsWith("Coupe"))));
+  EXPECT_THAT(errors, Contains(HasSubstr(missing)));
+  EXPECT_EQ(testing::ReadLogLines(session.Log.JournalLogFileName).size(), 3u);
+  // Every document the run opened was closed again.
+  EXPECT_EQ(Host()->GetDocuments()->Count(), 1);
+  EXPECT_THAT(display->events.front(), "start 5");
+}
+
+TEST_F(CoreFlowTest, ThePlotTestReportsAnUnresolvedExternalReference) {
+  Drawing drawing = SampleDrawing();
+  Block xref;
+  xref.name = "FOND";
+  xref.flags = 4;
+  xref.xrefPath = "C:\\fonds\\Fond.dwg";
+  drawing.blocks.push_back(xref);
+  const std::string plan = AddDrawing("Plan.dxf", drawing);
+  const std::string clean = AddDrawing("Propre.dxf");
+  Row(plan, "Présentation1");
+  Row(clean, "Coupe");
+
+  HostSession& host = Attach();
+  FakePrinters printers;
+  NoFonts fonts;
+  const std::string results = RunPlotTest(session, host, PlotTestServices{printers, fonts, {}, {}});
+
+  EXPECT_THAT(results, HasSubstr("ERREUR:  XREF manquante: Xréf FOND : C:\\fonds\\Fond.dwg -> "
+                                 "Introuvable\r\n"));
+  EXPECT_THAT(results, HasSubstr("XREFCTL <0>, FILEDIA <1>, CMDECHO <1>, CMDDIA <1>, SHPNAME <>"));
+  // Coupe's device is "Aucun"; the shape file is found along the support path.
+  EXPECT_THAT(results, HasSubstr("présentation <Coupe>"));
+  EXPECT_THAT(results, Not(HasSubstr("romans.shx")));
+  EXPECT_THAT(results, Not(HasSubstr("xréf <")));  // both logs were written
+  // The variables were put back.
+  EXPECT_EQ(Host()->ActiveDocument()->GetVariable("XREFCTL"), host::SysVarValue(std::int16_t{0}));
+  EXPECT_EQ(Host()->GetDocuments()->Count(), 1);
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded

@@ -1,0 +1,380 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <stdlib.h>
+#include <filesystem>
+#include <functional>
+
+#include "embedded/automation/embedded_fixture.h"
+#include "host/sysvar.h"
+
+namespace sheafwork::embedded {
+namespace {
+
+using host::SysVarValue;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+std::vector<std::string> LayoutNames(host::Document& doc) {
+  std::vector<std::string> names;
+  auto layouts = doc.GetLayouts();
+  for (std::int32_t i = 0; i < layouts->Count(); ++i) names.push_back(layouts->Item(i)->Name());
+  return names;
+}
+
+std::shared_ptr<host::Layout> LayoutNamed(host::Document& doc, const std::string& name) {
+  auto layouts = doc.GetLayouts();
+  for (std::int32_t i = 0; i < layouts->Count(); ++i) {
+    if (layouts->Item(i)->Name() == name) return layouts->Item(i);
+  }
+  ADD_FAILURE() << "no layout " << name;
+  return nullptr;
+}
+
+TEST_F(EmbeddedHostTest, StartsWithOneUntitledDocumentActive) {
+  auto host = Host();
+  EXPECT_EQ(host->Path(), data.path().string());
+  EXPECT_EQ(host->GetDocuments()->Count(), 1);
+  auto doc = host->ActiveDocument();
+  EXPECT_EQ(doc->FullName(), "Dessin1.dwg");
+  EXPECT_FALSE(doc->ReadOnly());
+  EXPECT_THAT(LayoutNames(*doc), ElementsAre("Objet", "Présentation1"));
+  EXPECT_EQ(doc->ActiveSpace(), 1);
+
+  host->SetWidth(1600);
+  host->SetVisible(true);
+  EXPECT_EQ(host->Width(), 1600);
+  EXPECT_TRUE(host->Visible());
+  EXPECT_TRUE(host->GetOrvaState()->IsQuiescent());
+}
+
+TEST_F(EmbeddedHostTest, LayoutsListTheModelAsObjetThenPaperLayoutsInTabOrder) {
+  auto doc = Open(AddDrawing("Plan.dxf"));
+  EXPECT_THAT(LayoutNames(*doc), ElementsAre("Objet", "Présentation1", "Coupe"));
+  auto model = doc->GetLayouts()->Item(0);
+  EXPECT_TRUE(model->ModelType());
+  EXPECT_EQ(ErrorOf([&] { doc->GetLayouts()->Item(3); }).number(), 9);
+
+  // The active space and the active layout follow each other.
+  doc->SetActiveLayout(LayoutNamed(*doc, "Coupe"));
+  EXPECT_EQ(doc->ActiveSpace(), 0);
+  EXPECT_EQ(doc->ActiveLayout()->Name(), "Coupe");
+  EXPECT_EQ(host::SysVarAsInteger(doc->GetVariable("TILEMODE")), 0);
+  doc->SetActiveSpace(1);
+  EXPECT_EQ(doc->ActiveLayout()->Name(), "Objet");
+  doc->SetActiveSpace(0);  // back to the layout last shown in paper space
+  EXPECT_EQ(doc->ActiveLayout()->Name(), "Coupe");
+  doc->SetVariable("TILEMODE", std::int16_t{1});
+  EXPECT_EQ(doc->ActiveSpace(), 1);
+
+  // A layout of another document is refused.
+  auto other = Open(AddDrawing("Autre.dxf"));
+  const host::Error foreign = ErrorOf([&] { doc->SetActiveLayout(other->GetLayouts()->Item(1)); });
+  EXPECT_THAT(foreign.description(), HasSubstr("n'appartient pas"));
+  EXPECT_EQ(doc->ActiveSpace(), 1);
+}
+
+TEST_F(EmbeddedHostTest, OpenedDocumentsAreNotActiveUntilActivated) {
+  const std::string plan = AddDrawing("Plan.dxf");
+  auto doc = Open(plan);
+  EXPECT_EQ(Host()->ActiveDocument()->FullName(), "Dessin1.dwg");
+  EXPECT_TRUE(doc->ReadOnly());
+  doc->Activate();
+  EXPECT_EQ(Host()->ActiveDocument()->FullName(), plan);
+  EXPECT_EQ(Host()->GetDocuments()->Count(), 2);
+
+  // Closing the active document makes another one active; its objects then
+  // refuse every call.
+  auto layers = doc->GetLayers();
+  doc->Close(false);
+  EXPECT_EQ(Host()->GetDocuments()->Count(), 1);
+  EXPECT_EQ(Host()->ActiveDocument()->FullName(), "Dessin1.dwg");
+  EXPECT_EQ(ErrorOf([&] { layers->Count(); }).number(), 91);
+  EXPECT_THAT(ErrorOf([&] { doc->FullName(); }).description(), HasSubstr("est fermé"));
+}
+
+TEST_F(EmbeddedHostTest, OpenFailuresAreHostErrorsWithTheirOwnNumbers) {
+  const std::string missing = files.File("Absent.dxf");
+  const host::Error notFound = ErrorOf([&] { Open(missing); });
+  EXPECT_EQ(notFound.number(), host::kFileNotFound);
+  EXPECT_EQ(notFound.description(), "Fichier introuvable : " + missing);
+
+  const std::string bad = files.Write("Casse.dxf", "inconnu");
+  const host::Error unreadable = ErrorOf([&] { Open(bad); });
+  EXPECT_NE(unreadable.number(), host::kFileNotFound);
+  EXPECT_EQ(unreadable.description(), bad + ", ligne 1 : SECTION attendu");
+
+  const std::string dwg = files.Write("Plan.dwg", "Plan.dwg");
+  const host::Error noConverter = ErrorOf([&] { Open(dwg); });
+  EXPECT_EQ(noConverter.description(), "aucun convertisseur DWG n'est configuré : " + dwg);
+
+  const std::string text = files.Write("Notes.txt", "");
+  EXPECT_THAT(ErrorOf([&] { Open(text); }).description(), HasSubstr(text));
+
+  // Only host errors leave the host.
+  options.reader = [](const std::string&) -> Drawing { throw std::runtime_error("disque"); };
+  app.reset();
+  const std::string any = AddDrawing("Plan.dxf");
+  EXPECT_THAT(ErrorOf([&] { Open(any); }).description(), HasSubstr("disque"));
+  EXPECT_EQ(Host()->GetDocuments()->Count(), 1);
+}
+
+TEST_F(EmbeddedHostTest, DwgDrawingsOpenThroughTheConverter) {
+  drawings["Plan.dwg"] = SampleDrawing();
+  const std::string dwg = files.Write("Plan.dwg", "Plan.dwg");
+  const std::string converter = files.Write("convertir.sh", "#!/bin/sh\ncp \"$1\" \"$2\"\n");
+  const std::string failing = files.Write("echec.sh", "#!/bin/sh\nexit 3\n");
+  for (const auto& script : {converter, failing}) {
+    std::filesystem::permissions(script, std::filesystem::perms::owner_exec,
+                                 std::filesystem::perm_options::add);
+  }
+  auto preferences = std::dynamic_pointer_cast<EmbeddedPreferences>(Host()->GetPreferences());
+  ASSERT_TRUE(preferences);
+  EXPECT_EQ(preferences->DwgConverter(), "");
+
+  preferences->SetDwgConverter(converter);
+  auto doc = Open(dwg);
+  EXPECT_EQ(doc->FullName(), dwg);
+  EXPECT_THAT(LayoutNames(*doc), ElementsAre("Objet", "Présentation1", "Coupe"));
+
+  preferences->SetDwgConverter(failing);
+  EXPECT_THAT(ErrorOf([&] { Open(dwg); }).description(), HasSubstr("code 3"));
+  preferences->SetDwgConverter(files.File("nulle-part"));
+  EXPECT_THAT(ErrorOf([&] { Open(dwg); }).description(), HasSubstr("la conversion DWG a échoué"));
+}
+
+TEST_F(EmbeddedHostTest, SystemVariablesStartWithTheHostDefaultsAndKeepTheirTypes) {
+  auto doc = Host()->ActiveDocument();
+  const std::vector<std::pair<std::string, SysVarValue>> defaults = {
+      {"SDI", std::int16_t{0}},
+      {"EXPERT", std::int16_t{0}},
+      {"PROXYNOTICE", std::int16_t{1}},
+      {"XREFCTL", std::int16_t{0}},
+      {"FILEDIA", std::int16_t{1}},
+      {"CMDECHO", std::int16_t{1}},
+      {"CMDDIA", std::int16_t{1}},
+      {"SHPNAME", std::string()},
+      {"REGENMODE", std::int16_t{1}},
+      {"TILEMODE", std::int16_t{1}},
+      {"DWGNAME", std::string("Dessin1.dwg")},
+      {"LOGFILENAME", (user.path() / "Dessin1_sheafwork.log").string()},
+  };
+  for (const auto& [name, value] : defaults) EXPECT_EQ(doc->GetVariable(name), value) << name;
+
+  doc->SetVariable("expert", std::int32_t{2});
+  EXPECT_EQ(doc->GetVariable("EXPERT"), SysVarValue(std::int16_t{2}));
+  doc->SetVariable("SHPNAME", std::string("ltypeshp"));
+  EXPECT_EQ(doc->GetVariable("SHPNAME"), SysVarValue(std::string("ltypeshp")));
+
+  struct Refused {
+    const char* name;
+    SysVarValue value;
+    int number;
+  };
+  for (const Refused& refused :
+       {Refused{"DWGNAME", std::string("x.dwg"), 1005},
+        Refused{"LOGFILENAME", std::string("x"), 1005}, Refused{"INCONNUE", std::int16_t{0}, 1004},
+        Refused{"EXPERT", std::int16_t{6}, 5}, Refused{"FILEDIA", 1.0, 13},
+        Refused{"CMDECHO", std::string("1"), 13}, Refused{"SHPNAME", std::int16_t{1}, 13}}) {
+    EXPECT_EQ(ErrorOf([&] { doc->SetVariable(refused.name, refused.value); }).number(),
+              refused.number)
+        << refused.name;
+  }
+  EXPECT_EQ(ErrorOf([&] { doc->GetVariable("INCONNUE"); }).number(), 1004);
+}
+
+TEST_F(EmbeddedHostTest, HostWideVariablesAreSharedAndDocumentVariablesAreNot) {
+  auto untitled = Host()->ActiveDocument();
+  const std::string plan = AddDrawing("Plan.dxf");
+  auto doc = Open(plan);
+  untitled->SetVariable("XREFCTL", std::int16_t{1});
+  untitled->SetVariable("REGENMODE", std::int16_t{0});
+  EXPECT_EQ(doc->GetVariable("XREFCTL"), SysVarValue(std::int16_t{1}));
+  EXPECT_EQ(doc->GetVariable("REGENMODE"), SysVarValue(std::int16_t{1}));
+  EXPECT_EQ(doc->GetVariable("DWGNAME"), SysVarValue(std::string("Plan.dxf")));
+  EXPECT_EQ(doc->GetVariable("DWGPREFIX"), SysVarValue(files.path().string() + "/"));
+
+  auto preferences = Host()->GetPreferences();
+  preferences->SetLogFilePath("/var/log/traces");
+  EXPECT_EQ(doc->GetVariable("LOGFILENAME"),
+            SysVarValue(std::string("/var/log/traces/Plan_sheafwork.log")));
+}
+
+TEST_F(EmbeddedHostTest, PreferencesStartFromTheDataAndUserFolders) {
+  auto preferences = Host()->GetPreferences();
+  EXPECT_EQ(preferences->PrinterConfigPath(),
+            (data.path() / "plotters").string() + ";" + (user.path() / "plotters").string());
+  EXPECT_EQ(preferences->SupportPath(), (data.path() / "support").string());
+  EXPECT_EQ(preferences->LogFilePath(), user.path().string());
+  EXPECT_FALSE(preferences->LogFileOn());
+
+  options.dwgConverter.reset();
+  setenv("SHEAFWORK_DWG_CONVERTER", "/opt/convertir", 1);
+  auto fromEnvironment =
+      std::dynamic_pointer_cast<EmbeddedPreferences>(MakeEmbeddedHost(options)->GetPreferences());
+  unsetenv("SHEAFWORK_DWG_CONVERTER");
+  EXPECT_EQ(fromEnvironment->DwgConverter(), "/opt/convertir");
+}
+
+TEST_F(EmbeddedHostTest, LayersTextStylesAndViewsComeFromTheDocumentsOwnCopy) {
+  const std::string plan = AddDrawing("Plan.dxf");
+  auto doc = Open(plan);
+  auto layers = doc->GetLayers();
+  ASSERT_EQ(layers->Count(), 3);
+  auto cotes = layers->Item(2);
+  EXPECT_EQ(cotes->Name(), "COTES");
+  EXPECT_FALSE(cotes->Plottable());
+  cotes->SetPlottable(true);
+  cotes->SetFreeze(true);
+  layers->Item(1)->SetLayerOn(false);
+  EXPECT_TRUE(doc->GetLayers()->Item(2)->Plottable());
+  EXPECT_TRUE(doc->GetLayers()->Item(2)->Freeze());
+  EXPECT_FALSE(doc->GetLayers()->Item(1)->LayerOn());
+  // Another document of the same file starts from the file.
+  EXPECT_FALSE(Open(plan)->GetLayers()->Item(2)->Plottable());
+
+  auto styles = doc->GetTextStyles();
+  ASSERT_EQ(styles->Count(), 2);  // the shape-file record is left out
+  EXPECT_EQ(styles->Item(1)->Name(), "Titre");
+  EXPECT_EQ(styles->Item(1)->FontFile(), "romans.shx");
+
+  auto views = doc->GetViews();
+  ASSERT_EQ(views->Count(), 2);
+  EXPECT_EQ(views->Item(1)->Name(), "Détail");
+}
+
+TEST_F(EmbeddedHostTest, TheDeviceAucunIsAnEmptyOrNoneDevice) {
+  auto doc = Open(AddDrawing("Plan.dxf"));
+  EXPECT_EQ(LayoutNamed(*doc, "Objet")->ConfigName(), "Aucun");  // "none_device"
+  EXPECT_EQ(LayoutNamed(*doc, "Coupe")->ConfigName(), "Aucun");  // empty
+  auto plan = LayoutNamed(*doc, "Présentation1");
+  EXPECT_EQ(plan->ConfigName(), "PDF.pc3");
+  plan->SetConfigName("Aucun");
+  EXPECT_EQ(plan->ConfigName(), "Aucun");
+  // The paper stays, as the only one offered.
+  EXPECT_THAT(plan->GetCanonicalMediaNames(), ElementsAre("ISO A3 (420.00 x 297.00 mm)"));
+
+  EXPECT_EQ(ErrorOf([&] { plan->SetConfigName("Absent.pc3"); }).number(), 1006);
+  EXPECT_EQ(plan->ConfigName(), "Aucun");
+  plan->SetConfigName("Bureau-HP");
+  EXPECT_EQ(plan->ConfigName(), "Bureau-HP");
+}
+
+TEST_F(EmbeddedHostTest, PapersComeFromTheDeviceAndTheLayoutsOwnPaperStaysValid) {
+  auto doc = Open(AddDrawing("Plan.dxf"));
+  auto section = LayoutNamed(*doc, "Coupe");
+  section->SetConfigName("PDF.pc3");
+  // Its own sheet is not one of the device's, yet stays listed and current.
+  const auto media = section->GetCanonicalMediaNames();
+  EXPECT_EQ(media.size(), 21u);
+  EXPECT_EQ(media.back(), "Feuille maison");
+  EXPECT_EQ(section->CanonicalMediaName(), "Feuille maison");
+  section->SetCanonicalMediaName("Feuille maison");
+  EXPECT_EQ(ErrorOf([&] { section->SetCanonicalMediaName("ISO B2"); }).number(), 5);
+
+  // Choosing one of the device's sheets takes its size.
+  section->SetCanonicalMediaName("ISO A1 (594.00 x 841.00 mm)");
+  EXPECT_EQ(section->CanonicalMediaName(), "ISO A1 (594.00 x 841.00 mm)");
+  doc->SetActiveLayout(section);
+  ASSERT_TRUE(doc->GetPlot()->PlotToDevice(std::nullopt));
+  ASSERT_EQ(plots.size(), 1u);
+  EXPECT_EQ(plots[0].settings.mediaName, "ISO A1 (594.00 x 841.00 mm)");
+  EXPECT_DOUBLE_EQ(plots[0].settings.paperWidth, 594);
+  EXPECT_DOUBLE_EQ(plots[0].settings.paperHeight, 841);
+}
+
+TEST_F(EmbeddedHostTest, CopyFromTakesEverySettingButTheTargetsNameAndSpace) {
+  auto doc = Open(AddDrawing("Plan.dxf"));
+  auto section = LayoutNamed(*doc, "Coupe");
+  auto setups = doc->GetPlotConfigurations();
+  ASSERT_EQ(setups->Count(), 2);
+  auto a1 = setups->Item(0);
+  EXPECT_EQ(a1->Name(), "A1 PDF");
+  EXPECT_FALSE(a1->ModelType());
+  EXPECT_TRUE(setups->Item(1)->ModelType());
+
+  section->CopyFrom(*a1);
+  EXPECT_EQ(section->Name(), "Coupe");
+  EXPECT_FALSE(section->ModelType());
+  EXPECT_EQ(section->ConfigName(), "PDF.pc3");
+  EXPECT_EQ(section->CanonicalMediaName(), "ISO A1 (841.00 x 594.00 mm)");
+  EXPECT_FALSE(section->UseStandardScale());
+  double numerator = 0, denominator = 0;
+  section->GetCustomScale(numerator, denominator);
+  EXPECT_EQ(denominator, 50);
+  EXPECT_EQ(section->PlotType(), kPlotExtents);
+
+  // Into the model layout: it stays the model layout.
+  auto model = LayoutNamed(*doc, "Objet");
+  model->CopyFrom(*section);
+  EXPECT_TRUE(model->ModelType());
+  EXPECT_EQ(model->Name(), "Objet");
+  EXPECT_EQ(model->ConfigName(), "PDF.pc3");
+  // The setup itself is unchanged.
+  EXPECT_EQ(a1->PlotType(), kPlotExtents);
+}
+
+TEST_F(EmbeddedHostTest, PlotSettingsRefuseValuesOutOfTheirRange) {
+  auto layout = Host()->ActiveDocument()->ActiveLayout();
+  layout->SetStandardScale(32);
+  EXPECT_EQ(layout->StandardScale(), 32);
+  layout->SetCustomScale(1, 200);
+  const std::vector<std::pair<const char*, std::function<void()>>> refused = {
+      {"scale 33", [&] { layout->SetStandardScale(33); }},
+      {"scale -1", [&] { layout->SetStandardScale(-1); }},
+      {"denominator 0", [&] { layout->SetCustomScale(1, 0); }},
+      {"numerator 0", [&] { layout->SetCustomScale(0, 1); }},
+      {"plot type 6", [&] { layout->SetPlotType(6); }},
+      {"rotation 4", [&] { layout->SetPlotRotation(4); }},
+      {"units 3", [&] { layout->SetPaperUnits(3); }},
+      {"unknown view", [&] { layout->SetViewToPlot("Nulle"); }},
+  };
+  for (const auto& [what, call] : refused) EXPECT_EQ(ErrorOf(call).number(), 5) << what;
+  EXPECT_EQ(layout->StandardScale(), 32);
+  double numerator = 0, denominator = 0;
+  layout->GetCustomScale(numerator, denominator);
+  EXPECT_EQ(denominator, 200);
+
+  layout->SetWindowToPlot({1, 2}, {30, 40});
+  layout->SetPlotOrigin({5, 6});
+  layout->SetCenterPlot(true);
+  layout->SetPlotHidden(true);
+  layout->SetStyleSheet("monochrome.ctb");
+  host::Point2 lowerLeft, upperRight;
+  layout->GetWindowToPlot(lowerLeft, upperRight);
+  EXPECT_EQ(upperRight.y, 40);
+  EXPECT_EQ(layout->PlotOrigin().x, 5);
+  EXPECT_TRUE(layout->CenterPlot());
+  EXPECT_TRUE(layout->PlotHidden());
+  EXPECT_EQ(layout->StyleSheet(), "monochrome.ctb");
+}
+
+TEST_F(EmbeddedHostTest, AfterQuitEveryMemberFails) {
+  auto host = Host();
+  auto doc = host->ActiveDocument();
+  auto preferences = host->GetPreferences();
+  host->Quit();
+  EXPECT_EQ(ErrorOf([&] { host->ActiveDocument(); }).number(), 91);
+  EXPECT_EQ(ErrorOf([&] { host->Width(); }).number(), 91);
+  EXPECT_EQ(ErrorOf([&] { doc->GetVariable("SDI"); }).number(), 91);
+  EXPECT_EQ(ErrorOf([&] { preferences->LogFileOn(); }).number(), 91);
+  EXPECT_EQ(ErrorOf([&] { host->Quit(); }).number(), 91);
+}
+
+TEST_F(EmbeddedHostTest, SaveAsWritesTheDrawingUnderTheNewName) {
+  const std::string plan = AddDrawing("Plan.dxf");
+  auto doc = Open(plan);
+  const std::string copy = files.File("Copie.dxf");
+  doc->SaveAs(copy);
+  EXPECT_EQ(testing::TempFolder::Read(copy), "Plan.dxf");
+  EXPECT_EQ(doc->FullName(), copy);
+
+  auto untitled = Host()->ActiveDocument();
+  const std::string scratch = files.File("QXTEMP.DWG");
+  untitled->SaveAs(scratch);
+  EXPECT_THAT(testing::TempFolder::Read(scratch), HasSubstr("EOF"));
+  EXPECT_EQ(ErrorOf([&] { doc->SaveAs(files.File("absent/x.dxf")); }).number(), 75);
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded

@@ -1,0 +1,79 @@
+#include "embedded/devices/device.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include "fakes/temp_folder.h"
+
+namespace sheafwork::embedded {
+namespace {
+
+constexpr const char* kPdf = "driver = pdf\npaper = A | 10 x 10\n";
+
+class DeviceLookupTest : public ::testing::Test {
+ protected:
+  DeviceLookupTest() {
+    std::filesystem::create_directories(folder.path() / "un");
+    std::filesystem::create_directories(folder.path() / "deux");
+    searchPath = " " + folder.File("vide") + " ;" + folder.File("un") + ";;" + folder.File("deux");
+  }
+  std::string Write(const std::string& name, const std::string& text = kPdf) {
+    return folder.Write(name, text);
+  }
+
+  testing::TempFolder folder;
+  std::string searchPath;
+  std::vector<PrinterInfo> printers = {{"Bureau-HP", "HP LaserJet 4", "ipp://bureau"}};
+};
+
+TEST_F(DeviceLookupTest, ABareConfigurationNameIsTheFirstOneAlongThePath) {
+  Write("deux/Traceur.pc3");
+  EXPECT_EQ(FindPlotDevice("Traceur.pc3", searchPath, printers)->configPath,
+            folder.File("deux/Traceur.pc3"));
+  Write("un/Traceur.pc3");
+  const auto device = FindPlotDevice("Traceur.pc3", searchPath, printers);
+  ASSERT_TRUE(device);
+  EXPECT_EQ(device->configPath, folder.File("un/Traceur.pc3"));
+  EXPECT_EQ(device->name, "Traceur.pc3");
+  EXPECT_TRUE(device->WritesFiles());
+  EXPECT_EQ(device->PrinterName(), "");
+
+  EXPECT_FALSE(FindPlotDevice("Autre.pc3", searchPath, printers));
+  EXPECT_FALSE(FindPlotDevice("Traceur.pc3", "", printers));
+}
+
+TEST_F(DeviceLookupTest, ANameWithAFolderIsNeverLookedUpAlongThePath) {
+  Write("un/Traceur.PC3");
+  const std::string elsewhere = folder.File("ailleurs/Traceur.PC3");
+  EXPECT_FALSE(FindPlotDevice(elsewhere, searchPath, printers));
+  const auto given = FindPlotDevice(folder.File("un/Traceur.PC3"), "", printers);
+  ASSERT_TRUE(given);
+  EXPECT_EQ(given->configPath, folder.File("un/Traceur.PC3"));
+}
+
+TEST_F(DeviceLookupTest, AMalformedConfigurationIsAnErrorNotAMissingDevice) {
+  Write("un/Casse.pc3", "driver = pdf\n");
+  EXPECT_THROW(FindPlotDevice("Casse.pc3", searchPath, printers), DeviceError);
+}
+
+TEST_F(DeviceLookupTest, OtherNamesArePrintersOfTheSystem) {
+  const auto printer = FindPlotDevice("Bureau-HP", searchPath, printers);
+  ASSERT_TRUE(printer);
+  EXPECT_FALSE(printer->WritesFiles());
+  EXPECT_EQ(printer->PrinterName(), "Bureau-HP");
+  EXPECT_EQ(printer->config.papers, StandardPrinterPapers());
+  EXPECT_EQ(printer->config.description, "HP LaserJet 4");
+  EXPECT_FALSE(FindPlotDevice("bureau-hp", searchPath, printers));
+  EXPECT_FALSE(FindPlotDevice("", searchPath, printers));
+
+  Write("un/Salle.pc3", "driver = printer\nprinter = Bureau-HP\n");
+  const auto configured = FindPlotDevice("Salle.pc3", searchPath, printers);
+  ASSERT_TRUE(configured);
+  EXPECT_FALSE(configured->WritesFiles());
+  EXPECT_EQ(configured->PrinterName(), "Bureau-HP");
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded

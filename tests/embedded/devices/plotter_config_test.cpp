@@ -1,0 +1,131 @@
+#include "embedded/devices/plotter_config.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "fakes/temp_folder.h"
+
+namespace sheafwork::embedded {
+namespace {
+
+using ::testing::HasSubstr;
+
+TEST(PlotterConfigTest, TheShippedPdfConfigurationOffersIsoAndAnsiSheetsBothWays) {
+  const PlotterConfig pdf =
+      ReadPlotterConfigFile(std::string(SHEAFWORK_SOURCE_DIR) + "/data/plotters/PDF.pc3");
+  EXPECT_EQ(pdf.driver, DeviceDriver::Pdf);
+  EXPECT_EQ(pdf.extension, "pdf");
+  EXPECT_TRUE(pdf.outputFolder.empty());
+  const Paper* a3 = pdf.FindPaper(pdf.defaultPaper);
+  ASSERT_NE(a3, nullptr);
+  EXPECT_EQ(a3->name, "ISO A3 (420.00 x 297.00 mm)");
+  EXPECT_DOUBLE_EQ(a3->width, 420);
+  EXPECT_DOUBLE_EQ(a3->height, 297);
+  for (const char* name : {"ISO A0 (841.00 x 1189.00 mm)", "ISO A0 (1189.00 x 841.00 mm)",
+                           "ISO A4 (210.00 x 297.00 mm)", "ISO A4 (297.00 x 210.00 mm)",
+                           "ANSI A (8.50 x 11.00 pouces)", "ANSI E (44.00 x 34.00 pouces)"}) {
+    EXPECT_NE(pdf.FindPaper(name), nullptr) << name;
+  }
+  const Paper* letter = pdf.FindPaper("ANSI A (8.50 x 11.00 pouces)");
+  ASSERT_NE(letter, nullptr);
+  EXPECT_NEAR(letter->width, 215.9, 1e-9);
+}
+
+TEST(PlotterConfigTest, ReadsEveryKeyWithCommentsBlanksAndLineEnds) {
+  const PlotterConfig config = ParsePlotterConfig(
+      "\xEF\xBB\xBF# en-tête\r\n"
+      "  ; autre commentaire\n"
+      "\n"
+      "driver=pdf\r\n"
+      "description =  Traceur d'essai  \n"
+      "resolution = 600\n"
+      "extension = .PDF\n"
+      "output-folder = /srv/tracés\n"
+      "paper = Plan étroit | 100 x 50 | 1 2 3 4\n"
+      "paper = Carré|200X200\n"
+      "default-paper = Carré\n",
+      "essai.pc3");
+  EXPECT_EQ(config.description, "Traceur d'essai");
+  EXPECT_EQ(config.resolutionDpi, 600);
+  EXPECT_EQ(config.extension, "PDF");
+  EXPECT_EQ(config.outputFolder, "/srv/tracés");
+  ASSERT_EQ(config.papers.size(), 2u);
+  EXPECT_EQ(config.papers[0], (Paper{"Plan étroit", 100, 50, 1, 2, 3, 4}));
+  EXPECT_EQ(config.papers[1], (Paper{"Carré", 200, 200, 0, 0, 0, 0}));
+  EXPECT_EQ(config.defaultPaper, "Carré");
+}
+
+TEST(PlotterConfigTest, DefaultsFollowTheDriver) {
+  const PlotterConfig hpgl = ParsePlotterConfig("driver = hpgl\npaper = A | 10 x 10\n", "h.pc3");
+  EXPECT_EQ(hpgl.extension, "plt");
+  EXPECT_EQ(hpgl.defaultPaper, "A");
+  EXPECT_EQ(hpgl.resolutionDpi, 300);
+
+  const PlotterConfig printer = ParsePlotterConfig("driver = printer\nprinter = Bureau\n", "p.pc3");
+  EXPECT_EQ(printer.printer, "Bureau");
+  EXPECT_EQ(printer.papers, StandardPrinterPapers());
+  EXPECT_NE(printer.FindPaper("ISO A4 (210.00 x 297.00 mm)"), nullptr);
+}
+
+struct BadConfig {
+  const char* text;
+  const char* where;  ///< the file and line the message must name
+  const char* what;   ///< part of the message
+};
+
+class BadPlotterConfigTest : public ::testing::TestWithParam<BadConfig> {};
+
+TEST_P(BadPlotterConfigTest, NamesTheFileTheLineAndTheFault) {
+  const BadConfig& bad = GetParam();
+  try {
+    ParsePlotterConfig(bad.text, "t.pc3");
+    FAIL() << "accepted: " << bad.text;
+  } catch (const DeviceError& error) {
+    EXPECT_THAT(error.what(), HasSubstr(bad.where));
+    EXPECT_THAT(error.what(), HasSubstr(bad.what));
+  }
+}
+
+constexpr const char* kOk = "driver = pdf\npaper = A | 10 x 10\n";
+
+INSTANTIATE_TEST_SUITE_P(
+    Errors, BadPlotterConfigTest,
+    ::testing::Values(
+        BadConfig{"driver = pdf\n# ok\nsans signe égal\n", "t.pc3, ligne 3 :", "clé = valeur"},
+        BadConfig{"driver = pdf\n = pdf\n", "ligne 2", "clé = valeur"},
+        BadConfig{"driver = plume\n", "ligne 1", "pilote inconnu « plume »"},
+        BadConfig{"driver = pdf\ncolour = 3\n", "ligne 2", "clé inconnue « colour »"},
+        BadConfig{"driver = pdf\ndriver = png\n", "ligne 2", "clé « driver » répétée"},
+        BadConfig{"driver = pdf\nresolution = 0\n", "ligne 2", "résolution incorrecte"},
+        BadConfig{"driver = pdf\nresolution = 300dpi\n", "ligne 2", "résolution incorrecte"},
+        BadConfig{"driver = pdf\npaper = A\n", "ligne 2", "papier incorrect"},
+        BadConfig{"driver = pdf\npaper = | 10 x 10\n", "ligne 2", "papier incorrect"},
+        BadConfig{"driver = pdf\npaper = A | 10 x -1\n", "ligne 2", "taille de papier incorrecte"},
+        BadConfig{"driver = pdf\npaper = A | 10 par 10\n", "ligne 2", "taille de papier"},
+        BadConfig{"driver = pdf\npaper = A | 10 x 10 | 1 1 1\n", "ligne 2", "marges incorrectes"},
+        BadConfig{"driver = pdf\npaper = A | 10 x 10 | 5 0 5 0\n", "ligne 2", "marges"},
+        BadConfig{"driver = pdf\npaper = A | 10 x 10\npaper = A | 20 x 20\n", "ligne 3",
+                  "papier « A » répété"},
+        BadConfig{"driver = pdf\ndefault-paper = B\npaper = A | 10 x 10\n", "ligne 2",
+                  "papier par défaut « B » absent"},
+        BadConfig{"paper = A | 10 x 10\n", "t.pc3 :", "clé « driver » manquante"},
+        BadConfig{"driver = svg\n", "t.pc3 :", "aucun papier"},
+        BadConfig{"driver = printer\n", "t.pc3 :", "clé « printer » manquante"},
+        BadConfig{"driver = pdf\ndescription = caf\xE9\n", "t.pc3 :", "UTF-8"}));
+
+TEST(PlotterConfigTest, AFileThatCannotBeReadIsNamed) {
+  testing::TempFolder folder;
+  const std::string missing = folder.File("absent.pc3");
+  try {
+    ReadPlotterConfigFile(missing);
+    FAIL();
+  } catch (const DeviceError& error) {
+    EXPECT_THAT(error.what(), HasSubstr(missing + " : lecture impossible"));
+  }
+  EXPECT_EQ(ReadPlotterConfigFile(folder.Write("ok.pc3", kOk)).papers.size(), 1u);
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded

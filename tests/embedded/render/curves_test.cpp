@@ -1,0 +1,123 @@
+#include "embedded/render/curves.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "embedded/render/hatch_pattern.h"
+
+namespace sheafwork::embedded {
+namespace {
+
+constexpr double kPi = 3.14159265358979323846;
+
+TEST(CurvesTest, BulgeGivesTheArcThroughBothVertices) {
+  struct Case {
+    Vec2 from, to;
+    double bulge;
+    Vec2 center;
+    double radius;
+  };
+  const Case cases[] = {
+      {{0, 0}, {2, 0}, std::tan(kPi / 8), {1, 1}, std::sqrt(2.0)},    // 90° counter-clockwise
+      {{0, 0}, {2, 0}, -std::tan(kPi / 8), {1, -1}, std::sqrt(2.0)},  // 90° clockwise
+      {{0, 0}, {2, 0}, 1, {1, 0}, 1},                                 // half circle
+      {{5, 5}, {5, 9}, 1, {5, 7}, 2},
+  };
+  for (const Case& c : cases) {
+    const BulgeArc arc = ArcFromBulge(c.from, c.to, c.bulge);
+    EXPECT_NEAR(arc.center.x, c.center.x, 1e-12);
+    EXPECT_NEAR(arc.center.y, c.center.y, 1e-12);
+    EXPECT_NEAR(arc.radius, c.radius, 1e-12);
+    std::vector<Vec2> points{c.from};
+    AppendBulgeSegment(points, c.from, c.to, c.bulge, 1, Flattening{});
+    EXPECT_EQ(points.back().x, c.to.x);
+    EXPECT_EQ(points.back().y, c.to.y);
+    for (const Vec2& p : points) {
+      EXPECT_NEAR(std::hypot(p.x - c.center.x, p.y - c.center.y), c.radius, 1e-9);
+    }
+    // The arc's middle point bulges to the side the sign says.
+    const Vec2 mid = points[points.size() / 2];
+    const double side =
+        (c.to.x - c.from.x) * (mid.y - c.from.y) - (c.to.y - c.from.y) * (mid.x - c.from.x);
+    EXPECT_LT(side * c.bulge, 0);
+  }
+}
+
+TEST(CurvesTest, ArcSegmentsMeetTheTolerance) {
+  const Flattening f{0.01, 8};
+  for (double radius : {0.001, 1.0, 100.0, 5000.0}) {  // up to a 10 m sheet
+    const int n = ArcSegments(radius, 2 * kPi, f);
+    EXPECT_GE(n, 8);
+    EXPECT_LE(radius * (1 - std::cos(kPi / n)), 0.01 + 1e-12) << radius;
+  }
+}
+
+TEST(CurvesTest, BSplinesByDeBoor) {
+  // A clamped quadratic with three control points is a Bézier curve.
+  std::vector<Vec3> out;
+  const std::vector<Vec3> cps{{0, 0, 0}, {1, 2, 0}, {2, 0, 0}};
+  AppendBSpline(out, 2, std::vector<double>{0, 0, 0, 1, 1, 1}, cps, {}, 4);
+  ASSERT_EQ(out.size(), 5u);
+  EXPECT_NEAR(out[2].x, 1, 1e-12);
+  EXPECT_NEAR(out[2].y, 1, 1e-12);  // 0.25·0 + 0.5·2 + 0.25·0
+  EXPECT_NEAR(out[4].x, 2, 1e-12);
+
+  // A rational quadratic with weights 1, √½, 1 is a quarter circle.
+  out.clear();
+  const std::vector<Vec3> quarter{{1, 0, 0}, {1, 1, 0}, {0, 1, 0}};
+  AppendBSpline(out, 2, std::vector<double>{0, 0, 0, 1, 1, 1}, quarter,
+                std::vector<double>{1, std::sqrt(0.5), 1}, 16);
+  for (const Vec3& p : out) EXPECT_NEAR(std::hypot(p.x, p.y), 1, 1e-12);
+
+  // A knot vector of the wrong length falls back to a clamped one.
+  out.clear();
+  AppendBSpline(out, 3, std::vector<double>{0, 1}, cps, {}, 8);
+  ASSERT_EQ(out.size(), 9u);
+  EXPECT_NEAR(out.front().x, 0, 1e-12);
+  EXPECT_NEAR(out.back().x, 2, 1e-12);
+}
+
+TEST(CurvesTest, FitPointCurvePassesThroughItsPoints) {
+  const std::vector<Vec3> fit{{0, 0, 0}, {1, 3, 0}, {4, 3, 0}, {6, 0, 0}};
+  std::vector<Vec3> out;
+  AppendThroughPoints(out, fit, false, 8);
+  ASSERT_EQ(out.size(), 1u + 3 * 8);
+  for (std::size_t i = 0; i < fit.size(); ++i) {
+    EXPECT_NEAR(out[i * 8].x, fit[i].x, 1e-9);
+    EXPECT_NEAR(out[i * 8].y, fit[i].y, 1e-9);
+  }
+}
+
+TEST(HatchPatternTest, LinesAreCutToTheBoundaryAndDashed) {
+  // A 10 × 10 square with a 2 × 2 hole in the middle.
+  const std::vector<Vec2> points{{0, 0}, {10, 0}, {10, 10}, {0, 10},
+                                 {4, 4}, {6, 4},  {6, 6},   {4, 6}};
+  const std::vector<int> sizes{4, 4};
+  HatchPatternLine line;
+  line.base = {0, 0.5};
+  line.offset = {0, 1};
+  std::vector<Vec2> pairs;
+  ASSERT_TRUE(AppendPatternSegments(points, sizes, line, pairs, 1000));
+  // Ten lines at y = 0.5 ... 9.5; those at 4.5 and 5.5 are split by the hole.
+  ASSERT_EQ(pairs.size() / 2, 12u);
+  double total = 0;
+  for (std::size_t i = 0; i < pairs.size(); i += 2) {
+    total += std::hypot(pairs[i + 1].x - pairs[i].x, pairs[i + 1].y - pairs[i].y);
+  }
+  EXPECT_NEAR(total, 10 * 10 - 2 * 2, 1e-9);
+
+  line.dashes = {1, -1};  // half of every line
+  pairs.clear();
+  ASSERT_TRUE(AppendPatternSegments(points, std::vector<int>{4}, line, pairs, 1000));
+  total = 0;
+  for (std::size_t i = 0; i < pairs.size(); i += 2) total += pairs[i + 1].x - pairs[i].x;
+  EXPECT_NEAR(total, 50, 1e-9);
+
+  line.offset = {0, 1e-6};  // far too dense: refused, not a million lines
+  pairs.clear();
+  EXPECT_FALSE(AppendPatternSegments(points, sizes, line, pairs, 1000));
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded

@@ -1,0 +1,396 @@
+#include "embedded/render/frontend.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "embedded/render/plot_area.h"
+#include "embedded/render/render_test_support.h"
+
+namespace sheafwork::embedded {
+namespace {
+
+using testing::AddBlock;
+using testing::AddLayer;
+using testing::MakeDrawing;
+using testing::MakeEntity;
+using testing::MakeInsert;
+using testing::MakeLine;
+using testing::ModelLayout;
+using testing::ModelSpace;
+using testing::PaperLayout;
+using testing::PaperSpace;
+using testing::Recorded;
+using testing::RecordingBackend;
+
+RecordingBackend Draw(const Drawing& d, const Layout& layout, FrontendOptions options = {},
+                      FrontendStats* stats = nullptr) {
+  RecordingBackend backend;
+  Frontend frontend(d, backend, options);
+  frontend.DrawLayout(layout, Affine2{});
+  if (stats != nullptr) *stats = frontend.Stats();
+  return backend;
+}
+
+void ExpectPoint(Vec2 actual, Vec2 expected) {
+  EXPECT_NEAR(actual.x, expected.x, 1e-9);
+  EXPECT_NEAR(actual.y, expected.y, 1e-9);
+}
+
+TEST(FrontendVisibilityTest, HidesWhatDoesNotPlot) {
+  struct Case {
+    const char* name;
+    void (*setup)(Layer&, Entity&);
+    bool drawn;
+  };
+  const Case cases[] = {
+      {"visible", [](Layer&, Entity&) {}, true},
+      {"layer off", [](Layer& l, Entity&) { l.on = false; }, false},
+      {"layer frozen", [](Layer& l, Entity&) { l.frozen = true; }, false},
+      {"layer not plotted", [](Layer& l, Entity&) { l.plottable = false; }, false},
+      {"layer locked", [](Layer& l, Entity&) { l.locked = true; }, true},
+      {"entity invisible", [](Layer&, Entity& e) { e.props.invisible = true; }, false},
+      {"Defpoints", [](Layer& l, Entity& e) { l.name = e.props.layer = "DEFPOINTS"; }, false},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    Drawing d = MakeDrawing();
+    Layer& layer = AddLayer(d, "A");
+    Entity line = MakeLine({0, 0}, {1, 1}, "A");
+    c.setup(layer, line);
+    ModelSpace(d).entities.push_back(line);
+    d.Reindex();
+    EXPECT_EQ(Draw(d, ModelLayout(d)).items.size(), c.drawn ? 1u : 0u);
+  }
+}
+
+TEST(FrontendVisibilityTest, InsertLayerFrozenHidesAllButOffHidesOnlyLayerZero) {
+  for (bool frozen : {true, false}) {
+    SCOPED_TRACE(frozen ? "frozen" : "off");
+    Drawing d = MakeDrawing();
+    AddLayer(d, "Other");
+    Layer& host = AddLayer(d, "Host");
+    if (frozen) {
+      host.frozen = true;
+    } else {
+      host.on = false;
+    }
+    Block& block = AddBlock(d, "B");
+    block.entities.push_back(MakeLine({0, 0}, {1, 0}, "0"));
+    block.entities.push_back(MakeLine({0, 1}, {1, 1}, "Other"));
+    ModelSpace(d).entities.push_back(MakeInsert("B", {0, 0}, "Host"));
+    d.Reindex();
+    const RecordingBackend rec = Draw(d, ModelLayout(d));
+    if (frozen) {
+      EXPECT_TRUE(rec.items.empty());
+    } else {
+      ASSERT_EQ(rec.items.size(), 1u);
+      EXPECT_DOUBLE_EQ(rec.items[0].points[0].y, 1);  // the line on "Other"
+    }
+  }
+}
+
+TEST(FrontendPropertiesTest, ResolvesColoursThroughLayersAndBlocks) {
+  Drawing d = MakeDrawing();
+  Layer& red = AddLayer(d, "Red");
+  red.color = 1;
+  Layer& rgb = AddLayer(d, "Rgb");
+  rgb.trueColor = 0x123456;
+  Block& inner = AddBlock(d, "Inner");
+  Entity byBlock = MakeLine({0, 0}, {1, 0});
+  byBlock.props.color = kColorByBlock;
+  inner.entities.push_back(byBlock);
+  inner.entities.push_back(MakeLine({0, 0}, {1, 0}));  // layer 0: the reference's layer
+  Block& outer = AddBlock(d, "Outer");
+  Entity nested = MakeInsert("Inner", {0, 0});
+  nested.props.color = kColorByBlock;
+  outer.entities.push_back(nested);
+  Entity top = MakeInsert("Outer", {0, 0}, "Rgb");
+  top.props.color = 5;  // blue, handed down through the nested by-block reference
+  ModelSpace(d).entities.push_back(top);
+  Entity own = MakeLine({0, 0}, {1, 0}, "Red");
+  own.props.trueColor = 0xABCDEF;  // true colour wins over the layer
+  ModelSpace(d).entities.push_back(own);
+  ModelSpace(d).entities.push_back(MakeLine({0, 0}, {1, 0}, "Red"));
+  Entity topByBlock = MakeLine({0, 0}, {1, 0}, "Red");
+  topByBlock.props.color = kColorByBlock;  // outside a block: black
+  ModelSpace(d).entities.push_back(topByBlock);
+  Entity seven = MakeLine({0, 0}, {1, 0});
+  seven.props.color = 7;  // plots black on paper
+  ModelSpace(d).entities.push_back(seven);
+  d.Reindex();
+
+  const RecordingBackend rec = Draw(d, ModelLayout(d));
+  ASSERT_EQ(rec.items.size(), 6u);
+  EXPECT_EQ(rec.items[0].style.rgb, 0x0000FFu);
+  EXPECT_EQ(rec.items[1].style.rgb, 0x123456u);
+  EXPECT_EQ(rec.items[2].style.rgb, 0xABCDEFu);
+  EXPECT_EQ(rec.items[3].style.rgb, 0xFF0000u);
+  EXPECT_EQ(rec.items[4].style.rgb, 0x000000u);
+  EXPECT_EQ(rec.items[5].style.rgb, 0x000000u);
+}
+
+TEST(FrontendPropertiesTest, PenWidthsFollowLineweightsAndThePolicy) {
+  Drawing d = MakeDrawing();
+  Layer& heavy = AddLayer(d, "Heavy");
+  heavy.lineweight = 50;
+  Block& block = AddBlock(d, "B");
+  Entity byBlock = MakeLine({0, 0}, {1, 0}, "Heavy");
+  byBlock.props.lineweight = kLineweightByBlock;
+  block.entities.push_back(byBlock);
+  Entity insert = MakeInsert("B", {0, 0});
+  insert.props.lineweight = 70;
+  ModelSpace(d).entities.push_back(insert);
+  ModelSpace(d).entities.push_back(MakeLine({0, 0}, {1, 0}, "Heavy"));
+  Entity def = MakeLine({0, 0}, {1, 0}, "Heavy");
+  def.props.lineweight = kLineweightDefault;
+  ModelSpace(d).entities.push_back(def);
+  Entity zero = MakeLine({0, 0}, {1, 0}, "Heavy");
+  zero.props.lineweight = 0;
+  ModelSpace(d).entities.push_back(zero);
+  d.Reindex();
+
+  struct Case {
+    const char* name;
+    LineweightPolicy policy;
+    double widths[4];
+  };
+  const Case cases[] = {
+      {"plotted", {true, 1}, {0.7, 0.5, 0.25, kThinLineMm}},
+      {"scaled by half", {true, 0.5}, {0.35, 0.25, 0.125, kThinLineMm}},
+      {"not plotted", {false, 1}, {kThinLineMm, kThinLineMm, kThinLineMm, kThinLineMm}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    FrontendOptions options;
+    options.lineweights = c.policy;
+    const RecordingBackend rec = Draw(d, ModelLayout(d), options);
+    ASSERT_EQ(rec.items.size(), 4u);
+    for (int i = 0; i < 4; ++i) EXPECT_DOUBLE_EQ(rec.items[i].style.widthMm, c.widths[i]);
+  }
+}
+
+TEST(FrontendTransformTest, NestedBlocksMirroredExtrusionAndMinsertGrids) {
+  Drawing d = MakeDrawing();
+  Block& inner = AddBlock(d, "Inner");
+  inner.entities.push_back(MakeLine({0, 0}, {10, 0}));
+  Block& outer = AddBlock(d, "Outer");
+  outer.base = {1, 1, 0};
+  Entity nested = MakeInsert("Inner", {6, 1});  // (5, 0) relative to the base
+  std::get<Insert>(nested.geometry).rotation = 90;
+  outer.entities.push_back(nested);
+
+  Entity scaled = MakeInsert("Outer", {50, 20});
+  std::get<Insert>(scaled.geometry).scale = {2, 2, 1};
+  ModelSpace(d).entities.push_back(scaled);
+
+  Entity mirrored = MakeInsert("Inner", {10, 0});
+  std::get<Insert>(mirrored.geometry).extrusion = {0, 0, -1};  // object x runs to world -x
+  ModelSpace(d).entities.push_back(mirrored);
+
+  Entity grid = MakeInsert("Inner", {0, 100});
+  Insert& g = std::get<Insert>(grid.geometry);
+  g.columns = 2;
+  g.rows = 3;
+  g.columnSpacing = 20;
+  g.rowSpacing = 5;
+  g.rotation = 90;  // the grid turns with the block
+  ModelSpace(d).entities.push_back(grid);
+  d.Reindex();
+
+  const RecordingBackend rec = Draw(d, ModelLayout(d));
+  ASSERT_EQ(rec.items.size(), 1u + 1u + 6u);
+  ExpectPoint(rec.items[0].points[0], {60, 20});
+  ExpectPoint(rec.items[0].points[1], {60, 40});
+  ExpectPoint(rec.items[1].points[0], {-10, 0});
+  ExpectPoint(rec.items[1].points[1], {-20, 0});
+  // Row 2, column 1: offset (20, 10) turned a quarter: (-10, 20).
+  ExpectPoint(rec.items[7].points[0], {-10, 120});
+  ExpectPoint(rec.items[7].points[1], {-10, 130});
+}
+
+TEST(FrontendBlockTest, AttributesXrefsAndSelfReference) {
+  Drawing xref = MakeDrawing();
+  ModelSpace(xref).entities.push_back(MakeLine({0, 0}, {3, 0}));
+  xref.Reindex();
+
+  Drawing d = MakeDrawing();
+  Block& block = AddBlock(d, "Tag");
+  block.entities.push_back(MakeLine({0, 0}, {1, 0}));
+  block.entities.push_back(MakeInsert("Tag", {5, 5}));  // refers to itself
+  Block& linked = AddBlock(d, "Linked");
+  linked.flags = 4;
+  Block& missing = AddBlock(d, "Missing");
+  missing.flags = 4;
+  d.xrefs.push_back(
+      {"linked", "linked.dxf", "/tmp/linked.dxf", std::make_shared<Drawing>(std::move(xref))});
+  d.xrefs.push_back({"Missing", "missing.dxf", "", nullptr});
+
+  Entity tag = MakeInsert("Tag", {100, 0});
+  Insert& insert = std::get<Insert>(tag.geometry);
+  Attribute shown;
+  shown.text.text = "A-12";
+  shown.text.insert = {7, 8, 0};
+  shown.text.height = 2;
+  Attribute hidden = shown;
+  hidden.text.text = "secret";
+  hidden.invisible = true;
+  insert.attributes = {shown, hidden};
+  ModelSpace(d).entities.push_back(tag);
+  ModelSpace(d).entities.push_back(MakeInsert("Linked", {0, 50}));
+  ModelSpace(d).entities.push_back(MakeInsert("Missing", {0, 60}));
+  d.Reindex();
+
+  FrontendStats stats;
+  const RecordingBackend rec = Draw(d, ModelLayout(d), {}, &stats);
+  ASSERT_EQ(rec.items.size(), 3u);
+  ExpectPoint(rec.items[0].points[0], {100, 0});       // the block's line, not its self-reference
+  EXPECT_EQ(rec.items[1].kind, Recorded::Kind::Text);  // after the content, in place
+  EXPECT_EQ(rec.items[1].text, "A-12");
+  ExpectPoint(rec.items[1].points[0], {7, 8});
+  ExpectPoint(rec.items[2].points[1], {3, 50});  // the external drawing's model space
+  EXPECT_EQ(stats.recursiveBlocks, 1u);
+  EXPECT_EQ(stats.unresolvedXrefs, 1u);
+}
+
+TEST(FrontendGeometryTest, ExtentsOfEachKindOfEntity) {
+  Polyline bulged;  // a half circle below its chord
+  bulged.vertices = {{{0, 0, 0}, 0, 0, 1}, {{2, 0, 0}, 0, 0, 0}};
+  Polyline wide;
+  wide.vertices = {{{0, 0, 0}, 0, 0, 0}, {{10, 0, 0}, 0, 0, 0}};
+  wide.constantWidth = 2;
+  Spline spline;
+  spline.degree = 2;
+  spline.knots = {0, 0, 0, 1, 1, 1};
+  spline.controlPoints = {{0, 0, 0}, {1, 2, 0}, {2, 0, 0}};
+  Ellipse ellipse;
+  ellipse.majorAxis = {10, 0, 0};
+  ellipse.ratio = 0.5;
+  Solid solid;
+  solid.corners = {Vec3{0, 0, 0}, Vec3{4, 0, 0}, Vec3{0, 3, 0}, Vec3{4, 3, 0}};
+  Face3d face;
+  face.corners = {Vec3{0, 0, 0}, Vec3{5, 0, 0}, Vec3{5, 5, 0}, Vec3{0, 5, 0}};
+  Hatch hatch;
+  hatch.solid = true;
+  hatch.loops.resize(1);
+  hatch.loops[0].isPolyline = true;
+  for (Vec2 p : {Vec2{1, 1}, Vec2{3, 1}, Vec2{3, 3}, Vec2{1, 3}}) {
+    hatch.loops[0].polyline.push_back({{p.x, p.y, 0}, 0, 0, 0});
+  }
+  Leader leader;
+  leader.vertices = {{0, 0, 0}, {10, 10, 0}};
+  Insert mirrored;
+  mirrored.block = "B";
+  mirrored.insert = {10, 0, 0};
+  mirrored.extrusion = {0, 0, -1};
+  Insert grid;
+  grid.block = "B";
+  grid.columns = grid.rows = 2;
+  grid.columnSpacing = grid.rowSpacing = 10;
+
+  struct Case {
+    const char* name;
+    Geometry geometry;
+    Box2 box;
+  };
+  const Case cases[] = {
+      {"line", Line{{1, 2, 0}, {5, 7, 0}}, Box2::Of({1, 2}, {5, 7})},
+      {"circle", Circle{{10, 10, 0}, 5, kUnitZ}, Box2::Of({5, 5}, {15, 15})},
+      {"arc", Arc{{0, 0, 0}, 10, 0, 90, kUnitZ}, Box2::Of({0, 0}, {10, 10})},
+      {"arc across 0°", Arc{{0, 0, 0}, 10, 270, 90, kUnitZ}, Box2::Of({0, -10}, {10, 10})},
+      {"ellipse", ellipse, Box2::Of({-10, -5}, {10, 5})},
+      {"bulge", bulged, Box2::Of({0, -1}, {2, 0})},
+      {"wide polyline", wide, Box2::Of({0, -1}, {10, 1})},
+      {"spline", spline, Box2::Of({0, 0}, {2, 1})},
+      {"solid", solid, Box2::Of({0, 0}, {4, 3})},
+      {"3D face", face, Box2::Of({0, 0}, {5, 5})},
+      {"hatch", hatch, Box2::Of({1, 1}, {3, 3})},
+      {"leader", leader, Box2::Of({0, 0}, {10, 10})},
+      {"point", Point{{3, 4, 0}}, Box2::Of({3, 4}, {3, 4})},
+      {"mirrored insert", mirrored, Box2::Of({-20, 0}, {-10, 5})},
+      {"insert grid", grid, Box2::Of({0, 0}, {20, 15})},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    Drawing d = MakeDrawing();
+    AddBlock(d, "B").entities.push_back(MakeLine({0, 0}, {10, 5}));
+    ModelSpace(d).entities.push_back(MakeEntity(c.geometry));
+    d.Reindex();
+    const Box2 box = ComputeLayoutExtents(d, ModelLayout(d), ModelLayout(d).settings);
+    EXPECT_NEAR(box.min.x, c.box.min.x, 1e-9);
+    EXPECT_NEAR(box.min.y, c.box.min.y, 1e-9);
+    EXPECT_NEAR(box.max.x, c.box.max.x, 1e-9);
+    EXPECT_NEAR(box.max.y, c.box.max.y, 1e-9);
+  }
+}
+
+// A paper layout: the first (overall) viewport, one frozen-layer viewport,
+// one switched off, and a paper-space line.
+Drawing ViewportDrawing() {
+  Drawing d = MakeDrawing();
+  AddLayer(d, "Walls");
+  AddLayer(d, "Notes");
+  ModelSpace(d).entities.push_back(MakeLine({-30, 0}, {30, 0}, "Walls"));
+  ModelSpace(d).entities.push_back(MakeLine({-30, 10}, {30, 10}, "Notes"));
+  auto viewport = [](Vec2 center, std::int16_t id) {
+    Viewport vp;
+    vp.center = {center.x, center.y, 0};
+    vp.width = vp.height = vp.viewHeight = 40;
+    vp.id = id;
+    vp.status = 1;
+    return vp;
+  };
+  PaperSpace(d).entities.push_back(MakeEntity(viewport({50, 50}, 1)));
+  Viewport frozen = viewport({50, 50}, 2);
+  frozen.frozenLayers = {"NOTES"};
+  PaperSpace(d).entities.push_back(MakeEntity(frozen));
+  Viewport off = viewport({150, 50}, 3);
+  off.flags = 131072;
+  PaperSpace(d).entities.push_back(MakeEntity(off));
+  PaperSpace(d).entities.push_back(MakeLine({0, 0}, {1, 1}));
+  d.Reindex();
+  return d;
+}
+
+TEST(FrontendViewportTest, DrawsModelSpaceThroughContentViewportsOnly) {
+  const Drawing d = ViewportDrawing();
+  for (bool first : {false, true}) {
+    SCOPED_TRACE(first ? "viewports first" : "paper first");
+    FrontendOptions options;
+    options.viewportsFirst = first;
+    RecordingBackend rec;
+    Frontend frontend(d, rec, options);
+    frontend.DrawLayout(d.layouts[1], Affine2{});
+    // Two frames (the overall viewport has none), the paper line, and the
+    // walls through the one viewport that is on; its frozen notes stay out.
+    ASSERT_EQ(rec.items.size(), 4u);
+    EXPECT_EQ(rec.maxClipDepth, 1);
+    const Recorded& walls = first ? rec.items[0] : rec.items[3];
+    ExpectPoint(walls.points[0], {20, 50});
+    ExpectPoint(walls.points[1], {80, 50});
+    const Recorded& paperLine = first ? rec.items[3] : rec.items[2];
+    ExpectPoint(paperLine.points[1], {1, 1});
+  }
+}
+
+TEST(FrontendViewportTest, ViewTargetCentreAndTwistPlaceTheModel) {
+  Drawing d = MakeDrawing();
+  ModelSpace(d).entities.push_back(MakeLine({100, 200}, {110, 200}));
+  Viewport vp;
+  vp.center = {50, 50, 0};
+  vp.width = vp.height = 40;
+  vp.viewHeight = 80;  // half size
+  vp.viewTarget = {100, 200, 0};
+  vp.viewCenter = {-4, 0};
+  vp.twist = 90;
+  PaperSpace(d).entities.push_back(MakeEntity(Viewport{}));
+  PaperSpace(d).entities.push_back(MakeEntity(vp));
+  d.Reindex();
+  const RecordingBackend rec = Draw(d, PaperLayout(d));
+  ASSERT_EQ(rec.items.size(), 2u);
+  ExpectPoint(rec.items[1].points[0], {52, 50});
+  ExpectPoint(rec.items[1].points[1], {52, 55});
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded

@@ -1,0 +1,175 @@
+#include "embedded/render/page_geometry.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace sheafwork::embedded {
+namespace {
+
+PlotSettings Media(double w, double h, double left, double bottom, double right, double top) {
+  PlotSettings s;
+  s.paperWidth = w;
+  s.paperHeight = h;
+  s.marginLeft = left;
+  s.marginBottom = bottom;
+  s.marginRight = right;
+  s.marginTop = top;
+  s.flags = kUseStandardScale;
+  s.standardScale = 16;
+  return s;
+}
+
+struct PageCase {
+  const char* name;
+  PlotSettings settings;
+  Box2 area;
+  Vec2 sheetSize;
+  Box2 printable;
+  double mmPerUnit;
+  Vec2 probe;    ///< a drawing point ...
+  Vec2 landing;  ///< ... and where it must land on the sheet
+};
+
+std::vector<PageCase> Cases() {
+  std::vector<PageCase> cases;
+  {  // 1:50 on A3 landscape media: 10 m × 5 m of drawing in mm units is 200 × 100 mm.
+    PlotSettings s = Media(420, 297, 5, 5, 5, 5);
+    s.standardScale = 25;
+    cases.push_back({"StandardScaleOneToFiftyOnA3",
+                     s,
+                     Box2::Of({1000, 2000}, {11000, 7000}),
+                     {420, 297},
+                     Box2::Of({5, 5}, {415, 292}),
+                     0.02,
+                     {11000, 7000},
+                     {205, 105}});
+  }
+  {  // Fit into an asymmetric printable area (10..170 × 20..95), centred.
+    PlotSettings s = Media(200, 100, 10, 20, 30, 5);
+    s.standardScale = 0;
+    s.Set(kPlotCentered, true);
+    cases.push_back({"FitKeepsAspectAndCentres",
+                     s,
+                     Box2::Of({0, 0}, {400, 100}),
+                     {200, 100},
+                     Box2::Of({10, 20}, {170, 95}),
+                     0.4,
+                     {0, 0},
+                     {10, 37.5}});
+  }
+  {  // Custom scale in inches: 1 paper inch per 48 drawing units.
+    PlotSettings s = Media(279.4, 215.9, 0, 0, 0, 0);
+    s.Set(kUseStandardScale, false);
+    s.paperUnits = 0;
+    s.customNumerator = 1;
+    s.customDenominator = 48;
+    cases.push_back({"CustomScaleInInches",
+                     s,
+                     Box2::Of({0, 0}, {96, 48}),
+                     {279.4, 215.9},
+                     Box2::Of({0, 0}, {279.4, 215.9}),
+                     25.4 / 48,
+                     {96, 48},
+                     {50.8, 25.4}});
+  }
+  {  // Rotation 1: portrait media turned; its bottom margin becomes the left one.
+    PlotSettings s = Media(297, 420, 1, 2, 3, 4);
+    s.rotation = 1;
+    cases.push_back({"QuarterTurnSwapsSheetAndMargins",
+                     s,
+                     Box2::Of({0, 0}, {100, 50}),
+                     {420, 297},
+                     Box2::Of({2, 3}, {416, 296}),
+                     1,
+                     {100, 50},
+                     {102, 53}});
+  }
+  {  // Rotation 2: upside down; the area's lower-left goes to the top right.
+    PlotSettings s = Media(200, 100, 1, 2, 3, 4);
+    s.rotation = 2;
+    cases.push_back({"HalfTurnPlotsUpsideDown",
+                     s,
+                     Box2::Of({0, 0}, {10, 10}),
+                     {200, 100},
+                     Box2::Of({1, 2}, {197, 96}),
+                     1,
+                     {0, 0},
+                     {197, 96}});
+  }
+  {  // Plot origin offset from the printable corner.
+    PlotSettings s = Media(200, 100, 10, 10, 10, 10);
+    s.origin = {15, 25};
+    cases.push_back({"OriginOffset",
+                     s,
+                     Box2::Of({-5, -5}, {5, 5}),
+                     {200, 100},
+                     Box2::Of({10, 10}, {190, 90}),
+                     1,
+                     {-5, -5},
+                     {25, 35}});
+  }
+  {  // Centring ignores the origin offset.
+    PlotSettings s = Media(200, 100, 10, 10, 10, 10);
+    s.origin = {15, 25};
+    s.Set(kPlotCentered, true);
+    cases.push_back({"CentredIgnoresOrigin",
+                     s,
+                     Box2::Of({-5, -5}, {5, 5}),
+                     {200, 100},
+                     Box2::Of({10, 10}, {190, 90}),
+                     1,
+                     {0, 0},
+                     {100, 50}});
+  }
+  return cases;
+}
+
+TEST(PageGeometryTest, PlacesThePlotOnTheSheet) {
+  for (const PageCase& c : Cases()) {
+    SCOPED_TRACE(c.name);
+    const SheetLayout layout = ComputeSheetLayout(c.settings, {c.area, std::nullopt});
+    EXPECT_NEAR(layout.frame.width, c.sheetSize.x, 1e-9);
+    EXPECT_NEAR(layout.frame.height, c.sheetSize.y, 1e-9);
+    EXPECT_NEAR(layout.frame.printable.min.x, c.printable.min.x, 1e-9);
+    EXPECT_NEAR(layout.frame.printable.min.y, c.printable.min.y, 1e-9);
+    EXPECT_NEAR(layout.frame.printable.max.x, c.printable.max.x, 1e-9);
+    EXPECT_NEAR(layout.frame.printable.max.y, c.printable.max.y, 1e-9);
+    EXPECT_NEAR(layout.mmPerDrawingUnit, c.mmPerUnit, 1e-9);
+    const Vec2 landed = layout.drawingToSheet.Apply(c.probe);
+    EXPECT_NEAR(landed.x, c.landing.x, 1e-9);
+    EXPECT_NEAR(landed.y, c.landing.y, 1e-9);
+  }
+}
+
+TEST(PageGeometryTest, UpsideDownTurnsTheImage) {
+  PlotSettings s = Media(200, 100, 0, 0, 0, 0);
+  s.rotation = 3;  // sheet swapped, image upside down
+  const SheetLayout layout = ComputeSheetLayout(s, {Box2::Of({0, 0}, {10, 10}), std::nullopt});
+  EXPECT_EQ(layout.frame.width, 100);
+  const Vec2 right = layout.drawingToSheet.ApplyLinear({1, 0});
+  EXPECT_NEAR(right.x, -1, 1e-12);
+  EXPECT_NEAR(right.y, 0, 1e-12);
+}
+
+TEST(PageGeometryTest, LayoutAnchorPutsThePaperOriginAtThePlotOrigin) {
+  PlotSettings s = Media(297, 210, 7.5, 20, 7.5, 20);
+  const SheetLayout layout =
+      ComputeSheetLayout(s, {Box2::Of({-7.5, -20}, {289.5, 190}), Vec2{0, 0}});
+  const Vec2 origin = layout.drawingToSheet.Apply({0, 0});
+  EXPECT_NEAR(origin.x, 7.5, 1e-12);
+  EXPECT_NEAR(origin.y, 20, 1e-12);
+}
+
+TEST(PageGeometryTest, StandardScaleTable) {
+  EXPECT_DOUBLE_EQ(StandardScaleRatio(25), 1.0 / 50);
+  EXPECT_DOUBLE_EQ(StandardScaleRatio(8), 1.0 / 48);  // 1/4" = 1'
+  EXPECT_DOUBLE_EQ(StandardScaleRatio(32), 1000);
+  EXPECT_EQ(StandardScaleRatio(0), 0);
+  EXPECT_EQ(StandardScaleRatio(33), 0);
+  EXPECT_DOUBLE_EQ(PaperUnitMm(0), 25.4);
+  EXPECT_DOUBLE_EQ(PaperUnitMm(1), 1);
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded

@@ -1,0 +1,102 @@
+#include "embedded/render/plot_job.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "embedded/render/render_test_support.h"
+#include "fakes/temp_folder.h"
+
+namespace sheafwork::embedded {
+namespace {
+
+using testing::MakeDrawing;
+using testing::MakeLine;
+using testing::ModelLayout;
+using testing::ModelSpace;
+
+std::size_t Count(const std::string& haystack, const std::string& needle) {
+  std::size_t n = 0;
+  for (std::size_t at = haystack.find(needle); at != std::string::npos;
+       at = haystack.find(needle, at + needle.size())) {
+    ++n;
+  }
+  return n;
+}
+
+// The numbers of the first /MediaBox entry.
+std::vector<double> MediaBox(const std::string& pdf) {
+  std::vector<double> numbers;
+  const std::size_t at = pdf.find("/MediaBox [");
+  if (at == std::string::npos) return numbers;
+  std::istringstream in(pdf.substr(at + 11, pdf.find(']', at) - at - 11));
+  for (double v; in >> v;) numbers.push_back(v);
+  return numbers;
+}
+
+PlotJob PdfJob(const Drawing& d, const std::string& path) {
+  PlotJob job;
+  job.drawing = &d;
+  job.layout = &d.layouts[0];
+  job.settings.paperWidth = 297;  // A3 portrait media plotted landscape
+  job.settings.paperHeight = 420;
+  job.settings.rotation = 1;
+  job.settings.plotType = kPlotExtents;
+  job.settings.standardScale = 0;
+  job.outputPath = path;
+  job.title = "plan.dxf - Objet";
+  job.resolutionDpi = 600;
+  return job;
+}
+
+TEST(PlotJobTest, WritesAOnePagePdfOfTheSheetSize) {
+  Drawing d = MakeDrawing();
+  ModelSpace(d).entities.push_back(MakeLine({0, 0}, {100, 50}));
+  d.Reindex();
+  sheafwork::testing::TempFolder folder;
+  const std::string path = folder.File("plan.pdf");
+  RunPlotJob(PdfJob(d, path));
+
+  const std::string pdf = sheafwork::testing::TempFolder::Read(path);
+  ASSERT_FALSE(pdf.empty());
+  EXPECT_EQ(pdf.rfind("%PDF-", 0), 0u);
+  EXPECT_NE(pdf.find("%%EOF", pdf.size() - 16), std::string::npos);  // complete and closed
+  const std::vector<double> box = MediaBox(pdf);
+  ASSERT_EQ(box.size(), 4u);
+  EXPECT_EQ(box[0], 0);
+  EXPECT_EQ(box[1], 0);
+  EXPECT_EQ(box[2], 1191);  // 420 mm in whole points
+  EXPECT_EQ(box[3], 842);   // 297 mm
+  EXPECT_EQ(Count(pdf, "/Type /Page") - Count(pdf, "/Type /Pages"), 1u);
+  EXPECT_NE(pdf.find("/Count 1"), std::string::npos);
+}
+
+TEST(PlotJobTest, ReportsAnUnwritableFileByName) {
+  Drawing d = MakeDrawing();
+  sheafwork::testing::TempFolder folder;
+  const std::string path = folder.File("nowhere/plan.pdf");
+  try {
+    RunPlotJob(PdfJob(d, path));
+    FAIL() << "no PlotError";
+  } catch (const PlotError& e) {
+    EXPECT_NE(std::string(e.what()).find(path), std::string::npos) << e.what();
+  }
+}
+
+TEST(PlotJobTest, RefusesAPrinterTheSystemDoesNotHave) {
+  Drawing d = MakeDrawing();
+  PlotJob job = PdfJob(d, "");
+  job.output = OutputKind::Printer;
+  job.printerName = "Traceur-inexistant-42";
+  try {
+    RunPlotJob(job);
+    FAIL() << "no PlotError";
+  } catch (const PlotError& e) {
+    EXPECT_EQ(std::string(e.what()), "imprimante introuvable : Traceur-inexistant-42");
+  }
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded

@@ -1,0 +1,175 @@
+#include "embedded/render/render_test_support.h"
+
+#include <QPainter>
+#include <QtGlobal>
+#include <cmath>
+
+#include "embedded/render/paint_sheet.h"
+
+namespace sheafwork::embedded::testing {
+
+namespace {
+
+// The tests paint without a display, whatever the environment has.
+const bool kOffscreen = [] {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  return true;
+}();
+
+}  // namespace
+
+Drawing MakeDrawing() {
+  (void)kOffscreen;
+  Drawing d;
+  for (const char* name : {"0", "Defpoints"}) {
+    Layer layer;
+    layer.name = name;
+    d.layers.push_back(layer);
+  }
+  Block model;
+  model.name = "*Model_Space";
+  Block paper;
+  paper.name = "*Paper_Space";
+  d.blocks.push_back(model);
+  d.blocks.push_back(paper);
+  Layout modelLayout;
+  modelLayout.name = "Model";
+  modelLayout.blockName = "*Model_Space";
+  modelLayout.settings.flags |= kModelType;
+  Layout paperLayout;
+  paperLayout.name = "Feuille";
+  paperLayout.blockName = "*Paper_Space";
+  paperLayout.tabOrder = 1;
+  d.layouts.push_back(modelLayout);
+  d.layouts.push_back(paperLayout);
+  d.Reindex();
+  return d;
+}
+
+Block& ModelSpace(Drawing& d) { return d.blocks[0]; }
+Block& PaperSpace(Drawing& d) { return d.blocks[1]; }
+Layout& ModelLayout(Drawing& d) { return d.layouts[0]; }
+Layout& PaperLayout(Drawing& d) { return d.layouts[1]; }
+
+Layer& AddLayer(Drawing& d, const std::string& name) {
+  Layer layer;
+  layer.name = name;
+  d.layers.push_back(layer);
+  d.Reindex();
+  return d.layers.back();
+}
+
+Block& AddBlock(Drawing& d, const std::string& name) {
+  Block block;
+  block.name = name;
+  d.blocks.push_back(block);
+  d.Reindex();
+  return d.blocks.back();
+}
+
+Entity MakeEntity(Geometry geometry, const std::string& layer) {
+  Entity e;
+  e.props.layer = layer;
+  e.geometry = std::move(geometry);
+  return e;
+}
+
+Entity MakeLine(Vec2 from, Vec2 to, const std::string& layer) {
+  return MakeEntity(Line{{from.x, from.y, 0}, {to.x, to.y, 0}}, layer);
+}
+
+Entity MakeInsert(const std::string& block, Vec2 at, const std::string& layer) {
+  Insert insert;
+  insert.block = block;
+  insert.insert = {at.x, at.y, 0};
+  return MakeEntity(insert, layer);
+}
+
+PlotSettings OneToOneSettings(double size) {
+  PlotSettings s;
+  s.paperWidth = s.paperHeight = size;
+  s.marginLeft = s.marginBottom = s.marginRight = s.marginTop = 0;
+  s.plotType = kPlotWindow;
+  s.windowMin = {0, 0};
+  s.windowMax = {size, size};
+  s.standardScale = 16;
+  s.flags = kUseStandardScale | kPrintLineweights;
+  return s;
+}
+
+void RecordingBackend::DrawLines(std::span<const Vec2> pairs, const Style& style) {
+  items.push_back({Recorded::Kind::Lines, {pairs.begin(), pairs.end()}, style, {}});
+}
+
+void RecordingBackend::DrawPolyline(std::span<const Vec2> points, bool, const Style& style) {
+  items.push_back({Recorded::Kind::Polyline, {points.begin(), points.end()}, style, {}});
+}
+
+void RecordingBackend::FillLoops(std::span<const Vec2> points, std::span<const int>,
+                                 const Style& style) {
+  items.push_back({Recorded::Kind::Fill, {points.begin(), points.end()}, style, {}});
+}
+
+void RecordingBackend::DrawPoint(Vec2 at, const Style& style) {
+  items.push_back({Recorded::Kind::Point, {at}, style, {}});
+}
+
+void RecordingBackend::DrawText(const TextRun& text, const Style& style) {
+  items.push_back(
+      {Recorded::Kind::Text, {text.toSheet.Apply({0, 0})}, style, std::string(text.text)});
+}
+
+void RecordingBackend::PushClip(std::span<const Vec2>) {
+  ++clipDepth;
+  maxClipDepth = std::max(maxClipDepth, clipDepth);
+}
+
+void RecordingBackend::PopClip() { --clipDepth; }
+
+QImage RenderSheet(const Drawing& drawing, const Layout& layout, const PlotSettings& settings,
+                   double pixelsPerMm) {
+  PlotJob job;
+  job.drawing = &drawing;
+  job.layout = &layout;
+  job.settings = settings;
+  const SheetLayout sheet = PlanSheet(job);
+  QImage image(static_cast<int>(std::lround(sheet.frame.width * pixelsPerMm)),
+               static_cast<int>(std::lround(sheet.frame.height * pixelsPerMm)),
+               QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::white);
+  QPainter painter(&image);
+  PaintOptions options;
+  options.pixelsPerMm = pixelsPerMm;
+  PaintSheet(painter, job, sheet, options);
+  painter.end();
+  return image;
+}
+
+bool InkNear(const QImage& image, double k, Vec2 at, double radiusMm) {
+  const int cx = static_cast<int>(std::floor(at.x * k));
+  const int cy = static_cast<int>(std::floor(image.height() - at.y * k));
+  const int r = std::max(0, static_cast<int>(std::ceil(radiusMm * k)));
+  for (int y = cy - r; y <= cy + r; ++y) {
+    for (int x = cx - r; x <= cx + r; ++x) {
+      if (x < 0 || y < 0 || x >= image.width() || y >= image.height()) continue;
+      if (qGray(image.pixel(x, y)) < 200) return true;
+    }
+  }
+  return false;
+}
+
+std::uint32_t ColorAt(const QImage& image, double k, Vec2 at) {
+  const int x = static_cast<int>(std::floor(at.x * k));
+  const int y = static_cast<int>(std::floor(image.height() - at.y * k));
+  return image.pixel(x, y) & 0xFFFFFFu;
+}
+
+}  // namespace sheafwork::embedded::testing
+
+// Qt reads the system's fontconfig setup when it paints text, and
+// fontconfig 2.14 loses 288 bytes once while parsing Debian's configuration
+// (see platform/fontconfig_fonts.cpp, which carries the same suppression for
+// the programs that link it). This binary does not link that library.
+#if defined(__SANITIZE_ADDRESS__)
+extern "C" const char* __lsan_default_suppressions() { return "leak:libfontconfig.so\n"; }
+#endif

@@ -1,0 +1,68 @@
+#pragma once
+// Small drawings built in memory, a backend that records what it is given,
+// and a way to look at painted pixels in sheet millimetres.
+
+#include <QImage>
+#include <string>
+#include <vector>
+
+#include "embedded/model/drawing.h"
+#include "embedded/render/backend.h"
+
+namespace sheafwork::embedded::testing {
+
+/// A drawing with layers "0" and "Defpoints", a model layout and a paper
+/// layout "Feuille" (empty spaces). Call Reindex() after adding blocks.
+Drawing MakeDrawing();
+
+Block& ModelSpace(Drawing& drawing);
+Block& PaperSpace(Drawing& drawing);
+Layout& ModelLayout(Drawing& drawing);
+Layout& PaperLayout(Drawing& drawing);
+Layer& AddLayer(Drawing& drawing, const std::string& name);
+Block& AddBlock(Drawing& drawing, const std::string& name);
+
+Entity MakeEntity(Geometry geometry, const std::string& layer = "0");
+Entity MakeLine(Vec2 from, Vec2 to, const std::string& layer = "0");
+Entity MakeInsert(const std::string& block, Vec2 at, const std::string& layer = "0");
+
+/// Settings plotting the window 0..size × 0..size at 1:1 on a size × size
+/// mm sheet without margins: drawing units are sheet millimetres.
+PlotSettings OneToOneSettings(double size);
+
+struct Recorded {
+  enum class Kind { Lines, Polyline, Fill, Point, Text } kind;
+  std::vector<Vec2> points;
+  Style style;
+  std::string text;
+};
+
+class RecordingBackend final : public Backend {
+ public:
+  void DrawLines(std::span<const Vec2> pairs, const Style& style) override;
+  void DrawPolyline(std::span<const Vec2> points, bool closed, const Style& style) override;
+  void FillLoops(std::span<const Vec2> points, std::span<const int> loopSizes,
+                 const Style& style) override;
+  void DrawPoint(Vec2 at, const Style& style) override;
+  void DrawText(const TextRun& text, const Style& style) override;
+  void PushClip(std::span<const Vec2> polygon) override;
+  void PopClip() override;
+
+  std::vector<Recorded> items;
+  int clipDepth = 0;
+  int maxClipDepth = 0;
+};
+
+/// Paints `layout` with `settings` on a white image, `pixelsPerMm` pixels
+/// per sheet millimetre.
+QImage RenderSheet(const Drawing& drawing, const Layout& layout, const PlotSettings& settings,
+                   double pixelsPerMm);
+
+/// Whether anything non-white lies within `radiusMm` of sheet point `at`
+/// (millimetres, y up).
+bool InkNear(const QImage& image, double pixelsPerMm, Vec2 at, double radiusMm = 0.3);
+
+/// The colour at sheet point `at`, 0xRRGGBB.
+std::uint32_t ColorAt(const QImage& image, double pixelsPerMm, Vec2 at);
+
+}  // namespace sheafwork::embedded::testing

@@ -1,0 +1,108 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "embedded/render/aci_palette.h"
+#include "embedded/render/text_codes.h"
+#include "embedded/render/text_layout.h"
+
+namespace sheafwork::embedded {
+namespace {
+
+TEST(TextCodesTest, SpecialCodesAndMTextFormatting) {
+  struct Case {
+    const char* in;
+    const char* plain;
+    bool mtext;
+  };
+  const Case cases[] = {
+      {"45%%d %%c20 %%p0.1 100%%%",
+       "45\xC2\xB0 \xC3\x98"
+       "20 \xC2\xB1"
+       "0.1 100%",
+       false},
+      {"%%uSouligné%%u", "Soulign\xC3\xA9", false},
+      {"50%", "50%", false},
+      {"\\A1;{\\fArial|b1;Plan} du\\Prez-de-chaussée",
+       "Plan du\nrez-de-chauss\xC3\xA9"
+       "e",
+       true},
+      {"\\H2.5x;\\C1;Rouge\\~vif", "Rouge vif", true},
+      {"a\\\\b \\{c\\}", "a\\b {c}", true},
+      {"\\S1^2; \\S3/4;", "1/2 3/4", true},
+      {"\\U+00B0C \\LL\\l",
+       "\xC2\xB0"
+       "C L",
+       true},
+      {"%%d dans un texte multiligne", "\xC2\xB0 dans un texte multiligne", true},
+  };
+  for (const Case& c : cases) {
+    std::string out;
+    if (c.mtext) {
+      AppendMTextPlain(c.in, out);
+    } else {
+      AppendWithSpecialCodes(c.in, out);
+    }
+    EXPECT_EQ(out, c.plain) << c.in;
+  }
+}
+
+TEST(TextLayoutTest, AlignmentsPlaceTheBaseline) {
+  const FontMetrics metrics{10, 3};  // glyph units
+  const double width[] = {100};
+  struct Case {
+    int h, v;
+    double x, baseline;
+  };
+  // Text 2 units high (0.2 per glyph unit), 100 glyph units = 20 units wide.
+  const Case cases[] = {
+      {0, 0, 0, 0}, {2, 0, -20, 0}, {1, 3, -10, -2}, {4, 0, -10, -1}, {0, 1, 0, 0.6}};
+  for (const Case& c : cases) {
+    TextRun run;
+    run.height = 2;
+    run.horizontalAlign = c.h;
+    run.verticalAlign = c.v;
+    LinePlacement line[1];
+    PlaceRun(run, metrics, width, line);
+    EXPECT_NEAR(line[0].x, c.x, 1e-12) << c.h << "/" << c.v;
+    EXPECT_NEAR(line[0].baseline, c.baseline, 1e-12) << c.h << "/" << c.v;
+  }
+  TextRun fit;  // fitted text stretches to the baseline's length only
+  fit.height = 2;
+  fit.horizontalAlign = 5;
+  fit.fitLength = 50;
+  LinePlacement line[1];
+  const RunPlacement p = PlaceRun(fit, metrics, width, line);
+  EXPECT_NEAR(p.xScale, 0.5, 1e-12);
+  EXPECT_NEAR(p.yScale, 0.2, 1e-12);
+}
+
+TEST(TextLayoutTest, MultiLineAttachment) {
+  const FontMetrics metrics{10, 3};
+  const double widths[] = {100, 50};
+  TextRun run;
+  run.height = 3;
+  run.attachment = 9;  // bottom right: the last line's baseline on the anchor
+  LinePlacement lines[2];
+  PlaceRun(run, metrics, widths, lines);
+  EXPECT_NEAR(lines[1].baseline, 0, 1e-12);
+  EXPECT_NEAR(lines[0].baseline, 5, 1e-12);  // 5/3 of the cap height above
+  EXPECT_NEAR(lines[0].x, -30, 1e-12);
+  EXPECT_NEAR(lines[1].x, -15, 1e-12);
+  run.attachment = 1;
+  PlaceRun(run, metrics, widths, lines);
+  EXPECT_NEAR(lines[0].baseline, -3, 1e-12);
+  EXPECT_NEAR(lines[0].x, 0, 1e-12);
+}
+
+TEST(AciPaletteTest, KnownEntries) {
+  const std::pair<int, std::uint32_t> known[] = {
+      {1, 0xFF0000},   {2, 0xFFFF00},   {3, 0x00FF00},  {5, 0x0000FF},  {7, 0x000000},
+      {8, 0x808080},   {9, 0xC0C0C0},   {10, 0xFF0000}, {11, 0xFF7F7F}, {12, 0xA50000},
+      {20, 0xFF3F00},  {21, 0xFF9F7F},  {30, 0xFF7F00}, {40, 0xFFBF00}, {130, 0x00FFFF},
+      {250, 0x333333}, {255, 0xFFFFFF}, {0, 0x000000},  {256, 0x000000}};
+  for (const auto& [index, rgb] : known) EXPECT_EQ(AciToRgb(index), rgb) << index;
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded
