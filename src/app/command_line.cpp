@@ -24,7 +24,8 @@ constexpr const char* kFooter =
     "les chemins des dessins y sont enregistrés en entier.\n"
     "Sans journal nommé dans la liste, les journaux vont dans $XDG_DATA_HOME/sheafwork\n"
     "(~/.local/share/sheafwork).\n"
-    "L'application de bureau n'est pas encore disponible dans cette version.";
+    "Sans argument, ou avec le seul nom d'un fichier liste, sheafwork ouvre\n"
+    "l'application de bureau (il faut alors un écran).";
 
 // Gives CLI11's help the program's language.
 void FrenchLabels(CLI::App& app) {
@@ -110,6 +111,17 @@ void PrintHelp(std::ostream& out, const std::string& help) {
 }
 
 }  // namespace
+
+bool WantsDesktop(int argc, const char* const* argv) {
+  if (argc <= 1) return true;
+  if (argc > 2) return false;
+  const std::string_view arg = argv[1];
+  if (arg.empty() || arg.front() == '-') return false;
+  for (std::string_view command : {"list", "plot", "check"}) {
+    if (arg == command) return false;
+  }
+  return true;
+}
 
 HostRegistry& ProgramHosts() {
   static HostRegistry hosts = [] {
@@ -211,7 +223,8 @@ int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
   app.footer(kFooter);  // after the subcommands, which would inherit it
 
   if (argc <= 1) {
-    err << "sheafwork: l'application de bureau n'est pas encore disponible dans cette version.\n"
+    err << "sheafwork: une commande est attendue (sans argument, sheafwork ouvre l'application "
+           "de bureau).\n"
         << "Essayez « sheafwork --help »." << '\n';
     return kExitBadInput;
   }

@@ -36,6 +36,10 @@ struct CommandEnvironment {
 /// The hosts built into the program.
 HostRegistry& ProgramHosts();
 
+/// True when the arguments ask for the desktop application: none at all, or
+/// only the name of a list file (anything but an option or a command).
+bool WantsDesktop(int argc, const char* const* argv);
+
 /// Runs the command line; output on `out`, messages on `err`. Returns the
 /// exit status.
 int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::ostream& err);

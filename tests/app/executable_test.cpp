@@ -19,9 +19,11 @@ struct ProgramRun {
   std::string out;
 };
 
-// Runs the program with `args` (shell words and redirections); stdin is empty.
-ProgramRun Sheafwork(const std::string& args) {
-  const std::string command = std::string("'") + SHEAFWORK_EXE + "' " + args + " </dev/null";
+// Runs the program with `args` (shell words and redirections) after the
+// environment words `env`; stdin is empty.
+ProgramRun Sheafwork(const std::string& args, const std::string& env = "") {
+  const std::string command =
+      (env.empty() ? "" : "env " + env + " ") + "'" + SHEAFWORK_EXE + "' " + args + " </dev/null";
   ProgramRun run{-1, {}};
   FILE* pipe = popen(command.c_str(), "r");
   if (!pipe) return run;
@@ -50,7 +52,12 @@ TEST(Executable, ErrorsGoToStderrWithStatus2) {
   EXPECT_EQ(run.status, 2);
   EXPECT_EQ(run.out.rfind("sheafwork: " + bad + ": ", 0), 0u);
   EXPECT_EQ(Sheafwork("--no-such-option 2>/dev/null").status, 2);
-  EXPECT_EQ(Sheafwork("2>/dev/null").status, 2);
+  // Without arguments the desktop application starts; with no display it
+  // cannot, and says so.
+  const ProgramRun noDisplay =
+      Sheafwork("2>&1", "-u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM");
+  EXPECT_EQ(noDisplay.status, 2);
+  EXPECT_NE(noDisplay.out.find("aucun écran"), std::string::npos) << noDisplay.out;
 }
 
 }  // namespace

@@ -58,6 +58,8 @@ const Linetype* Drawing::FindLinetype(std::string_view name) const {
 
 const View* Drawing::FindView(std::string_view name) const { return FindByName(views, name); }
 
-const Block* Drawing::LayoutBlock(const Layout& layout) const { return FindBlock(layout.blockName); }
+const Block* Drawing::LayoutBlock(const Layout& layout) const {
+  return FindBlock(layout.blockName);
+}
 
 }  // namespace sheafwork::embedded

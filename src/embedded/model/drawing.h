@@ -20,10 +20,10 @@ namespace sheafwork::embedded {
 
 /// The header variables the host uses.
 struct Header {
-  std::string acadVer;                    ///< "AC1009", "AC1015", ...
-  std::string codePage = "ANSI_1252";     ///< strings' code page before AC1021
+  std::string acadVer;                 ///< "AC1009", "AC1015", ...
+  std::string codePage = "ANSI_1252";  ///< strings' code page before AC1021
   Vec3 insBase;
-  std::optional<Vec3> extMin, extMax;     ///< absent when unset (±1e20)
+  std::optional<Vec3> extMin, extMax;  ///< absent when unset (±1e20)
   Vec2 limMin{0, 0};
   Vec2 limMax{420, 297};
   Vec2 pLimMin{0, 0};
@@ -125,7 +125,7 @@ struct NamedPageSetup {
 struct ExternalReference {
   std::string blockName;
   std::string storedPath;
-  std::string resolvedPath;  ///< empty when not found
+  std::string resolvedPath;                       ///< empty when not found
   std::shared_ptr<const struct Drawing> drawing;  ///< the loaded drawing when found
 };
 

@@ -120,7 +120,7 @@ struct Text {
   double rotation = 0;
   double widthFactor = 1;
   double oblique = 0;
-  std::int16_t generation = 0;  ///< 2 mirrored in X, 4 upside down
+  std::int16_t generation = 0;       ///< 2 mirrored in X, 4 upside down
   std::int16_t horizontalAlign = 0;  ///< 0 left, 1 center, 2 right, 3 aligned, 4 middle, 5 fit
   std::int16_t verticalAlign = 0;    ///< 0 baseline, 1 bottom, 2 middle, 3 top
   Vec3 extrusion = kUnitZ;
@@ -131,7 +131,7 @@ struct MText {
   std::string style = "Standard";
   Vec3 insert;  ///< world coordinates
   double height = 0;
-  double width = 0;  ///< reference column width, 0 for no wrapping
+  double width = 0;             ///< reference column width, 0 for no wrapping
   std::int16_t attachment = 1;  ///< 1 top left ... 9 bottom right
   Vec3 xAxis{1, 0, 0};
   double rotation = 0;  ///< used when xAxis was not given
@@ -164,11 +164,11 @@ struct Insert {
 /// One edge of a hatch boundary, in the hatch's object coordinates.
 struct HatchEdge {
   enum class Kind { Line, Arc, EllipseArc, Spline } kind = Kind::Line;
-  Vec2 start, end;     ///< line
-  Vec2 center;         ///< arc, elliptic arc
-  double radius = 0;   ///< arc
-  Vec2 majorAxis;      ///< elliptic arc, relative to the center
-  double ratio = 1;    ///< elliptic arc
+  Vec2 start, end;        ///< line
+  Vec2 center;            ///< arc, elliptic arc
+  double radius = 0;      ///< arc
+  Vec2 majorAxis;         ///< elliptic arc, relative to the center
+  double ratio = 1;       ///< elliptic arc
   double startAngle = 0;  ///< degrees, as stored
   double endAngle = 0;
   bool counterClockwise = true;
@@ -232,7 +232,7 @@ struct Viewport {
   Vec3 viewDirection = kUnitZ;
   double viewHeight = 0;  ///< model units
   double twist = 0;
-  std::int32_t flags = 0;  ///< 65536 clipped by a boundary, 131072 off
+  std::int32_t flags = 0;                 ///< 65536 clipped by a boundary, 131072 off
   std::vector<std::string> frozenLayers;  ///< names
   std::string clipBoundaryHandle;
 };

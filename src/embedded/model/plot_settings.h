@@ -50,7 +50,8 @@ struct PlotSettings {
   Vec2 windowMax;
   double customNumerator = 1;    ///< paper units ...
   double customDenominator = 1;  ///< ... per drawing units
-  std::int32_t flags = kUseStandardScale | kPlotPlotStyles | kPrintLineweights | kDrawViewportsFirst;
+  std::int32_t flags =
+      kUseStandardScale | kPlotPlotStyles | kPrintLineweights | kDrawViewportsFirst;
   std::int16_t paperUnits = 1;  ///< 0 inches, 1 millimetres, 2 pixels
   std::int16_t rotation = 0;    ///< 0, 1 (90° ccw), 2 (180°), 3 (90° cw)
   std::int16_t plotType = kPlotLayout;

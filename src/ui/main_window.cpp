@@ -1,0 +1,595 @@
+#include "ui/main_window.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QLabel>
+#include <QMenuBar>
+#include <QProgressDialog>
+#include <QSettings>
+#include <QStatusBar>
+#include <QTableView>
+#include <QToolBar>
+#include <algorithm>
+
+#include "batch/list_commands.h"
+#include "batch/list_row.h"
+#include "host/startup.h"
+#include "log/paths.h"
+#include "plotrun/plot_run.h"
+#include "plottest/plot_test.h"
+#include "res/string_ids.h"
+#include "res/string_table.h"
+#include "ui/about_dialog.h"
+#include "ui/batch_model.h"
+#include "ui/devices_dialog.h"
+#include "ui/help.h"
+#include "ui/icons.h"
+#include "ui/layouts_dialog.h"
+#include "ui/logging_dialog.h"
+#include "ui/page_setups_dialog.h"
+#include "ui/qt_prompt.h"
+#include "ui/qt_text.h"
+#include "ui/results_dialog.h"
+#include "ui/settings_dialog.h"
+
+namespace sheafwork::ui {
+namespace {
+
+bool HasSuffix(const QString& path, const char* suffix) {
+  return path.right(3).compare(QLatin1String(suffix), Qt::CaseInsensitive) == 0;
+}
+
+// Drawings and templates; DXF too, the embedded host's own format.
+bool IsDrawingFile(const QString& path) {
+  return HasSuffix(path, "dwg") || HasSuffix(path, "dwt") || HasSuffix(path, "dxf");
+}
+
+/// The list view's icons and the status line during a plot run.
+class RowIcons : public RunObserver {
+ public:
+  RowIcons(BatchModel& model, QTableView& view, QLabel& status)
+      : model_(model), view_(view), status_(status) {}
+  void RowsCleared() override {
+    model_.ClearStatuses();
+    QApplication::processEvents();
+  }
+  void RowStarted(int row, int count, const BatchEntry& entry) override {
+    model_.SetActiveRow(row);
+    view_.scrollTo(model_.index(row - 1, 0));
+    status_.setText(
+        QStringLiteral("Ligne %1 sur %2 : %3").arg(row).arg(count).arg(Q(entry.FileName)));
+    QApplication::processEvents();
+  }
+  void RowFinished(int row, RowStatus status) override {
+    model_.SetStatus(row, status);
+    QApplication::processEvents();
+  }
+
+ private:
+  BatchModel& model_;
+  QTableView& view_;
+  QLabel& status_;
+};
+
+}  // namespace
+
+MainWindow::MainWindow(UiContext context, QWidget* parent) : QMainWindow(parent), ctx_(context) {
+  setObjectName(QStringLiteral("frmSheafwork"));
+  setWindowIcon(MakeIcon(IconId::App));
+
+  model_ = new BatchModel(*ctx_.session, this);
+  list_ = new QTableView(this);
+  list_->setObjectName(QStringLiteral("lstBatch"));
+  list_->setModel(model_);
+  list_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
+  list_->setShowGrid(false);
+  list_->setAlternatingRowColors(true);
+  list_->setWordWrap(false);
+  list_->setTextElideMode(Qt::ElideMiddle);
+  list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  list_->verticalHeader()->hide();
+  list_->verticalHeader()->setDefaultSectionSize(list_->fontMetrics().height() + 8);
+  list_->horizontalHeader()->setHighlightSections(false);
+  list_->horizontalHeader()->setStretchLastSection(true);
+  list_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  list_->horizontalHeader()->setSectionsClickable(true);
+  const int widths[] = {230, 300, 190, 170};
+  for (int column = 0; column < 4; ++column) list_->setColumnWidth(column, widths[column]);
+  list_->setAcceptDrops(true);
+  list_->setDragDropMode(QAbstractItemView::DropOnly);
+  list_->setDropIndicatorShown(false);
+  list_->setDefaultDropAction(Qt::CopyAction);
+  list_->setContextMenuPolicy(Qt::ActionsContextMenu);
+  SetHelpId(list_, context::kMainList);
+  setCentralWidget(list_);
+
+  connect(model_, &BatchModel::filesDropped, this, &MainWindow::AddFiles);
+  connect(model_, &QAbstractItemModel::modelAboutToBeReset, this,
+          [this] { savedSelection_ = SelectedPositions(); });
+  connect(model_, &QAbstractItemModel::modelReset, this, [this] {
+    if (model_->KeepSelection()) SelectPositions(savedSelection_);
+    UpdateCommands();
+  });
+  connect(model_, &QAbstractItemModel::rowsInserted, this, &MainWindow::UpdateCommands);
+  connect(model_, &QAbstractItemModel::rowsRemoved, this, &MainWindow::UpdateCommands);
+  connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          &MainWindow::UpdateCommands);
+  // A click on a column heading rebuilds the view.
+  connect(list_->horizontalHeader(), &QHeaderView::sectionClicked, this,
+          [this] { ctx_.session->ReloadMainListview(ctx_.session->ListModified, true); });
+  connect(list_, &QTableView::doubleClicked, this, [this] {
+    if (commands_.value(QStringLiteral("mnuOptionsPlotSettings"))->isEnabled()) PlotSettings();
+  });
+
+  BuildMenus();
+  BuildToolbar();
+  for (const char* name : {"mnuOptionsLayouts", "mnuOptionsPlotSetups", "mnuOptionsPlotDevices",
+                           "mnuOptionsPlotSettings", "mnuOptionsLayers", "mnuFileRemove"}) {
+    list_->addAction(Command(QString::fromLatin1(name)));
+  }
+
+  status_ = new QLabel(this);
+  status_->setObjectName(QStringLiteral("lblStatus"));
+  statusBar()->addWidget(status_, 1);
+  count_ = new QLabel(this);
+  count_->setObjectName(QStringLiteral("lblCount"));
+  statusBar()->addPermanentWidget(count_);
+
+  resize(980, 560);
+  if (ctx_.rememberGeometry) {
+    QSettings settings;
+    geometryRestored_ =
+        restoreGeometry(settings.value(QStringLiteral("main/geometry")).toByteArray());
+    restoreState(settings.value(QStringLiteral("main/state")).toByteArray());
+    list_->horizontalHeader()->restoreState(
+        settings.value(QStringLiteral("main/columns")).toByteArray());
+  }
+  Refresh();
+}
+
+MainWindow::~MainWindow() = default;
+
+QAction* MainWindow::AddCommand(const QString& name, int captionId, int tipId, int icon,
+                                QKeySequence key) {
+  auto* action = new QAction(Res(captionId), this);
+  action->setObjectName(name);
+  if (tipId) action->setToolTip(Res(tipId));
+  if (icon >= 0) action->setIcon(MakeIcon(static_cast<IconId>(icon)));
+  if (!key.isEmpty()) action->setShortcut(key);
+  commands_.insert(name, action);
+  return action;
+}
+
+void MainWindow::BuildMenus() {
+  const auto icon = [](IconId id) { return static_cast<int>(id); };
+  QMenu* file = menuBar()->addMenu(Res(ids::kMenuFile));
+  file->setObjectName(QStringLiteral("mnuFile"));
+  file->addAction(AddCommand(QStringLiteral("mnuFileAddDrawing"), ids::kMenuAddDrawing,
+                             ids::kTipAddDrawing, icon(IconId::AddDrawing),
+                             QKeySequence(Qt::Key_Insert)));
+  file->addAction(AddCommand(QStringLiteral("mnuFileRemove"), ids::kMenuRemove, ids::kTipRemove,
+                             icon(IconId::Remove), QKeySequence::Delete));
+  file->addSeparator();
+  file->addAction(AddCommand(QStringLiteral("mnuFileNewList"), ids::kMenuNewList, 0,
+                             icon(IconId::NewList), QKeySequence::New));
+  file->addAction(AddCommand(QStringLiteral("mnuFileOpenList"), ids::kMenuOpenList,
+                             ids::kTipOpenList, icon(IconId::OpenList), QKeySequence::Open));
+  file->addAction(AddCommand(QStringLiteral("mnuFileAppendList"), ids::kMenuAppendList, 0, -1, {}));
+  file->addAction(AddCommand(QStringLiteral("mnuFileSaveList"), ids::kMenuSaveList,
+                             ids::kTipSaveList, icon(IconId::SaveList), QKeySequence::Save));
+  file->addSeparator();
+  file->addAction(AddCommand(QStringLiteral("mnuFilePlot"), ids::kMenuPlot, ids::kTipPlot,
+                             icon(IconId::Plot), QKeySequence(Qt::CTRL | Qt::Key_P)));
+  file->addAction(AddCommand(QStringLiteral("mnuFilePlotTest"), ids::kMenuPlotTest,
+                             ids::kTipPlotTest, icon(IconId::PlotTest),
+                             QKeySequence(Qt::CTRL | Qt::Key_T)));
+  file->addSeparator();
+  file->addAction(AddCommand(QStringLiteral("mnuFileLogging"), ids::kMenuLogging, ids::kTipLogging,
+                             icon(IconId::Logging), QKeySequence(Qt::CTRL | Qt::Key_J)));
+  file->addSeparator();
+  file->addAction(AddCommand(QStringLiteral("mnuFileExit"), ids::kMenuExit, 0, -1,
+                             QKeySequence(Qt::CTRL | Qt::Key_Q)));
+
+  QMenu* options = menuBar()->addMenu(Res(ids::kMenuOptions));
+  options->setObjectName(QStringLiteral("mnuOptions"));
+  options->addAction(AddCommand(QStringLiteral("mnuOptionsLayouts"), ids::kMenuLayouts,
+                                ids::kTipLayouts, icon(IconId::Layouts), {}));
+  options->addAction(AddCommand(QStringLiteral("mnuOptionsPlotSetups"), ids::kMenuPlotSetups,
+                                ids::kTipPlotSetups, icon(IconId::PageSetups), {}));
+  options->addAction(AddCommand(QStringLiteral("mnuOptionsPlotDevices"), ids::kMenuPlotDevices,
+                                ids::kTipDevices, icon(IconId::Devices), {}));
+  options->addSeparator();
+  options->addAction(AddCommand(QStringLiteral("mnuOptionsPlotSettings"), ids::kMenuPlotSettings,
+                                ids::kTipSettings, icon(IconId::Settings), {}));
+  options->addAction(AddCommand(QStringLiteral("mnuOptionsLayers"), ids::kMenuLayers,
+                                ids::kTipLayers, icon(IconId::Layers), {}));
+
+  QMenu* help = menuBar()->addMenu(Res(ids::kMenuHelp));
+  help->setObjectName(QStringLiteral("mnuHelp"));
+  help->addAction(AddCommand(QStringLiteral("mnuHelpMain"), ids::kMenuHelpMain, 0,
+                             icon(IconId::Help), QKeySequence::HelpContents));
+  help->addSeparator();
+  help->addAction(AddCommand(QStringLiteral("mnuHelpAbout"), ids::kMenuHelpAbout, 0, -1, {}));
+
+  const struct {
+    const char* name;
+    void (MainWindow::*slot)();
+  } wiring[] = {
+      {"mnuFileAddDrawing", &MainWindow::AddDrawings},
+      {"mnuFileRemove", &MainWindow::RemoveSelected},
+      {"mnuFileNewList", &MainWindow::NewList},
+      {"mnuFileOpenList", &MainWindow::OpenList},
+      {"mnuFileAppendList", &MainWindow::AppendList},
+      {"mnuFileSaveList", &MainWindow::SaveList},
+      {"mnuFilePlot", &MainWindow::Plot},
+      {"mnuFilePlotTest", &MainWindow::PlotTest},
+      {"mnuFileLogging", &MainWindow::Logging},
+      {"mnuOptionsLayouts", &MainWindow::Layouts},
+      {"mnuOptionsPlotSetups", &MainWindow::PlotSetups},
+      {"mnuOptionsPlotDevices", &MainWindow::Devices},
+      {"mnuOptionsPlotSettings", &MainWindow::PlotSettings},
+      {"mnuOptionsLayers", &MainWindow::Layers},
+      {"mnuHelpMain", &MainWindow::HelpMain},
+      {"mnuHelpAbout", &MainWindow::About},
+  };
+  for (const auto& [name, slot] : wiring) {
+    connect(Command(QString::fromLatin1(name)), &QAction::triggered, this, slot);
+  }
+  connect(Command(QStringLiteral("mnuFileExit")), &QAction::triggered, this, &QWidget::close);
+}
+
+void MainWindow::BuildToolbar() {
+  QToolBar* bar = addToolBar(Res(ids::kMenuFile));
+  toolbar_ = bar;
+  bar->setObjectName(QStringLiteral("tbrToolbar"));
+  bar->setMovable(false);
+  bar->setIconSize(QSize(24, 24));
+  bar->setToolButtonStyle(Qt::ToolButtonIconOnly);
+  SetHelpId(bar, context::kMainToolbar);
+  // Toolbar keys and the commands they share with the menus.
+  const struct {
+    const char* key;
+    const char* command;
+    bool separatorBefore;
+  } buttons[] = {
+      {"AddDwg", "mnuFileAddDrawing", false},
+      {"RemoveDwg", "mnuFileRemove", false},
+      {"OpenList", "mnuFileOpenList", true},
+      {"SaveList", "mnuFileSaveList", false},
+      {"Plot", "mnuFilePlot", true},
+      {"PlotTest", "mnuFilePlotTest", false},
+      {"Logging", "mnuFileLogging", false},
+      {"Layouts", "mnuOptionsLayouts", true},
+      {"NPS", "mnuOptionsPlotSetups", false},
+      {"Devices", "mnuOptionsPlotDevices", false},
+      {"Settings", "mnuOptionsPlotSettings", false},
+      {"Layers", "mnuOptionsLayers", false},
+      {"Help", "mnuHelpMain", true},
+  };
+  for (const auto& button : buttons) {
+    if (button.separatorBefore) bar->addSeparator();
+    QAction* action = Command(QString::fromLatin1(button.command));
+    bar->addAction(action);
+    if (QWidget* widget = bar->widgetForAction(action)) {
+      widget->setObjectName(QStringLiteral("tbr") + QString::fromLatin1(button.key));
+    }
+  }
+  // The tooltips of the buttons keep the menu's shortcut in view.
+  for (QAction* action : bar->actions()) {
+    if (!action->shortcut().isEmpty() && !action->toolTip().isEmpty()) {
+      action->setToolTip(QStringLiteral("%1 (%2)").arg(
+          action->toolTip(), action->shortcut().toString(QKeySequence::NativeText)));
+    }
+  }
+  Command(QStringLiteral("mnuHelpMain"))->setToolTip(Res(ids::kMenuHelpMain).remove(u'&'));
+}
+
+QAction* MainWindow::Command(const QString& name) const { return commands_.value(name); }
+
+std::vector<int> MainWindow::SelectedPositions() const {
+  std::vector<int> positions;
+  for (const QModelIndex& index : list_->selectionModel()->selectedRows()) {
+    positions.push_back(index.row() + 1);
+  }
+  std::sort(positions.begin(), positions.end());
+  return positions;
+}
+
+void MainWindow::SelectPositions(const std::vector<int>& positions) {
+  QItemSelection selection;
+  for (int n : positions) {
+    if (n >= 1 && n <= model_->rowCount()) {
+      selection.select(model_->index(n - 1, 0), model_->index(n - 1, kListColumns - 1));
+    }
+  }
+  list_->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+}
+
+void MainWindow::UpdateCommands() {
+  const int entries = ctx_.session->List.EntryCount();
+  if (count_) {
+    count_->setText(entries == 0   ? QStringLiteral("Liste vide")
+                    : entries == 1 ? QStringLiteral("1 dessin")
+                                   : QStringLiteral("%1 dessins").arg(entries));
+  }
+  const bool hasEntries = entries > 0;
+  const std::size_t selected = hasEntries ? list_->selectionModel()->selectedRows().size() : 0;
+  for (const char* name : {"mnuFileSaveList", "mnuFilePlot", "mnuFilePlotTest"}) {
+    Command(QString::fromLatin1(name))->setEnabled(hasEntries);
+  }
+  for (const char* name : {"mnuFileRemove", "mnuOptionsLayouts", "mnuOptionsPlotSetups",
+                           "mnuOptionsPlotDevices", "mnuOptionsPlotSettings"}) {
+    Command(QString::fromLatin1(name))->setEnabled(selected >= 1);
+  }
+  Command(QStringLiteral("mnuOptionsLayers"))->setEnabled(selected == 1);
+}
+
+void MainWindow::Refresh() {
+  setWindowTitle(Q(ctx_.session->Caption));
+  setWindowModified(false);
+  UpdateCommands();
+}
+
+bool MainWindow::CacheSelection() {
+  const std::vector<int> positions = SelectedPositions();
+  try {
+    ctx_.session->Selection.SelectCountCache(positions);
+  } catch (const SelectionTooLarge&) {
+    ctx_.prompt->Ask({LoadResourceText(ids::kListSelectionInvalid),
+                      LoadResourceText(ids::kErrorTitle), PromptIcon::Critical, PromptButtons::Ok});
+    return false;
+  }
+  return !positions.empty();
+}
+
+HostSession* MainWindow::RequireHost() {
+  if (!ctx_.host) {
+    ctx_.prompt->Ask({LoadResourceText(ids::kHostLoadFailed), LoadResourceText(ids::kErrorTitle),
+                      PromptIcon::Critical, PromptButtons::Ok});
+  }
+  return ctx_.host;
+}
+
+void MainWindow::AfterEdit() {
+  // The dialogs changed the selected entries in place.
+  ctx_.session->ReloadMainListview(true, true);
+  Refresh();
+}
+
+void MainWindow::AddFiles(const QStringList& paths) {
+  Session& session = *ctx_.session;
+  bool changed = false;
+  for (const QString& path : paths) {
+    const QFileInfo info(path);
+    if (!info.isFile()) continue;
+    if (IsDrawingFile(path)) {
+      changed |= AddDrawingToList(session, S(info.absoluteFilePath())) != nullptr;
+    } else if (HasSuffix(path, "qx3")) {
+      if (session.List.Empty() && session.ListName.empty() && !changed) {
+        LoadListFile(session, *ctx_.prompt, S(info.absoluteFilePath()));
+      } else {
+        changed |= AppendListFile(session, *ctx_.prompt, S(info.absoluteFilePath()));
+      }
+    }
+  }
+  Refresh();
+}
+
+void MainWindow::AddDrawings() {
+  const FileDialogRequest request{
+      LoadResourceText(ids::kAddDrawingTitle), DrawingFilter(), {}, true, false};
+  QStringList chosen;
+  if (auto* qtPrompt = dynamic_cast<QtPrompt*>(ctx_.prompt)) {
+    for (const std::string& name : qtPrompt->OpenFileNames(request)) chosen << Q(name);
+  } else if (auto name = ctx_.prompt->OpenFileName(request)) {
+    chosen << Q(*name);
+  }
+  QStringList drawings;
+  for (const QString& name : chosen) {
+    if (IsDrawingFile(name)) drawings << name;
+  }
+  for (const QString& name : drawings) AddDrawingToList(*ctx_.session, S(name));
+  Refresh();
+}
+
+void MainWindow::RemoveSelected() {
+  const std::vector<int> positions = SelectedPositions();
+  if (positions.empty()) return;
+  const int first = positions.front();
+  if (RemoveSelectedEntries(*ctx_.session, *ctx_.prompt, positions) > 0) {
+    // Keep a row selected where the removed ones were, for repeated Delete.
+    const int count = ctx_.session->List.EntryCount();
+    if (count > 0) SelectPositions({std::min(first, count)});
+  }
+  Refresh();
+}
+
+void MainWindow::NewList() {
+  sheafwork::NewList(*ctx_.session, *ctx_.prompt);
+  model_->ClearStatuses();
+  Refresh();
+}
+
+void MainWindow::OpenList() {
+  sheafwork::OpenList(*ctx_.session, *ctx_.prompt);
+  Refresh();
+}
+
+void MainWindow::AppendList() {
+  sheafwork::AppendList(*ctx_.session, *ctx_.prompt);
+  Refresh();
+}
+
+void MainWindow::SaveList() {
+  sheafwork::SaveList(*ctx_.session, *ctx_.prompt);
+  Refresh();
+}
+
+void MainWindow::Plot() {
+  if (ctx_.session->List.Empty()) return;
+  HostSession* host = RequireHost();
+  if (!host) return;
+  RowIcons icons(*model_, *list_, *status_);
+  RunServices services;
+  services.clock = ctx_.clock;
+  services.observer = &icons;
+  services.prompt = ctx_.prompt;
+  RunResult result;
+  {
+    const Busy busy(*this);
+    result = PlotAllEntries(*ctx_.session, *host, services);
+  }
+  model_->SetActiveRow(0);
+  QString summary =
+      QStringLiteral("%1 ligne(s) tracée(s), %2 en échec").arg(result.plotted).arg(result.failed);
+  if (result.cancelled) {
+    summary += QStringLiteral(", traçage annulé");
+  } else if (result.endedEarly) {
+    summary += QStringLiteral(", traçage arrêté avant la fin");
+  }
+  status_->setText(summary);
+  Refresh();
+}
+
+void MainWindow::PlotTest() {
+  if (ctx_.session->List.Empty()) return;
+  HostSession* host = RequireHost();
+  if (!host) return;
+  std::unique_ptr<PrinterCatalog> systemPrinters;
+  std::unique_ptr<FontFolders> systemFonts;
+  PrinterCatalog* printers = ctx_.printers;
+  FontFolders* fonts = ctx_.fonts;
+  if (!printers) printers = (systemPrinters = SystemPrinterCatalog()).get();
+  if (!fonts) fonts = (systemFonts = SystemFontFolders()).get();
+  PlotTestServices services{*printers, *fonts, ctx_.clock, {}};
+  // A bar while the drawings are checked; the scan cannot be interrupted.
+  QProgressDialog progress(this);
+  progress.setObjectName(QStringLiteral("frmPlotTestProgress"));
+  progress.setWindowTitle(Res(ids::kMenuPlotTest).remove(u'&'));
+  progress.setCancelButton(nullptr);
+  progress.setMinimumDuration(500);
+  progress.setAutoClose(false);
+  progress.setMinimumWidth(460);
+  services.progress = [this, &progress](int row, int count, const std::string& drawing) {
+    const QString text = QStringLiteral("Essai de traçage, ligne %1 sur %2 : %3")
+                             .arg(row)
+                             .arg(count)
+                             .arg(Q(FileNameFromPath(drawing)));
+    status_->setText(text);
+    progress.setMaximum(count);
+    progress.setValue(row - 1);
+    progress.setLabelText(text);
+    QApplication::processEvents();
+  };
+  std::string results;
+  {
+    const Busy busy(*this);
+    results = RunPlotTest(*ctx_.session, *host, services);
+  }
+  progress.close();
+  status_->clear();
+  ResultsDialog dialog(results, ctx_.session->Log, *ctx_.prompt, ctx_.help, this);
+  dialog.exec();
+  Refresh();
+}
+
+void MainWindow::Logging() {
+  const LogSettings before = ctx_.session->Log;
+  LoggingDialog dialog(ctx_.session->Log, *ctx_.prompt, ctx_.help, this);
+  if (dialog.exec() == QDialog::Accepted && !(ctx_.session->Log == before)) {
+    ctx_.session->ListModified = true;
+  }
+  Refresh();
+}
+
+void MainWindow::Layouts() {
+  if (!CacheSelection()) return;
+  const std::vector<int> positions = SelectedPositions();
+  if (positions.size() == 1) {
+    LayoutsSingleDialog dialog(*ctx_.session, positions.front(), ctx_.host, *ctx_.prompt, ctx_.help,
+                               this);
+    if (dialog.exec() == QDialog::Accepted) AfterEdit();
+  } else {
+    LayoutsMultiDialog dialog(*ctx_.session, ctx_.help, this);
+    if (dialog.exec() == QDialog::Accepted) AfterEdit();
+  }
+}
+
+void MainWindow::PlotSetups() {
+  if (!CacheSelection()) return;
+  PageSetupsDialog dialog(*ctx_.session, ctx_.host, *ctx_.prompt, ctx_.help, this);
+  if (dialog.exec() == QDialog::Accepted) AfterEdit();
+}
+
+void MainWindow::Devices() {
+  if (!CacheSelection()) return;
+  DevicesDialog dialog(*ctx_.session, ctx_.printers, ctx_.host, *ctx_.prompt, ctx_.help, this);
+  if (dialog.exec() == QDialog::Accepted) AfterEdit();
+}
+
+void MainWindow::OpenSettings(int page) {
+  if (!CacheSelection()) return;
+  SettingsDialog dialog(*ctx_.session, ctx_.host, *ctx_.prompt, ctx_.help, page, this);
+  if (dialog.exec() == QDialog::Accepted) AfterEdit();
+}
+
+void MainWindow::PlotSettings() { OpenSettings(SettingsDialog::kPlotPage); }
+void MainWindow::Layers() { OpenSettings(SettingsDialog::kLayersPage); }
+
+void MainWindow::HelpMain() {
+  if (ctx_.help) ctx_.help->ShowTopic(QString::fromLatin1(topic::kMain));
+}
+
+void MainWindow::About() {
+  AboutDialog dialog(*ctx_.prompt, this);
+  dialog.exec();
+}
+
+MainWindow::Busy::Busy(MainWindow& window) : window_(window) {
+  // The menus, the toolbar and the list wait; the window itself stays enabled
+  // so that the host's progress dialog, its child, keeps its Cancel button.
+  window_.busy_ = true;
+  window_.menuBar()->setEnabled(false);
+  window_.toolbar_->setEnabled(false);
+  window_.list_->setEnabled(false);
+  QApplication::setOverrideCursor(Qt::WaitCursor);
+}
+
+MainWindow::Busy::~Busy() {
+  QApplication::restoreOverrideCursor();
+  window_.menuBar()->setEnabled(true);
+  window_.toolbar_->setEnabled(true);
+  window_.list_->setEnabled(true);
+  window_.busy_ = false;
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (busy_) {
+    event->ignore();  // a run is going on
+    return;
+  }
+  if (closing_) {
+    event->accept();
+    return;
+  }
+  if (!ConfirmExit(*ctx_.prompt, forcedExit_)) {
+    event->ignore();
+    return;
+  }
+  closing_ = true;
+  if (ctx_.rememberGeometry) {
+    QSettings settings;
+    settings.setValue(QStringLiteral("main/geometry"), saveGeometry());
+    settings.setValue(QStringLiteral("main/state"), saveState());
+    settings.setValue(QStringLiteral("main/columns"), list_->horizontalHeader()->saveState());
+  }
+  EndSession(*ctx_.session, ctx_.host, *ctx_.prompt);
+  event->accept();
+}
+
+}  // namespace sheafwork::ui

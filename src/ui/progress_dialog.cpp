@@ -1,0 +1,82 @@
+#include "ui/progress_dialog.h"
+
+#include <QApplication>
+#include <QPushButton>
+
+#include "embedded/automation/embedded_host.h"
+#include "ui/icons.h"
+#include "ui/qt_text.h"
+
+namespace sheafwork::ui {
+namespace {
+
+// The dialog's own texts.
+constexpr const char* kTitle = "Traçage en cours";
+constexpr const char* kStarting = "Préparation du traçage...";
+constexpr const char* kStep = "Tracé %1 sur %2 : %3 - %4";
+constexpr const char* kFailures = "\n%1 tracé(s) en échec";
+constexpr const char* kCancel = "Annuler";
+
+}  // namespace
+
+ProgressDialog::~ProgressDialog() { delete dialog_.data(); }
+
+void ProgressDialog::Start(int total) {
+  delete dialog_.data();
+  failures_ = 0;
+  dialog_ = new QProgressDialog(QApplication::activeWindow());
+  dialog_->setObjectName(QStringLiteral("frmProgress"));
+  dialog_->setWindowTitle(QString::fromUtf8(kTitle));
+  dialog_->setWindowIcon(MakeIcon(IconId::Plot));
+  dialog_->setWindowModality(Qt::ApplicationModal);
+  dialog_->setAutoClose(false);
+  dialog_->setAutoReset(false);
+  dialog_->setMinimumDuration(0);
+  dialog_->setMinimumWidth(460);
+  auto* cancel = new QPushButton(QString::fromUtf8(kCancel), dialog_);
+  cancel->setObjectName(QStringLiteral("cmdProgressCancel"));
+  dialog_->setCancelButton(cancel);
+  dialog_->setRange(0, std::max(total, 1));
+  dialog_->setValue(0);
+  dialog_->setLabelText(QString::fromUtf8(kStarting));
+  dialog_->show();
+  QApplication::processEvents();
+}
+
+void ProgressDialog::Step(const std::string& drawing, const std::string& layout, int n, int total) {
+  if (!dialog_) return;
+  dialog_->setMaximum(std::max({total, n, 1}));
+  dialog_->setValue(std::max(n - 1, 0));
+  QString text = QString::fromUtf8(kStep).arg(n).arg(total).arg(Q(drawing), Q(layout));
+  if (failures_ > 0) text += QString::fromUtf8(kFailures).arg(failures_);
+  dialog_->setLabelText(text);
+  QApplication::processEvents();
+}
+
+bool ProgressDialog::Cancelled() {
+  if (!dialog_) return false;
+  QApplication::processEvents();
+  return dialog_->wasCanceled();
+}
+
+void ProgressDialog::Finish() {
+  if (!dialog_) return;
+  dialog_->setValue(dialog_->maximum());
+  dialog_->close();
+  dialog_->deleteLater();
+  dialog_ = nullptr;
+  QApplication::processEvents();
+}
+
+std::shared_ptr<host::Application> MakeDesktopEmbeddedHost() {
+  embedded::EmbeddedHostOptions options;
+  options.progress = std::make_shared<ProgressDialog>();
+  return embedded::MakeEmbeddedHost(std::move(options));
+}
+
+void ProgressDialog::PlotFailed(const std::string& reason) {
+  ++failures_;
+  if (dialog_) dialog_->setToolTip(Q(reason));
+}
+
+}  // namespace sheafwork::ui

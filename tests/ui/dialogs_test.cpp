@@ -1,0 +1,349 @@
+// The logging, plot devices, results and about dialogs; help; the single
+// instance lock; file-dialog filters.
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QLockFile>
+#include <QPlainTextEdit>
+#include <QProcess>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include "fakes/log_lines.h"
+#include "res/string_ids.h"
+#include "res/string_table.h"
+#include "ui/about_dialog.h"
+#include "ui/devices_dialog.h"
+#include "ui/help.h"
+#include "ui/logging_dialog.h"
+#include "ui/qt_text.h"
+#include "ui/results_dialog.h"
+#include "ui/single_instance.h"
+#include "ui_fixture.h"
+
+using namespace sheafwork;
+using namespace sheafwork::testing;
+
+namespace {
+
+template <typename T>
+T* Child(const QWidget& parent, const char* name) {
+  T* child = parent.findChild<T*>(QString::fromLatin1(name));
+  if (!child) qFatal("no control %s", name);
+  return child;
+}
+
+void SetText(const QWidget& parent, const char* name, const std::string& text) {
+  Child<QLineEdit>(parent, name)->setText(QString::fromStdString(text));
+}
+
+LogSettings SomeSettings() {
+  LogSettings log;
+  log.JournalLogOn = true;
+  log.JournalLogFileName = "/tmp/journal.log";
+  log.JournalHeader = "Entête";
+  log.JournalUserComment = "Commentaire";
+  log.JournalAppend = true;
+  log.ErrorLogOn = true;
+  log.ErrorLogFileName = "/tmp/erreurs.log";
+  log.ErrorAppend = false;
+  return log;
+}
+
+QStringList Items(const QListWidget& list) {
+  QStringList items;
+  for (int i = 0; i < list.count(); ++i) items << list.item(i)->text();
+  return items;
+}
+
+}  // namespace
+
+class DialogsTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void loggingShowsTheSettings() {
+    LogSettings log = SomeSettings();
+    log.ErrorLogOn = false;
+    ScriptedPrompt prompt;
+    ui::LoggingDialog dialog(log, prompt, nullptr);
+    QCOMPARE(Child<QLineEdit>(dialog, "txtJournalFilename")->text(),
+             QStringLiteral("/tmp/journal.log"));
+    QVERIFY(Child<QRadioButton>(dialog, "optJournalAppend")->isChecked());
+    QVERIFY(Child<QRadioButton>(dialog, "optErrorOverwrite")->isChecked());
+    QCOMPARE(Child<QLineEdit>(dialog, "txtJournalUser")->text(), QStringLiteral("Commentaire"));
+    // The unticked group is disabled but keeps its texts; the box stays usable.
+    QVERIFY(!Child<QLineEdit>(dialog, "txtErrorFilename")->isEnabled());
+    QVERIFY(!Child<QPushButton>(dialog, "cmdErrorBrowse")->isEnabled());
+    QCOMPARE(Child<QLineEdit>(dialog, "txtErrorFilename")->text(),
+             QStringLiteral("/tmp/erreurs.log"));
+    QVERIFY(Child<QCheckBox>(dialog, "chkErrorEnable")->isEnabled());
+    Child<QCheckBox>(dialog, "chkErrorEnable")->click();
+    QVERIFY(Child<QLineEdit>(dialog, "txtErrorHeader")->isEnabled());
+  }
+
+  void loggingOkValidatesOnlyTheGroupsSwitchedOn_data() {
+    QTest::addColumn<bool>("journalOn");
+    QTest::addColumn<QString>("journalName");
+    QTest::addColumn<bool>("errorOn");
+    QTest::addColumn<QString>("errorName");
+    QTest::addColumn<int>("message");                                       // 0: accepted
+    const QString longName = QStringLiteral("/tmp/") + QString(251, u'j');  // 256 characters
+    QTest::newRow("both valid") << true << "/tmp/j.log" << true << "/tmp/e.log" << 0;
+    QTest::newRow("both invalid: journal first")
+        << true << "/tmp/a|b.log" << true << "/tmp/<e>.log" << ids::kJournalNameNotValid;
+    QTest::newRow("error log invalid")
+        << true << "/tmp/j.log" << true << "" << ids::kErrorLogNameNotValid;
+    QTest::newRow("invalid name of a group switched off")
+        << false << "/tmp/a|b.log" << true << "/tmp/e.log" << 0;
+    QTest::newRow("256 characters") << true << longName << false << "" << ids::kJournalNameNotValid;
+    QTest::newRow("255 characters") << true << longName.chopped(1) << false << "" << 0;
+  }
+
+  void loggingOkValidatesOnlyTheGroupsSwitchedOn() {
+    QFETCH(bool, journalOn);
+    QFETCH(QString, journalName);
+    QFETCH(bool, errorOn);
+    QFETCH(QString, errorName);
+    QFETCH(int, message);
+    LogSettings log = SomeSettings();
+    const LogSettings before = log;
+    ScriptedPrompt prompt;
+    ui::LoggingDialog dialog(log, prompt, nullptr);
+    Child<QCheckBox>(dialog, "chkJournalEnable")->setChecked(journalOn);
+    Child<QCheckBox>(dialog, "chkErrorEnable")->setChecked(errorOn);
+    SetText(dialog, "txtJournalFilename", ui::S(journalName));
+    SetText(dialog, "txtErrorFilename", ui::S(errorName));
+    Child<QRadioButton>(dialog, "optJournalOverwrite")->setChecked(true);
+    SetText(dialog, "txtJournalHeader", "");
+    Child<QPushButton>(dialog, "cmdJournalOK")->click();
+    if (message != 0) {
+      QCOMPARE(prompt.messages.size(), std::size_t{1});
+      QCOMPARE(prompt.messages[0].text, LoadResourceText(message));
+      QCOMPARE(prompt.messages[0].title, LoadResourceText(ids::kErrorTitle));
+      QCOMPARE(dialog.result(), int(QDialog::Rejected));
+      QVERIFY(log == before);
+      return;
+    }
+    QVERIFY(prompt.messages.empty());
+    QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    QCOMPARE(log.JournalLogOn, journalOn);
+    QCOMPARE(log.ErrorLogOn, errorOn);
+    if (journalOn) {
+      QCOMPARE(QString::fromStdString(log.JournalLogFileName), journalName);
+      QCOMPARE(log.JournalAppend, false);
+      QCOMPARE(log.JournalHeader, std::string());
+    } else {
+      // Only the switch changes; the name typed in the disabled group is not kept.
+      QCOMPARE(log.JournalLogFileName, before.JournalLogFileName);
+      QCOMPARE(log.JournalAppend, before.JournalAppend);
+    }
+  }
+
+  void loggingCancelAndBrowse() {
+    LogSettings log = SomeSettings();
+    const LogSettings before = log;
+    ScriptedPrompt prompt;
+    ui::LoggingDialog dialog(log, prompt, nullptr);
+    // Appending picks a file without the overwrite question; overwriting asks.
+    prompt.ThenChoose("/tmp/choisi.log").ThenChoose(std::nullopt);
+    Child<QPushButton>(dialog, "cmdJournalBrowse")->click();
+    Child<QPushButton>(dialog, "cmdErrorBrowse")->click();
+    QCOMPARE(prompt.dialogs.size(), std::size_t{2});
+    QCOMPARE(prompt.dialogs[0].request.title, LoadResourceText(ids::kJournalBrowseTitle));
+    QVERIFY(!prompt.dialogs[0].request.confirmOverwrite);
+    QCOMPARE(prompt.dialogs[1].request.title, LoadResourceText(ids::kErrorLogBrowseTitle));
+    QVERIFY(prompt.dialogs[1].request.confirmOverwrite);
+    QCOMPARE(Child<QLineEdit>(dialog, "txtJournalFilename")->text(),
+             QStringLiteral("/tmp/choisi.log"));
+    QCOMPARE(Child<QLineEdit>(dialog, "txtErrorFilename")->text(),
+             QStringLiteral("/tmp/erreurs.log"));
+    Child<QPushButton>(dialog, "cmdJournalCancel")->click();
+    QVERIFY(log == before);
+  }
+
+  void devicesListsPrintersAndConfigurations() {
+    UiWorld world;
+    world.AddRow("A.dwg");
+    world.AddRow("B.dwg");
+    world.session.List.Entry(1).PlotDevice = "Traceur A0.PC3";
+    world.printers.printers = {{"Bureau", "HP LaserJet", "ipp://imprimante/bureau"},
+                               {LoadResourceText(ids::kPseudoPrinter), "-", "-"},
+                               {"PDF.pc3", "Imprimante nommée comme un fichier", "cups-pdf:/"}};
+    world.session.Selection.SelectCountCache(std::vector<int>{1});
+    ui::DevicesDialog one(world.session, &world.printers, world.hostSession.get(), world.prompt,
+                          nullptr);
+    auto* list = Child<QListWidget>(one, "lstDevices2");
+    QCOMPARE(Items(*list),
+             (QStringList{"Par défaut", "Bureau", "PDF.pc3", "PDF.pc3", "Traceur A0.PC3"}));
+    QCOMPARE(list->currentItem()->text(), QStringLiteral("Traceur A0.PC3"));
+    QVERIFY(Child<QPlainTextEdit>(one, "txtDevicesDescr")
+                ->toPlainText()
+                .startsWith(QString::fromStdString(LoadResourceText(ids::kNonSystemPrinter))));
+    // A printer named like a file is a system printer.
+    list->setCurrentRow(2);
+    const QString described = Child<QPlainTextEdit>(one, "txtDevicesDescr")->toPlainText();
+    QVERIFY(described.startsWith(QString::fromStdString(LoadResourceText(ids::kSystemPrinter))));
+    QVERIFY(described.contains(QStringLiteral("Imprimante nommée comme un fichier")));
+    QVERIFY(described.contains(QStringLiteral("cups-pdf:/")));
+    Child<QCheckBox>(one, "chkDevices")->setChecked(false);
+    QVERIFY(Child<QPlainTextEdit>(one, "txtDevicesDescr")->isHidden());
+
+    // Several rows: nothing is preselected, OK writes the device into each.
+    world.session.Selection.SelectCountCache(std::vector<int>{1, 2});
+    ui::DevicesDialog both(world.session, &world.printers, world.hostSession.get(), world.prompt,
+                           nullptr);
+    auto* bothList = Child<QListWidget>(both, "lstDevices2");
+    QVERIFY(bothList->selectedItems().isEmpty());
+    world.prompt.ThenChoose("/tmp/notes.txt").ThenChoose("/srv/traceurs/Grand.Pc3");
+    Child<QPushButton>(both, "cmdDevicesBrowse")->click();
+    QCOMPARE(bothList->count(), 5);
+    Child<QPushButton>(both, "cmdDevicesBrowse")->click();
+    QCOMPARE(bothList->count(), 6);
+    Child<QPushButton>(both, "cmdDevicesOk")->click();
+    QCOMPARE(world.session.List.Entry(1).PlotDevice, "/srv/traceurs/Grand.Pc3");
+    QCOMPARE(world.session.List.Entry(2).PlotDevice, "/srv/traceurs/Grand.Pc3");
+  }
+
+  void devicesReportsAnUnreadableSearchPath() {
+    UiWorld world;
+    world.AddRow("A.dwg");
+    world.session.Selection.SelectCountCache(std::vector<int>{1});
+    world.host.FailOn("PrinterConfigPath");
+    ui::DevicesDialog dialog(world.session, &world.printers, world.hostSession.get(), world.prompt,
+                             nullptr);
+    QCOMPARE(world.prompt.messages.size(), std::size_t{1});
+    QCOMPARE(world.prompt.messages[0].text, LoadResourceText(ids::kConfigPathUnreadable));
+    QCOMPARE(Items(*Child<QListWidget>(dialog, "lstDevices2")), QStringList{"Par défaut"});
+  }
+
+  void resultsAppendOnceAndRefuseEmptyText() {
+    TempFolder folder;
+    LogSettings log = SomeSettings();
+    log.JournalLogFileName = folder.File("journal.log");
+    ScriptedPrompt prompt;
+    ui::ResultsDialog dialog("ligne 1\r\nERREUR: deux\r\n", log, prompt, nullptr);
+    QCOMPARE(Child<QPlainTextEdit>(dialog, "txtPTResults")->toPlainText(),
+             QStringLiteral("ligne 1\nERREUR: deux"));
+    auto* append = Child<QPushButton>(dialog, "cmdPTAppend");
+    append->click();
+    QVERIFY(!append->isEnabled());
+    append->click();
+    QCOMPARE(ReadLogLines(log.JournalLogFileName),
+             (std::vector<std::string>{"ligne 1", "ERREUR: deux", ""}));
+    // Saving writes the text as edited.
+    Child<QPlainTextEdit>(dialog, "txtPTResults")->setPlainText(QStringLiteral("modifié"));
+    prompt.ThenChoose(folder.File("résultats.txt"));
+    Child<QPushButton>(dialog, "cmdPTSave")->click();
+    QCOMPARE(ReadLogLines(folder.File("résultats.txt")), (std::vector<std::string>{"modifié", ""}));
+    // An emptied text is refused by both buttons.
+    Child<QPlainTextEdit>(dialog, "txtPTResults")->clear();
+    ui::ResultsDialog again("", log, prompt, nullptr);
+    Child<QPushButton>(again, "cmdPTAppend")->click();
+    Child<QPushButton>(dialog, "cmdPTSave")->click();
+    QCOMPARE(prompt.messages.size(), std::size_t{2});
+    QCOMPARE(prompt.messages[0].text, LoadResourceText(ids::kNoResults));
+    QCOMPARE(prompt.messages[1].text, LoadResourceText(ids::kNoResults));
+    // With the journal off, appending says so first.
+    log.JournalLogOn = false;
+    ui::ResultsDialog off("", log, prompt, nullptr);
+    Child<QPushButton>(off, "cmdPTAppend")->click();
+    QCOMPARE(prompt.messages.back().text, LoadResourceText(ids::kJournalNotOn));
+  }
+
+  void aboutShowsVersionAndMissingSystemInfo() {
+    ScriptedPrompt prompt;
+    ui::AboutDialog about(prompt, nullptr, [] { return false; });
+    QCOMPARE(about.windowTitle(), QString::fromStdString(LoadResourceText(ids::kAboutTitle)));
+    QVERIFY(Child<QLabel>(about, "lblVersion")->text().startsWith(QStringLiteral("Version 0.")));
+    about.show();
+    Child<QPushButton>(about, "cmdSysInfo")->click();
+    QCOMPARE(prompt.messages.size(), std::size_t{1});
+    QCOMPARE(prompt.messages[0].text, LoadResourceText(ids::kSysInfoUnavailable));
+    QVERIFY(about.isVisible());
+  }
+
+  void helpTopicsByButtonAndF1() {
+    QCOMPARE(ui::TopicForContext(ui::context::kLogging + 5), QStringLiteral("LoggingDialog"));
+    QCOMPARE(ui::TopicForContext(ui::context::kSettingsLayers),
+             QStringLiteral("PlotSettingsDialog_LayersTab"));
+    QCOMPARE(ui::TopicForContext(ui::context::kMainList),
+             QStringLiteral("UsingTheSheafworkUtility"));
+    QCOMPARE(ui::TopicForContext(42), QStringLiteral("UsingTheSheafworkUtility"));
+    LogSettings log = SomeSettings();
+    ScriptedPrompt prompt;
+    RecordingHelp help;
+    ui::LoggingDialog dialog(log, prompt, &help);
+    Child<QPushButton>(dialog, "cmdJournalHelp")->click();
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    auto* name = Child<QLineEdit>(dialog, "txtErrorFilename");
+    name->setFocus();
+    QCOMPARE(ui::HelpIdOf(name), ui::HelpIdOf(dialog.findChild<QWidget*>("grpError")) + 3);
+    QTest::keyClick(name, Qt::Key_F1);
+    QCOMPARE(help.topics, (QStringList{"LoggingDialog", "LoggingDialog"}));
+    QVERIFY(dialog.isVisible());
+  }
+
+  void everyTopicHasAHelpPage() {
+    const QString folder = ui::HelpFolder("");
+    for (const char* name : {ui::topic::kMain, ui::topic::kLogging, ui::topic::kLayoutsSingle,
+                             ui::topic::kLayoutsMulti, ui::topic::kPageSetups, ui::topic::kDevices,
+                             ui::topic::kSettingsPlot, ui::topic::kSettingsLayers}) {
+      QVERIFY2(
+          QFileInfo::exists(folder + u'/' + QString::fromLatin1(name) + QStringLiteral(".html")),
+          name);
+    }
+  }
+
+  void oneInstanceAtATime() {
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("sheafwork.lock"));
+    {
+      ui::SingleInstance first(path);
+      QVERIFY(first.TryLock());
+      ui::SingleInstance second(path);
+      QVERIFY(!second.TryLock());
+    }
+    ui::SingleInstance after(path);
+    QVERIFY(after.TryLock());
+  }
+
+  void lockOfADeadProgramIsTakenOver() {
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("sheafwork.lock"));
+    QProcess gone;
+    gone.start(QStringLiteral("true"));
+    QVERIFY(gone.waitForFinished());
+    const qint64 pid = gone.processId() > 0 ? gone.processId() : 999999;
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray::number(pid) + "\nsheafwork\n" + QSysInfo::machineHostName().toUtf8() +
+               "\n");
+    file.close();
+    ui::SingleInstance instance(path);
+    QVERIFY(instance.TryLock());
+  }
+
+  void filtersBecomeQtNameFilters_data() {
+    QTest::addColumn<int>("id");
+    QTest::addColumn<QString>("filters");
+    QTest::newRow("drawings") << ids::kDrawingFilter
+                              << "Tous les dessins (*.dwg *.dwt);;Fichiers de dessin (*.dwg);;"
+                                 "Fichiers gabarits (*.dwt)";
+    QTest::newRow("logs") << ids::kLogFilter << "Fichiers journaux (*.log)";
+    QTest::newRow("all files") << ids::kAllFilesFilter << "Tous les fichiers (*.*)";
+  }
+
+  void filtersBecomeQtNameFilters() {
+    QFETCH(int, id);
+    QFETCH(QString, filters);
+    QCOMPARE(ui::QtNameFilters(LoadResourceText(id)), filters);
+  }
+};
+
+SHEAFWORK_UI_TEST(DialogsTest);
+#include "dialogs_test.moc"

@@ -1,0 +1,134 @@
+// The desktop application with the embedded host: a plot run on a real
+// drawing through the progress dialog, and the progress dialog itself.
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QtTest>
+#include <filesystem>
+
+#include "app/command_line.h"
+#include "embedded/automation/embedded_host.h"
+#include "host/startup.h"
+#include "ui/batch_model.h"
+#include "ui/main_window.h"
+#include "ui/progress_dialog.h"
+#include "ui_fixture.h"
+
+using namespace sheafwork;
+using namespace sheafwork::testing;
+
+namespace {
+
+/// The dialog as a person would see it at each plot.
+class WatchedProgress : public ui::ProgressDialog {
+ public:
+  void Step(const std::string& drawing, const std::string& layout, int n, int total) override {
+    ui::ProgressDialog::Step(drawing, layout, n, total);
+    auto* cancel = Dialog()->findChild<QPushButton*>(QStringLiteral("cmdProgressCancel"));
+    cancelUsable = cancel && cancel->isEnabled() && Dialog()->isEnabled();
+    parent = Dialog()->parentWidget();
+    ++steps;
+  }
+  bool cancelUsable = false;
+  QWidget* parent = nullptr;
+  int steps = 0;
+};
+
+}  // namespace
+
+class HostRunTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void progressDialogFollowsTheBatch() {
+    ui::ProgressDialog progress;
+    QVERIFY(!progress.Cancelled());
+    progress.Start(2);
+    QVERIFY(progress.Dialog());
+    QVERIFY(progress.Dialog()->isVisible());
+    QVERIFY(progress.Dialog()->isModal());
+    progress.Step("Plan.dxf", "A1", 1, 2);
+    QVERIFY(progress.Dialog()->labelText().contains(QStringLiteral("Plan.dxf")));
+    QVERIFY(!progress.Cancelled());
+    // More plots than announced stretch the bar instead of overflowing it.
+    progress.Step("Plan.dxf", "A3", 3, 2);
+    QCOMPARE(progress.Dialog()->maximum(), 3);
+    progress.Dialog()->cancel();
+    QVERIFY(progress.Cancelled());
+    progress.Finish();
+    QVERIFY(!progress.Dialog());
+    QVERIFY(!progress.Cancelled());
+  }
+
+  void entryPointChoosesTheDesktop_data() {
+    QTest::addColumn<QStringList>("args");
+    QTest::addColumn<bool>("desktop");
+    QTest::newRow("no argument") << QStringList{} << true;
+    QTest::newRow("a list file") << QStringList{"/srv/listes/lot.qx3"} << true;
+    QTest::newRow("a command") << QStringList{"plot", "lot.qx3"} << false;
+    QTest::newRow("a command alone") << QStringList{"check"} << false;
+    QTest::newRow("help") << QStringList{"--help"} << false;
+    QTest::newRow("two names") << QStringList{"a.qx3", "b.qx3"} << false;
+  }
+
+  void entryPointChoosesTheDesktop() {
+    QFETCH(QStringList, args);
+    QFETCH(bool, desktop);
+    std::vector<std::string> texts{"sheafwork"};
+    for (const QString& arg : args) texts.push_back(arg.toStdString());
+    std::vector<const char*> argv;
+    for (const std::string& text : texts) argv.push_back(text.c_str());
+    QCOMPARE(WantsDesktop(static_cast<int>(argv.size()), argv.data()), desktop);
+  }
+
+  void plotRunWithTheEmbeddedHost() {
+    TempFolder folder;
+    const std::filesystem::path drawing = folder.path() / "etage.dxf";
+    std::filesystem::copy_file(
+        std::filesystem::path(SHEAFWORK_SOURCE_DIR) / "examples/plans/etage.dxf", drawing);
+    auto progress = std::make_shared<WatchedProgress>();
+    embedded::EmbeddedHostOptions options;
+    options.dataFolder = std::string(SHEAFWORK_SOURCE_DIR) + "/data";
+    options.userFolder = folder.File("utilisateur");
+    options.printers = std::make_shared<ListedPrinters>();
+    options.progress = progress;
+    ScriptedPrompt prompt;
+    AttachResult attached =
+        AttachHost([&] { return embedded::MakeEmbeddedHost(options); },
+                   ProgramFiles{folder.File("data"), folder.path().string()}, prompt);
+    QVERIFY(attached.ok);
+    Session session(folder.path().string());
+    BatchEntry& good = session.List.Append();
+    good.FileName = drawing.string();
+    good.Layout = "Onglet Objet";
+    good.PlotDevice = "PDF.pc3";
+    good.PlotArea = "#E";
+    good.PlotScale = "S#0";
+    good.PlotFile = folder.File("sortie/etage.pdf");
+    BatchEntry& missing = session.List.Append();
+    missing.FileName = folder.File("absent.dxf");
+    std::filesystem::create_directories(folder.path() / "sortie");
+
+    ui::UiContext context;
+    context.session = &session;
+    context.prompt = &prompt;
+    context.host = attached.host.get();
+    ListedPrinters printers;
+    context.printers = &printers;
+    ui::MainWindow window(context);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    window.Plot();
+    QCOMPARE(progress->steps, 1);
+    QCOMPARE(progress->parent, &window);
+    QVERIFY(progress->cancelUsable);
+    QCOMPARE(window.Model()->Status(1), RowStatus::Plotted);
+    QCOMPARE(window.Model()->Status(2), RowStatus::Failed);
+    QVERIFY(std::filesystem::file_size(folder.File("sortie/etage.pdf")) > 0);
+    // The progress dialog went away with the batch.
+    QVERIFY(!progress->Dialog());
+    EndSession(session, attached.host.get(), prompt);
+  }
+};
+
+SHEAFWORK_UI_TEST(HostRunTest);
+#include "host_run_test.moc"

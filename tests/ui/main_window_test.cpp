@@ -1,0 +1,330 @@
+// The main window over the session: which commands are available, what the
+// list shows, dropping files, removing rows, the plot run's icons, closing.
+#include <QAbstractItemModelTester>
+#include <QAction>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QSettings>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QUrl>
+#include <QtTest>
+
+#include "batch/list_commands.h"
+#include "batch/list_row.h"
+#include "res/string_ids.h"
+#include "res/string_table.h"
+#include "ui/batch_model.h"
+#include "ui/main_window.h"
+#include "ui/qt_text.h"
+#include "ui/results_dialog.h"
+#include "ui_fixture.h"
+
+using namespace sheafwork;
+using namespace sheafwork::testing;
+using sheafwork::ui::MainWindow;
+
+namespace {
+
+QStringList EnabledCommands(const MainWindow& window) {
+  QStringList names;
+  for (const char* name :
+       {"mnuFileAddDrawing", "mnuFileRemove", "mnuFileOpenList", "mnuFileSaveList", "mnuFilePlot",
+        "mnuFilePlotTest", "mnuFileLogging", "mnuOptionsLayouts", "mnuOptionsPlotSetups",
+        "mnuOptionsPlotDevices", "mnuOptionsPlotSettings", "mnuOptionsLayers", "mnuHelpMain"}) {
+    if (window.Command(QString::fromLatin1(name))->isEnabled()) names << QString::fromLatin1(name);
+  }
+  return names;
+}
+
+QString Cell(const MainWindow& window, int row, int column) {
+  return window.Model()->index(row, column).data().toString();
+}
+
+}  // namespace
+
+class MainWindowTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void commandsFollowTheSelection_data() {
+    QTest::addColumn<int>("rows");
+    QTest::addColumn<QList<int>>("selected");
+    QTest::addColumn<QStringList>("enabled");
+    const QStringList always = {"mnuFileAddDrawing", "mnuFileOpenList", "mnuFileLogging"};
+    const QStringList list = {"mnuFileSaveList", "mnuFilePlot", "mnuFilePlotTest"};
+    const QStringList selection = {"mnuFileRemove", "mnuOptionsLayouts", "mnuOptionsPlotSetups",
+                                   "mnuOptionsPlotDevices", "mnuOptionsPlotSettings"};
+    const auto sorted = [](QStringList names) {
+      names << "mnuHelpMain";
+      names.sort();
+      return names;
+    };
+    QTest::newRow("empty list") << 0 << QList<int>{} << sorted(always);
+    QTest::newRow("nothing selected") << 3 << QList<int>{} << sorted(always + list);
+    QTest::newRow("one row") << 3 << QList<int>{2}
+                             << sorted(always + list + selection + QStringList{"mnuOptionsLayers"});
+    QTest::newRow("two rows") << 3 << QList<int>{1, 3} << sorted(always + list + selection);
+  }
+
+  void commandsFollowTheSelection() {
+    QFETCH(int, rows);
+    QFETCH(QList<int>, selected);
+    QFETCH(QStringList, enabled);
+    UiWorld world;
+    for (int i = 1; i <= rows; ++i) world.AddRow("Plan" + std::to_string(i) + ".dwg");
+    MainWindow window(world.Context());
+    window.SelectPositions(std::vector<int>(selected.begin(), selected.end()));
+    QStringList actual = EnabledCommands(window);
+    actual.sort();
+    QCOMPARE(actual, enabled);
+  }
+
+  void listShowsEntriesAndFollowsRemoval() {
+    UiWorld world;
+    world.AddRow("A.dwg");
+    world.AddRow("sous/B.dwg");
+    world.AddRow("C.dwt");
+    world.session.List.Entry(3).Layout = "Présentation1";
+    world.session.List.Entry(3).PlotDevice = "PDF.pc3";
+    MainWindow window(world.Context());
+    QCOMPARE(window.Model()->rowCount(), 3);
+    QCOMPARE(window.Model()->headerData(4, Qt::Horizontal).toString(),
+             QString::fromStdString(ListColumnTitle(4)));
+    QCOMPARE(Cell(window, 1, 0), QStringLiteral("B.dwg"));
+    QVERIFY(Cell(window, 1, 1).endsWith(QStringLiteral("/sous/")) ||
+            Cell(window, 1, 1).endsWith(QStringLiteral("/sous")));
+    QCOMPARE(Cell(window, 0, 2), QStringLiteral("*Onglet courant*"));
+    QCOMPARE(Cell(window, 0, 3), QStringLiteral("Par défaut"));
+    QCOMPARE(Cell(window, 2, 2), QStringLiteral("Présentation1"));
+    QCOMPARE(Cell(window, 2, 4), QStringLiteral("PDF.pc3"));
+
+    // One row goes without a question; the row after it takes its place.
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    window.SelectPositions({2});
+    QTest::keyClick(window.List(), Qt::Key_Delete);
+    QVERIFY(world.prompt.messages.empty());
+    QCOMPARE(window.Model()->rowCount(), 2);
+    QCOMPARE(Cell(window, 0, 0), QStringLiteral("A.dwg"));
+    QCOMPARE(Cell(window, 1, 0), QStringLiteral("C.dwt"));
+    QVERIFY(world.session.ListModified);
+
+    // Two rows ask once; No keeps them.
+    window.SelectPositions({1, 2});
+    world.prompt.ThenAnswer(PromptAnswer::No);
+    window.RemoveSelected();
+    QCOMPARE(world.prompt.messages.size(), std::size_t{1});
+    QCOMPARE(world.prompt.messages[0].text, LoadResourceText(ids::kConfirmRemove));
+    QCOMPARE(window.Model()->rowCount(), 2);
+    world.prompt.ThenAnswer(PromptAnswer::Yes);
+    window.RemoveSelected();
+    QCOMPARE(window.Model()->rowCount(), 0);
+    QVERIFY(!window.Command("mnuFilePlot")->isEnabled());
+  }
+
+  void modelKeepsQtsContractThroughEveryChange() {
+    UiWorld world;
+    world.AddRow("A.dwg");
+    MainWindow window(world.Context());
+    QAbstractItemModelTester tester(window.Model(),
+                                    QAbstractItemModelTester::FailureReportingMode::QtTest);
+    AddDrawingToList(world.session, world.folder.Write("B.dwg", ""));
+    AddDrawingToList(world.session, world.folder.Write("C.dwg", ""));
+    QCOMPARE(window.Model()->rowCount(), 3);
+    QCOMPARE(Cell(window, 2, 0), QStringLiteral("C.dwg"));
+    window.Model()->SetStatus(3, RowStatus::Failed);
+    const std::vector<int> first{1};
+    RemoveSelectedEntries(world.session, world.prompt, first);
+    QCOMPARE(Cell(window, 0, 0), QStringLiteral("B.dwg"));
+    // The failed row's icon moved up with it.
+    QCOMPARE(window.Model()->Status(2), RowStatus::Failed);
+    world.session.ReloadMainListview(false, false);
+    QCOMPARE(window.Model()->Status(2), RowStatus::NotPlotted);
+    QCOMPARE(window.Model()->rowCount(), 2);
+  }
+
+  void reloadKeepsTheSelectedPositions() {
+    UiWorld world;
+    for (const char* name : {"A.dwg", "B.dwg", "C.dwg", "D.dwg"}) world.AddRow(name);
+    MainWindow window(world.Context());
+    window.SelectPositions({1, 3});
+    world.session.List.Entry(1).Layout = "Changée";
+    world.session.ReloadMainListview(true, true);
+    QCOMPARE(window.SelectedPositions(), (std::vector<int>{1, 3}));
+    QCOMPARE(Cell(window, 0, 2), QStringLiteral("Changée"));
+    world.session.ReloadMainListview(true, false);
+    QVERIFY(window.SelectedPositions().empty());
+  }
+
+  void droppedFilesBecomeRows() {
+    UiWorld world;
+    MainWindow window(world.Context());
+    const std::string upper = world.folder.Write("PLAN.DWG", "");
+    const std::string text = world.folder.Write("notes.txt", "");
+    const std::string templ = world.folder.Write("gabarit.dwt", "");
+    const std::string dxf = world.folder.Write("facades.dxf", "");
+    std::filesystem::create_directories(world.folder.path() / "dossier.dwg");
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(upper)),
+                  QUrl::fromLocalFile(QString::fromStdString(text)),
+                  QUrl::fromLocalFile(QString::fromStdString(world.folder.File("dossier.dwg"))),
+                  QUrl::fromLocalFile(QString::fromStdString(templ)),
+                  QUrl::fromLocalFile(QString::fromStdString(dxf))});
+    QVERIFY(window.Model()->canDropMimeData(&data, Qt::CopyAction, -1, -1, {}));
+    window.Model()->dropMimeData(&data, Qt::CopyAction, -1, -1, {});
+    QCOMPARE(window.Model()->rowCount(), 3);
+    QCOMPARE(Cell(window, 0, 0), QStringLiteral("PLAN.DWG"));
+    QCOMPARE(Cell(window, 1, 0), QStringLiteral("gabarit.dwt"));
+    QCOMPARE(Cell(window, 2, 0), QStringLiteral("facades.dxf"));
+    QVERIFY(window.Command("mnuFilePlot")->isEnabled());
+
+    QMimeData plain;
+    plain.setText(QString::fromStdString(upper));
+    QVERIFY(!window.Model()->canDropMimeData(&plain, Qt::CopyAction, -1, -1, {}));
+  }
+
+  void droppedListOpensThenAppends() {
+    UiWorld world;
+    world.AddRow("A.dwg");
+    world.AddRow("B.dwg");
+    const std::string list = world.folder.File("liste.qx3");
+    {
+      MainWindow writer(world.Context());
+      QVERIFY(SaveListFile(world.session, world.prompt, list));
+    }
+    UiWorld other;
+    MainWindow window(other.Context());
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(list))});
+    window.Model()->dropMimeData(&data, Qt::CopyAction, -1, -1, {});
+    QCOMPARE(window.Model()->rowCount(), 2);
+    QCOMPARE(window.windowTitle(),
+             QString::fromStdString(LoadResourceText(ids::kCaptionPrefix) + list));
+    // A second drop adds behind the rows and keeps the name.
+    window.Model()->dropMimeData(&data, Qt::CopyAction, -1, -1, {});
+    QCOMPARE(window.Model()->rowCount(), 4);
+    QCOMPARE(other.session.ListName, list);
+  }
+
+  void addDrawingTakesOnlyDrawings() {
+    UiWorld world;
+    MainWindow window(world.Context());
+    world.prompt.ThenChoose(world.folder.Write("a.dwg", ""))
+        .ThenChoose(world.folder.Write("b.pdf", ""));
+    window.AddDrawings();
+    window.AddDrawings();
+    QCOMPARE(window.Model()->rowCount(), 1);
+    QCOMPARE(world.prompt.dialogs[0].request.title, LoadResourceText(ids::kAddDrawingTitle));
+    QCOMPARE(ui::QtNameFilters(world.prompt.dialogs[0].request.filter),
+             QStringLiteral("Tous les dessins (*.dwg *.dwt *.dxf);;Fichiers de dessin (*.dwg);;"
+                            "Fichiers gabarits (*.dwt);;Fichiers DXF (*.dxf)"));
+  }
+
+  void plotRunMarksEveryRow() {
+    UiWorld world;
+    world.AddRow("Bon.dwg");
+    FakeDrawing& broken = world.AddRow("Casse.dwg");
+    broken.openError = host::Error(-2147467259, "Dessin illisible");
+    world.AddRow("Autre.dwg");
+    MainWindow window(world.Context());
+    window.Plot();
+    ui::BatchModel& model = *window.Model();
+    QCOMPARE(model.Status(1), RowStatus::Plotted);
+    QCOMPARE(model.Status(2), RowStatus::Failed);
+    QCOMPARE(model.Status(3), RowStatus::Plotted);
+    QCOMPARE(world.host.Plots().size(), std::size_t{2});
+    // The icons differ, and a new list clears them.
+    const auto icon = [&](int row) {
+      return model.index(row, 0).data(Qt::DecorationRole).value<QIcon>().pixmap(16).toImage();
+    };
+    QVERIFY(icon(0) != icon(1));
+    QCOMPARE(icon(0), icon(2));
+    QVERIFY(window.List()->isEnabled());
+    QVERIFY(window.menuBar()->isEnabled());
+  }
+
+  void plotTestShowsItsResults() {
+    UiWorld world;
+    world.AddRow("Plan.dwg").AddLayout("A1");
+    world.session.List.Entry(1).Layout = "Inconnue";
+    MainWindow window(world.Context());
+    QString shown;
+    WhenModal<ui::ResultsDialog>([&](ui::ResultsDialog& dialog) {
+      shown = dialog.findChild<QPlainTextEdit*>("txtPTResults")->toPlainText();
+    });
+    window.PlotTest();
+    QVERIFY2(shown.contains(
+                 QStringLiteral("ERREUR: Présentation <Inconnue> introuvable dans le dessin")),
+             qPrintable(shown));
+    QVERIFY(!shown.contains(u'\r'));
+  }
+
+  void commandsWithoutHostSaySo() {
+    UiWorld world;
+    world.AddRow("Plan.dwg");
+    ui::UiContext context = world.Context();
+    context.host = nullptr;
+    MainWindow window(context);
+    window.Plot();
+    QCOMPARE(world.prompt.messages.size(), std::size_t{1});
+    QCOMPARE(world.prompt.messages[0].text, LoadResourceText(ids::kHostLoadFailed));
+  }
+
+  void closingAsksThenEndsTheSession() {
+    UiWorld world;
+    world.AddRow("Plan.dwg");
+    world.session.ListModified = true;
+    MainWindow window(world.Context());
+    window.show();
+    world.prompt.ThenAnswer(PromptAnswer::Cancel);
+    QVERIFY(!window.close());
+    QVERIFY(window.isVisible());
+    QVERIFY(!world.host.Quit());
+    // OK, then No to saving: the host is put back and closed.
+    world.prompt.ThenAnswer(PromptAnswer::Ok).ThenAnswer(PromptAnswer::No);
+    QVERIFY(window.close());
+    QCOMPARE(world.prompt.messages.size(), std::size_t{3});
+    QCOMPARE(world.prompt.messages[0].text, LoadResourceText(ids::kConfirmExit));
+    QCOMPARE(world.prompt.messages[2].text, LoadResourceText(ids::kSaveCurrentList));
+    QVERIFY(world.host.Quit());
+  }
+
+  void windowComesBackWhereItWas() {
+    QTemporaryDir config;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, config.path());
+    UiWorld world;
+    ui::UiContext context = world.Context();
+    context.rememberGeometry = true;
+    {
+      MainWindow first(context);
+      QVERIFY(!first.GeometryRestored());
+      first.resize(720, 410);
+      first.List()->setColumnWidth(1, 123);
+      first.show();
+      world.prompt.ThenAnswer(PromptAnswer::Ok);
+      QVERIFY(first.close());
+    }
+    MainWindow second(context);
+    QVERIFY(second.GeometryRestored());
+    QCOMPARE(second.size(), QSize(720, 410));
+    QCOMPARE(second.List()->columnWidth(1), 123);
+  }
+
+  void newListAsksAndClears() {
+    UiWorld world;
+    world.AddRow("Plan.dwg");
+    MainWindow window(world.Context());
+    world.prompt.ThenAnswer(PromptAnswer::Cancel);
+    window.NewList();
+    QCOMPARE(window.Model()->rowCount(), 1);
+    world.prompt.ThenAnswer(PromptAnswer::No);
+    window.NewList();
+    QCOMPARE(window.Model()->rowCount(), 0);
+    QCOMPARE(window.windowTitle(), QString::fromStdString(LoadResourceText(ids::kAppTitle)));
+  }
+};
+
+SHEAFWORK_UI_TEST(MainWindowTest);
+#include "main_window_test.moc"

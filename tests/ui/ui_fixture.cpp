@@ -1,0 +1,61 @@
+#include "ui_fixture.h"
+
+#include <filesystem>
+
+#include "host/startup.h"
+
+namespace sheafwork::testing {
+namespace {
+
+std::vector<std::function<QObject*()>>& Makers() {
+  static std::vector<std::function<QObject*()>> makers;
+  return makers;
+}
+
+}  // namespace
+
+std::vector<QObject*> UiTests() {
+  std::vector<QObject*> tests;
+  for (const auto& make : Makers()) tests.push_back(make());
+  return tests;
+}
+
+UiTestRegistrar::UiTestRegistrar(std::function<QObject*()> make) {
+  Makers().push_back(std::move(make));
+}
+
+UiWorld::UiWorld() : session(folder.path().string()) {
+  // A plotter configuration folder with one file, so that "Par défaut" has a
+  // device to plot on.
+  std::filesystem::create_directories(folder.path() / "plotters");
+  folder.Write("plotters/PDF.pc3", "driver=pdf\n");
+  folder.Write("plotters/Traceur A0.PC3", "driver=hpgl\n");
+  host.printerConfigPath = folder.File("plotters");
+  HostFactory factory = [this] { return host.App(); };
+  AttachResult attached =
+      AttachHost(factory, ProgramFiles{folder.File("data"), folder.path().string()}, prompt);
+  hostSession = std::move(attached.host);
+  host.ClearCalls();
+}
+
+UiWorld::~UiWorld() { session.View = nullptr; }
+
+FakeDrawing& UiWorld::AddRow(const std::string& name) {
+  FakeDrawing& drawing = host.AddDrawing(name);
+  BatchEntry& entry = session.List.Append();
+  entry.FileName = drawing.path;
+  return drawing;
+}
+
+ui::UiContext UiWorld::Context() {
+  ui::UiContext context;
+  context.session = &session;
+  context.prompt = &prompt;
+  context.host = hostSession.get();
+  context.printers = &printers;
+  context.fonts = &fonts;
+  context.help = &help;
+  return context;
+}
+
+}  // namespace sheafwork::testing

@@ -1,0 +1,110 @@
+#pragma once
+// What the desktop application's tests share: a session with the scripted
+// host attached, the scripted prompt, printers and fonts of the test's
+// choosing, and a help viewer that records the topics it was asked for.
+#include <QObject>
+#include <QStringList>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "batch/session.h"
+#include "fakes/fake_host.h"
+#include "fakes/scripted_prompt.h"
+#include "fakes/temp_folder.h"
+#include "host/host_session.h"
+#include "platform/fonts.h"
+#include "platform/printers.h"
+#include "ui/help.h"
+#include "ui/ui_context.h"
+
+namespace sheafwork::testing {
+
+/// The test classes, each made afresh for the run.
+std::vector<QObject*> UiTests();
+struct UiTestRegistrar {
+  explicit UiTestRegistrar(std::function<QObject*()> make);
+};
+#define SHEAFWORK_UI_TEST(Class) \
+  static const ::sheafwork::testing::UiTestRegistrar registrar##Class([] { return new Class; })
+
+class RecordingHelp : public ui::HelpViewer {
+ public:
+  void ShowTopic(const QString& name) override { topics << name; }
+  QStringList topics;
+};
+
+class ListedPrinters : public PrinterCatalog {
+ public:
+  std::vector<PrinterInfo> Printers() override { return printers; }
+  std::vector<PrinterInfo> printers;
+};
+
+class AllFonts : public FontFolders {
+ public:
+  bool HasFontFile(std::string_view) override { return true; }
+};
+
+/// A session with the fake host attached and nothing in the list.
+class UiWorld {
+ public:
+  UiWorld();
+  ~UiWorld();
+
+  /// A drawing served by the host, also added as a row of the list.
+  FakeDrawing& AddRow(const std::string& name);
+  ui::UiContext Context();
+
+  FakeHost host;
+  ScriptedPrompt prompt;
+  TempFolder folder;  ///< logs, lists, plotter configurations
+  Session session;
+  std::unique_ptr<HostSession> hostSession;
+  ListedPrinters printers;
+  AllFonts fonts;
+  RecordingHelp help;
+};
+
+/// Runs `check` on the modal dialog of type T as soon as it shows, then
+/// closes it with `accept` (or rejects it). Returns immediately.
+template <typename T>
+void WhenModal(std::function<void(T&)> check, bool accept = true);
+
+}  // namespace sheafwork::testing
+
+#include <QApplication>
+#include <QDialog>
+#include <QTimer>
+
+namespace sheafwork::testing {
+
+template <typename T>
+void WhenModal(std::function<void(T&)> check, bool accept) {
+  // Polls until the dialog shows: work done before it may run the event loop.
+  auto* timer = new QTimer;
+  auto tries = std::make_shared<int>(0);
+  timer->setInterval(10);
+  QObject::connect(timer, &QTimer::timeout, [timer, tries, check, accept] {
+    auto* dialog = qobject_cast<T*>(QApplication::activeModalWidget());
+    if (!dialog) {
+      if (++*tries > 500) {
+        qWarning("no modal dialog of the expected type");
+        timer->deleteLater();
+        timer->stop();
+      }
+      return;
+    }
+    timer->stop();
+    timer->deleteLater();
+    check(*dialog);
+    if (accept) {
+      dialog->accept();
+    } else {
+      dialog->reject();
+    }
+  });
+  timer->start();
+}
+
+}  // namespace sheafwork::testing
