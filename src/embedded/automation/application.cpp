@@ -26,7 +26,7 @@ class DocumentsObject : public host::Documents {
 
   std::shared_ptr<host::Document> Open(const std::string& fileName, bool readOnly) override {
     return Guarded(*core_, [&] {
-      Drawing drawing = core_->LoadDrawing(fileName);
+      Drawing drawing = LoadOrReport(fileName);
       // The external-reference log is written when the host-wide XREFCTL
       // asks for it at the time of opening.
       if (host::SysVarAsInteger(core_->hostVariables.at("XREFCTL")) > 0) WriteXrefLog(drawing);
@@ -35,6 +35,19 @@ class DocumentsObject : public host::Documents {
   }
 
  private:
+  // Loads a drawing; a drawing that is there but cannot be read is also
+  // named, with the reason, on the progress display, since the caller only
+  // logs that the open failed.
+  Drawing LoadOrReport(const std::string& fileName) {
+    try {
+      return core_->LoadDrawing(fileName);
+    } catch (const host::Error& error) {
+      if (error.number() != host::kFileNotFound)
+        core_->options.progress->PlotFailed(error.description());
+      throw;
+    }
+  }
+
   std::shared_ptr<HostCore> core_;
 };
 

@@ -23,13 +23,14 @@ class ProgressDisplay {
   virtual bool Cancelled() = 0;
   /// The batch is over; the display goes away.
   virtual void Finish() = 0;
-  /// A plot failed; `reason` says why, in French.
+  /// A plot failed, or a drawing that exists could not be opened; `reason`
+  /// says why, in French.
   virtual void PlotFailed(const std::string& reason) { (void)reason; }
 };
 
 /// The command line's display on `out`: with `terminal`, a bar redrawn in
-/// place and a line per failed plot; otherwise only the failed plots, one
-/// line each ("sheafwork: <reason>"). It is never cancelled.
+/// place and a line per failure; otherwise only the failures, one line each
+/// ("sheafwork: <reason>"). It is never cancelled.
 std::shared_ptr<ProgressDisplay> ConsoleProgressDisplay(std::ostream& out, bool terminal);
 
 /// The command line's display on stderr, a bar only when stderr is a

@@ -103,6 +103,8 @@ TEST_F(EmbeddedHostTest, OpenFailuresAreHostErrorsWithTheirOwnNumbers) {
   const host::Error unreadable = ErrorOf([&] { Open(bad); });
   EXPECT_NE(unreadable.number(), host::kFileNotFound);
   EXPECT_EQ(unreadable.description(), bad + ", ligne 1 : SECTION attendu");
+  // The caller only logs that the open failed: the host names the reason.
+  EXPECT_EQ(display->failures, std::vector<std::string>{unreadable.description()});
 
   const std::string dwg = files.Write("Plan.dwg", "Plan.dwg");
   const host::Error noConverter = ErrorOf([&] { Open(dwg); });
