@@ -65,4 +65,21 @@ bool IsValidFileName(std::string_view name, PathStyle style) {
 
 char FolderSeparator(PathStyle style) { return style == PathStyle::Windows ? '\\' : '/'; }
 
+std::vector<std::string> SplitSearchPath(const std::string& searchPath) {
+  std::vector<std::string> folders;
+  std::string_view rest = searchPath;
+  while (true) {
+    const auto bar = rest.find(';');
+    const std::string_view folder = TrimSpaces(rest.substr(0, bar));
+    if (!folder.empty()) folders.emplace_back(folder);
+    if (bar == std::string_view::npos) break;
+    rest.remove_prefix(bar + 1);
+  }
+  return folders;
+}
+
+std::string XrefLogName(std::string_view drawing) {
+  return std::string(TrimSpaces(DropLastChars(drawing, 3))) + "xlg";
+}
+
 }  // namespace sheafwork

@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace sheafwork {
 
@@ -56,6 +57,15 @@ std::int16_t GetFileStatus(std::string_view path);
 /// or "\", and (Windows rules) holds no ":" other than a drive's second
 /// character.
 bool IsValidFileName(std::string_view name, PathStyle style = PathStyle::Native);
+
+/// The folders of a ";"-separated search path: each trimmed, empty ones
+/// skipped.
+std::vector<std::string> SplitSearchPath(const std::string& searchPath);
+
+/// The external-reference log a host writes beside a drawing: the drawing's
+/// path less its last three characters, trimmed, with "xlg" added (a name of
+/// fewer than three characters keeps all of them).
+std::string XrefLogName(std::string_view drawing);
 
 /// The folder separator of a style: "\" or "/".
 char FolderSeparator(PathStyle style = PathStyle::Native);

@@ -15,19 +15,6 @@ bool IsPlotterConfigFile(const std::string& device) {
   return EndsWithIgnoreCase(TrimSpaces(device), ".pc3");
 }
 
-std::vector<std::string> SplitSearchPath(const std::string& searchPath) {
-  std::vector<std::string> folders;
-  std::string_view rest = searchPath;
-  while (true) {
-    const auto bar = rest.find(';');
-    const std::string_view folder = TrimSpaces(rest.substr(0, bar));
-    if (!folder.empty()) folders.emplace_back(folder);
-    if (bar == std::string_view::npos) break;
-    rest.remove_prefix(bar + 1);
-  }
-  return folders;
-}
-
 bool FindFileWithExtendedPaths(const std::string& fileName, const std::string& searchPath) {
   if (TrimSpaces(searchPath).empty() || TrimSpaces(fileName).empty()) return false;
   // The separator is always inserted, even after a folder that ends in one.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/automation.h"
+#include "log/paths.h"  // SplitSearchPath
 #include "platform/printers.h"
 
 namespace sheafwork {
@@ -15,10 +16,6 @@ bool IsDefaultDevice(const std::string& device);
 
 /// True when `device` ends in ".pc3" (trimmed, letter case ignored).
 bool IsPlotterConfigFile(const std::string& device);
-
-/// The folders of a ";"-separated search path: each trimmed, empty ones
-/// skipped.
-std::vector<std::string> SplitSearchPath(const std::string& searchPath);
 
 /// Whether `fileName` exists in one of the folders of `searchPath`.
 bool FindFileWithExtendedPaths(const std::string& fileName, const std::string& searchPath);

@@ -31,30 +31,6 @@ namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
 
-// The byte offsets at which the characters of `s` start; a malformed byte is
-// a character of its own.
-std::vector<std::size_t> CharStarts(std::string_view s) {
-  std::vector<std::size_t> starts;
-  for (std::size_t pos = 0; pos < s.size(); pos += DecodeUtf8(s, pos).length) {
-    starts.push_back(pos);
-  }
-  return starts;
-}
-
-// `s` without its last `n` characters; all of `s` when it has fewer.
-std::string_view DropLastChars(std::string_view s, std::size_t n) {
-  const auto starts = CharStarts(s);
-  if (starts.size() < n) return s;
-  return s.substr(0, starts.size() == n ? 0 : starts[starts.size() - n]);
-}
-
-// The last `n` characters of `s`; all of `s` when it has fewer.
-std::string_view LastChars(std::string_view s, std::size_t n) {
-  const auto starts = CharStarts(s);
-  if (starts.size() <= n) return s;
-  return s.substr(starts[starts.size() - n]);
-}
-
 // The characters of `s` with their letter case folded, for searching.
 std::u32string Folded(std::string_view s) {
   std::u32string out;
@@ -74,12 +50,6 @@ bool ContainsIgnoreCase(std::string_view s, std::string_view part) {
 // ".ttf"; a blank after the extension therefore makes it a shape file.
 bool IsTrueTypeFont(std::string_view fontFile) {
   return EqualsIgnoreCase(TrimSpaces(LastChars(fontFile, 4)), ".ttf");
-}
-
-// The external-reference log the host writes beside a drawing: the drawing's
-// path less its last three characters, trimmed, with "xlg" added.
-std::string XrefLogName(std::string_view drawing) {
-  return std::string(TrimSpaces(DropLastChars(drawing, 3))) + "xlg";
 }
 
 // The lines of a text file as UTF-8: a valid UTF-8 file (byte-order mark

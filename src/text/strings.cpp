@@ -1,5 +1,7 @@
 #include "text/strings.h"
 
+#include <vector>
+
 #include "text/utf8.h"
 
 namespace sheafwork {
@@ -9,6 +11,31 @@ std::string_view TrimSpaces(std::string_view s) {
   if (first == std::string_view::npos) return {};
   const auto last = s.find_last_not_of(' ');
   return s.substr(first, last - first + 1);
+}
+
+namespace {
+
+// The byte offsets at which the characters of `s` start.
+std::vector<std::size_t> CharStarts(std::string_view s) {
+  std::vector<std::size_t> starts;
+  for (std::size_t pos = 0; pos < s.size(); pos += DecodeUtf8(s, pos).length) {
+    starts.push_back(pos);
+  }
+  return starts;
+}
+
+}  // namespace
+
+std::string_view DropLastChars(std::string_view s, std::size_t n) {
+  const auto starts = CharStarts(s);
+  if (starts.size() < n) return s;
+  return s.substr(0, starts.size() == n ? 0 : starts[starts.size() - n]);
+}
+
+std::string_view LastChars(std::string_view s, std::size_t n) {
+  const auto starts = CharStarts(s);
+  if (starts.size() <= n) return s;
+  return s.substr(starts[starts.size() - n]);
 }
 
 char32_t FoldCase(char32_t c) {

@@ -10,6 +10,13 @@ namespace sheafwork {
 /// Removes leading and trailing spaces (only the space character, not tabs).
 std::string_view TrimSpaces(std::string_view s);
 
+/// `s` (UTF-8) without its last `n` characters; all of `s` when it has fewer.
+/// A malformed byte counts as a character of its own.
+std::string_view DropLastChars(std::string_view s, std::size_t n);
+
+/// The last `n` characters of `s` (UTF-8); all of `s` when it has fewer.
+std::string_view LastChars(std::string_view s, std::size_t n);
+
 /// Folds the letter case of one character of the Windows-1252 repertoire:
 /// ASCII letters, the accented Latin-1 letters, Š Œ Ž Ÿ. Others are unchanged.
 char32_t FoldCase(char32_t c);

@@ -10,6 +10,7 @@
 #include "embedded/automation/dwg_converter.h"
 #include "embedded/automation/variables.h"
 #include "embedded/model/xrefs.h"
+#include "log/paths.h"
 #include "platform/program_folders.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -212,19 +213,8 @@ Drawing UntitledDrawing() {
   return drawing;
 }
 
-std::string XrefLogPath(const std::string& drawingPath) {
-  std::size_t end = drawingPath.size();
-  for (int dropped = 0; dropped < 3 && end > 0; ++dropped) {
-    // Back to the first byte of the last character.
-    do {
-      --end;
-    } while (end > 0 && (static_cast<unsigned char>(drawingPath[end]) & 0xC0) == 0x80);
-  }
-  return drawingPath.substr(0, end) + "xlg";
-}
-
 void WriteXrefLog(const Drawing& drawing) {
-  std::ofstream out(XrefLogPath(drawing.path), std::ios::binary | std::ios::trunc);
+  std::ofstream out(XrefLogName(drawing.path), std::ios::binary | std::ios::trunc);
   out << msg::XrefLogTitle(drawing.path) << "\r\n";
   if (drawing.xrefs.empty()) out << msg::XrefNone() << "\r\n";
   WriteXrefLines(drawing, out, "");

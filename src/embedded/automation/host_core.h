@@ -141,10 +141,8 @@ void CheckIndex(std::int32_t index, std::size_t count);
 /// the model layout and one paper-space layout.
 Drawing UntitledDrawing();
 
-/// The external-reference log of `drawing`, beside it: its path less the
-/// last three characters, plus "xlg".
-std::string XrefLogPath(const std::string& drawingPath);
-/// Writes that log, one line per reference, nested ones indented.
+/// Writes the external-reference log beside `drawing` (see XrefLogName), one
+/// line per reference, nested ones indented.
 void WriteXrefLog(const Drawing& drawing);
 
 }  // namespace sheafwork::embedded

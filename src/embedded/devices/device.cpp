@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "log/paths.h"
+
 namespace sheafwork::embedded {
 
 namespace fs = std::filesystem;
@@ -19,20 +21,6 @@ bool IsConfigFileName(const std::string& name) {
 bool IsFile(const fs::path& path) {
   std::error_code ec;
   return fs::is_regular_file(path, ec);
-}
-
-std::vector<std::string> SearchFolders(const std::string& searchPath) {
-  std::vector<std::string> folders;
-  std::size_t pos = 0;
-  while (pos <= searchPath.size()) {
-    const auto bar = std::min(searchPath.find(';', pos), searchPath.size());
-    std::string folder = searchPath.substr(pos, bar - pos);
-    const auto first = folder.find_first_not_of(' ');
-    const auto last = folder.find_last_not_of(' ');
-    if (first != std::string::npos) folders.push_back(folder.substr(first, last - first + 1));
-    pos = bar + 1;
-  }
-  return folders;
 }
 
 }  // namespace
@@ -52,7 +40,7 @@ std::optional<PlotDevice> FindPlotDevice(const std::string& name,
     if (given.has_parent_path()) {
       if (IsFile(given)) found = name;
     } else {
-      for (const std::string& folder : SearchFolders(printerConfigPath)) {
+      for (const std::string& folder : SplitSearchPath(printerConfigPath)) {
         const fs::path candidate = fs::path(folder) / given;
         if (IsFile(candidate)) {
           found = candidate.string();

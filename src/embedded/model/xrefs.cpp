@@ -5,6 +5,8 @@
 #include <set>
 #include <system_error>
 
+#include "log/paths.h"
+
 namespace sheafwork::embedded {
 
 namespace fs = std::filesystem;
@@ -25,18 +27,8 @@ fs::path StoredPath(std::string stored) {
 }
 
 std::vector<fs::path> SupportFolders(const std::string& supportPath) {
-  std::vector<fs::path> folders;
-  std::size_t pos = 0;
-  while (pos <= supportPath.size()) {
-    const auto bar = std::min(supportPath.find(';', pos), supportPath.size());
-    const std::string folder = supportPath.substr(pos, bar - pos);
-    const auto first = folder.find_first_not_of(' ');
-    if (first != std::string::npos) {
-      folders.emplace_back(folder.substr(first, folder.find_last_not_of(' ') - first + 1));
-    }
-    pos = bar + 1;
-  }
-  return folders;
+  const std::vector<std::string> folders = SplitSearchPath(supportPath);
+  return {folders.begin(), folders.end()};
 }
 
 // Where the reference is found; empty when nowhere.
