@@ -14,6 +14,7 @@
 #include "platform/program_folders.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
+#include "text/strings.h"
 
 namespace sheafwork::embedded {
 
@@ -21,14 +22,6 @@ namespace fs = std::filesystem;
 namespace msg = host_messages;
 
 namespace {
-
-std::string LowerExtension(const std::string& path) {
-  std::string extension = fs::path(path).extension().string();
-  for (char& c : extension) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return extension;
-}
 
 bool IsFile(const std::string& path) {
   std::error_code ec;
@@ -123,9 +116,8 @@ Drawing HostCore::ReadFile(const std::string& path) {
 Drawing HostCore::LoadDrawing(const std::string& path) {
   auto readAny = [this](const std::string& file) -> Drawing {
     if (!IsFile(file)) throw host::Error(host::kFileNotFound, msg::FileNotFound(file));
-    const std::string extension = LowerExtension(file);
-    if (extension == ".dxf") return ReadFile(file);
-    if (extension != ".dwg" && extension != ".dwt") {
+    if (EndsWithIgnoreCase(file, ".dxf")) return ReadFile(file);
+    if (!EndsWithIgnoreCase(file, ".dwg") && !EndsWithIgnoreCase(file, ".dwt")) {
       throw host::Error(msg::kUnsupportedFile, msg::UnsupportedFile(file));
     }
     if (dwgConverter.empty()) throw host::Error(msg::kNoDwgConverter, msg::NoDwgConverter(file));

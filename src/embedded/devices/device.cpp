@@ -4,19 +4,13 @@
 #include <system_error>
 
 #include "log/paths.h"
+#include "text/strings.h"
 
 namespace sheafwork::embedded {
 
 namespace fs = std::filesystem;
 
 namespace {
-
-bool IsConfigFileName(const std::string& name) {
-  if (name.size() < 4) return false;
-  std::string tail = name.substr(name.size() - 4);
-  for (char& c : tail) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-  return tail == ".pc3";
-}
 
 bool IsFile(const fs::path& path) {
   std::error_code ec;
@@ -34,7 +28,7 @@ std::optional<PlotDevice> FindPlotDevice(const std::string& name,
                                          const std::string& printerConfigPath,
                                          const std::vector<PrinterInfo>& printers) {
   if (name.empty()) return std::nullopt;
-  if (IsConfigFileName(name)) {
+  if (EndsWithIgnoreCase(name, ".pc3")) {
     const fs::path given(name);
     std::string found;
     if (given.has_parent_path()) {
