@@ -10,7 +10,6 @@ namespace sheafwork::embedded {
 Backend::~Backend() = default;
 
 void Backend::DrawArc(Vec2 center, double radius, double start, double sweep, const Style& style) {
-  constexpr double kTwoPi = 6.283185307179586;
   const bool full = std::fabs(sweep) >= kTwoPi;
   if (full) sweep = kTwoPi;
   const int n = ArcSegments(radius, sweep, Flattening{0, 64});

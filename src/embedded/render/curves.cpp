@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 namespace sheafwork::embedded {
 
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
 constexpr int kMaxArcSegments = 4096;
 
 Vec3 Lerp(const Vec3& a, const Vec3& b, double t) {
@@ -24,11 +24,11 @@ double Distance(const Vec3& a, const Vec3& b) {
 int ArcSegments(double outputRadius, double sweep, const Flattening& f) {
   const double angle = std::fabs(sweep);
   if (angle == 0) return 1;
-  double step = kPi / 2;
+  double step = std::numbers::pi / 2;
   if (outputRadius > 0 && f.tolerance > 0 && f.tolerance < outputRadius) {
     step = std::min(step, 2 * std::acos(1 - f.tolerance / outputRadius));
   }
-  const double minimum = angle * std::max(f.minSegmentsPerCircle, 4) / (2 * kPi);
+  const double minimum = angle * std::max(f.minSegmentsPerCircle, 4) / (2 * std::numbers::pi);
   const double n = std::max(std::ceil(angle / step), std::ceil(minimum));
   if (!(n >= 1)) return 1;  // not a number
   return static_cast<int>(std::min(n, static_cast<double>(kMaxArcSegments)));

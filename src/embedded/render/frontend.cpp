@@ -1,6 +1,7 @@
 #include "embedded/render/frontend.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <type_traits>
 #include <variant>
@@ -13,7 +14,6 @@ namespace sheafwork::embedded {
 
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
 constexpr std::size_t kMaxBlockDepth = 32;
 constexpr int kMaxInsertCopies = 100000;
 constexpr std::size_t kMaxPatternSegments = 200000;
@@ -21,15 +21,6 @@ constexpr std::int32_t kViewportOff = 131072;
 
 Transform3 WithOcs(const Transform3& t, const Vec3& extrusion) {
   return IsUnitZ(extrusion) ? t : t * Transform3::Ocs(extrusion);
-}
-
-Vec3 Cross(const Vec3& a, const Vec3& b) {
-  return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
-}
-
-Vec3 Normalized(const Vec3& v) {
-  const double len = std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
-  return len > 0 ? Vec3{v.x / len, v.y / len, v.z / len} : kUnitZ;
 }
 
 /// The sheet map of the plane through `origin` spanned by `xAxis`, `yAxis`.
@@ -40,8 +31,12 @@ Affine2 PlanarMap(const Transform3& t, const Vec3& origin, const Vec3& xAxis, co
   return {x.x - o.x, x.y - o.y, y.x - o.x, y.y - o.y, o.x, o.y};
 }
 
-double AffineScale(const Affine2& a) {
-  return std::max(std::hypot(a.a, a.b), std::hypot(a.c, a.d));
+/// The corners of a viewport's frame in paper space, counter-clockwise.
+std::array<Vec2, 4> FrameCorners(const Viewport& vp) {
+  const double hw = vp.width / 2, hh = vp.height / 2;
+  const Vec3& c = vp.center;
+  return {Vec2{c.x - hw, c.y - hh}, Vec2{c.x + hw, c.y - hh}, Vec2{c.x + hw, c.y + hh},
+          Vec2{c.x - hw, c.y + hh}};
 }
 
 /// Sweep in degrees of a counter-clockwise arc, in (0, 360].
@@ -117,11 +112,8 @@ void Frontend::DrawBlockEntities(const Block& block, const Transform3& toOutput)
 }
 
 void Frontend::DrawViewportFrame(const Viewport& vp, const Transform3& t, const Style& style) {
-  const double hw = vp.width / 2, hh = vp.height / 2;
   out_.clear();
-  for (const Vec2 c : {Vec2{-hw, -hh}, Vec2{hw, -hh}, Vec2{hw, hh}, Vec2{-hw, hh}}) {
-    out_.push_back(t.ApplyXY({vp.center.x + c.x, vp.center.y + c.y, 0}));
-  }
+  for (const Vec2 c : FrameCorners(vp)) out_.push_back(t.ApplyXY({c.x, c.y, 0}));
   if (InCull(out_)) backend_.DrawPolyline(out_, true, style);
 }
 
@@ -138,14 +130,13 @@ void Frontend::DrawViewportContent(const Viewport& vp, const Affine2& paperToOut
   const double s = vp.height / vp.viewHeight;
   const Affine2 modelToPaper =
       Affine2::Translation(vp.center.x - s * vp.viewCenter.x, vp.center.y - s * vp.viewCenter.y) *
-      Affine2::Scaling(s, s) * Affine2::Rotation(vp.twist * kPi / 180.0) *
+      Affine2::Scaling(s, s) * Affine2::Rotation(Radians(vp.twist)) *
       Affine2::Translation(-vp.viewTarget.x, -vp.viewTarget.y);
 
   std::vector<Vec2> frame;
   Box2 frameBox;
-  const double hw = vp.width / 2, hh = vp.height / 2;
-  for (const Vec2 c : {Vec2{-hw, -hh}, Vec2{hw, -hh}, Vec2{hw, hh}, Vec2{-hw, hh}}) {
-    frame.push_back(paperToOutput.Apply({vp.center.x + c.x, vp.center.y + c.y}));
+  for (const Vec2 c : FrameCorners(vp)) {
+    frame.push_back(paperToOutput.Apply(c));
     frameBox.Extend(frame.back());
   }
   const std::optional<Box2> savedCull = options_.cull;
@@ -374,7 +365,7 @@ void Frontend::DrawCircle(const Vec3& center, double radius, double startDeg, do
   if (!(radius > 0)) return;
   const Affine2 a = WithOcs(t, extrusion).PlaneAt(center.z);
   const bool full = sweepDeg >= 360.0;
-  const double sweep = sweepDeg * kPi / 180.0;
+  const double sweep = Radians(sweepDeg);
   // Under a similarity a circle stays a circle: hand it over whole.
   const double s1 = std::hypot(a.a, a.b), s2 = std::hypot(a.c, a.d);
   if (std::fabs(s1 - s2) <= 1e-9 * s1 && std::fabs(a.a * a.c + a.b * a.d) <= 1e-9 * s1 * s2) {
@@ -384,15 +375,15 @@ void Frontend::DrawCircle(const Vec3& center, double radius, double startDeg, do
         !Box2::Of({c.x - r, c.y - r}, {c.x + r, c.y + r}).Intersects(*options_.cull)) {
       return;
     }
-    const double start = startDeg * kPi / 180.0;
+    const double start = Radians(startDeg);
     const Vec2 dir = a.ApplyLinear({std::cos(start), std::sin(start)});
     const bool mirrored = a.Determinant() < 0;
     backend_.DrawArc(c, r, std::atan2(dir.y, dir.x), mirrored ? -sweep : sweep, s);
     return;
   }
-  const int n = ArcSegments(radius * AffineScale(a), sweep, options_.flattening);
+  const int n = ArcSegments(radius * a.Scale(), sweep, options_.flattening);
   local_.clear();
-  AppendArc(local_, {center.x, center.y}, radius, startDeg * kPi / 180.0, sweep, n, true);
+  AppendArc(local_, {center.x, center.y}, radius, Radians(startDeg), sweep, n, true);
   if (full) local_.pop_back();
   MapLocal(a);
   EmitPolyline(full, s);
@@ -404,14 +395,14 @@ void Frontend::DrawEllipse(const Ellipse& g, const Transform3& t, const Style& s
   const Vec3 minor{minorDir.x * g.ratio, minorDir.y * g.ratio, minorDir.z * g.ratio};
   const Affine2 a = PlanarMap(t, g.center, g.majorAxis, minor);
   double sweep = g.endParam - g.startParam;
-  const bool full = std::fabs(sweep) >= 2 * kPi - 1e-9 || sweep == 0;
+  const bool full = std::fabs(sweep) >= kTwoPi - 1e-9 || sweep == 0;
   if (full) {
-    sweep = 2 * kPi;
+    sweep = kTwoPi;
   } else {
-    sweep = std::fmod(sweep, 2 * kPi);
-    if (sweep <= 0) sweep += 2 * kPi;
+    sweep = std::fmod(sweep, kTwoPi);
+    if (sweep <= 0) sweep += kTwoPi;
   }
-  const int n = ArcSegments(AffineScale(a), sweep, options_.flattening);
+  const int n = ArcSegments(a.Scale(), sweep, options_.flattening);
   local_.clear();
   AppendArc(local_, {0, 0}, 1, full ? 0 : g.startParam, sweep, n, true);
   if (full) local_.pop_back();
@@ -464,7 +455,7 @@ void Frontend::DrawPolyline(const Polyline& g, const Transform3& t, const Style&
     return;
   }
   const Affine2 a = WithOcs(t, g.extrusion).PlaneAt(g.elevation);
-  const double scale = AffineScale(a);
+  const double scale = a.Scale();
   bool wide = g.constantWidth > 0;
   for (const PolylineVertex& v : g.vertices) wide = wide || v.startWidth > 0 || v.endWidth > 0;
   const std::size_t segments = g.closed ? n : n - 1;
@@ -560,7 +551,7 @@ void Frontend::DrawText(const Text& g, const Transform3& t, const Style& s) {
   run.horizontalAlign = g.horizontalAlign;
   run.verticalAlign = g.verticalAlign;
   Vec3 anchor = g.insert;
-  double rotation = g.rotation * kPi / 180.0;
+  double rotation = Radians(g.rotation);
   const bool baselineFromPoints =
       (g.horizontalAlign == 3 || g.horizontalAlign == 5) && g.hasAlignPoint;
   if (baselineFromPoints) {
@@ -595,7 +586,7 @@ void Frontend::DrawMText(const MText& g, const Transform3& t, const Style& s) {
   Vec3 xAxis;
   const bool defaultAxis = g.xAxis.x == 1 && g.xAxis.y == 0 && g.xAxis.z == 0;
   if (defaultAxis || (g.xAxis.x == 0 && g.xAxis.y == 0 && g.xAxis.z == 0)) {
-    const double a = g.rotation * kPi / 180.0;
+    const double a = Radians(g.rotation);
     const Transform3 ocs = Transform3::Ocs(g.extrusion);
     const Vec3 o = ocs.Apply({0, 0, 0});
     const Vec3 d = ocs.Apply({std::cos(a), std::sin(a), 0});
@@ -621,7 +612,7 @@ void Frontend::DrawMText(const MText& g, const Transform3& t, const Style& s) {
 
 void Frontend::DrawHatch(const Hatch& g, const Transform3& t, const Style& s) {
   const Affine2 a = WithOcs(t, g.extrusion).PlaneAt(g.elevation);
-  const double scale = AffineScale(a);
+  const double scale = a.Scale();
   local_.clear();
   loopSizes_.clear();
   bool anyExternal = false;
@@ -660,14 +651,14 @@ void Frontend::DrawHatch(const Hatch& g, const Transform3& t, const Style& s) {
             const bool elliptic = edge.kind == HatchEdge::Kind::EllipseArc;
             const double ratio = edge.ratio > 0 ? edge.ratio : 1.0;
             auto param = [&](double degrees) {
-              const double r = degrees * kPi / 180.0;
+              const double r = Radians(degrees);
               return elliptic ? std::atan2(std::sin(r) / ratio, std::cos(r)) : r;
             };
-            double sweep = SweepDegrees(start, end) * kPi / 180.0;
+            double sweep = Radians(SweepDegrees(start, end));
             if (elliptic) {
               sweep = param(end) - param(start);
-              if (sweep <= 1e-12) sweep += 2 * kPi;
-              if (SweepDegrees(start, end) >= 360.0) sweep = 2 * kPi;
+              if (sweep <= 1e-12) sweep += kTwoPi;
+              if (SweepDegrees(start, end) >= 360.0) sweep = kTwoPi;
             }
             double from = param(start);
             if (!edge.counterClockwise) {  // stored mirrored: run the other way

@@ -5,12 +5,11 @@
 #include <limits>
 
 #include "embedded/render/box.h"
+#include "embedded/render/transform.h"
 
 namespace sheafwork::embedded {
 
 namespace {
-
-constexpr double kPi = 3.14159265358979323846;
 
 double Dot(Vec2 a, Vec2 b) { return a.x * b.x + a.y * b.y; }
 
@@ -22,7 +21,7 @@ bool AppendPatternSegments(std::span<const Vec2> points, std::span<const int> lo
   Box2 box;
   for (const Vec2& p : points) box.Extend(p);
   if (box.Empty()) return true;
-  const double angle = line.angle * kPi / 180.0;
+  const double angle = Radians(line.angle);
   const Vec2 dir{std::cos(angle), std::sin(angle)};
   const Vec2 normal{-dir.y, dir.x};
   const double step = Dot(line.offset, normal);

@@ -8,6 +8,7 @@
 #include <QPen>
 #include <QRectF>
 #include <QString>
+#include <QStringList>
 #include <algorithm>
 #include <cmath>
 
@@ -18,7 +19,6 @@ namespace {
 constexpr std::size_t kLineBatch = 4096;
 constexpr std::size_t kPolylineChunk = 512;  // long polylines are slow to antialias whole
 constexpr int kGlyphPixels = 200;            // glyph units: the font's pixel size
-constexpr double kPi = 3.14159265358979323846;
 
 QColor ToColor(std::uint32_t rgb) {
   return QColor(static_cast<int>((rgb >> 16) & 0xFF), static_cast<int>((rgb >> 8) & 0xFF),
@@ -106,16 +106,16 @@ void PainterBackend::DrawArc(Vec2 center, double radius, double start, double sw
                              const Style& style) {
   Flush();
   UsePen(style);
-  if (std::fabs(sweep) >= 2 * kPi) {
+  if (std::fabs(sweep) >= kTwoPi) {
     painter_.drawEllipse(QPointF(center.x, center.y), radius, radius);
     return;
   }
   // Qt measures arc angles towards -y; our y runs up, so both angles flip.
   const QRectF box(center.x - radius, center.y - radius, 2 * radius, 2 * radius);
-  const double startDeg = -start * 180.0 / kPi;
+  const double startDeg = Degrees(-start);
   QPainterPath path;
   path.arcMoveTo(box, startDeg);
-  path.arcTo(box, startDeg, -sweep * 180.0 / kPi);
+  path.arcTo(box, startDeg, Degrees(-sweep));
   painter_.drawPath(path);
 }
 
@@ -183,26 +183,26 @@ void PainterBackend::DrawText(const TextRun& run, const Style& style) {
   Flush();
   const FontEntry& font = FontFor(run.fontFamily, run.fontFile);
   const QFontMetricsF fm(font.font);
-  std::vector<QString> lines;
-  const QString all = QString::fromUtf8(run.text.data(), static_cast<qsizetype>(run.text.size()));
-  for (const QString& line : all.split(u'\n')) lines.push_back(line);
+  const QStringList lines =
+      QString::fromUtf8(run.text.data(), static_cast<qsizetype>(run.text.size())).split(u'\n');
   widths_.clear();
   for (const QString& line : lines) widths_.push_back(fm.horizontalAdvance(line));
-  placements_.assign(lines.size(), LinePlacement{});
+  placements_.assign(widths_.size(), LinePlacement{});
   const RunPlacement p = PlaceRun(run, font.metrics, widths_, placements_);
-  const double shear = std::tan(run.obliqueDegrees * kPi / 180.0);
+  const double shear = std::tan(Radians(run.obliqueDegrees));
   const QTransform toSheet(run.toSheet.a, run.toSheet.b, run.toSheet.c, run.toSheet.d,
                            run.toSheet.e, run.toSheet.f);
   painter_.save();
   painter_.setFont(font.font);
   painter_.setPen(ToColor(style.rgb));
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    if (lines[i].isEmpty()) continue;
+  for (std::size_t i = 0; i < placements_.size(); ++i) {
+    const QString& line = lines[static_cast<qsizetype>(i)];
+    if (line.isEmpty()) continue;
     // Glyph space (y down, baseline at 0) to the run's space (y up).
     const QTransform glyph(p.xScale, 0, -shear * p.yScale, -p.yScale, placements_[i].x,
                            placements_[i].baseline);
     painter_.setWorldTransform(glyph * toSheet * base_);
-    painter_.drawText(QPointF(0, 0), lines[i]);
+    painter_.drawText(QPointF(0, 0), line);
   }
   painter_.restore();
   penSet_ = false;

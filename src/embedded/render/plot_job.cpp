@@ -19,10 +19,6 @@ namespace sheafwork::embedded {
 
 namespace {
 
-QString ToQString(const std::string& s) {
-  return QString::fromUtf8(s.data(), static_cast<qsizetype>(s.size()));
-}
-
 // The sheet as a page: the size given portrait, turned when wider than tall.
 QPageLayout SheetPageLayout(const SheetFrame& frame, QPageSize::SizeMatchPolicy match) {
   const double shortSide = std::min(frame.width, frame.height);
@@ -34,12 +30,12 @@ QPageLayout SheetPageLayout(const SheetFrame& frame, QPageSize::SizeMatchPolicy 
 }
 
 void WritePdf(const PlotJob& job, const SheetLayout& sheet) {
-  const QString path = ToQString(job.outputPath);
+  const QString path = QString::fromStdString(job.outputPath);
   const int dpi = job.resolutionDpi > 0 ? job.resolutionDpi : 1200;
   {
     QPdfWriter writer(path);
     writer.setResolution(dpi);
-    writer.setTitle(ToQString(job.title));
+    writer.setTitle(QString::fromStdString(job.title));
     writer.setCreator(QStringLiteral("Sheafwork"));
     if (!writer.setPageLayout(SheetPageLayout(sheet.frame, QPageSize::ExactMatch))) {
       throw PlotError(render_messages::InvalidPaper(sheet.frame.width, sheet.frame.height));
@@ -60,7 +56,7 @@ void WritePdf(const PlotJob& job, const SheetLayout& sheet) {
 }
 
 void Print(const PlotJob& job, const SheetLayout& sheet) {
-  const QString name = ToQString(job.printerName);
+  const QString name = QString::fromStdString(job.printerName);
   // Qt ignores an unknown printer name and would write a PDF instead.
   if (name.isEmpty() || !QPrinterInfo::availablePrinterNames().contains(name)) {
     throw PlotError(render_messages::PrinterNotFound(job.printerName));
@@ -69,7 +65,7 @@ void Print(const PlotJob& job, const SheetLayout& sheet) {
   printer.setPrinterName(name);
   if (printer.printerName() != name)
     throw PlotError(render_messages::PrinterNotFound(job.printerName));
-  printer.setDocName(ToQString(job.title));
+  printer.setDocName(QString::fromStdString(job.title));
   printer.setCreator(QStringLiteral("Sheafwork"));
   printer.setFullPage(true);
   if (!printer.setPageLayout(SheetPageLayout(sheet.frame, QPageSize::FuzzyMatch))) {

@@ -7,16 +7,7 @@
 
 namespace sheafwork::embedded {
 
-bool IsDefpointsLayer(std::string_view name) {
-  constexpr std::string_view kName = "DEFPOINTS";
-  if (name.size() != kName.size()) return false;
-  for (std::size_t i = 0; i < name.size(); ++i) {
-    char c = name[i];
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-    if (c != kName[i]) return false;
-  }
-  return true;
-}
+bool IsDefpointsLayer(std::string_view name) { return NameKey(name) == "DEFPOINTS"; }
 
 LayerLook LookOfLayer(const Layer* layer, std::string_view name, bool frozenHere) {
   LayerLook look;

@@ -3,11 +3,29 @@
 // spatial one (entity coordinates through blocks and object coordinate
 // systems to the sheet, of which only x and y are kept).
 
+#include <algorithm>
 #include <cmath>
+#include <numbers>
 
 #include "embedded/model/geometry.h"
 
 namespace sheafwork::embedded {
+
+/// A whole turn in radians.
+inline constexpr double kTwoPi = 2 * std::numbers::pi;
+
+inline double Radians(double degrees) { return degrees * std::numbers::pi / 180.0; }
+inline double Degrees(double radians) { return radians * 180.0 / std::numbers::pi; }
+
+inline Vec3 Cross(const Vec3& a, const Vec3& b) {
+  return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+}
+
+/// `v` scaled to length 1; +Z for the null vector.
+inline Vec3 Normalized(const Vec3& v) {
+  const double len = std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
+  return len > 0 ? Vec3{v.x / len, v.y / len, v.z / len} : kUnitZ;
+}
 
 /// x' = a·x + c·y + e, y' = b·x + d·y + f.
 struct Affine2 {
@@ -16,6 +34,8 @@ struct Affine2 {
   Vec2 Apply(Vec2 p) const { return {a * p.x + c * p.y + e, b * p.x + d * p.y + f}; }
   Vec2 ApplyLinear(Vec2 v) const { return {a * v.x + c * v.y, b * v.x + d * v.y}; }
   double Determinant() const { return a * d - b * c; }
+  /// The largest length of the image of a unit step along x or y.
+  double Scale() const { return std::max(std::hypot(a, b), std::hypot(c, d)); }
   Affine2 Inverse() const;
 
   static Affine2 Translation(double x, double y) { return {1, 0, 0, 1, x, y}; }
@@ -44,8 +64,6 @@ struct Transform3 {
   Affine2 PlaneAt(double z) const {
     return {m[0][0], m[1][0], m[0][1], m[1][1], m[0][2] * z + m[0][3], m[1][2] * z + m[1][3]};
   }
-  /// The largest length on the sheet of a unit step in the x-y plane.
-  double PlanarScale() const;
 
   static Transform3 Translation(const Vec3& t);
   static Transform3 Scaling(const Vec3& s);

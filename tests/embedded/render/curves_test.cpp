@@ -3,13 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numbers>
 
 #include "embedded/render/hatch_pattern.h"
 
 namespace sheafwork::embedded {
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
+constexpr double kPi = std::numbers::pi;
 
 TEST(CurvesTest, BulgeGivesTheArcThroughBothVertices) {
   struct Case {

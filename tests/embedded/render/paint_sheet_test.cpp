@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numbers>
 
 #include "embedded/render/render_test_support.h"
 
@@ -70,7 +71,7 @@ TEST(PaintSheetTest, ModelSpaceLinesArcsAndBlocks) {
 
   const double q = 10 * std::sqrt(0.5);
   auto onArc = [](double degrees) {
-    const double r = degrees * 3.14159265358979323846 / 180;
+    const double r = degrees * std::numbers::pi / 180;
     return Vec2{70 + 10 * std::cos(r), 60 + 10 * std::sin(r)};
   };
   EXPECT_TRUE(InkNear(image, kPx, onArc(75)));  // counter-clockwise from 30° to 120°
