@@ -70,12 +70,7 @@ AboutDialog::AboutDialog(Prompt& prompt, QWidget* parent, std::function<bool()> 
   auto* ok = MakeButton(ids::kAboutOk, "cmdOK", this);
   auto* sysInfo = MakeButton(ids::kAboutSysInfo, "cmdSysInfo", this);
   ok->setDefault(true);
-  for (QWidget* widget :
-       {static_cast<QWidget*>(icon), static_cast<QWidget*>(title), static_cast<QWidget*>(version),
-        static_cast<QWidget*>(description), static_cast<QWidget*>(disclaimer),
-        static_cast<QWidget*>(ok), static_cast<QWidget*>(sysInfo)}) {
-    SetHelpId(widget, helpId++);
-  }
+  SetHelpIds({icon, title, version, description, disclaimer, ok, sysInfo}, helpId);
 
   auto* grid = new QGridLayout(this);
   grid->addWidget(icon, 0, 0, 3, 1);

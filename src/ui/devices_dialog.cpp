@@ -13,6 +13,7 @@
 #include "plotcfg/devices.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
+#include "text/strings.h"
 #include "ui/dialog_parts.h"
 #include "ui/help.h"
 #include "ui/icons.h"
@@ -43,12 +44,7 @@ DevicesDialog::DevicesDialog(Session& session, PrinterCatalog* printers, HostSes
   description_->setReadOnly(true);
   description_->setMaximumHeight(description_->fontMetrics().lineSpacing() * 4 + 12);
   auto* browse = MakeButton(ids::kDevicesBrowse, "cmdDevicesBrowse", group);
-  for (QWidget* widget :
-       {static_cast<QWidget*>(group), static_cast<QWidget*>(list_),
-        static_cast<QWidget*>(showDescription_), static_cast<QWidget*>(descriptionLabel_),
-        static_cast<QWidget*>(description_), static_cast<QWidget*>(browse)}) {
-    SetHelpId(widget, helpId++);
-  }
+  SetHelpIds({group, list_, showDescription_, descriptionLabel_, description_, browse}, helpId);
 
   auto* grid = new QGridLayout(group);
   grid->addWidget(list_, 1, 0, 1, 2);
@@ -60,17 +56,12 @@ DevicesDialog::DevicesDialog(Session& session, PrinterCatalog* printers, HostSes
 
   ButtonRow buttons = MakeButtonRow(this, ids::kDevicesOk, "cmdDevicesOk", ids::kDevicesCancel,
                                     "cmdDevicesCancel", ids::kDevicesHelp, "cmdDevicesHelp");
-  for (QPushButton* button : {buttons.ok, buttons.cancel, buttons.help})
-    SetHelpId(button, helpId++);
+  SetHelpIds({buttons.ok, buttons.cancel, buttons.help}, helpId);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(group);
   layout->addWidget(buttons.box);
 
-  connect(buttons.ok, &QPushButton::clicked, this, &DevicesDialog::accept);
-  connect(buttons.cancel, &QPushButton::clicked, this, &DevicesDialog::reject);
-  connect(buttons.help, &QPushButton::clicked, this, [help] {
-    if (help) help->ShowTopic(QString::fromLatin1(topic::kDevices));
-  });
+  ConnectButtonRow(this, buttons, help, topic::kDevices);
   connect(browse, &QPushButton::clicked, this, &DevicesDialog::Browse);
   connect(list_, &QListWidget::currentRowChanged, this, &DevicesDialog::Describe);
   connect(list_, &QListWidget::itemDoubleClicked, this, &DevicesDialog::accept);
@@ -102,13 +93,7 @@ DevicesDialog::DevicesDialog(Session& session, PrinterCatalog* printers, HostSes
     }
   }
   // With one row, its device is selected.
-  const std::vector<int> rows = [&] {
-    std::vector<int> selected;
-    for (int n = 1; n <= session_.List.EntryCount(); ++n) {
-      if (session_.Selection.FindEntryInArray(n)) selected.push_back(n);
-    }
-    return selected;
-  }();
+  const std::vector<int> rows = CachedSelection(session_);
   if (rows.size() == 1) {
     const QString device = Q(session_.List.Entry(rows.front()).PlotDevice);
     for (int i = 0; i < list_->count(); ++i) {
@@ -149,8 +134,7 @@ void DevicesDialog::Browse() {
   request.filter = LoadResourceText(ids::kPlotterConfigFilter);
   request.mustExist = true;
   const auto name = prompt_.OpenFileName(request);
-  if (!name || name->size() < 3) return;
-  if (Q(*name).right(3).compare(QStringLiteral("pc3"), Qt::CaseInsensitive) != 0) return;
+  if (!name || !EndsWithIgnoreCase(*name, "pc3")) return;
   auto* item = new QListWidgetItem(MakeIcon(IconId::Plot), Q(*name), list_);
   list_->setCurrentItem(item);
 }
@@ -163,9 +147,7 @@ void DevicesDialog::accept() {
     return;
   }
   const std::string device = S(chosen.front()->text());
-  for (int n = 1; n <= session_.List.EntryCount(); ++n) {
-    if (session_.Selection.FindEntryInArray(n)) session_.List.Entry(n).PlotDevice = device;
-  }
+  for (int n : CachedSelection(session_)) session_.List.Entry(n).PlotDevice = device;
   QDialog::accept();
 }
 

@@ -5,6 +5,7 @@
 #include <QPainterPath>
 #include <QPixmap>
 #include <QPixmapCache>
+#include <initializer_list>
 
 namespace sheafwork::ui {
 namespace {
@@ -25,19 +26,22 @@ QPen Pen(const QColor& colour, double width = 1.0) {
   return pen;
 }
 
+// The closed outline through `corners`.
+QPainterPath ClosedPath(std::initializer_list<QPointF> corners) {
+  QPainterPath path;
+  path.moveTo(*corners.begin());
+  for (auto corner = corners.begin() + 1; corner != corners.end(); ++corner) path.lineTo(*corner);
+  path.closeSubpath();
+  return path;
+}
+
 // A sheet with a folded corner, in the 16 x 16 grid.
 void Sheet(QPainter& p, const QRectF& r) {
-  QPainterPath path;
   const double fold = r.width() * 0.32;
-  path.moveTo(r.left(), r.top());
-  path.lineTo(r.right() - fold, r.top());
-  path.lineTo(r.right(), r.top() + fold);
-  path.lineTo(r.right(), r.bottom());
-  path.lineTo(r.left(), r.bottom());
-  path.closeSubpath();
   p.setPen(Pen(kInk, 0.9));
   p.setBrush(kPaper);
-  p.drawPath(path);
+  p.drawPath(ClosedPath({r.topLeft(), QPointF(r.right() - fold, r.top()),
+                         QPointF(r.right(), r.top() + fold), r.bottomRight(), r.bottomLeft()}));
   p.drawLine(QPointF(r.right() - fold, r.top()), QPointF(r.right() - fold, r.top() + fold));
   p.drawLine(QPointF(r.right() - fold, r.top() + fold), QPointF(r.right(), r.top() + fold));
 }
@@ -79,25 +83,11 @@ void Check(QPainter& p, const QPointF& c, double s, const QColor& colour, double
 }
 
 void Folder(QPainter& p) {
-  QPainterPath back;
-  back.moveTo(1, 3.5);
-  back.lineTo(5.5, 3.5);
-  back.lineTo(7, 5);
-  back.lineTo(14, 5);
-  back.lineTo(14, 13.5);
-  back.lineTo(1, 13.5);
-  back.closeSubpath();
   p.setPen(Pen(QColor(0xa8, 0x7a, 0x16), 0.9));
   p.setBrush(kFolder.darker(108));
-  p.drawPath(back);
-  QPainterPath front;
-  front.moveTo(1, 13.5);
-  front.lineTo(3, 7);
-  front.lineTo(15.5, 7);
-  front.lineTo(14, 13.5);
-  front.closeSubpath();
+  p.drawPath(ClosedPath({{1, 3.5}, {5.5, 3.5}, {7, 5}, {14, 5}, {14, 13.5}, {1, 13.5}}));
   p.setBrush(kFolder);
-  p.drawPath(front);
+  p.drawPath(ClosedPath({{1, 13.5}, {3, 7}, {15.5, 7}, {14, 13.5}}));
 }
 
 void Printer(QPainter& p, bool withSheet) {
@@ -149,14 +139,7 @@ void Paint(QPainter& p, IconId id) {
     case IconId::SaveList: {
       p.setPen(Pen(QColor(0x1d, 0x3f, 0x73), 0.9));
       p.setBrush(kBlue);
-      QPainterPath body;
-      body.moveTo(1.5, 1.5);
-      body.lineTo(12, 1.5);
-      body.lineTo(14.5, 4);
-      body.lineTo(14.5, 14.5);
-      body.lineTo(1.5, 14.5);
-      body.closeSubpath();
-      p.drawPath(body);
+      p.drawPath(ClosedPath({{1.5, 1.5}, {12, 1.5}, {14.5, 4}, {14.5, 14.5}, {1.5, 14.5}}));
       p.setBrush(kPaper);
       p.drawRect(QRectF(4, 1.5, 7, 4.5));
       p.setBrush(QColor(0xe6, 0xec, 0xf5));

@@ -9,6 +9,7 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include "batch/list_row.h"
 #include "log/paths.h"
 #include "plotcfg/layout_setup.h"
 #include "res/string_ids.h"
@@ -44,14 +45,10 @@ LayoutsSingleDialog::LayoutsSingleDialog(Session& session, int row, HostSession*
   list_->setMinimumSize(320, 180);
   showAll_ = new QCheckBox(Res(ids::kLayoutsShowAll), this);
   showAll_->setObjectName(QStringLiteral("chkShowAll"));
-  for (QWidget* widget : {static_cast<QWidget*>(all_), static_cast<QWidget*>(selected_),
-                          static_cast<QWidget*>(list_), static_cast<QWidget*>(showAll_)}) {
-    SetHelpId(widget, helpId++);
-  }
+  SetHelpIds({all_, selected_, list_, showAll_}, helpId);
   ButtonRow buttons = MakeButtonRow(this, ids::kLayoutsOk, "cmdLayoutsOk", ids::kLayoutsCancel,
                                     "cmdLayoutsCancel", ids::kLayoutsHelp, "cmdLayoutsHelp");
-  for (QPushButton* button : {buttons.ok, buttons.cancel, buttons.help})
-    SetHelpId(button, helpId++);
+  SetHelpIds({buttons.ok, buttons.cancel, buttons.help}, helpId);
 
   auto* layout = new QGridLayout(this);
   layout->addWidget(all_, 0, 0, 1, 2);
@@ -61,11 +58,7 @@ LayoutsSingleDialog::LayoutsSingleDialog(Session& session, int row, HostSession*
   layout->addWidget(buttons.box, 4, 0, 1, 2);
   layout->setColumnMinimumWidth(0, 16);
 
-  connect(buttons.ok, &QPushButton::clicked, this, &LayoutsSingleDialog::accept);
-  connect(buttons.cancel, &QPushButton::clicked, this, &LayoutsSingleDialog::reject);
-  connect(buttons.help, &QPushButton::clicked, this, [help] {
-    if (help) help->ShowTopic(QString::fromLatin1(topic::kLayoutsSingle));
-  });
+  ConnectButtonRow(this, buttons, help, topic::kLayoutsSingle);
   connect(selected_, &QRadioButton::toggled, list_, &QWidget::setEnabled);
   connect(selected_, &QRadioButton::toggled, showAll_, &QWidget::setEnabled);
   connect(showAll_, &QCheckBox::toggled, this, &LayoutsSingleDialog::Fill);
@@ -83,8 +76,7 @@ LayoutsSingleDialog::LayoutsSingleDialog(Session& session, int row, HostSession*
       if (name != ModelTabName()) drawingLayouts_.push_back(name);
     }
   }
-  const std::string current =
-      entry.Layout.empty() ? LoadResourceText(ids::kLayoutCurrentTab) : entry.Layout;
+  const std::string current = EntryAsShown(entry).Layout;
   const bool named = !IsSpecialLayout(current);
   showAll_->setChecked(!drawingLayouts_.empty() || named);
   Fill();
@@ -165,16 +157,13 @@ LayoutsMultiDialog::LayoutsMultiDialog(Session& session, HelpViewer* help, QWidg
   choice_->setMinimumWidth(320);
   label->setBuddy(choice_);
   for (const std::string& text : CommonLayoutChoices()) choice_->addItem(Q(text));
-  SetHelpId(label, helpId++);
-  SetHelpId(choice_, helpId++);
+  SetHelpIds({label, choice_}, helpId);
 
   // The rows' common value, when they have one.
   std::optional<std::string> common;
   bool same = true;
-  for (int n = 1; n <= session_.List.EntryCount(); ++n) {
-    if (!session_.Selection.FindEntryInArray(n)) continue;
-    std::string layout = session_.List.Entry(n).Layout;
-    if (layout.empty()) layout = LoadResourceText(ids::kLayoutCurrentTab);
+  for (int n : CachedSelection(session_)) {
+    const std::string layout = EntryAsShown(session_.List.Entry(n)).Layout;
     if (!common) {
       common = layout;
     } else if (*common != layout) {
@@ -191,19 +180,14 @@ LayoutsMultiDialog::LayoutsMultiDialog(Session& session, HelpViewer* help, QWidg
   ButtonRow buttons =
       MakeButtonRow(this, ids::kLayoutsMultiOk, "cmdLayoutsMultiOk", ids::kLayoutsMultiCancel,
                     "cmdLayoutsMultiCancel", ids::kLayoutsMultiHelp, "cmdLayoutsMultiHelp");
-  for (QPushButton* button : {buttons.ok, buttons.cancel, buttons.help})
-    SetHelpId(button, helpId++);
+  SetHelpIds({buttons.ok, buttons.cancel, buttons.help}, helpId);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(label);
   layout->addWidget(choice_);
   layout->addSpacing(8);
   layout->addWidget(buttons.box);
 
-  connect(buttons.ok, &QPushButton::clicked, this, &LayoutsMultiDialog::accept);
-  connect(buttons.cancel, &QPushButton::clicked, this, &LayoutsMultiDialog::reject);
-  connect(buttons.help, &QPushButton::clicked, this, [help] {
-    if (help) help->ShowTopic(QString::fromLatin1(topic::kLayoutsMulti));
-  });
+  ConnectButtonRow(this, buttons, help, topic::kLayoutsMulti);
   InstallContextHelp(this, help, QString::fromLatin1(topic::kLayoutsMulti));
 }
 
@@ -213,9 +197,7 @@ void LayoutsMultiDialog::accept() {
     QDialog::reject();  // nothing chosen: the rows keep their layouts
     return;
   }
-  for (int n = 1; n <= session_.List.EntryCount(); ++n) {
-    if (session_.Selection.FindEntryInArray(n)) session_.List.Entry(n).Layout = layout;
-  }
+  for (int n : CachedSelection(session_)) session_.List.Entry(n).Layout = layout;
   QDialog::accept();
 }
 

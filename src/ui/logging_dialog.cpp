@@ -15,16 +15,6 @@
 #include "ui/help.h"
 
 namespace sheafwork::ui {
-namespace {
-
-template <typename Widget>
-Widget* Named(Widget* widget, const char* name, int& helpId) {
-  widget->setObjectName(QString::fromLatin1(name));
-  SetHelpId(widget, helpId++);
-  return widget;
-}
-
-}  // namespace
 
 LoggingDialog::LoggingDialog(LogSettings& settings, Prompt& prompt, HelpViewer* help,
                              QWidget* parent)
@@ -93,19 +83,14 @@ LoggingDialog::LoggingDialog(LogSettings& settings, Prompt& prompt, HelpViewer* 
 
   ButtonRow buttons = MakeButtonRow(this, ids::kLoggingOk, "cmdJournalOK", ids::kLoggingCancel,
                                     "cmdJournalCancel", ids::kLoggingHelp, "cmdJournalHelp");
-  for (QPushButton* button : {buttons.ok, buttons.cancel, buttons.help})
-    SetHelpId(button, helpId++);
+  SetHelpIds({buttons.ok, buttons.cancel, buttons.help}, helpId);
 
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(journalBox);
   layout->addWidget(errorBox);
   layout->addWidget(buttons.box);
 
-  connect(buttons.ok, &QPushButton::clicked, this, &LoggingDialog::accept);
-  connect(buttons.cancel, &QPushButton::clicked, this, &LoggingDialog::reject);
-  connect(buttons.help, &QPushButton::clicked, this, [help] {
-    if (help) help->ShowTopic(QString::fromLatin1(topic::kLogging));
-  });
+  ConnectButtonRow(this, buttons, help, topic::kLogging);
   connect(journal_.enable, &QCheckBox::toggled, this,
           [this](bool on) { EnableGroup(journal_, on); });
   connect(error_.enable, &QCheckBox::toggled, this, [this](bool on) { EnableGroup(error_, on); });
@@ -130,12 +115,9 @@ LoggingDialog::LoggingDialog(LogSettings& settings, Prompt& prompt, HelpViewer* 
 }
 
 void LoggingDialog::EnableGroup(const Group& group, bool on) {
-  for (QWidget* widget :
-       {static_cast<QWidget*>(group.nameLabel), static_cast<QWidget*>(group.name),
-        static_cast<QWidget*>(group.browse), static_cast<QWidget*>(group.overwrite),
-        static_cast<QWidget*>(group.append), static_cast<QWidget*>(group.headerLabel),
-        static_cast<QWidget*>(group.header), static_cast<QWidget*>(group.userLabel),
-        static_cast<QWidget*>(group.user)}) {
+  for (QWidget* widget : std::initializer_list<QWidget*>{
+           group.nameLabel, group.name, group.browse, group.overwrite, group.append,
+           group.headerLabel, group.header, group.userLabel, group.user}) {
     if (widget) widget->setEnabled(on);
   }
 }

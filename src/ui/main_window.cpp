@@ -23,6 +23,7 @@
 #include "plottest/plot_test.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
+#include "text/strings.h"
 #include "ui/about_dialog.h"
 #include "ui/batch_model.h"
 #include "ui/devices_dialog.h"
@@ -39,13 +40,10 @@
 namespace sheafwork::ui {
 namespace {
 
-bool HasSuffix(const QString& path, const char* suffix) {
-  return path.right(3).compare(QLatin1String(suffix), Qt::CaseInsensitive) == 0;
-}
-
 // Drawings and templates; DXF too, the embedded host's own format.
-bool IsDrawingFile(const QString& path) {
-  return HasSuffix(path, "dwg") || HasSuffix(path, "dwt") || HasSuffix(path, "dxf");
+bool IsDrawingFile(const std::string& path) {
+  return EndsWithIgnoreCase(path, "dwg") || EndsWithIgnoreCase(path, "dwt") ||
+         EndsWithIgnoreCase(path, "dxf");
 }
 
 /// The list view's icons and the status line during a plot run.
@@ -367,9 +365,9 @@ void MainWindow::AddFiles(const QStringList& paths) {
   for (const QString& path : paths) {
     const QFileInfo info(path);
     if (!info.isFile()) continue;
-    if (IsDrawingFile(path)) {
+    if (IsDrawingFile(S(path))) {
       changed |= AddDrawingToList(session, S(info.absoluteFilePath())) != nullptr;
-    } else if (HasSuffix(path, "qx3")) {
+    } else if (EndsWithIgnoreCase(S(path), "qx3")) {
       if (session.List.Empty() && session.ListName.empty() && !changed) {
         LoadListFile(session, *ctx_.prompt, S(info.absoluteFilePath()));
       } else {
@@ -383,17 +381,15 @@ void MainWindow::AddFiles(const QStringList& paths) {
 void MainWindow::AddDrawings() {
   const FileDialogRequest request{
       LoadResourceText(ids::kAddDrawingTitle), DrawingFilter(), {}, true, false};
-  QStringList chosen;
+  std::vector<std::string> chosen;
   if (auto* qtPrompt = dynamic_cast<QtPrompt*>(ctx_.prompt)) {
-    for (const std::string& name : qtPrompt->OpenFileNames(request)) chosen << Q(name);
+    chosen = qtPrompt->OpenFileNames(request);
   } else if (auto name = ctx_.prompt->OpenFileName(request)) {
-    chosen << Q(*name);
+    chosen.push_back(*name);
   }
-  QStringList drawings;
-  for (const QString& name : chosen) {
-    if (IsDrawingFile(name)) drawings << name;
+  for (const std::string& name : chosen) {
+    if (IsDrawingFile(name)) AddDrawingToList(*ctx_.session, name);
   }
-  for (const QString& name : drawings) AddDrawingToList(*ctx_.session, S(name));
   Refresh();
 }
 

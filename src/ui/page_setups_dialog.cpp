@@ -17,22 +17,11 @@
 #include "ui/icons.h"
 
 namespace sheafwork::ui {
-namespace {
-
-std::vector<int> SelectedRows(const Session& session) {
-  std::vector<int> rows;
-  for (int n = 1; n <= session.List.EntryCount(); ++n) {
-    if (session.Selection.FindEntryInArray(n)) rows.push_back(n);
-  }
-  return rows;
-}
-
-}  // namespace
 
 PageSetupsDialog::PageSetupsDialog(Session& session, HostSession* host, Prompt& prompt,
                                    HelpViewer* help, QWidget* parent)
     : QDialog(parent), session_(session), host_(host), prompt_(prompt) {
-  const std::vector<int> rows = SelectedRows(session_);
+  const std::vector<int> rows = CachedSelection(session_);
   setObjectName(QStringLiteral("frmNPS"));
   const QString subject = rows.size() == 1
                               ? Q(FileNameFromPath(session_.List.Entry(rows.front()).FileName))
@@ -58,15 +47,10 @@ PageSetupsDialog::PageSetupsDialog(Session& session, HostSession* host, Prompt& 
   auto* fromRow = new QHBoxLayout(group);
   fromRow->addWidget(from_, 1);
   fromRow->addWidget(browse);
-  for (QWidget* widget :
-       {static_cast<QWidget*>(label), static_cast<QWidget*>(list_), static_cast<QWidget*>(group),
-        static_cast<QWidget*>(from_), static_cast<QWidget*>(browse)}) {
-    SetHelpId(widget, helpId++);
-  }
+  SetHelpIds({label, list_, group, from_, browse}, helpId);
   ButtonRow buttons = MakeButtonRow(this, ids::kSetupsOk, "cmdNPSOk", ids::kSetupsCancel,
                                     "cmdNPSCancel", ids::kSetupsHelp, "cmdNPSHelp");
-  for (QPushButton* button : {buttons.ok, buttons.cancel, buttons.help})
-    SetHelpId(button, helpId++);
+  SetHelpIds({buttons.ok, buttons.cancel, buttons.help}, helpId);
 
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(label);
@@ -74,11 +58,7 @@ PageSetupsDialog::PageSetupsDialog(Session& session, HostSession* host, Prompt& 
   layout->addWidget(group);
   layout->addWidget(buttons.box);
 
-  connect(buttons.ok, &QPushButton::clicked, this, &PageSetupsDialog::accept);
-  connect(buttons.cancel, &QPushButton::clicked, this, &PageSetupsDialog::reject);
-  connect(buttons.help, &QPushButton::clicked, this, [help] {
-    if (help) help->ShowTopic(QString::fromLatin1(topic::kPageSetups));
-  });
+  ConnectButtonRow(this, buttons, help, topic::kPageSetups);
   connect(browse, &QPushButton::clicked, this, &PageSetupsDialog::Browse);
   connect(list_, &QListWidget::itemDoubleClicked, this, &PageSetupsDialog::accept);
   InstallContextHelp(this, help, QString::fromLatin1(topic::kPageSetups));
@@ -140,7 +120,7 @@ void PageSetupsDialog::accept() {
   const std::string name = S(item->text());
   // A page setup of another drawing is written as "drawing|name".
   const std::string value = IsDefaultPageSetup(name) || !external_ ? name : source_ + "|" + name;
-  for (int n : SelectedRows(session_)) session_.List.Entry(n).PlotSetup = value;
+  for (int n : CachedSelection(session_)) session_.List.Entry(n).PlotSetup = value;
   QDialog::accept();
 }
 

@@ -37,7 +37,7 @@ ResultsDialog::ResultsDialog(const std::string& results, const LogSettings& log,
   auto* save = MakeButton(ids::kResultsSave, "cmdPTSave", this);
   append_ = MakeButton(ids::kResultsAppend, "cmdPTAppend", this);
   auto* ok = MakeButton(ids::kResultsOk, "cmdPTOk", this);
-  for (QPushButton* button : {save, append_, ok}) SetHelpId(button, helpId++);
+  SetHelpIds({save, append_, ok}, helpId);
   ok->setDefault(true);
   auto* buttons = new QDialogButtonBox(this);
   buttons->addButton(save, QDialogButtonBox::ActionRole);

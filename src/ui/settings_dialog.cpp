@@ -47,11 +47,11 @@ std::optional<double> ParseScaleNumber(const QString& text) {
   return number;
 }
 
-template <typename Widget>
-Widget* Named(Widget* widget, const char* name, int& helpId) {
-  widget->setObjectName(QString::fromLatin1(name));
-  SetHelpId(widget, helpId++);
-  return widget;
+// A layer's row on the layers page: its flag, the word and the icon for it.
+void ShowLayerState(QTreeWidgetItem& item, bool plotted) {
+  item.setData(1, Qt::UserRole, plotted);
+  item.setText(1, Res(plotted ? ids::kSettingsOnWord : ids::kSettingsOffWord));
+  item.setIcon(1, MakeIcon(plotted ? IconId::Good : IconId::Bad));
 }
 
 }  // namespace
@@ -88,9 +88,7 @@ std::vector<std::pair<std::string, bool>> ParseLayerFlags(const std::string& lay
 SettingsDialog::SettingsDialog(Session& session, HostSession* host, Prompt& prompt,
                                HelpViewer* help, int page, QWidget* parent)
     : QDialog(parent), session_(session), prompt_(prompt) {
-  for (int n = 1; n <= session_.List.EntryCount(); ++n) {
-    if (session_.Selection.FindEntryInArray(n)) rows_.push_back(n);
-  }
+  rows_ = CachedSelection(session_);
   const bool single = rows_.size() == 1;
   setObjectName(QStringLiteral("frmSettings"));
   setWindowTitle(single ? Res(ids::kSettingsTitle) +
@@ -108,8 +106,7 @@ SettingsDialog::SettingsDialog(Session& session, HostSession* host, Prompt& prom
 
   ButtonRow buttons = MakeButtonRow(this, ids::kSettingsOk, "cmdSettingsOk", ids::kSettingsCancel,
                                     "cmdSettingsCancel", ids::kSettingsHelp, "cmdSettingsHelp");
-  for (QPushButton* button : {buttons.ok, buttons.cancel, buttons.help})
-    SetHelpId(button, plotHelp++);
+  SetHelpIds({buttons.ok, buttons.cancel, buttons.help}, plotHelp);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(tabs_);
   layout->addWidget(buttons.box);
@@ -222,9 +219,7 @@ SettingsDialog::SettingsDialog(Session& session, HostSession* host, Prompt& prom
         if (EqualsIgnoreCase(name, layer.name)) plotted = flag;
       }
       auto* item = new QTreeWidgetItem(layers_, {Q(layer.name), QString()});
-      item->setData(1, Qt::UserRole, plotted);
-      item->setText(1, Res(plotted ? ids::kSettingsOnWord : ids::kSettingsOffWord));
-      item->setIcon(1, MakeIcon(plotted ? IconId::Good : IconId::Bad));
+      ShowLayerState(*item, plotted);
     }
   }
   UpdateCustom();
@@ -377,9 +372,7 @@ QWidget* SettingsDialog::BuildLayersPage(int& helpId) {
 
 void SettingsDialog::SetLayerState(bool plotted) {
   for (QTreeWidgetItem* item : layers_->selectedItems()) {
-    item->setData(1, Qt::UserRole, plotted);
-    item->setText(1, Res(plotted ? ids::kSettingsOnWord : ids::kSettingsOffWord));
-    item->setIcon(1, MakeIcon(plotted ? IconId::Good : IconId::Bad));
+    ShowLayerState(*item, plotted);
     layersTouched_ = true;
   }
 }
@@ -447,12 +440,16 @@ std::optional<std::string> SettingsDialog::AreaValue() const {
   return S(view);
 }
 
+std::string SettingsDialog::PlotFilePath() const {
+  const QString folder = fileFolder_->text().trimmed();
+  const QString name = fileName_->text().trimmed();
+  return S(folder.isEmpty() ? name : folder + u'/' + name);
+}
+
 bool SettingsDialog::ValidatePlotFile() {
   if (!fileGroup_->isChecked() || !fileTouched_ || fileName_->text().trimmed().isEmpty())
     return true;
-  const QString folder = fileFolder_->text().trimmed();
-  const std::string path = S(folder.isEmpty() ? fileName_->text().trimmed()
-                                              : folder + u'/' + fileName_->text().trimmed());
+  const std::string path = PlotFilePath();
   int refused = 0;
   if (path.size() > 255) {
     refused = ids::kFileNameTooLong;
@@ -495,11 +492,7 @@ void SettingsDialog::accept() {
 
   const std::optional<std::string> area = areaTouched_ ? AreaValue() : std::nullopt;
   std::string file;
-  if (fileGroup_->isChecked() && !fileName_->text().trimmed().isEmpty()) {
-    const QString folder = fileFolder_->text().trimmed();
-    file = S(folder.isEmpty() ? fileName_->text().trimmed()
-                              : folder + u'/' + fileName_->text().trimmed());
-  }
+  if (fileGroup_->isChecked() && !fileName_->text().trimmed().isEmpty()) file = PlotFilePath();
   std::string layers;
   if (single && layersTouched_) {
     for (int i = 0; i < layers_->topLevelItemCount(); ++i) {

@@ -61,6 +61,8 @@ class SettingsDialog : public QDialog {
   void UpdateCustom();
   /// The row encodings of the plot page; nullopt for a field left as it was.
   std::optional<std::string> AreaValue() const;
+  /// The plot file the folder and name fields give, both trimmed.
+  std::string PlotFilePath() const;
   bool ValidatePlotFile();
 
   Session& session_;

@@ -29,13 +29,6 @@ using namespace sheafwork::testing;
 
 namespace {
 
-template <typename T>
-T* Child(const QWidget& parent, const char* name) {
-  T* child = parent.findChild<T*>(QString::fromLatin1(name));
-  if (!child) qFatal("no control %s", name);
-  return child;
-}
-
 void SetText(const QWidget& parent, const char* name, const std::string& text) {
   Child<QLineEdit>(parent, name)->setText(QString::fromStdString(text));
 }
@@ -51,12 +44,6 @@ LogSettings SomeSettings() {
   log.ErrorLogFileName = "/tmp/erreurs.log";
   log.ErrorAppend = false;
   return log;
-}
-
-QStringList Items(const QListWidget& list) {
-  QStringList items;
-  for (int i = 0; i < list.count(); ++i) items << list.item(i)->text();
-  return items;
 }
 
 }  // namespace

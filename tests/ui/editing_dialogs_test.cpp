@@ -24,19 +24,6 @@ using namespace sheafwork::testing;
 
 namespace {
 
-template <typename T>
-T* Child(const QWidget& parent, const char* name) {
-  T* child = parent.findChild<T*>(QString::fromLatin1(name));
-  if (!child) qFatal("no control %s", name);
-  return child;
-}
-
-QStringList Items(const QListWidget& list) {
-  QStringList items;
-  for (int i = 0; i < list.count(); ++i) items << list.item(i)->text();
-  return items;
-}
-
 void Pick(QListWidget& list, const QString& text) {
   const auto found = list.findItems(text, Qt::MatchExactly);
   if (found.isEmpty()) qFatal("no item %s", qPrintable(text));

@@ -47,6 +47,12 @@ FakeDrawing& UiWorld::AddRow(const std::string& name) {
   return drawing;
 }
 
+QStringList Items(const QListWidget& list) {
+  QStringList items;
+  for (int i = 0; i < list.count(); ++i) items << list.item(i)->text();
+  return items;
+}
+
 ui::UiContext UiWorld::Context() {
   ui::UiContext context;
   context.session = &session;

@@ -2,6 +2,7 @@
 // What the desktop application's tests share: a session with the scripted
 // host attached, the scripted prompt, printers and fonts of the test's
 // choosing, and a help viewer that records the topics it was asked for.
+#include <QListWidget>
 #include <QObject>
 #include <QStringList>
 #include <functional>
@@ -66,6 +67,14 @@ class UiWorld {
   RecordingHelp help;
 };
 
+/// The control named `name` among the children of `parent`; a missing one
+/// ends the test run.
+template <typename T>
+T* Child(const QWidget& parent, const char* name);
+
+/// The texts of a list's items, in order.
+QStringList Items(const QListWidget& list);
+
 /// Runs `check` on the modal dialog of type T as soon as it shows, then
 /// closes it with `accept` (or rejects it). Returns immediately.
 template <typename T>
@@ -78,6 +87,13 @@ void WhenModal(std::function<void(T&)> check, bool accept = true);
 #include <QTimer>
 
 namespace sheafwork::testing {
+
+template <typename T>
+T* Child(const QWidget& parent, const char* name) {
+  T* child = parent.findChild<T*>(QString::fromLatin1(name));
+  if (!child) qFatal("no control %s", name);
+  return child;
+}
 
 template <typename T>
 void WhenModal(std::function<void(T&)> check, bool accept) {
