@@ -95,6 +95,76 @@ void WriteHeaderPoint(TagWriter& w, const char* name, P2 p, bool is3d) {
   }
 }
 
+void BeginSection(TagWriter& w, const char* name) {
+  w.Text(0, "SECTION");
+  w.Text(2, name);
+}
+
+// The header variables both releases start with, from the section start.
+void BeginHeader(TagWriter& w, const Document& doc) {
+  const Extents ext = ModelExtents(doc);
+  BeginSection(w, "HEADER");
+  w.Text(9, "$ACADVER");
+  w.Text(1, doc.version);
+  w.Text(9, "$DWGCODEPAGE");
+  w.Text(3, "ANSI_1252");
+  WriteHeaderPoint(w, "$INSBASE", {0, 0}, true);
+  WriteHeaderPoint(w, "$EXTMIN", ext.min, true);
+  WriteHeaderPoint(w, "$EXTMAX", ext.max, true);
+  WriteHeaderPoint(w, "$LIMMIN", doc.limMin, false);
+  WriteHeaderPoint(w, "$LIMMAX", doc.limMax, false);
+  w.Text(9, "$LTSCALE");
+  w.Real(40, 1);
+  w.Text(9, "$TILEMODE");
+  w.Int(70, doc.activeLayout < 0 ? 1 : 0);
+  w.Text(9, "$CLAYER");
+  w.Text(8, "0");
+}
+
+// The *ACTIVE viewport record up to its view centre, which shows the middle
+// of the model's extents.
+void BeginActiveViewport(TagWriter& w, const Extents& ext) {
+  w.Text(2, "*ACTIVE");
+  w.Int(70, 0);
+  w.Point2d(10, {0, 0});
+  w.Point2d(11, {1, 1});
+  w.Point2d(12, {(ext.min.x + ext.max.x) / 2, (ext.min.y + ext.max.y) / 2});
+}
+
+double ActiveViewHeight(const Extents& ext) { return std::max(ext.max.y - ext.min.y, 1.0) * 1.1; }
+
+// The data of a linetype record up to its dashes, which the releases write
+// differently.
+void WriteLinetypeHead(TagWriter& w, const LinetypeDef& lt) {
+  w.Text(2, lt.name);
+  w.Int(70, 0);
+  w.Text(3, lt.description);
+  w.Int(72, 65);
+  w.Int(73, static_cast<std::int64_t>(lt.dashes.size()));
+  double total = 0;
+  for (double d : lt.dashes) total += d < 0 ? -d : d;
+  w.Real(40, total);
+}
+
+void WriteLayerHead(TagWriter& w, const LayerDef& layer) {
+  w.Text(2, layer.name);
+  w.Int(70, 0);
+  w.Int(62, layer.color);
+  w.Text(6, layer.linetype);
+}
+
+void WriteStyleData(TagWriter& w, const StyleDef& style) {
+  w.Text(2, style.name);
+  w.Int(70, 0);
+  w.Real(40, 0);
+  w.Real(41, style.widthFactor);
+  w.Real(50, 0);
+  w.Int(71, 0);
+  w.Real(42, 2.5);
+  w.Text(3, style.fontFile);
+  w.Text(4, "");
+}
+
 // ---------------------------------------------------------------------------
 // Release 2000 and 2004
 
@@ -135,6 +205,11 @@ class Writer2000 {
   };
 
   Handle Next() { return next_++; }
+  std::vector<Handle> NextHandles(std::size_t count) {
+    std::vector<Handle> handles;
+    for (std::size_t i = 0; i < count; ++i) handles.push_back(Next());
+    return handles;
+  }
 
   int PaperCount() const { return static_cast<int>(Layouts().size()); }
   const std::vector<LayoutDef>& Layouts() const { return layoutsView_; }
@@ -147,10 +222,10 @@ class Writer2000 {
 
     for (auto& t : tables_) t = Next();
     vportRecord_ = Next();
-    for (std::size_t i = 0; i < linetypes_.size(); ++i) linetypeHandles_.push_back(Next());
-    for (std::size_t i = 0; i < layers_.size(); ++i) layerHandles_.push_back(Next());
-    for (std::size_t i = 0; i < styles_.size(); ++i) styleHandles_.push_back(Next());
-    for (std::size_t i = 0; i < doc_.views.size(); ++i) viewHandles_.push_back(Next());
+    linetypeHandles_ = NextHandles(linetypes_.size());
+    layerHandles_ = NextHandles(layers_.size());
+    styleHandles_ = NextHandles(styles_.size());
+    viewHandles_ = NextHandles(doc_.views.size());
     appIdRecord_ = Next();
     dimStyleRecord_ = Next();
 
@@ -159,8 +234,8 @@ class Writer2000 {
     layoutDict_ = Next();
     setupDict_ = Next();
     modelLayout_ = Next();
-    for (int i = 0; i < PaperCount(); ++i) paperLayouts_.push_back(Next());
-    for (std::size_t i = 0; i < doc_.pageSetups.size(); ++i) setupHandles_.push_back(Next());
+    paperLayouts_ = NextHandles(layoutsView_.size());
+    setupHandles_ = NextHandles(doc_.pageSetups.size());
 
     // The model space, the active paper space, then the others in tab order.
     records_.push_back({"*Model_Space", Next(), modelLayout_, 0, 0, nullptr, nullptr, false});
@@ -191,25 +266,8 @@ class Writer2000 {
   }
 
   void WriteHeader(TagWriter& w) {
-    const Extents ext = ModelExtents(doc_);
     const Sheet sheet = LayoutSheet(Layouts()[static_cast<std::size_t>(ActivePaper())].settings);
-    w.Text(0, "SECTION");
-    w.Text(2, "HEADER");
-    w.Text(9, "$ACADVER");
-    w.Text(1, doc_.version);
-    w.Text(9, "$DWGCODEPAGE");
-    w.Text(3, "ANSI_1252");
-    WriteHeaderPoint(w, "$INSBASE", {0, 0}, true);
-    WriteHeaderPoint(w, "$EXTMIN", ext.min, true);
-    WriteHeaderPoint(w, "$EXTMAX", ext.max, true);
-    WriteHeaderPoint(w, "$LIMMIN", doc_.limMin, false);
-    WriteHeaderPoint(w, "$LIMMAX", doc_.limMax, false);
-    w.Text(9, "$LTSCALE");
-    w.Real(40, 1);
-    w.Text(9, "$TILEMODE");
-    w.Int(70, doc_.activeLayout < 0 ? 1 : 0);
-    w.Text(9, "$CLAYER");
-    w.Text(8, "0");
+    BeginHeader(w, doc_);
     w.Text(9, "$HANDSEED");
     w.Handle(5, next_);
     w.Text(9, "$MEASUREMENT");
@@ -225,8 +283,7 @@ class Writer2000 {
   }
 
   static void WriteClasses(TagWriter& w) {
-    w.Text(0, "SECTION");
-    w.Text(2, "CLASSES");
+    BeginSection(w, "CLASSES");
     w.Text(0, "ENDSEC");
   }
 
@@ -251,23 +308,18 @@ class Writer2000 {
   }
 
   void WriteTables(TagWriter& w) {
-    w.Text(0, "SECTION");
-    w.Text(2, "TABLES");
+    BeginSection(w, "TABLES");
 
     const Extents ext = ModelExtents(doc_);
     BeginTable(w, kVport, "VPORT", 1);
     BeginRecord(w, "VPORT", vportRecord_, kVport, "AcDbViewportTableRecord");
-    w.Text(2, "*ACTIVE");
-    w.Int(70, 0);
-    w.Point2d(10, {0, 0});
-    w.Point2d(11, {1, 1});
-    w.Point2d(12, {(ext.min.x + ext.max.x) / 2, (ext.min.y + ext.max.y) / 2});
+    BeginActiveViewport(w, ext);
     w.Point2d(13, {0, 0});
     w.Point2d(14, {10, 10});
     w.Point2d(15, {10, 10});
     w.Point(16, P3{0, 0, 1});
     w.Point(17, P3{0, 0, 0});
-    const double height = std::max(ext.max.y - ext.min.y, 1.0) * 1.1;
+    const double height = ActiveViewHeight(ext);
     w.Real(40, height);
     w.Real(41, std::max((ext.max.x - ext.min.x) * 1.1 / height, 1.0));
     w.Real(42, 50);
@@ -289,14 +341,7 @@ class Writer2000 {
     for (std::size_t i = 0; i < linetypes_.size(); ++i) {
       const auto& lt = linetypes_[i];
       BeginRecord(w, "LTYPE", linetypeHandles_[i], kLtype, "AcDbLinetypeTableRecord");
-      w.Text(2, lt.name);
-      w.Int(70, 0);
-      w.Text(3, lt.description);
-      w.Int(72, 65);
-      w.Int(73, static_cast<std::int64_t>(lt.dashes.size()));
-      double total = 0;
-      for (double d : lt.dashes) total += d < 0 ? -d : d;
-      w.Real(40, total);
+      WriteLinetypeHead(w, lt);
       for (double d : lt.dashes) {
         w.Real(49, d);
         w.Int(74, 0);
@@ -308,10 +353,7 @@ class Writer2000 {
     for (std::size_t i = 0; i < layers_.size(); ++i) {
       const auto& layer = layers_[i];
       BeginRecord(w, "LAYER", layerHandles_[i], kLayer, "AcDbLayerTableRecord");
-      w.Text(2, layer.name);
-      w.Int(70, 0);
-      w.Int(62, layer.color);
-      w.Text(6, layer.linetype);
+      WriteLayerHead(w, layer);
       if (!layer.plottable) w.Int(290, 0);
       w.Int(370, layer.lineweight);
     }
@@ -319,17 +361,8 @@ class Writer2000 {
 
     BeginTable(w, kStyle, "STYLE", styles_.size());
     for (std::size_t i = 0; i < styles_.size(); ++i) {
-      const auto& style = styles_[i];
       BeginRecord(w, "STYLE", styleHandles_[i], kStyle, "AcDbTextStyleTableRecord");
-      w.Text(2, style.name);
-      w.Int(70, 0);
-      w.Real(40, 0);
-      w.Real(41, style.widthFactor);
-      w.Real(50, 0);
-      w.Int(71, 0);
-      w.Real(42, 2.5);
-      w.Text(3, style.fontFile);
-      w.Text(4, "");
+      WriteStyleData(w, styles_[i]);
     }
     w.Text(0, "ENDTAB");
 
@@ -390,15 +423,9 @@ class Writer2000 {
   }
 
   void WriteBlocks(TagWriter& w) {
-    w.Text(0, "SECTION");
-    w.Text(2, "BLOCKS");
+    BeginSection(w, "BLOCKS");
     for (const auto& r : records_) {
-      w.Text(0, "BLOCK");
-      w.Handle(5, r.begin);
-      w.Handle(330, r.handle);
-      w.Text(100, "AcDbEntity");
-      if (r.paper) w.Int(67, 1);
-      w.Text(8, "0");
+      WriteCommon(w, "BLOCK", Props{}, r.begin, r.handle, r.paper);
       w.Text(100, "AcDbBlockBegin");
       w.Text(2, r.name);
       w.Int(70, r.block ? r.block->flags : 0);
@@ -408,20 +435,14 @@ class Writer2000 {
       if (r.entities) {
         for (const auto& e : *r.entities) WriteEntity(w, e, r.handle, r.paper);
       }
-      w.Text(0, "ENDBLK");
-      w.Handle(5, r.end);
-      w.Handle(330, r.handle);
-      w.Text(100, "AcDbEntity");
-      if (r.paper) w.Int(67, 1);
-      w.Text(8, "0");
+      WriteCommon(w, "ENDBLK", Props{}, r.end, r.handle, r.paper);
       w.Text(100, "AcDbBlockEnd");
     }
     w.Text(0, "ENDSEC");
   }
 
   void WriteEntities(TagWriter& w) {
-    w.Text(0, "SECTION");
-    w.Text(2, "ENTITIES");
+    BeginSection(w, "ENTITIES");
     for (const auto& e : doc_.model) WriteEntity(w, e, records_[0].handle, false);
     for (const auto& e : Layouts()[static_cast<std::size_t>(ActivePaper())].entities) {
       WriteEntity(w, e, records_[1].handle, true);
@@ -451,9 +472,10 @@ class Writer2000 {
     WriteCommon(w, "SEQEND", {e.props.layer, "", 256, -1}, Next(), handle, paper);
   }
 
-  void WriteDictionary(TagWriter& w, Handle handle, Handle owner,
-                       const std::vector<std::pair<std::string, Handle>>& entries) {
-    w.Text(0, "DICTIONARY");
+  // An object's start: its type, handle and owner, which is also its reactor
+  // unless it has none (0).
+  static void BeginObject(TagWriter& w, const char* type, Handle handle, Handle owner) {
+    w.Text(0, type);
     w.Handle(5, handle);
     if (owner != 0) {
       w.Text(102, "{ACAD_REACTORS");
@@ -461,6 +483,11 @@ class Writer2000 {
       w.Text(102, "}");
     }
     w.Handle(330, owner);
+  }
+
+  void WriteDictionary(TagWriter& w, Handle handle, Handle owner,
+                       const std::vector<std::pair<std::string, Handle>>& entries) {
+    BeginObject(w, "DICTIONARY", handle, owner);
     w.Text(100, "AcDbDictionary");
     w.Int(281, 1);
     for (const auto& [key, value] : entries) {
@@ -505,12 +532,7 @@ class Writer2000 {
 
   void WriteLayout(TagWriter& w, Handle handle, const std::string& name, const PlotSetup& s,
                    int tabOrder, Handle record, bool model) {
-    w.Text(0, "LAYOUT");
-    w.Handle(5, handle);
-    w.Text(102, "{ACAD_REACTORS");
-    w.Handle(330, layoutDict_);
-    w.Text(102, "}");
-    w.Handle(330, layoutDict_);
+    BeginObject(w, "LAYOUT", handle, layoutDict_);
     WritePlotSettings(w, s, model);
     w.Text(100, "AcDbLayout");
     w.Text(1, name);
@@ -536,8 +558,7 @@ class Writer2000 {
   }
 
   void WriteObjects(TagWriter& w) {
-    w.Text(0, "SECTION");
-    w.Text(2, "OBJECTS");
+    BeginSection(w, "OBJECTS");
     WriteDictionary(w, rootDict_, 0,
                     {{"ACAD_GROUP", groupDict_},
                      {"ACAD_LAYOUT", layoutDict_},
@@ -563,12 +584,7 @@ class Writer2000 {
     }
     for (std::size_t i = 0; i < doc_.pageSetups.size(); ++i) {
       const auto& setup = doc_.pageSetups[i];
-      w.Text(0, "PLOTSETTINGS");
-      w.Handle(5, setupHandles_[i]);
-      w.Text(102, "{ACAD_REACTORS");
-      w.Handle(330, setupDict_);
-      w.Text(102, "}");
-      w.Handle(330, setupDict_);
+      BeginObject(w, "PLOTSETTINGS", setupHandles_[i], setupDict_);
       PlotSetup s = setup.settings;
       s.pageSetupName = setup.name;
       WritePlotSettings(w, s, (setup.settings.flags & kModelTypeFlag) != 0);
@@ -605,8 +621,7 @@ class Writer12 {
     WriteHeader(w);
     WriteTables(w);
     WriteBlocks(w);
-    w.Text(0, "SECTION");
-    w.Text(2, "ENTITIES");
+    BeginSection(w, "ENTITIES");
     for (const auto& e : doc_.model) WriteEntity(w, e, false);
     for (const auto& layout : doc_.layouts) {
       for (const auto& e : layout.entities) WriteEntity(w, e, true);
@@ -618,25 +633,8 @@ class Writer12 {
 
  private:
   void WriteHeader(TagWriter& w) {
-    const Extents ext = ModelExtents(doc_);
     const PlotSetup paper = doc_.layouts.empty() ? PlotSetup{} : doc_.layouts.front().settings;
-    w.Text(0, "SECTION");
-    w.Text(2, "HEADER");
-    w.Text(9, "$ACADVER");
-    w.Text(1, "AC1009");
-    w.Text(9, "$DWGCODEPAGE");
-    w.Text(3, "ANSI_1252");
-    WriteHeaderPoint(w, "$INSBASE", {0, 0}, true);
-    WriteHeaderPoint(w, "$EXTMIN", ext.min, true);
-    WriteHeaderPoint(w, "$EXTMAX", ext.max, true);
-    WriteHeaderPoint(w, "$LIMMIN", doc_.limMin, false);
-    WriteHeaderPoint(w, "$LIMMAX", doc_.limMax, false);
-    w.Text(9, "$LTSCALE");
-    w.Real(40, 1);
-    w.Text(9, "$TILEMODE");
-    w.Int(70, doc_.activeLayout < 0 ? 1 : 0);
-    w.Text(9, "$CLAYER");
-    w.Text(8, "0");
+    BeginHeader(w, doc_);
     WriteHeaderPoint(w, "$PLIMMIN", {0, 0}, false);
     WriteHeaderPoint(w, "$PLIMMAX", {paper.paperWidth, paper.paperHeight}, false);
     w.Text(0, "ENDSEC");
@@ -647,71 +645,43 @@ class Writer12 {
     const auto layers = AllLayers(doc_);
     const auto styles = AllStyles(doc_);
     const Extents ext = ModelExtents(doc_);
-    w.Text(0, "SECTION");
-    w.Text(2, "TABLES");
+    const auto beginTable = [&](const char* name, std::size_t count) {
+      w.Text(0, "TABLE");
+      w.Text(2, name);
+      w.Int(70, static_cast<std::int64_t>(count));
+    };
+    BeginSection(w, "TABLES");
 
-    w.Text(0, "TABLE");
-    w.Text(2, "VPORT");
-    w.Int(70, 1);
+    beginTable("VPORT", 1);
     w.Text(0, "VPORT");
-    w.Text(2, "*ACTIVE");
-    w.Int(70, 0);
-    w.Point2d(10, {0, 0});
-    w.Point2d(11, {1, 1});
-    w.Point2d(12, {(ext.min.x + ext.max.x) / 2, (ext.min.y + ext.max.y) / 2});
-    w.Real(40, std::max(ext.max.y - ext.min.y, 1.0) * 1.1);
+    BeginActiveViewport(w, ext);
+    w.Real(40, ActiveViewHeight(ext));
     w.Real(41, 1.5);
     w.Text(0, "ENDTAB");
 
-    w.Text(0, "TABLE");
-    w.Text(2, "LTYPE");
-    w.Int(70, static_cast<std::int64_t>(linetypes.size()));
+    beginTable("LTYPE", linetypes.size());
     for (const auto& lt : linetypes) {
       w.Text(0, "LTYPE");
-      w.Text(2, lt.name);
-      w.Int(70, 0);
-      w.Text(3, lt.description);
-      w.Int(72, 65);
-      w.Int(73, static_cast<std::int64_t>(lt.dashes.size()));
-      double total = 0;
-      for (double d : lt.dashes) total += d < 0 ? -d : d;
-      w.Real(40, total);
+      WriteLinetypeHead(w, lt);
       for (double d : lt.dashes) w.Real(49, d);
     }
     w.Text(0, "ENDTAB");
 
-    w.Text(0, "TABLE");
-    w.Text(2, "LAYER");
-    w.Int(70, static_cast<std::int64_t>(layers.size()));
+    beginTable("LAYER", layers.size());
     for (const auto& layer : layers) {
       w.Text(0, "LAYER");
-      w.Text(2, layer.name);
-      w.Int(70, 0);
-      w.Int(62, layer.color);
-      w.Text(6, layer.linetype);
+      WriteLayerHead(w, layer);
     }
     w.Text(0, "ENDTAB");
 
-    w.Text(0, "TABLE");
-    w.Text(2, "STYLE");
-    w.Int(70, static_cast<std::int64_t>(styles.size()));
+    beginTable("STYLE", styles.size());
     for (const auto& style : styles) {
       w.Text(0, "STYLE");
-      w.Text(2, style.name);
-      w.Int(70, 0);
-      w.Real(40, 0);
-      w.Real(41, style.widthFactor);
-      w.Real(50, 0);
-      w.Int(71, 0);
-      w.Real(42, 2.5);
-      w.Text(3, style.fontFile);
-      w.Text(4, "");
+      WriteStyleData(w, style);
     }
     w.Text(0, "ENDTAB");
 
-    w.Text(0, "TABLE");
-    w.Text(2, "APPID");
-    w.Int(70, 1);
+    beginTable("APPID", 1);
     w.Text(0, "APPID");
     w.Text(2, "ACAD");
     w.Int(70, 0);
@@ -721,22 +691,15 @@ class Writer12 {
   }
 
   void WriteBlocks(TagWriter& w) {
-    w.Text(0, "SECTION");
-    w.Text(2, "BLOCKS");
+    BeginSection(w, "BLOCKS");
     const auto begin = [&](const std::string& name, int flags, P2 base, bool paper) {
-      w.Text(0, "BLOCK");
-      if (paper) w.Int(67, 1);
-      w.Text(8, "0");
+      WriteCommon(w, "BLOCK", Props{}, paper);
       w.Text(2, name);
       w.Int(70, flags);
       w.Point(10, base);
       w.Text(3, name);
     };
-    const auto end = [&](bool paper) {
-      w.Text(0, "ENDBLK");
-      if (paper) w.Int(67, 1);
-      w.Text(8, "0");
-    };
+    const auto end = [&](bool paper) { WriteCommon(w, "ENDBLK", Props{}, paper); };
     begin("$MODEL_SPACE", 0, {0, 0}, false);
     end(false);
     begin("$PAPER_SPACE", 0, {0, 0}, true);

@@ -19,21 +19,13 @@ std::size_t StartBlock(Context& ctx, const Record& r) {
   if (!r.owner.empty()) block.recordHandle = std::string(TrimSpaces(r.owner));
   for (const DataTag& d : r.data) {
     const Tag& t = d.tag;
+    if (SetPoint(ctx, t, 10, block.base)) continue;
     switch (t.code) {
       case 8:
         block.layer = ctx.Text(t);
         break;
       case 70:
         block.flags = ctx.Short(t);
-        break;
-      case 10:
-        block.base.x = ctx.Real(t);
-        break;
-      case 20:
-        block.base.y = ctx.Real(t);
-        break;
-      case 30:
-        block.base.z = ctx.Real(t);
         break;
       case 1:
         block.xrefPath = ctx.Text(t);

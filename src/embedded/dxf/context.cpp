@@ -9,8 +9,6 @@
 namespace sheafwork::embedded {
 namespace {
 
-bool EqualsIgnoringCase(std::string_view a, std::string_view b) { return NameKey(a) == NameKey(b); }
-
 template <typename T>
 T Clamped(std::int64_t v) {
   return static_cast<T>(
@@ -21,7 +19,7 @@ T Clamped(std::int64_t v) {
 
 bool IsPaperSpaceName(std::string_view name) {
   return name.size() >= kPaperSpace.size() &&
-         EqualsIgnoringCase(name.substr(0, kPaperSpace.size()), kPaperSpace);
+         SameName(name.substr(0, kPaperSpace.size()), kPaperSpace);
 }
 
 Context::Context(Drawing& d, std::string_view bytes, const std::string& name)
@@ -48,8 +46,8 @@ std::int32_t Context::Long(const Tag& tag) const {
 std::int16_t Context::Short(const Tag& tag) const { return Clamped<std::int16_t>(Long(tag)); }
 
 Block& Context::BlockNamed(std::string_view name) {
-  if (EqualsIgnoringCase(name, "$MODEL_SPACE")) name = kModelSpace;
-  if (EqualsIgnoringCase(name, "$PAPER_SPACE")) name = kPaperSpace;
+  if (SameName(name, "$MODEL_SPACE")) name = kModelSpace;
+  if (SameName(name, "$PAPER_SPACE")) name = kPaperSpace;
   std::string key = NameKey(name);
   const auto it = blockIndex_.find(key);
   if (it != blockIndex_.end()) return drawing.blocks[it->second];

@@ -83,4 +83,34 @@ inline constexpr std::string_view kPaperSpace = "*Paper_Space";
 /// True for "*Paper_Space", "*Paper_Space0" ... (case ignored).
 bool IsPaperSpaceName(std::string_view name);
 
+/// Names compared as the drawing's indexes compare them.
+inline bool SameName(std::string_view a, std::string_view b) { return NameKey(a) == NameKey(b); }
+
+/// Sets the coordinate of `p` that `t` holds when `t` is one of the point's
+/// codes: X `xCode`, Y xCode + 10, Z xCode + 20. False for any other code.
+inline bool SetPoint(const Context& ctx, const Tag& t, int xCode, Vec3& p) {
+  if (t.code == xCode) {
+    p.x = ctx.Real(t);
+  } else if (t.code == xCode + 10) {
+    p.y = ctx.Real(t);
+  } else if (t.code == xCode + 20) {
+    p.z = ctx.Real(t);
+  } else {
+    return false;
+  }
+  return true;
+}
+
+/// The same for a point without Z: xCode + 20 is not one of its codes.
+inline bool SetPoint(const Context& ctx, const Tag& t, int xCode, Vec2& p) {
+  if (t.code == xCode) {
+    p.x = ctx.Real(t);
+  } else if (t.code == xCode + 10) {
+    p.y = ctx.Real(t);
+  } else {
+    return false;
+  }
+  return true;
+}
+
 }  // namespace sheafwork::embedded

@@ -17,18 +17,16 @@ void Reserve(auto& v, std::int64_t count, std::size_t tags) {
   if (count > 0) v.reserve(std::min(static_cast<std::size_t>(count), tags));
 }
 
-// Sets coordinate `code` of the point whose X code is `base`; false when the
-// code is not one of the point's.
-bool SetPoint(const Context& ctx, const Tag& t, int base, Vec3& p) {
-  if (t.code == base) {
-    p.x = ctx.Real(t);
-  } else if (t.code == base + 10) {
-    p.y = ctx.Real(t);
-  } else if (t.code == base + 20) {
-    p.z = ctx.Real(t);
-  } else {
-    return false;
+// A list of points given one coordinate tag at a time: the X code starts a
+// new point, Y and Z set the last one (and are dropped before any X). False
+// when the code is not one of the points'.
+bool AddListPoint(const Context& ctx, const Tag& t, int xCode, std::vector<Vec3>& points) {
+  if (t.code == xCode) {
+    points.emplace_back().x = ctx.Real(t);
+    return true;
   }
+  if (t.code != xCode + 10 && t.code != xCode + 20) return false;
+  if (!points.empty()) SetPoint(ctx, t, xCode, points.back());
   return true;
 }
 
@@ -241,21 +239,8 @@ Spline DecodeSpline(Context& ctx, Own own) {
       case 41:
         g.weights.push_back(ctx.Real(t));
         break;
-      case 10:
-        g.controlPoints.emplace_back().x = ctx.Real(t);
-        break;
-      case 20:
-      case 30:
-        if (!g.controlPoints.empty()) SetPoint(ctx, t, 10, g.controlPoints.back());
-        break;
-      case 11:
-        g.fitPoints.emplace_back().x = ctx.Real(t);
-        break;
-      case 21:
-      case 31:
-        if (!g.fitPoints.empty()) SetPoint(ctx, t, 11, g.fitPoints.back());
-        break;
       default:
+        AddListPoint(ctx, t, 10, g.controlPoints) || AddListPoint(ctx, t, 11, g.fitPoints);
         break;
     }
   }
@@ -269,14 +254,22 @@ void DecodeTextPart(Context& ctx, const Record& r, Own own, Text& g, Attribute* 
   for (const DataTag* d : own) {
     const Tag& t = d->tag;
     const std::string_view sub = r.SubclassOf(*d);
-    const bool textPart = sub.empty() || sub == "AcDbText";
-    if (attribute != nullptr && !textPart) {
-      if (t.code == 2) attribute->tag = ctx.Text(t);
-      if (t.code == 70) attribute->invisible = (ctx.Short(t) & 1) != 0;
-      if (t.code == 74) g.verticalAlign = ctx.Short(t);
-      continue;
+    if (attribute != nullptr) {
+      // The attribute's own codes, in whichever part they stand.
+      if (t.code == 2) {
+        attribute->tag = ctx.Text(t);
+        continue;
+      }
+      if (t.code == 70) {
+        attribute->invisible = (ctx.Short(t) & 1) != 0;
+        continue;
+      }
+      if (t.code == 74) {
+        g.verticalAlign = ctx.Short(t);
+        continue;
+      }
     }
-    if (!textPart) continue;
+    if (!sub.empty() && sub != "AcDbText") continue;
     if (SetPoint(ctx, t, 10, g.insert) || SetPoint(ctx, t, 210, g.extrusion)) continue;
     if (SetPoint(ctx, t, 11, g.alignPoint)) {
       g.hasAlignPoint = true;
@@ -309,15 +302,6 @@ void DecodeTextPart(Context& ctx, const Record& r, Own own, Text& g, Attribute* 
         break;
       case 73:
         if (attribute == nullptr) g.verticalAlign = ctx.Short(t);
-        break;
-      case 2:
-        if (attribute != nullptr) attribute->tag = ctx.Text(t);
-        break;
-      case 70:
-        if (attribute != nullptr) attribute->invisible = (ctx.Short(t) & 1) != 0;
-        break;
-      case 74:
-        if (attribute != nullptr) g.verticalAlign = ctx.Short(t);
         break;
       default:
         break;
@@ -452,14 +436,8 @@ Leader DecodeLeader(Context& ctx, Own own) {
       case 76:
         Reserve(g.vertices, ctx.Long(t), own.size());
         break;
-      case 10:
-        g.vertices.emplace_back().x = ctx.Real(t);
-        break;
-      case 20:
-      case 30:
-        if (!g.vertices.empty()) SetPoint(ctx, t, 10, g.vertices.back());
-        break;
       default:
+        AddListPoint(ctx, t, 10, g.vertices);
         break;
     }
   }
@@ -507,8 +485,8 @@ Viewport DecodeViewport(Context& ctx, const Record& r, Own own) {
   Viewport g;
   for (const DataTag* d : own) {
     const Tag& t = d->tag;
-    if (SetPoint(ctx, t, 10, g.center) || SetPoint(ctx, t, 16, g.viewDirection) ||
-        SetPoint(ctx, t, 17, g.viewTarget)) {
+    if (SetPoint(ctx, t, 10, g.center) || SetPoint(ctx, t, 12, g.viewCenter) ||
+        SetPoint(ctx, t, 16, g.viewDirection) || SetPoint(ctx, t, 17, g.viewTarget)) {
       continue;
     }
     switch (t.code) {
@@ -523,12 +501,6 @@ Viewport DecodeViewport(Context& ctx, const Record& r, Own own) {
         break;
       case 69:
         g.id = ctx.Short(t);
-        break;
-      case 12:
-        g.viewCenter.x = ctx.Real(t);
-        break;
-      case 22:
-        g.viewCenter.y = ctx.Real(t);
         break;
       case 45:
         g.viewHeight = ctx.Real(t);

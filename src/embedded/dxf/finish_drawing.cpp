@@ -12,8 +12,6 @@
 namespace sheafwork::embedded {
 namespace {
 
-bool SameName(std::string_view a, std::string_view b) { return NameKey(a) == NameKey(b); }
-
 // ENTITIES-section entities go to the block of their owner's block record;
 // without a known owner, 67 tells paper space from model space.
 void PlaceEntities(Context& ctx) {

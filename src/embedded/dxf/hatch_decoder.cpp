@@ -206,13 +206,9 @@ Hatch DecodeHatch(Context& ctx, std::span<const DataTag* const> own) {
         h.elevation = c.Real();
         break;
       case 210:
-        h.extrusion.x = c.Real();
-        break;
       case 220:
-        h.extrusion.y = c.Real();
-        break;
       case 230:
-        h.extrusion.z = c.Real();
+        SetPoint(ctx, c.Take(), 210, h.extrusion);
         break;
       case 2:
         h.pattern = ctx.Text(c.Take());

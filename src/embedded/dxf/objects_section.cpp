@@ -51,33 +51,16 @@ void ReadLayout(Context& ctx, const Record& r) {
       continue;
     }
     if (sub != "AcDbLayout") continue;
+    if (SetPoint(ctx, t, 10, layout.limMin) || SetPoint(ctx, t, 11, layout.limMax) ||
+        SetPoint(ctx, t, 12, layout.insBase)) {
+      continue;
+    }
     switch (t.code) {
       case 1:
         layout.name = ctx.Text(t);
         break;
       case 71:
         layout.tabOrder = ctx.Short(t);
-        break;
-      case 10:
-        layout.limMin.x = ctx.Real(t);
-        break;
-      case 20:
-        layout.limMin.y = ctx.Real(t);
-        break;
-      case 11:
-        layout.limMax.x = ctx.Real(t);
-        break;
-      case 21:
-        layout.limMax.y = ctx.Real(t);
-        break;
-      case 12:
-        layout.insBase.x = ctx.Real(t);
-        break;
-      case 22:
-        layout.insBase.y = ctx.Real(t);
-        break;
-      case 32:
-        layout.insBase.z = ctx.Real(t);
         break;
       case 330:
         object.blockRecord = HandleKey(t.value);

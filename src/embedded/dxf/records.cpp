@@ -8,20 +8,10 @@
 
 namespace sheafwork::embedded {
 
-std::string_view TrimSpaces(std::string_view s) {
-  while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
-  while (!s.empty() && (s.back() == ' ' || s.back() == '\t')) s.remove_suffix(1);
-  return s;
-}
-
 std::string HandleKey(std::string_view handle) {
   handle = TrimSpaces(handle);
   while (handle.size() > 1 && handle.front() == '0') handle.remove_prefix(1);
-  std::string key(handle);
-  for (char& c : key) {
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  }
-  return key;
+  return NameKey(handle);
 }
 
 TagStream::TagStream(std::string_view bytes, std::string name)

@@ -63,8 +63,6 @@ struct Record {
 /// (whose storage is reused). Returns false at the end of the stream.
 bool ReadRecord(TagStream& stream, Record& record);
 
-std::string_view TrimSpaces(std::string_view s);
-
 /// Handles compared as numbers: upper case, no leading zeros.
 std::string HandleKey(std::string_view handle);
 

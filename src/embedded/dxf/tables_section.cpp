@@ -119,6 +119,10 @@ void ReadView(Context& ctx, const Record& r) {
   View view;
   for (const DataTag& d : r.data) {
     const Tag& t = d.tag;
+    if (SetPoint(ctx, t, 10, view.center) || SetPoint(ctx, t, 11, view.direction) ||
+        SetPoint(ctx, t, 12, view.target)) {
+      continue;
+    }
     switch (t.code) {
       case 2:
         view.name = ctx.Text(t);
@@ -131,30 +135,6 @@ void ReadView(Context& ctx, const Record& r) {
         break;
       case 41:
         view.width = ctx.Real(t);
-        break;
-      case 10:
-        view.center.x = ctx.Real(t);
-        break;
-      case 20:
-        view.center.y = ctx.Real(t);
-        break;
-      case 11:
-        view.direction.x = ctx.Real(t);
-        break;
-      case 21:
-        view.direction.y = ctx.Real(t);
-        break;
-      case 31:
-        view.direction.z = ctx.Real(t);
-        break;
-      case 12:
-        view.target.x = ctx.Real(t);
-        break;
-      case 22:
-        view.target.y = ctx.Real(t);
-        break;
-      case 32:
-        view.target.z = ctx.Real(t);
         break;
       case 50:
         view.twist = ctx.Real(t);
@@ -173,27 +153,13 @@ void ReadViewportRecord(Context& ctx, const Record& r) {
   ActiveView view;
   for (const DataTag& d : r.data) {
     const Tag& t = d.tag;
+    if (SetPoint(ctx, t, 12, view.center) || SetPoint(ctx, t, 17, view.target)) continue;
     switch (t.code) {
-      case 12:
-        view.center.x = ctx.Real(t);
-        break;
-      case 22:
-        view.center.y = ctx.Real(t);
-        break;
       case 40:
         view.height = ctx.Real(t);
         break;
       case 41:
         view.aspect = ctx.Real(t);
-        break;
-      case 17:
-        view.target.x = ctx.Real(t);
-        break;
-      case 27:
-        view.target.y = ctx.Real(t);
-        break;
-      case 37:
-        view.target.z = ctx.Real(t);
         break;
       case 51:
         view.twist = ctx.Real(t);

@@ -22,12 +22,6 @@ constexpr std::size_t kVersionScanLength = 1024;
 
 bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 
-std::string_view Trim(std::string_view s) {
-  while (!s.empty() && IsBlank(s.front())) s.remove_prefix(1);
-  while (!s.empty() && IsBlank(s.back())) s.remove_suffix(1);
-  return s;
-}
-
 // Whitespace, NUL and the old end-of-file mark are allowed after the last tag.
 bool OnlyTrailingFiller(const char* p, const char* end) {
   for (; p < end; ++p) {
@@ -38,7 +32,7 @@ bool OnlyTrailingFiller(const char* p, const char* end) {
 }
 
 std::optional<double> ParseDouble(std::string_view text) {
-  text = Trim(text);
+  text = TrimSpaces(text);
   if (!text.empty() && text.front() == '+') text.remove_prefix(1);
   double v = 0;
   const auto [ptr, ec] = std::from_chars(text.data(), text.data() + text.size(), v);
@@ -47,7 +41,7 @@ std::optional<double> ParseDouble(std::string_view text) {
 }
 
 std::optional<std::int64_t> ParseInteger(std::string_view text) {
-  std::string_view t = Trim(text);
+  std::string_view t = TrimSpaces(text);
   if (!t.empty() && t.front() == '+') t.remove_prefix(1);
   std::int64_t v = 0;
   const auto [ptr, ec] = std::from_chars(t.data(), t.data() + t.size(), v);
@@ -167,6 +161,12 @@ std::optional<std::int64_t> Tag::Integer() const {
 
 bool IsBinaryDxf(std::string_view bytes) { return bytes.starts_with(kBinarySentinel); }
 
+std::string_view TrimSpaces(std::string_view s) {
+  while (!s.empty() && IsBlank(s.front())) s.remove_prefix(1);
+  while (!s.empty() && IsBlank(s.back())) s.remove_suffix(1);
+  return s;
+}
+
 Tokenizer::Tokenizer(std::string_view bytes, std::string name)
     : begin_(bytes.data()),
       pos_(bytes.data()),
@@ -236,7 +236,7 @@ bool Tokenizer::NextAscii(Tag& tag) {
     while (p < e && *p >= '0' && *p <= '9' && p - digits < kMaxDigits)
       code = code * 10 + (*p++ - '0');
     if (p == digits || p != e) {
-      if (Trim(codeLine).empty() && OnlyTrailingFiller(pos_, end_)) {
+      if (TrimSpaces(codeLine).empty() && OnlyTrailingFiller(pos_, end_)) {
         done_ = true;
         return false;
       }
@@ -247,7 +247,7 @@ bool Tokenizer::NextAscii(Tag& tag) {
       throw DxfError(dxfmsg::ValueMissing({name_, codeLineNumber + 1, false}, code));
     const std::string_view value = ReadLine();
     if (code == 999) continue;
-    if (code == 0 && Trim(value) == "EOF") {
+    if (code == 0 && TrimSpaces(value) == "EOF") {
       done_ = true;
       return false;
     }

@@ -90,4 +90,7 @@ class Tokenizer {
 /// True when `bytes` starts like a binary DXF file.
 bool IsBinaryDxf(std::string_view bytes);
 
+/// `s` without leading and trailing spaces and tabs.
+std::string_view TrimSpaces(std::string_view s);
+
 }  // namespace sheafwork::embedded
