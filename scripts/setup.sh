@@ -12,6 +12,7 @@ packages=(
   clang libclang-rt-14-dev   # libFuzzer for the fuzz targets
   qt6-base-dev qt6-svg-dev libgl-dev   # the plot engine and the desktop application
   libbenchmark-dev           # scripts/bench.sh
+  zlib1g-dev                 # plot style tables (.ctb) are zlib-compressed
   qt6-translations-l10n      # Qt's own dialog texts in French
   xvfb xauth                 # screenshots of the desktop application on a virtual display
   poppler-utils              # pdfinfo, pdftoppm: looking at the plotted PDF files

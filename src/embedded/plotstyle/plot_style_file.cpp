@@ -1,0 +1,160 @@
+// The container of a table file: header and zlib-compressed text.
+
+#include "embedded/plotstyle/plot_style_file.h"
+
+#include <zlib.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+#include "embedded/plotstyle/messages.h"
+
+namespace sheafwork::embedded {
+
+namespace msg = plotstyle_messages;
+
+namespace {
+
+constexpr std::string_view kSignature = "PIAFILEVERSION_2.0,CTBVER1,compress\r\npmzlibcodec";
+constexpr std::size_t kSignatureSize = 48;
+constexpr std::size_t kHeaderSize = 60;
+constexpr std::size_t kWideHeaderSize = 72;
+// Far above any real table (a few kilobytes of text).
+constexpr std::size_t kMaxTextSize = 16u << 20;
+
+static_assert(kSignature.size() == kSignatureSize);
+
+std::uint32_t Read32(std::span<const unsigned char> bytes, std::size_t at) {
+  return static_cast<std::uint32_t>(bytes[at]) | (static_cast<std::uint32_t>(bytes[at + 1]) << 8) |
+         (static_cast<std::uint32_t>(bytes[at + 2]) << 16) |
+         (static_cast<std::uint32_t>(bytes[at + 3]) << 24);
+}
+
+void Put32(std::vector<unsigned char>& out, std::uint32_t value) {
+  for (int shift = 0; shift < 32; shift += 8) {
+    out.push_back(static_cast<unsigned char>((value >> shift) & 0xFFu));
+  }
+}
+
+// Any "PIAFILEVERSION_2.0,<kind>,compress\r\npmzlibcodec" of the usual length:
+// colour-dependent and named tables share the container.
+bool HasSignature(std::span<const unsigned char> bytes) {
+  const auto text = [&](std::size_t at, std::string_view expected) {
+    return std::equal(expected.begin(), expected.end(), bytes.begin() + static_cast<long>(at));
+  };
+  return text(0, "PIAFILEVERSION_2.0,") && text(kSignatureSize - 22, ",compress\r\npmzlibcodec");
+}
+
+}  // namespace
+
+PlotStyleHeader ReadPlotStyleHeader(std::span<const unsigned char> bytes,
+                                    const std::string& fileName) {
+  if (bytes.size() >= kSignatureSize && !HasSignature(bytes)) {
+    throw PlotStyleError(msg::InFile(fileName, msg::NotPlotStyleFile()));
+  }
+  if (bytes.size() < kHeaderSize)
+    throw PlotStyleError(msg::InFile(fileName, msg::TooShort(bytes.size())));
+  PlotStyleHeader header;
+  // With 64-bit numbers the high halves are zero where the 32-bit layout
+  // has the text size, which is never zero.
+  const bool wide = bytes.size() >= kWideHeaderSize && Read32(bytes, 52) == 0 &&
+                    Read32(bytes, 60) == 0 && Read32(bytes, 68) == 0;
+  const std::size_t step = wide ? 8 : 4;
+  header.checksum = Read32(bytes, kSignatureSize);
+  header.textSize = Read32(bytes, kSignatureSize + step);
+  header.compressedSize = Read32(bytes, kSignatureSize + 2 * step);
+  header.headerSize = wide ? kWideHeaderSize : kHeaderSize;
+  return header;
+}
+
+std::string PlotStyleText(std::span<const unsigned char> bytes, const std::string& fileName) {
+  const PlotStyleHeader header = ReadPlotStyleHeader(bytes, fileName);
+  const std::size_t present = bytes.size() - header.headerSize;
+  if (header.compressedSize > present) {
+    throw PlotStyleError(msg::InFile(fileName, msg::Truncated(header.compressedSize, present)));
+  }
+  if (header.textSize > kMaxTextSize) {
+    throw PlotStyleError(msg::InFile(fileName, msg::TooLarge(header.textSize)));
+  }
+  std::string text(header.textSize, '\0');
+  z_stream z{};
+  if (inflateInit(&z) != Z_OK) {
+    throw PlotStyleError(msg::InFile(fileName, msg::BadCompressedData("zlib")));
+  }
+  // zlib takes a non-const pointer but does not write through it.
+  z.next_in = const_cast<Bytef*>(bytes.data() + header.headerSize);
+  z.avail_in = static_cast<uInt>(header.compressedSize);
+  // One byte more than announced, to see a text longer than announced.
+  std::string spare(1, '\0');
+  z.next_out = reinterpret_cast<Bytef*>(text.data());
+  z.avail_out = static_cast<uInt>(text.size());
+  int status = inflate(&z, Z_FINISH);
+  if (status == Z_BUF_ERROR && z.avail_out == 0) {
+    z.next_out = reinterpret_cast<Bytef*>(spare.data());
+    z.avail_out = 1;
+    status = inflate(&z, Z_FINISH);
+  }
+  const std::size_t produced = z.total_out;
+  const std::string detail = z.msg != nullptr ? z.msg : "flux incomplet";
+  inflateEnd(&z);
+  if (status != Z_STREAM_END) {
+    if (produced > header.textSize) {
+      throw PlotStyleError(msg::InFile(fileName, msg::TextSizeMismatch(header.textSize, produced)));
+    }
+    throw PlotStyleError(msg::InFile(fileName, msg::BadCompressedData(detail)));
+  }
+  if (produced != header.textSize) {
+    throw PlotStyleError(msg::InFile(fileName, msg::TextSizeMismatch(header.textSize, produced)));
+  }
+  const std::size_t end = text.find('\0');
+  if (end != std::string::npos) text.resize(end);
+  return text;
+}
+
+PlotStyleTable ReadPlotStyleTable(std::span<const unsigned char> bytes,
+                                  const std::string& fileName) {
+  return ParsePlotStyleText(PlotStyleText(bytes, fileName), fileName);
+}
+
+PlotStyleTable ReadPlotStyleFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) throw PlotStyleError(msg::InFile(path, msg::CannotRead(std::strerror(errno))));
+  const std::vector<unsigned char> bytes((std::istreambuf_iterator<char>(in)),
+                                         std::istreambuf_iterator<char>());
+  if (in.bad()) throw PlotStyleError(msg::InFile(path, msg::CannotRead(std::strerror(errno))));
+  return ReadPlotStyleTable(bytes, path);
+}
+
+std::vector<unsigned char> WritePlotStyleTable(const PlotStyleTable& table) {
+  std::string text = PlotStyleTableText(table);
+  text.push_back('\0');
+  uLongf compressedSize = compressBound(static_cast<uLong>(text.size()));
+  std::vector<unsigned char> compressed(compressedSize);
+  if (compress2(compressed.data(), &compressedSize, reinterpret_cast<const Bytef*>(text.data()),
+                static_cast<uLong>(text.size()), Z_DEFAULT_COMPRESSION) != Z_OK) {
+    throw PlotStyleError(msg::InFile("", msg::BadCompressedData("zlib")));
+  }
+  compressed.resize(compressedSize);
+
+  std::vector<unsigned char> out(kSignature.begin(), kSignature.end());
+  Put32(out, static_cast<std::uint32_t>(adler32(adler32(0, nullptr, 0), compressed.data(),
+                                                static_cast<uInt>(compressedSize))));
+  Put32(out, static_cast<std::uint32_t>(text.size()));
+  Put32(out, static_cast<std::uint32_t>(compressedSize));
+  out.insert(out.end(), compressed.begin(), compressed.end());
+  return out;
+}
+
+void WritePlotStyleFile(const PlotStyleTable& table, const std::string& path) {
+  const std::vector<unsigned char> bytes = WritePlotStyleTable(table);
+  std::ofstream out(path, std::ios::binary | std::ios::trunc);
+  out.write(reinterpret_cast<const char*>(bytes.data()),
+            static_cast<std::streamsize>(bytes.size()));
+  out.close();
+  if (!out) throw PlotStyleError(msg::InFile(path, msg::CannotWrite(std::strerror(errno))));
+}
+
+}  // namespace sheafwork::embedded

@@ -1,0 +1,219 @@
+// Table files: tables written by another program (other_writer/), our own
+// writer read back, the shipped monochrome table, and broken files.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "embedded/plotstyle/plot_style_file.h"
+#include "fakes/temp_folder.h"
+
+namespace sheafwork::embedded {
+namespace {
+
+using ::testing::HasSubstr;
+
+std::string SourcePath(const std::string& relative) {
+  return std::string(SHEAFWORK_SOURCE_DIR) + "/" + relative;
+}
+
+std::vector<unsigned char> Bytes(const std::string& path) {
+  const std::string text = sheafwork::testing::TempFolder::Read(path);
+  return {text.begin(), text.end()};
+}
+
+class OtherWriterTest : public ::testing::TestWithParam<const char*> {};
+
+TEST_P(OtherWriterTest, FieldsAreReadAsWritten) {
+  const std::string path = SourcePath("tests/embedded/plotstyle/other_writer/") + GetParam();
+  const std::vector<unsigned char> bytes = Bytes(path);
+  ASSERT_FALSE(bytes.empty()) << path;
+
+  // The header's second and third numbers are the text and compressed sizes.
+  const PlotStyleHeader header = ReadPlotStyleHeader(bytes, path);
+  EXPECT_EQ(header.headerSize + header.compressedSize, bytes.size());
+  EXPECT_EQ(PlotStyleText(bytes, path).size() + 1, header.textSize);
+
+  const PlotStyleTable table = ReadPlotStyleFile(path);
+  EXPECT_EQ(table.description, "Table d'essai");
+  const PlotStyleEntry& red = table.entries[0];
+  EXPECT_EQ(red.PenRgb(), 0x0000FFu);
+  EXPECT_EQ(red.screen, 50);
+  EXPECT_EQ(table.EntryLineweightMm(red), 0.5);
+  const PlotStyleEntry& yellow = table.entries[1];
+  EXPECT_EQ(yellow.PenRgb(), 0x0AC81Eu);
+  EXPECT_TRUE(yellow.colorPolicy & kPolicyGrayscale);
+  const PlotStyleEntry& green = table.entries[2];
+  EXPECT_EQ(green.PenRgb(), std::nullopt);
+  ASSERT_TRUE(table.EntryLineweightMm(green).has_value());
+  EXPECT_NEAR(*table.EntryLineweightMm(green), 0.33, 1e-9);
+  EXPECT_EQ(table.entries[6].PenRgb(), 0x000000u);
+  // Entries the program left alone keep the object's colour and lineweight.
+  const PlotStyleEntry& blue = table.entries[4];
+  EXPECT_EQ(blue.name, "Color_5");
+  EXPECT_EQ(blue.PenRgb(), std::nullopt);
+  EXPECT_EQ(table.EntryLineweightMm(blue), std::nullopt);
+  EXPECT_EQ(blue.screen, 100);
+}
+
+INSTANTIATE_TEST_SUITE_P(HeaderLayouts, OtherWriterTest,
+                         ::testing::Values("ez.ctb", "ez-wide.ctb"));
+
+TEST(PlotStyleWriterTest, EveryFieldSurvivesARoundTrip) {
+  PlotStyleTable table;
+  table.description = "Essai = « accents »";
+  table.scaleFactor = 2.5;
+  table.applyFactor = true;
+  table.customLineweightDisplayUnits = 1;
+  table.lineweights.push_back(0.333);
+  PlotStyleEntry& e = table.entries[41];
+  e.name = "Couleur 42";
+  e.localizedName = "Couleur quarante-deux";
+  e.description = "a=b";
+  e.color = EncodePlotStyleColor(0x123456);
+  e.modeColor = EncodePlotStyleColor(0x654321);
+  e.colorPolicy = kPolicyDithering | kPolicyGrayscale;
+  e.physicalPenNumber = 3;
+  e.virtualPenNumber = 7;
+  e.screen = 35;
+  e.linepatternSize = 0.75;
+  e.linetype = 4;
+  e.adaptiveLinetype = false;
+  e.lineweight = static_cast<int>(table.lineweights.size()) - 1;
+  e.fillStyle = 66;
+  e.endStyle = 2;
+  e.joinStyle = 1;
+
+  const std::vector<unsigned char> bytes = WritePlotStyleTable(table);
+  const PlotStyleTable back = ReadPlotStyleTable(bytes, "essai.ctb");
+  // Written again, the table gives the same text: nothing was lost.
+  EXPECT_EQ(PlotStyleTableText(back), PlotStyleTableText(table));
+  const PlotStyleEntry& b = back.entries[41];
+  EXPECT_EQ(b.localizedName, "Couleur quarante-deux");
+  EXPECT_EQ(b.description, "a=b");
+  EXPECT_EQ(b.PenRgb(), 0x654321u);  // the mode colour is the pen's
+  EXPECT_EQ(b.screen, 35);
+  EXPECT_EQ(b.fillStyle, 66);
+  EXPECT_FALSE(b.adaptiveLinetype);
+  EXPECT_EQ(back.EntryLineweightMm(b), 0.333);
+  EXPECT_EQ(back.description, table.description);
+  EXPECT_EQ(back.scaleFactor, 2.5);
+  EXPECT_TRUE(back.applyFactor);
+
+  const PlotStyleHeader header = ReadPlotStyleHeader(bytes, "essai.ctb");
+  EXPECT_EQ(header.headerSize, 60u);
+  EXPECT_EQ(header.textSize, PlotStyleTableText(table).size() + 1);
+  EXPECT_EQ(header.compressedSize, bytes.size() - 60);
+}
+
+TEST(PlotStyleWriterTest, ShippedMonochromeTableIsOursAndPlotsBlack) {
+  const std::string path = SourcePath("data/plotstyles/monochrome.ctb");
+  EXPECT_EQ(Bytes(path), WritePlotStyleTable(MonochromePlotStyleTable()))
+      << "data/plotstyles/monochrome.ctb differs from what make_plot_styles writes";
+
+  const PlotStyleTable table = ReadPlotStyleFile(path);
+  for (int aci = 1; aci <= kPlotStyleCount; ++aci) {
+    const PlotStylePen pen = table.Apply(aci, 0xFF8000, 0.35);
+    ASSERT_EQ(pen.rgb, 0x000000u) << "colour " << aci;
+    ASSERT_EQ(pen.lineweightMm, 0.35) << "colour " << aci;
+  }
+}
+
+// Broken files are refused with a message naming the file and the fault.
+TEST(PlotStyleReaderTest, BrokenFilesNameTheFault) {
+  const std::vector<unsigned char> good = WritePlotStyleTable(PlotStyleTable());
+
+  struct Case {
+    const char* what;
+    std::vector<unsigned char> bytes;
+    const char* expected;
+  };
+  std::vector<Case> cases;
+  cases.push_back({"empty", {}, "en-tête tronqué"});
+  cases.push_back({"header cut", {good.begin(), good.begin() + 55}, "en-tête tronqué"});
+  std::vector<unsigned char> foreign = good;
+  std::memcpy(foreign.data(), "GIF89a", 6);
+  cases.push_back({"not a table", foreign, "signature absente"});
+  cases.push_back({"body cut", {good.begin(), good.end() - 10}, "tronquées"});
+  std::vector<unsigned char> garbled = good;
+  for (std::size_t i = 60; i < 70; ++i) garbled[i] ^= 0x5A;
+  cases.push_back({"bad zlib", garbled, "illisibles"});
+  std::vector<unsigned char> lying = good;
+  lying[52] = static_cast<unsigned char>(lying[52] + 1);  // text size one more
+  cases.push_back({"wrong text size", lying, "annoncés"});
+  std::vector<unsigned char> huge = good;
+  huge[55] = 0x7F;
+  cases.push_back({"huge text size", huge, "démesurée"});
+
+  for (const Case& c : cases) {
+    try {
+      ReadPlotStyleTable(c.bytes, "styles/bad.ctb");
+      ADD_FAILURE() << c.what << ": read without error";
+    } catch (const PlotStyleError& error) {
+      EXPECT_THAT(error.what(), HasSubstr("styles/bad.ctb")) << c.what;
+      EXPECT_THAT(error.what(), HasSubstr(c.expected)) << c.what;
+    }
+  }
+}
+
+TEST(PlotStyleReaderTest, BrokenTextsNameTheLine) {
+  struct Case {
+    const char* text;
+    const char* expected;
+  };
+  const Case cases[] = {
+      {"plot_style{\n 0{\n  color=rouge\n }\n}\n", "ligne 3 : valeur numérique incorrecte"},
+      {"plot_style{\n 0{\n  screen=50\n", "ligne 4 : bloc « 0 » non fermé"},
+      {"description=\"x\n}\n", "ligne 2 : « } » sans bloc ouvert"},
+      {"plot_style{\n 255{\n }\n}\n", "ligne 2 : numéro de style « 255 » incorrect"},
+      {"plot_style{\n 0{\n  adaptive_linetype=PEUT-ETRE\n }\n}\n", "ligne 3 : TRUE ou FALSE"},
+      {"plot_style{\n juste du texte\n}\n", "ligne 2 : « clé=valeur »"},
+      {"plot_style=3\n", "ligne 1 : « plot_style » doit être un bloc"},
+      {"plot_style{\n 0{\n  color{\n  }\n }\n}\n", "ligne 3 : « color » doit être une valeur"},
+      {"plot_style{\n}\ncustom_lineweight_table{\n 0=-1\n}\n", "ligne 4 : valeur numérique"},
+      {"plot_style{\n}\ncustom_lineweight_table{\n 900=0.5\n}\n", "ligne 4 : indice"},
+      {"description=\"sans styles\n", "bloc « plot_style » absent"},
+      {"aci_table_available=FALSE\nplot_style{\n}\n", "table de styles nommés"},
+      {"a{\nb{\nc{\nd{\ne{\nf{\ng{\nh{\ni{\nj{\n", "trop profondément"},
+  };
+  for (const Case& c : cases) {
+    try {
+      ParsePlotStyleText(c.text, "t.ctb");
+      ADD_FAILURE() << c.text << ": read without error";
+    } catch (const PlotStyleError& error) {
+      EXPECT_THAT(error.what(), HasSubstr("t.ctb")) << c.text;
+      EXPECT_THAT(error.what(), HasSubstr(c.expected)) << c.text;
+    }
+  }
+}
+
+TEST(PlotStyleReaderTest, TolerantWhereWritersDiffer) {
+  // Carriage returns, unknown keys, colours written unsigned, entries and
+  // lineweights missing.
+  const PlotStyleTable table = ParsePlotStyleText(
+      "description=\"crlf\r\nfuture_key=1\r\nplot_style{\r\n 9{\r\n  color=3271491584\r\n"
+      "  lineweight=1\r\n  new_field{\r\n  }\r\n }\r\n}\r\ncustom_lineweight_table{\r\n"
+      " 1=0.70\r\n}\r\n",
+      "t.ctb");
+  EXPECT_EQ(table.description, "crlf");
+  EXPECT_EQ(table.entries[9].PenRgb(), 0xFF0000u);
+  EXPECT_EQ(table.EntryLineweightMm(table.entries[9]), 0.70);
+  EXPECT_EQ(table.entries[0].PenRgb(), std::nullopt);
+  EXPECT_EQ(table.lineweights.size(), 2u);
+}
+
+TEST(PlotStyleReaderTest, MissingFileIsNamed) {
+  try {
+    ReadPlotStyleFile("/nonexistent/folder/x.ctb");
+    ADD_FAILURE() << "read without error";
+  } catch (const PlotStyleError& error) {
+    EXPECT_THAT(error.what(), HasSubstr("/nonexistent/folder/x.ctb"));
+    EXPECT_THAT(error.what(), HasSubstr("lecture impossible"));
+  }
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded
