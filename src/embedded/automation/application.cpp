@@ -61,6 +61,12 @@ class PreferencesObject : public EmbeddedPreferences {
   void SetPrinterConfigPath(const std::string& path) override {
     Guarded(*core_, [&] { core_->printerConfigPath = path; });
   }
+  std::string PlotStylePath() override {
+    return Guarded(*core_, [&] { return core_->plotStylePath; });
+  }
+  void SetPlotStylePath(const std::string& path) override {
+    Guarded(*core_, [&] { core_->plotStylePath = path; });
+  }
   std::string SupportPath() override {
     return Guarded(*core_, [&] { return core_->supportPath; });
   }

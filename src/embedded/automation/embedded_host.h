@@ -29,10 +29,11 @@ using DrawingReader = std::function<Drawing(const std::string& path)>;
 using Plotter = std::function<void(const PlotJob& job)>;
 
 struct EmbeddedHostOptions {
-  /// The host's installation folder (Path()), holding "plotters/" and
-  /// "support/". Empty: the program's folder.
+  /// The host's installation folder (Path()), holding "plotters/",
+  /// "plotstyles/" and "support/". Empty: the program's folder.
   std::string dataFolder;
-  /// The per-user folder: the host's log folder and a second "plotters/".
+  /// The per-user folder: the host's log folder and a second "plotters/"
+  /// and "plotstyles/".
   /// Empty: the per-user data folder.
   std::string userFolder;
   /// The system printers. Null: the system's catalogue, read once.
@@ -56,6 +57,10 @@ std::shared_ptr<host::Application> MakeEmbeddedHost(EmbeddedHostOptions options 
 class EmbeddedPreferences : public host::Preferences {
  public:
   virtual void SetPrinterConfigPath(const std::string& path) = 0;
+  /// Folders, separated by ";", in which the host looks for plot style
+  /// tables: the data folder's "plotstyles/", then the per-user one.
+  virtual std::string PlotStylePath() = 0;
+  virtual void SetPlotStylePath(const std::string& path) = 0;
   virtual void SetSupportPath(const std::string& path) = 0;
   /// The program that converts a DWG drawing to DXF, run as
   /// `<converter> <drawing> <output.dxf>` without a shell; empty for none.

@@ -84,6 +84,7 @@ HostCore::HostCore(EmbeddedHostOptions given) : options(std::move(given)) {
   const fs::path data(options.dataFolder);
   const fs::path user(options.userFolder);
   printerConfigPath = (data / "plotters").string() + ";" + (user / "plotters").string();
+  plotStylePath = (data / "plotstyles").string() + ";" + (user / "plotstyles").string();
   supportPath = (data / "support").string();
   logFilePath = options.userFolder;
   dwgConverter = *options.dwgConverter;

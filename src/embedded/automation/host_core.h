@@ -65,6 +65,7 @@ class HostCore {
   std::map<std::string, host::SysVarValue> hostVariables;
 
   std::string printerConfigPath;
+  std::string plotStylePath;
   std::string supportPath;
   std::string logFilePath;
   bool logFileOn = false;

@@ -125,6 +125,25 @@ std::string PlotFailed(std::string_view drawing, std::string_view layout, std::s
 
 std::string PrinterOutput(std::string_view printer) { return "imprimante " + S(printer); }
 
+std::string PlotStyleNotFound(std::string_view drawing, std::string_view layout,
+                              std::string_view table) {
+  return "Table de styles de tracé introuvable : " + S(table) + " (dessin " + S(drawing) +
+         ", présentation " + S(layout) + ") ; tracé sans table";
+}
+
+std::string PlotStyleUnreadable(std::string_view drawing, std::string_view layout,
+                                std::string_view reason) {
+  return S(reason) + " (dessin " + S(drawing) + ", présentation " + S(layout) +
+         ") ; tracé sans table";
+}
+
+std::string NamedPlotStylesIgnored(std::string_view drawing, std::string_view layout,
+                                   std::string_view table) {
+  return "Table de styles nommés " + Quoted(table) + " non appliquée (dessin " + S(drawing) +
+         ", présentation " + S(layout) +
+         ") : seules les tables dépendantes des couleurs (.ctb) le sont";
+}
+
 std::string XrefLogTitle(std::string_view drawing) {
   return "Références externes du dessin " + S(drawing);
 }

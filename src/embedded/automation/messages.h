@@ -63,6 +63,13 @@ std::string PlotFailed(std::string_view drawing, std::string_view layout, std::s
                        std::string_view reason);
 /// A printer's output as the log names it.
 std::string PrinterOutput(std::string_view printer);
+// A layout's plot style table that the plot goes on without.
+std::string PlotStyleNotFound(std::string_view drawing, std::string_view layout,
+                              std::string_view table);
+std::string PlotStyleUnreadable(std::string_view drawing, std::string_view layout,
+                                std::string_view reason);
+std::string NamedPlotStylesIgnored(std::string_view drawing, std::string_view layout,
+                                   std::string_view table);
 
 // The external-reference log.
 std::string XrefLogTitle(std::string_view drawing);

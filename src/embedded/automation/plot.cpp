@@ -5,6 +5,7 @@
 
 #include "embedded/automation/objects.h"
 #include "embedded/automation/plot_configuration.h"
+#include "embedded/automation/plot_styles.h"
 #include "embedded/automation/variables.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -142,6 +143,7 @@ class PlotObject : public host::Plot {
       output = msg::PrinterOutput(job.printerName);
     }
 
+    job.plotStyles = LayoutPlotStyles(*core_, doc, layoutName, job.settings);
     try {
       core_->options.plotter(job);
     } catch (const std::exception& error) {

@@ -8,6 +8,7 @@
 
 #include "embedded/render/aci_palette.h"
 #include "embedded/render/hatch_pattern.h"
+#include "embedded/render/plot_style_look.h"
 #include "embedded/render/text_codes.h"
 
 namespace sheafwork::embedded {
@@ -189,7 +190,12 @@ Frontend::Resolved Frontend::Resolve(const EntityProps& props) {
   r.lineweightMm =
       EntityLineweightMm(props.lineweight, r.look->lineweightMm,
                          block != nullptr ? block->lineweightMm : kDefaultLineweightMm);
-  r.style.widthMm = options_.lineweights.PenWidthMm(r.lineweightMm);
+  r.objectRgb = r.style.rgb;
+  r.aci = EntityAci(props, r.look->aci, block != nullptr ? block->aci : 7);
+  const PlotStylePen pen =
+      PlottedPen(options_.plotStyles.get(), r.aci, r.objectRgb, r.lineweightMm);
+  r.style.rgb = pen.rgb;
+  r.style.widthMm = options_.lineweights.PenWidthMm(pen.lineweightMm);
   return r;
 }
 
@@ -271,7 +277,7 @@ void Frontend::DrawBlockReference(const Resolved& r, const Block& block, const T
     ++stats_.recursiveBlocks;
     return;
   }
-  blocks_.push_back({r.layer, r.style.rgb, r.lineweightMm});
+  blocks_.push_back({r.layer, r.objectRgb, r.lineweightMm, r.aci});
   activeBlocks_.push_back(&block);
 
   const int columns = insert != nullptr ? std::max<int>(insert->columns, 1) : 1;

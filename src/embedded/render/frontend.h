@@ -4,6 +4,7 @@
 // flattened primitives on the sheet.
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include "embedded/model/drawing.h"
+#include "embedded/plotstyle/plot_style_table.h"
 #include "embedded/render/backend.h"
 #include "embedded/render/box.h"
 #include "embedded/render/curves.h"
@@ -30,6 +32,8 @@ struct FrontendOptions {
   bool viewportContents = true;
   /// Paper layouts: viewport contents before the paper-space entities.
   bool viewportsFirst = false;
+  /// The plot style table pens go through; none when null.
+  std::shared_ptr<const PlotStyleTable> plotStyles;
 };
 
 /// What the frontend left out, for the plot's report.
@@ -59,13 +63,16 @@ class Frontend {
     std::string_view layer;  ///< the reference's layer as resolved
     std::uint32_t rgb = 0;
     double lineweightMm = kDefaultLineweightMm;
+    int aci = 7;
   };
   struct Resolved {
     std::string_view layer;
     const LayerLook* look = nullptr;
     bool visible = false;
     Style style;
-    double lineweightMm = kDefaultLineweightMm;
+    double lineweightMm = kDefaultLineweightMm;  ///< the object's, before any plot style
+    std::uint32_t objectRgb = 0;                 ///< likewise
+    int aci = 7;                                 ///< its colour number
   };
 
   void DrawEntities(const std::vector<Entity>& entities, const Transform3& t);

@@ -8,6 +8,7 @@
 #include "embedded/render/messages.h"
 #include "embedded/render/painter_backend.h"
 #include "embedded/render/plot_area.h"
+#include "embedded/render/plot_style_look.h"
 #include "embedded/render/qt_application.h"
 
 namespace sheafwork::embedded {
@@ -56,6 +57,8 @@ FrontendStats PaintSheet(QPainter& painter, const PlotJob& job, const SheetLayou
   fo.flattening = {kFlatteningMm, 16};
   fo.lineweights.plotLineweights = s.Has(kPrintLineweights) || s.Has(kPlotPlotStyles);
   fo.lineweights.scale = s.Has(kScaleLineweights) && !job.layout->IsModel() ? sheet.scale : 1.0;
+  fo.lineweights.thinMm = ThinnestVisibleLineMm(options.pixelsPerMm);
+  if (s.Has(kPlotPlotStyles)) fo.plotStyles = job.plotStyles;
   fo.cull = cull;
   fo.viewportsFirst = s.Has(kDrawViewportsFirst);
 

@@ -1,10 +1,12 @@
 #pragma once
 // One plot of one layout to one output: what the host hands the plot engine.
 
+#include <memory>
 #include <stdexcept>
 #include <string>
 
 #include "embedded/model/drawing.h"
+#include "embedded/plotstyle/plot_style_table.h"
 
 namespace sheafwork::embedded {
 
@@ -25,6 +27,9 @@ struct PlotJob {
   std::string printerName;
   int resolutionDpi = 1200;
   std::string title;  ///< document title: drawing and layout
+  /// The table the settings name (styleSheet), applied when they plot with
+  /// plot styles; none when null.
+  std::shared_ptr<const PlotStyleTable> plotStyles;
 };
 
 /// The plot could not be made; the message says why, in French, for the

@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "embedded/render/aci_palette.h"
+#include "embedded/render/plot_style_look.h"
 
 namespace sheafwork::embedded {
 
@@ -12,6 +13,7 @@ bool IsDefpointsLayer(std::string_view name) { return NameKey(name) == "DEFPOINT
 LayerLook LookOfLayer(const Layer* layer, std::string_view name, bool frozenHere) {
   LayerLook look;
   look.frozen = frozenHere || (layer != nullptr && layer->frozen);
+  look.aci = LayerAci(layer);
   look.visible = !look.frozen && !IsDefpointsLayer(name) &&
                  (layer == nullptr || (layer->on && layer->plottable));
   if (layer != nullptr) {
@@ -45,8 +47,8 @@ double EntityLineweightMm(std::int16_t lineweight, double layerMm, double blockM
 }
 
 double LineweightPolicy::PenWidthMm(double lineweightMm) const {
-  if (!plotLineweights || lineweightMm <= 0) return kThinLineMm;
-  return std::max(lineweightMm * scale, kThinLineMm);
+  if (!plotLineweights || lineweightMm <= 0) return thinMm;
+  return std::max(lineweightMm * scale, thinMm);
 }
 
 }  // namespace sheafwork::embedded

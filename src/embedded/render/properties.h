@@ -24,6 +24,7 @@ struct LayerLook {
   bool visible = true;  ///< on, thawed, plottable, not Defpoints
   std::uint32_t rgb = 0;
   double lineweightMm = kDefaultLineweightMm;
+  int aci = 7;  ///< its colour number, for plot style tables
 };
 
 /// `layer` may be null (a layer missing from the table plots like a default
@@ -41,6 +42,7 @@ double EntityLineweightMm(std::int16_t lineweight, double layerMm, double blockM
 struct LineweightPolicy {
   bool plotLineweights = true;  ///< the settings plot lineweights or plot styles
   double scale = 1;             ///< lineweights scaled with the plot scale
+  double thinMm = kThinLineMm;  ///< the device's thinnest visible line
 
   double PenWidthMm(double lineweightMm) const;
 };
