@@ -139,9 +139,9 @@ std::string PlotStyleUnreadable(std::string_view drawing, std::string_view layou
 
 std::string NamedPlotStylesIgnored(std::string_view drawing, std::string_view layout,
                                    std::string_view table) {
-  return "Table de styles nommés " + Quoted(table) + " non appliquée (dessin " + S(drawing) +
-         ", présentation " + S(layout) +
-         ") : seules les tables dépendantes des couleurs (.ctb) le sont";
+  return "Table de styles nommés " + Quoted(table) +
+         " non appliquée, seules les tables dépendantes des couleurs (.ctb) le sont (dessin " +
+         S(drawing) + ", présentation " + S(layout) + ") ; tracé sans table";
 }
 
 std::string XrefLogTitle(std::string_view drawing) {

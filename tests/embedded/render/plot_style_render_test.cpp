@@ -1,0 +1,304 @@
+// Plot style tables and lineweights on paper: what the frontend makes of an
+// entity's colour number, the pen widths on the sheet, and a monochrome plot.
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QPainter>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+
+#include "embedded/plotstyle/plot_style_file.h"
+#include "embedded/render/frontend.h"
+#include "embedded/render/paint_sheet.h"
+#include "embedded/render/plot_style_look.h"
+#include "embedded/render/render_test_support.h"
+#include "fakes/temp_folder.h"
+
+namespace sheafwork::embedded {
+namespace {
+
+using testing::AddBlock;
+using testing::AddLayer;
+using testing::MakeDrawing;
+using testing::MakeInsert;
+using testing::MakeLine;
+using testing::ModelLayout;
+using testing::ModelSpace;
+using testing::OneToOneSettings;
+using testing::PaperLayout;
+using testing::PaperSpace;
+using testing::RecordingBackend;
+
+Entity Coloured(Entity e, std::int16_t aci, std::int16_t lineweight = 25) {
+  e.props.color = aci;
+  e.props.lineweight = lineweight;
+  return e;
+}
+
+TEST(PlotStylePenTest, ColourNumberSelectsTheEntry) {
+  auto table = std::make_shared<PlotStyleTable>();
+  PlotStyleEntry& red = table->entries[0];
+  red.color = EncodePlotStyleColor(0x0000FF);
+  red.screen = 50;
+  red.lineweight = 13;  // 0.50 mm
+  PlotStyleEntry& blue = table->entries[4];
+  blue.color = EncodePlotStyleColor(0x000000);
+
+  Drawing d = MakeDrawing();
+  AddLayer(d, "Rouge").color = 1;
+  Block& block = AddBlock(d, "B");
+  block.entities.push_back(Coloured(MakeLine({0, 0}, {1, 0}), kColorByBlock));
+  block.entities.push_back(Coloured(MakeLine({0, 0}, {1, 0}), 3));
+  Block& model = ModelSpace(d);
+  model.entities.push_back(Coloured(MakeLine({0, 0}, {1, 0}), 1));
+  model.entities.push_back(Coloured(MakeLine({0, 0}, {1, 0}, "Rouge"), kColorByLayer));
+  model.entities.push_back(Coloured(MakeLine({0, 0}, {1, 0}), 3, 35));
+  Entity trueRed = Coloured(MakeLine({0, 0}, {1, 0}), 1);
+  trueRed.props.trueColor = 0x123456;
+  model.entities.push_back(trueRed);
+  Entity trueGreen = Coloured(MakeLine({0, 0}, {1, 0}), 3);
+  trueGreen.props.trueColor = 0x123456;
+  model.entities.push_back(trueGreen);
+  Entity insert = Coloured(MakeInsert("B", {0, 0}), 1);
+  model.entities.push_back(insert);
+  model.entities.push_back(Coloured(MakeLine({0, 0}, {1, 0}), 5, 0));
+  model.entities.push_back(Coloured(MakeLine({0, 0}, {1, 0}), kColorByBlock));
+  d.Reindex();
+
+  constexpr std::uint32_t kFadedBlue = 0x8080FF;
+  struct Expected {
+    const char* what;
+    std::uint32_t rgb;
+    double widthMm;
+    std::uint32_t rgbWithout;
+    double widthWithout;
+  };
+  const Expected expected[] = {
+      {"colour 1", kFadedBlue, 0.50, 0xFF0000, 0.25},
+      {"by layer, layer of colour 1", kFadedBlue, 0.50, 0xFF0000, 0.25},
+      {"colour 3: the object's", 0x00FF00, 0.35, 0x00FF00, 0.35},
+      {"true colour beside number 1", kFadedBlue, 0.50, 0x123456, 0.25},
+      {"true colour beside number 3", 0x123456, 0.25, 0x123456, 0.25},
+      {"by block in a reference of colour 1, screened once", kFadedBlue, 0.50, 0xFF0000, 0.25},
+      {"colour 3 inside that block", 0x00FF00, 0.25, 0x00FF00, 0.25},
+      {"colour 5, weight 0", 0x000000, kThinLineMm, 0x0000FF, kThinLineMm},
+      {"by block outside any block: colour 7", 0x000000, 0.25, 0x000000, 0.25},
+  };
+  for (const bool withTable : {true, false}) {
+    FrontendOptions options;
+    if (withTable) options.plotStyles = table;
+    RecordingBackend backend;
+    Frontend(d, backend, options).DrawLayout(ModelLayout(d), Affine2{});
+    ASSERT_EQ(backend.items.size(), std::size(expected));
+    for (std::size_t i = 0; i < std::size(expected); ++i) {
+      const Expected& e = expected[i];
+      SCOPED_TRACE(std::string(e.what) + (withTable ? " (table)" : " (no table)"));
+      EXPECT_EQ(backend.items[i].style.rgb, withTable ? e.rgb : e.rgbWithout);
+      EXPECT_DOUBLE_EQ(backend.items[i].style.widthMm, withTable ? e.widthMm : e.widthWithout);
+    }
+  }
+}
+
+TEST(PlotStylePenTest, ThinnestLineIsOneDeviceDot) {
+  struct Case {
+    double dotsPerMm;
+    double expectedMm;
+  };
+  const Case cases[] = {
+      {1200 / 25.4, 25.4 / 1200},
+      {300 / 25.4, 25.4 / 300},
+      {2, 0.5},
+      {0, kThinLineMm},
+      {-3, kThinLineMm},
+      {std::numeric_limits<double>::quiet_NaN(), kThinLineMm},
+      {std::numeric_limits<double>::infinity(), kThinLineMm},
+  };
+  for (const Case& c : cases) {
+    EXPECT_DOUBLE_EQ(ThinnestVisibleLineMm(c.dotsPerMm), c.expectedMm) << c.dotsPerMm;
+  }
+  LineweightPolicy policy;
+  policy.thinMm = 0.2;
+  EXPECT_DOUBLE_EQ(policy.PenWidthMm(0), 0.2);
+  EXPECT_DOUBLE_EQ(policy.PenWidthMm(0.05), 0.2);  // thinner than the device shows
+  EXPECT_DOUBLE_EQ(policy.PenWidthMm(0.3), 0.3);
+  policy.plotLineweights = false;
+  EXPECT_DOUBLE_EQ(policy.PenWidthMm(2), 0.2);
+}
+
+// Paints a job on a white image.
+QImage Paint(const PlotJob& job, double pixelsPerMm) {
+  const SheetLayout sheet = PlanSheet(job);
+  QImage image(static_cast<int>(std::lround(sheet.frame.width * pixelsPerMm)),
+               static_cast<int>(std::lround(sheet.frame.height * pixelsPerMm)),
+               QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::white);
+  QPainter painter(&image);
+  PaintOptions options;
+  options.pixelsPerMm = pixelsPerMm;
+  PaintSheet(painter, job, sheet, options);
+  painter.end();
+  return image;
+}
+
+struct Column {
+  int inked = 0;      ///< pixels darker than mid-grey
+  int darkest = 255;  ///< grey level of the darkest pixel
+};
+
+// The pixels of column `xMm` of the image.
+Column InkInColumn(const QImage& image, double pixelsPerMm, double xMm) {
+  Column column;
+  const int x = static_cast<int>(xMm * pixelsPerMm);
+  for (int y = 0; y < image.height(); ++y) {
+    const int gray = qGray(image.pixel(x, y));
+    column.darkest = std::min(column.darkest, gray);
+    if (gray < 128) ++column.inked;
+  }
+  return column;
+}
+
+TEST(LineweightOnPaperTest, ScaledWithThePlotScaleOnlyWhenAskedAndNotInTheModel) {
+  Drawing d = MakeDrawing();
+  PaperSpace(d).entities.push_back(Coloured(MakeLine({0, 100}, {200, 100}), 7, 200));
+  ModelSpace(d).entities.push_back(Coloured(MakeLine({0, 100}, {200, 100}), 7, 200));
+  d.Reindex();
+  constexpr double k = 10;  // pixels per mm
+
+  struct Case {
+    const char* what;
+    bool paper;
+    bool scaleLineweights;
+    double expectedMm;
+  };
+  const Case cases[] = {
+      {"paper layout at 1:2, scaled", true, true, 1.0},
+      {"paper layout at 1:2, not scaled", true, false, 2.0},
+      {"model layout at 1:2, never scaled", false, true, 2.0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    PlotJob job;
+    job.drawing = &d;
+    job.layout = c.paper ? &PaperLayout(d) : &ModelLayout(d);
+    job.settings = OneToOneSettings(200);
+    job.settings.Set(kUseStandardScale, false);
+    job.settings.customNumerator = 1;
+    job.settings.customDenominator = 2;
+    job.settings.Set(kScaleLineweights, c.scaleLineweights);
+    const Column column = InkInColumn(Paint(job, k), k, 30);
+    EXPECT_NEAR(column.inked, c.expectedMm * k, 1.5);
+  }
+}
+
+TEST(LineweightOnPaperTest, ThinLinesAreOneDotAndNeverVanish) {
+  Drawing d = MakeDrawing();
+  ModelSpace(d).entities.push_back(Coloured(MakeLine({0, 50.25}, {100, 50.25}), 7, 0));
+  ModelSpace(d).entities.push_back(Coloured(MakeLine({0, 20}, {100, 20}), 7, 200));
+  d.Reindex();
+  struct Case {
+    const char* what;
+    std::int32_t flags;
+    int heavyDots;  ///< the 2 mm line, at 2 dots per mm
+  };
+  const Case cases[] = {
+      {"lineweights plotted", kPrintLineweights, 4},
+      {"plot styles imply lineweights", kPlotPlotStyles, 4},
+      {"lineweights not plotted", 0, 1},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    PlotJob job;
+    job.drawing = &d;
+    job.layout = &ModelLayout(d);
+    job.settings = OneToOneSettings(100);
+    job.settings.flags = kUseStandardScale | c.flags;
+    // A coarse device: at 2 dots per mm a 0.1 mm line would be a faint
+    // fifth of a dot.
+    const QImage image = Paint(job, 2);
+    Column thin;
+    Column heavy;
+    for (int y = 0; y < image.height(); ++y) {
+      const int gray = qGray(image.pixel(60, y));
+      Column& column = y < image.height() / 2 ? thin : heavy;  // y runs down
+      column.darkest = std::min(column.darkest, gray);
+      if (gray < 128) ++column.inked;
+    }
+    EXPECT_LT(thin.darkest, 64);
+    EXPECT_EQ(thin.inked, 1);
+    EXPECT_EQ(heavy.inked, c.heavyDots);
+  }
+}
+
+// Counts the pixels of a PNG whose channels differ: coloured ones.
+struct PngInk {
+  int coloured = 0;
+  int dark = 0;
+};
+
+PngInk InkOf(const std::string& png) {
+  QImage image(QString::fromStdString(png));
+  PngInk ink;
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) {
+      const QRgb p = image.pixel(x, y);
+      const int spread =
+          std::max({qRed(p), qGreen(p), qBlue(p)}) - std::min({qRed(p), qGreen(p), qBlue(p)});
+      if (spread > 8) ++ink.coloured;
+      if (qGray(p) < 128) ++ink.dark;
+    }
+  }
+  return ink;
+}
+
+TEST(MonochromePlotTest, PdfThroughTheShippedTableHasNoColour) {
+  if (std::system("pdftoppm -v >/dev/null 2>&1") != 0) GTEST_SKIP() << "pdftoppm missing";
+  Drawing d = MakeDrawing();
+  Layer& layer = AddLayer(d, "Vert");
+  layer.color = 3;
+  Block& model = ModelSpace(d);
+  std::int16_t aci = 1;
+  for (double y = 20; y <= 80; y += 10, aci = static_cast<std::int16_t>(aci + 37)) {
+    model.entities.push_back(Coloured(MakeLine({10, y}, {90, y}), aci, 100));
+  }
+  Entity trueColour = Coloured(MakeLine({10, 90}, {90, 90}), 5, 100);
+  trueColour.props.trueColor = 0xFF8000;
+  model.entities.push_back(trueColour);
+  model.entities.push_back(Coloured(MakeLine({50, 10}, {50, 95}, "Vert"), kColorByLayer, 100));
+  Solid solid;
+  solid.corners = {Vec3{20, 5, 0}, Vec3{40, 5, 0}, Vec3{20, 15, 0}, Vec3{40, 15, 0}};
+  model.entities.push_back(Coloured(testing::MakeEntity(solid), 6));
+  d.Reindex();
+
+  sheafwork::testing::TempFolder folder;
+  PlotJob job;
+  job.drawing = &d;
+  job.layout = &ModelLayout(d);
+  job.settings = OneToOneSettings(100);
+  job.settings.flags |= kPlotPlotStyles;
+  job.resolutionDpi = 600;
+  const auto render = [&](const std::string& name) {
+    job.outputPath = folder.File(name + ".pdf");
+    RunPlotJob(job);
+    const std::string command =
+        "pdftoppm -r 60 -png -singlefile '" + job.outputPath + "' '" + folder.File(name) + "'";
+    EXPECT_EQ(std::system(command.c_str()), 0) << command;
+    return InkOf(folder.File(name + ".png"));
+  };
+
+  const PngInk coloured = render("couleurs");
+  EXPECT_GT(coloured.coloured, 500);  // the drawing is colourful without the table
+
+  job.plotStyles = std::make_shared<const PlotStyleTable>(
+      ReadPlotStyleFile(std::string(SHEAFWORK_SOURCE_DIR) + "/data/plotstyles/monochrome.ctb"));
+  const PngInk mono = render("monochrome");
+  EXPECT_EQ(mono.coloured, 0);
+  EXPECT_GT(mono.dark, 500);
+  if (const char* keep = std::getenv("SHEAFWORK_KEEP_PLOTS")) {
+    std::system(("cp '" + folder.File("monochrome.png") + "' '" + keep + "'").c_str());
+  }
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded
