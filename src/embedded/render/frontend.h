@@ -15,6 +15,7 @@
 #include "embedded/render/box.h"
 #include "embedded/render/curves.h"
 #include "embedded/render/properties.h"
+#include "embedded/render/text_layout.h"
 #include "embedded/render/transform.h"
 
 namespace sheafwork::embedded {
@@ -30,6 +31,8 @@ struct FrontendOptions {
   bool viewportContents = true;
   /// Paper layouts: viewport contents before the paper-space entities.
   bool viewportsFirst = false;
+  /// What multi-line text is measured with; the Qt fonts when null.
+  TextMeasure* textMeasure = nullptr;
 };
 
 /// What the frontend left out, for the plot's report.
