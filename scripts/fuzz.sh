@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the fuzzers (list file, DXF reader) with clang and the sanitizers,
+# Builds the fuzzers (list file, DXF reader, MTEXT reader) with clang and the sanitizers,
 # and runs each for its share of a bounded time on a copy of its seed corpus.
 #
 #   scripts/fuzz.sh [seconds]     (default 20, split between the fuzzers)
@@ -28,6 +28,7 @@ fi
 fuzzers=(
   "list_file_fuzzer|list_file|4096|"
   "dxf_fuzzer|dxf|16384|-dict=$root/fuzz/dxf.dict"
+  "mtext_fuzzer|mtext|2048|-dict=$root/fuzz/mtext.dict"
 )
 
 CXX=clang++ cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo \
