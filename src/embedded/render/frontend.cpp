@@ -614,8 +614,7 @@ void Frontend::DrawMText(const MText& g, const Transform3& t, const Style& s) {
   block.columnWidth = g.width > 0 ? g.width : 0;
   block.attachment = std::clamp<int>(g.attachment, 1, 9);
   block.lineSpacing = g.lineSpacing > 0 ? g.lineSpacing : 1.0;
-  TextMeasure& measure =
-      options_.textMeasure != nullptr ? *options_.textMeasure : QtTextMeasure();
+  TextMeasure& measure = options_.textMeasure != nullptr ? *options_.textMeasure : QtTextMeasure();
   DrawFormattedText(backend_, ShapeText(pieces, block, measure),
                     PlanarMap(t, g.insert, xAxis, yAxis), s, options_.cull);
 }

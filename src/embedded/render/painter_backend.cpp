@@ -1,7 +1,6 @@
 #include "embedded/render/painter_backend.h"
 
 #include <QColor>
-#include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPainterPath>

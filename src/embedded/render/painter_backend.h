@@ -7,7 +7,6 @@
 #include <QPointF>
 #include <QTransform>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "embedded/render/backend.h"
