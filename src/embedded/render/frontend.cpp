@@ -573,15 +573,19 @@ void Frontend::DrawText(const Text& g, const Transform3& t, const Style& s) {
   if ((g.generation & 4) != 0) local = local * Affine2::Scaling(1, -1);
   run.toSheet = local;
   run.text = text_;
+  bool stroke = false;
   if (style != nullptr) {
     run.fontFamily = style->trueTypeFamily;
     run.fontFile = style->fontFile;
-    if (IsShapeFont(style->trueTypeFamily, style->fontFile)) {
-      DrawStrokeRun(backend_, run, s, options_.cull);
-      return;
-    }
+    stroke = IsShapeFont(style->trueTypeFamily, style->fontFile);
   }
-  backend_.DrawText(run, s);
+  if (stroke) {
+    DrawStrokeRun(backend_, run, s, options_.cull);
+  } else {
+    backend_.DrawText(run, s);
+  }
+  TextMeasure& measure = options_.textMeasure != nullptr ? *options_.textMeasure : QtTextMeasure();
+  DrawTextToggles(backend_, g.text, run, stroke, measure, s, options_.cull);
 }
 
 void Frontend::DrawMText(const MText& g, const Transform3& t, const Style& s) {

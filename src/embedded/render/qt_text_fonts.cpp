@@ -86,6 +86,11 @@ class Measure final : public TextMeasure {
         fm.horizontalAdvance(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
     return width / font.metrics.capHeight;
   }
+  double Descent(const FontFace& face) override {
+    if (!HaveGui()) return TextMeasure::Descent(face);
+    const FontMetrics m = Choose(face).metrics;
+    return m.descent / m.capHeight;
+  }
 };
 
 }  // namespace

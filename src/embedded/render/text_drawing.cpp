@@ -1,9 +1,12 @@
 #include "embedded/render/text_drawing.h"
 
+#include <cctype>
 #include <cmath>
+#include <string>
 #include <vector>
 
 #include "embedded/render/stroke_font.h"
+#include "embedded/render/text_codes.h"
 #include "embedded/render/text_layout.h"
 
 namespace sheafwork::embedded {
@@ -62,6 +65,68 @@ void DrawStrokeRun(Backend& backend, const TextRun& run, const Style& style,
         GlyphMap(p.xScale, p.yScale, run.obliqueDegrees, {placements[i].x, placements[i].baseline});
     DrawStrokeLine(backend, lines[i], run.tracking, run.toSheet * glyph, style, cull);
   }
+}
+
+void DrawTextToggles(Backend& backend, std::string_view raw, const TextRun& run, bool stroke,
+                     TextMeasure& measure, const Style& style, const std::optional<Box2>& cull) {
+  // The plain text piece by piece between the toggles, as AppendWithSpecialCodes reads it.
+  struct Mark {
+    std::size_t at;  ///< plain bytes before the toggle
+    char kind;       ///< 'u', 'o' or 'k'
+  };
+  std::vector<Mark> marks;
+  std::string plain;
+  std::size_t from = 0;
+  for (std::size_t i = 0; i + 2 < raw.size();) {
+    if (raw[i] != '%' || raw[i + 1] != '%') {
+      ++i;
+      continue;
+    }
+    const char code = static_cast<char>(std::tolower(static_cast<unsigned char>(raw[i + 2])));
+    if (code == 'u' || code == 'o' || code == 'k') {
+      AppendWithSpecialCodes(raw.substr(from, i - from), plain);
+      marks.push_back({plain.size(), code});
+      from = i + 3;
+    }
+    i += 3;
+  }
+  if (marks.empty()) return;
+  AppendWithSpecialCodes(raw.substr(from), plain);
+
+  const FontFace face{run.fontFamily, run.fontFile, run.bold, run.italic};
+  auto width = [&](std::size_t bytes) {
+    const std::string_view text = std::string_view(plain).substr(0, bytes);
+    return stroke ? StrokeFont::Get().Advance(text, run.tracking)
+                  : measure.Advance(face, text) * run.tracking;
+  };
+  const double widths[1] = {width(plain.size())};
+  LinePlacement line[1];
+  const FontMetrics metrics{1.0, stroke ? kStrokeMetrics.descent : measure.Descent(face)};
+  const RunPlacement p = PlaceRun(run, metrics, widths, line);
+  std::vector<Vec2> pairs;
+  for (const char kind : {'u', 'o', 'k'}) {
+    const double y = line[0].baseline + p.yScale * (kind == 'u' ? -0.2 : kind == 'o' ? 1.2 : 0.5);
+    std::optional<double> start;
+    auto add = [&](std::size_t end) {
+      const Vec2 a = run.toSheet.Apply({line[0].x + *start * p.xScale, y});
+      const Vec2 b = run.toSheet.Apply({line[0].x + width(end) * p.xScale, y});
+      if (!cull || Box2::Of(a, b).Intersects(*cull)) {
+        pairs.push_back(a);
+        pairs.push_back(b);
+      }
+      start.reset();
+    };
+    for (const Mark& m : marks) {
+      if (m.kind != kind) continue;
+      if (start) {
+        add(m.at);
+      } else {
+        start = width(m.at);
+      }
+    }
+    if (start) add(plain.size());  // on to the end of the text
+  }
+  if (!pairs.empty()) backend.DrawLines(pairs, style);
 }
 
 void DrawFormattedText(Backend& backend, const ShapedText& shaped, const Affine2& toSheet,

@@ -9,6 +9,7 @@
 #include "embedded/render/backend.h"
 #include "embedded/render/box.h"
 #include "embedded/render/mtext_format.h"
+#include "embedded/render/text_layout.h"
 #include "embedded/render/text_shaper.h"
 
 namespace sheafwork::embedded {
@@ -24,6 +25,13 @@ void DrawStrokeLine(Backend& backend, std::string_view text, double tracking,
 /// the stroke font, placed as a backend places it.
 void DrawStrokeRun(Backend& backend, const TextRun& run, const Style& style,
                    const std::optional<Box2>& cull);
+
+/// Draws the underline, overline and strike-through that %%u, %%o and %%k
+/// switch on and off in `raw`, the contents of single-line text drawn as
+/// `run` (whose text is `raw` with its special codes replaced), measured
+/// with the stroke font or `measure`.
+void DrawTextToggles(Backend& backend, std::string_view raw, const TextRun& run, bool stroke,
+                     TextMeasure& measure, const Style& style, const std::optional<Box2>& cull);
 
 /// Draws formatted multi-line text: runs in a TrueType face go to the
 /// backend as single-line runs placed at their baseline's left end, runs

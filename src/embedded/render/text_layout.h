@@ -31,6 +31,11 @@ class TextMeasure {
   /// Width of one line of `text` (UTF-8) in cap heights of `face`, width
   /// factor 1.
   virtual double Advance(const FontFace& face, std::string_view text) = 0;
+  /// How far the face reaches below the baseline, in cap heights.
+  virtual double Descent(const FontFace& face) {
+    (void)face;
+    return 0.25;
+  }
 };
 
 /// The placement of the run's lines in its own space: each line i starts at

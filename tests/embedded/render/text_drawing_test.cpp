@@ -168,6 +168,58 @@ TEST(TextDrawingTest, MTextRunsCarryTheirColourAndPlace) {
   EXPECT_GT(under.min.x, texts[2]->points[0].x);
 }
 
+TEST(TextDrawingTest, TogglesDrawLinesAlongSingleLineText) {
+  struct Case {
+    const char* text;
+    const char* style;
+    int horizontalAlign;
+    std::vector<double> xs;  ///< ends of the expected segments, in characters
+    double y;                ///< their height, in cap heights
+  };
+  // Fixed-width TrueType face: one unit per byte; text 2 high at (100, 0).
+  const Case cases[] = {
+      {"a%%ub%%uc", "Arial", 0, {1, 2}, -0.2},
+      {"%%Oab", "Arial", 0, {0, 2}, 1.2},               // on to the end
+      {"%%ka%%kb%%kc", "Arial", 0, {0, 1, 2, 3}, 0.5},  // twice
+      {"a%%ub%%u", "Arial", 2, {-1, 0}, -0.2},          // right-aligned
+      {"%%%u", "Arial", 0, {}, 0},                      // "%" then a plain "u"
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    Drawing d = MakeDrawing();
+    AddStyle(d, "Arial", "arial.ttf");
+    Text t = MakeText(c.text, c.style, {100, 0}, 2);
+    t.horizontalAlign = static_cast<std::int16_t>(c.horizontalAlign);
+    t.alignPoint = {100, 0, 0};
+    t.hasAlignPoint = true;
+    ModelSpace(d).entities.push_back(MakeEntity(t));
+    d.Reindex();
+    FixedMeasure measure;
+    const RecordingBackend rec = DrawModel(d, &measure);
+    std::vector<Vec2> points;
+    for (const Recorded& r : rec.items) {
+      if (r.kind == Recorded::Kind::Lines)
+        points.insert(points.end(), r.points.begin(), r.points.end());
+    }
+    ASSERT_EQ(points.size(), c.xs.size());
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      EXPECT_NEAR(points[i].x, 100 + 2 * c.xs[i], 1e-9);
+      EXPECT_NEAR(points[i].y, 2 * c.y, 1e-9);
+    }
+  }
+  // With a shape font the lines follow the stroke font's widths.
+  Drawing d = MakeDrawing();
+  AddStyle(d, "Plume", "txt");
+  ModelSpace(d).entities.push_back(MakeEntity(MakeText("%%uSous%%u sol", "Plume", {0, 0}, 10)));
+  d.Reindex();
+  const RecordingBackend rec = DrawModel(d);
+  ASSERT_EQ(CountOf(rec.items, Recorded::Kind::Lines), 1u);
+  const Box2 line = BoxOf(rec.items, Recorded::Kind::Lines);
+  EXPECT_NEAR(line.min.x, 0, 1e-9);
+  EXPECT_NEAR(line.max.x, StrokeFont::Get().Advance("Sous") * 10, 1e-9);
+  EXPECT_NEAR(line.min.y, -2, 1e-9);
+}
+
 // A backend with no text of its own: text arrives as filled outlines.
 class OutlineBackend final : public Backend {
  public:
