@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds the fuzzers (list file, DXF reader, plot style tables) with clang and
-# the sanitizers, and runs each for its share of a bounded time on a copy of
-# its seed corpus.
+# Builds the fuzzers (list file, DXF reader, plot style tables, MTEXT reader)
+# with clang and the sanitizers, and runs each for its share of a bounded time
+# on a copy of its seed corpus.
 #
 #   scripts/fuzz.sh [seconds]     (default 20, split between the fuzzers)
 #
@@ -30,6 +30,7 @@ fuzzers=(
   "list_file_fuzzer|list_file|4096|"
   "dxf_fuzzer|dxf|16384|-dict=$root/fuzz/dxf.dict"
   "plot_style_fuzzer|plot_style|16384|"
+  "mtext_fuzzer|mtext|2048|-dict=$root/fuzz/mtext.dict"
 )
 
 CXX=clang++ cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo \

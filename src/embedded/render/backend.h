@@ -39,6 +39,9 @@ struct TextRun {
   double lineSpacing = 1;       ///< factor on the usual 5/3 of the cap height
   std::string_view fontFamily;  ///< a TrueType family asked for, may be empty
   std::string_view fontFile;    ///< the style's font file, may be empty
+  bool bold = false;
+  bool italic = false;
+  double tracking = 1;  ///< factor on every character's advance
 };
 
 class Backend {
@@ -55,7 +58,9 @@ class Backend {
   virtual void FillLoops(std::span<const Vec2> points, std::span<const int> loopSizes,
                          const Style& style) = 0;
   virtual void DrawPoint(Vec2 at, const Style& style) = 0;
-  virtual void DrawText(const TextRun& text, const Style& style) = 0;
+  /// By default the run's glyph outlines, filled (FillLoops), so that a
+  /// backend without text of its own still draws it.
+  virtual void DrawText(const TextRun& text, const Style& style);
   /// Restricts what follows to the inside of `polygon` until PopClip.
   virtual void PushClip(std::span<const Vec2> polygon) { (void)polygon; }
   virtual void PopClip() {}

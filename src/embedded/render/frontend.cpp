@@ -9,7 +9,10 @@
 #include "embedded/render/aci_palette.h"
 #include "embedded/render/hatch_pattern.h"
 #include "embedded/render/plot_style_look.h"
+#include "embedded/render/qt_text_fonts.h"
+#include "embedded/render/stroke_font.h"
 #include "embedded/render/text_codes.h"
+#include "embedded/render/text_drawing.h"
 
 namespace sheafwork::embedded {
 
@@ -576,17 +579,23 @@ void Frontend::DrawText(const Text& g, const Transform3& t, const Style& s) {
   if ((g.generation & 4) != 0) local = local * Affine2::Scaling(1, -1);
   run.toSheet = local;
   run.text = text_;
+  bool stroke = false;
   if (style != nullptr) {
     run.fontFamily = style->trueTypeFamily;
     run.fontFile = style->fontFile;
+    stroke = IsShapeFont(style->trueTypeFamily, style->fontFile);
   }
-  backend_.DrawText(run, s);
+  if (stroke) {
+    DrawStrokeRun(backend_, run, s, options_.cull);
+  } else {
+    backend_.DrawText(run, s);
+  }
+  TextMeasure& measure = options_.textMeasure != nullptr ? *options_.textMeasure : QtTextMeasure();
+  DrawTextToggles(backend_, g.text, run, stroke, measure, s, options_.cull);
 }
 
 void Frontend::DrawMText(const MText& g, const Transform3& t, const Style& s) {
-  text_.clear();
-  AppendMTextPlain(g.text, text_);
-  if (text_.empty()) return;
+  if (g.text.empty()) return;
   const TextStyle* style = drawing_->FindTextStyle(g.style);
   const Vec3 normal = Normalized(g.extrusion);
   Vec3 xAxis;
@@ -601,19 +610,23 @@ void Frontend::DrawMText(const MText& g, const Transform3& t, const Style& s) {
     xAxis = Normalized(g.xAxis);
   }
   const Vec3 yAxis = Cross(normal, xAxis);
-  TextRun run;
-  run.toSheet = PlanarMap(t, g.insert, xAxis, yAxis);
-  run.height = g.height > 0 ? g.height : 1.0;
-  run.widthFactor = style != nullptr && style->widthFactor > 0 ? style->widthFactor : 1.0;
-  run.obliqueDegrees = style != nullptr ? style->oblique : 0;
-  run.attachment = std::clamp<int>(g.attachment, 1, 9);
-  run.lineSpacing = g.lineSpacing > 0 ? g.lineSpacing : 1.0;
-  run.text = text_;
+  MTextFormat base;
+  base.height = g.height > 0 ? g.height : 1.0;
   if (style != nullptr) {
-    run.fontFamily = style->trueTypeFamily;
-    run.fontFile = style->fontFile;
+    base.widthFactor = style->widthFactor > 0 ? style->widthFactor : 1.0;
+    base.obliqueDegrees = style->oblique;
+    base.family = style->trueTypeFamily;
+    base.file = style->fontFile;
+    base.strokeFont = IsShapeFont(style->trueTypeFamily, style->fontFile);
   }
-  backend_.DrawText(run, s);
+  const std::vector<MTextPiece> pieces = ParseMText(g.text, base);
+  TextBlock block;
+  block.columnWidth = g.width > 0 ? g.width : 0;
+  block.attachment = std::clamp<int>(g.attachment, 1, 9);
+  block.lineSpacing = g.lineSpacing > 0 ? g.lineSpacing : 1.0;
+  TextMeasure& measure = options_.textMeasure != nullptr ? *options_.textMeasure : QtTextMeasure();
+  DrawFormattedText(backend_, ShapeText(pieces, block, measure),
+                    PlanarMap(t, g.insert, xAxis, yAxis), s, options_.cull);
 }
 
 void Frontend::DrawHatch(const Hatch& g, const Transform3& t, const Style& s) {

@@ -17,6 +17,7 @@
 #include "embedded/render/box.h"
 #include "embedded/render/curves.h"
 #include "embedded/render/properties.h"
+#include "embedded/render/text_layout.h"
 #include "embedded/render/transform.h"
 
 namespace sheafwork::embedded {
@@ -34,6 +35,8 @@ struct FrontendOptions {
   bool viewportsFirst = false;
   /// The plot style table pens go through; none when null.
   std::shared_ptr<const PlotStyleTable> plotStyles;
+  /// What multi-line text is measured with; the Qt fonts when null.
+  TextMeasure* textMeasure = nullptr;
 };
 
 /// What the frontend left out, for the plot's report.

@@ -1,7 +1,6 @@
 #include "embedded/render/painter_backend.h"
 
 #include <QColor>
-#include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPainterPath>
@@ -12,28 +11,18 @@
 #include <algorithm>
 #include <cmath>
 
+#include "embedded/render/qt_text_fonts.h"
+
 namespace sheafwork::embedded {
 
 namespace {
 
 constexpr std::size_t kLineBatch = 4096;
 constexpr std::size_t kPolylineChunk = 512;  // long polylines are slow to antialias whole
-constexpr int kGlyphPixels = 200;            // glyph units: the font's pixel size
 
 QColor ToColor(std::uint32_t rgb) {
   return QColor(static_cast<int>((rgb >> 16) & 0xFF), static_cast<int>((rgb >> 8) & 0xFF),
                 static_cast<int>(rgb & 0xFF));
-}
-
-QString LowerStem(std::string_view file) {
-  QString name = QString::fromUtf8(file.data(), static_cast<qsizetype>(file.size()));
-  const qsizetype slash = std::max(name.lastIndexOf(u'/'), name.lastIndexOf(u'\\'));
-  if (slash >= 0) name = name.mid(slash + 1);
-  const QString lower = name.toLower();
-  for (const char* ext : {".ttf", ".otf", ".ttc"}) {
-    if (lower.endsWith(QLatin1String(ext))) return name.left(name.size() - 4);
-  }
-  return {};
 }
 
 }  // namespace
@@ -154,34 +143,10 @@ void PainterBackend::DrawPoint(Vec2 at, const Style& style) {
   painter_.drawEllipse(QPointF(at.x, at.y), r, r);
 }
 
-const PainterBackend::FontEntry& PainterBackend::FontFor(std::string_view family,
-                                                         std::string_view file) {
-  std::string key(family);
-  key += '|';
-  key += file;
-  auto it = fonts_.find(key);
-  if (it != fonts_.end()) return it->second;
-  QString chosen = QStringLiteral("DejaVu Sans");
-  const QString asked = QString::fromUtf8(family.data(), static_cast<qsizetype>(family.size()));
-  const QString stem = LowerStem(file);
-  if (!asked.isEmpty() && QFontDatabase::hasFamily(asked)) {
-    chosen = asked;
-  } else if (!stem.isEmpty() && QFontDatabase::hasFamily(stem)) {
-    chosen = stem;
-  }
-  FontEntry entry;
-  entry.font = QFont(chosen);
-  entry.font.setPixelSize(kGlyphPixels);
-  entry.font.setHintingPreference(QFont::PreferNoHinting);
-  const QFontMetricsF fm(entry.font);
-  entry.metrics.capHeight = fm.capHeight() > 0 ? fm.capHeight() : fm.ascent() * 0.7;
-  entry.metrics.descent = fm.descent();
-  return fonts_.emplace(std::move(key), std::move(entry)).first->second;
-}
-
 void PainterBackend::DrawText(const TextRun& run, const Style& style) {
   Flush();
-  const FontEntry& font = FontFor(run.fontFamily, run.fontFile);
+  const QtTextFont font =
+      TextFontFor({run.fontFamily, run.fontFile, run.bold, run.italic}, run.tracking);
   const QFontMetricsF fm(font.font);
   const QStringList lines =
       QString::fromUtf8(run.text.data(), static_cast<qsizetype>(run.text.size())).split(u'\n');

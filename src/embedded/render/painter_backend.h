@@ -7,7 +7,6 @@
 #include <QPointF>
 #include <QTransform>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "embedded/render/backend.h"
@@ -36,13 +35,8 @@ class PainterBackend final : public Backend {
   void Flush() override;
 
  private:
-  struct FontEntry {
-    QFont font;
-    FontMetrics metrics;
-  };
   void UsePen(const Style& style);
   void UseFill(const Style& style);
-  const FontEntry& FontFor(std::string_view family, std::string_view file);
 
   QPainter& painter_;
   QTransform base_;
@@ -53,7 +47,6 @@ class PainterBackend final : public Backend {
   std::uint32_t fill_ = 0;
   bool fillSet_ = false;
   std::vector<QPointF> points_;
-  std::unordered_map<std::string, FontEntry> fonts_;
   std::vector<double> widths_;
   std::vector<LinePlacement> placements_;
 };

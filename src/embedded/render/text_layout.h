@@ -4,6 +4,7 @@
 // estimate widths.
 
 #include <span>
+#include <string_view>
 
 #include "embedded/render/backend.h"
 
@@ -13,6 +14,28 @@ namespace sheafwork::embedded {
 struct FontMetrics {
   double capHeight = 0.7;
   double descent = 0.2;
+};
+
+/// A font as text asks for it.
+struct FontFace {
+  std::string_view family;  ///< TrueType family, may be empty
+  std::string_view file;    ///< font file, may be empty
+  bool bold = false;
+  bool italic = false;
+};
+
+/// How wide text is in a font: what multi-line text is laid out with.
+class TextMeasure {
+ public:
+  virtual ~TextMeasure() = default;
+  /// Width of one line of `text` (UTF-8) in cap heights of `face`, width
+  /// factor 1.
+  virtual double Advance(const FontFace& face, std::string_view text) = 0;
+  /// How far the face reaches below the baseline, in cap heights.
+  virtual double Descent(const FontFace& face) {
+    (void)face;
+    return 0.25;
+  }
 };
 
 /// The placement of the run's lines in its own space: each line i starts at

@@ -1,0 +1,196 @@
+#include "embedded/render/stroke_font.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+#include "embedded/render/stroke_font_data.h"
+#include "embedded/render/transform.h"
+#include "text/utf8.h"
+
+namespace sheafwork::embedded {
+
+namespace {
+
+constexpr double kGridPerCap = 12;
+constexpr double kArcStepDegrees = 12;  // flattening of the glyphs' arcs
+constexpr double kMarkGapLower = 1.5;   // grid units between a letter and its mark
+constexpr double kMarkGapUpper = 1.2;
+constexpr double kXHeight = 8;
+
+bool IsBlank(char c) { return c == ' '; }
+
+// Reads the comma-separated numbers of one item ("x,y" or the arc's six).
+int ReadNumbers(std::string_view item, double* out, int capacity) {
+  int count = 0;
+  const char* p = item.data();
+  const char* end = item.data() + item.size();
+  while (p < end && count < capacity) {
+    double v = 0;
+    const auto [next, ec] = std::from_chars(p, end, v);
+    if (ec != std::errc()) break;
+    out[count++] = v;
+    p = next;
+    if (p < end && *p == ',') ++p;
+  }
+  return count;
+}
+
+// Parses a stroke string of the tables into `glyph` (grid units, shifted by
+// `dx`, `dy`).
+void ParseStrokes(std::string_view text, double dx, double dy, StrokeGlyph& glyph) {
+  std::size_t start = 0;
+  while (start <= text.size()) {
+    std::size_t stop = text.find(';', start);
+    if (stop == std::string_view::npos) stop = text.size();
+    const std::string_view stroke = text.substr(start, stop - start);
+    const std::size_t first = glyph.points.size();
+    std::size_t i = 0;
+    while (i < stroke.size()) {
+      while (i < stroke.size() && IsBlank(stroke[i])) ++i;
+      std::size_t j = i;
+      while (j < stroke.size() && !IsBlank(stroke[j])) ++j;
+      if (j == i) break;
+      const std::string_view item = stroke.substr(i, j - i);
+      double v[6];
+      if (item[0] == '@') {
+        if (ReadNumbers(item.substr(1), v, 6) == 6) {
+          const double sweep = v[5] - v[4];
+          const int steps =
+              std::max(2, static_cast<int>(std::ceil(std::fabs(sweep) / kArcStepDegrees)));
+          for (int k = 0; k <= steps; ++k) {
+            const double a = Radians(v[4] + sweep * k / steps);
+            glyph.points.push_back(
+                {v[0] + v[2] * std::cos(a) + dx, v[1] + v[3] * std::sin(a) + dy});
+          }
+        }
+      } else if (ReadNumbers(item, v, 2) == 2) {
+        glyph.points.push_back({v[0] + dx, v[1] + dy});
+      }
+      i = j;
+    }
+    const int size = static_cast<int>(glyph.points.size() - first);
+    if (size >= 2) {
+      glyph.sizes.push_back(size);
+    } else {
+      glyph.points.resize(first);
+    }
+    start = stop + 1;
+  }
+}
+
+void ToCapHeights(StrokeGlyph& glyph) {
+  glyph.advance /= kGridPerCap;
+  for (Vec2& p : glyph.points) p = {p.x / kGridPerCap, p.y / kGridPerCap};
+}
+
+}  // namespace
+
+StrokeFont::StrokeFont() {
+  struct Entry {
+    char32_t code;
+    StrokeGlyph glyph;
+  };
+  std::vector<Entry> entries;
+  for (const stroke_data::GlyphSource& source : stroke_data::Glyphs()) {
+    Entry e{source.code, {}};
+    e.glyph.advance = source.advance;
+    ParseStrokes(source.strokes, 0, 0, e.glyph);
+    entries.push_back(std::move(e));
+  }
+  auto findEntry = [&](char32_t code) -> const StrokeGlyph* {
+    for (const Entry& e : entries) {
+      if (e.code == code) return &e.glyph;
+    }
+    return nullptr;
+  };
+  std::vector<Entry> composed;
+  for (const stroke_data::ComposedSource& source : stroke_data::Composed()) {
+    const StrokeGlyph* base = findEntry(source.base);
+    const stroke_data::MarkSource* mark = nullptr;
+    for (const stroke_data::MarkSource& m : stroke_data::Marks()) {
+      if (m.name == source.mark) mark = &m;
+    }
+    if (base == nullptr || mark == nullptr) continue;
+    double minX = std::numeric_limits<double>::max(), maxX = -minX, top = 0;
+    for (const Vec2& p : base->points) {
+      minX = std::min(minX, p.x);
+      maxX = std::max(maxX, p.x);
+      top = std::max(top, p.y);
+    }
+    if (base->points.empty()) minX = maxX = base->advance / 2;
+    // The mark sits over the letter's x-height or cap height, whichever
+    // the letter reaches; ascenders (none among the bases) would be ignored.
+    const bool capital = top > kXHeight + 1;
+    const double anchorY =
+        mark->below ? 0 : (capital ? kGridPerCap + kMarkGapUpper : kXHeight + kMarkGapLower);
+    Entry e{source.code, *base};
+    ParseStrokes(mark->strokes, (minX + maxX) / 2, anchorY, e.glyph);
+    composed.push_back(std::move(e));
+  }
+  for (Entry& e : composed) entries.push_back(std::move(e));
+  std::sort(entries.begin(), entries.end(),
+            [](const Entry& a, const Entry& b) { return a.code < b.code; });
+  for (Entry& e : entries) {
+    ToCapHeights(e.glyph);
+    codes_.push_back(e.code);
+    glyphs_.push_back(std::move(e.glyph));
+  }
+  placeholder_.advance = stroke_data::Placeholder().advance;
+  ParseStrokes(stroke_data::Placeholder().strokes, 0, 0, placeholder_);
+  ToCapHeights(placeholder_);
+}
+
+const StrokeFont& StrokeFont::Get() {
+  static const StrokeFont font;
+  return font;
+}
+
+const StrokeGlyph* StrokeFont::Find(char32_t code) const {
+  const auto it = std::lower_bound(codes_.begin(), codes_.end(), code);
+  if (it == codes_.end() || *it != code) return nullptr;
+  return &glyphs_[static_cast<std::size_t>(it - codes_.begin())];
+}
+
+const StrokeGlyph& StrokeFont::GlyphOrPlaceholder(char32_t code) const {
+  const StrokeGlyph* glyph = Find(code);
+  return glyph != nullptr ? *glyph : placeholder_;
+}
+
+double StrokeFont::Advance(std::string_view text, double tracking) const {
+  double width = 0;
+  for (std::size_t i = 0; i < text.size();) {
+    const DecodedChar c = DecodeUtf8(text, i);
+    i += c.length;
+    width += GlyphOrPlaceholder(c.valid ? c.codePoint : 0xFFFD).advance * tracking;
+  }
+  return width;
+}
+
+void StrokeFont::AppendStrokes(std::string_view text, double tracking, std::vector<Vec2>& points,
+                               std::vector<int>& sizes) const {
+  double x = 0;
+  for (std::size_t i = 0; i < text.size();) {
+    const DecodedChar c = DecodeUtf8(text, i);
+    i += c.length;
+    const StrokeGlyph& glyph = GlyphOrPlaceholder(c.valid ? c.codePoint : 0xFFFD);
+    for (const Vec2& p : glyph.points) points.push_back({p.x + x, p.y});
+    sizes.insert(sizes.end(), glyph.sizes.begin(), glyph.sizes.end());
+    x += glyph.advance * tracking;
+  }
+}
+
+bool IsShapeFont(std::string_view family, std::string_view fontFile) {
+  if (!family.empty()) return false;
+  const std::size_t slash = fontFile.find_last_of("/\\");
+  const std::string_view name =
+      slash == std::string_view::npos ? fontFile : fontFile.substr(slash + 1);
+  const std::size_t dot = name.rfind('.');
+  if (dot == std::string_view::npos) return true;
+  const std::string_view ext = name.substr(dot + 1);
+  return ext.size() == 3 && (ext[0] == 's' || ext[0] == 'S') && (ext[1] == 'h' || ext[1] == 'H') &&
+         (ext[2] == 'x' || ext[2] == 'X');
+}
+
+}  // namespace sheafwork::embedded

@@ -1,0 +1,53 @@
+#pragma once
+// Our single-stroke font: what text in a shape font (.shx, "txt", no font
+// file) is drawn with, as polylines, so that every backend draws it. Cap
+// height 1, baseline at y = 0, glyphs laid along +x.
+
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "embedded/model/geometry.h"
+
+namespace sheafwork::embedded {
+
+/// One glyph, in cap heights: `sizes` splits `points` into open polylines.
+struct StrokeGlyph {
+  double advance = 0;
+  std::vector<Vec2> points;
+  std::vector<int> sizes;
+};
+
+class StrokeFont {
+ public:
+  /// The font, built from its tables on first use.
+  static const StrokeFont& Get();
+
+  /// The glyph of `code`; nullptr when the font lacks it.
+  const StrokeGlyph* Find(char32_t code) const;
+  /// The glyph of `code`, or the placeholder (a small box) when the font lacks it.
+  const StrokeGlyph& GlyphOrPlaceholder(char32_t code) const;
+  /// Width of `text` (UTF-8, one line) in cap heights; `tracking` scales
+  /// every advance.
+  double Advance(std::string_view text, double tracking = 1) const;
+  /// Appends the strokes of `text` laid from the origin along +x, in cap
+  /// heights: each stroke is `sizes.back()` points of `points`.
+  void AppendStrokes(std::string_view text, double tracking, std::vector<Vec2>& points,
+                     std::vector<int>& sizes) const;
+  /// Every character the font has, in code order.
+  std::span<const char32_t> Characters() const { return codes_; }
+
+ private:
+  StrokeFont();
+
+  std::vector<char32_t> codes_;
+  std::vector<StrokeGlyph> glyphs_;  ///< parallel to codes_
+  StrokeGlyph placeholder_;
+};
+
+/// Whether a text style's font is a shape font we draw with the stroke font:
+/// no TrueType family and a font file that is empty, has no extension, or
+/// ends in .shx.
+bool IsShapeFont(std::string_view family, std::string_view fontFile);
+
+}  // namespace sheafwork::embedded

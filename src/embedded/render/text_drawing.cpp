@@ -1,0 +1,176 @@
+#include "embedded/render/text_drawing.h"
+
+#include <cctype>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "embedded/render/stroke_font.h"
+#include "embedded/render/text_codes.h"
+#include "embedded/render/text_layout.h"
+
+namespace sheafwork::embedded {
+
+namespace {
+
+constexpr FontMetrics kStrokeMetrics{1.0, 4.0 / 12.0};
+
+/// Glyph space (cap heights) into text space: width factor and slant, then
+/// the baseline's left end at `origin`.
+Affine2 GlyphMap(double xScale, double yScale, double obliqueDegrees, Vec2 origin) {
+  const double shear = std::tan(Radians(obliqueDegrees));
+  return {xScale, 0, shear * yScale, yScale, origin.x, origin.y};
+}
+
+}  // namespace
+
+void DrawStrokeLine(Backend& backend, std::string_view text, double tracking,
+                    const Affine2& glyphToSheet, const Style& style,
+                    const std::optional<Box2>& cull) {
+  std::vector<Vec2> points;
+  std::vector<int> sizes;
+  StrokeFont::Get().AppendStrokes(text, tracking, points, sizes);
+  if (sizes.empty()) return;
+  Box2 box;
+  for (Vec2& p : points) {
+    p = glyphToSheet.Apply(p);
+    box.Extend(p);
+  }
+  if (cull && !box.Intersects(*cull)) return;
+  std::size_t first = 0;
+  for (int size : sizes) {
+    const auto n = static_cast<std::size_t>(size);
+    backend.DrawPolyline(std::span<const Vec2>(points).subspan(first, n), false, style);
+    first += n;
+  }
+}
+
+void DrawStrokeRun(Backend& backend, const TextRun& run, const Style& style,
+                   const std::optional<Box2>& cull) {
+  std::vector<std::string_view> lines;
+  std::string_view rest = run.text;
+  while (true) {
+    const std::size_t nl = rest.find('\n');
+    lines.push_back(rest.substr(0, nl));
+    if (nl == std::string_view::npos) break;
+    rest.remove_prefix(nl + 1);
+  }
+  const StrokeFont& font = StrokeFont::Get();
+  std::vector<double> widths;
+  for (std::string_view line : lines) widths.push_back(font.Advance(line, run.tracking));
+  std::vector<LinePlacement> placements(lines.size());
+  const RunPlacement p = PlaceRun(run, kStrokeMetrics, widths, placements);
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    const Affine2 glyph =
+        GlyphMap(p.xScale, p.yScale, run.obliqueDegrees, {placements[i].x, placements[i].baseline});
+    DrawStrokeLine(backend, lines[i], run.tracking, run.toSheet * glyph, style, cull);
+  }
+}
+
+void DrawTextToggles(Backend& backend, std::string_view raw, const TextRun& run, bool stroke,
+                     TextMeasure& measure, const Style& style, const std::optional<Box2>& cull) {
+  // The plain text piece by piece between the toggles, as AppendWithSpecialCodes reads it.
+  struct Mark {
+    std::size_t at;  ///< plain bytes before the toggle
+    char kind;       ///< 'u', 'o' or 'k'
+  };
+  std::vector<Mark> marks;
+  std::string plain;
+  std::size_t from = 0;
+  for (std::size_t i = 0; i + 2 < raw.size();) {
+    if (raw[i] != '%' || raw[i + 1] != '%') {
+      ++i;
+      continue;
+    }
+    const char code = static_cast<char>(std::tolower(static_cast<unsigned char>(raw[i + 2])));
+    if (code == 'u' || code == 'o' || code == 'k') {
+      AppendWithSpecialCodes(raw.substr(from, i - from), plain);
+      marks.push_back({plain.size(), code});
+      from = i + 3;
+    }
+    i += 3;
+  }
+  if (marks.empty()) return;
+  AppendWithSpecialCodes(raw.substr(from), plain);
+
+  const FontFace face{run.fontFamily, run.fontFile, run.bold, run.italic};
+  auto width = [&](std::size_t bytes) {
+    const std::string_view text = std::string_view(plain).substr(0, bytes);
+    return stroke ? StrokeFont::Get().Advance(text, run.tracking)
+                  : measure.Advance(face, text) * run.tracking;
+  };
+  const double widths[1] = {width(plain.size())};
+  LinePlacement line[1];
+  const FontMetrics metrics{1.0, stroke ? kStrokeMetrics.descent : measure.Descent(face)};
+  const RunPlacement p = PlaceRun(run, metrics, widths, line);
+  std::vector<Vec2> pairs;
+  for (const char kind : {'u', 'o', 'k'}) {
+    const double y = line[0].baseline + p.yScale * (kind == 'u' ? -0.2 : kind == 'o' ? 1.2 : 0.5);
+    std::optional<double> start;
+    auto add = [&](std::size_t end) {
+      const Vec2 a = run.toSheet.Apply({line[0].x + *start * p.xScale, y});
+      const Vec2 b = run.toSheet.Apply({line[0].x + width(end) * p.xScale, y});
+      if (!cull || Box2::Of(a, b).Intersects(*cull)) {
+        pairs.push_back(a);
+        pairs.push_back(b);
+      }
+      start.reset();
+    };
+    for (const Mark& m : marks) {
+      if (m.kind != kind) continue;
+      if (start) {
+        add(m.at);
+      } else {
+        start = width(m.at);
+      }
+    }
+    if (start) add(plain.size());  // on to the end of the text
+  }
+  if (!pairs.empty()) backend.DrawLines(pairs, style);
+}
+
+void DrawFormattedText(Backend& backend, const ShapedText& shaped, const Affine2& toSheet,
+                       const Style& style, const std::optional<Box2>& cull) {
+  auto styleOf = [&](const std::optional<std::uint32_t>& rgb) {
+    Style s = style;
+    if (rgb) s.rgb = *rgb;
+    return s;
+  };
+  for (const ShapedRun& r : shaped.runs) {
+    const MTextFormat& f = r.format;
+    const Style s = styleOf(f.rgb);
+    if (r.stroke) {
+      const Affine2 glyph =
+          GlyphMap(f.height * f.widthFactor, f.height, f.obliqueDegrees, r.origin);
+      DrawStrokeLine(backend, r.text, f.tracking, toSheet * glyph, s, cull);
+      continue;
+    }
+    TextRun run;
+    run.text = r.text;
+    run.toSheet = toSheet * Affine2::Translation(r.origin.x, r.origin.y);
+    run.height = f.height;
+    run.widthFactor = f.widthFactor;
+    run.obliqueDegrees = f.obliqueDegrees;
+    run.fontFamily = f.family;
+    run.fontFile = f.file;
+    run.bold = f.bold;
+    run.italic = f.italic;
+    run.tracking = f.tracking;
+    if (cull) {
+      Box2 box;
+      for (const Vec2 c : {Vec2{0, -f.height / 2}, Vec2{r.width, -f.height / 2},
+                           Vec2{r.width, f.height * 1.5}, Vec2{0, f.height * 1.5}}) {
+        box.Extend(run.toSheet.Apply(c));
+      }
+      if (!box.Intersects(*cull)) continue;
+    }
+    backend.DrawText(run, s);
+  }
+  for (const ShapedLine& line : shaped.lines) {
+    const Vec2 pair[2] = {toSheet.Apply(line.from), toSheet.Apply(line.to)};
+    if (cull && !Box2::Of(pair[0], pair[1]).Intersects(*cull)) continue;
+    backend.DrawLines(pair, styleOf(line.rgb));
+  }
+}
+
+}  // namespace sheafwork::embedded

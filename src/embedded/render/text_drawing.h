@@ -1,0 +1,43 @@
+#pragma once
+// The frontend's side of text: single-line text in a shape font drawn as
+// strokes, and multi-line text parsed, laid out and handed to the backend
+// run by run.
+
+#include <optional>
+#include <string_view>
+
+#include "embedded/render/backend.h"
+#include "embedded/render/box.h"
+#include "embedded/render/mtext_format.h"
+#include "embedded/render/text_layout.h"
+#include "embedded/render/text_shaper.h"
+
+namespace sheafwork::embedded {
+
+/// Draws one line of `text` with the stroke font; `glyphToSheet` maps its
+/// glyph space (cap height 1, baseline on x) onto the sheet. Nothing is
+/// drawn when the text misses `cull`.
+void DrawStrokeLine(Backend& backend, std::string_view text, double tracking,
+                    const Affine2& glyphToSheet, const Style& style,
+                    const std::optional<Box2>& cull);
+
+/// Draws a text run (single-line alignments, fit and aligned included) with
+/// the stroke font, placed as a backend places it.
+void DrawStrokeRun(Backend& backend, const TextRun& run, const Style& style,
+                   const std::optional<Box2>& cull);
+
+/// Draws the underline, overline and strike-through that %%u, %%o and %%k
+/// switch on and off in `raw`, the contents of single-line text drawn as
+/// `run` (whose text is `raw` with its special codes replaced), measured
+/// with the stroke font or `measure`.
+void DrawTextToggles(Backend& backend, std::string_view raw, const TextRun& run, bool stroke,
+                     TextMeasure& measure, const Style& style, const std::optional<Box2>& cull);
+
+/// Draws formatted multi-line text: runs in a TrueType face go to the
+/// backend as single-line runs placed at their baseline's left end, runs
+/// in a shape font as strokes, underlines and fraction bars as lines.
+/// `toSheet` maps the text's own space (attachment point at the origin).
+void DrawFormattedText(Backend& backend, const ShapedText& shaped, const Affine2& toSheet,
+                       const Style& style, const std::optional<Box2>& cull);
+
+}  // namespace sheafwork::embedded

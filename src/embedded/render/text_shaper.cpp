@@ -1,0 +1,293 @@
+#include "embedded/render/text_shaper.h"
+
+#include <algorithm>
+
+#include "embedded/render/stroke_font.h"
+
+namespace sheafwork::embedded {
+
+namespace {
+
+// Proportions of stacked text and of the lines drawn beside characters, in
+// cap heights of the text around them.
+constexpr double kStackScale = 0.6;
+constexpr double kStackGap = 0.15;
+constexpr double kUnderline = -0.2;
+constexpr double kOverline = 1.2;
+constexpr double kStrike = 0.5;
+constexpr double kPitch = 5.0 / 3.0;
+
+// A word, a run of blanks, or a stacked fraction, as the wrapping sees it.
+struct Atom {
+  enum class Kind { Word, Space, Stack, Break } kind;
+  const MTextPiece* piece;
+  std::string text;  ///< Word and Space
+  double width = 0;
+};
+
+struct Line {
+  std::vector<Atom> atoms;
+  std::vector<double> xs;  ///< each atom's start
+  double nominalHeight = 0;
+  int paragraphAlign = -1;
+};
+
+bool IsStroke(const MTextFormat& f) { return f.strokeFont; }
+
+MTextFormat StackPart(const MTextFormat& f) {
+  MTextFormat part = f;
+  part.height = f.height * kStackScale;
+  part.underline = part.overline = part.strike = false;
+  return part;
+}
+
+double StackWidth(const MTextPiece& p, TextMeasure& measure) {
+  const MTextFormat part = StackPart(p.format);
+  const double h = p.format.height;
+  const double top = FormattedWidth(p.text, part, measure);
+  const double bottom = FormattedWidth(p.bottom, part, measure);
+  if (p.stackKind == '#') return top + 0.45 * h + bottom;
+  return std::max(top, bottom) + (p.stackKind == '/' ? 0.2 : 0.1) * h;
+}
+
+class Shaper {
+ public:
+  Shaper(const TextBlock& block, TextMeasure& measure) : block_(block), measure_(measure) {}
+
+  ShapedText Shape(std::span<const MTextPiece> pieces) {
+    Split(pieces);
+    Wrap(pieces.empty() ? 1.0 : pieces.front().format.height);
+    Place();
+    return std::move(out_);
+  }
+
+ private:
+  // Text pieces into words and blanks; a stack is one atom.
+  void Split(std::span<const MTextPiece> pieces) {
+    for (const MTextPiece& p : pieces) {
+      if (p.kind == MTextPiece::Kind::Paragraph) {
+        atoms_.push_back({Atom::Kind::Break, &p, {}, 0});
+        continue;
+      }
+      if (p.kind == MTextPiece::Kind::Stack) {
+        atoms_.push_back({Atom::Kind::Stack, &p, {}, StackWidth(p, measure_)});
+        continue;
+      }
+      std::size_t i = 0;
+      while (i < p.text.size()) {
+        const bool blank = p.text[i] == ' ';
+        std::size_t j = i;
+        while (j < p.text.size() && (p.text[j] == ' ') == blank) ++j;
+        Atom a{blank ? Atom::Kind::Space : Atom::Kind::Word, &p, p.text.substr(i, j - i), 0};
+        a.width = FormattedWidth(a.text, p.format, measure_);
+        atoms_.push_back(std::move(a));
+        i = j;
+      }
+    }
+  }
+
+  static bool IsBreak(const Atom& a) { return a.kind == Atom::Kind::Break; }
+
+  void Wrap(double firstHeight) {
+    lines_.emplace_back();
+    lines_.back().nominalHeight = firstHeight;
+    double x = 0;
+    std::size_t i = 0;
+    while (i < atoms_.size()) {
+      const Atom& a = atoms_[i];
+      if (IsBreak(a)) {
+        lines_.emplace_back();
+        lines_.back().nominalHeight = a.piece->format.height;
+        x = 0;
+        ++i;
+        continue;
+      }
+      if (a.kind == Atom::Kind::Space) {
+        Add(a, x);
+        ++i;
+        continue;
+      }
+      // A group of words and stacks with no blank between them.
+      std::size_t j = i;
+      double width = 0;
+      while (j < atoms_.size() && !IsBreak(atoms_[j]) && atoms_[j].kind != Atom::Kind::Space) {
+        width += atoms_[j].width;
+        ++j;
+      }
+      if (block_.columnWidth > 0 && HasWords(lines_.back()) &&
+          x + width > block_.columnWidth * (1 + 1e-9)) {
+        lines_.emplace_back();
+        lines_.back().nominalHeight = a.piece->format.height;
+        x = 0;
+      }
+      for (; i < j; ++i) Add(atoms_[i], x);
+    }
+  }
+
+  static bool HasWords(const Line& line) {
+    return std::any_of(line.atoms.begin(), line.atoms.end(),
+                       [](const Atom& a) { return a.kind != Atom::Kind::Space; });
+  }
+
+  void Add(const Atom& a, double& x) {
+    Line& line = lines_.back();
+    if (line.atoms.empty()) line.paragraphAlign = a.piece->format.paragraphAlign;
+    line.atoms.push_back(a);
+    line.xs.push_back(x);
+    x += a.width;
+  }
+
+  static double LineHeight(const Line& line) {
+    double h = 0;
+    for (const Atom& a : line.atoms) h = std::max(h, a.piece->format.height);
+    return h > 0 ? h : line.nominalHeight;
+  }
+
+  static double LineWidth(const Line& line) {
+    double w = 0;
+    for (std::size_t k = 0; k < line.atoms.size(); ++k) {
+      if (line.atoms[k].kind != Atom::Kind::Space) w = line.xs[k] + line.atoms[k].width;
+    }
+    return w;
+  }
+
+  void Place() {
+    const std::size_t n = lines_.size();
+    std::vector<double> heights(n), widths(n), baselines(n);
+    double boxWidth = block_.columnWidth;
+    for (std::size_t k = 0; k < n; ++k) {
+      heights[k] = LineHeight(lines_[k]);
+      widths[k] = LineWidth(lines_[k]);
+      if (block_.columnWidth <= 0) boxWidth = std::max(boxWidth, widths[k]);
+    }
+    // Baselines below the top of the first line, then moved by the row of
+    // the attachment point: the block runs from the first line's cap height
+    // to the last line's baseline.
+    baselines[0] = -heights[0];
+    for (std::size_t k = 1; k < n; ++k) {
+      baselines[k] =
+          baselines[k - 1] - block_.lineSpacing * kPitch * std::max(heights[k - 1], heights[k]);
+    }
+    const double depth = -baselines[n - 1];
+    const int attachment = std::clamp(block_.attachment, 1, 9);
+    const int row = (attachment - 1) / 3, column = (attachment - 1) % 3;
+    const double shift = row == 0 ? 0 : (row == 1 ? depth / 2 : depth);
+    const double boxLeft = column == 0 ? 0 : (column == 1 ? -boxWidth / 2 : -boxWidth);
+    for (std::size_t k = 0; k < n; ++k) {
+      const int align = lines_[k].paragraphAlign >= 0 ? lines_[k].paragraphAlign : column;
+      const double slack = boxWidth - widths[k];
+      const double x = boxLeft + (align == 0 ? 0 : (align == 1 ? slack / 2 : slack));
+      EmitLine(lines_[k], x, baselines[k] + shift, heights[k]);
+    }
+  }
+
+  void EmitLine(const Line& line, double x0, double baseline, double lineHeight) {
+    // Trailing blanks are not drawn.
+    std::size_t end = line.atoms.size();
+    while (end > 0 && line.atoms[end - 1].kind == Atom::Kind::Space) --end;
+    ShapedRun current;
+    bool open = false;
+    auto close = [&] {
+      if (open && !current.text.empty()) Emit(std::move(current));
+      current = ShapedRun{};
+      open = false;
+    };
+    for (std::size_t k = 0; k < end; ++k) {
+      const Atom& a = line.atoms[k];
+      const MTextFormat& f = a.piece->format;
+      const double raise = f.lineAlign == 1   ? (lineHeight - f.height) / 2
+                           : f.lineAlign == 2 ? lineHeight - f.height
+                                              : 0;
+      if (a.kind == Atom::Kind::Stack) {
+        close();
+        EmitStack(*a.piece, {x0 + line.xs[k], baseline + raise});
+        continue;
+      }
+      if (open && current.format == f) {
+        current.text += a.text;
+        current.width += a.width;
+        continue;
+      }
+      close();
+      current.text = a.text;
+      current.format = f;
+      current.origin = {x0 + line.xs[k], baseline + raise};
+      current.width = a.width;
+      current.stroke = IsStroke(f);
+      open = true;
+    }
+    close();
+  }
+
+  void Emit(ShapedRun run) {
+    const MTextFormat& f = run.format;
+    const double h = f.height;
+    auto line = [&](double y) {
+      out_.lines.push_back({{run.origin.x, run.origin.y + y * h},
+                            {run.origin.x + run.width, run.origin.y + y * h},
+                            f.rgb});
+    };
+    if (f.underline) line(kUnderline);
+    if (f.overline) line(kOverline);
+    if (f.strike) line(kStrike);
+    out_.runs.push_back(std::move(run));
+  }
+
+  void EmitPart(const std::string& text, const MTextFormat& part, Vec2 at) {
+    if (text.empty()) return;
+    ShapedRun run;
+    run.text = text;
+    run.format = part;
+    run.origin = at;
+    run.width = FormattedWidth(text, part, measure_);
+    run.stroke = IsStroke(part);
+    out_.runs.push_back(std::move(run));
+  }
+
+  void EmitStack(const MTextPiece& p, Vec2 at) {
+    const MTextFormat part = StackPart(p.format);
+    const double h = p.format.height;
+    const double sh = part.height;
+    const double top = FormattedWidth(p.text, part, measure_);
+    const double bottom = FormattedWidth(p.bottom, part, measure_);
+    if (p.stackKind == '#') {  // top, a slash, bottom
+      EmitPart(p.text, part, {at.x, at.y + 0.45 * h});
+      out_.lines.push_back(
+          {{at.x + top + 0.05 * h, at.y - 0.05 * h}, {at.x + top + 0.35 * h, at.y + h}, part.rgb});
+      EmitPart(p.bottom, part, {at.x + top + 0.4 * h, at.y});
+      return;
+    }
+    if (p.stackKind == '^') {  // tolerances: left aligned, no bar
+      EmitPart(p.text, part, {at.x + 0.05 * h, at.y + 0.55 * h});
+      EmitPart(p.bottom, part, {at.x + 0.05 * h, at.y - 0.2 * h});
+      return;
+    }
+    const double width = std::max(top, bottom) + 0.2 * h;
+    const double bar = at.y + 0.5 * h;
+    EmitPart(p.text, part, {at.x + (width - top) / 2, bar + kStackGap * h});
+    EmitPart(p.bottom, part, {at.x + (width - bottom) / 2, bar - kStackGap * h - sh});
+    out_.lines.push_back({{at.x + 0.05 * h, bar}, {at.x + width - 0.05 * h, bar}, part.rgb});
+  }
+
+  const TextBlock& block_;
+  TextMeasure& measure_;
+  std::vector<Atom> atoms_;
+  std::vector<Line> lines_;
+  ShapedText out_;
+};
+
+}  // namespace
+
+double FormattedWidth(std::string_view text, const MTextFormat& f, TextMeasure& measure) {
+  if (text.empty()) return 0;
+  const double scale = f.height * f.widthFactor;
+  if (IsStroke(f)) return StrokeFont::Get().Advance(text, f.tracking) * scale;
+  return measure.Advance({f.family, f.file, f.bold, f.italic}, text) * f.tracking * scale;
+}
+
+ShapedText ShapeText(std::span<const MTextPiece> pieces, const TextBlock& block,
+                     TextMeasure& measure) {
+  return Shaper(block, measure).Shape(pieces);
+}
+
+}  // namespace sheafwork::embedded

@@ -1,0 +1,354 @@
+#include "embedded/render/text_drawing.h"
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "embedded/render/frontend.h"
+#include "embedded/render/plot_job.h"
+#include "embedded/render/qt_application.h"
+#include "embedded/render/render_test_support.h"
+#include "embedded/render/stroke_font.h"
+#include "fakes/temp_folder.h"
+
+namespace sheafwork::embedded {
+namespace {
+
+using testing::MakeDrawing;
+using testing::MakeEntity;
+using testing::ModelLayout;
+using testing::ModelSpace;
+using testing::Recorded;
+using testing::RecordingBackend;
+
+Box2 BoxOf(const std::vector<Recorded>& items, Recorded::Kind kind) {
+  Box2 box;
+  for (const Recorded& r : items) {
+    if (r.kind != kind) continue;
+    for (const Vec2& p : r.points) box.Extend(p);
+  }
+  return box;
+}
+
+std::size_t CountOf(const std::vector<Recorded>& items, Recorded::Kind kind) {
+  std::size_t n = 0;
+  for (const Recorded& r : items) n += r.kind == kind ? 1 : 0;
+  return n;
+}
+
+void AddStyle(Drawing& d, const std::string& name, const std::string& file,
+              const std::string& family = {}) {
+  TextStyle style;
+  style.name = name;
+  style.fontFile = file;
+  style.trueTypeFamily = family;
+  d.textStyles.push_back(style);
+  d.Reindex();
+}
+
+RecordingBackend DrawModel(const Drawing& d, TextMeasure* measure = nullptr) {
+  RecordingBackend rec;
+  FrontendOptions options;
+  options.textMeasure = measure;
+  Frontend frontend(d, rec, options);
+  frontend.DrawLayout(d.layouts[0], Affine2{});
+  return rec;
+}
+
+Text MakeText(const std::string& contents, const std::string& style, Vec2 at, double height) {
+  Text t;
+  t.text = contents;
+  t.style = style;
+  t.insert = {at.x, at.y, 0};
+  t.height = height;
+  return t;
+}
+
+TEST(TextDrawingTest, ShapeFontTextBecomesStrokesInItsPlace) {
+  Drawing d = MakeDrawing();
+  AddStyle(d, "Plume", "romans.shx");
+  ModelSpace(d).entities.push_back(MakeEntity(MakeText("Façade", "Plume", {20, 30}, 10)));
+  Text right = MakeText("Nord", "Plume", {0, 0}, 10);
+  right.horizontalAlign = 2;  // ends at its alignment point
+  right.alignPoint = {100, 60, 0};
+  right.hasAlignPoint = true;
+  ModelSpace(d).entities.push_back(MakeEntity(right));
+  Text fit = MakeText("AB", "Plume", {0, 90}, 5);
+  fit.horizontalAlign = 5;  // stretched between its two points
+  fit.alignPoint = {50, 90, 0};
+  fit.hasAlignPoint = true;
+  ModelSpace(d).entities.push_back(MakeEntity(fit));
+  d.Reindex();
+  const RecordingBackend rec = DrawModel(d);
+  EXPECT_EQ(CountOf(rec.items, Recorded::Kind::Text), 0u);
+
+  const double facade = StrokeFont::Get().Advance("Façade") * 10;
+  Box2 first, second, third;
+  for (const Recorded& r : rec.items) {
+    ASSERT_EQ(r.kind, Recorded::Kind::Polyline);
+    for (const Vec2& p : r.points) (p.y < 50 ? first : p.y < 80 ? second : third).Extend(p);
+  }
+  EXPECT_GE(first.min.x, 20 - 1e-9);
+  EXPECT_LE(first.max.x, 20 + facade);
+  EXPECT_GT(first.max.x, 20 + facade - 3);  // no more than a letter's bearing short
+  EXPECT_NEAR(first.max.y, 40, 1e-9);       // cap height
+  EXPECT_LT(first.min.y, 30);               // the cedilla hangs below the baseline
+  EXPECT_GT(first.min.y, 30 - 4);
+  EXPECT_LE(second.max.x, 100 + 1e-9);
+  EXPECT_GT(second.max.x, 97);
+  EXPECT_NEAR(second.min.y, 60, 1e-9);
+  EXPECT_NEAR(third.min.x, 0, 1e-9);
+  EXPECT_GT(third.max.x, 40);  // stretched over the 50 units, less B's bearing
+  EXPECT_LE(third.max.x, 50 + 1e-9);
+}
+
+TEST(TextDrawingTest, TrueTypeTextStaysOneRun) {
+  Drawing d = MakeDrawing();
+  AddStyle(d, "Arial", "arial.ttf");
+  AddStyle(d, "Famille", "", "DejaVu Sans");
+  ModelSpace(d).entities.push_back(MakeEntity(MakeText("a", "Arial", {0, 0}, 2)));
+  ModelSpace(d).entities.push_back(MakeEntity(MakeText("b", "Famille", {0, 0}, 2)));
+  ModelSpace(d).entities.push_back(MakeEntity(MakeText("c", "Inconnu", {0, 0}, 2)));
+  d.Reindex();
+  const RecordingBackend rec = DrawModel(d);
+  ASSERT_EQ(rec.items.size(), 3u);
+  for (const Recorded& r : rec.items) EXPECT_EQ(r.kind, Recorded::Kind::Text);
+}
+
+class FixedMeasure final : public TextMeasure {
+ public:
+  double Advance(const FontFace&, std::string_view text) override {
+    return static_cast<double>(text.size());
+  }
+};
+
+TEST(TextDrawingTest, MTextRunsCarryTheirColourAndPlace) {
+  Drawing d = MakeDrawing();
+  AddStyle(d, "Arial", "arial.ttf");
+  MText m;
+  m.text = "{\\C1;Rouge} noir\\P{\\Ftxt;trait}\\P\\Lsous";
+  m.style = "Arial";
+  m.insert = {10, 100, 0};
+  m.height = 2;
+  m.rotation = 90;  // the text runs upwards
+  Entity e = MakeEntity(m);
+  e.props.color = 5;
+  ModelSpace(d).entities.push_back(e);
+  d.Reindex();
+  FixedMeasure measure;
+  const RecordingBackend rec = DrawModel(d, &measure);
+  std::vector<const Recorded*> texts;
+  for (const Recorded& r : rec.items) {
+    if (r.kind == Recorded::Kind::Text) texts.push_back(&r);
+  }
+  ASSERT_EQ(texts.size(), 3u);
+  EXPECT_EQ(texts[0]->text, "Rouge");
+  EXPECT_EQ(texts[0]->style.rgb, 0xFF0000u);
+  EXPECT_EQ(texts[1]->text, " noir");
+  EXPECT_EQ(texts[1]->style.rgb, 0x0000FFu);  // the entity's colour 5
+  EXPECT_EQ(texts[2]->text, "sous");
+  // Rotated a quarter turn: the first line's baseline is 2 units right of
+  // the insertion point, the second run 5 characters (10 units) above it.
+  EXPECT_NEAR(texts[0]->points[0].x, 12, 1e-9);
+  EXPECT_NEAR(texts[0]->points[0].y, 100, 1e-9);
+  EXPECT_NEAR(texts[1]->points[0].y, 110, 1e-9);
+  // "trait" in a shape font: strokes between the first and third lines.
+  const Box2 strokes = BoxOf(rec.items, Recorded::Kind::Polyline);
+  EXPECT_FALSE(strokes.Empty());
+  EXPECT_GT(strokes.min.x, texts[0]->points[0].x);
+  EXPECT_LT(strokes.max.x, texts[2]->points[0].x);
+  // The underline of "sous", in the entity's colour, along the text.
+  ASSERT_EQ(CountOf(rec.items, Recorded::Kind::Lines), 1u);
+  const Box2 under = BoxOf(rec.items, Recorded::Kind::Lines);
+  EXPECT_NEAR(under.max.y - under.min.y, 8, 1e-9);
+  EXPECT_GT(under.min.x, texts[2]->points[0].x);
+}
+
+TEST(TextDrawingTest, TogglesDrawLinesAlongSingleLineText) {
+  struct Case {
+    const char* text;
+    const char* style;
+    int horizontalAlign;
+    std::vector<double> xs;  ///< ends of the expected segments, in characters
+    double y;                ///< their height, in cap heights
+  };
+  // Fixed-width TrueType face: one unit per byte; text 2 high at (100, 0).
+  const Case cases[] = {
+      {"a%%ub%%uc", "Arial", 0, {1, 2}, -0.2},
+      {"%%Oab", "Arial", 0, {0, 2}, 1.2},               // on to the end
+      {"%%ka%%kb%%kc", "Arial", 0, {0, 1, 2, 3}, 0.5},  // twice
+      {"a%%ub%%u", "Arial", 2, {-1, 0}, -0.2},          // right-aligned
+      {"%%%u", "Arial", 0, {}, 0},                      // "%" then a plain "u"
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    Drawing d = MakeDrawing();
+    AddStyle(d, "Arial", "arial.ttf");
+    Text t = MakeText(c.text, c.style, {100, 0}, 2);
+    t.horizontalAlign = static_cast<std::int16_t>(c.horizontalAlign);
+    t.alignPoint = {100, 0, 0};
+    t.hasAlignPoint = true;
+    ModelSpace(d).entities.push_back(MakeEntity(t));
+    d.Reindex();
+    FixedMeasure measure;
+    const RecordingBackend rec = DrawModel(d, &measure);
+    std::vector<Vec2> points;
+    for (const Recorded& r : rec.items) {
+      if (r.kind == Recorded::Kind::Lines)
+        points.insert(points.end(), r.points.begin(), r.points.end());
+    }
+    ASSERT_EQ(points.size(), c.xs.size());
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      EXPECT_NEAR(points[i].x, 100 + 2 * c.xs[i], 1e-9);
+      EXPECT_NEAR(points[i].y, 2 * c.y, 1e-9);
+    }
+  }
+  // With a shape font the lines follow the stroke font's widths.
+  Drawing d = MakeDrawing();
+  AddStyle(d, "Plume", "txt");
+  ModelSpace(d).entities.push_back(MakeEntity(MakeText("%%uSous%%u sol", "Plume", {0, 0}, 10)));
+  d.Reindex();
+  const RecordingBackend rec = DrawModel(d);
+  ASSERT_EQ(CountOf(rec.items, Recorded::Kind::Lines), 1u);
+  const Box2 line = BoxOf(rec.items, Recorded::Kind::Lines);
+  EXPECT_NEAR(line.min.x, 0, 1e-9);
+  EXPECT_NEAR(line.max.x, StrokeFont::Get().Advance("Sous") * 10, 1e-9);
+  EXPECT_NEAR(line.min.y, -2, 1e-9);
+}
+
+// A backend with no text of its own: text arrives as filled outlines.
+class OutlineBackend final : public Backend {
+ public:
+  void DrawLines(std::span<const Vec2>, const Style&) override {}
+  void DrawPolyline(std::span<const Vec2>, bool, const Style&) override {}
+  void FillLoops(std::span<const Vec2> points, std::span<const int> sizes,
+                 const Style& style) override {
+    for (const Vec2& p : points) box.Extend(p);
+    for (int s : sizes) {
+      loops += 1;
+      total += s;
+    }
+    count += points.size();
+    rgb = style.rgb;
+  }
+  void DrawPoint(Vec2, const Style&) override {}
+
+  Box2 box;
+  int loops = 0;
+  int total = 0;
+  std::size_t count = 0;
+  std::uint32_t rgb = 0;
+};
+
+TEST(TextDrawingTest, DefaultTextIsFilledOutlines) {
+  EnsureGuiApplication();
+  struct Case {
+    int horizontal;
+    double left, right;  ///< where the text may lie along x
+  };
+  // "HI" 10 high at (50, 20): about 15 wide in a sans-serif face.
+  const Case cases[] = {{0, 50, 80}, {2, 20, 50}};
+  for (const Case& c : cases) {
+    OutlineBackend backend;
+    TextRun run;
+    run.text = "HI";
+    run.height = 10;
+    run.horizontalAlign = c.horizontal;
+    run.toSheet = Affine2::Translation(50, 20);
+    backend.DrawText(run, Style{0x00FF00, 0.25});
+    EXPECT_GE(backend.loops, 2);  // one outline per letter at least
+    EXPECT_EQ(static_cast<std::size_t>(backend.total), backend.count);
+    EXPECT_EQ(backend.rgb, 0x00FF00u);
+    EXPECT_NEAR(backend.box.min.y, 20, 0.1);  // on the baseline
+    EXPECT_NEAR(backend.box.max.y, 30, 0.3);  // cap height 10
+    EXPECT_GE(backend.box.min.x, c.left);
+    EXPECT_LE(backend.box.max.x, c.right);
+    EXPECT_GT(backend.box.max.x - backend.box.min.x, 8);
+  }
+}
+
+// Plots `d` to a PDF, rasterised by pdftoppm at `dpi`; an empty image when
+// pdftoppm is missing.
+QImage PlotAndRasterise(const Drawing& d, const sheafwork::testing::TempFolder& folder,
+                        const PlotSettings& settings, int dpi) {
+  PlotJob job;
+  job.drawing = &d;
+  job.layout = &d.layouts[0];
+  job.settings = settings;
+  job.outputPath = folder.File("texte.pdf");
+  job.title = "texte";
+  RunPlotJob(job);
+  const std::string command = "pdftoppm -png -r " + std::to_string(dpi) + " -singlefile '" +
+                              job.outputPath + "' '" + folder.File("texte") + "' 2>/dev/null";
+  if (std::system(command.c_str()) != 0) return {};
+  QImage image(QString::fromStdString(folder.File("texte.png")));
+  if (const char* keep = std::getenv("SHEAFWORK_KEEP_TEXT_PLOTS")) {
+    image.save(QString::fromStdString(std::string(keep) + "/texte.png"));
+  }
+  return image;
+}
+
+// The share of pixels in a box (sheet mm, y up) that are inked.
+double InkShare(const QImage& image, double k, Vec2 from, Vec2 to,
+                std::uint32_t onlyRgb = 0xFFFFFFFF) {
+  int inked = 0, all = 0;
+  const int y0 = std::max(0, static_cast<int>(image.height() - to.y * k));
+  const int y1 = std::min(image.height(), static_cast<int>(image.height() - from.y * k));
+  const int x0 = std::max(0, static_cast<int>(from.x * k));
+  const int x1 = std::min(image.width(), static_cast<int>(to.x * k));
+  for (int y = y0; y < y1; ++y) {
+    for (int x = x0; x < x1; ++x) {
+      ++all;
+      const QRgb p = image.pixel(x, y);
+      if (onlyRgb == 0xFFFFFFFF) {
+        inked += qGray(p) < 160 ? 1 : 0;
+      } else {
+        const int r = qRed(p), g = qGreen(p), b = qBlue(p);
+        const int wr = static_cast<int>((onlyRgb >> 16) & 0xFF);
+        const int wg = static_cast<int>((onlyRgb >> 8) & 0xFF);
+        const int wb = static_cast<int>(onlyRgb & 0xFF);
+        inked += std::abs(r - wr) + std::abs(g - wg) + std::abs(b - wb) < 120 ? 1 : 0;
+      }
+    }
+  }
+  return all > 0 ? static_cast<double>(inked) / all : 0;
+}
+
+TEST(TextDrawingTest, PdfPlotShowsFormattedAndShapeFontText) {
+  Drawing d = MakeDrawing();
+  AddStyle(d, "Plume", "txt");
+  AddStyle(d, "Sans", "DejaVuSans.ttf");
+  ModelSpace(d).entities.push_back(
+      MakeEntity(MakeText("Élévation Sud %%c25", "Plume", {10, 170}, 10)));
+  MText m;
+  m.text = "{\\fDejaVu Sans|b1;Gras} et {\\C1;rouge}\\P{\\H2x;Grand} \\S1/2;\\P\\Lsouligné\\l fin";
+  m.style = "Sans";
+  m.insert = {10, 140, 0};
+  m.height = 6;
+  m.width = 150;
+  ModelSpace(d).entities.push_back(MakeEntity(m));
+  d.Reindex();
+  sheafwork::testing::TempFolder folder;
+  const int dpi = 100;
+  const QImage image = PlotAndRasterise(d, folder, testing::OneToOneSettings(200), dpi);
+  if (image.isNull()) GTEST_SKIP() << "pdftoppm is not available";
+  const double k = dpi / 25.4;
+  // The stroke-font title: ink along its line, nothing just above it.
+  const double title = StrokeFont::Get().Advance("Élévation Sud Ø25") * 10;
+  EXPECT_GT(InkShare(image, k, {10, 170}, {10 + title, 180}), 0.05);
+  EXPECT_LT(InkShare(image, k, {10, 185}, {10 + title, 195}), 0.001);
+  EXPECT_LT(InkShare(image, k, {10 + title + 2, 168}, {200, 182}), 0.001);
+  // The multi-line text: three lines from the top of the first at y = 140.
+  EXPECT_GT(InkShare(image, k, {10, 134}, {40, 140}), 0.05);             // "Gras et"
+  EXPECT_GT(InkShare(image, k, {35, 134}, {80, 140}, 0xFF0000), 0.02);   // "rouge" in red
+  EXPECT_LT(InkShare(image, k, {10, 134}, {30, 140}, 0xFF0000), 0.001);  // "Gras" not red
+  EXPECT_GT(InkShare(image, k, {10, 108}, {45, 120}), 0.05);             // "Grand" twice as high
+  EXPECT_LT(InkShare(image, k, {100, 60}, {200, 130}), 0.001);           // nothing further
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded
