@@ -55,7 +55,8 @@ class Backend {
   virtual void FillLoops(std::span<const Vec2> points, std::span<const int> loopSizes,
                          const Style& style) = 0;
   virtual void DrawPoint(Vec2 at, const Style& style) = 0;
-  virtual void DrawText(const TextRun& text, const Style& style) = 0;
+  /// By default nothing: backends without text of their own leave it out.
+  virtual void DrawText(const TextRun& text, const Style& style);
   /// Restricts what follows to the inside of `polygon` until PopClip.
   virtual void PushClip(std::span<const Vec2> polygon) { (void)polygon; }
   virtual void PopClip() {}
