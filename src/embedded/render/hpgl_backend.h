@@ -35,7 +35,7 @@ class HpglBackend final : public Backend {
   void PopClip() override;
 
   /// The whole plot file: the set-up with the pen table, what was drawn and
-  /// the end of the page.
+  /// the end of the page. Called once, when everything is drawn.
   std::string Finish();
 
   /// The colour (0xRRGGBB) of pen i + 1.

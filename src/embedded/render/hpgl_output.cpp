@@ -19,10 +19,13 @@ void WriteHpgl(const PlotJob& job, const SheetLayout& sheet) {
     throw PlotError(render_messages::FileCannotCreate("HP-GL/2", job.outputPath));
   }
   HpglBackend backend(sheet.frame.width, sheet.frame.height, job.title);
-  {
+  try {
     const Box2 whole = Box2::Of({0, 0}, {sheet.frame.width, sheet.frame.height});
     Frontend frontend(*job.drawing, backend, SheetFrontendOptions(job, sheet, whole));
     frontend.DrawLayout(*job.layout, sheet.drawingToSheet);
+  } catch (...) {
+    file.remove();
+    throw;
   }
   const std::string text = backend.Finish();
   if (file.write(text.data(), static_cast<qint64>(text.size())) !=

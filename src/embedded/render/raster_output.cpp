@@ -62,7 +62,12 @@ void WritePng(const PlotJob& job, const SheetLayout& sheet) {
     if (!painter.begin(&image)) fail(render_messages::ImageNoMemory(size.width, size.height));
     PaintOptions options;
     options.pixelsPerMm = dpi / 25.4;
-    PaintSheet(painter, job, sheet, options);
+    try {
+      PaintSheet(painter, job, sheet, options);
+    } catch (...) {
+      file.remove();
+      throw;
+    }
     painter.end();
   }
   QImageWriter writer(&file, "png");

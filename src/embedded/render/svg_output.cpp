@@ -1,5 +1,6 @@
 // The SVG plot: the sheet's real size in millimetres, drawn in millimetres.
 
+#include <QFile>
 #include <QFileInfo>
 #include <QPainter>
 #include <QRectF>
@@ -7,6 +8,7 @@
 #include <QString>
 #include <QSvgGenerator>
 #include <cmath>
+#include <exception>
 
 #include "embedded/render/file_outputs.h"
 #include "embedded/render/messages.h"
@@ -27,6 +29,8 @@ constexpr double kDotsPerMm = kDotsPerInch / 25.4;
 void WriteSvg(const PlotJob& job, const SheetLayout& sheet) {
   const QString path = QString::fromStdString(job.outputPath);
   const SheetFrame& frame = sheet.frame;
+  std::exception_ptr failure;
+  bool ended = false;
   {
     QSvgGenerator generator;
     generator.setFileName(path);
@@ -43,9 +47,18 @@ void WriteSvg(const PlotJob& job, const SheetLayout& sheet) {
     }
     PaintOptions options;
     options.pixelsPerMm = 1;
-    PaintSheet(painter, job, sheet, options);
-    if (!painter.end()) throw PlotError(render_messages::FileCannotWrite("SVG", job.outputPath));
+    try {
+      PaintSheet(painter, job, sheet, options);
+    } catch (...) {
+      failure = std::current_exception();
+    }
+    ended = painter.end();
   }  // the generator closes the file here
+  if (failure) {
+    QFile::remove(path);
+    std::rethrow_exception(failure);
+  }
+  if (!ended) throw PlotError(render_messages::FileCannotWrite("SVG", job.outputPath));
   const QFileInfo written(path);
   if (!written.exists() || written.size() == 0) {
     throw PlotError(render_messages::FileCannotWrite("SVG", job.outputPath));
