@@ -139,6 +139,44 @@ TEST_F(PlotCommand, PlotsEveryLayoutOfAGoodListToItsSheet) {
   }
 }
 
+TEST_F(PlotCommand, ImageDrawingAndPlotterDevicesWriteTheirFilesBesideTheDrawing) {
+  const std::string rdc = Plan("rez-de-chaussee.dxf");
+  for (const char* device : {"PNG.pc3", "SVG.pc3", "HPGL2.pc3"}) {
+    List("add " + Quoted(list_) + " " + Quoted(rdc) + " --layout 'Plan A3' --device " + device);
+  }
+  SetLogs();
+  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
+  EXPECT_EQ(run.status, 0) << run.err;
+  ASSERT_EQ(PlottedRows().size(), 3u) << testing::TempFolder::Read(journal_);
+
+  // The A3 sheet, 420 x 297 mm, in each.
+  const std::string stem = plans_ + "/rez-de-chaussee-Plan A3.";
+  const std::string png = testing::TempFolder::Read(stem + "png");
+  ASSERT_GT(png.size(), 24u) << "no PNG";
+  EXPECT_EQ(png.substr(1, 3), "PNG");
+  const auto bigEndian = [&](std::size_t at) {
+    std::uint32_t v = 0;
+    for (std::size_t i = 0; i < 4; ++i) v = (v << 8) | static_cast<unsigned char>(png[at + i]);
+    return v;
+  };
+  EXPECT_EQ(bigEndian(16), 3307u);  // 200 dots per inch
+  EXPECT_EQ(bigEndian(20), 2339u);
+
+  const std::string svg = testing::TempFolder::Read(stem + "svg");
+  EXPECT_NE(svg.find("width=\"420mm\" height=\"297mm\""), std::string::npos) << svg.substr(0, 200);
+  EXPECT_NE(svg.find("<title>rez-de-chaussee.dxf - Plan A3</title>"), std::string::npos);
+
+  const std::string plt = testing::TempFolder::Read(stem + "plt");
+  EXPECT_EQ(plt.rfind("IN;", 0), 0u) << plt.substr(0, 100);
+  EXPECT_NE(plt.find("PS16800,11880;"), std::string::npos);
+  EXPECT_NE(plt.find("PD"), std::string::npos);
+  EXPECT_EQ(plt.substr(plt.size() - 3), "PG;");
+
+  for (const auto& line : testing::ReadLogLines(errors_)) {
+    EXPECT_EQ(line.find("ERREUR"), std::string::npos) << line;
+  }
+}
+
 TEST_F(PlotCommand, AFailingRowIsLoggedAndTheRunGoesOn) {
   const std::string rdc = Plan("rez-de-chaussee.dxf");
   const std::string missing = Plan("sous-sol.dxf");

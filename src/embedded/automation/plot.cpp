@@ -25,6 +25,23 @@ std::string FileNamePart(std::string name) {
   return name;
 }
 
+// The kind of file a device's driver writes; a printer's plot to a file is
+// a PDF file.
+OutputKind FileOutput(DeviceDriver driver) {
+  switch (driver) {
+    case DeviceDriver::Png:
+      return OutputKind::Png;
+    case DeviceDriver::Svg:
+      return OutputKind::Svg;
+    case DeviceDriver::Hpgl:
+      return OutputKind::Hpgl;
+    case DeviceDriver::Pdf:
+    case DeviceDriver::Printer:
+      break;
+  }
+  return OutputKind::Pdf;
+}
+
 class PlotObject : public host::Plot {
  public:
   PlotObject(std::shared_ptr<HostCore> core, std::shared_ptr<DocumentState> doc)
@@ -125,17 +142,13 @@ class PlotObject : public host::Plot {
     job.title = drawingName + " - " + layoutName;
     std::string output;
     if (device->WritesFiles() || file) {
-      // A printer's plot to a file is a PDF file.
-      if (device->WritesFiles() && device->config.driver != DeviceDriver::Pdf) {
-        return fail(msg::DriverNotSupported(DriverName(device->config.driver)));
-      }
       output = OutputFile(file, *device, layoutName);
       const fs::path folder = fs::path(output).parent_path();
       std::error_code ec;
       if (!folder.empty() && !fs::is_directory(folder, ec)) {
         return fail(msg::NoOutputFolder(folder.string()));
       }
-      job.output = OutputKind::Pdf;
+      job.output = FileOutput(device->config.driver);
       job.outputPath = output;
     } else {
       job.output = OutputKind::Printer;

@@ -37,6 +37,25 @@ std::string PdfCannotWrite(const std::string& path) {
   return "impossible d'écrire le fichier PDF : " + path;
 }
 
+std::string FileCannotCreate(const std::string& format, const std::string& path) {
+  return "impossible de créer le fichier " + format + " : " + path;
+}
+
+std::string FileCannotWrite(const std::string& format, const std::string& path) {
+  return "impossible d'écrire le fichier " + format + " : " + path;
+}
+
+std::string ImageTooLarge(long long widthPx, long long heightPx, int dpi) {
+  return "image trop grande : " + std::to_string(widthPx) + " x " + std::to_string(heightPx) +
+         " pixels à " + std::to_string(dpi) +
+         " points par pouce ; réduisez la résolution du périphérique";
+}
+
+std::string ImageNoMemory(long long widthPx, long long heightPx) {
+  return "mémoire insuffisante pour une image de " + std::to_string(widthPx) + " x " +
+         std::to_string(heightPx) + " pixels ; réduisez la résolution du périphérique";
+}
+
 std::string PrinterNotFound(const std::string& name) { return "imprimante introuvable : " + name; }
 
 std::string PrinterRefusesPaper(const std::string& name, double widthMm, double heightMm) {

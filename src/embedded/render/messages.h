@@ -10,6 +10,11 @@ std::string InvalidPaper(double widthMm, double heightMm);
 std::string NoGuiApplication();
 std::string PdfCannotCreate(const std::string& path);
 std::string PdfCannotWrite(const std::string& path);
+/// `format` names the kind of file: "PNG", "SVG", "HP-GL/2".
+std::string FileCannotCreate(const std::string& format, const std::string& path);
+std::string FileCannotWrite(const std::string& format, const std::string& path);
+std::string ImageTooLarge(long long widthPx, long long heightPx, int dpi);
+std::string ImageNoMemory(long long widthPx, long long heightPx);
 std::string PrinterNotFound(const std::string& name);
 std::string PrinterRefusesPaper(const std::string& name, double widthMm, double heightMm);
 std::string PrinterCannotStart(const std::string& name);

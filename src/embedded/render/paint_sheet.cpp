@@ -34,10 +34,25 @@ SheetLayout PlanSheet(const PlotJob& job) {
   return ComputeSheetLayout(s, ComputePlotRegion(*job.drawing, *job.layout, s));
 }
 
+FrontendOptions SheetFrontendOptions(const PlotJob& job, const SheetLayout& sheet, Box2 cull,
+                                     double dotsPerMm) {
+  const PlotSettings& s = job.settings;
+  cull.min = {cull.min.x - kCullSlackMm, cull.min.y - kCullSlackMm};
+  cull.max = {cull.max.x + kCullSlackMm, cull.max.y + kCullSlackMm};
+  FrontendOptions fo;
+  fo.flattening = {kFlatteningMm, 16};
+  fo.lineweights.plotLineweights = s.Has(kPrintLineweights) || s.Has(kPlotPlotStyles);
+  fo.lineweights.scale = s.Has(kScaleLineweights) && !job.layout->IsModel() ? sheet.scale : 1.0;
+  fo.lineweights.thinMm = ThinnestVisibleLineMm(dotsPerMm);
+  if (s.Has(kPlotPlotStyles)) fo.plotStyles = job.plotStyles;
+  fo.cull = cull;
+  fo.viewportsFirst = s.Has(kDrawViewportsFirst);
+  return fo;
+}
+
 FrontendStats PaintSheet(QPainter& painter, const PlotJob& job, const SheetLayout& sheet,
                          const PaintOptions& options) {
   EnsureGuiApplication();
-  const PlotSettings& s = job.settings;
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing, true);
   painter.setRenderHint(QPainter::TextAntialiasing, true);
@@ -50,17 +65,7 @@ FrontendStats PaintSheet(QPainter& painter, const PlotJob& job, const SheetLayou
     painter.setClipRect(QRectF(p.min.x, p.min.y, p.Width(), p.Height()), Qt::IntersectClip);
     cull = p;
   }
-  cull.min = {cull.min.x - kCullSlackMm, cull.min.y - kCullSlackMm};
-  cull.max = {cull.max.x + kCullSlackMm, cull.max.y + kCullSlackMm};
-
-  FrontendOptions fo;
-  fo.flattening = {kFlatteningMm, 16};
-  fo.lineweights.plotLineweights = s.Has(kPrintLineweights) || s.Has(kPlotPlotStyles);
-  fo.lineweights.scale = s.Has(kScaleLineweights) && !job.layout->IsModel() ? sheet.scale : 1.0;
-  fo.lineweights.thinMm = ThinnestVisibleLineMm(options.pixelsPerMm);
-  if (s.Has(kPlotPlotStyles)) fo.plotStyles = job.plotStyles;
-  fo.cull = cull;
-  fo.viewportsFirst = s.Has(kDrawViewportsFirst);
+  const FrontendOptions fo = SheetFrontendOptions(job, sheet, cull, options.pixelsPerMm);
 
   FrontendStats stats;
   {

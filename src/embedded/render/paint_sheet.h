@@ -18,6 +18,13 @@ struct PaintOptions {
   bool clipToPrintable = false;  ///< printers: nothing outside the printable area
 };
 
+/// How the frontend draws the job's sheet for any backend: lineweights,
+/// flattening and viewport order from the settings, primitives outside
+/// `cull` (sheet mm) dropped, the thinnest line one dot of a device with
+/// `dotsPerMm`.
+FrontendOptions SheetFrontendOptions(const PlotJob& job, const SheetLayout& sheet, Box2 cull,
+                                     double dotsPerMm);
+
 /// Paints the job's sheet on `painter`, whose device origin is the sheet's
 /// top-left corner; the background is left as it is. Creates the Qt
 /// application when there is none. Returns what was left out.

@@ -11,6 +11,7 @@
 #include <QString>
 #include <algorithm>
 
+#include "embedded/render/file_outputs.h"
 #include "embedded/render/messages.h"
 #include "embedded/render/paint_sheet.h"
 #include "embedded/render/qt_application.h"
@@ -93,6 +94,15 @@ void RunPlotJob(const PlotJob& job) {
       return;
     case OutputKind::Printer:
       Print(job, sheet);
+      return;
+    case OutputKind::Png:
+      WritePng(job, sheet);
+      return;
+    case OutputKind::Svg:
+      WriteSvg(job, sheet);
+      return;
+    case OutputKind::Hpgl:
+      WriteHpgl(job, sheet);
       return;
   }
 }

@@ -14,6 +14,9 @@ namespace sheafwork::embedded {
 enum class OutputKind {
   Pdf,      ///< a vector PDF file at `outputPath`
   Printer,  ///< the system printer `printerName`
+  Png,      ///< a raster PNG file of the whole sheet at `resolutionDpi`
+  Svg,      ///< a vector SVG file at the sheet's size in millimetres
+  Hpgl,     ///< an HP-GL/2 plot file, 40 plotter units per millimetre
 };
 
 struct PlotJob {

@@ -99,15 +99,37 @@ TEST_F(EmbeddedPlotTest, APrinterDevicePrints) {
   EXPECT_THAT(HostLog().at(0), HasSubstr("sortie imprimante Bureau-HP"));
 }
 
+TEST_F(EmbeddedPlotTest, EachFileDriverWritesItsKindOfFile) {
+  for (const char* name : {"PNG.pc3", "SVG.pc3", "HPGL2.pc3"}) {
+    std::filesystem::copy_file(std::string(SHEAFWORK_SOURCE_DIR) + "/data/plotters/" + name,
+                               data.path() / "plotters" / name);
+  }
+  auto doc = OpenPlan();
+  auto plot = doc->GetPlot();
+  Show(*doc, "Coupe");
+  ASSERT_TRUE(plot->PlotToDevice("PNG.pc3"));
+  ASSERT_TRUE(plot->PlotToDevice("SVG.pc3"));
+  ASSERT_TRUE(plot->PlotToDevice("HPGL2.pc3"));
+  ASSERT_TRUE(plot->PlotToFile(files.File("imprimante"), "Bureau-HP"));
+  ASSERT_EQ(plots.size(), 4u);
+  EXPECT_EQ(plots[0].output, OutputKind::Png);
+  EXPECT_EQ(plots[0].outputPath, files.File("Plan-Coupe.png"));
+  EXPECT_EQ(plots[1].output, OutputKind::Svg);
+  EXPECT_EQ(plots[1].outputPath, files.File("Plan-Coupe.svg"));
+  EXPECT_EQ(plots[2].output, OutputKind::Hpgl);
+  EXPECT_EQ(plots[2].outputPath, files.File("Plan-Coupe.plt"));
+  // A printer's plot to a file is a PDF file.
+  EXPECT_EQ(plots[3].output, OutputKind::Pdf);
+  EXPECT_EQ(plots[3].outputPath, files.File("imprimante.pdf"));
+}
+
 TEST_F(EmbeddedPlotTest, FailedPlotsReturnFalseWithTheirReasonInTheHostLog) {
-  data.Write("plotters/Image.pc3", "driver = png\npaper = A | 100 x 100\n");
   data.Write("plotters/Casse.pc3", "driver = pdf\n");
   auto doc = OpenPlan();
   auto plot = doc->GetPlot();
   Show(*doc, "Coupe");
   EXPECT_FALSE(plot->PlotToDevice(std::nullopt));  // its device is "Aucun"
   EXPECT_FALSE(plot->PlotToDevice("Absent.pc3"));
-  EXPECT_FALSE(plot->PlotToDevice("Image.pc3"));
   EXPECT_FALSE(plot->PlotToDevice("Casse.pc3"));
   EXPECT_FALSE(plot->PlotToFile(files.File("absent/x.pdf"), "PDF.pc3"));
   plotFailure = "police introuvable";
@@ -116,14 +138,13 @@ TEST_F(EmbeddedPlotTest, FailedPlotsReturnFalseWithTheirReasonInTheHostLog) {
 
   const std::string start = "Échec du tracé : dessin " + planPath + ", présentation Coupe, ";
   const auto log = HostLog();
-  ASSERT_EQ(log.size(), 6u);
+  ASSERT_EQ(log.size(), 5u);
   EXPECT_EQ(log[0], start + "périphérique Aucun : aucun périphérique de traçage (« Aucun »)");
   EXPECT_EQ(log[1],
             start + "périphérique Absent.pc3 : périphérique de traçage introuvable : Absent.pc3");
-  EXPECT_THAT(log[2], HasSubstr("le pilote « png » n'est pas encore pris en charge"));
-  EXPECT_THAT(log[3], HasSubstr("Casse.pc3 : aucun papier"));
-  EXPECT_THAT(log[4], HasSubstr("dossier de sortie introuvable : " + files.File("absent")));
-  EXPECT_EQ(log[5], start + "périphérique PDF.pc3 : police introuvable");
+  EXPECT_THAT(log[2], HasSubstr("Casse.pc3 : aucun papier"));
+  EXPECT_THAT(log[3], HasSubstr("dossier de sortie introuvable : " + files.File("absent")));
+  EXPECT_EQ(log[4], start + "périphérique PDF.pc3 : police introuvable");
   EXPECT_EQ(display->failures, log);
 }
 
