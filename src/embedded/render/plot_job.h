@@ -25,6 +25,7 @@ struct PlotJob {
   std::string printerName;
   int resolutionDpi = 1200;
   std::string title;  ///< document title: drawing and layout
+  int copies = 1;     ///< printers: the number of copies the printer makes
 };
 
 /// The plot could not be made; the message says why, in French, for the

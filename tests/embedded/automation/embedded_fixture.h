@@ -47,6 +47,7 @@ struct CapturedPlot {
   std::string outputPath;
   std::string printerName;
   std::vector<Layer> layers;
+  int copies = 1;
 };
 
 /// A drawing with the model layout and two paper-space layouts, stored out of
@@ -134,7 +135,7 @@ class EmbeddedHostTest : public ::testing::Test {
     options.plotter = [this](const PlotJob& job) {
       if (!plotFailure.empty()) throw PlotError(plotFailure);
       plots.push_back({job.drawing->path, job.layout->name, job.settings, job.output,
-                       job.outputPath, job.printerName, job.drawing->layers});
+                       job.outputPath, job.printerName, job.drawing->layers, job.copies});
     };
   }
 
