@@ -26,7 +26,7 @@ class RunSession {
       : io_(io), prompt_(io.err), session_(io.env.defaultLogFolder) {}
   ~RunSession() { End(); }
 
-  /// Loads the list and starts the host (through `factory` when given);
+  /// Loads the list and starts the host (through `given` when there is one);
   /// false with `status` set otherwise.
   bool Start(const std::string& list, const std::string& hostName, int& status,
              const HostFactory* given = nullptr) {
