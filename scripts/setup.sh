@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs every Debian package that building, testing and the demo need.
-# Idempotent: when everything is already installed it changes nothing.
+# Installs every Debian package that building, testing and the demo need,
+# and lets CUPS print to files (the printing tests use a file-backed queue).
+# Idempotent: when everything is already in place it changes nothing.
 set -euo pipefail
 
 packages=(
@@ -16,7 +17,26 @@ packages=(
   qt6-translations-l10n      # Qt's own dialog texts in French
   xvfb xauth                 # screenshots of the desktop application on a virtual display
   poppler-utils              # pdfinfo, pdftoppm: looking at the plotted PDF files
+  cups-daemon cups-client cups-filters   # printing tests: a CUPS queue writing to a file
 )
+
+# A CUPS queue with a file: device needs "FileDevice Yes". A running server
+# is told to read its configuration again.
+configure_cups() {
+  local conf=/etc/cups/cups-files.conf
+  [ -f "$conf" ] || return 0
+  grep -q '^FileDevice Yes' "$conf" && return 0
+  local root=""
+  if [ "$(id -u)" -ne 0 ]; then
+    if command -v sudo >/dev/null 2>&1; then root="sudo"; else
+      echo "setup: cannot allow file devices in $conf (not root)" >&2
+      return 0
+    fi
+  fi
+  echo "FileDevice Yes" | $root tee -a "$conf" >/dev/null
+  echo "setup: CUPS may now print to files"
+  if [ -s /run/cups/cupsd.pid ]; then $root kill -HUP "$(cat /run/cups/cupsd.pid)" || true; fi
+}
 
 missing=()
 for p in "${packages[@]}"; do
@@ -27,6 +47,7 @@ done
 
 if [ ${#missing[@]} -eq 0 ]; then
   echo "setup: all packages present"
+  configure_cups
   exit 0
 fi
 
@@ -40,3 +61,4 @@ fi
 echo "setup: installing ${missing[*]}"
 $sudo apt-get update -q
 DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -q --no-install-recommends "${missing[@]}"
+configure_cups

@@ -6,6 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 bash scripts/setup.sh
+bash scripts/start-cups.sh
 
 echo "== sanitizer build (address, undefined behaviour)"
 bash scripts/build.sh build-asan -DSHEAFWORK_SANITIZE=ON

@@ -129,7 +129,7 @@ HostRegistry& ProgramHosts() {
   static HostRegistry hosts = [] {
     HostRegistry registry;
     registry.Register(
-        "embarque", [] { return embedded::MakeEmbeddedHost(); }, /*makeDefault=*/true);
+        kEmbeddedHostName, [] { return embedded::MakeEmbeddedHost(); }, /*makeDefault=*/true);
     return registry;
   }();
   return hosts;
@@ -211,6 +211,9 @@ int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
   plotCmd->add_option("LIST", plot.list, "Fichier liste (.qx3)")->required();
   plotCmd->add_option("--host", plot.host,
                       "Hôte CAO à piloter (par défaut : " + HostHelp(env) + ")");
+  AddText(plotCmd, "--combine", plot.combine,
+          "Réunir aussi toutes les feuilles tracées, dans l'ordre, en un seul fichier PDF "
+          "(hôte embarqué seulement)");
 
   CheckOptions check;
   CLI::App* checkCmd =

@@ -33,6 +33,9 @@ struct CommandEnvironment {
   Clock clock;
 };
 
+/// The name under which the embedded host is registered.
+inline constexpr const char* kEmbeddedHostName = "embarque";
+
 /// The hosts built into the program.
 HostRegistry& ProgramHosts();
 

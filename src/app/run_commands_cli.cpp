@@ -5,6 +5,8 @@
 #include <system_error>
 
 #include "app/console_prompt.h"
+#include "embedded/automation/embedded_host.h"
+#include "host/error.h"
 #include "host/startup.h"
 #include "platform/program_folders.h"
 #include "plotrun/plot_run.h"
@@ -22,15 +24,15 @@ class RunSession {
  public:
   explicit RunSession(const CommandIo& io)
       : io_(io), prompt_(io.err), session_(io.env.defaultLogFolder) {}
-  ~RunSession() {
-    if (host_) EndSession(session_, host_.get(), prompt_);
-  }
+  ~RunSession() { End(); }
 
-  /// Loads the list and starts the host; false with `status` set otherwise.
-  bool Start(const std::string& list, const std::string& hostName, int& status) {
+  /// Loads the list and starts the host (through `given` when there is one);
+  /// false with `status` set otherwise.
+  bool Start(const std::string& list, const std::string& hostName, int& status,
+             const HostFactory* given = nullptr) {
     if (!LoadList(session_, FullPath(list), io_, status)) return false;
     const HostRegistry& hosts = io_.env.hosts ? *io_.env.hosts : ProgramHosts();
-    const HostFactory* factory = hosts.Find(hostName);
+    const HostFactory* factory = given ? given : hosts.Find(hostName);
     if (!factory) {
       status = NoHost(hosts, hostName);
       return false;
@@ -48,6 +50,12 @@ class RunSession {
       return false;
     }
     return true;
+  }
+
+  /// Ends the session and lets the host go; the destructor does it otherwise.
+  void End() {
+    if (host_) EndSession(session_, host_.get(), prompt_);
+    host_.reset();
   }
 
   Session& session() { return session_; }
@@ -125,12 +133,71 @@ std::string LogSummary(const LogSettings& log) {
   return text;
 }
 
+/// How the combined PDF of a run went, as the embedded host tells it.
+struct CombinedOutcome {
+  bool closed = false;
+  int pages = 0;
+  std::string error;
+};
+
+/// The embedded host writing every sheet also into `path`. An error that
+/// keeps it from starting is printed here, since starting a host only says
+/// that it failed.
+HostFactory CombiningHost(const std::string& path, std::shared_ptr<CombinedOutcome> outcome,
+                          const CommandIo& io) {
+  return [path, outcome, &io] {
+    embedded::EmbeddedHostOptions hostOptions;
+    hostOptions.combinedPdf = path;
+    hostOptions.combinedPdfClosed = [outcome](int pages, const std::string& error) {
+      *outcome = CombinedOutcome{true, pages, error};
+    };
+    try {
+      return embedded::MakeEmbeddedHost(std::move(hostOptions));
+    } catch (const host::Error& error) {
+      io.err << "sheafwork: " << error.description() << '\n';
+      throw;
+    }
+  };
+}
+
+/// Names the combined PDF after the run; false when it was not written
+/// although sheets were plotted.
+bool ReportCombined(const CombinedOutcome& outcome, const std::string& path, std::ostream& err) {
+  if (!outcome.closed || !outcome.error.empty()) {
+    // The host already said why, when it could.
+    err << "sheafwork: " << path << " : PDF combiné non écrit\n";
+    return false;
+  }
+  if (outcome.pages == 0) {
+    err << "sheafwork: " << path << " : aucune feuille tracée, PDF combiné non écrit\n";
+    return true;
+  }
+  err << "sheafwork: PDF combiné : " << path << " (" << outcome.pages << " page(s))\n";
+  return true;
+}
+
 }  // namespace
 
 int RunPlot(const PlotOptions& options, const CommandIo& io) {
   RunSession run(io);
   int status = kExitOk;
-  if (!run.Start(options.list, options.host, status)) return status;
+  HostFactory combining;
+  const auto combined = std::make_shared<CombinedOutcome>();
+  std::string combinedPath;
+  if (options.combine) {
+    const HostRegistry& hosts = io.env.hosts ? *io.env.hosts : ProgramHosts();
+    const std::string& name = options.host.empty() ? hosts.DefaultName() : options.host;
+    if (name != kEmbeddedHostName) {
+      io.err << "sheafwork: --combine demande l'hôte embarqué (« " << kEmbeddedHostName
+             << " »), pas « " << name << " »\n";
+      return kExitBadInput;
+    }
+    combinedPath = FullPath(*options.combine);
+    combining = CombiningHost(combinedPath, combined, io);
+  }
+  if (!run.Start(options.list, options.host, status, options.combine ? &combining : nullptr)) {
+    return status;
+  }
 
   ProgressLines progress(io.err);
   RunServices services;
@@ -138,6 +205,8 @@ int RunPlot(const PlotOptions& options, const CommandIo& io) {
   services.observer = &progress;
   services.prompt = &run.prompt();
   const RunResult result = PlotAllEntries(run.session(), run.host(), services);
+  run.End();  // the host writes the combined PDF at the latest when it quits
+  const bool combinedOk = !options.combine || ReportCombined(*combined, combinedPath, io.err);
 
   io.err << "sheafwork: " << result.plotted << " ligne(s) tracée(s), " << result.failed
          << " en échec";
@@ -147,7 +216,7 @@ int RunPlot(const PlotOptions& options, const CommandIo& io) {
     io.err << ", traçage arrêté avant la fin";
   }
   io.err << LogSummary(run.session().Log) << '\n';
-  return result.failed > 0 || result.endedEarly ? kExitFailed : kExitOk;
+  return result.failed > 0 || result.endedEarly || !combinedOk ? kExitFailed : kExitOk;
 }
 
 int RunCheck(const CheckOptions& options, const CommandIo& io) {

@@ -12,6 +12,9 @@ namespace sheafwork {
 struct PlotOptions {
   std::string list;
   std::string host;  ///< empty: the default host
+  /// Also gather every sheet plotted into this one PDF file (embedded host
+  /// only).
+  std::optional<std::string> combine;
 };
 
 struct CheckOptions {

@@ -138,6 +138,7 @@ void Run::PlotRow(int row) {
 
     if (IsAllLayouts(entry.Layout)) {
       PlotAllLayouts(row, entry, planFound);
+      if (result_.cancelled) return;  // stopped between two layouts; the drawing stays open
     } else {
       std::string elapsed;
       if (PlotLayout(context_, entry, entry.Layout, planFound, elapsed)) {
@@ -161,9 +162,14 @@ void Run::PlotAllLayouts(int row, const BatchEntry& entry, bool planFound) {
   const LocalTime start = context_.clock();
   auto layouts = host_.Doc().GetLayouts();
   const std::int32_t count = layouts->Count();
+  bool first = true;
   for (std::int32_t i = 0; i < count; ++i) {
     const std::string name = layouts->Item(i)->Name();
     if (name == ModelTabName()) continue;
+    // The user may stop the run between two layouts; the row is then left
+    // as it is, like a row stopped before its plot.
+    if (!first && !StillGoing(*host_.App().ActiveDocument()->GetPlot())) return;
+    first = false;
     std::string elapsed;
     if (!PlotLayout(context_, entry, name, planFound, elapsed)) {
       logs_.errorLog.WriteLogLine(LoadResourceText(ids::kPlotFailed) + entry.FileName + ", " +

@@ -47,7 +47,7 @@ void ProgressDialog::Step(const std::string& drawing, const std::string& layout,
   if (!dialog_) return;
   dialog_->setMaximum(std::max({total, n, 1}));
   dialog_->setValue(std::max(n - 1, 0));
-  QString text = QString::fromUtf8(kStep).arg(n).arg(total).arg(Q(drawing), Q(layout));
+  QString text = QString::fromUtf8(kStep).arg(n).arg(std::max(total, n)).arg(Q(drawing), Q(layout));
   if (failures_ > 0) text += QString::fromUtf8(kFailures).arg(failures_);
   dialog_->setLabelText(text);
   QApplication::processEvents();

@@ -162,6 +162,7 @@ class ApplicationObject : public host::Application {
       while (!core_->documents.empty()) core_->RemoveDocument(core_->documents.front());
       if (core_->batch.started) core_->options.progress->Finish();
       core_->batch = BatchState{};
+      if (core_->combined) core_->combined->Close();
       core_->quit = true;
     });
   }

@@ -47,6 +47,14 @@ struct EmbeddedHostOptions {
   /// The DWG converter; nullopt: the environment variable
   /// SHEAFWORK_DWG_CONVERTER (none when unset or empty).
   std::optional<std::string> dwgConverter;
+  /// A PDF file that also receives every sheet the host plots, one page
+  /// each in plot order, written when the batch ends or the host quits.
+  /// Empty: none. The host cannot start when the file cannot be created.
+  std::string combinedPdf;
+  /// Told once the combined PDF is closed: its page count and why it could
+  /// not be written (empty when it was). A run that plotted nothing writes
+  /// no file.
+  std::function<void(int pages, const std::string& error)> combinedPdfClosed;
 };
 
 /// Starts an embedded host with one untitled, empty document active.

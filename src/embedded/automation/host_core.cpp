@@ -89,6 +89,10 @@ HostCore::HostCore(EmbeddedHostOptions given) : options(std::move(given)) {
   logFilePath = options.userFolder;
   dwgConverter = *options.dwgConverter;
   hostVariables = DefaultHostVariables();
+  if (!options.combinedPdf.empty()) {
+    combined = std::make_unique<CombinedPdf>(options.combinedPdf, options.combinedPdfClosed,
+                                             options.progress);
+  }
 }
 
 void HostCore::CheckRunning() const {

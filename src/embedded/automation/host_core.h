@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "embedded/automation/combined_pdf.h"
 #include "embedded/automation/embedded_host.h"
 #include "embedded/automation/messages.h"
 #include "embedded/devices/device.h"
@@ -34,6 +35,8 @@ struct DocumentState {
   std::optional<std::size_t> lastPaperLayout;
   /// The document's own system variables.
   std::map<std::string, host::SysVarValue> variables;
+  /// The plot object's number of copies, for printers.
+  std::int16_t copies = 1;
 
   const Layout& ActiveLayout() const { return drawing.layouts.at(drawing.activeLayout); }
   /// Makes drawing.layouts[index] the active one.
@@ -71,6 +74,9 @@ class HostCore {
   bool logFileOn = false;
   std::string dwgConverter;
   BatchState batch;
+  /// The combined PDF when the options name one (closed once the batch
+  /// ends or the host quits).
+  std::unique_ptr<CombinedPdf> combined;
 
   /// Throws host::Error once the host was quit.
   void CheckRunning() const;

@@ -159,4 +159,12 @@ std::string XrefNotFound(std::string_view block, std::string_view stored,
 
 std::string XrefNone() { return "Aucune référence externe"; }
 
+std::string CombinedPageFailed(std::string_view reason) {
+  return "PDF combiné : page non ajoutée, " + S(reason);
+}
+
+std::string CombinedNotWritten(std::string_view reason) {
+  return "PDF combiné non écrit : " + S(reason);
+}
+
 }  // namespace sheafwork::embedded::host_messages

@@ -79,6 +79,15 @@ std::string XrefNotFound(std::string_view block, std::string_view stored,
                          std::string_view notFoundMark);
 std::string XrefNone();
 
+// The combined PDF.
+std::string CombinedPageFailed(std::string_view reason);
+std::string CombinedNotWritten(std::string_view reason);
+
+// The console progress display, written from a signal handler.
+inline constexpr const char* kStopRequested =
+    "\nsheafwork: arrêt demandé, le traçage s'arrête après la feuille en cours "
+    "(Ctrl+C de nouveau pour quitter)\n";
+
 // Names the host gives.
 inline constexpr const char* kUntitledDrawing = "Dessin1.dwg";
 inline constexpr const char* kFirstPaperLayout = "Présentation1";

@@ -55,6 +55,7 @@ class PlotObject : public host::Plot {
   void SetNumberOfCopies(std::int16_t copies) override {
     Guarded(*core_, *doc_, [&] {
       if (copies < 1) throw host::Error(msg::kInvalidArgument, msg::BadCopies(copies));
+      doc_->copies = copies;
     });
   }
 
@@ -95,7 +96,11 @@ class PlotObject : public host::Plot {
  private:
   void Stop() {
     BatchState& batch = core_->batch;
-    if (batch.started) core_->options.progress->Finish();
+    if (batch.started) {
+      core_->options.progress->Finish();
+      // The batch is over: so is the combined PDF.
+      if (core_->combined) core_->combined->Close();
+    }
     batch.started = false;
     batch.going = false;
   }
@@ -140,6 +145,7 @@ class PlotObject : public host::Plot {
     job.settings = layout.settings;
     job.resolutionDpi = device->config.resolutionDpi;
     job.title = drawingName + " - " + layoutName;
+    job.copies = doc.copies;
     std::string output;
     if (device->WritesFiles() || file) {
       output = OutputFile(file, *device, layoutName);
@@ -162,6 +168,7 @@ class PlotObject : public host::Plot {
     } catch (const std::exception& error) {
       return fail(error.what());
     }
+    if (core_->combined) core_->combined->Add(job);
     core_->WriteLog(HostLogFile(*core_, doc),
                     msg::PlotDone(doc.fullName, layoutName, shownDevice, output));
     return true;

@@ -69,6 +69,7 @@ void Print(const PlotJob& job, const SheetLayout& sheet) {
   printer.setDocName(QString::fromStdString(job.title));
   printer.setCreator(QStringLiteral("Sheafwork"));
   printer.setFullPage(true);
+  printer.setCopyCount(std::max(job.copies, 1));
   if (!printer.setPageLayout(SheetPageLayout(sheet.frame, QPageSize::FuzzyMatch))) {
     throw PlotError(render_messages::PrinterRefusesPaper(job.printerName, sheet.frame.width,
                                                          sheet.frame.height));

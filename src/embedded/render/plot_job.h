@@ -33,6 +33,7 @@ struct PlotJob {
   /// The table the settings name (styleSheet), applied when they plot with
   /// plot styles; none when null.
   std::shared_ptr<const PlotStyleTable> plotStyles;
+  int copies = 1;  ///< printers: the number of copies the printer makes
 };
 
 /// The plot could not be made; the message says why, in French, for the

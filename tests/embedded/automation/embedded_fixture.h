@@ -48,6 +48,7 @@ struct CapturedPlot {
   std::string printerName;
   std::vector<Layer> layers;
   std::shared_ptr<const PlotStyleTable> plotStyles;
+  int copies = 1;
 };
 
 /// A drawing with the model layout and two paper-space layouts, stored out of
@@ -135,7 +136,8 @@ class EmbeddedHostTest : public ::testing::Test {
     options.plotter = [this](const PlotJob& job) {
       if (!plotFailure.empty()) throw PlotError(plotFailure);
       plots.push_back({job.drawing->path, job.layout->name, job.settings, job.output,
-                       job.outputPath, job.printerName, job.drawing->layers, job.plotStyles});
+                       job.outputPath, job.printerName, job.drawing->layers, job.plotStyles,
+                       job.copies});
     };
   }
 

@@ -1,0 +1,46 @@
+#pragma once
+// One PDF file that collects sheets: a page per sheet, in the order they
+// come, each page the size of its own sheet.
+
+#include <memory>
+#include <string>
+
+#include "embedded/render/plot_job.h"
+
+namespace sheafwork::embedded {
+
+class PdfBook {
+ public:
+  /// Prepares `path` for writing. The file is written beside it and takes
+  /// its place only when Close() succeeds with at least one page; until then
+  /// a file already there stays as it was. Throws PlotError when the file
+  /// cannot be created.
+  explicit PdfBook(std::string path);
+  /// Closes the book when Close() was not called, errors ignored.
+  ~PdfBook();
+  PdfBook(const PdfBook&) = delete;
+  PdfBook& operator=(const PdfBook&) = delete;
+
+  /// Paints the job's sheet (its drawing, layout and settings; the output
+  /// fields are ignored) as the next page. Throws PlotError; a page that
+  /// could not be planned is not added.
+  void AddPage(const PlotJob& job);
+
+  /// Finishes the file. Without any page nothing is written and the file
+  /// already there stays. Throws PlotError when the file cannot be written.
+  /// Further calls do nothing.
+  void Close();
+
+  /// The pages added so far, also after Close().
+  int Pages() const { return pages_; }
+  const std::string& Path() const { return path_; }
+  bool IsOpen() const { return impl_ != nullptr; }
+
+ private:
+  struct Impl;
+  std::string path_;
+  std::unique_ptr<Impl> impl_;
+  int pages_ = 0;
+};
+
+}  // namespace sheafwork::embedded

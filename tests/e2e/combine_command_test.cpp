@@ -1,0 +1,146 @@
+// `sheafwork plot --combine`: every sheet of the run also in one PDF, in
+// plot order, each page its sheet's size and drawn as the sheet's own file.
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "e2e/program.h"
+#include "fakes/cups_queue.h"
+
+namespace sheafwork::e2e {
+namespace {
+
+/// A grey image of one PDF page, as pdftoppm draws it.
+struct Greys {
+  int width = 0;
+  int height = 0;
+  std::string pixels;
+};
+
+Greys RenderPage(const std::string& pdf, int page, const testing::TempFolder& folder) {
+  const std::string stem = folder.File("page");
+  int status = 0;
+  const std::string said =
+      testing::RunCommand("pdftoppm -gray -r 10 -singlefile -f " + std::to_string(page) + " -l " +
+                              std::to_string(page) + " " + Quoted(pdf) + " " + Quoted(stem),
+                          status);
+  EXPECT_EQ(status, 0) << said;
+  const std::string bytes = testing::TempFolder::Read(stem + ".pgm");
+  Greys image;
+  int maxValue = 0;
+  int used = 0;
+  if (std::sscanf(bytes.c_str(), "P5 %d %d %d%n", &image.width, &image.height, &maxValue, &used) ==
+      3) {
+    image.pixels = bytes.substr(static_cast<std::size_t>(used) + 1);
+  }
+  return image;
+}
+
+// True when the two pages look alike: same size, and at most a few pixels
+// differing by more than a light grey.
+void ExpectSamePicture(const Greys& a, const Greys& b) {
+  ASSERT_EQ(a.width, b.width);
+  ASSERT_EQ(a.height, b.height);
+  ASSERT_EQ(a.pixels.size(), b.pixels.size());
+  ASSERT_FALSE(a.pixels.empty());
+  std::size_t differing = 0, inked = 0;
+  for (std::size_t i = 0; i < a.pixels.size(); ++i) {
+    const int pa = static_cast<unsigned char>(a.pixels[i]);
+    const int pb = static_cast<unsigned char>(b.pixels[i]);
+    if (std::abs(pa - pb) > 64) ++differing;
+    if (pa < 192) ++inked;
+  }
+  EXPECT_GT(inked, 20u) << "the page is blank";
+  EXPECT_LE(differing, a.pixels.size() / 200) << "of " << a.pixels.size() << " pixels";
+}
+
+class CombineCommand : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    plans_ = CopyExamplePlans(folder_);
+    out_ = folder_.File("sorties");
+    std::filesystem::create_directories(out_);
+    list_ = folder_.File("lot.qx3");
+  }
+  void List(const std::string& args) {
+    const ProgramRun run = Sheafwork("list " + args, folder_);
+    ASSERT_EQ(run.status, 0) << args << "\n" << run.err;
+  }
+  std::string Plan(const std::string& name) const { return plans_ + "/" + name; }
+  std::string Out(const std::string& name) const { return out_ + "/" + name; }
+
+  testing::TempFolder folder_;
+  std::string plans_, out_, list_;
+};
+
+TEST_F(CombineCommand, GathersEverySheetPlottedInPlotOrder) {
+  const std::string rdc = Plan("rez-de-chaussee.dxf");
+  List("add " + Quoted(list_) + " " + Quoted(rdc) + " --layout 'Plan A3' --plot-file " +
+       Quoted(Out("rdc-a3.pdf")));
+  List("add " + Quoted(list_) + " " + Quoted(Plan("sous-sol.dxf")));  // missing: no page
+  List("add " + Quoted(list_) + " " + Quoted(rdc) + " --layout 'Plan A1' --plot-file " +
+       Quoted(Out("rdc-a1.pdf")));
+  List("add " + Quoted(list_) + " " + Quoted(Plan("etage.dxf")) +
+       " --layout 'Toutes les présentations' --plot-file " + Quoted(Out("etage.pdf")));
+  const std::string combined = Out("tout.pdf");
+
+  const ProgramRun run =
+      Sheafwork("plot " + Quoted(list_) + " --combine " + Quoted(combined), folder_);
+  EXPECT_EQ(run.status, 1) << run.err;  // the missing drawing's row failed
+  EXPECT_NE(run.err.find("PDF combiné : " + combined + " (5 page(s))"), std::string::npos)
+      << run.err;
+
+  const std::vector<std::pair<double, double>> sheets = {
+      {420, 297}, {841, 594}, {420, 297}, {420, 297}, {210, 297}};
+  const auto pages = testing::PdfPageSizes(combined);
+  ASSERT_EQ(pages.size(), sheets.size());
+  for (std::size_t i = 0; i < sheets.size(); ++i) {
+    SCOPED_TRACE("page " + std::to_string(i + 1));
+    EXPECT_NEAR(pages[i].first, Points(sheets[i].first), 1.5);
+    EXPECT_NEAR(pages[i].second, Points(sheets[i].second), 1.5);
+  }
+  // Each page is drawn as the sheet's own file, also after a change of size.
+  const std::vector<std::pair<int, std::string>> same = {
+      {1, Out("rdc-a3.pdf")},
+      {2, Out("rdc-a1.pdf")},
+      {5, PlotOutput(Out("etage-Détail salle de bains"))},
+  };
+  for (const auto& [page, single] : same) {
+    SCOPED_TRACE("page " + std::to_string(page) + " against " + single);
+    ExpectSamePicture(RenderPage(combined, page, folder_), RenderPage(single, 1, folder_));
+  }
+}
+
+TEST_F(CombineCommand, IsRefusedWhenTheFileCannotBeMadeOrTheHostIsAnother) {
+  const ProgramRun help = Sheafwork("plot --help", folder_);
+  EXPECT_NE(help.out.find("--combine"), std::string::npos) << help.out;
+
+  List("add " + Quoted(list_) + " " + Quoted(Plan("rez-de-chaussee.dxf")) +
+       " --layout 'Plan A3' --plot-file " + Quoted(Out("rdc-a3.pdf")));
+  struct Case {
+    const char* name;
+    std::string args;
+    std::string said;
+  };
+  const std::vector<Case> cases = {
+      {"no such folder", "--combine " + Quoted(Out("absent/tout.pdf")),
+       "impossible de créer le fichier PDF : " + Out("absent/tout.pdf")},
+      {"a folder", "--combine " + Quoted(out_), "impossible de créer le fichier PDF"},
+      {"another host", "--host autre --combine " + Quoted(Out("tout.pdf")), "hôte embarqué"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const ProgramRun run = Sheafwork("plot " + Quoted(list_) + " " + c.args, folder_);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_NE(run.err.find(c.said), std::string::npos) << run.err;
+    EXPECT_TRUE(PlotOutput(Out("rdc-a3.pdf")).empty()) << "plotted anyway";
+    EXPECT_FALSE(std::filesystem::exists(Out("tout.pdf")));
+  }
+}
+
+}  // namespace
+}  // namespace sheafwork::e2e

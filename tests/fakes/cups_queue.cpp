@@ -1,0 +1,109 @@
+#include "fakes/cups_queue.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <sstream>
+#include <thread>
+
+namespace sheafwork::testing {
+
+namespace {
+
+std::string Quoted(const std::string& text) {
+  std::string quoted = "'";
+  for (char c : text) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+  return quoted + "'";
+}
+
+std::string Run(const std::string& command) {
+  int status = 0;
+  return RunCommand(command, status);
+}
+
+}  // namespace
+
+std::string RunCommand(const std::string& command, int& status) {
+  std::string output;
+  FILE* pipe = popen(("LC_ALL=C " + command + " 2>&1").c_str(), "r");
+  if (!pipe) {
+    status = -1;
+    return output;
+  }
+  std::array<char, 4096> buffer;
+  for (std::size_t n; (n = fread(buffer.data(), 1, buffer.size(), pipe)) > 0;) {
+    output.append(buffer.data(), n);
+  }
+  const int raw = pclose(pipe);
+  status = raw != -1 && WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+  return output;
+}
+
+std::string CupsUnavailable() {
+  int status = 0;
+  RunCommand("command -v lpadmin lpstat", status);
+  if (status != 0) {
+    return "CUPS is not installed (lpadmin, lpstat); run scripts/setup.sh";
+  }
+  const std::string scheduler = Run("lpstat -r");
+  if (scheduler.find("scheduler is running") == std::string::npos) {
+    return "no CUPS server answers (lpstat -r: " + scheduler +
+           "); start it with `cupsd` or run scripts/test.sh";
+  }
+  return {};
+}
+
+CupsQueue::CupsQueue(const std::string& stem, std::string outputFile)
+    : name_(stem + "-" + std::to_string(getpid())), output_(std::move(outputFile)) {
+  const std::string ppd = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/fakes/cups/pdf-printer.ppd";
+  int status = 0;
+  const std::string said = RunCommand("lpadmin -p " + Quoted(name_) + " -E -v " +
+                                          Quoted("file://" + output_) + " -P " + Quoted(ppd),
+                                      status);
+  added_ = status == 0;
+  if (!added_) error_ = "lpadmin could not add the queue " + name_ + ": " + said;
+}
+
+CupsQueue::~CupsQueue() {
+  if (added_) Run("lpadmin -x " + Quoted(name_));
+}
+
+bool CupsQueue::WaitUntilPrinted(std::chrono::seconds timeout) {
+  const auto end = std::chrono::steady_clock::now() + timeout;
+  std::string pending;
+  while (std::chrono::steady_clock::now() < end) {
+    pending = Run("lpstat -o " + Quoted(name_));
+    std::error_code ec;
+    if (pending.empty() && std::filesystem::file_size(output_, ec) > 0 && !ec) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+  }
+  error_ = "the job did not finish in time; pending: " + pending +
+           "; printer: " + Run("lpstat -p " + Quoted(name_)) +
+           "; last jobs: " + Run("lpstat -W completed -o " + Quoted(name_));
+  return false;
+}
+
+std::vector<std::pair<double, double>> PdfPageSizes(const std::string& path) {
+  int status = 0;
+  const std::string info = RunCommand("pdfinfo -f 1 -l 100000 " + Quoted(path), status);
+  std::vector<std::pair<double, double>> sizes;
+  if (status != 0) return sizes;
+  std::istringstream lines(info);
+  for (std::string line; std::getline(lines, line);) {
+    // "Page    2 size: 841.89 x 595.276 pts (A4)"
+    if (line.rfind("Page ", 0) != 0) continue;
+    const auto size = line.find(" size: ");
+    if (size == std::string::npos) continue;
+    double width = 0, height = 0;
+    if (std::sscanf(line.c_str() + size + 7, "%lf x %lf", &width, &height) == 2) {
+      sizes.emplace_back(width, height);
+    }
+  }
+  return sizes;
+}
+
+}  // namespace sheafwork::testing
