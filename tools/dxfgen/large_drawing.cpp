@@ -32,6 +32,10 @@ class Random {
 
 constexpr int kLayers = 16;
 constexpr double kSize = 100000;  // the drawing covers 100 m × 100 m
+constexpr int kLongestRun = 40;   // entities drawn in a row on one layer
+constexpr double kSpot = 5000;    // ... around one spot, 10 m across
+
+double Clamp(double v) { return v < 0 ? 0 : (v > kSize ? kSize : v); }
 
 }  // namespace
 
@@ -54,10 +58,20 @@ Document LargeDrawing(std::size_t entityCount, std::uint64_t seed) {
   }
 
   doc.model.reserve(entityCount);
+  // As a drafter works: runs of entities on one layer around one spot of
+  // the plan, most of them in the layer's colour.
+  int runLeft = 0;
+  std::string layer;
+  P2 spot{0, 0};
   for (std::size_t i = 0; i < entityCount; ++i) {
-    const Props props{"CALQUE-" + std::to_string(r.Below(kLayers)), "",
-                      r.Below(4) == 0 ? 1 + r.Below(255) : 256, -1};
-    const P2 at{r.Uniform(0, kSize), r.Uniform(0, kSize)};
+    if (runLeft == 0) {
+      runLeft = 1 + r.Below(kLongestRun);
+      layer = "CALQUE-" + std::to_string(r.Below(kLayers));
+      spot = {r.Uniform(0, kSize), r.Uniform(0, kSize)};
+    }
+    --runLeft;
+    const Props props{layer, "", r.Below(16) == 0 ? 1 + r.Below(255) : 256, -1};
+    const P2 at{Clamp(spot.x + r.Uniform(-kSpot, kSpot)), Clamp(spot.y + r.Uniform(-kSpot, kSpot))};
     switch (i % 8) {
       case 0:
       case 1:

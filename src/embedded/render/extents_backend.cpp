@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "embedded/render/arc_box.h"
+
 namespace sheafwork::embedded {
 
 namespace {
@@ -19,6 +21,10 @@ void ExtentsBackend::Add(std::span<const Vec2> points) {
 void ExtentsBackend::DrawLines(std::span<const Vec2> pairs, const Style&) { Add(pairs); }
 
 void ExtentsBackend::DrawPolyline(std::span<const Vec2> points, bool, const Style&) { Add(points); }
+
+void ExtentsBackend::DrawArc(Vec2 center, double radius, double start, double sweep, const Style&) {
+  box_.Extend(ArcBox(center, radius, start, sweep));
+}
 
 void ExtentsBackend::FillLoops(std::span<const Vec2> points, std::span<const int>, const Style&) {
   Add(points);

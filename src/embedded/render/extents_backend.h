@@ -14,6 +14,8 @@ class ExtentsBackend final : public Backend {
  public:
   void DrawLines(std::span<const Vec2> pairs, const Style& style) override;
   void DrawPolyline(std::span<const Vec2> points, bool closed, const Style& style) override;
+  /// Exactly, where the default would flatten the arc.
+  void DrawArc(Vec2 center, double radius, double start, double sweep, const Style& style) override;
   void FillLoops(std::span<const Vec2> points, std::span<const int> loopSizes,
                  const Style& style) override;
   void DrawPoint(Vec2 at, const Style& style) override;

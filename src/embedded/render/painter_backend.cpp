@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QFontMetricsF>
+#include <QPaintDevice>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPen>
@@ -28,11 +29,18 @@ QColor ToColor(std::uint32_t rgb) {
 }  // namespace
 
 PainterBackend::PainterBackend(QPainter& painter)
-    : painter_(painter), base_(painter.worldTransform()) {
+    : painter_(painter),
+      base_(painter.worldTransform()),
+      grid_(base_,
+            painter.device() != nullptr && DeviceGrid::SnapsAt(painter.device()->logicalDpiX())) {
   lines_.reserve(kLineBatch);
+  painter_.setWorldTransform(QTransform());
 }
 
-PainterBackend::~PainterBackend() { Flush(); }
+PainterBackend::~PainterBackend() {
+  Flush();
+  painter_.setWorldTransform(base_);
+}
 
 void PainterBackend::Flush() {
   if (lines_.empty()) return;
@@ -49,7 +57,8 @@ void PainterBackend::UsePen(const Style& style) {
     painter_.setBrush(Qt::NoBrush);
     fillSet_ = false;
   }
-  QPen pen(ToColor(style.rgb), style.widthMm, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+  QPen pen(ToColor(style.rgb), style.widthMm * grid_.Scale(), Qt::SolidLine, Qt::RoundCap,
+           Qt::RoundJoin);
   pen.setCosmetic(false);
   painter_.setPen(pen);
   pen_ = style;
@@ -72,7 +81,7 @@ void PainterBackend::DrawLines(std::span<const Vec2> pairs, const Style& style) 
   if (!lines_.empty() && !(lineStyle_ == style)) Flush();
   lineStyle_ = style;
   for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
-    lines_.emplace_back(pairs[i].x, pairs[i].y, pairs[i + 1].x, pairs[i + 1].y);
+    lines_.emplace_back(grid_.Map(pairs[i]), grid_.Map(pairs[i + 1]));
     if (lines_.size() >= kLineBatch) Flush();
   }
 }
@@ -82,7 +91,11 @@ void PainterBackend::DrawPolyline(std::span<const Vec2> points, bool closed, con
   Flush();
   UsePen(style);
   points_.clear();
-  for (const Vec2& p : points) points_.emplace_back(p.x, p.y);
+  for (const Vec2& p : points) {
+    const QPointF q = grid_.Map(p);
+    if (points_.empty() || q != points_.back()) points_.push_back(q);  // snapped together
+  }
+  if (points_.size() == 1) points_.push_back(points_.front());  // still a dot
   if (closed) points_.push_back(points_.front());
   // Chunks share their end points so that the round joins stay continuous.
   for (std::size_t start = 0; start + 1 < points_.size(); start += kPolylineChunk - 1) {
@@ -95,17 +108,17 @@ void PainterBackend::DrawArc(Vec2 center, double radius, double start, double sw
                              const Style& style) {
   Flush();
   UsePen(style);
-  if (std::fabs(sweep) >= kTwoPi) {
-    painter_.drawEllipse(QPointF(center.x, center.y), radius, radius);
-    return;
-  }
-  // Qt measures arc angles towards -y; our y runs up, so both angles flip.
   const QRectF box(center.x - radius, center.y - radius, 2 * radius, 2 * radius);
-  const double startDeg = Degrees(-start);
   QPainterPath path;
-  path.arcMoveTo(box, startDeg);
-  path.arcTo(box, startDeg, Degrees(-sweep));
-  painter_.drawPath(path);
+  if (std::fabs(sweep) >= kTwoPi) {
+    path.addEllipse(box);
+  } else {
+    // Qt measures arc angles towards -y; our y runs up, so both angles flip.
+    const double startDeg = Degrees(-start);
+    path.arcMoveTo(box, startDeg);
+    path.arcTo(box, startDeg, Degrees(-sweep));
+  }
+  painter_.drawPath(grid_.MapPath(path));
 }
 
 void PainterBackend::FillLoops(std::span<const Vec2> points, std::span<const int> loopSizes,
@@ -115,7 +128,7 @@ void PainterBackend::FillLoops(std::span<const Vec2> points, std::span<const int
   if (loopSizes.size() == 1) {
     points_.clear();
     for (const Vec2& p : points.first(static_cast<std::size_t>(loopSizes[0]))) {
-      points_.emplace_back(p.x, p.y);
+      points_.push_back(grid_.Map(p));
     }
     painter_.drawPolygon(points_.data(), static_cast<int>(points_.size()), Qt::OddEvenFill);
     return;
@@ -125,11 +138,9 @@ void PainterBackend::FillLoops(std::span<const Vec2> points, std::span<const int
   std::size_t first = 0;
   for (int size : loopSizes) {
     if (size <= 0) continue;
-    path.moveTo(points[first].x, points[first].y);
-    for (int i = 1; i < size; ++i) {
-      const Vec2& p = points[first + static_cast<std::size_t>(i)];
-      path.lineTo(p.x, p.y);
-    }
+    path.moveTo(grid_.Map(points[first]));
+    for (int i = 1; i < size; ++i)
+      path.lineTo(grid_.Map(points[first + static_cast<std::size_t>(i)]));
     path.closeSubpath();
     first += static_cast<std::size_t>(size);
   }
@@ -139,8 +150,8 @@ void PainterBackend::FillLoops(std::span<const Vec2> points, std::span<const int
 void PainterBackend::DrawPoint(Vec2 at, const Style& style) {
   Flush();
   UseFill(style);
-  const double r = std::max(style.widthMm / 2, 0.05);
-  painter_.drawEllipse(QPointF(at.x, at.y), r, r);
+  const double r = std::max(style.widthMm / 2, 0.05) * grid_.Scale();
+  painter_.drawEllipse(grid_.Map(at), r, r);
 }
 
 void PainterBackend::DrawText(const TextRun& run, const Style& style) {
@@ -183,7 +194,8 @@ void PainterBackend::PushClip(std::span<const Vec2> polygon) {
     for (std::size_t i = 1; i < polygon.size(); ++i) path.lineTo(polygon[i].x, polygon[i].y);
     path.closeSubpath();
   }
-  painter_.setClipPath(path, painter_.hasClipping() ? Qt::IntersectClip : Qt::ReplaceClip);
+  painter_.setClipPath(base_.map(path),
+                       painter_.hasClipping() ? Qt::IntersectClip : Qt::ReplaceClip);
 }
 
 void PainterBackend::PopClip() {

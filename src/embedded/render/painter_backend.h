@@ -1,6 +1,8 @@
 #pragma once
 // The backend that paints with a QPainter on any paint device. The
 // painter's transform must map sheet millimetres (y up) to the device.
+// Lines and areas go out in device units (see DeviceGrid), the painter's
+// world transform set to identity while the backend lives.
 
 #include <QFont>
 #include <QLineF>
@@ -10,6 +12,7 @@
 #include <vector>
 
 #include "embedded/render/backend.h"
+#include "embedded/render/device_grid.h"
 #include "embedded/render/text_layout.h"
 
 class QPainter;
@@ -40,6 +43,7 @@ class PainterBackend final : public Backend {
 
   QPainter& painter_;
   QTransform base_;
+  DeviceGrid grid_;
   std::vector<QLineF> lines_;
   Style lineStyle_;
   Style pen_;
