@@ -1,6 +1,6 @@
-// The OBJECTS section: dictionaries, layouts and plot settings. Only what
-// the layouts and the named page setups need is kept; they are linked up in
-// FinishDrawing.
+// The OBJECTS section: dictionaries, layouts, plot settings and the wipeout
+// variables. Only what the layouts, the named page setups and the wipeout
+// frames need is kept; layouts are linked up in FinishDrawing.
 
 #include <string>
 
@@ -94,6 +94,8 @@ void ReadObjectsSection(Context& ctx, const Tag& start) {
       ReadLayout(ctx, r);
     } else if (r.type == "PLOTSETTINGS") {
       ReadPlotSettings(ctx, r);
+    } else if (r.type == "WIPEOUTVARIABLES") {
+      if (const Tag* frame = r.Find(70)) ctx.drawing.header.wipeoutFrame = ctx.Short(*frame);
     }
   }
   throw DxfError(dxfmsg::SectionWithoutEnd(ctx.stream.PlaceOf(start), "OBJECTS"));

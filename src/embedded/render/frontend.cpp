@@ -8,6 +8,7 @@
 
 #include "embedded/render/aci_palette.h"
 #include "embedded/render/hatch_pattern.h"
+#include "embedded/render/linetypes.h"
 #include "embedded/render/text_codes.h"
 
 namespace sheafwork::embedded {
@@ -68,9 +69,14 @@ void Frontend::DrawLayout(const Layout& layout, const Affine2& toOutput) {
   if (block == nullptr) return;
   const Transform3 t = Transform3::FromAffine2(toOutput);
   if (layout.IsModel()) {
+    viewHeight_ = root_.activeView && root_.activeView->height > 0
+                      ? root_.activeView->height
+                      : root_.header.limMax.y - root_.header.limMin.y;
     DrawBlockEntities(*block, t);
     return;
   }
+  viewHeight_ = layout.limMax.y - layout.limMin.y;
+  sheetBlock_ = block;
   // The first viewport of a paper layout (normally number 1) is the sheet
   // itself: neither its frame nor its content is drawn.
   std::vector<const Entity*> viewports;
@@ -100,9 +106,11 @@ void Frontend::DrawLayout(const Layout& layout, const Affine2& toOutput) {
     }
     if (&e == overall || vp->id == 1) continue;
     const Resolved r = Resolve(e.props);
-    if (r.visible) DrawViewportFrame(*vp, t, r.style);
+    // A viewport clipped by an entity shows that entity as its frame.
+    if (r.visible && ClipBoundaryOf(*vp) == nullptr) DrawViewportFrame(*vp, t, r.style);
   }
   if (!options_.viewportsFirst) drawContents();
+  sheetBlock_ = nullptr;
   backend_.Flush();
 }
 
@@ -134,11 +142,9 @@ void Frontend::DrawViewportContent(const Viewport& vp, const Affine2& paperToOut
       Affine2::Translation(-vp.viewTarget.x, -vp.viewTarget.y);
 
   std::vector<Vec2> frame;
+  ViewportOutline(vp, paperToOutput, frame);
   Box2 frameBox;
-  for (const Vec2 c : FrameCorners(vp)) {
-    frame.push_back(paperToOutput.Apply(c));
-    frameBox.Extend(frame.back());
-  }
+  for (const Vec2& p : frame) frameBox.Extend(p);
   const std::optional<Box2> savedCull = options_.cull;
   options_.cull = savedCull ? savedCull->Intersection(frameBox) : frameBox;
   if (options_.cull->Empty()) {
@@ -149,9 +155,14 @@ void Frontend::DrawViewportContent(const Viewport& vp, const Affine2& paperToOut
   for (const std::string& name : vp.frozenLayers) viewportFrozen_.push_back(NameKey(name));
   looks_.clear();
 
+  const double savedViewHeight = viewHeight_;
+  viewHeight_ = vp.viewHeight;
+  linetypeViewScale_ = root_.header.psLtScale ? s : 1.0;
   backend_.PushClip(frame);
   DrawEntities(model->entities, Transform3::FromAffine2(paperToOutput * modelToPaper));
   backend_.PopClip();
+  linetypeViewScale_ = 1;
+  viewHeight_ = savedViewHeight;
 
   viewportFrozen_.clear();
   looks_.clear();
@@ -175,7 +186,9 @@ const LayerLook& Frontend::LookFor(std::string_view layer) {
     frozenHere =
         std::find(viewportFrozen_.begin(), viewportFrozen_.end(), key) != viewportFrozen_.end();
   }
-  return looks_.emplace(layer, LookOfLayer(record, layer, frozenHere)).first->second;
+  LayerLook look = LookOfLayer(record, layer, frozenHere);
+  if (record != nullptr) look.linetype = PatternNamed(*drawing_, record->linetype);
+  return looks_.emplace(layer, look).first->second;
 }
 
 Frontend::Resolved Frontend::Resolve(const EntityProps& props) {
@@ -190,6 +203,9 @@ Frontend::Resolved Frontend::Resolve(const EntityProps& props) {
       EntityLineweightMm(props.lineweight, r.look->lineweightMm,
                          block != nullptr ? block->lineweightMm : kDefaultLineweightMm);
   r.style.widthMm = options_.lineweights.PenWidthMm(r.lineweightMm);
+  r.linetype = EntityPattern(*drawing_, props.linetype, r.look->linetype,
+                             block != nullptr ? block->linetype : nullptr);
+  r.linetypeScale = props.linetypeScale;
   return r;
 }
 
@@ -228,6 +244,7 @@ void Frontend::DrawEntity(const Entity& e, const Transform3& t) {
           // Viewports act only at the top of a paper layout.
         } else {
           if (!r.visible) return;
+          BeginStrokes(r, t);
           if constexpr (std::is_same_v<G, Line>) {
             DrawLine(g, t, r.style);
           } else if constexpr (std::is_same_v<G, Circle>) {
@@ -242,8 +259,7 @@ void Frontend::DrawEntity(const Entity& e, const Transform3& t) {
           } else if constexpr (std::is_same_v<G, Spline>) {
             DrawSpline(g, t, r.style);
           } else if constexpr (std::is_same_v<G, Point>) {
-            const Vec2 p = t.ApplyXY(g.position);
-            if (InCull({&p, 1})) backend_.DrawPoint(p, r.style);
+            DrawPointSymbol(g, t, r.style);
           } else if constexpr (std::is_same_v<G, Solid>) {
             DrawSolid(g, t, r.style);
           } else if constexpr (std::is_same_v<G, Face3d>) {
@@ -256,6 +272,8 @@ void Frontend::DrawEntity(const Entity& e, const Transform3& t) {
             DrawHatch(g, t, r.style);
           } else if constexpr (std::is_same_v<G, Leader>) {
             DrawLeader(g, t, r.style);
+          } else if constexpr (std::is_same_v<G, Wipeout>) {
+            DrawWipeout(g, t, r.style);
           } else {
             static_assert(std::is_same_v<G, void>, "every kind of entity is drawn");
           }
@@ -271,7 +289,7 @@ void Frontend::DrawBlockReference(const Resolved& r, const Block& block, const T
     ++stats_.recursiveBlocks;
     return;
   }
-  blocks_.push_back({r.layer, r.style.rgb, r.lineweightMm});
+  blocks_.push_back({r.layer, r.style.rgb, r.lineweightMm, r.linetype});
   activeBlocks_.push_back(&block);
 
   const int columns = insert != nullptr ? std::max<int>(insert->columns, 1) : 1;
@@ -352,12 +370,17 @@ bool Frontend::MapLocal(const Affine2& a) {
 }
 
 void Frontend::EmitPolyline(bool closed, const Style& s) {
-  if (out_.size() >= 2 && InCull(out_)) backend_.DrawPolyline(out_, closed, s);
+  if (out_.size() >= 2 && InCull(out_)) Stroke(out_, closed, s);
 }
 
 void Frontend::DrawLine(const Line& g, const Transform3& t, const Style& s) {
   const Vec2 pair[2] = {t.ApplyXY(g.start), t.ApplyXY(g.end)};
-  if (InCull(pair)) backend_.DrawLines(pair, s);
+  if (!InCull(pair)) return;
+  if (dasher_.Active()) {
+    Stroke(pair, false, s);
+  } else {
+    backend_.DrawLines(pair, s);
+  }
 }
 
 void Frontend::DrawCircle(const Vec3& center, double radius, double startDeg, double sweepDeg,
@@ -368,7 +391,8 @@ void Frontend::DrawCircle(const Vec3& center, double radius, double startDeg, do
   const double sweep = Radians(sweepDeg);
   // Under a similarity a circle stays a circle: hand it over whole.
   const double s1 = std::hypot(a.a, a.b), s2 = std::hypot(a.c, a.d);
-  if (std::fabs(s1 - s2) <= 1e-9 * s1 && std::fabs(a.a * a.c + a.b * a.d) <= 1e-9 * s1 * s2) {
+  if (!dasher_.Active() && std::fabs(s1 - s2) <= 1e-9 * s1 &&
+      std::fabs(a.a * a.c + a.b * a.d) <= 1e-9 * s1 * s2) {
     const Vec2 c = a.Apply({center.x, center.y});
     const double r = radius * s1;
     if (options_.cull &&
@@ -461,12 +485,14 @@ void Frontend::DrawPolyline(const Polyline& g, const Transform3& t, const Style&
   const std::size_t segments = g.closed ? n : n - 1;
   if (!wide) {
     local_.clear();
+    segmentEnds_.clear();
     local_.push_back({g.vertices[0].point.x, g.vertices[0].point.y});
     for (std::size_t i = 0; i < segments; ++i) {
       const PolylineVertex& from = g.vertices[i];
       const PolylineVertex& to = g.vertices[(i + 1) % n];
       AppendBulgeSegment(local_, {from.point.x, from.point.y}, {to.point.x, to.point.y}, from.bulge,
                          scale, options_.flattening);
+      segmentEnds_.push_back(local_.size() - 1);
     }
     if (g.closed && local_.size() > 1) local_.pop_back();  // back at the first vertex
     MapLocal(a);
@@ -474,10 +500,15 @@ void Frontend::DrawPolyline(const Polyline& g, const Transform3& t, const Style&
       if (InCull(out_)) backend_.DrawPoint(out_[0], s);
       return;
     }
+    if (dasher_.Active() && !g.linetypeGeneration) {
+      if (InCull(out_)) StrokeSegments(g.closed, s);
+      return;
+    }
     EmitPolyline(g.closed, s);
     return;
   }
   for (std::size_t i = 0; i < segments; ++i) {
+    if (!g.linetypeGeneration) dasher_.Restart();
     const PolylineVertex& from = g.vertices[i];
     const PolylineVertex& to = g.vertices[(i + 1) % n];
     local_.clear();
@@ -729,7 +760,7 @@ void Frontend::DrawLeader(const Leader& g, const Transform3& t, const Style& s) 
   out_.clear();
   for (const Vec3& v : g.vertices) out_.push_back(t.ApplyXY(v));
   if (!InCull(out_)) return;
-  backend_.DrawPolyline(out_, false, s);
+  Stroke(out_, false, s);
   if (!g.arrowhead) return;
   // A filled arrowhead at the first vertex, in drawing units, no longer
   // than half the first segment.

@@ -24,6 +24,7 @@ struct LayerLook {
   bool visible = true;  ///< on, thawed, plottable, not Defpoints
   std::uint32_t rgb = 0;
   double lineweightMm = kDefaultLineweightMm;
+  const Linetype* linetype = nullptr;  ///< its dash pattern, null for continuous
 };
 
 /// `layer` may be null (a layer missing from the table plots like a default
