@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -279,6 +280,10 @@ class Writer2000 {
     WriteHeaderPoint(w, "$PINSBASE", {0, 0}, true);
     WriteHeaderPoint(w, "$PLIMMIN", sheet.min, false);
     WriteHeaderPoint(w, "$PLIMMAX", sheet.max, false);
+    for (const auto& v : doc_.headerVariables) {
+      w.Text(9, v.name);
+      w.Text(v.code, v.value);
+    }
     w.Text(0, "ENDSEC");
   }
 
@@ -467,9 +472,24 @@ class Writer2000 {
     const Handle handle = Next();
     WriteCommon(w, e.type, e.props, handle, owner, paper);
     for (const auto& tag : e.tags) w.Text(tag.code, tag.value);
+    for (const auto& ref : e.handleRefs) w.Handle(ref.code, Referenced(ref.value));
+    if (!e.label.empty()) labels_[e.label] = handle;
     if (e.followers.empty()) return;
     for (const auto& f : e.followers) WriteEntity(w, f, handle, paper);
     WriteCommon(w, "SEQEND", {e.props.layer, "", 256, -1}, Next(), handle, paper);
+  }
+
+  // The handle a reference names: a labelled entity written before, or a
+  // layer ("LAYER:name"); 0 when there is none.
+  Handle Referenced(const std::string& name) const {
+    if (name.starts_with("LAYER:")) {
+      for (std::size_t i = 0; i < layers_.size(); ++i) {
+        if (layers_[i].name == name.substr(6)) return layerHandles_[i];
+      }
+      return 0;
+    }
+    const auto it = labels_.find(name);
+    return it != labels_.end() ? it->second : 0;
   }
 
   // An object's start: its type, handle and owner, which is also its reactor
@@ -605,6 +625,7 @@ class Writer2000 {
   Handle rootDict_ = 0, groupDict_ = 0, layoutDict_ = 0, setupDict_ = 0, modelLayout_ = 0;
   std::vector<Handle> paperLayouts_, setupHandles_;
   std::vector<Record> records_;
+  std::map<std::string, Handle> labels_;
 };
 
 // ---------------------------------------------------------------------------
