@@ -476,8 +476,10 @@ Document GardenShedR12() {
 
 std::vector<ExampleFile> HouseExamples() {
   return {
-      {"rez-de-chaussee.dxf", WriteDxf(GroundFloor())}, {"etage.dxf", WriteDxf(UpperFloor())},
-      {"facades.dxf", WriteDxf(Elevations())},          {"cartouche.dxf", WriteDxf(TitleBlock())},
+      {"rez-de-chaussee.dxf", WriteDxf(GroundFloor())},
+      {"etage.dxf", WriteDxf(UpperFloor())},
+      {"facades.dxf", WriteDxf(Elevations())},
+      {"cartouche.dxf", WriteDxf(TitleBlock())},
       {"ancien-r12.dxf", WriteDxf(GardenShedR12())},
       {"planche-essais.dxf", WriteDxf(SampleSheet())},
   };

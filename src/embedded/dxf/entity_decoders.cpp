@@ -593,6 +593,9 @@ Decoded DecodeEntity(Context& ctx, const Record& r, Entity& out, bool& paperSpac
     out.geometry = DecodeMText(ctx, own);
   } else if (type == "INSERT") {
     out.geometry = DecodeInsert(ctx, own);
+    if (!r.extensionDictionary.empty() && !out.handle.empty()) {
+      ctx.insertDictionaries[HandleKey(out.handle)] = HandleKey(r.extensionDictionary);
+    }
   } else if (type == "ELLIPSE") {
     out.geometry = DecodeEllipse(ctx, own);
   } else if (type == "SPLINE") {

@@ -162,6 +162,10 @@ struct Insert {
   double rowSpacing = 0;
   Vec3 extrusion = kUnitZ;
   std::vector<Attribute> attributes;
+  /// The clip boundary of the reference (XCLIP) in the block's coordinates;
+  /// two points are the opposite corners of a rectangle. Empty when the
+  /// reference is not clipped.
+  std::vector<Vec2> clipBoundary;
 };
 
 /// One edge of a hatch boundary, in the hatch's object coordinates.

@@ -297,6 +297,9 @@ void Frontend::DrawBlockReference(const Resolved& r, const Block& block, const T
   const Vec3 scale = insert != nullptr ? insert->scale : Vec3{1, 1, 1};
   const Transform3 inner = Transform3::Scaling(scale) *
                            Transform3::Translation({-block.base.x, -block.base.y, -block.base.z});
+  // A clipped reference (XCLIP): its boundary is in the block's coordinates.
+  const bool clipped = insert != nullptr && insert->clipBoundary.size() >= 2;
+  if (clipped) PushBlockClip(insert->clipBoundary, placed * inner);
   int copies = 0;
   for (int row = 0; row < rows && copies < kMaxInsertCopies; ++row) {
     for (int col = 0; col < columns && copies < kMaxInsertCopies; ++col, ++copies) {
@@ -320,6 +323,7 @@ void Frontend::DrawBlockReference(const Resolved& r, const Block& block, const T
       if (ar.visible) DrawText(attribute.text, parent, ar.style);
     }
   }
+  if (clipped) backend_.PopClip();
   activeBlocks_.pop_back();
   blocks_.pop_back();
 }

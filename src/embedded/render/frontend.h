@@ -107,12 +107,15 @@ class Frontend {
   /// pattern starting again at each one.
   void StrokeSegments(bool closed, const Style& s);
 
-  // Viewport clip boundaries (frontend_clipping.cpp).
+  // Viewport and block reference clip boundaries (frontend_clipping.cpp).
   /// The entity clipping `vp` instead of its rectangle, null when none.
   const Entity* ClipBoundaryOf(const Viewport& vp) const;
   /// Puts into `polygon` the outline clipping `vp`, in output units.
   void ViewportOutline(const Viewport& vp, const Affine2& paperToOutput,
                        std::vector<Vec2>& polygon);
+  /// Clips what follows to a block reference's boundary (block coordinates
+  /// mapped by `t`; two points are a rectangle) until PopClip.
+  void PushBlockClip(std::span<const Vec2> boundary, const Transform3& t);
 
   Resolved Resolve(const EntityProps& props);
   const LayerLook& LookFor(std::string_view layer);

@@ -1,5 +1,5 @@
-// The frontend's masks and clips: wipeouts, and viewports clipped by an
-// entity instead of their rectangle.
+// The frontend's masks and clips: wipeouts, viewports clipped by an entity
+// instead of their rectangle, and clipped block references.
 
 #include <array>
 
@@ -35,6 +35,19 @@ void Frontend::ViewportOutline(const Viewport& vp, const Affine2& paperToOutput,
                             Vec2{c.x + hw, c.y + hh}, Vec2{c.x - hw, c.y + hh}}) {
     polygon.push_back(paperToOutput.Apply(corner));
   }
+}
+
+void Frontend::PushBlockClip(std::span<const Vec2> boundary, const Transform3& t) {
+  std::vector<Vec2> polygon;
+  if (boundary.size() == 2) {
+    const Vec2 a = boundary[0], b = boundary[1];
+    for (const Vec2 p : {a, Vec2{b.x, a.y}, b, Vec2{a.x, b.y}}) {
+      polygon.push_back(t.ApplyXY({p.x, p.y, 0}));
+    }
+  } else {
+    for (const Vec2& p : boundary) polygon.push_back(t.ApplyXY({p.x, p.y, 0}));
+  }
+  backend_.PushClip(polygon);
 }
 
 void Frontend::DrawWipeout(const Wipeout& g, const Transform3& t, const Style& s) {

@@ -1,5 +1,6 @@
-// Wipeouts, the wipeout frame setting and the linetype generation flag of
-// polylines, as the reader decodes them.
+// Wipeouts, the wipeout frame setting, the linetype generation flag of
+// polylines and the clip boundaries of block references, as the reader
+// decodes them.
 
 #include <gtest/gtest.h>
 
@@ -167,6 +168,86 @@ TEST(ReaderPolylines, LinetypeGenerationFlagOfBothKinds) {
     EXPECT_EQ(p.linetypeGeneration, c.generation);
     EXPECT_EQ(p.closed, c.closed);
     EXPECT_EQ(p.vertices.size(), 2u);
+  }
+}
+
+// An INSERT whose extension dictionary leads to a spatial filter.
+std::string ClippedInsert() {
+  return Tags({{0, "INSERT"},
+               {5, "4A"},
+               {102, "{ACAD_XDICTIONARY"},
+               {360, "4B"},
+               {102, "}"},
+               {100, "AcDbEntity"},
+               {8, "0"},
+               {100, "AcDbBlockReference"},
+               {2, "B"},
+               {10, "100"},
+               {20, "0"},
+               {30, "0"}});
+}
+
+std::string FilterObjects(const char* enabled, const char* filterKey) {
+  return Tags({{0, "DICTIONARY"},
+               {5, "C"},
+               {100, "AcDbDictionary"},
+               {0, "DICTIONARY"},
+               {5, "4B"},
+               {330, "4A"},
+               {100, "AcDbDictionary"},
+               {3, "ACAD_FILTER"},
+               {360, "4C"},
+               {0, "DICTIONARY"},
+               {5, "4C"},
+               {330, "4B"},
+               {100, "AcDbDictionary"},
+               {3, filterKey},
+               {360, "4D"},
+               {0, "SPATIAL_FILTER"},
+               {5, "4D"},
+               {330, "4C"},
+               {100, "AcDbFilter"},
+               {100, "AcDbSpatialFilter"},
+               {70, "3"},
+               {10, "0"},
+               {20, "0"},
+               {10, "5"},
+               {20, "0"},
+               {10, "0"},
+               {20, "5"},
+               {210, "0"},
+               {220, "0"},
+               {230, "1"},
+               {11, "0"},
+               {21, "0"},
+               {31, "0"},
+               {71, enabled},
+               {72, "0"},
+               {73, "0"}});
+}
+
+TEST(ReaderInserts, ClipBoundaryThroughTheExtensionDictionary) {
+  struct Case {
+    const char* name;
+    std::string objects;
+    std::size_t points;
+  };
+  const Case cases[] = {
+      {"clipped", FilterObjects("1", "SPATIAL"), 3},
+      {"clipping off", FilterObjects("0", "SPATIAL"), 0},
+      {"another filter", FilterObjects("1", "AUTRE"), 0},
+      {"no objects", "", 0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const Drawing d = Read(ClippedInsert(), c.objects);
+    const auto& insert = std::get<Insert>(First(d).geometry);
+    EXPECT_EQ(insert.block, "B");
+    ASSERT_EQ(insert.clipBoundary.size(), c.points);
+    if (c.points == 3) {
+      EXPECT_DOUBLE_EQ(insert.clipBoundary[1].x, 5);
+      EXPECT_DOUBLE_EQ(insert.clipBoundary[2].y, 5);
+    }
   }
 }
 

@@ -396,5 +396,31 @@ TEST(ClippedViewportTest, RectangleWhenNotFlaggedOrBoundaryMissing) {
   }
 }
 
+TEST(ClippedReferenceTest, BoundaryInBlockCoordinatesFollowsTheReference) {
+  PlotSettings s = OneToOneSettings(100);
+  for (bool clipped : {true, false}) {
+    SCOPED_TRACE(clipped ? "clipped" : "not clipped");
+    Drawing d = MakeDrawing();
+    Block& block = AddBlock(d, "B");
+    block.base = {10, 0, 0};
+    Entity line = MakeLine({10, 0}, {50, 0});
+    line.props.lineweight = 50;
+    block.entities.push_back(line);
+    // Placed at (20, 50), doubled: the line runs from x 20 to 100.
+    Entity insert = MakeInsert("B", {20, 50});
+    auto& g = std::get<Insert>(insert.geometry);
+    g.scale = {2, 2, 1};
+    if (clipped) g.clipBoundary = {{10, -5}, {30, 5}};  // block x 10..30: sheet x 20..60
+    ModelSpace(d).entities.push_back(insert);
+    d.Reindex();
+    const QImage image = RenderSheet(d, ModelLayout(d), s, kPx);
+    EXPECT_TRUE(InkNear(image, kPx, {40, 50}, 0.1));
+    EXPECT_EQ(InkNear(image, kPx, {80, 50}, 0.1), !clipped);
+    RecordingBackend rec = Draw(d, ModelLayout(d));
+    EXPECT_EQ(rec.maxClipDepth, clipped ? 1 : 0);
+    EXPECT_EQ(rec.clipDepth, 0);
+  }
+}
+
 }  // namespace
 }  // namespace sheafwork::embedded
