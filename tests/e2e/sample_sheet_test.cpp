@@ -44,15 +44,20 @@ TEST(SampleSheet, HoldsEveryKindOfEntityAndItsSettings) {
     EXPECT_GE(lt->dashes.size(), 2u) << name;
   }
 
-  // Polylines with and without the linetype generation flag, a wipeout,
-  // a twisted viewport with a frozen layer and one clipped by an entity.
-  bool generation = false, perSegment = false, wipeout = false, twisted = false, clipped = false;
+  // Polylines with and without the linetype generation flag, a wipeout, a
+  // clipped block reference, a twisted viewport with a frozen layer and one
+  // clipped by an entity.
+  bool generation = false, perSegment = false, wipeout = false, twisted = false, clipped = false,
+       clippedInsert = false;
   for (const Entity& e : paper->entities) {
     if (const auto* p = std::get_if<embedded::Polyline>(&e.geometry);
         p && e.props.linetype == "TIRETS") {
       (p->linetypeGeneration ? generation : perSegment) = true;
     }
     wipeout = wipeout || std::holds_alternative<embedded::Wipeout>(e.geometry);
+    if (const auto* insert = std::get_if<embedded::Insert>(&e.geometry)) {
+      clippedInsert = clippedInsert || insert->clipBoundary.size() == 3;
+    }
     const auto* vp = std::get_if<embedded::Viewport>(&e.geometry);
     if (vp == nullptr) continue;
     if (vp->twist != 0) {
@@ -70,6 +75,7 @@ TEST(SampleSheet, HoldsEveryKindOfEntityAndItsSettings) {
   EXPECT_TRUE(wipeout);
   EXPECT_TRUE(twisted);
   EXPECT_TRUE(clipped);
+  EXPECT_TRUE(clippedInsert);
 }
 
 }  // namespace

@@ -39,6 +39,9 @@ struct Entity {
   /// Handle references written after `tags`: the value is the label of an
   /// entity written before, or "LAYER:" and a layer's name.
   std::vector<Tag> handleRefs;
+  /// INSERT: a clip boundary in the block's coordinates, two points for a
+  /// rectangle (release 2000 on; the reference gets a spatial filter).
+  std::vector<P2> clipBoundary;
 };
 
 struct LayerDef {

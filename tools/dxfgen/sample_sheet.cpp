@@ -463,10 +463,15 @@ void BlockZone(std::vector<Entity>& out) {
   const P2 turned = z.At(70, 50);
   out.push_back(Insert(Coloured(kSamples, 5), "REPERE", turned, 0.8, 30,
                        {Attrib(kSamples, "NUM", "B", {turned.x - 1.5, turned.y + 1}, 2.4)}));
+  // The tile again, larger, clipped to a triangle of its own coordinates.
+  Entity clipped = Insert(Coloured(kSamples, 6), "CARREAU", z.At(70, 24), 2.5);
+  clipped.clipBoundary = {{0, 0}, {8, 0}, {0, 8}};
+  out.push_back(std::move(clipped));
+  Label(out, z.At(70, 18), "bloc découpé");
   Entity array = Insert(Coloured(kSamples, 3), "CARREAU", z.At(8, 8));
   Append(array).I(70, 5).I(71, 3).R(44, 12).R(45, 10);
   out.push_back(std::move(array));
-  Label(out, z.At(70, 18), "MINSERT 5 x 3");
+  Label(out, z.At(8, 2), "MINSERT 5 x 3");
 }
 
 void HatchZone(std::vector<Entity>& out) {

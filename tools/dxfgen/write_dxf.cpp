@@ -456,9 +456,14 @@ class Writer2000 {
   }
 
   void WriteCommon(TagWriter& w, const std::string& type, const Props& props, Handle handle,
-                   Handle owner, bool paper) {
+                   Handle owner, bool paper, Handle extensionDictionary = 0) {
     w.Text(0, type);
     w.Handle(5, handle);
+    if (extensionDictionary != 0) {
+      w.Text(102, "{ACAD_XDICTIONARY");
+      w.Handle(360, extensionDictionary);
+      w.Text(102, "}");
+    }
     w.Handle(330, owner);
     w.Text(100, "AcDbEntity");
     if (paper) w.Int(67, 1);
@@ -470,7 +475,13 @@ class Writer2000 {
 
   void WriteEntity(TagWriter& w, const Entity& e, Handle owner, bool paper) {
     const Handle handle = Next();
-    WriteCommon(w, e.type, e.props, handle, owner, paper);
+    Handle extensionDictionary = 0;
+    if (!e.clipBoundary.empty()) {
+      extensionDictionary = Next();
+      const Handle filters = Next();
+      clips_.push_back({handle, extensionDictionary, filters, Next(), &e.clipBoundary});
+    }
+    WriteCommon(w, e.type, e.props, handle, owner, paper, extensionDictionary);
     for (const auto& tag : e.tags) w.Text(tag.code, tag.value);
     for (const auto& ref : e.handleRefs) w.Handle(ref.code, Referenced(ref.value));
     if (!e.label.empty()) labels_[e.label] = handle;
@@ -609,7 +620,31 @@ class Writer2000 {
       s.pageSetupName = setup.name;
       WritePlotSettings(w, s, (setup.settings.flags & kModelTypeFlag) != 0);
     }
+    for (const Clip& clip : clips_) WriteClip(w, clip);
     w.Text(0, "ENDSEC");
+  }
+
+  // A clipped block reference's objects: its extension dictionary, the
+  // filter dictionary and the spatial filter. The filter's two matrices are
+  // left out: our reader keeps the boundary in block coordinates.
+  struct Clip {
+    Handle insert, dictionary, filters, filter;
+    const std::vector<P2>* boundary;
+  };
+
+  void WriteClip(TagWriter& w, const Clip& clip) {
+    WriteDictionary(w, clip.dictionary, clip.insert, {{"ACAD_FILTER", clip.filters}});
+    WriteDictionary(w, clip.filters, clip.dictionary, {{"SPATIAL", clip.filter}});
+    BeginObject(w, "SPATIAL_FILTER", clip.filter, clip.filters);
+    w.Text(100, "AcDbFilter");
+    w.Text(100, "AcDbSpatialFilter");
+    w.Int(70, static_cast<std::int64_t>(clip.boundary->size()));
+    for (const P2& p : *clip.boundary) w.Point2d(10, p);
+    w.Point(210, P3{0, 0, 1});
+    w.Point(11, P3{0, 0, 0});
+    w.Int(71, 1);
+    w.Int(72, 0);
+    w.Int(73, 0);
   }
 
   const Document& doc_;
@@ -626,6 +661,7 @@ class Writer2000 {
   std::vector<Handle> paperLayouts_, setupHandles_;
   std::vector<Record> records_;
   std::map<std::string, Handle> labels_;
+  std::vector<Clip> clips_;
 };
 
 // ---------------------------------------------------------------------------
