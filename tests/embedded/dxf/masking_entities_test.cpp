@@ -164,7 +164,8 @@ TEST(ReaderPolylines, LinetypeGenerationFlagOfBothKinds) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    const auto& p = std::get<Polyline>(First(Read(c.tags)).geometry);
+    const Drawing d = Read(c.tags);
+    const auto& p = std::get<Polyline>(First(d).geometry);
     EXPECT_EQ(p.linetypeGeneration, c.generation);
     EXPECT_EQ(p.closed, c.closed);
     EXPECT_EQ(p.vertices.size(), 2u);
