@@ -42,6 +42,9 @@ echo "== La liste de traçage : $list"
   --setup "$plans/rez-de-chaussee.dxf|A1 paysage" --plot-file "$out/pdf/facade-sud-a1.pdf"
 "$sheafwork" list add "$list" "$plans/ancien-r12.dxf" --layout "Toutes les présentations" \
   --device "PDF.pc3" --plot-file "$out/pdf/ancien-r12.pdf"
+# The sample sheet: every kind of entity the plot engine draws, on A3.
+"$sheafwork" list add "$list" "$plans/planche-essais.dxf" --layout "Planche A3" \
+  --device "PDF.pc3" --plot-file "$out/pdf/planche-essais.pdf"
 # Fails by design: the drawing has no layout of that name.
 "$sheafwork" list add "$list" "$plans/facades.dxf" --layout "Coupe BB" \
   --plot-file "$out/pdf/coupe-bb.pdf"
@@ -79,8 +82,8 @@ if ! grep -q "Coupe BB\|facades.dxf" "$out/QXERROR.LOG"; then
   exit 1
 fi
 pdf_count=$(find "$out" -name '*.pdf' | wc -l)
-if [ "$pdf_count" -ne 9 ]; then
-  echo "démo : ÉCHEC - $pdf_count fichiers PDF produits, 9 attendus" >&2
+if [ "$pdf_count" -ne 10 ]; then
+  echo "démo : ÉCHEC - $pdf_count fichiers PDF produits, 10 attendus" >&2
   exit 1
 fi
 

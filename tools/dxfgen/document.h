@@ -33,6 +33,15 @@ struct Entity {
   std::vector<Tag> tags;
   std::vector<Entity> followers;
   std::vector<P2> extentPoints;  ///< points that bound it, for the header's extents
+  /// Names the entity for the handle references of entities written after
+  /// it (release 2000 on).
+  std::string label;
+  /// Handle references written after `tags`: the value is the label of an
+  /// entity written before, or "LAYER:" and a layer's name.
+  std::vector<Tag> handleRefs;
+  /// INSERT: a clip boundary in the block's coordinates, two points for a
+  /// rectangle (release 2000 on; the reference gets a spatial filter).
+  std::vector<P2> clipBoundary;
 };
 
 struct LayerDef {
@@ -103,6 +112,13 @@ struct PageSetupDef {
   PlotSetup settings;
 };
 
+/// A header variable written after the usual ones (release 2000 on).
+struct HeaderVariable {
+  std::string name;  ///< "$PDMODE"
+  int code = 70;
+  std::string value;  ///< already formatted
+};
+
 struct Document {
   std::string version = "AC1015";  ///< AC1015, AC1018 or AC1009
   int insUnits = 4;                ///< millimetres
@@ -118,6 +134,7 @@ struct Document {
   std::vector<LayoutDef> layouts;  ///< paper layouts in tab order
   int activeLayout = -1;           ///< paper layout active when saved; -1 the model
   std::vector<PageSetupDef> pageSetups;
+  std::vector<HeaderVariable> headerVariables;
 };
 
 /// The file's bytes: an ASCII DXF of the document's release.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "dxfgen/entities.h"
+#include "dxfgen/sample_sheet.h"
 
 namespace sheafwork::dxfgen {
 
@@ -475,9 +476,12 @@ Document GardenShedR12() {
 
 std::vector<ExampleFile> HouseExamples() {
   return {
-      {"rez-de-chaussee.dxf", WriteDxf(GroundFloor())}, {"etage.dxf", WriteDxf(UpperFloor())},
-      {"facades.dxf", WriteDxf(Elevations())},          {"cartouche.dxf", WriteDxf(TitleBlock())},
+      {"rez-de-chaussee.dxf", WriteDxf(GroundFloor())},
+      {"etage.dxf", WriteDxf(UpperFloor())},
+      {"facades.dxf", WriteDxf(Elevations())},
+      {"cartouche.dxf", WriteDxf(TitleBlock())},
       {"ancien-r12.dxf", WriteDxf(GardenShedR12())},
+      {"planche-essais.dxf", WriteDxf(SampleSheet())},
   };
 }
 

@@ -21,7 +21,8 @@ Document Elevations();     ///< facades.dxf
 Document TitleBlock();     ///< cartouche.dxf
 Document GardenShedR12();  ///< ancien-r12.dxf
 
-/// Every example file, in a fixed order.
+/// Every example file, in a fixed order, the sample sheet of
+/// sample_sheet.h (planche-essais.dxf) last.
 std::vector<ExampleFile> HouseExamples();
 
 }  // namespace sheafwork::dxfgen

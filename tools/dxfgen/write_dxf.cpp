@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -279,6 +280,10 @@ class Writer2000 {
     WriteHeaderPoint(w, "$PINSBASE", {0, 0}, true);
     WriteHeaderPoint(w, "$PLIMMIN", sheet.min, false);
     WriteHeaderPoint(w, "$PLIMMAX", sheet.max, false);
+    for (const auto& v : doc_.headerVariables) {
+      w.Text(9, v.name);
+      w.Text(v.code, v.value);
+    }
     w.Text(0, "ENDSEC");
   }
 
@@ -451,9 +456,14 @@ class Writer2000 {
   }
 
   void WriteCommon(TagWriter& w, const std::string& type, const Props& props, Handle handle,
-                   Handle owner, bool paper) {
+                   Handle owner, bool paper, Handle extensionDictionary = 0) {
     w.Text(0, type);
     w.Handle(5, handle);
+    if (extensionDictionary != 0) {
+      w.Text(102, "{ACAD_XDICTIONARY");
+      w.Handle(360, extensionDictionary);
+      w.Text(102, "}");
+    }
     w.Handle(330, owner);
     w.Text(100, "AcDbEntity");
     if (paper) w.Int(67, 1);
@@ -465,11 +475,32 @@ class Writer2000 {
 
   void WriteEntity(TagWriter& w, const Entity& e, Handle owner, bool paper) {
     const Handle handle = Next();
-    WriteCommon(w, e.type, e.props, handle, owner, paper);
+    Handle extensionDictionary = 0;
+    if (!e.clipBoundary.empty()) {
+      extensionDictionary = Next();
+      const Handle filters = Next();
+      clips_.push_back({handle, extensionDictionary, filters, Next(), &e.clipBoundary});
+    }
+    WriteCommon(w, e.type, e.props, handle, owner, paper, extensionDictionary);
     for (const auto& tag : e.tags) w.Text(tag.code, tag.value);
+    for (const auto& ref : e.handleRefs) w.Handle(ref.code, Referenced(ref.value));
+    if (!e.label.empty()) labels_[e.label] = handle;
     if (e.followers.empty()) return;
     for (const auto& f : e.followers) WriteEntity(w, f, handle, paper);
     WriteCommon(w, "SEQEND", {e.props.layer, "", 256, -1}, Next(), handle, paper);
+  }
+
+  // The handle a reference names: a labelled entity written before, or a
+  // layer ("LAYER:name"); 0 when there is none.
+  Handle Referenced(const std::string& name) const {
+    if (name.starts_with("LAYER:")) {
+      for (std::size_t i = 0; i < layers_.size(); ++i) {
+        if (layers_[i].name == name.substr(6)) return layerHandles_[i];
+      }
+      return 0;
+    }
+    const auto it = labels_.find(name);
+    return it != labels_.end() ? it->second : 0;
   }
 
   // An object's start: its type, handle and owner, which is also its reactor
@@ -589,7 +620,31 @@ class Writer2000 {
       s.pageSetupName = setup.name;
       WritePlotSettings(w, s, (setup.settings.flags & kModelTypeFlag) != 0);
     }
+    for (const Clip& clip : clips_) WriteClip(w, clip);
     w.Text(0, "ENDSEC");
+  }
+
+  // A clipped block reference's objects: its extension dictionary, the
+  // filter dictionary and the spatial filter. The filter's two matrices are
+  // left out: our reader keeps the boundary in block coordinates.
+  struct Clip {
+    Handle insert, dictionary, filters, filter;
+    const std::vector<P2>* boundary;
+  };
+
+  void WriteClip(TagWriter& w, const Clip& clip) {
+    WriteDictionary(w, clip.dictionary, clip.insert, {{"ACAD_FILTER", clip.filters}});
+    WriteDictionary(w, clip.filters, clip.dictionary, {{"SPATIAL", clip.filter}});
+    BeginObject(w, "SPATIAL_FILTER", clip.filter, clip.filters);
+    w.Text(100, "AcDbFilter");
+    w.Text(100, "AcDbSpatialFilter");
+    w.Int(70, static_cast<std::int64_t>(clip.boundary->size()));
+    for (const P2& p : *clip.boundary) w.Point2d(10, p);
+    w.Point(210, P3{0, 0, 1});
+    w.Point(11, P3{0, 0, 0});
+    w.Int(71, 1);
+    w.Int(72, 0);
+    w.Int(73, 0);
   }
 
   const Document& doc_;
@@ -605,6 +660,8 @@ class Writer2000 {
   Handle rootDict_ = 0, groupDict_ = 0, layoutDict_ = 0, setupDict_ = 0, modelLayout_ = 0;
   std::vector<Handle> paperLayouts_, setupHandles_;
   std::vector<Record> records_;
+  std::map<std::string, Handle> labels_;
+  std::vector<Clip> clips_;
 };
 
 // ---------------------------------------------------------------------------

@@ -30,6 +30,12 @@ struct LayoutObject {
   std::string blockRecord;  ///< handle key, from the AcDbLayout part
 };
 
+/// A SPATIAL_FILTER object: the clip boundary of a block reference.
+struct SpatialFilterObject {
+  std::vector<Vec2> boundary;
+  bool enabled = true;
+};
+
 struct DictionaryObject {
   std::vector<std::pair<std::string, std::string>> entries;  ///< key, handle key
 };
@@ -54,6 +60,10 @@ class Context {
   std::unordered_map<std::string, DictionaryObject> dictionaries;
   std::vector<LayoutObject> layoutObjects;  ///< in file order
   std::unordered_map<std::string, PlotSettings> plotSettings;
+  std::unordered_map<std::string, SpatialFilterObject> spatialFilters;  ///< by handle key
+  /// Handle key of a block reference → handle key of its extension
+  /// dictionary, where a clip boundary may hang.
+  std::unordered_map<std::string, std::string> insertDictionaries;
   // Header values kept until the end of the header
   Vec3 extMin{1e20, 1e20, 0};
   Vec3 extMax{-1e20, -1e20, 0};

@@ -163,9 +163,12 @@ Polyline DecodeLwPolyline(Context& ctx, Own own) {
       case 90:
         Reserve(g.vertices, ctx.Long(t), own.size());
         break;
-      case 70:
-        g.closed = (ctx.Short(t) & 1) != 0;
+      case 70: {
+        const int flags = ctx.Short(t);
+        g.closed = (flags & 1) != 0;
+        g.linetypeGeneration = (flags & 128) != 0;
         break;
+      }
       case 43:
         g.constantWidth = ctx.Real(t);
         break;
@@ -204,6 +207,7 @@ Decoded DecodePolyline(Context& ctx, Own own, Polyline& g) {
       if ((flags & (16 | 64)) != 0) return Decoded::kIgnored;  // polygon and polyface meshes
       g.closed = (flags & 1) != 0;
       g.is3d = (flags & 8) != 0;
+      g.linetypeGeneration = (flags & 128) != 0;
     } else if (t.code == 30) {
       g.elevation = ctx.Real(t);
     } else {
@@ -528,6 +532,42 @@ Viewport DecodeViewport(Context& ctx, const Record& r, Own own) {
   return g;
 }
 
+// WIPEOUT, laid out like a raster image: placement, size in pixels and the
+// clip boundary in pixel coordinates.
+Wipeout DecodeWipeout(Context& ctx, Own own) {
+  Wipeout g;
+  Vec3 size{1, 1, 0};
+  std::vector<Vec3> vertices;
+  for (const DataTag* d : own) {
+    const Tag& t = d->tag;
+    if (SetPoint(ctx, t, 10, g.insert) || SetPoint(ctx, t, 11, g.uPixel) ||
+        SetPoint(ctx, t, 12, g.vPixel) || SetPoint(ctx, t, 13, size) ||
+        AddListPoint(ctx, t, 14, vertices)) {
+      continue;
+    }
+    switch (t.code) {
+      case 70:
+        g.displayFlags = ctx.Short(t);
+        break;
+      case 280:
+        g.clipping = ctx.Flag(t);
+        break;
+      case 71:
+        g.clipType = ctx.Short(t);
+        break;
+      case 91:
+        Reserve(vertices, ctx.Long(t), own.size());
+        break;
+      default:
+        break;
+    }
+  }
+  g.imageSize = {size.x, size.y};
+  g.clipVertices.reserve(vertices.size());
+  for (const Vec3& v : vertices) g.clipVertices.push_back({v.x, v.y});
+  return g;
+}
+
 }  // namespace
 
 Decoded DecodeEntity(Context& ctx, const Record& r, Entity& out, bool& paperSpace) {
@@ -553,6 +593,9 @@ Decoded DecodeEntity(Context& ctx, const Record& r, Entity& out, bool& paperSpac
     out.geometry = DecodeMText(ctx, own);
   } else if (type == "INSERT") {
     out.geometry = DecodeInsert(ctx, own);
+    if (!r.extensionDictionary.empty() && !out.handle.empty()) {
+      ctx.insertDictionaries[HandleKey(out.handle)] = HandleKey(r.extensionDictionary);
+    }
   } else if (type == "ELLIPSE") {
     out.geometry = DecodeEllipse(ctx, own);
   } else if (type == "SPLINE") {
@@ -575,6 +618,8 @@ Decoded DecodeEntity(Context& ctx, const Record& r, Entity& out, bool& paperSpac
     out.geometry = DecodeLeader(ctx, own);
   } else if (type == "VIEWPORT") {
     out.geometry = DecodeViewport(ctx, r, own);
+  } else if (type == "WIPEOUT") {
+    out.geometry = DecodeWipeout(ctx, own);
   } else if (type == "ATTDEF") {
     // Attribute definitions are the templates of a block's attributes; a
     // block reference shows its own ATTRIBs instead.

@@ -60,9 +60,11 @@ bool ReadRecord(TagStream& stream, Record& record) {
   record.data.clear();
   record.xdata.clear();
   record.owner = {};
+  record.extensionDictionary = {};
   if (!stream.Next(record.start)) return false;
   record.type = TrimSpaces(record.start.value);
 
+  bool inXDictionary = false;
   bool inGroup = false;   // inside 102 {NAME ... 102 }
   bool embedded = false;  // after 101: an embedded object, not read
   bool inXData = false;
@@ -77,7 +79,11 @@ bool ReadRecord(TagStream& stream, Record& record) {
     if (tag.code == 102) {
       const std::string_view v = TrimSpaces(tag.value);
       inGroup = !v.empty() && v.front() == '{';
+      inXDictionary = v == "{ACAD_XDICTIONARY";
       continue;
+    }
+    if (inXDictionary && tag.code == 360 && record.extensionDictionary.empty()) {
+      record.extensionDictionary = tag.value;
     }
     if (inGroup || embedded) continue;
     if (tag.code == 101) {

@@ -51,6 +51,8 @@ struct Record {
   std::vector<DataTag> data;  ///< 100, 102 groups and embedded objects left out
   std::vector<Tag> xdata;     ///< from the first 1001 on
   std::string_view owner;     ///< the 330 before the first subclass marker
+  /// The 360 of its {ACAD_XDICTIONARY group: its extension dictionary.
+  std::string_view extensionDictionary;
 
   std::string_view SubclassOf(const DataTag& d) const { return subclasses[d.subclass]; }
   /// The extended data of `app` (after its 1001 tag), empty when absent.

@@ -37,6 +37,9 @@ struct Header {
   bool fillMode = true;
   bool tileMode = true;  ///< the model tab is active
   std::string styleSheet;
+  /// Frames of wipeouts: 0 hidden, 1 shown and plotted, 2 shown only
+  /// (kept in the drawing's wipeout variables object).
+  std::int16_t wipeoutFrame = 0;
 };
 
 struct Layer {

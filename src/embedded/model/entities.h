@@ -81,6 +81,9 @@ struct Polyline {
   double elevation = 0;
   double constantWidth = 0;
   Vec3 extrusion = kUnitZ;
+  /// The linetype pattern runs on across vertices instead of starting
+  /// again at each one.
+  bool linetypeGeneration = false;
 };
 
 struct Spline {
@@ -159,6 +162,10 @@ struct Insert {
   double rowSpacing = 0;
   Vec3 extrusion = kUnitZ;
   std::vector<Attribute> attributes;
+  /// The clip boundary of the reference (XCLIP) in the block's coordinates;
+  /// two points are the opposite corners of a rectangle. Empty when the
+  /// reference is not clipped.
+  std::vector<Vec2> clipBoundary;
 };
 
 /// One edge of a hatch boundary, in the hatch's object coordinates.
@@ -237,8 +244,23 @@ struct Viewport {
   std::string clipBoundaryHandle;
 };
 
+/// WIPEOUT: an area masked with the sheet's background. Placed like a
+/// raster image: pixel (i, j) of an image `imageSize` pixels large, counted
+/// from its upper left corner, has its centre at insert + (i + ½)·u +
+/// (height − j − ½)·v; a wipeout's image is 1 × 1 pixel.
+struct Wipeout {
+  Vec3 insert;  ///< lower left corner of the image, world coordinates
+  Vec3 uPixel{1, 0, 0};
+  Vec3 vPixel{0, 1, 0};
+  Vec2 imageSize{1, 1};
+  std::int16_t displayFlags = 7;   ///< 1 shown, 2 shown when not aligned, 4 clipped
+  bool clipping = true;            ///< the clip boundary applies
+  std::int16_t clipType = 1;       ///< 1 rectangle (two opposite corners), 2 polygon
+  std::vector<Vec2> clipVertices;  ///< image pixel coordinates
+};
+
 using Geometry = std::variant<Line, Circle, Arc, Ellipse, Polyline, Spline, Point, Solid, Face3d,
-                              Text, MText, Insert, Hatch, Dimension, Leader, Viewport>;
+                              Text, MText, Insert, Hatch, Dimension, Leader, Viewport, Wipeout>;
 
 struct Entity {
   EntityProps props;

@@ -11,6 +11,7 @@
 #include "embedded/render/plot_style_look.h"
 #include "embedded/render/qt_text_fonts.h"
 #include "embedded/render/stroke_font.h"
+#include "embedded/render/linetypes.h"
 #include "embedded/render/text_codes.h"
 #include "embedded/render/text_drawing.h"
 
@@ -72,9 +73,14 @@ void Frontend::DrawLayout(const Layout& layout, const Affine2& toOutput) {
   if (block == nullptr) return;
   const Transform3 t = Transform3::FromAffine2(toOutput);
   if (layout.IsModel()) {
+    viewHeight_ = root_.activeView && root_.activeView->height > 0
+                      ? root_.activeView->height
+                      : root_.header.limMax.y - root_.header.limMin.y;
     DrawBlockEntities(*block, t);
     return;
   }
+  viewHeight_ = layout.limMax.y - layout.limMin.y;
+  sheetBlock_ = block;
   // The first viewport of a paper layout (normally number 1) is the sheet
   // itself: neither its frame nor its content is drawn.
   std::vector<const Entity*> viewports;
@@ -104,9 +110,11 @@ void Frontend::DrawLayout(const Layout& layout, const Affine2& toOutput) {
     }
     if (&e == overall || vp->id == 1) continue;
     const Resolved r = Resolve(e.props);
-    if (r.visible) DrawViewportFrame(*vp, t, r.style);
+    // A viewport clipped by an entity shows that entity as its frame.
+    if (r.visible && ClipBoundaryOf(*vp) == nullptr) DrawViewportFrame(*vp, t, r.style);
   }
   if (!options_.viewportsFirst) drawContents();
+  sheetBlock_ = nullptr;
   backend_.Flush();
 }
 
@@ -138,11 +146,9 @@ void Frontend::DrawViewportContent(const Viewport& vp, const Affine2& paperToOut
       Affine2::Translation(-vp.viewTarget.x, -vp.viewTarget.y);
 
   std::vector<Vec2> frame;
+  ViewportOutline(vp, paperToOutput, frame);
   Box2 frameBox;
-  for (const Vec2 c : FrameCorners(vp)) {
-    frame.push_back(paperToOutput.Apply(c));
-    frameBox.Extend(frame.back());
-  }
+  for (const Vec2& p : frame) frameBox.Extend(p);
   const std::optional<Box2> savedCull = options_.cull;
   options_.cull = savedCull ? savedCull->Intersection(frameBox) : frameBox;
   if (options_.cull->Empty()) {
@@ -153,9 +159,14 @@ void Frontend::DrawViewportContent(const Viewport& vp, const Affine2& paperToOut
   for (const std::string& name : vp.frozenLayers) viewportFrozen_.push_back(NameKey(name));
   looks_.clear();
 
+  const double savedViewHeight = viewHeight_;
+  viewHeight_ = vp.viewHeight;
+  linetypeViewScale_ = root_.header.psLtScale ? s : 1.0;
   backend_.PushClip(frame);
   DrawEntities(model->entities, Transform3::FromAffine2(paperToOutput * modelToPaper));
   backend_.PopClip();
+  linetypeViewScale_ = 1;
+  viewHeight_ = savedViewHeight;
 
   viewportFrozen_.clear();
   looks_.clear();
@@ -179,7 +190,9 @@ const LayerLook& Frontend::LookFor(std::string_view layer) {
     frozenHere =
         std::find(viewportFrozen_.begin(), viewportFrozen_.end(), key) != viewportFrozen_.end();
   }
-  return looks_.emplace(layer, LookOfLayer(record, layer, frozenHere)).first->second;
+  LayerLook look = LookOfLayer(record, layer, frozenHere);
+  if (record != nullptr) look.linetype = PatternNamed(*drawing_, record->linetype);
+  return looks_.emplace(layer, look).first->second;
 }
 
 Frontend::Resolved Frontend::Resolve(const EntityProps& props) {
@@ -199,6 +212,9 @@ Frontend::Resolved Frontend::Resolve(const EntityProps& props) {
       PlottedPen(options_.plotStyles.get(), r.aci, r.objectRgb, r.lineweightMm);
   r.style.rgb = pen.rgb;
   r.style.widthMm = options_.lineweights.PenWidthMm(pen.lineweightMm);
+  r.linetype = EntityPattern(*drawing_, props.linetype, r.look->linetype,
+                             block != nullptr ? block->linetype : nullptr);
+  r.linetypeScale = props.linetypeScale;
   return r;
 }
 
@@ -237,6 +253,7 @@ void Frontend::DrawEntity(const Entity& e, const Transform3& t) {
           // Viewports act only at the top of a paper layout.
         } else {
           if (!r.visible) return;
+          BeginStrokes(r, t);
           if constexpr (std::is_same_v<G, Line>) {
             DrawLine(g, t, r.style);
           } else if constexpr (std::is_same_v<G, Circle>) {
@@ -251,8 +268,7 @@ void Frontend::DrawEntity(const Entity& e, const Transform3& t) {
           } else if constexpr (std::is_same_v<G, Spline>) {
             DrawSpline(g, t, r.style);
           } else if constexpr (std::is_same_v<G, Point>) {
-            const Vec2 p = t.ApplyXY(g.position);
-            if (InCull({&p, 1})) backend_.DrawPoint(p, r.style);
+            DrawPointSymbol(g, t, r.style);
           } else if constexpr (std::is_same_v<G, Solid>) {
             DrawSolid(g, t, r.style);
           } else if constexpr (std::is_same_v<G, Face3d>) {
@@ -265,6 +281,8 @@ void Frontend::DrawEntity(const Entity& e, const Transform3& t) {
             DrawHatch(g, t, r.style);
           } else if constexpr (std::is_same_v<G, Leader>) {
             DrawLeader(g, t, r.style);
+          } else if constexpr (std::is_same_v<G, Wipeout>) {
+            DrawWipeout(g, t, r.style);
           } else {
             static_assert(std::is_same_v<G, void>, "every kind of entity is drawn");
           }
@@ -280,7 +298,7 @@ void Frontend::DrawBlockReference(const Resolved& r, const Block& block, const T
     ++stats_.recursiveBlocks;
     return;
   }
-  blocks_.push_back({r.layer, r.objectRgb, r.lineweightMm, r.aci});
+  blocks_.push_back({r.layer, r.objectRgb, r.lineweightMm, r.aci, r.linetype});
   activeBlocks_.push_back(&block);
 
   const int columns = insert != nullptr ? std::max<int>(insert->columns, 1) : 1;
@@ -288,6 +306,9 @@ void Frontend::DrawBlockReference(const Resolved& r, const Block& block, const T
   const Vec3 scale = insert != nullptr ? insert->scale : Vec3{1, 1, 1};
   const Transform3 inner = Transform3::Scaling(scale) *
                            Transform3::Translation({-block.base.x, -block.base.y, -block.base.z});
+  // A clipped reference (XCLIP): its boundary is in the block's coordinates.
+  const bool clipped = insert != nullptr && insert->clipBoundary.size() >= 2;
+  if (clipped) PushBlockClip(insert->clipBoundary, placed * inner);
   int copies = 0;
   for (int row = 0; row < rows && copies < kMaxInsertCopies; ++row) {
     for (int col = 0; col < columns && copies < kMaxInsertCopies; ++col, ++copies) {
@@ -311,6 +332,7 @@ void Frontend::DrawBlockReference(const Resolved& r, const Block& block, const T
       if (ar.visible) DrawText(attribute.text, parent, ar.style);
     }
   }
+  if (clipped) backend_.PopClip();
   activeBlocks_.pop_back();
   blocks_.pop_back();
 }
@@ -361,12 +383,17 @@ bool Frontend::MapLocal(const Affine2& a) {
 }
 
 void Frontend::EmitPolyline(bool closed, const Style& s) {
-  if (out_.size() >= 2 && InCull(out_)) backend_.DrawPolyline(out_, closed, s);
+  if (out_.size() >= 2 && InCull(out_)) Stroke(out_, closed, s);
 }
 
 void Frontend::DrawLine(const Line& g, const Transform3& t, const Style& s) {
   const Vec2 pair[2] = {t.ApplyXY(g.start), t.ApplyXY(g.end)};
-  if (InCull(pair)) backend_.DrawLines(pair, s);
+  if (!InCull(pair)) return;
+  if (dasher_.Active()) {
+    Stroke(pair, false, s);
+  } else {
+    backend_.DrawLines(pair, s);
+  }
 }
 
 void Frontend::DrawCircle(const Vec3& center, double radius, double startDeg, double sweepDeg,
@@ -377,7 +404,8 @@ void Frontend::DrawCircle(const Vec3& center, double radius, double startDeg, do
   const double sweep = Radians(sweepDeg);
   // Under a similarity a circle stays a circle: hand it over whole.
   const double s1 = std::hypot(a.a, a.b), s2 = std::hypot(a.c, a.d);
-  if (std::fabs(s1 - s2) <= 1e-9 * s1 && std::fabs(a.a * a.c + a.b * a.d) <= 1e-9 * s1 * s2) {
+  if (!dasher_.Active() && std::fabs(s1 - s2) <= 1e-9 * s1 &&
+      std::fabs(a.a * a.c + a.b * a.d) <= 1e-9 * s1 * s2) {
     const Vec2 c = a.Apply({center.x, center.y});
     const double r = radius * s1;
     if (options_.cull &&
@@ -470,12 +498,14 @@ void Frontend::DrawPolyline(const Polyline& g, const Transform3& t, const Style&
   const std::size_t segments = g.closed ? n : n - 1;
   if (!wide) {
     local_.clear();
+    segmentEnds_.clear();
     local_.push_back({g.vertices[0].point.x, g.vertices[0].point.y});
     for (std::size_t i = 0; i < segments; ++i) {
       const PolylineVertex& from = g.vertices[i];
       const PolylineVertex& to = g.vertices[(i + 1) % n];
       AppendBulgeSegment(local_, {from.point.x, from.point.y}, {to.point.x, to.point.y}, from.bulge,
                          scale, options_.flattening);
+      segmentEnds_.push_back(local_.size() - 1);
     }
     if (g.closed && local_.size() > 1) local_.pop_back();  // back at the first vertex
     MapLocal(a);
@@ -483,10 +513,15 @@ void Frontend::DrawPolyline(const Polyline& g, const Transform3& t, const Style&
       if (InCull(out_)) backend_.DrawPoint(out_[0], s);
       return;
     }
+    if (dasher_.Active() && !g.linetypeGeneration) {
+      if (InCull(out_)) StrokeSegments(g.closed, s);
+      return;
+    }
     EmitPolyline(g.closed, s);
     return;
   }
   for (std::size_t i = 0; i < segments; ++i) {
+    if (!g.linetypeGeneration) dasher_.Restart();
     const PolylineVertex& from = g.vertices[i];
     const PolylineVertex& to = g.vertices[(i + 1) % n];
     local_.clear();
@@ -748,7 +783,7 @@ void Frontend::DrawLeader(const Leader& g, const Transform3& t, const Style& s) 
   out_.clear();
   for (const Vec3& v : g.vertices) out_.push_back(t.ApplyXY(v));
   if (!InCull(out_)) return;
-  backend_.DrawPolyline(out_, false, s);
+  Stroke(out_, false, s);
   if (!g.arrowhead) return;
   // A filled arrowhead at the first vertex, in drawing units, no longer
   // than half the first segment.

@@ -16,6 +16,7 @@
 #include "embedded/render/backend.h"
 #include "embedded/render/box.h"
 #include "embedded/render/curves.h"
+#include "embedded/render/dasher.h"
 #include "embedded/render/properties.h"
 #include "embedded/render/text_layout.h"
 #include "embedded/render/transform.h"
@@ -46,6 +47,7 @@ struct FrontendStats {
   std::size_t recursiveBlocks = 0;
   std::size_t skippedViewports = 0;  ///< not a plan view
   std::size_t densePatterns = 0;     ///< hatch patterns cut short
+  std::size_t denseLinetypes = 0;    ///< lines drawn continuous, their pattern too dense
 };
 
 class Frontend {
@@ -67,6 +69,7 @@ class Frontend {
     std::uint32_t rgb = 0;
     double lineweightMm = kDefaultLineweightMm;
     int aci = 7;
+    const Linetype* linetype = nullptr;
   };
   struct Resolved {
     std::string_view layer;
@@ -76,6 +79,9 @@ class Frontend {
     double lineweightMm = kDefaultLineweightMm;  ///< the object's, before any plot style
     std::uint32_t objectRgb = 0;                 ///< likewise
     int aci = 7;                                 ///< its colour number
+    double lineweightMm = kDefaultLineweightMm;
+    const Linetype* linetype = nullptr;  ///< null: continuous
+    double linetypeScale = 1;            ///< the entity's own
   };
 
   void DrawEntities(const std::vector<Entity>& entities, const Transform3& t);
@@ -100,6 +106,27 @@ class Frontend {
   void DrawLeader(const Leader& g, const Transform3& t, const Style& s);
   void DrawBand(std::span<const Vec2> local, double w0, double w1, const Affine2& a,
                 const Style& s);
+  void DrawPointSymbol(const Point& g, const Transform3& t, const Style& s);
+  void DrawWipeout(const Wipeout& g, const Transform3& t, const Style& s);
+
+  // Linetypes (frontend_strokes.cpp).
+  /// Sets up the dash pattern of the entity about to be drawn through `t`.
+  void BeginStrokes(const Resolved& r, const Transform3& t);
+  /// Draws `points` (output units) with the current pattern.
+  void Stroke(std::span<const Vec2> points, bool closed, const Style& s);
+  /// Draws `out_` as the polyline segments ending at `segmentEnds_`, the
+  /// pattern starting again at each one.
+  void StrokeSegments(bool closed, const Style& s);
+
+  // Viewport and block reference clip boundaries (frontend_clipping.cpp).
+  /// The entity clipping `vp` instead of its rectangle, null when none.
+  const Entity* ClipBoundaryOf(const Viewport& vp) const;
+  /// Puts into `polygon` the outline clipping `vp`, in output units.
+  void ViewportOutline(const Viewport& vp, const Affine2& paperToOutput,
+                       std::vector<Vec2>& polygon);
+  /// Clips what follows to a block reference's boundary (block coordinates
+  /// mapped by `t`; two points are a rectangle) until PopClip.
+  void PushBlockClip(std::span<const Vec2> boundary, const Transform3& t);
 
   Resolved Resolve(const EntityProps& props);
   const LayerLook& LookFor(std::string_view layer);
@@ -121,6 +148,14 @@ class Frontend {
   std::vector<BlockContext> blocks_;
   std::vector<const Block*> activeBlocks_;
   std::vector<const Drawing*> activeDrawings_;
+  const Block* sheetBlock_ = nullptr;  ///< the paper layout's block being drawn
+  /// Paper units per model unit of the viewport being drawn when
+  /// linetypes are scaled to paper, 1 otherwise.
+  double linetypeViewScale_ = 1;
+  /// Height in drawing units of the view or viewport being drawn, for the
+  /// size of point symbols.
+  double viewHeight_ = 0;
+  Dasher dasher_;
 
   // Scratch buffers reused from entity to entity.
   std::vector<Vec2> local_;
@@ -128,6 +163,10 @@ class Frontend {
   std::vector<Vec3> points3_;
   std::vector<int> loopSizes_;
   std::vector<Vec2> pairs_;
+  std::vector<Vec2> dashPieces_;
+  std::vector<int> dashSizes_;
+  std::vector<std::size_t> segmentEnds_;
+  std::vector<Vec2> segment_;
   std::string text_;
 };
 

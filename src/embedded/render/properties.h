@@ -25,6 +25,7 @@ struct LayerLook {
   std::uint32_t rgb = 0;
   double lineweightMm = kDefaultLineweightMm;
   int aci = 7;  ///< its colour number, for plot style tables
+  const Linetype* linetype = nullptr;  ///< its dash pattern, null for continuous
 };
 
 /// `layer` may be null (a layer missing from the table plots like a default

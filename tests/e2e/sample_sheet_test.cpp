@@ -1,0 +1,82 @@
+// The sample sheet holds every kind of entity the plot engine draws, as the
+// reader finds them, with what its zones are there to show.
+
+#include "dxfgen/sample_sheet.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+#include <variant>
+
+#include "embedded/dxf/reader.h"
+
+namespace sheafwork::e2e {
+namespace {
+
+using embedded::Drawing;
+using embedded::Entity;
+
+TEST(SampleSheet, HoldsEveryKindOfEntityAndItsSettings) {
+  const Drawing d = embedded::ReadDxf(dxfgen::WriteDxf(dxfgen::SampleSheet()), "planche.dxf");
+  ASSERT_EQ(d.layouts.size(), 2u);
+  const embedded::Block* paper = d.LayoutBlock(d.layouts[1]);
+  ASSERT_NE(paper, nullptr);
+
+  std::set<std::size_t> kinds;
+  const auto collect = [&](const std::vector<Entity>& entities) {
+    for (const Entity& e : entities) kinds.insert(e.geometry.index());
+  };
+  collect(paper->entities);
+  collect(d.LayoutBlock(d.layouts[0])->entities);
+  for (const embedded::Block& b : d.blocks) collect(b.entities);
+  for (std::size_t i = 0; i < std::variant_size_v<embedded::Geometry>; ++i) {
+    EXPECT_TRUE(kinds.count(i)) << "no entity of kind " << i;
+  }
+  EXPECT_TRUE(d.skippedEntities.empty());
+
+  EXPECT_EQ(d.header.pdMode, 35);
+  EXPECT_DOUBLE_EQ(d.header.pdSize, 3);
+  EXPECT_TRUE(d.header.psLtScale);
+  for (const char* name : {"TIRETS", "AXE", "POINTILLE", "CACHE", "TIRET_POINT"}) {
+    const embedded::Linetype* lt = d.FindLinetype(name);
+    ASSERT_NE(lt, nullptr) << name;
+    EXPECT_GE(lt->dashes.size(), 2u) << name;
+  }
+
+  // Polylines with and without the linetype generation flag, a wipeout, a
+  // clipped block reference, a twisted viewport with a frozen layer and one
+  // clipped by an entity.
+  bool generation = false, perSegment = false, wipeout = false, twisted = false, clipped = false,
+       clippedInsert = false;
+  for (const Entity& e : paper->entities) {
+    if (const auto* p = std::get_if<embedded::Polyline>(&e.geometry);
+        p && e.props.linetype == "TIRETS") {
+      (p->linetypeGeneration ? generation : perSegment) = true;
+    }
+    wipeout = wipeout || std::holds_alternative<embedded::Wipeout>(e.geometry);
+    if (const auto* insert = std::get_if<embedded::Insert>(&e.geometry)) {
+      clippedInsert = clippedInsert || insert->clipBoundary.size() == 3;
+    }
+    const auto* vp = std::get_if<embedded::Viewport>(&e.geometry);
+    if (vp == nullptr) continue;
+    if (vp->twist != 0) {
+      twisted = vp->frozenLayers.size() == 1 && vp->frozenLayers[0] == "MOBILIER";
+    }
+    if ((vp->flags & 65536) != 0) {
+      for (const Entity& other : paper->entities) {
+        clipped = clipped || (other.handle == vp->clipBoundaryHandle &&
+                              std::holds_alternative<embedded::Polyline>(other.geometry));
+      }
+    }
+  }
+  EXPECT_TRUE(generation);
+  EXPECT_TRUE(perSegment);
+  EXPECT_TRUE(wipeout);
+  EXPECT_TRUE(twisted);
+  EXPECT_TRUE(clipped);
+  EXPECT_TRUE(clippedInsert);
+}
+
+}  // namespace
+}  // namespace sheafwork::e2e

@@ -1,0 +1,177 @@
+// The dash cutter and the point symbols: pure geometry.
+
+#include "embedded/render/dasher.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <vector>
+
+#include "embedded/render/point_style.h"
+
+namespace sheafwork::embedded {
+namespace {
+
+constexpr double kInf = std::numeric_limits<double>::infinity();
+
+struct Cut {
+  Dasher::Result result;
+  std::vector<std::vector<Vec2>> pieces;
+};
+
+Cut CutUp(Dasher& dasher, std::vector<Vec2> points, bool closed = false) {
+  std::vector<Vec2> flat;
+  std::vector<int> sizes;
+  Cut cut{dasher.Cut(points, closed, flat, sizes), {}};
+  std::size_t at = 0;
+  for (const int n : sizes) {
+    cut.pieces.emplace_back(flat.begin() + static_cast<long>(at),
+                            flat.begin() + static_cast<long>(at) + n);
+    at += static_cast<std::size_t>(n);
+  }
+  EXPECT_EQ(at, flat.size());
+  return cut;
+}
+
+Cut CutUp(std::vector<double> pattern, double scale, std::vector<Vec2> points,
+          bool closed = false) {
+  Dasher dasher;
+  dasher.SetPattern(pattern, scale, 0.1);
+  return CutUp(dasher, std::move(points), closed);
+}
+
+void ExpectPiece(const std::vector<Vec2>& piece, std::vector<Vec2> expected) {
+  ASSERT_EQ(piece.size(), expected.size());
+  for (std::size_t i = 0; i < piece.size(); ++i) {
+    EXPECT_NEAR(piece[i].x, expected[i].x, 1e-9) << "point " << i;
+    EXPECT_NEAR(piece[i].y, expected[i].y, 1e-9) << "point " << i;
+  }
+}
+
+TEST(DasherTest, DashesAlongALineByPatternAndScale) {
+  struct Case {
+    const char* name;
+    std::vector<double> pattern;
+    double scale;
+  };
+  // The same 2-on, 1-off pattern, given three ways.
+  const Case cases[] = {
+      {"as is", {2, -1}, 1},
+      {"scaled", {1, -0.5}, 2},
+      {"negative scale ignored", {4, -2}, -0.5},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const Cut cut = CutUp(c.pattern, c.scale, {{0, 0}, {10, 0}});
+    EXPECT_EQ(cut.result, Dasher::Result::kDashed);
+    ASSERT_EQ(cut.pieces.size(), 4u);
+    ExpectPiece(cut.pieces[0], {{0, 0}, {2, 0}});
+    ExpectPiece(cut.pieces[1], {{3, 0}, {5, 0}});
+    ExpectPiece(cut.pieces[2], {{6, 0}, {8, 0}});
+    ExpectPiece(cut.pieces[3], {{9, 0}, {10, 0}});
+  }
+}
+
+TEST(DasherTest, PhaseRunsOnAcrossVerticesAndDashesTurnCorners) {
+  // 3 on, 1 off along an L: the first dash turns the corner at (2, 0).
+  const Cut cut = CutUp({3, -1}, 1, {{0, 0}, {2, 0}, {2, 6}});
+  ASSERT_EQ(cut.pieces.size(), 2u);
+  ExpectPiece(cut.pieces[0], {{0, 0}, {2, 0}, {2, 1}});
+  ExpectPiece(cut.pieces[1], {{2, 2}, {2, 5}});
+
+  // Across calls too, until Restart.
+  Dasher dasher;
+  dasher.SetPattern(std::vector<double>{1, -1}, 1, 0.1);
+  CutUp(dasher, {{0, 0}, {2.5, 0}});  // ends half-way through a dash
+  ExpectPiece(CutUp(dasher, {{0, 0}, {2.5, 0}}).pieces.at(0), {{0, 0}, {0.5, 0}});
+  dasher.Restart();
+  ExpectPiece(CutUp(dasher, {{0, 0}, {2.5, 0}}).pieces.at(0), {{0, 0}, {1, 0}});
+}
+
+TEST(DasherTest, ClosedOutlineIncludesTheClosingSegment) {
+  const Cut cut = CutUp({3, -1}, 1, {{0, 0}, {4, 0}, {4, 4}, {0, 4}}, true);
+  ASSERT_EQ(cut.pieces.size(), 4u);
+  ExpectPiece(cut.pieces[0], {{0, 0}, {3, 0}});
+  ExpectPiece(cut.pieces[1], {{4, 0}, {4, 3}});
+  ExpectPiece(cut.pieces[3], {{0, 4}, {0, 1}});
+}
+
+TEST(DasherTest, DotsAreShortDashesThatTakeNoRoom) {
+  const Cut cut = CutUp({0, -1}, 1, {{0, 0}, {3.5, 0}});
+  ASSERT_EQ(cut.pieces.size(), 4u);
+  for (int i = 0; i < 4; ++i) {
+    SCOPED_TRACE(i);
+    ExpectPiece(cut.pieces[static_cast<std::size_t>(i)], {{i * 1.0, 0}, {i + 0.1, 0}});
+  }
+  // Dash, gap, dot, gap: the dot sits after the first gap.
+  const Cut mixed = CutUp({2, -1, 0, -1}, 1, {{0, 0}, {8, 0}});
+  ASSERT_GE(mixed.pieces.size(), 3u);
+  ExpectPiece(mixed.pieces[1], {{3, 0}, {3.1, 0}});
+  ExpectPiece(mixed.pieces[2], {{4, 0}, {6, 0}});
+}
+
+TEST(DasherTest, ContinuousWhenShortOrWithoutGaps) {
+  const Cut shortLine = CutUp({2, -1}, 1, {{0, 0}, {2.5, 0}});
+  EXPECT_EQ(shortLine.result, Dasher::Result::kContinuous);
+  ASSERT_EQ(shortLine.pieces.size(), 1u);
+  ExpectPiece(shortLine.pieces[0], {{0, 0}, {2.5, 0}});
+
+  Dasher dasher;
+  for (const std::vector<double>& pattern :
+       std::vector<std::vector<double>>{{}, {5}, {0, 0}, {2, 0}, {-kInf, 1}}) {
+    EXPECT_FALSE(dasher.SetPattern(pattern, 1, 0.1));
+    EXPECT_FALSE(dasher.Active());
+  }
+  EXPECT_TRUE(dasher.SetPattern(std::vector<double>{0, -1}, 1, 0.1));
+}
+
+TEST(DasherTest, TooDensePatternGivesNothing) {
+  Dasher dasher;
+  dasher.SetPattern(std::vector<double>{0.001, -0.001}, 1, 0.1);
+  dasher.SetMaxPieces(1000);
+  const Cut dense = CutUp(dasher, {{0, 0}, {1000, 0}});
+  EXPECT_EQ(dense.result, Dasher::Result::kTooDense);
+  EXPECT_TRUE(dense.pieces.empty());
+  // The same pattern on a line it fits on.
+  EXPECT_EQ(CutUp(dasher, {{0, 0}, {0.5, 0}}).result, Dasher::Result::kDashed);
+}
+
+TEST(PointStyleTest, SymbolsByMode) {
+  struct Case {
+    int mode;
+    std::size_t strokes;
+    bool dot;
+    bool circle;
+  };
+  const Case cases[] = {
+      {0, 0, true, false},   {1, 0, false, false}, {2, 2, false, false},
+      {3, 2, false, false},  {4, 1, false, false}, {34, 2, false, true},
+      {66, 6, false, false}, {99, 6, false, true}, {32, 0, true, true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.mode);
+    std::vector<Vec2> pairs;
+    const PointSymbol s = AppendPointSymbol(c.mode, {10, 20}, 4, pairs);
+    EXPECT_EQ(pairs.size(), 2 * c.strokes);
+    EXPECT_EQ(s.dot, c.dot);
+    EXPECT_EQ(s.circleRadius, c.circle ? 2.0 : 0.0);
+    for (const Vec2& p : pairs) {  // every stroke within the symbol's square
+      EXPECT_LE(std::abs(p.x - 10), 2.0 + 1e-12);
+      EXPECT_LE(std::abs(p.y - 20), 2.0 + 1e-12);
+    }
+  }
+  std::vector<Vec2> tick;
+  AppendPointSymbol(4, {0, 0}, 4, tick);
+  ExpectPiece(tick, {{0, 0}, {0, 2}});  // upwards from the point
+}
+
+TEST(PointStyleTest, SizeAbsoluteOrRelativeToTheView) {
+  EXPECT_DOUBLE_EQ(PointSymbolSize(3, 200), 3);
+  EXPECT_DOUBLE_EQ(PointSymbolSize(0, 200), 10);  // 5 %
+  EXPECT_DOUBLE_EQ(PointSymbolSize(-2, 200), 4);  // 2 %
+  EXPECT_DOUBLE_EQ(PointSymbolSize(-10, 50), 5);
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded

@@ -1,0 +1,426 @@
+// Linetypes, point symbols, wipeouts and viewports clipped by an entity,
+// through the frontend (recorded primitives) and painted (pixels).
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <cmath>
+#include <string>
+
+#include "embedded/render/frontend.h"
+#include "embedded/render/render_test_support.h"
+
+namespace sheafwork::embedded {
+namespace {
+
+using testing::AddBlock;
+using testing::AddLayer;
+using testing::InkNear;
+using testing::MakeDrawing;
+using testing::MakeEntity;
+using testing::MakeInsert;
+using testing::MakeLine;
+using testing::ModelLayout;
+using testing::ModelSpace;
+using testing::OneToOneSettings;
+using testing::PaperLayout;
+using testing::PaperSpace;
+using testing::Recorded;
+using testing::RecordingBackend;
+using testing::RenderSheet;
+
+constexpr double kPx = 4;  // pixels per millimetre
+
+RecordingBackend Draw(const Drawing& d, const Layout& layout, FrontendStats* stats = nullptr) {
+  RecordingBackend backend;
+  Frontend frontend(d, backend, {});
+  frontend.DrawLayout(layout, Affine2{});
+  if (stats != nullptr) *stats = frontend.Stats();
+  return backend;
+}
+
+/// A drawing with the linetype "TIRETS" (2 on, 1 off) and "Continuous".
+Drawing DashedDrawing() {
+  Drawing d = MakeDrawing();
+  d.linetypes.push_back({"Continuous", "", 0, {}});
+  d.linetypes.push_back({"TIRETS", "__ __", 3, {2, -1}});
+  return d;
+}
+
+std::size_t StrokesOf(const RecordingBackend& rec) {
+  std::size_t n = 0;
+  for (const Recorded& item : rec.items) {
+    if (item.kind == Recorded::Kind::Lines) n += item.points.size() / 2;
+    if (item.kind == Recorded::Kind::Polyline) ++n;
+  }
+  return n;
+}
+
+TEST(LinetypeTest, ResolvedLikeColour) {
+  struct Case {
+    const char* name;
+    std::string layerLinetype;
+    std::string entityLinetype;
+    std::string insertLinetype;  ///< non-empty: the line sits in a block
+    std::size_t strokes;         ///< a 10-unit line: 4 dashes, or 1 stroke
+  };
+  const Case cases[] = {
+      {"by layer, dashed layer", "TIRETS", "", "", 4},
+      {"BYLAYER spelt out", "TIRETS", "ByLayer", "", 4},
+      {"named on a continuous layer", "Continuous", "tirets", "", 4},
+      {"Continuous on a dashed layer", "TIRETS", "CONTINUOUS", "", 1},
+      {"unknown name", "TIRETS", "NULLE_PART", "", 1},
+      {"by block at the top", "Continuous", "BYBLOCK", "", 1},
+      {"by block in a dashed reference", "Continuous", "BYBLOCK", "TIRETS", 4},
+      {"by block in a reference by layer", "TIRETS", "BYBLOCK", "BYLAYER", 4},
+      {"own linetype in a dashed reference", "Continuous", "Continuous", "TIRETS", 1},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    Drawing d = DashedDrawing();
+    Layer& layer = AddLayer(d, "Axes");
+    layer.linetype = c.layerLinetype;
+    Entity line = MakeLine({0, 0}, {10, 0}, "Axes");
+    line.props.linetype = c.entityLinetype;
+    if (c.insertLinetype.empty()) {
+      ModelSpace(d).entities.push_back(line);
+    } else {
+      AddBlock(d, "B").entities.push_back(line);
+      Entity insert = MakeInsert("B", {0, 0}, "Axes");
+      insert.props.linetype = c.insertLinetype;
+      ModelSpace(d).entities.push_back(insert);
+    }
+    d.Reindex();
+    EXPECT_EQ(StrokesOf(Draw(d, ModelLayout(d))), c.strokes);
+  }
+}
+
+TEST(LinetypeTest, ScalesMultiplyAndCirclesAreDashedToo) {
+  struct Case {
+    const char* name;
+    double entityScale;
+    double globalScale;
+    double blockScale;
+    std::size_t strokes;
+  };
+  const Case cases[] = {
+      {"1 × 1", 1, 1, 1, 4},         // 0-2, 3-5, 6-8, 9-10
+      {"2 × 0.5", 2, 0.5, 1, 4},     // the same
+      {"entity 2", 2, 1, 1, 2},      // 0-4, 6-10
+      {"global 0.5", 1, 0.5, 1, 7},  // 1.5 long: 0-1, 1.5-2.5, ... 9-10
+      {"in a block scaled 2", 1, 1, 2, 2},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    Drawing d = DashedDrawing();
+    d.header.ltScale = c.globalScale;
+    Entity line = MakeLine({0, 0}, {10 / c.blockScale, 0});
+    line.props.linetype = "TIRETS";
+    line.props.linetypeScale = c.entityScale;
+    AddBlock(d, "B").entities.push_back(line);
+    Entity insert = MakeInsert("B", {0, 0});
+    std::get<Insert>(insert.geometry).scale = {c.blockScale, c.blockScale, 1};
+    ModelSpace(d).entities.push_back(insert);
+    d.Reindex();
+    EXPECT_EQ(StrokesOf(Draw(d, ModelLayout(d))), c.strokes);
+  }
+  // A dashed circle is cut, not handed over as one arc.
+  Drawing d = DashedDrawing();
+  Entity circle = MakeEntity(Circle{{0, 0, 0}, 10, kUnitZ});
+  circle.props.linetype = "TIRETS";
+  ModelSpace(d).entities.push_back(circle);
+  d.Reindex();
+  EXPECT_EQ(StrokesOf(Draw(d, ModelLayout(d))), 21u);  // 62.8 / 3, rounded up
+}
+
+TEST(LinetypeTest, PolylineGenerationFlagKeepsThePhaseAcrossVertices) {
+  for (bool generation : {true, false}) {
+    SCOPED_TRACE(generation ? "across vertices" : "per segment");
+    Drawing d = DashedDrawing();
+    Polyline p;
+    for (Vec2 v : {Vec2{0, 0}, Vec2{4, 0}, Vec2{4, 4}}) p.vertices.push_back({{v.x, v.y, 0}});
+    p.linetypeGeneration = generation;
+    Entity e = MakeEntity(p);
+    e.props.linetype = "TIRETS";
+    ModelSpace(d).entities.push_back(e);
+    d.Reindex();
+    const RecordingBackend rec = Draw(d, ModelLayout(d));
+    if (generation) {
+      // 0-2, 3-5 round the corner, 6-8.
+      ASSERT_EQ(StrokesOf(rec), 3u);
+      ASSERT_EQ(rec.items[1].kind, Recorded::Kind::Polyline);
+      EXPECT_EQ(rec.items[1].points.size(), 3u);
+    } else {
+      // 0-2, 3-4 on each side, none turning the corner.
+      EXPECT_EQ(StrokesOf(rec), 4u);
+      for (const Recorded& item : rec.items) EXPECT_EQ(item.kind, Recorded::Kind::Lines);
+    }
+  }
+}
+
+TEST(LinetypeTest, PaperScaledInViewportsWhenAsked) {
+  for (bool paper : {true, false}) {
+    SCOPED_TRACE(paper ? "PSLTSCALE 1" : "PSLTSCALE 0");
+    Drawing d = DashedDrawing();
+    d.header.psLtScale = paper;
+    Entity line = MakeLine({0, 0}, {100, 0});  // 10 mm on paper
+    line.props.linetype = "TIRETS";
+    ModelSpace(d).entities.push_back(line);
+    Viewport vp;
+    vp.center = {50, 50, 0};
+    vp.width = vp.height = 20;
+    vp.viewHeight = 200;  // 1:10
+    vp.viewTarget = {50, 0, 0};
+    PaperSpace(d).entities.push_back(MakeEntity(Viewport{}));
+    PaperSpace(d).entities.push_back(MakeEntity(vp));
+    d.Reindex();
+    const RecordingBackend rec = Draw(d, PaperLayout(d));
+    // The frame, then the line: 4 dashes of 2 mm, or 34 of 0.2 mm.
+    EXPECT_EQ(StrokesOf(rec) - 1, paper ? 4u : 34u);
+  }
+}
+
+TEST(LinetypeTest, TooDensePatternDrawsContinuousAndIsCounted) {
+  Drawing d = DashedDrawing();
+  d.header.ltScale = 1e-9;
+  Entity line = MakeLine({0, 0}, {100, 0});
+  line.props.linetype = "TIRETS";
+  ModelSpace(d).entities.push_back(line);
+  d.Reindex();
+  FrontendStats stats;
+  EXPECT_EQ(StrokesOf(Draw(d, ModelLayout(d), &stats)), 1u);
+  EXPECT_EQ(stats.denseLinetypes, 1u);
+}
+
+TEST(PointDisplayTest, ModeAndSizeFromTheHeader) {
+  struct Case {
+    std::int16_t mode;
+    double size;
+    std::size_t lines;  ///< strokes handed over
+    bool dot;
+    double extent;  ///< half the symbol's width
+  };
+  const Case cases[] = {
+      {0, 4, 0, true, 0},       {1, 4, 0, false, 0},
+      {3, 4, 2, false, 2},      {2, 0, 2, false, 2.5},  // 5 % of a 100-high view
+      {2, -10, 2, false, 5},                            // 10 % of it
+      {64 + 1, 4, 4, false, 2},                         // a square alone
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.mode);
+    Drawing d = MakeDrawing();
+    d.header.pdMode = c.mode;
+    d.header.pdSize = c.size;
+    d.header.limMax = {100, 100};
+    ModelSpace(d).entities.push_back(MakeEntity(Point{{50, 50, 0}}));
+    d.Reindex();
+    const RecordingBackend rec = Draw(d, ModelLayout(d));
+    std::size_t lines = 0;
+    bool dot = false;
+    double extent = 0;
+    for (const Recorded& item : rec.items) {
+      dot = dot || item.kind == Recorded::Kind::Point;
+      if (item.kind != Recorded::Kind::Lines) continue;
+      lines += item.points.size() / 2;
+      for (const Vec2& p : item.points) extent = std::max(extent, std::abs(p.x - 50));
+    }
+    EXPECT_EQ(lines, c.lines);
+    EXPECT_EQ(dot, c.dot);
+    EXPECT_NEAR(extent, c.extent, 1e-9);
+  }
+}
+
+Wipeout SquareWipeout(Vec2 at, double side) {
+  Wipeout w;
+  w.insert = {at.x, at.y, 0};
+  w.uPixel = {side, 0, 0};
+  w.vPixel = {0, side, 0};
+  w.clipType = 1;
+  w.clipVertices = {{-0.5, -0.5}, {0.5, 0.5}};
+  return w;
+}
+
+TEST(WipeoutTest, MasksWhatCameBeforeOnly) {
+  Drawing d = MakeDrawing();
+  Solid under;  // black square 20..80
+  under.corners = {Vec3{20, 20, 0}, Vec3{80, 20, 0}, Vec3{20, 80, 0}, Vec3{80, 80, 0}};
+  Entity underEntity = MakeEntity(under);
+  underEntity.props.color = 7;
+  ModelSpace(d).entities.push_back(underEntity);
+  ModelSpace(d).entities.push_back(MakeEntity(SquareWipeout({40, 40}, 20)));
+  Entity over = MakeLine({30, 50}, {70, 50});
+  over.props.lineweight = 50;
+  ModelSpace(d).entities.push_back(over);
+  d.Reindex();
+
+  const RecordingBackend rec = Draw(d, ModelLayout(d));
+  ASSERT_EQ(rec.items.size(), 3u);
+  EXPECT_EQ(rec.items[1].kind, Recorded::Kind::Fill);
+  EXPECT_EQ(rec.items[1].style.rgb, 0xFFFFFFu);
+
+  const QImage image = RenderSheet(d, ModelLayout(d), OneToOneSettings(100), kPx);
+  EXPECT_TRUE(InkNear(image, kPx, {25, 25}, 0.1));  // the solid around
+  EXPECT_FALSE(InkNear(image, kPx, {45, 45}, 1));   // masked
+  EXPECT_FALSE(InkNear(image, kPx, {55, 55}, 1));
+  EXPECT_TRUE(InkNear(image, kPx, {50, 50}, 0.1));   // drawn after: on top
+  EXPECT_FALSE(InkNear(image, kPx, {41, 41}, 0.2));  // no frame by default
+}
+
+TEST(WipeoutTest, BoundaryInPixelsFrameAndDisplayFlag) {
+  struct Case {
+    const char* name;
+    Wipeout wipeout;
+    std::int16_t frame;
+    std::vector<Vec2> fill;  ///< expected outline, empty when nothing drawn
+    bool framed;
+  };
+  Wipeout triangle = SquareWipeout({10, 20}, 40);
+  triangle.vPixel = {0, 20, 0};
+  triangle.clipType = 2;
+  triangle.clipVertices = {{-0.5, -0.5}, {0.5, 0.5}, {-0.5, 0.5}, {-0.5, -0.5}};
+  Wipeout unclipped = SquareWipeout({0, 0}, 10);
+  unclipped.clipping = false;
+  unclipped.clipVertices = {{-0.5, -0.5}, {0, 0}};
+  Wipeout hidden = SquareWipeout({0, 0}, 10);
+  hidden.displayFlags = 0;
+  const Case cases[] = {
+      // Pixel rows run downwards from the image's top edge.
+      {"triangle", triangle, 0, {{10, 40}, {50, 20}, {10, 20}}, false},
+      {"clipping off: the whole image", unclipped, 0, {{0, 10}, {10, 10}, {10, 0}, {0, 0}}, false},
+      {"frame shown", SquareWipeout({0, 0}, 10), 1, {{0, 10}, {10, 10}, {10, 0}, {0, 0}}, true},
+      {"frame displayed only",
+       SquareWipeout({0, 0}, 10),
+       2,
+       {{0, 10}, {10, 10}, {10, 0}, {0, 0}},
+       false},
+      {"not shown", hidden, 1, {}, false},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    Drawing d = MakeDrawing();
+    d.header.wipeoutFrame = c.frame;
+    ModelSpace(d).entities.push_back(MakeEntity(c.wipeout));
+    d.Reindex();
+    const RecordingBackend rec = Draw(d, ModelLayout(d));
+    if (c.fill.empty()) {
+      EXPECT_TRUE(rec.items.empty());
+      continue;
+    }
+    ASSERT_EQ(rec.items.size(), c.framed ? 2u : 1u);
+    const std::vector<Vec2>& got = rec.items[0].points;
+    ASSERT_EQ(got.size(), c.fill.size());
+    for (std::size_t i = 0; i < got.size(); ++i) {
+      EXPECT_NEAR(got[i].x, c.fill[i].x, 1e-9) << i;
+      EXPECT_NEAR(got[i].y, c.fill[i].y, 1e-9) << i;
+    }
+  }
+}
+
+// A paper layout with one viewport at 1:1 onto a model filled black, its
+// content clipped by `boundary` (a paper-space entity) when given.
+Drawing ClippedViewportDrawing(std::optional<Geometry> boundary, bool flagged = true) {
+  Drawing d = MakeDrawing();
+  Solid fill;
+  fill.corners = {Vec3{0, 0, 0}, Vec3{100, 0, 0}, Vec3{0, 100, 0}, Vec3{100, 100, 0}};
+  ModelSpace(d).entities.push_back(MakeEntity(fill));
+  Viewport vp;
+  vp.center = {50, 50, 0};
+  vp.width = vp.height = vp.viewHeight = 60;
+  vp.viewTarget = {50, 50, 0};
+  vp.id = 2;
+  if (flagged) vp.flags = 65536;
+  vp.clipBoundaryHandle = "2b";
+  PaperSpace(d).entities.push_back(MakeEntity(Viewport{}));
+  PaperSpace(d).entities.push_back(MakeEntity(vp));
+  if (boundary) {
+    Entity e = MakeEntity(*boundary);
+    e.handle = "2B";
+    PaperSpace(d).entities.push_back(e);
+  }
+  d.Reindex();
+  return d;
+}
+
+TEST(ClippedViewportTest, ContentOutsideTheBoundaryIsNotDrawn) {
+  Polyline diamond;
+  for (Vec2 v : {Vec2{50, 25}, Vec2{75, 50}, Vec2{50, 75}, Vec2{25, 50}}) {
+    diamond.vertices.push_back({{v.x, v.y, 0}});
+  }
+  diamond.closed = false;  // a boundary closes anyway
+  Ellipse ellipse;
+  ellipse.center = {50, 50, 0};
+  ellipse.majorAxis = {25, 0, 0};
+  ellipse.ratio = 0.4;
+  struct Case {
+    const char* name;
+    Geometry boundary;
+    Vec2 inside;
+    Vec2 outside;  ///< within the viewport's rectangle
+  };
+  const Case cases[] = {
+      {"circle", Circle{{50, 50, 0}, 20, kUnitZ}, {50, 65}, {24, 24}},
+      {"polyline", diamond, {50, 70}, {30, 30}},
+      {"ellipse", ellipse, {70, 50}, {50, 65}},
+  };
+  PlotSettings s = OneToOneSettings(100);
+  s.plotType = kPlotLayout;
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    Drawing d = ClippedViewportDrawing(c.boundary);
+    const QImage image = RenderSheet(d, PaperLayout(d), s, kPx);
+    EXPECT_TRUE(InkNear(image, kPx, c.inside, 0.1));
+    EXPECT_FALSE(InkNear(image, kPx, c.outside, 0.5));
+    // The viewport's own frame is not drawn; the boundary is the frame.
+    EXPECT_FALSE(InkNear(image, kPx, {21, 50}, 0.5));
+    EXPECT_FALSE(InkNear(image, kPx, {79, 79}, 0.5));
+  }
+}
+
+TEST(ClippedViewportTest, RectangleWhenNotFlaggedOrBoundaryMissing) {
+  PlotSettings s = OneToOneSettings(100);
+  s.plotType = kPlotLayout;
+  struct Case {
+    const char* name;
+    Drawing drawing;
+  };
+  Case cases[] = {
+      {"flag without an entity", ClippedViewportDrawing(std::nullopt)},
+      {"entity without the flag", ClippedViewportDrawing(Circle{{50, 50, 0}, 5, kUnitZ}, false)},
+      {"boundary of another kind", ClippedViewportDrawing(Line{{0, 0, 0}, {1, 1, 0}})},
+  };
+  for (Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const QImage image = RenderSheet(c.drawing, PaperLayout(c.drawing), s, kPx);
+    EXPECT_TRUE(InkNear(image, kPx, {24, 24}, 0.1));  // the whole rectangle
+    EXPECT_FALSE(InkNear(image, kPx, {15, 50}, 0.5));
+  }
+}
+
+TEST(ClippedReferenceTest, BoundaryInBlockCoordinatesFollowsTheReference) {
+  PlotSettings s = OneToOneSettings(100);
+  for (bool clipped : {true, false}) {
+    SCOPED_TRACE(clipped ? "clipped" : "not clipped");
+    Drawing d = MakeDrawing();
+    Block& block = AddBlock(d, "B");
+    block.base = {10, 0, 0};
+    Entity line = MakeLine({10, 0}, {50, 0});
+    line.props.lineweight = 50;
+    block.entities.push_back(line);
+    // Placed at (20, 50), doubled: the line runs from x 20 to 100.
+    Entity insert = MakeInsert("B", {20, 50});
+    auto& g = std::get<Insert>(insert.geometry);
+    g.scale = {2, 2, 1};
+    if (clipped) g.clipBoundary = {{10, -5}, {30, 5}};  // block x 10..30: sheet x 20..60
+    ModelSpace(d).entities.push_back(insert);
+    d.Reindex();
+    const QImage image = RenderSheet(d, ModelLayout(d), s, kPx);
+    EXPECT_TRUE(InkNear(image, kPx, {40, 50}, 0.1));
+    EXPECT_EQ(InkNear(image, kPx, {80, 50}, 0.1), !clipped);
+    RecordingBackend rec = Draw(d, ModelLayout(d));
+    EXPECT_EQ(rec.maxClipDepth, clipped ? 1 : 0);
+    EXPECT_EQ(rec.clipDepth, 0);
+  }
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded
