@@ -8,10 +8,10 @@
 
 #include "embedded/render/aci_palette.h"
 #include "embedded/render/hatch_pattern.h"
+#include "embedded/render/linetypes.h"
 #include "embedded/render/plot_style_look.h"
 #include "embedded/render/qt_text_fonts.h"
 #include "embedded/render/stroke_font.h"
-#include "embedded/render/linetypes.h"
 #include "embedded/render/text_codes.h"
 #include "embedded/render/text_drawing.h"
 

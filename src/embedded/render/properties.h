@@ -24,7 +24,7 @@ struct LayerLook {
   bool visible = true;  ///< on, thawed, plottable, not Defpoints
   std::uint32_t rgb = 0;
   double lineweightMm = kDefaultLineweightMm;
-  int aci = 7;  ///< its colour number, for plot style tables
+  int aci = 7;                         ///< its colour number, for plot style tables
   const Linetype* linetype = nullptr;  ///< its dash pattern, null for continuous
 };
 
