@@ -19,9 +19,4 @@ void Backend::DrawArc(Vec2 center, double radius, double start, double sweep, co
   DrawPolyline(points, full, style);
 }
 
-void Backend::DrawText(const TextRun& text, const Style& style) {
-  (void)text;
-  (void)style;
-}
-
 }  // namespace sheafwork::embedded

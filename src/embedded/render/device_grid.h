@@ -26,7 +26,13 @@ class DeviceGrid {
   DeviceGrid(const QTransform& toDevice, bool snap);
 
   /// Whether a device of `dpi` dots per inch gets whole units.
-  static bool SnapsAt(int dpi) { return dpi >= kSnapDpi; }
+  static bool SnapsAt(double dpi) { return dpi >= kSnapDpi; }
+  /// Whether points mapped by `toDevice` (sheet millimetres to device
+  /// units) get whole units: the units must be fine, whatever resolution
+  /// the device reports (an SVG file paints in millimetres).
+  static bool SnapsFor(const QTransform& toDevice) {
+    return SnapsAt(std::sqrt(std::fabs(toDevice.determinant())) * 25.4);
+  }
 
   QPointF Map(Vec2 p) const {
     const double x = t_.m11() * p.x + t_.m21() * p.y + t_.dx();

@@ -79,9 +79,8 @@ class Frontend {
     double lineweightMm = kDefaultLineweightMm;  ///< the object's, before any plot style
     std::uint32_t objectRgb = 0;                 ///< likewise
     int aci = 7;                                 ///< its colour number
-    double lineweightMm = kDefaultLineweightMm;
-    const Linetype* linetype = nullptr;  ///< null: continuous
-    double linetypeScale = 1;            ///< the entity's own
+    const Linetype* linetype = nullptr;          ///< null: continuous
+    double linetypeScale = 1;                    ///< the entity's own
   };
 
   void DrawEntities(const std::vector<Entity>& entities, const Transform3& t);

@@ -65,7 +65,8 @@ FrontendStats PaintSheet(QPainter& painter, const PlotJob& job, const SheetLayou
     painter.setClipRect(QRectF(p.min.x, p.min.y, p.Width(), p.Height()), Qt::IntersectClip);
     cull = p;
   }
-  const FrontendOptions fo = SheetFrontendOptions(job, sheet, cull, options.pixelsPerMm);
+  const FrontendOptions fo = SheetFrontendOptions(
+      job, sheet, cull, options.dotsPerMm > 0 ? options.dotsPerMm : options.pixelsPerMm);
 
   FrontendStats stats;
   {

@@ -14,7 +14,10 @@ namespace sheafwork::embedded {
 SheetLayout PlanSheet(const PlotJob& job);
 
 struct PaintOptions {
-  double pixelsPerMm = 10;       ///< the painter's device units per sheet millimetre
+  double pixelsPerMm = 10;  ///< the painter's device units per sheet millimetre
+  /// The output's dots per millimetre, which set its thinnest line; 0: the
+  /// painter's units are the dots.
+  double dotsPerMm = 0;
   bool clipToPrintable = false;  ///< printers: nothing outside the printable area
 };
 

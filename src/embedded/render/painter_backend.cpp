@@ -2,7 +2,6 @@
 
 #include <QColor>
 #include <QFontMetricsF>
-#include <QPaintDevice>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPen>
@@ -31,8 +30,7 @@ QColor ToColor(std::uint32_t rgb) {
 PainterBackend::PainterBackend(QPainter& painter)
     : painter_(painter),
       base_(painter.worldTransform()),
-      grid_(base_,
-            painter.device() != nullptr && DeviceGrid::SnapsAt(painter.device()->logicalDpiX())) {
+      grid_(base_, DeviceGrid::SnapsFor(base_)) {
   lines_.reserve(kLineBatch);
   painter_.setWorldTransform(QTransform());
 }

@@ -47,6 +47,7 @@ void WriteSvg(const PlotJob& job, const SheetLayout& sheet) {
     }
     PaintOptions options;
     options.pixelsPerMm = 1;
+    options.dotsPerMm = (job.resolutionDpi > 0 ? job.resolutionDpi : 1200) / 25.4;
     try {
       PaintSheet(painter, job, sheet, options);
     } catch (...) {

@@ -47,6 +47,10 @@ TEST(DeviceGridTest, ScaleIsTheLengthFactorAndFineDevicesSnap) {
   EXPECT_FALSE(DeviceGrid::SnapsAt(300));
   EXPECT_TRUE(DeviceGrid::SnapsAt(600));
   EXPECT_TRUE(DeviceGrid::SnapsAt(1200));
+  // Judged by the units points land in, not the resolution a device
+  // reports: an SVG generator paints in millimetres.
+  EXPECT_TRUE(DeviceGrid::SnapsFor(PdfPage()));
+  EXPECT_FALSE(DeviceGrid::SnapsFor(QTransform(1, 0, 0, -1, 0, 297)));
 }
 
 TEST(DeviceGridTest, MapPathRoundsCurveControlPointsToo) {
