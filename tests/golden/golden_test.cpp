@@ -11,6 +11,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
+#include <ostream>
 #include <set>
 #include <string>
 #include <vector>
@@ -38,6 +39,9 @@ struct Sheet {
   std::string layout;
   std::string name;  ///< "<drawing>-<layout>" in plain ASCII, the image's file name
 };
+
+// What the test's name shows of its sheet.
+void PrintTo(const Sheet& sheet, std::ostream* out) { *out << sheet.name; }
 
 // A name in plain ASCII letters, digits and dashes, French accents dropped.
 std::string PlainName(const std::string& utf8) {
