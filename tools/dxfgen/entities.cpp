@@ -5,32 +5,24 @@
 
 namespace sheafwork::dxfgen {
 
-namespace {
+Tags& Tags::S(int code, std::string_view value) {
+  tags_.push_back({code, std::string(value)});
+  return *this;
+}
+Tags& Tags::R(int code, double value) { return S(code, FormatReal(value)); }
+Tags& Tags::I(int code, long value) { return S(code, std::to_string(value)); }
+Tags& Tags::Pt(int code, P2 p) { return R(code, p.x).R(code + 10, p.y).R(code + 20, 0); }
+Tags& Tags::Pt2(int code, P2 p) { return R(code, p.x).R(code + 10, p.y); }
 
-// Appends tags to an entity in the order given.
-class Tags {
- public:
-  explicit Tags(Entity& e) : tags_(e.tags) {}
-  Tags& S(int code, std::string_view value) {
-    tags_.push_back({code, std::string(value)});
-    return *this;
-  }
-  Tags& R(int code, double value) { return S(code, FormatReal(value)); }
-  Tags& I(int code, long value) { return S(code, std::to_string(value)); }
-  Tags& Pt(int code, P2 p) { return R(code, p.x).R(code + 10, p.y).R(code + 20, 0); }
-  Tags& Pt2(int code, P2 p) { return R(code, p.x).R(code + 10, p.y); }
-
- private:
-  std::vector<Tag>& tags_;
-};
-
-Entity Make(std::string type, const Props& props, std::vector<P2> extent = {}) {
+Entity Make(std::string type, const Props& props, std::vector<P2> extent) {
   Entity e;
   e.type = std::move(type);
   e.props = props;
   e.extentPoints = std::move(extent);
   return e;
 }
+
+namespace {
 
 std::vector<P2> Points(const std::vector<Vertex>& vertices) {
   std::vector<P2> points;

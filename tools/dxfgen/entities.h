@@ -10,6 +10,25 @@
 
 namespace sheafwork::dxfgen {
 
+/// Appends tags to an entity in the order given, for the builders and for
+/// drawings that write an entity of their own.
+class Tags {
+ public:
+  explicit Tags(Entity& e) : tags_(e.tags) {}
+  Tags& S(int code, std::string_view value);
+  Tags& R(int code, double value);
+  Tags& I(int code, long value);
+  /// A 3D point (z 0) under `code`, `code` + 10, `code` + 20.
+  Tags& Pt(int code, P2 p);
+  Tags& Pt2(int code, P2 p);
+
+ private:
+  std::vector<Tag>& tags_;
+};
+
+/// An entity of `type` with its properties and the points that bound it.
+Entity Make(std::string type, const Props& props, std::vector<P2> extent = {});
+
 struct Vertex {
   P2 p;
   double bulge = 0;  ///< of the arc to the next vertex

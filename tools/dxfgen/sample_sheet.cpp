@@ -30,31 +30,6 @@ const Props kRooms{"PIECES", "", 256, -1};
 
 constexpr double kPi = std::numbers::pi;
 
-// Appends tags to an entity in the order given.
-class Append {
- public:
-  explicit Append(Entity& e) : tags_(e.tags) {}
-  Append& S(int code, std::string_view value) {
-    tags_.push_back({code, std::string(value)});
-    return *this;
-  }
-  Append& R(int code, double value) { return S(code, FormatReal(value)); }
-  Append& I(int code, long value) { return S(code, std::to_string(value)); }
-  Append& Pt(int code, P2 p) { return R(code, p.x).R(code + 10, p.y).R(code + 20, 0); }
-  Append& Pt2(int code, P2 p) { return R(code, p.x).R(code + 10, p.y); }
-
- private:
-  std::vector<Tag>& tags_;
-};
-
-Entity Make(std::string type, const Props& props, std::vector<P2> extent = {}) {
-  Entity e;
-  e.type = std::move(type);
-  e.props = props;
-  e.extentPoints = std::move(extent);
-  return e;
-}
-
 // Tags of the entity part, which go before the entity's own subclass.
 Entity WithCommon(Entity e, std::vector<Tag> common) {
   e.tags.insert(e.tags.begin(), common.begin(), common.end());
@@ -105,7 +80,7 @@ Entity WideLwPolyline(const Props& props, const std::vector<LwVertex>& vertices,
   std::vector<P2> extent;
   for (const auto& v : vertices) extent.push_back(v.p);
   Entity e = Make("LWPOLYLINE", props, extent);
-  Append t(e);
+  Tags t(e);
   t.S(100, "AcDbPolyline").I(90, static_cast<long>(vertices.size())).I(70, flags);
   t.R(43, constantWidth);
   for (const auto& v : vertices) {
@@ -120,7 +95,7 @@ Entity Ellipse(const Props& props, P2 center, P2 major, double ratio, double sta
                double end = 2 * kPi) {
   const double r = std::hypot(major.x, major.y);
   Entity e = Make("ELLIPSE", props, {{center.x - r, center.y - r}, {center.x + r, center.y + r}});
-  Append(e)
+  Tags(e)
       .S(100, "AcDbEllipse")
       .Pt(10, center)
       .Pt(11, major)
@@ -137,7 +112,7 @@ Entity Ellipse(const Props& props, P2 center, P2 major, double ratio, double sta
 Entity Spline(const Props& props, const std::vector<P2>& controlPoints) {
   Entity e = Make("SPLINE", props, controlPoints);
   const long n = static_cast<long>(controlPoints.size());
-  Append t(e);
+  Tags t(e);
   t.S(100, "AcDbSpline").R(210, 0).R(220, 0).R(230, 1).I(70, 8).I(71, 3);
   t.I(72, n + 4).I(73, n).I(74, 0);
   const long spans = n - 3;
@@ -150,7 +125,7 @@ Entity Spline(const Props& props, const std::vector<P2>& controlPoints) {
 
 Entity Point(const Props& props, P2 at) {
   Entity e = Make("POINT", props, {at});
-  Append(e).S(100, "AcDbPoint").Pt(10, at);
+  Tags(e).S(100, "AcDbPoint").Pt(10, at);
   return e;
 }
 
@@ -162,7 +137,7 @@ Entity Trace(const Props& props, P2 c0, P2 c1, P2 c2, P2 c3) {
 
 Entity Face(const Props& props, P2 c0, P2 c1, P2 c2, P2 c3, int invisibleEdges) {
   Entity e = Make("3DFACE", props, {c0, c1, c2, c3});
-  Append(e).S(100, "AcDbFace").Pt(10, c0).Pt(11, c1).Pt(12, c2).Pt(13, c3).I(70, invisibleEdges);
+  Tags(e).S(100, "AcDbFace").Pt(10, c0).Pt(11, c1).Pt(12, c2).Pt(13, c3).I(70, invisibleEdges);
   return e;
 }
 
@@ -177,7 +152,7 @@ Entity AlignedAt(const Props& props, P2 at, double height, std::string_view text
 Entity Between(const Props& props, P2 from, P2 to, double height, std::string_view text,
                int horizontal) {
   Entity e = Make("TEXT", props, {from, to});
-  Append(e)
+  Tags(e)
       .S(100, "AcDbText")
       .Pt(10, from)
       .R(40, height)
@@ -208,7 +183,7 @@ Entity PatternHatch(const Props& props, std::string_view name,
                     const std::vector<std::vector<P2>>& loops,
                     const std::vector<PatternLine>& lines) {
   Entity e = Make("HATCH", props);
-  Append t(e);
+  Tags t(e);
   t.S(100, "AcDbHatch").Pt(10, {0, 0}).R(210, 0).R(220, 0).R(230, 1);
   t.S(2, name).I(70, 0).I(71, 0).I(91, static_cast<long>(loops.size()));
   bool outer = true;
@@ -235,7 +210,7 @@ Entity PatternHatch(const Props& props, std::string_view name,
 // polygon is given from the upper left corner, in pixels.
 Entity Wipeout(const Props& props, P2 min, P2 max) {
   Entity e = Make("WIPEOUT", props, {min, max});
-  Append t(e);
+  Tags t(e);
   t.S(100, "AcDbWipeout").I(90, 0).Pt(10, min);
   t.Pt(11, {max.x - min.x, 0}).Pt(12, {0, max.y - min.y}).Pt2(13, {1, 1});
   t.S(340, "0").I(70, 7).I(280, 1).I(281, 50).I(282, 50).I(283, 0).S(360, "0");
@@ -469,7 +444,7 @@ void BlockZone(std::vector<Entity>& out) {
   out.push_back(std::move(clipped));
   Label(out, z.At(70, 18), "bloc découpé");
   Entity array = Insert(Coloured(kSamples, 3), "CARREAU", z.At(8, 8));
-  Append(array).I(70, 5).I(71, 3).R(44, 12).R(45, 10);
+  Tags(array).I(70, 5).I(71, 3).R(44, 12).R(45, 10);
   out.push_back(std::move(array));
   Label(out, z.At(8, 2), "MINSERT 5 x 3");
 }
@@ -514,7 +489,7 @@ void DimensionZone(std::vector<Entity>& out) {
   AddZone(out, z, "Cote et ligne de repère");
   out.push_back(Rectangle(kSamples, z.At(10, 30), z.At(60, 44)));
   Entity dim = Make("DIMENSION", Coloured(kSamples, 1));
-  Append(dim)
+  Tags(dim)
       .S(100, "AcDbDimension")
       .S(2, "*D1")
       .Pt(10, z.At(60, 61.5))
@@ -528,7 +503,7 @@ void DimensionZone(std::vector<Entity>& out) {
   out.push_back(std::move(dim));
   Entity leader = Make("LEADER", Coloured(kSamples, 5));
   const std::vector<P2> path{z.At(40, 38), z.At(70, 20), z.At(80, 20)};
-  Append t(leader);
+  Tags t(leader);
   t.S(100, "AcDbLeader").S(3, "Standard").I(71, 1).I(72, 0).I(73, 3).I(76, 3);
   for (const P2& p : path) t.Pt(10, p);
   out.push_back(std::move(leader));
