@@ -1,11 +1,16 @@
 #pragma once
 // Small string routines the whole program shares: trimming as the list file
-// and the path helpers need it, and letter-case-blind comparison.
+// and the path helpers need it, letter-case-blind comparison, hexadecimal
+// digits.
 
 #include <string>
 #include <string_view>
 
 namespace sheafwork {
+
+/// The value of a hexadecimal digit (either letter case), -1 for any other
+/// character.
+int HexDigitValue(char c);
 
 /// Removes leading and trailing spaces (only the space character, not tabs).
 std::string_view TrimSpaces(std::string_view s);

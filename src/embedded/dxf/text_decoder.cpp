@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "text/strings.h"
 #include "text/utf8.h"
 #include "text/windows1252.h"
 
@@ -28,13 +29,6 @@ std::string Utf8WithReplacement(std::string_view raw) {
   return out;
 }
 
-int HexValue(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
-
 // Replaces every \U+XXXX (four hex digits) by its character.
 std::string DecodeUnicodeEscapes(std::string text) {
   if (text.find("\\U+") == std::string::npos) return text;
@@ -45,7 +39,7 @@ std::string DecodeUnicodeEscapes(std::string text) {
       char32_t cp = 0;
       bool hex = true;
       for (std::size_t k = 0; k < 4 && hex; ++k) {
-        const int v = HexValue(text[i + 3 + k]);
+        const int v = HexDigitValue(text[i + 3 + k]);
         hex = v >= 0;
         cp = (cp << 4) | static_cast<char32_t>(v < 0 ? 0 : v);
       }

@@ -8,6 +8,7 @@
 #include "embedded/render/aci_palette.h"
 #include "embedded/render/stroke_font.h"
 #include "embedded/render/text_codes.h"
+#include "text/strings.h"
 #include "text/utf8.h"
 
 namespace sheafwork::embedded {
@@ -17,13 +18,6 @@ namespace {
 constexpr std::size_t kMaxGroupDepth = 64;  // deeper braces keep the format as it is
 constexpr char32_t kNoBreakSpace = 0xA0;
 constexpr char32_t kReplacement = 0xFFFD;
-
-int HexValue(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
 
 // A number at the start of `s` ("+" allowed); nullopt when there is none or
 // it is not finite.
@@ -284,7 +278,7 @@ class Reader {
     if (i_ + 5 > text_.size() || text_[i_] != '+') return;
     char32_t cp = 0;
     for (std::size_t k = i_ + 1; k < i_ + 5; ++k) {
-      const int v = HexValue(text_[k]);
+      const int v = HexDigitValue(text_[k]);
       if (v < 0) return;
       cp = cp * 16 + static_cast<char32_t>(v);
     }
@@ -296,7 +290,7 @@ class Reader {
   void MultiByte() {  // "+NXXXX" after \M: a character of an Asian code page
     if (i_ + 6 > text_.size() || text_[i_] != '+') return;
     for (std::size_t k = i_ + 1; k < i_ + 6; ++k) {
-      if (HexValue(text_[k]) < 0) return;
+      if (HexDigitValue(text_[k]) < 0) return;
     }
     i_ += 6;
     AppendChar(kReplacement);  // no code page tables: shown as a missing character
