@@ -1,6 +1,7 @@
 #include "log/paths.h"
 
 #include <cstddef>
+#include <system_error>
 
 #include "text/strings.h"
 #include "text/utf8.h"
@@ -80,6 +81,11 @@ std::vector<std::string> SplitSearchPath(const std::string& searchPath) {
 
 std::string XrefLogName(std::string_view drawing) {
   return std::string(TrimSpaces(DropLastChars(drawing, 3))) + "xlg";
+}
+
+bool IsRegularFile(const std::filesystem::path& path) {
+  std::error_code ec;
+  return std::filesystem::is_regular_file(path, ec);
 }
 
 }  // namespace sheafwork

@@ -9,6 +9,7 @@
 // "/" and "\", both count on every system.
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -47,6 +48,9 @@ enum FileStatus : std::int16_t {
   kDeviceUnavailable = 3,
   kFileStatusError = 4,
 };
+
+/// Whether `path` names an existing regular file; an error reads as no.
+bool IsRegularFile(const std::filesystem::path& path);
 
 /// Whether an ordinary file (not a folder, not hidden) matches `path`; the last
 /// component may hold the wildcards "*" and "?". Callers test for kFileFound.

@@ -1,7 +1,6 @@
 #include "embedded/devices/device.h"
 
 #include <filesystem>
-#include <system_error>
 
 #include "log/paths.h"
 #include "text/strings.h"
@@ -9,15 +8,6 @@
 namespace sheafwork::embedded {
 
 namespace fs = std::filesystem;
-
-namespace {
-
-bool IsFile(const fs::path& path) {
-  std::error_code ec;
-  return fs::is_regular_file(path, ec);
-}
-
-}  // namespace
 
 std::string PlotDevice::PrinterName() const {
   if (WritesFiles()) return {};
@@ -32,11 +22,11 @@ std::optional<PlotDevice> FindPlotDevice(const std::string& name,
     const fs::path given(name);
     std::string found;
     if (given.has_parent_path()) {
-      if (IsFile(given)) found = name;
+      if (IsRegularFile(given)) found = name;
     } else {
       for (const std::string& folder : SplitSearchPath(printerConfigPath)) {
         const fs::path candidate = fs::path(folder) / given;
-        if (IsFile(candidate)) {
+        if (IsRegularFile(candidate)) {
           found = candidate.string();
           break;
         }

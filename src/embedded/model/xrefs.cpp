@@ -13,11 +13,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool IsFile(const fs::path& path) {
-  std::error_code ec;
-  return fs::is_regular_file(path, ec);
-}
-
 // Stored paths often come from Windows: "\" separates their folders too.
 fs::path StoredPath(std::string stored) {
   for (char& c : stored) {
@@ -37,12 +32,13 @@ std::string Locate(const std::string& stored, const fs::path& drawingFolder,
   const fs::path path = StoredPath(stored);
   if (path.empty()) return {};
   const fs::path asGiven = path.is_absolute() ? path : drawingFolder / path;
-  if (IsFile(asGiven)) return asGiven.lexically_normal().string();
+  if (IsRegularFile(asGiven)) return asGiven.lexically_normal().string();
   const fs::path name = path.filename();
   if (name.empty()) return {};
-  if (IsFile(drawingFolder / name)) return (drawingFolder / name).lexically_normal().string();
+  if (IsRegularFile(drawingFolder / name))
+    return (drawingFolder / name).lexically_normal().string();
   for (const fs::path& folder : support) {
-    if (IsFile(folder / name)) return (folder / name).lexically_normal().string();
+    if (IsRegularFile(folder / name)) return (folder / name).lexically_normal().string();
   }
   return {};
 }

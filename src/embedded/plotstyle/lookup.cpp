@@ -12,11 +12,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool IsFile(const fs::path& path) {
-  std::error_code ec;
-  return fs::is_regular_file(path, ec);
-}
-
 // The last component of a name written with either separator.
 std::string BareName(const std::string& name) {
   const std::size_t slash = name.find_last_of("/\\");
@@ -25,7 +20,7 @@ std::string BareName(const std::string& name) {
 
 std::optional<fs::path> InFolder(const fs::path& folder, const std::string& fileName) {
   const fs::path exact = folder / fileName;
-  if (IsFile(exact)) return exact;
+  if (IsRegularFile(exact)) return exact;
   std::error_code ec;
   fs::directory_iterator it(folder, ec);
   if (ec) return std::nullopt;
@@ -35,7 +30,7 @@ std::optional<fs::path> InFolder(const fs::path& folder, const std::string& file
     const fs::path candidate = it->path();
     // The first match in name order, so that the choice does not depend on
     // the order the folder lists its files in.
-    if (EqualsIgnoreCase(candidate.filename().string(), fileName) && IsFile(candidate) &&
+    if (EqualsIgnoreCase(candidate.filename().string(), fileName) && IsRegularFile(candidate) &&
         (!found || candidate.filename() < found->filename())) {
       found = candidate;
     }
@@ -51,7 +46,7 @@ std::optional<std::string> FindPlotStyleFile(const std::string& name,
                                              const std::string& searchPath) {
   const std::string bare = BareName(name);
   if (bare.empty()) return std::nullopt;
-  if (bare != name && IsFile(fs::path(name))) return name;
+  if (bare != name && IsRegularFile(fs::path(name))) return name;
   for (const std::string& folder : SplitSearchPath(searchPath)) {
     if (const auto found = InFolder(fs::path(folder), bare)) return found->string();
   }
