@@ -30,6 +30,7 @@ using testing::OneToOneSettings;
 using testing::PaperLayout;
 using testing::PaperSpace;
 using testing::RecordingBackend;
+using testing::RenderJob;
 
 Entity Coloured(Entity e, std::int16_t aci, std::int16_t lineweight = 25) {
   e.props.color = aci;
@@ -127,21 +128,6 @@ TEST(PlotStylePenTest, ThinnestLineIsOneDeviceDot) {
   EXPECT_DOUBLE_EQ(policy.PenWidthMm(2), 0.2);
 }
 
-// Paints a job on a white image.
-QImage Paint(const PlotJob& job, double pixelsPerMm) {
-  const SheetLayout sheet = PlanSheet(job);
-  QImage image(static_cast<int>(std::lround(sheet.frame.width * pixelsPerMm)),
-               static_cast<int>(std::lround(sheet.frame.height * pixelsPerMm)),
-               QImage::Format_ARGB32_Premultiplied);
-  image.fill(Qt::white);
-  QPainter painter(&image);
-  PaintOptions options;
-  options.pixelsPerMm = pixelsPerMm;
-  PaintSheet(painter, job, sheet, options);
-  painter.end();
-  return image;
-}
-
 struct Column {
   int inked = 0;      ///< pixels darker than mid-grey
   int darkest = 255;  ///< grey level of the darkest pixel
@@ -187,7 +173,7 @@ TEST(LineweightOnPaperTest, ScaledWithThePlotScaleOnlyWhenAskedAndNotInTheModel)
     job.settings.customNumerator = 1;
     job.settings.customDenominator = 2;
     job.settings.Set(kScaleLineweights, c.scaleLineweights);
-    const Column column = InkInColumn(Paint(job, k), k, 30);
+    const Column column = InkInColumn(RenderJob(job, k), k, 30);
     EXPECT_NEAR(column.inked, c.expectedMm * k, 1.5);
   }
 }
@@ -216,7 +202,7 @@ TEST(LineweightOnPaperTest, ThinLinesAreOneDotAndNeverVanish) {
     job.settings.flags = kUseStandardScale | c.flags;
     // A coarse device: at 2 dots per mm a 0.1 mm line would be a faint
     // fifth of a dot.
-    const QImage image = Paint(job, 2);
+    const QImage image = RenderJob(job, 2);
     Column thin;
     Column heavy;
     for (int y = 0; y < image.height(); ++y) {

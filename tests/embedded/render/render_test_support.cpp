@@ -132,6 +132,10 @@ QImage RenderSheet(const Drawing& drawing, const Layout& layout, const PlotSetti
   job.drawing = &drawing;
   job.layout = &layout;
   job.settings = settings;
+  return RenderJob(job, pixelsPerMm);
+}
+
+QImage RenderJob(const PlotJob& job, double pixelsPerMm) {
   const SheetLayout sheet = PlanSheet(job);
   QImage image(static_cast<int>(std::lround(sheet.frame.width * pixelsPerMm)),
                static_cast<int>(std::lround(sheet.frame.height * pixelsPerMm)),

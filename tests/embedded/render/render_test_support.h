@@ -8,6 +8,7 @@
 
 #include "embedded/model/drawing.h"
 #include "embedded/render/backend.h"
+#include "embedded/render/plot_job.h"
 
 namespace sheafwork::embedded::testing {
 
@@ -52,6 +53,10 @@ class RecordingBackend final : public Backend {
   int clipDepth = 0;
   int maxClipDepth = 0;
 };
+
+/// Paints `job`'s sheet on a white image, `pixelsPerMm` pixels per sheet
+/// millimetre.
+QImage RenderJob(const PlotJob& job, double pixelsPerMm);
 
 /// Paints `layout` with `settings` on a white image, `pixelsPerMm` pixels
 /// per sheet millimetre.
