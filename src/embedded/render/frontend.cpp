@@ -276,7 +276,7 @@ void Frontend::DrawEntity(const Entity& e, const Transform3& t) {
           } else if constexpr (std::is_same_v<G, Text>) {
             DrawText(g, t, r.style);
           } else if constexpr (std::is_same_v<G, MText>) {
-            DrawMText(g, t, r.style);
+            DrawMText(g, t, r);
           } else if constexpr (std::is_same_v<G, Hatch>) {
             DrawHatch(g, t, r.style);
           } else if constexpr (std::is_same_v<G, Leader>) {
@@ -629,7 +629,7 @@ void Frontend::DrawText(const Text& g, const Transform3& t, const Style& s) {
   DrawTextToggles(backend_, g.text, run, stroke, measure, s, options_.cull);
 }
 
-void Frontend::DrawMText(const MText& g, const Transform3& t, const Style& s) {
+void Frontend::DrawMText(const MText& g, const Transform3& t, const Resolved& r) {
   if (g.text.empty()) return;
   const TextStyle* style = drawing_->FindTextStyle(g.style);
   const Vec3 normal = Normalized(g.extrusion);
@@ -660,8 +660,15 @@ void Frontend::DrawMText(const MText& g, const Transform3& t, const Style& s) {
   block.attachment = std::clamp<int>(g.attachment, 1, 9);
   block.lineSpacing = g.lineSpacing > 0 ? g.lineSpacing : 1.0;
   TextMeasure& measure = options_.textMeasure != nullptr ? *options_.textMeasure : QtTextMeasure();
-  DrawFormattedText(backend_, ShapeText(pieces, block, measure),
-                    PlanarMap(t, g.insert, xAxis, yAxis), s, options_.cull);
+  ShapedText shaped = ShapeText(pieces, block, measure);
+  if (const PlotStyleTable* table = options_.plotStyles.get()) {
+    const auto plotted = [&](std::optional<std::uint32_t>& rgb, int aci) {
+      if (rgb) rgb = PlottedPen(table, aci != 0 ? aci : r.aci, *rgb, r.lineweightMm).rgb;
+    };
+    for (ShapedRun& run : shaped.runs) plotted(run.format.rgb, run.format.aci);
+    for (ShapedLine& line : shaped.lines) plotted(line.rgb, line.aci);
+  }
+  DrawFormattedText(backend_, shaped, PlanarMap(t, g.insert, xAxis, yAxis), r.style, options_.cull);
 }
 
 void Frontend::DrawHatch(const Hatch& g, const Transform3& t, const Style& s) {

@@ -100,7 +100,9 @@ class Frontend {
   void DrawSolid(const Solid& g, const Transform3& t, const Style& s);
   void DrawFace(const Face3d& g, const Transform3& t, const Style& s);
   void DrawText(const Text& g, const Transform3& t, const Style& s);
-  void DrawMText(const MText& g, const Transform3& t, const Style& s);
+  /// Multi-line text; its inline colours plot through the plot style table
+  /// as the entity's own colour does.
+  void DrawMText(const MText& g, const Transform3& t, const Resolved& r);
   void DrawHatch(const Hatch& g, const Transform3& t, const Style& s);
   void DrawLeader(const Leader& g, const Transform3& t, const Style& s);
   void DrawBand(std::span<const Vec2> local, double w0, double w1, const Affine2& a,

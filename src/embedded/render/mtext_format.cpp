@@ -122,8 +122,10 @@ void ApplyCode(char code, std::string_view arg, MTextFormat& f) {
         const int aci = static_cast<int>(*v);
         if (aci == 0 || aci == 256) {
           f.rgb.reset();  // by block, by layer: the entity's colour
+          f.aci = 0;
         } else if (aci >= 1 && aci <= 255) {
           f.rgb = AciToRgb(aci);
+          f.aci = aci;
         }
       }
       break;
@@ -132,6 +134,7 @@ void ApplyCode(char code, std::string_view arg, MTextFormat& f) {
         // Stored blue in the high byte, red in the low one.
         const auto bgr = static_cast<std::uint32_t>(*v);
         f.rgb = ((bgr & 0xFF) << 16) | (bgr & 0xFF00) | ((bgr >> 16) & 0xFF);
+        f.aci = 0;
       }
       break;
     case 'A':

@@ -22,6 +22,7 @@ struct MTextFormat {
   double obliqueDegrees = 0;
   double tracking = 1;               ///< factor on every character's advance
   std::optional<std::uint32_t> rgb;  ///< 0xRRGGBB; none for the entity's own colour
+  int aci = 0;                       ///< the colour number `rgb` came from (\C), 0 for none
   bool underline = false;
   bool overline = false;
   bool strike = false;

@@ -225,7 +225,8 @@ class Shaper {
     auto line = [&](double y) {
       out_.lines.push_back({{run.origin.x, run.origin.y + y * h},
                             {run.origin.x + run.width, run.origin.y + y * h},
-                            f.rgb});
+                            f.rgb,
+                            f.aci});
     };
     if (f.underline) line(kUnderline);
     if (f.overline) line(kOverline);
@@ -252,8 +253,10 @@ class Shaper {
     const double bottom = FormattedWidth(p.bottom, part, measure_);
     if (p.stackKind == '#') {  // top, a slash, bottom
       EmitPart(p.text, part, {at.x, at.y + 0.45 * h});
-      out_.lines.push_back(
-          {{at.x + top + 0.05 * h, at.y - 0.05 * h}, {at.x + top + 0.35 * h, at.y + h}, part.rgb});
+      out_.lines.push_back({{at.x + top + 0.05 * h, at.y - 0.05 * h},
+                            {at.x + top + 0.35 * h, at.y + h},
+                            part.rgb,
+                            part.aci});
       EmitPart(p.bottom, part, {at.x + top + 0.4 * h, at.y});
       return;
     }
@@ -266,7 +269,8 @@ class Shaper {
     const double bar = at.y + 0.5 * h;
     EmitPart(p.text, part, {at.x + (width - top) / 2, bar + kStackGap * h});
     EmitPart(p.bottom, part, {at.x + (width - bottom) / 2, bar - kStackGap * h - sh});
-    out_.lines.push_back({{at.x + 0.05 * h, bar}, {at.x + width - 0.05 * h, bar}, part.rgb});
+    out_.lines.push_back(
+        {{at.x + 0.05 * h, bar}, {at.x + width - 0.05 * h, bar}, part.rgb, part.aci});
   }
 
   const TextBlock& block_;

@@ -31,6 +31,7 @@ struct ShapedLine {
   Vec2 from;
   Vec2 to;
   std::optional<std::uint32_t> rgb;  ///< none for the entity's colour
+  int aci = 0;                       ///< the colour number of `rgb`, 0 for none
 };
 
 struct ShapedText {

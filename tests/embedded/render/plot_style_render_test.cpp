@@ -5,6 +5,7 @@
 
 #include <QImage>
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -22,6 +23,7 @@ namespace {
 using testing::AddBlock;
 using testing::AddLayer;
 using testing::MakeDrawing;
+using testing::MakeEntity;
 using testing::MakeInsert;
 using testing::MakeLine;
 using testing::ModelLayout;
@@ -98,6 +100,46 @@ TEST(PlotStylePenTest, ColourNumberSelectsTheEntry) {
       SCOPED_TRACE(std::string(e.what) + (withTable ? " (table)" : " (no table)"));
       EXPECT_EQ(backend.items[i].style.rgb, withTable ? e.rgb : e.rgbWithout);
       EXPECT_DOUBLE_EQ(backend.items[i].style.widthMm, withTable ? e.widthMm : e.widthWithout);
+    }
+  }
+}
+
+TEST(PlotStylePenTest, InlineColoursOfMultilineTextGoThroughTheTable) {
+  auto table = std::make_shared<PlotStyleTable>();
+  table->entries[0].color = EncodePlotStyleColor(0x0000FF);  // colour 1 plots blue
+  table->entries[4].color = EncodePlotStyleColor(0x000000);  // colour 5 plots black
+
+  Drawing d = MakeDrawing();
+  MText text;
+  text.text = "{\\C1;rouge} {\\C3;vert} {\\C256;objet} {\\c65280;vrai}";
+  text.height = 2.5;
+  Entity e = Coloured(MakeEntity(text), 5);
+  ModelSpace(d).entities.push_back(e);
+  d.Reindex();
+
+  struct Expected {
+    const char* text;
+    std::uint32_t rgb;
+    std::uint32_t rgbWithout;
+  };
+  const Expected expected[] = {
+      {"rouge", 0x0000FF, 0xFF0000},  // through entry 1
+      {"vert", 0x00FF00, 0x00FF00},   // entry 3 keeps the object's colour
+      {"objet", 0x000000, 0x0000FF},  // the entity's colour 5, through entry 5
+      {"vrai", 0x000000, 0x00FF00},   // a true colour plots under the entity's number
+  };
+  for (const bool withTable : {true, false}) {
+    FrontendOptions options;
+    if (withTable) options.plotStyles = table;
+    RecordingBackend backend;
+    Frontend(d, backend, options).DrawLayout(ModelLayout(d), Affine2{});
+    for (const Expected& x : expected) {
+      SCOPED_TRACE(std::string(x.text) + (withTable ? " (table)" : " (no table)"));
+      const auto found = std::find_if(
+          backend.items.begin(), backend.items.end(),
+          [&](const auto& item) { return item.text.find(x.text) != std::string::npos; });
+      ASSERT_NE(found, backend.items.end());
+      EXPECT_EQ(found->style.rgb, withTable ? x.rgb : x.rgbWithout);
     }
   }
 }
