@@ -1,7 +1,9 @@
 #include "embedded/render/text_drawing.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cmath>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -14,6 +16,32 @@ namespace sheafwork::embedded {
 namespace {
 
 constexpr FontMetrics kStrokeMetrics{1.0, 4.0 / 12.0};
+// The glyphs' arcs are stored finely enough for large text; on the sheet a
+// point closer than this to the chord of its neighbours is left out.
+constexpr double kStrokeToleranceMm = 0.02;
+
+double DistanceToSegment(Vec2 p, Vec2 a, Vec2 b) {
+  const double dx = b.x - a.x, dy = b.y - a.y;
+  const double length2 = dx * dx + dy * dy;
+  double t = length2 > 0 ? ((p.x - a.x) * dx + (p.y - a.y) * dy) / length2 : 0;
+  t = std::clamp(t, 0.0, 1.0);
+  return std::hypot(p.x - (a.x + t * dx), p.y - (a.y + t * dy));
+}
+
+// Keeps the first and last points of `stroke` and those that stray more than
+// the tolerance from the chord between the last point kept and the next one;
+// returns how many points are kept, at the front of `stroke`.
+std::size_t Decimate(std::span<Vec2> stroke) {
+  if (stroke.size() <= 2) return stroke.size();
+  std::size_t kept = 1;
+  for (std::size_t i = 1; i + 1 < stroke.size(); ++i) {
+    if (DistanceToSegment(stroke[i], stroke[kept - 1], stroke[i + 1]) >= kStrokeToleranceMm) {
+      stroke[kept++] = stroke[i];
+    }
+  }
+  stroke[kept++] = stroke.back();
+  return kept;
+}
 
 /// Glyph space (cap heights) into text space: width factor and slant, then
 /// the baseline's left end at `origin`.
@@ -27,8 +55,10 @@ Affine2 GlyphMap(double xScale, double yScale, double obliqueDegrees, Vec2 origi
 void DrawStrokeLine(Backend& backend, std::string_view text, double tracking,
                     const Affine2& glyphToSheet, const Style& style,
                     const std::optional<Box2>& cull) {
-  std::vector<Vec2> points;
-  std::vector<int> sizes;
+  thread_local std::vector<Vec2> points;  // reused from text to text
+  thread_local std::vector<int> sizes;
+  points.clear();
+  sizes.clear();
   StrokeFont::Get().AppendStrokes(text, tracking, points, sizes);
   if (sizes.empty()) return;
   Box2 box;
@@ -40,7 +70,8 @@ void DrawStrokeLine(Backend& backend, std::string_view text, double tracking,
   std::size_t first = 0;
   for (int size : sizes) {
     const auto n = static_cast<std::size_t>(size);
-    backend.DrawPolyline(std::span<const Vec2>(points).subspan(first, n), false, style);
+    const std::span<Vec2> stroke = std::span<Vec2>(points).subspan(first, n);
+    backend.DrawPolyline(stroke.first(Decimate(stroke)), false, style);
     first += n;
   }
 }

@@ -4,6 +4,7 @@
 
 #include <QImage>
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -104,6 +105,39 @@ TEST(TextDrawingTest, ShapeFontTextBecomesStrokesInItsPlace) {
   EXPECT_NEAR(third.min.x, 0, 1e-9);
   EXPECT_GT(third.max.x, 40);  // stretched over the 50 units, less B's bearing
   EXPECT_LE(third.max.x, 50 + 1e-9);
+}
+
+TEST(TextDrawingTest, SmallShapeFontTextKeepsOnlyThePointsItsCurvesNeed) {
+  // The same letter at two sizes: large, every stored point of its bowl is
+  // needed; small, most of them lie on the chords of their neighbours and are
+  // left out, while what is drawn stays within a dot of the glyph.
+  const auto strokes = [](double height) {
+    Drawing d = MakeDrawing();
+    AddStyle(d, "Plume", "romans.shx");
+    ModelSpace(d).entities.push_back(MakeEntity(MakeText("o", "Plume", {0, 0}, height)));
+    d.Reindex();
+    return DrawModel(d).items;
+  };
+  const auto pointCount = [](const std::vector<Recorded>& items) {
+    std::size_t n = 0;
+    for (const Recorded& r : items) n += r.points.size();
+    return n;
+  };
+  const std::vector<Recorded> large = strokes(100), small = strokes(0.5);
+  ASSERT_EQ(large.size(), small.size());
+  EXPECT_LT(pointCount(small) * 2, pointCount(large));
+  for (std::size_t i = 0; i < small.size(); ++i) {
+    // Both ends stay, and every point kept is a point of the glyph.
+    ASSERT_GE(small[i].points.size(), 2u);
+    EXPECT_NEAR(small[i].points.front().x, large[i].points.front().x / 200, 1e-9);
+    EXPECT_NEAR(small[i].points.back().y, large[i].points.back().y / 200, 1e-9);
+    for (const Vec2& p : small[i].points) {
+      const bool onGlyph = std::any_of(
+          large[i].points.begin(), large[i].points.end(),
+          [&](const Vec2& q) { return std::hypot(q.x / 200 - p.x, q.y / 200 - p.y) < 1e-9; });
+      EXPECT_TRUE(onGlyph);
+    }
+  }
 }
 
 TEST(TextDrawingTest, TrueTypeTextStaysOneRun) {
