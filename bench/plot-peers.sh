@@ -11,7 +11,7 @@
 # A PDF counts as empty when its first page renders all white. Ours runs
 # three times (the median is kept), each peer once. Prints a Markdown table.
 #
-#   scripts/bench-plot.sh [--sizes "2000 20000 200000"] [--timeout SECONDS]
+#   bench/plot-peers.sh [--sizes "2000 20000 200000"] [--timeout SECONDS]
 #                         [--no-peers] [--no-examples]
 #
 # The peers are installed with apt-get when missing (they are not needed to
