@@ -118,7 +118,7 @@ void ApplyCode(char code, std::string_view arg, MTextFormat& f) {
       if (const auto v = LeadingNumber(arg)) f.obliqueDegrees = std::clamp(*v, -85.0, 85.0);
       break;
     case 'C':
-      if (const auto v = LeadingNumber(arg)) {
+      if (const auto v = LeadingNumber(arg); v && *v >= 0 && *v <= 256) {
         const int aci = static_cast<int>(*v);
         if (aci == 0 || aci == 256) {
           f.rgb.reset();  // by block, by layer: the entity's colour

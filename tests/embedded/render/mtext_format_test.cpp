@@ -143,6 +143,12 @@ TEST(MTextFormatTest, DeepNestingAndGarbageAreHarmless) {
 
   const std::string garbage = "\\\\\\{\\S^;\\S;\\U+\\M+\\p\\f|||;\\H;;%%%%\xFF\xFE\\";
   EXPECT_NO_THROW(ParseMText(garbage, Base()));
+
+  // Numbers far outside what a code takes leave the format as it was.
+  const auto huge =
+      ParseMText("\\C777777777777777777777777777777777777777777;a\\C-1e300;b", Base());
+  ASSERT_EQ(Describe(huge), "ab");
+  EXPECT_EQ(huge.back().format, Base());
 }
 
 }  // namespace
