@@ -29,14 +29,6 @@ std::string NoGuiApplication() {
   return "le tracé demande une application graphique Qt, une autre application est déjà active";
 }
 
-std::string PdfCannotCreate(const std::string& path) {
-  return "impossible de créer le fichier PDF : " + path;
-}
-
-std::string PdfCannotWrite(const std::string& path) {
-  return "impossible d'écrire le fichier PDF : " + path;
-}
-
 std::string FileCannotCreate(const std::string& format, const std::string& path) {
   return "impossible de créer le fichier " + format + " : " + path;
 }

@@ -8,9 +8,7 @@ namespace sheafwork::embedded::render_messages {
 std::string NothingToPlot();
 std::string InvalidPaper(double widthMm, double heightMm);
 std::string NoGuiApplication();
-std::string PdfCannotCreate(const std::string& path);
-std::string PdfCannotWrite(const std::string& path);
-/// `format` names the kind of file: "PNG", "SVG", "HP-GL/2".
+/// `format` names the kind of file: "PDF", "PNG", "SVG", "HP-GL/2".
 std::string FileCannotCreate(const std::string& format, const std::string& path);
 std::string FileCannotWrite(const std::string& format, const std::string& path);
 std::string ImageTooLarge(long long widthPx, long long heightPx, int dpi);

@@ -1,5 +1,8 @@
 #pragma once
-// Painting one plot job's sheet with a QPainter.
+// Painting one plot job's sheet with a QPainter, and the sheet as a page.
+
+#include <QPageLayout>
+#include <QPageSize>
 
 #include "embedded/render/frontend.h"
 #include "embedded/render/page_geometry.h"
@@ -12,6 +15,11 @@ namespace sheafwork::embedded {
 /// Where the job's plot goes on its sheet. Throws PlotError when the job
 /// has no drawing or layout or its paper is not a real size.
 SheetLayout PlanSheet(const PlotJob& job);
+
+/// The sheet as a page: its size given portrait and turned when wider than
+/// tall, no margins. `match` says whether a page size may snap to a
+/// standard one (printers) or stays exact (PDF files).
+QPageLayout SheetPageLayout(const SheetFrame& frame, QPageSize::SizeMatchPolicy match);
 
 struct PaintOptions {
   double pixelsPerMm = 10;  ///< the painter's device units per sheet millimetre

@@ -1,13 +1,11 @@
 #include "embedded/render/pdf_book.h"
 
 #include <QFileInfo>
-#include <QMarginsF>
 #include <QPageLayout>
 #include <QPageSize>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QSaveFile>
-#include <algorithm>
 
 #include "embedded/render/messages.h"
 #include "embedded/render/paint_sheet.h"
@@ -20,18 +18,6 @@ namespace {
 // One resolution for every page: the painter keeps its device for the whole
 // file. The output stays vector; this is only the grid of coordinates.
 constexpr int kDpi = 1200;
-
-// The sheet as a page, given portrait and turned when wider than tall, with
-// its exact size (no snapping to a standard format).
-QPageLayout PageFor(const SheetFrame& frame) {
-  const double shortSide = std::min(frame.width, frame.height);
-  const double longSide = std::max(frame.width, frame.height);
-  const QPageSize size(QSizeF(shortSide, longSide), QPageSize::Millimeter, QString(),
-                       QPageSize::ExactMatch);
-  return QPageLayout(size,
-                     frame.width > frame.height ? QPageLayout::Landscape : QPageLayout::Portrait,
-                     QMarginsF(0, 0, 0, 0), QPageLayout::Millimeter);
-}
 
 }  // namespace
 
@@ -47,12 +33,12 @@ struct PdfBook::Impl {
 PdfBook::PdfBook(std::string path) : path_(std::move(path)) {
   const QString name = QString::fromStdString(path_);
   if (name.isEmpty() || QFileInfo(name).isDir()) {
-    throw PlotError(render_messages::PdfCannotCreate(path_));
+    throw PlotError(render_messages::FileCannotCreate("PDF", path_));
   }
   impl_ = std::make_unique<Impl>(name);
   if (!impl_->file.open(QIODevice::WriteOnly)) {
     impl_.reset();
-    throw PlotError(render_messages::PdfCannotCreate(path_));
+    throw PlotError(render_messages::FileCannotCreate("PDF", path_));
   }
   impl_->writer.setResolution(kDpi);
   impl_->writer.setCreator(QStringLiteral("Sheafwork"));
@@ -68,20 +54,20 @@ PdfBook::~PdfBook() {
 }
 
 void PdfBook::AddPage(const PlotJob& job) {
-  if (!impl_) throw PlotError(render_messages::PdfCannotWrite(path_));
+  if (!impl_) throw PlotError(render_messages::FileCannotWrite("PDF", path_));
   const SheetLayout sheet = PlanSheet(job);
   EnsureGuiApplication();
   Impl& book = *impl_;
   // The layout set now is the one of the next page the writer starts.
-  if (!book.writer.setPageLayout(PageFor(sheet.frame))) {
+  if (!book.writer.setPageLayout(SheetPageLayout(sheet.frame, QPageSize::ExactMatch))) {
     throw PlotError(render_messages::InvalidPaper(sheet.frame.width, sheet.frame.height));
   }
   if (pages_ == 0) {
     if (!book.painter.begin(&book.writer)) {
-      throw PlotError(render_messages::PdfCannotCreate(path_));
+      throw PlotError(render_messages::FileCannotCreate("PDF", path_));
     }
   } else if (!book.writer.newPage()) {
-    throw PlotError(render_messages::PdfCannotWrite(path_));
+    throw PlotError(render_messages::FileCannotWrite("PDF", path_));
   }
   ++pages_;
   PaintOptions options;
@@ -97,7 +83,8 @@ void PdfBook::Close() {
     return;
   }
   const bool ended = book->painter.end();
-  if (!ended || !book->file.commit()) throw PlotError(render_messages::PdfCannotWrite(path_));
+  if (!ended || !book->file.commit())
+    throw PlotError(render_messages::FileCannotWrite("PDF", path_));
 }
 
 }  // namespace sheafwork::embedded

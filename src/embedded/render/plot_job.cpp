@@ -1,7 +1,6 @@
 #include "embedded/render/plot_job.h"
 
 #include <QFileInfo>
-#include <QMarginsF>
 #include <QPageLayout>
 #include <QPageSize>
 #include <QPainter>
@@ -20,16 +19,6 @@ namespace sheafwork::embedded {
 
 namespace {
 
-// The sheet as a page: the size given portrait, turned when wider than tall.
-QPageLayout SheetPageLayout(const SheetFrame& frame, QPageSize::SizeMatchPolicy match) {
-  const double shortSide = std::min(frame.width, frame.height);
-  const double longSide = std::max(frame.width, frame.height);
-  const QPageSize size(QSizeF(shortSide, longSide), QPageSize::Millimeter, QString(), match);
-  return QPageLayout(size,
-                     frame.width > frame.height ? QPageLayout::Landscape : QPageLayout::Portrait,
-                     QMarginsF(0, 0, 0, 0), QPageLayout::Millimeter);
-}
-
 void WritePdf(const PlotJob& job, const SheetLayout& sheet) {
   const QString path = QString::fromStdString(job.outputPath);
   const int dpi = job.resolutionDpi > 0 ? job.resolutionDpi : 1200;
@@ -43,16 +32,16 @@ void WritePdf(const PlotJob& job, const SheetLayout& sheet) {
     }
     QPainter painter;
     if (path.isEmpty() || !painter.begin(&writer)) {
-      throw PlotError(render_messages::PdfCannotCreate(job.outputPath));
+      throw PlotError(render_messages::FileCannotCreate("PDF", job.outputPath));
     }
     PaintOptions options;
     options.pixelsPerMm = dpi / 25.4;
     PaintSheet(painter, job, sheet, options);
-    if (!painter.end()) throw PlotError(render_messages::PdfCannotWrite(job.outputPath));
+    if (!painter.end()) throw PlotError(render_messages::FileCannotWrite("PDF", job.outputPath));
   }  // the writer closes the file here
   const QFileInfo written(path);
   if (!written.exists() || written.size() == 0) {
-    throw PlotError(render_messages::PdfCannotWrite(job.outputPath));
+    throw PlotError(render_messages::FileCannotWrite("PDF", job.outputPath));
   }
 }
 
