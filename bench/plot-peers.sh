@@ -7,7 +7,8 @@
 #   librecad  librecad dxf2pdf -a     (fitted to the page, offscreen Qt)
 #   ezdxf     python3 -m ezdxf draw   (matplotlib backend, .pdf output)
 #
-# Each run has a time limit; wall time and peak memory come from GNU time.
+# Each run has a time limit; wall time is taken around it in milliseconds,
+# peak memory comes from GNU time.
 # A PDF counts as empty when its first page renders all white. Ours runs
 # three times (the median is kept), each peer once. Prints a Markdown table.
 #
@@ -77,10 +78,15 @@ run() {
   local name=$1
   shift
   local log="$work/$name.time"
-  local rc=0
+  local rc=0 start end
+  start=$(date +%s%N)
   /usr/bin/time -o "$log" -f "%e %M" timeout "$limit" "$@" >"$work/$name.out" 2>&1 || rc=$?
+  end=$(date +%s%N)
+  # GNU time counts in hundredths; the clock around it in milliseconds
+  # (small drawings take a few of them).
   local seconds kb
-  read -r seconds kb < <(tail -n 1 "$log")
+  read -r _ kb < <(tail -n 1 "$log")
+  seconds=$(awk -v a="$start" -v b="$end" 'BEGIN { printf "%.3f", (b - a) / 1e9 }')
   local status=ok
   if [ "$rc" = 124 ]; then status=timeout; elif [ "$rc" != 0 ]; then status="crash($rc)"; fi
   echo "$seconds $kb $status"
@@ -178,7 +184,8 @@ for dxf in "${drawings[@]}"; do
 
   awk -v stem="$stem" -v n="$entities" -v mb="$size" -v s="$ours_s" -v kb="$ours_kb" \
       -v st="$ours_state" -v peers="${cells[*]:-}" '
-    function cell(sec, state) { return state == "ok" ? sprintf("%.2f", sec) : sprintf("%.2f (%s)", sec, state) }
+    function seconds(sec) { return sprintf(sec < 1 ? "%.3f" : "%.2f", sec) }
+    function cell(sec, state) { return state == "ok" ? seconds(sec) : seconds(sec) " (" state ")" }
     function ratio(sec, state) {
       if (s <= 0) return "–"
       r = sec / s
@@ -189,7 +196,7 @@ for dxf in "${drawings[@]}"; do
       line = sprintf("| %s | %d | %s | %s | %.0f |", stem, n, mb, cell(s, st), kb / 1024)
       k = split(peers, p, " ")
       for (i = 1; i + 2 <= k; i += 3)
-        line = line sprintf(" %.2f | %.0f | %s |", p[i], p[i + 1] / 1024, ratio(p[i], p[i + 2]))
+        line = line sprintf(" %s | %.0f | %s |", seconds(p[i]), p[i + 1] / 1024, ratio(p[i], p[i + 2]))
       if (k == 0) line = line " – | – | – | – | – | – |"
       print line
     }' >>"$table"
