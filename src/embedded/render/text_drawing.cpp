@@ -20,12 +20,22 @@ constexpr FontMetrics kStrokeMetrics{1.0, 4.0 / 12.0};
 // point closer than this to the chord of its neighbours is left out.
 constexpr double kStrokeToleranceMm = 0.02;
 
-double DistanceToSegment(Vec2 p, Vec2 a, Vec2 b) {
+// Whether `p` lies at least the tolerance away from the segment `a`–`b`.
+// Compared on squares and without dividing: sheet millimetres never come
+// near overflow.
+bool StraysFromSegment(Vec2 p, Vec2 a, Vec2 b) {
+  constexpr double kTolerance2 = kStrokeToleranceMm * kStrokeToleranceMm;
   const double dx = b.x - a.x, dy = b.y - a.y;
+  const double wx = p.x - a.x, wy = p.y - a.y;
+  const double along = wx * dx + wy * dy;
+  if (along <= 0) return wx * wx + wy * wy >= kTolerance2;  // nearest to `a`
   const double length2 = dx * dx + dy * dy;
-  double t = length2 > 0 ? ((p.x - a.x) * dx + (p.y - a.y) * dy) / length2 : 0;
-  t = std::clamp(t, 0.0, 1.0);
-  return std::hypot(p.x - (a.x + t * dx), p.y - (a.y + t * dy));
+  if (along >= length2) {  // nearest to `b`
+    const double vx = p.x - b.x, vy = p.y - b.y;
+    return vx * vx + vy * vy >= kTolerance2;
+  }
+  const double across = wx * dy - wy * dx;  // |w × d| = distance × |d|
+  return across * across >= kTolerance2 * length2;
 }
 
 // Keeps the first and last points of `stroke` and those that stray more than
@@ -35,12 +45,19 @@ std::size_t Decimate(std::span<Vec2> stroke) {
   if (stroke.size() <= 2) return stroke.size();
   std::size_t kept = 1;
   for (std::size_t i = 1; i + 1 < stroke.size(); ++i) {
-    if (DistanceToSegment(stroke[i], stroke[kept - 1], stroke[i + 1]) >= kStrokeToleranceMm) {
-      stroke[kept++] = stroke[i];
-    }
+    if (StraysFromSegment(stroke[i], stroke[kept - 1], stroke[i + 1])) stroke[kept++] = stroke[i];
   }
   stroke[kept++] = stroke.back();
   return kept;
+}
+
+/// The box around `box` mapped by `map`.
+Box2 MappedBox(const Affine2& map, const Box2& box) {
+  Box2 out;
+  for (const Vec2 c : {box.min, Vec2{box.max.x, box.min.y}, box.max, Vec2{box.min.x, box.max.y}}) {
+    out.Extend(map.Apply(c));
+  }
+  return out;
 }
 
 /// Glyph space (cap heights) into text space: width factor and slant, then
@@ -55,17 +72,18 @@ Affine2 GlyphMap(double xScale, double yScale, double obliqueDegrees, Vec2 origi
 void DrawStrokeLine(Backend& backend, std::string_view text, double tracking,
                     const Affine2& glyphToSheet, const Style& style,
                     const std::optional<Box2>& cull) {
+  const StrokeFont& font = StrokeFont::Get();
+  if (cull) {
+    // A cheap bound first: the glyphs' boxes, no stroke made.
+    const Box2 bound = font.Bounds(text, tracking);
+    if (bound.Empty() || !MappedBox(glyphToSheet, bound).Intersects(*cull)) return;
+  }
   thread_local std::vector<Vec2> points;  // reused from text to text
   thread_local std::vector<int> sizes;
   points.clear();
   sizes.clear();
-  StrokeFont::Get().AppendStrokes(text, tracking, points, sizes);
+  const Box2 box = font.AppendMappedStrokes(text, tracking, glyphToSheet, points, sizes);
   if (sizes.empty()) return;
-  Box2 box;
-  for (Vec2& p : points) {
-    p = glyphToSheet.Apply(p);
-    box.Extend(p);
-  }
   if (cull && !box.Intersects(*cull)) return;
   std::size_t first = 0;
   for (int size : sizes) {
@@ -78,7 +96,12 @@ void DrawStrokeLine(Backend& backend, std::string_view text, double tracking,
 
 void DrawStrokeRun(Backend& backend, const TextRun& run, const Style& style,
                    const std::optional<Box2>& cull) {
-  std::vector<std::string_view> lines;
+  // Reused from run to run; DrawStrokeLine does not come back here.
+  thread_local std::vector<std::string_view> lines;
+  thread_local std::vector<double> widths;
+  thread_local std::vector<LinePlacement> placements;
+  lines.clear();
+  widths.clear();
   std::string_view rest = run.text;
   while (true) {
     const std::size_t nl = rest.find('\n');
@@ -87,9 +110,8 @@ void DrawStrokeRun(Backend& backend, const TextRun& run, const Style& style,
     rest.remove_prefix(nl + 1);
   }
   const StrokeFont& font = StrokeFont::Get();
-  std::vector<double> widths;
   for (std::string_view line : lines) widths.push_back(font.Advance(line, run.tracking));
-  std::vector<LinePlacement> placements(lines.size());
+  placements.assign(lines.size(), LinePlacement{});
   const RunPlacement p = PlaceRun(run, kStrokeMetrics, widths, placements);
   for (std::size_t i = 0; i < lines.size(); ++i) {
     const Affine2 glyph =
