@@ -187,29 +187,6 @@ void StrokeFont::AppendStrokes(std::string_view text, double tracking, std::vect
   }
 }
 
-Box2 StrokeFont::AppendMappedStrokes(std::string_view text, double tracking, const Affine2& map,
-                                     std::vector<Vec2>& points, std::vector<int>& sizes) const {
-  Box2 box;
-  double x = 0;
-  for (std::size_t i = 0; i < text.size();) {
-    const DecodedChar c = DecodeUtf8(text, i);
-    i += c.length;
-    const StrokeGlyph& glyph = GlyphOrPlaceholder(c.valid ? c.codePoint : 0xFFFD);
-    // The glyph's origin moved along the baseline: only the translation changes.
-    const Affine2 m{map.a, map.b, map.c, map.d, map.a * x + map.e, map.b * x + map.f};
-    const std::size_t at = points.size();
-    points.resize(at + glyph.points.size());
-    Vec2* out = points.data() + at;
-    for (const Vec2& p : glyph.points) {
-      *out = m.Apply(p);
-      box.Extend(*out++);
-    }
-    sizes.insert(sizes.end(), glyph.sizes.begin(), glyph.sizes.end());
-    x += glyph.advance * tracking;
-  }
-  return box;
-}
-
 Box2 StrokeFont::Bounds(std::string_view text, double tracking) const {
   Box2 box;
   double x = 0;

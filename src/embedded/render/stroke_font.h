@@ -37,10 +37,6 @@ class StrokeFont {
   /// heights: each stroke is `sizes.back()` points of `points`.
   void AppendStrokes(std::string_view text, double tracking, std::vector<Vec2>& points,
                      std::vector<int>& sizes) const;
-  /// The strokes of AppendStrokes mapped through `map`, the box around
-  /// them returned; each glyph's points are mapped straight from the font.
-  Box2 AppendMappedStrokes(std::string_view text, double tracking, const Affine2& map,
-                           std::vector<Vec2>& points, std::vector<int>& sizes) const;
   /// The box around the strokes AppendStrokes lays out for `text`, from the
   /// glyphs' own boxes: no stroke is made. Empty when there is none.
   Box2 Bounds(std::string_view text, double tracking = 1) const;

@@ -7,49 +7,17 @@
 #include <string>
 #include <vector>
 
+#include "embedded/render/glyph_strokes.h"
 #include "embedded/render/stroke_font.h"
 #include "embedded/render/text_codes.h"
 #include "embedded/render/text_layout.h"
+#include "text/utf8.h"
 
 namespace sheafwork::embedded {
 
 namespace {
 
 constexpr FontMetrics kStrokeMetrics{1.0, 4.0 / 12.0};
-// The glyphs' arcs are stored finely enough for large text; on the sheet a
-// point closer than this to the chord of its neighbours is left out.
-constexpr double kStrokeToleranceMm = 0.02;
-
-// Whether `p` lies at least the tolerance away from the segment `a`–`b`.
-// Compared on squares and without dividing: sheet millimetres never come
-// near overflow.
-bool StraysFromSegment(Vec2 p, Vec2 a, Vec2 b) {
-  constexpr double kTolerance2 = kStrokeToleranceMm * kStrokeToleranceMm;
-  const double dx = b.x - a.x, dy = b.y - a.y;
-  const double wx = p.x - a.x, wy = p.y - a.y;
-  const double along = wx * dx + wy * dy;
-  if (along <= 0) return wx * wx + wy * wy >= kTolerance2;  // nearest to `a`
-  const double length2 = dx * dx + dy * dy;
-  if (along >= length2) {  // nearest to `b`
-    const double vx = p.x - b.x, vy = p.y - b.y;
-    return vx * vx + vy * vy >= kTolerance2;
-  }
-  const double across = wx * dy - wy * dx;  // |w × d| = distance × |d|
-  return across * across >= kTolerance2 * length2;
-}
-
-// Keeps the first and last points of `stroke` and those that stray more than
-// the tolerance from the chord between the last point kept and the next one;
-// returns how many points are kept, at the front of `stroke`.
-std::size_t Decimate(std::span<Vec2> stroke) {
-  if (stroke.size() <= 2) return stroke.size();
-  std::size_t kept = 1;
-  for (std::size_t i = 1; i + 1 < stroke.size(); ++i) {
-    if (StraysFromSegment(stroke[i], stroke[kept - 1], stroke[i + 1])) stroke[kept++] = stroke[i];
-  }
-  stroke[kept++] = stroke.back();
-  return kept;
-}
 
 /// The box around `box` mapped by `map`.
 Box2 MappedBox(const Affine2& map, const Box2& box) {
@@ -73,23 +41,48 @@ void DrawStrokeLine(Backend& backend, std::string_view text, double tracking,
                     const Affine2& glyphToSheet, const Style& style,
                     const std::optional<Box2>& cull) {
   const StrokeFont& font = StrokeFont::Get();
+  // A cheap bound first, from the glyphs' boxes: a text wholly outside is
+  // left out before any stroke is made, one wholly inside needs no box of
+  // its own.
+  bool inside = true;
   if (cull) {
-    // A cheap bound first: the glyphs' boxes, no stroke made.
     const Box2 bound = font.Bounds(text, tracking);
-    if (bound.Empty() || !MappedBox(glyphToSheet, bound).Intersects(*cull)) return;
+    if (bound.Empty()) return;
+    const Box2 mapped = MappedBox(glyphToSheet, bound);
+    if (!mapped.Intersects(*cull)) return;
+    inside = cull->min.x <= mapped.min.x && cull->min.y <= mapped.min.y &&
+             mapped.max.x <= cull->max.x && mapped.max.y <= cull->max.y;
   }
-  thread_local std::vector<Vec2> points;  // reused from text to text
+  // Reused from text to text.
+  thread_local GlyphStrokeCache glyphs;
+  thread_local std::vector<Vec2> points;
   thread_local std::vector<int> sizes;
   points.clear();
   sizes.clear();
-  const Box2 box = font.AppendMappedStrokes(text, tracking, glyphToSheet, points, sizes);
+  glyphs.Use(glyphToSheet);
+  Box2 box;
+  double x = 0;
+  for (std::size_t i = 0; i < text.size();) {
+    const DecodedChar c = DecodeUtf8(text, i);
+    i += c.length;
+    const StrokeGlyph& glyph = font.GlyphOrPlaceholder(c.valid ? c.codePoint : 0xFFFD);
+    const Vec2 origin = glyphToSheet.Apply({x, 0});
+    x += glyph.advance * tracking;
+    const GlyphStrokeCache::Strokes strokes = glyphs.Get(glyph);
+    if (strokes.sizes.empty()) continue;
+    if (!inside) {
+      box.Extend(Vec2{strokes.box.min.x + origin.x, strokes.box.min.y + origin.y});
+      box.Extend(Vec2{strokes.box.max.x + origin.x, strokes.box.max.y + origin.y});
+    }
+    for (const Vec2& p : strokes.points) points.push_back({p.x + origin.x, p.y + origin.y});
+    sizes.insert(sizes.end(), strokes.sizes.begin(), strokes.sizes.end());
+  }
   if (sizes.empty()) return;
-  if (cull && !box.Intersects(*cull)) return;
+  if (!inside && !box.Intersects(*cull)) return;
   std::size_t first = 0;
-  for (int size : sizes) {
+  for (const int size : sizes) {
     const auto n = static_cast<std::size_t>(size);
-    const std::span<Vec2> stroke = std::span<Vec2>(points).subspan(first, n);
-    backend.DrawPolyline(stroke.first(Decimate(stroke)), false, style);
+    backend.DrawPolyline(std::span<const Vec2>(points).subspan(first, n), false, style);
     first += n;
   }
 }
