@@ -69,8 +69,10 @@ bool ReadRecord(TagStream& stream, Record& record) {
   bool embedded = false;  // after 101: an embedded object, not read
   bool inXData = false;
   for (const Tag* t = stream.Peek(); t != nullptr && t->code != 0; t = stream.Peek()) {
-    Tag tag;
-    stream.Next(tag);
+    // Read in place: copying the tag through a temporary costs more than
+    // the rest of the loop.
+    const Tag& tag = *t;
+    stream.Drop();
     if (inXData || tag.code == 1001) {
       inXData = true;
       record.xdata.push_back(tag);
@@ -97,7 +99,12 @@ bool ReadRecord(TagStream& stream, Record& record) {
     const auto subclass =
         static_cast<std::uint16_t>(std::min<std::size_t>(record.subclasses.size() - 1, UINT16_MAX));
     if (tag.code == 330 && subclass == 0 && record.owner.empty()) record.owner = tag.value;
-    record.data.push_back({tag, subclass});
+    DataTag& d = record.data.emplace_back();
+    d.tag.code = tag.code;
+    d.tag.value = tag.value;
+    d.tag.line = tag.line;
+    d.tag.binary = tag.binary;
+    d.subclass = subclass;
   }
   return true;
 }

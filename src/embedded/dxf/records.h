@@ -21,6 +21,9 @@ class TagStream {
   /// The next tag without consuming it; null at the end.
   const Tag* Peek();
   bool Next(Tag& tag);
+  /// Consumes the tag Peek returned, which stays readable until the next
+  /// Peek or Next.
+  void Drop() { hasAhead_ = false; }
   /// True when the next tag is 0/<type>.
   bool AtRecord(std::string_view type);
 

@@ -15,11 +15,21 @@ std::string NameKey(std::string_view name) {
 
 namespace {
 
+char KeyChar(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+// NameKey(a) == NameKey(b), without making either key.
+bool SameKey(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    if (KeyChar(a[i]) != KeyChar(b[i])) return false;
+  }
+  return true;
+}
+
 template <typename Record>
 const Record* FindByName(const std::vector<Record>& records, std::string_view name) {
-  const std::string key = NameKey(name);
   auto it = std::find_if(records.begin(), records.end(),
-                         [&](const Record& r) { return NameKey(r.name) == key; });
+                         [&](const Record& r) { return SameKey(r.name, name); });
   return it == records.end() ? nullptr : &*it;
 }
 

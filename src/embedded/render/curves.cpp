@@ -36,9 +36,25 @@ int ArcSegments(double outputRadius, double sweep, const Flattening& f) {
 
 void AppendArc(std::vector<Vec2>& out, Vec2 center, double radius, double start, double sweep,
                int segments, bool withStart) {
-  for (int i = withStart ? 0 : 1; i <= segments; ++i) {
-    const double a = start + sweep * i / segments;
-    out.push_back({center.x + radius * std::cos(a), center.y + radius * std::sin(a)});
+  // The direction turns by a fixed step: rotate it rather than take a sine
+  // and cosine per point, starting exactly again every kExactEvery points
+  // and at the last one so that rounding cannot build up.
+  constexpr int kExactEvery = 32;
+  const int first = withStart ? 0 : 1;
+  const double step = sweep / segments;
+  const double stepCos = std::cos(step), stepSin = std::sin(step);
+  double cs = 0, sn = 0;
+  for (int i = first; i <= segments; ++i) {
+    if (i == first || i == segments || i % kExactEvery == 0) {
+      const double a = start + sweep * i / segments;
+      cs = std::cos(a);
+      sn = std::sin(a);
+    } else {
+      const double next = cs * stepCos - sn * stepSin;
+      sn = sn * stepCos + cs * stepSin;
+      cs = next;
+    }
+    out.push_back({center.x + radius * cs, center.y + radius * sn});
   }
 }
 

@@ -82,7 +82,10 @@ void ParseStrokes(std::string_view text, double dx, double dy, StrokeGlyph& glyp
 
 void ToCapHeights(StrokeGlyph& glyph) {
   glyph.advance /= kGridPerCap;
-  for (Vec2& p : glyph.points) p = {p.x / kGridPerCap, p.y / kGridPerCap};
+  for (Vec2& p : glyph.points) {
+    p = {p.x / kGridPerCap, p.y / kGridPerCap};
+    glyph.box.Extend(p);
+  }
 }
 
 }  // namespace
@@ -137,6 +140,8 @@ StrokeFont::StrokeFont() {
     codes_.push_back(e.code);
     glyphs_.push_back(std::move(e.glyph));
   }
+  for (std::size_t i = 0; i < codes_.size() && codes_[i] < 128; ++i)
+    ascii_[codes_[i]] = &glyphs_[i];
   placeholder_.advance = stroke_data::Placeholder().advance;
   ParseStrokes(stroke_data::Placeholder().strokes, 0, 0, placeholder_);
   ToCapHeights(placeholder_);
@@ -148,6 +153,7 @@ const StrokeFont& StrokeFont::Get() {
 }
 
 const StrokeGlyph* StrokeFont::Find(char32_t code) const {
+  if (code < 128) return ascii_[code];
   const auto it = std::lower_bound(codes_.begin(), codes_.end(), code);
   if (it == codes_.end() || *it != code) return nullptr;
   return &glyphs_[static_cast<std::size_t>(it - codes_.begin())];
@@ -179,6 +185,22 @@ void StrokeFont::AppendStrokes(std::string_view text, double tracking, std::vect
     sizes.insert(sizes.end(), glyph.sizes.begin(), glyph.sizes.end());
     x += glyph.advance * tracking;
   }
+}
+
+Box2 StrokeFont::Bounds(std::string_view text, double tracking) const {
+  Box2 box;
+  double x = 0;
+  for (std::size_t i = 0; i < text.size();) {
+    const DecodedChar c = DecodeUtf8(text, i);
+    i += c.length;
+    const StrokeGlyph& glyph = GlyphOrPlaceholder(c.valid ? c.codePoint : 0xFFFD);
+    if (!glyph.box.Empty()) {
+      box.Extend(Vec2{glyph.box.min.x + x, glyph.box.min.y});
+      box.Extend(Vec2{glyph.box.max.x + x, glyph.box.max.y});
+    }
+    x += glyph.advance * tracking;
+  }
+  return box;
 }
 
 bool IsShapeFont(std::string_view family, std::string_view fontFile) {

@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "embedded/model/geometry.h"
+#include "embedded/render/box.h"
+#include "embedded/render/transform.h"
 
 namespace sheafwork::embedded {
 
@@ -16,6 +18,7 @@ struct StrokeGlyph {
   double advance = 0;
   std::vector<Vec2> points;
   std::vector<int> sizes;
+  Box2 box;  ///< around `points`; empty when the glyph has none
 };
 
 class StrokeFont {
@@ -34,6 +37,9 @@ class StrokeFont {
   /// heights: each stroke is `sizes.back()` points of `points`.
   void AppendStrokes(std::string_view text, double tracking, std::vector<Vec2>& points,
                      std::vector<int>& sizes) const;
+  /// The box around the strokes AppendStrokes lays out for `text`, from the
+  /// glyphs' own boxes: no stroke is made. Empty when there is none.
+  Box2 Bounds(std::string_view text, double tracking = 1) const;
   /// Every character the font has, in code order.
   std::span<const char32_t> Characters() const { return codes_; }
 
@@ -42,6 +48,8 @@ class StrokeFont {
 
   std::vector<char32_t> codes_;
   std::vector<StrokeGlyph> glyphs_;  ///< parallel to codes_
+  /// The glyph of each ASCII code, null when the font lacks it.
+  const StrokeGlyph* ascii_[128] = {};
   StrokeGlyph placeholder_;
 };
 

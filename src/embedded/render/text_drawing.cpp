@@ -7,40 +7,25 @@
 #include <string>
 #include <vector>
 
+#include "embedded/render/glyph_strokes.h"
 #include "embedded/render/stroke_font.h"
 #include "embedded/render/text_codes.h"
 #include "embedded/render/text_layout.h"
+#include "text/utf8.h"
 
 namespace sheafwork::embedded {
 
 namespace {
 
 constexpr FontMetrics kStrokeMetrics{1.0, 4.0 / 12.0};
-// The glyphs' arcs are stored finely enough for large text; on the sheet a
-// point closer than this to the chord of its neighbours is left out.
-constexpr double kStrokeToleranceMm = 0.02;
 
-double DistanceToSegment(Vec2 p, Vec2 a, Vec2 b) {
-  const double dx = b.x - a.x, dy = b.y - a.y;
-  const double length2 = dx * dx + dy * dy;
-  double t = length2 > 0 ? ((p.x - a.x) * dx + (p.y - a.y) * dy) / length2 : 0;
-  t = std::clamp(t, 0.0, 1.0);
-  return std::hypot(p.x - (a.x + t * dx), p.y - (a.y + t * dy));
-}
-
-// Keeps the first and last points of `stroke` and those that stray more than
-// the tolerance from the chord between the last point kept and the next one;
-// returns how many points are kept, at the front of `stroke`.
-std::size_t Decimate(std::span<Vec2> stroke) {
-  if (stroke.size() <= 2) return stroke.size();
-  std::size_t kept = 1;
-  for (std::size_t i = 1; i + 1 < stroke.size(); ++i) {
-    if (DistanceToSegment(stroke[i], stroke[kept - 1], stroke[i + 1]) >= kStrokeToleranceMm) {
-      stroke[kept++] = stroke[i];
-    }
+/// The box around `box` mapped by `map`.
+Box2 MappedBox(const Affine2& map, const Box2& box) {
+  Box2 out;
+  for (const Vec2 c : {box.min, Vec2{box.max.x, box.min.y}, box.max, Vec2{box.min.x, box.max.y}}) {
+    out.Extend(map.Apply(c));
   }
-  stroke[kept++] = stroke.back();
-  return kept;
+  return out;
 }
 
 /// Glyph space (cap heights) into text space: width factor and slant, then
@@ -55,30 +40,61 @@ Affine2 GlyphMap(double xScale, double yScale, double obliqueDegrees, Vec2 origi
 void DrawStrokeLine(Backend& backend, std::string_view text, double tracking,
                     const Affine2& glyphToSheet, const Style& style,
                     const std::optional<Box2>& cull) {
-  thread_local std::vector<Vec2> points;  // reused from text to text
+  const StrokeFont& font = StrokeFont::Get();
+  // A cheap bound first, from the glyphs' boxes: a text wholly outside is
+  // left out before any stroke is made, one wholly inside needs no box of
+  // its own.
+  bool inside = true;
+  if (cull) {
+    const Box2 bound = font.Bounds(text, tracking);
+    if (bound.Empty()) return;
+    const Box2 mapped = MappedBox(glyphToSheet, bound);
+    if (!mapped.Intersects(*cull)) return;
+    inside = cull->min.x <= mapped.min.x && cull->min.y <= mapped.min.y &&
+             mapped.max.x <= cull->max.x && mapped.max.y <= cull->max.y;
+  }
+  // Reused from text to text.
+  thread_local GlyphStrokeCache glyphs;
+  thread_local std::vector<Vec2> points;
   thread_local std::vector<int> sizes;
   points.clear();
   sizes.clear();
-  StrokeFont::Get().AppendStrokes(text, tracking, points, sizes);
-  if (sizes.empty()) return;
+  glyphs.Use(glyphToSheet);
   Box2 box;
-  for (Vec2& p : points) {
-    p = glyphToSheet.Apply(p);
-    box.Extend(p);
+  double x = 0;
+  for (std::size_t i = 0; i < text.size();) {
+    const DecodedChar c = DecodeUtf8(text, i);
+    i += c.length;
+    const StrokeGlyph& glyph = font.GlyphOrPlaceholder(c.valid ? c.codePoint : 0xFFFD);
+    const Vec2 origin = glyphToSheet.Apply({x, 0});
+    x += glyph.advance * tracking;
+    const GlyphStrokeCache::Strokes strokes = glyphs.Get(glyph);
+    if (strokes.sizes.empty()) continue;
+    if (!inside) {
+      box.Extend(Vec2{strokes.box.min.x + origin.x, strokes.box.min.y + origin.y});
+      box.Extend(Vec2{strokes.box.max.x + origin.x, strokes.box.max.y + origin.y});
+    }
+    for (const Vec2& p : strokes.points) points.push_back({p.x + origin.x, p.y + origin.y});
+    sizes.insert(sizes.end(), strokes.sizes.begin(), strokes.sizes.end());
   }
-  if (cull && !box.Intersects(*cull)) return;
+  if (sizes.empty()) return;
+  if (!inside && !box.Intersects(*cull)) return;
   std::size_t first = 0;
-  for (int size : sizes) {
+  for (const int size : sizes) {
     const auto n = static_cast<std::size_t>(size);
-    const std::span<Vec2> stroke = std::span<Vec2>(points).subspan(first, n);
-    backend.DrawPolyline(stroke.first(Decimate(stroke)), false, style);
+    backend.DrawPolyline(std::span<const Vec2>(points).subspan(first, n), false, style);
     first += n;
   }
 }
 
 void DrawStrokeRun(Backend& backend, const TextRun& run, const Style& style,
                    const std::optional<Box2>& cull) {
-  std::vector<std::string_view> lines;
+  // Reused from run to run; DrawStrokeLine does not come back here.
+  thread_local std::vector<std::string_view> lines;
+  thread_local std::vector<double> widths;
+  thread_local std::vector<LinePlacement> placements;
+  lines.clear();
+  widths.clear();
   std::string_view rest = run.text;
   while (true) {
     const std::size_t nl = rest.find('\n');
@@ -87,9 +103,8 @@ void DrawStrokeRun(Backend& backend, const TextRun& run, const Style& style,
     rest.remove_prefix(nl + 1);
   }
   const StrokeFont& font = StrokeFont::Get();
-  std::vector<double> widths;
   for (std::string_view line : lines) widths.push_back(font.Advance(line, run.tracking));
-  std::vector<LinePlacement> placements(lines.size());
+  placements.assign(lines.size(), LinePlacement{});
   const RunPlacement p = PlaceRun(run, kStrokeMetrics, widths, placements);
   for (std::size_t i = 0; i < lines.size(); ++i) {
     const Affine2 glyph =

@@ -35,7 +35,7 @@ struct Affine2 {
   Vec2 ApplyLinear(Vec2 v) const { return {a * v.x + c * v.y, b * v.x + d * v.y}; }
   double Determinant() const { return a * d - b * c; }
   /// The largest length of the image of a unit step along x or y.
-  double Scale() const { return std::max(std::hypot(a, b), std::hypot(c, d)); }
+  double Scale() const { return std::sqrt(std::max(a * a + b * b, c * c + d * d)); }
   Affine2 Inverse() const;
 
   static Affine2 Translation(double x, double y) { return {1, 0, 0, 1, x, y}; }

@@ -140,6 +140,31 @@ TEST(StrokeFontTest, LaysTextOutAndShowsMissingCharacters) {
   }
 }
 
+TEST(StrokeFontTest, BoundsFromTheGlyphBoxesAreTheBoxOfTheLaidOutStrokes) {
+  // Text is culled on these bounds before its strokes are made: they must
+  // be the box of those strokes, whatever the spacing, with marks, missing
+  // characters and blanks.
+  const StrokeFont& font = StrokeFont::Get();
+  const char* texts[] = {"Façade Ø25", "IA", "\xE6\xBC\xA2x\xFF", " "};
+  for (const char* text : texts) {
+    for (const double tracking : {1.0, 1.3}) {
+      std::vector<Vec2> laid;
+      std::vector<int> laidSizes;
+      font.AppendStrokes(text, tracking, laid, laidSizes);
+      Box2 laidBox;
+      for (const Vec2& p : laid) laidBox.Extend(p);
+      const Box2 bounds = font.Bounds(text, tracking);
+      EXPECT_EQ(bounds.Empty(), laid.empty()) << text;
+      if (!laid.empty()) {
+        EXPECT_NEAR(bounds.min.x, laidBox.min.x, 1e-12) << text;
+        EXPECT_NEAR(bounds.min.y, laidBox.min.y, 1e-12) << text;
+        EXPECT_NEAR(bounds.max.x, laidBox.max.x, 1e-12) << text;
+        EXPECT_NEAR(bounds.max.y, laidBox.max.y, 1e-12) << text;
+      }
+    }
+  }
+}
+
 TEST(StrokeFontTest, WhichFontsAreShapeFonts) {
   struct Case {
     const char* family;

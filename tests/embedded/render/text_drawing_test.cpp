@@ -140,6 +140,51 @@ TEST(TextDrawingTest, SmallShapeFontTextKeepsOnlyThePointsItsCurvesNeed) {
   }
 }
 
+TEST(TextDrawingTest, StrokeTextIsLeftOutOnlyWhenNoneOfItsStrokesReachesTheCullBox) {
+  // Text is left out early on a bound of its glyphs' boxes; what it draws
+  // must not depend on that: a box touching only a corner of the strokes
+  // keeps all of them, a box beside them (within the bound of a turned or
+  // slanted text) keeps none.
+  const Affine2 maps[] = {
+      Affine2::Translation(50, 20) * Affine2::Scaling(4, 4),
+      Affine2::Translation(50, 20) * Affine2::Rotation(Radians(35)) * Affine2::Scaling(4, 4),
+      Affine2{-3, 0, 1.5, 4, 50, 20},  // mirrored and slanted
+  };
+  const auto draw = [](const Affine2& map, const std::optional<Box2>& cull) {
+    RecordingBackend rec;
+    DrawStrokeLine(rec, "Coupe A-A", 1.1, map, Style{}, cull);
+    return rec.items;
+  };
+  for (const Affine2& map : maps) {
+    const std::vector<Recorded> all = draw(map, std::nullopt);
+    ASSERT_FALSE(all.empty());
+    Box2 drawn;
+    Vec2 highest = all.front().points.front();
+    for (const Recorded& r : all) {
+      for (const Vec2& p : r.points) {
+        drawn.Extend(p);
+        if (p.y > highest.y) highest = p;
+      }
+    }
+    const double gap = 0.05;
+    const Box2 touching =
+        Box2::Of({highest.x - gap, highest.y - gap}, {highest.x + gap, highest.y + 1});
+    const Box2 above = Box2::Of({drawn.min.x, drawn.max.y + gap}, {drawn.max.x, drawn.max.y + 10});
+    const Box2 far = Box2::Of({-500, -500}, {-400, -400});
+    const std::vector<Recorded> kept = draw(map, touching);
+    ASSERT_EQ(kept.size(), all.size());
+    for (std::size_t i = 0; i < all.size(); ++i) {
+      ASSERT_EQ(kept[i].points.size(), all[i].points.size());
+      for (std::size_t j = 0; j < all[i].points.size(); ++j) {
+        EXPECT_EQ(kept[i].points[j].x, all[i].points[j].x);
+        EXPECT_EQ(kept[i].points[j].y, all[i].points[j].y);
+      }
+    }
+    EXPECT_TRUE(draw(map, above).empty());
+    EXPECT_TRUE(draw(map, far).empty());
+  }
+}
+
 TEST(TextDrawingTest, TrueTypeTextStaysOneRun) {
   Drawing d = MakeDrawing();
   AddStyle(d, "Arial", "arial.ttf");
