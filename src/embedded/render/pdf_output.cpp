@@ -12,12 +12,7 @@ namespace {
 
 constexpr int kDefaultDpi = 1200;
 constexpr double kPointsPerMm = 72 / 25.4;
-// The largest page readers take: 200 inches a side.
-constexpr double kLargestPagePoints = 14400;
-
-bool Plausible(double points) {
-  return std::isfinite(points) && points > 0 && points <= kLargestPagePoints;
-}
+bool Plausible(double points) { return std::isfinite(points) && points > 0; }
 
 }  // namespace
 
