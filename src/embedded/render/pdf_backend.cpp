@@ -228,13 +228,20 @@ void PdfBackend::DrawPoint(Vec2 at, const Style& style) {
 void PdfBackend::DrawText(const TextRun& run, const Style& style) {
   EndPath();
   Backend::DrawText(run, style);  // the glyphs, filled
-  WriteTextLayer(out_, font_, run, kUnitsPerMm);
+  const double far = kFarUnits / kUnitsPerMm;
+  const Box2 everywhere = Box2::Of({-far, -far}, {far, far});
+  WriteTextLayer(out_, font_, run, kUnitsPerMm,
+                 clipBoxes_.empty() ? everywhere : clipBoxes_.back());
 }
 
 void PdfBackend::PushClip(std::span<const Vec2> polygon) {
   EndPath();
   out_.Op("q");
   ++clips_;
+  Box2 box;
+  for (const Vec2& p : polygon) box.Extend(p);
+  if (!clipBoxes_.empty()) box = box.Intersection(clipBoxes_.back());
+  clipBoxes_.push_back(box);
   points_.clear();
   for (const Vec2& p : polygon) points_.push_back(Map(p));
   if (points_.empty()) {
@@ -255,6 +262,7 @@ void PdfBackend::PopClip() {
   EndPath();
   out_.Op("Q");
   --clips_;
+  clipBoxes_.pop_back();
   Forget();
 }
 

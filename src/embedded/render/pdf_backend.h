@@ -13,6 +13,7 @@
 
 #include "embedded/pdf/content_stream.h"
 #include "embedded/render/backend.h"
+#include "embedded/render/box.h"
 
 namespace sheafwork::embedded {
 
@@ -70,6 +71,8 @@ class PdfBackend final : public Backend {
   std::optional<std::uint32_t> fillRgb_;
   std::optional<double> width_;
   int clips_ = 0;
+  /// The box of each clip in force (sheet mm), narrowed by the ones before.
+  std::vector<Box2> clipBoxes_;
   std::vector<Point> points_;
 };
 

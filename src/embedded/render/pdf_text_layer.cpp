@@ -24,7 +24,7 @@ constexpr double kHelveticaCapHeight = 0.718;
 }  // namespace
 
 void WriteTextLayer(pdf::ContentStream& out, std::string_view font, const TextRun& run,
-                    double unitsPerMm) {
+                    double unitsPerMm, const Box2& visible) {
   EnsureGuiApplication();  // the fonts need one
   const QtTextFont qtFont =
       TextFontFor({run.fontFamily, run.fontFile, run.bold, run.italic}, run.tracking);
@@ -55,6 +55,14 @@ void WriteTextLayer(pdf::ContentStream& out, std::string_view font, const TextRu
     // page: stretched to the drawn width, slanted like the drawn glyphs.
     const Affine2 onLine{drawn / helvetica,     0, shear * em, em, placements[i].x,
                          placements[i].baseline};
+    // The line's box on the sheet: from below the baseline to above the
+    // capitals, its drawn width long.
+    Box2 box;
+    for (const Vec2 corner :
+         {Vec2{0, -0.3}, Vec2{helvetica, -0.3}, Vec2{0, 1}, Vec2{helvetica, 1}}) {
+      box.Extend(run.toSheet.Apply(onLine.Apply(corner)));
+    }
+    if (!box.Intersects(visible)) continue;
     const Affine2 m = toUnits * onLine;
     if (!std::isfinite(m.a + m.b + m.c + m.d + m.e + m.f)) continue;
     if (!begun) {

@@ -131,6 +131,36 @@ TEST(PdfBackendTest, CirclesArcsPointsAndAreas) {
   EXPECT_NE(area.find("1 0 0 rg\n"), std::string::npos) << area;
 }
 
+TEST(PdfBackendTest, TextIsInTheTextLayerOnlyWhereItCanBeSeen) {
+  TextRun run;
+  run.text = "Cuisine";
+  run.toSheet = Affine2::Translation(10, 10);
+  run.height = 5;
+  const std::vector<Vec2> around = {{0, 0}, {50, 0}, {50, 30}, {0, 30}};
+  const std::vector<Vec2> elsewhere = {{100, 100}, {120, 100}, {120, 120}, {100, 120}};
+  struct Case {
+    const char* name;
+    std::vector<std::vector<Vec2>> clips;
+    std::size_t shown;
+  } cases[] = {
+      {"no clip", {}, 1},
+      {"inside a clip", {around}, 1},
+      {"clipped away", {elsewhere}, 0},
+      {"in neither of two nested clips", {around, elsewhere}, 0},
+      {"nothing passes an empty clip", {{}}, 0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const std::string text = ContentOf([&](Backend& b) {
+      for (const auto& clip : c.clips) b.PushClip(clip);
+      b.DrawText(run, kBlack);
+    });
+    EXPECT_EQ(Count(text, "(Cuisine) Tj\n"), c.shown) << text;
+    EXPECT_EQ(Count(text, "3 Tr\n"), c.shown);
+    EXPECT_GT(Count(text, "f*\n"), 0u) << "the glyphs are drawn all the same";
+  }
+}
+
 bool HavePdftoppm() { return std::system("pdftoppm -v >/dev/null 2>&1") == 0; }
 
 // A drawing of every kind of primitive, 1:1 on a 150 × 100 mm sheet.
