@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -214,6 +215,32 @@ TEST_F(PlotCommand, AFailingRowIsLoggedAndTheRunGoesOn) {
   ASSERT_EQ(pdfs.size(), 1u);
   EXPECT_EQ(pdfs[0].rfind("ancien-", 0), 0u) << pdfs[0];
   EXPECT_EQ(ReadPdfPages(out_ + "/" + pdfs[0]).count, 1);
+}
+
+// Qt cannot start with a platform plugin that does not exist: a PDF plot of
+// lines and shape-font text must not need it, a plot with TrueType text
+// (which Qt lays out) does.
+TEST_F(PlotCommand, APdfOfLinesAndShapeFontTextDoesNotStartQt) {
+  List("add " + Quoted(list_) + " " + Quoted(Plan("facades.dxf")) +
+       " --layout 'Façade nord' --device PDF.pc3 --plot-file " + Quoted(Out("nord.pdf")));
+  const std::string withTrueType = folder_.File("texte.qx3");
+  List("add " + Quoted(withTrueType) + " " + Quoted(Plan("etage.dxf")) +
+       " --layout 'Plan étage' --device PDF.pc3 --plot-file " + Quoted(Out("etage.pdf")));
+
+  const char* before = std::getenv("QT_QPA_PLATFORM");
+  const std::string saved = before != nullptr ? before : "";
+  setenv("QT_QPA_PLATFORM", "introuvable", 1);
+  const ProgramRun lines = Sheafwork("plot " + Quoted(list_), folder_);
+  const ProgramRun text = Sheafwork("plot " + Quoted(withTrueType), folder_);
+  if (before != nullptr) {
+    setenv("QT_QPA_PLATFORM", saved.c_str(), 1);
+  } else {
+    unsetenv("QT_QPA_PLATFORM");
+  }
+
+  EXPECT_EQ(lines.status, 0) << lines.err;
+  ExpectSheet(PlotOutput(Out("nord.pdf")), {"A3", 420, 297});
+  EXPECT_NE(text.status, 0) << "Qt started on a platform that does not exist";
 }
 
 }  // namespace

@@ -21,9 +21,7 @@ void WriteHpgl(const PlotJob& job, const SheetLayout& sheet) {
   HpglBackend backend(sheet.frame.width, sheet.frame.height, job.title);
   try {
     const Box2 whole = Box2::Of({0, 0}, {sheet.frame.width, sheet.frame.height});
-    Frontend frontend(*job.drawing, backend,
-                      SheetFrontendOptions(job, sheet, whole, HpglBackend::kUnitsPerMm));
-    frontend.DrawLayout(*job.layout, sheet.drawingToSheet);
+    DrawSheet(backend, job, sheet, whole, HpglBackend::kUnitsPerMm);
   } catch (...) {
     file.remove();
     throw;

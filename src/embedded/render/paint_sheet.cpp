@@ -12,6 +12,7 @@
 #include "embedded/render/plot_area.h"
 #include "embedded/render/plot_style_look.h"
 #include "embedded/render/qt_application.h"
+#include "embedded/render/qt_text_fonts.h"
 
 namespace sheafwork::embedded {
 
@@ -61,6 +62,15 @@ FrontendOptions SheetFrontendOptions(const PlotJob& job, const SheetLayout& shee
   return fo;
 }
 
+FrontendStats DrawSheet(Backend& backend, const PlotJob& job, const SheetLayout& sheet, Box2 cull,
+                        double dotsPerMm) {
+  FrontendOptions fo = SheetFrontendOptions(job, sheet, cull, dotsPerMm);
+  fo.textMeasure = &GuiTextMeasure();
+  Frontend frontend(*job.drawing, backend, fo);
+  frontend.DrawLayout(*job.layout, sheet.drawingToSheet);
+  return frontend.Stats();
+}
+
 FrontendStats PaintSheet(QPainter& painter, const PlotJob& job, const SheetLayout& sheet,
                          const PaintOptions& options) {
   EnsureGuiApplication();
@@ -76,15 +86,11 @@ FrontendStats PaintSheet(QPainter& painter, const PlotJob& job, const SheetLayou
     painter.setClipRect(QRectF(p.min.x, p.min.y, p.Width(), p.Height()), Qt::IntersectClip);
     cull = p;
   }
-  const FrontendOptions fo = SheetFrontendOptions(
-      job, sheet, cull, options.dotsPerMm > 0 ? options.dotsPerMm : options.pixelsPerMm);
-
   FrontendStats stats;
   {
     PainterBackend backend(painter);
-    Frontend frontend(*job.drawing, backend, fo);
-    frontend.DrawLayout(*job.layout, sheet.drawingToSheet);
-    stats = frontend.Stats();
+    stats = DrawSheet(backend, job, sheet, cull,
+                      options.dotsPerMm > 0 ? options.dotsPerMm : options.pixelsPerMm);
   }
   painter.restore();
   return stats;

@@ -36,6 +36,12 @@ struct PaintOptions {
 FrontendOptions SheetFrontendOptions(const PlotJob& job, const SheetLayout& sheet, Box2 cull,
                                      double dotsPerMm);
 
+/// Draws the job's sheet into `backend` with SheetFrontendOptions; TrueType
+/// text is measured with the Qt fonts, the Qt application created for the
+/// first one. Returns what was left out.
+FrontendStats DrawSheet(Backend& backend, const PlotJob& job, const SheetLayout& sheet, Box2 cull,
+                        double dotsPerMm);
+
 /// Paints the job's sheet on `painter`, whose device origin is the sheet's
 /// top-left corner; the background is left as it is. Creates the Qt
 /// application when there is none. Returns what was left out.

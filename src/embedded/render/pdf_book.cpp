@@ -1,48 +1,41 @@
 #include "embedded/render/pdf_book.h"
 
-#include <QFileInfo>
-#include <QPageLayout>
-#include <QPageSize>
-#include <QPainter>
-#include <QPdfWriter>
-#include <QSaveFile>
+#include <filesystem>
+#include <system_error>
 
+#include "embedded/pdf/document.h"
 #include "embedded/render/messages.h"
 #include "embedded/render/paint_sheet.h"
-#include "embedded/render/qt_application.h"
+#include "embedded/render/pdf_output.h"
 
 namespace sheafwork::embedded {
 
 namespace {
 
-// One resolution for every page: the painter keeps its device for the whole
-// file. The output stays vector; this is only the grid of coordinates.
+// One resolution for every page: the thinnest line is one dot of it. The
+// output stays vector.
 constexpr int kDpi = 1200;
 
 }  // namespace
 
 struct PdfBook::Impl {
-  explicit Impl(const QString& path) : file(path), writer(&file) {}
-  // Declared in this order so that the painter ends before the writer and
-  // the writer goes before the file.
-  QSaveFile file;
-  QPdfWriter writer;
-  QPainter painter;
+  explicit Impl(const std::string& path, pdf::DocumentInfo info)
+      : document(path, std::move(info)) {}
+  pdf::Document document;
 };
 
 PdfBook::PdfBook(std::string path) : path_(std::move(path)) {
-  const QString name = QString::fromStdString(path_);
-  if (name.isEmpty() || QFileInfo(name).isDir()) {
+  std::error_code ec;
+  if (path_.empty() || std::filesystem::is_directory(path_, ec)) {
     throw PlotError(render_messages::FileCannotCreate("PDF", path_));
   }
-  impl_ = std::make_unique<Impl>(name);
-  if (!impl_->file.open(QIODevice::WriteOnly)) {
-    impl_.reset();
-    throw PlotError(render_messages::FileCannotCreate("PDF", path_));
+  pdf::DocumentInfo info;
+  info.title = std::filesystem::path(path_).stem().string();
+  try {
+    impl_ = std::make_unique<Impl>(path_, std::move(info));
+  } catch (const pdf::FileError& error) {
+    ThrowPdfFileError(error, path_);
   }
-  impl_->writer.setResolution(kDpi);
-  impl_->writer.setCreator(QStringLiteral("Sheafwork"));
-  impl_->writer.setTitle(QFileInfo(name).completeBaseName());
 }
 
 PdfBook::~PdfBook() {
@@ -56,35 +49,28 @@ PdfBook::~PdfBook() {
 void PdfBook::AddPage(const PlotJob& job) {
   if (!impl_) throw PlotError(render_messages::FileCannotWrite("PDF", path_));
   const SheetLayout sheet = PlanSheet(job);
-  EnsureGuiApplication();
-  Impl& book = *impl_;
-  // The layout set now is the one of the next page the writer starts.
-  if (!book.writer.setPageLayout(SheetPageLayout(sheet.frame, QPageSize::ExactMatch))) {
-    throw PlotError(render_messages::InvalidPaper(sheet.frame.width, sheet.frame.height));
+  try {
+    // The page stays, drawn as far as it went, when drawing throws.
+    struct Count {
+      int& pages;
+      pdf::Document& document;
+      ~Count() { pages = document.Pages(); }
+    } count{pages_, impl_->document};
+    AddSheetPage(impl_->document, job, sheet, kDpi);
+  } catch (const pdf::FileError& error) {
+    ThrowPdfFileError(error, path_);
   }
-  if (pages_ == 0) {
-    if (!book.painter.begin(&book.writer)) {
-      throw PlotError(render_messages::FileCannotCreate("PDF", path_));
-    }
-  } else if (!book.writer.newPage()) {
-    throw PlotError(render_messages::FileCannotWrite("PDF", path_));
-  }
-  ++pages_;
-  PaintOptions options;
-  options.pixelsPerMm = kDpi / 25.4;
-  PaintSheet(book.painter, job, sheet, options);
 }
 
 void PdfBook::Close() {
   if (!impl_) return;
   const std::unique_ptr<Impl> book = std::move(impl_);
-  if (pages_ == 0) {
-    book->file.cancelWriting();
-    return;
+  if (pages_ == 0) return;  // abandoned: the file already there stays
+  try {
+    book->document.Close();
+  } catch (const pdf::FileError& error) {
+    ThrowPdfFileError(error, path_);
   }
-  const bool ended = book->painter.end();
-  if (!ended || !book->file.commit())
-    throw PlotError(render_messages::FileCannotWrite("PDF", path_));
 }
 
 }  // namespace sheafwork::embedded

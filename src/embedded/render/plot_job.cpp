@@ -1,10 +1,8 @@
 #include "embedded/render/plot_job.h"
 
-#include <QFileInfo>
 #include <QPageLayout>
 #include <QPageSize>
 #include <QPainter>
-#include <QPdfWriter>
 #include <QPrinter>
 #include <QPrinterInfo>
 #include <QString>
@@ -13,39 +11,15 @@
 #include "embedded/render/file_outputs.h"
 #include "embedded/render/messages.h"
 #include "embedded/render/paint_sheet.h"
+#include "embedded/render/pdf_output.h"
 #include "embedded/render/qt_application.h"
 
 namespace sheafwork::embedded {
 
 namespace {
 
-void WritePdf(const PlotJob& job, const SheetLayout& sheet) {
-  const QString path = QString::fromStdString(job.outputPath);
-  const int dpi = job.resolutionDpi > 0 ? job.resolutionDpi : 1200;
-  {
-    QPdfWriter writer(path);
-    writer.setResolution(dpi);
-    writer.setTitle(QString::fromStdString(job.title));
-    writer.setCreator(QStringLiteral("Sheafwork"));
-    if (!writer.setPageLayout(SheetPageLayout(sheet.frame, QPageSize::ExactMatch))) {
-      throw PlotError(render_messages::InvalidPaper(sheet.frame.width, sheet.frame.height));
-    }
-    QPainter painter;
-    if (path.isEmpty() || !painter.begin(&writer)) {
-      throw PlotError(render_messages::FileCannotCreate("PDF", job.outputPath));
-    }
-    PaintOptions options;
-    options.pixelsPerMm = dpi / 25.4;
-    PaintSheet(painter, job, sheet, options);
-    if (!painter.end()) throw PlotError(render_messages::FileCannotWrite("PDF", job.outputPath));
-  }  // the writer closes the file here
-  const QFileInfo written(path);
-  if (!written.exists() || written.size() == 0) {
-    throw PlotError(render_messages::FileCannotWrite("PDF", job.outputPath));
-  }
-}
-
 void Print(const PlotJob& job, const SheetLayout& sheet) {
+  EnsureGuiApplication();
   const QString name = QString::fromStdString(job.printerName);
   // Qt ignores an unknown printer name and would write a PDF instead.
   if (name.isEmpty() || !QPrinterInfo::availablePrinterNames().contains(name)) {
@@ -77,7 +51,6 @@ void Print(const PlotJob& job, const SheetLayout& sheet) {
 
 void RunPlotJob(const PlotJob& job) {
   const SheetLayout sheet = PlanSheet(job);
-  EnsureGuiApplication();
   switch (job.output) {
     case OutputKind::Pdf:
       WritePdf(job, sheet);

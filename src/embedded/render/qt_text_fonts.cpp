@@ -9,6 +9,8 @@
 #include <mutex>
 #include <string>
 
+#include "embedded/render/qt_application.h"
+
 namespace sheafwork::embedded {
 
 namespace {
@@ -102,6 +104,22 @@ QtTextFont TextFontFor(const FontFace& face, double tracking) {
 
 TextMeasure& QtTextMeasure() {
   static Measure measure;
+  return measure;
+}
+
+TextMeasure& GuiTextMeasure() {
+  class Starting final : public TextMeasure {
+   public:
+    double Advance(const FontFace& face, std::string_view text) override {
+      EnsureGuiApplication();
+      return QtTextMeasure().Advance(face, text);
+    }
+    double Descent(const FontFace& face) override {
+      EnsureGuiApplication();
+      return QtTextMeasure().Descent(face);
+    }
+  };
+  static Starting measure;
   return measure;
 }
 

@@ -26,4 +26,9 @@ QtTextFont TextFontFor(const FontFace& face, double tracking = 1);
 /// from the number of characters.
 TextMeasure& QtTextMeasure();
 
+/// Measures with the fonts above, creating the Qt application when the
+/// first text is measured: outputs that need no Qt otherwise start it only
+/// for TrueType text, and measure it as the others do.
+TextMeasure& GuiTextMeasure();
+
 }  // namespace sheafwork::embedded

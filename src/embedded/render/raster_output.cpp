@@ -11,6 +11,7 @@
 #include "embedded/render/file_outputs.h"
 #include "embedded/render/messages.h"
 #include "embedded/render/paint_sheet.h"
+#include "embedded/render/qt_application.h"
 
 namespace sheafwork::embedded {
 
@@ -34,6 +35,7 @@ PixelSize PngPixelSize(const SheetFrame& frame, int dpi) {
 }
 
 void WritePng(const PlotJob& job, const SheetLayout& sheet) {
+  EnsureGuiApplication();
   const int dpi = job.resolutionDpi > 0 ? job.resolutionDpi : kDefaultDpi;
   const PixelSize size = PngPixelSize(sheet.frame, dpi);
   if (size.width > kMaxImageBytes / kBytesPerPixel / size.height) {

@@ -13,6 +13,7 @@
 #include "embedded/render/file_outputs.h"
 #include "embedded/render/messages.h"
 #include "embedded/render/paint_sheet.h"
+#include "embedded/render/qt_application.h"
 
 namespace sheafwork::embedded {
 
@@ -27,6 +28,7 @@ constexpr double kDotsPerMm = kDotsPerInch / 25.4;
 }  // namespace
 
 void WriteSvg(const PlotJob& job, const SheetLayout& sheet) {
+  EnsureGuiApplication();
   const QString path = QString::fromStdString(job.outputPath);
   const SheetFrame& frame = sheet.frame;
   std::exception_ptr failure;

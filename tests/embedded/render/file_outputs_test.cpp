@@ -18,6 +18,7 @@ namespace sheafwork::embedded {
 namespace {
 
 using sheafwork::testing::TempFolder;
+using testing::DarkCovered;
 using testing::MakeDrawing;
 using testing::MakeEntity;
 using testing::MakeLine;
@@ -105,27 +106,6 @@ QImage RenderSvg(const std::string& path, double k) {
   svg.render(&painter);
   painter.end();
   return image;
-}
-
-// The share of `a`'s dark pixels with a dark pixel of `b` within one pixel.
-double DarkCovered(const QImage& a, const QImage& b) {
-  const auto dark = [](const QImage& image, int x, int y) {
-    return x >= 0 && y >= 0 && x < image.width() && y < image.height() &&
-           qGray(image.pixel(x, y)) < 160;
-  };
-  long long total = 0, covered = 0;
-  for (int y = 0; y < a.height(); ++y) {
-    for (int x = 0; x < a.width(); ++x) {
-      if (!dark(a, x, y)) continue;
-      ++total;
-      bool near = false;
-      for (int dy = -1; dy <= 1 && !near; ++dy) {
-        for (int dx = -1; dx <= 1 && !near; ++dx) near = dark(b, x + dx, y + dy);
-      }
-      covered += near ? 1 : 0;
-    }
-  }
-  return total == 0 ? 0 : static_cast<double>(covered) / static_cast<double>(total);
 }
 
 void ExpectBox(const Box2& box, const Box2& expected, double tolerance, const char* what) {

@@ -67,8 +67,8 @@ TEST(PlotJobTest, WritesAOnePagePdfOfTheSheetSize) {
   ASSERT_EQ(box.size(), 4u);
   EXPECT_EQ(box[0], 0);
   EXPECT_EQ(box[1], 0);
-  EXPECT_EQ(box[2], 1191);  // 420 mm in whole points
-  EXPECT_EQ(box[3], 842);   // 297 mm
+  EXPECT_NEAR(box[2], 420 * 72 / 25.4, 0.01);  // the sheet exactly, in points
+  EXPECT_NEAR(box[3], 297 * 72 / 25.4, 0.01);
   EXPECT_EQ(Count(pdf, "/Type /Page") - Count(pdf, "/Type /Pages"), 1u);
   EXPECT_NE(pdf.find("/Count 1"), std::string::npos);
 }

@@ -168,6 +168,26 @@ std::uint32_t ColorAt(const QImage& image, double k, Vec2 at) {
   return image.pixel(x, y) & 0xFFFFFFu;
 }
 
+double DarkCovered(const QImage& a, const QImage& b) {
+  const auto dark = [](const QImage& image, int x, int y) {
+    return x >= 0 && y >= 0 && x < image.width() && y < image.height() &&
+           qGray(image.pixel(x, y)) < 160;
+  };
+  long long total = 0, covered = 0;
+  for (int y = 0; y < a.height(); ++y) {
+    for (int x = 0; x < a.width(); ++x) {
+      if (!dark(a, x, y)) continue;
+      ++total;
+      bool near = false;
+      for (int dy = -1; dy <= 1 && !near; ++dy) {
+        for (int dx = -1; dx <= 1 && !near; ++dx) near = dark(b, x + dx, y + dy);
+      }
+      covered += near ? 1 : 0;
+    }
+  }
+  return total == 0 ? 0 : static_cast<double>(covered) / static_cast<double>(total);
+}
+
 }  // namespace sheafwork::embedded::testing
 
 // Qt reads the system's fontconfig setup when it paints text, and

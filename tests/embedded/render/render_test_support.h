@@ -67,6 +67,10 @@ QImage RenderSheet(const Drawing& drawing, const Layout& layout, const PlotSetti
 /// (millimetres, y up).
 bool InkNear(const QImage& image, double pixelsPerMm, Vec2 at, double radiusMm = 0.3);
 
+/// The share of `a`'s dark pixels with a dark pixel of `b` within one
+/// pixel: 1 when everything `a` draws, `b` draws too.
+double DarkCovered(const QImage& a, const QImage& b);
+
 /// The colour at sheet point `at`, 0xRRGGBB.
 std::uint32_t ColorAt(const QImage& image, double pixelsPerMm, Vec2 at);
 

@@ -1,0 +1,97 @@
+#pragma once
+// A PDF document written page by page straight to its file: the pages'
+// content goes out in deflated chunks while the caller is still painting,
+// and the file takes its target's place only when Close() succeeds.
+//
+//   Document doc(path, {.title = "Plan"});
+//   ContentStream& page = doc.BeginPage(842, 595);  // points
+//   page.Int(0).Int(0).Op("m"); ...
+//   doc.EndPage();
+//   doc.Close();
+
+#include <cstddef>
+#include <ctime>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "embedded/pdf/content_stream.h"
+
+namespace sheafwork::embedded::pdf {
+
+/// Why a document could not be made: its file could not be created, or not
+/// written (or renamed into place).
+class FileError : public std::runtime_error {
+ public:
+  enum class Stage { Create, Write };
+  FileError(Stage stage, const std::string& path) : std::runtime_error(path), stage_(stage) {}
+  Stage WhichStage() const { return stage_; }
+
+ private:
+  Stage stage_;
+};
+
+struct DocumentInfo {
+  std::string title;  ///< UTF-8
+  std::string creator = "Sheafwork";
+  std::string producer = "Sheafwork";
+  std::time_t created = 0;  ///< 0: now
+};
+
+struct WriterOptions {
+  /// Uncompressed bytes per content stream object.
+  std::size_t chunkBytes = std::size_t{4} << 20;
+  /// Content waiting for compression, at most about this many chunks.
+  std::size_t queuedChunks = 2;
+  int deflateLevel = 1;
+};
+
+class Document {
+ public:
+  /// The font resource every page has: the standard Helvetica in the
+  /// Windows code page (WinAnsiEncoding).
+  static constexpr const char* kHelvetica = "/F1";
+
+  /// Creates the file beside `path`. Throws FileError (Create).
+  Document(std::string path, DocumentInfo info, WriterOptions options = {});
+  /// Abandons the file unless Close() succeeded: nothing is left behind and
+  /// a file already at `path` stays as it was.
+  ~Document();
+  Document(const Document&) = delete;
+  Document& operator=(const Document&) = delete;
+
+  /// Starts a page of `widthPt` × `heightPt` points (y up, origin at the
+  /// lower-left corner); its content goes into the stream returned, valid
+  /// until EndPage().
+  ContentStream& BeginPage(double widthPt, double heightPt);
+  void EndPage();
+  int Pages() const { return static_cast<int>(pages_.size()); }
+
+  /// Ends an open page, writes the rest and renames the file onto `path`.
+  /// Throws FileError (Write); the file is abandoned then.
+  void Close();
+  /// Removes the file written so far.
+  void Abandon();
+
+ private:
+  struct Open;
+  struct Page {
+    int object = 0;
+    double width = 0;
+    double height = 0;
+    std::vector<int> contents;
+  };
+
+  int NewObject() { return nextObject_++; }
+
+  std::string path_;
+  DocumentInfo info_;
+  WriterOptions options_;
+  std::unique_ptr<Open> open_;
+  std::vector<Page> pages_;
+  std::unique_ptr<ContentStream> content_;  // of the open page
+  int nextObject_ = 1;
+};
+
+}  // namespace sheafwork::embedded::pdf

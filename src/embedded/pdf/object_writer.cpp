@@ -1,0 +1,96 @@
+#include "embedded/pdf/object_writer.h"
+
+namespace sheafwork::embedded::pdf {
+
+ObjectWriter::ObjectWriter(OutputFile& file, int level, std::size_t queueBytes)
+    : file_(file), deflater_(level), queueBytes_(queueBytes), thread_([this] { Run(); }) {}
+
+ObjectWriter::~ObjectWriter() {
+  {
+    std::lock_guard lock(mutex_);
+    stopping_ = true;
+  }
+  changed_.notify_all();
+  thread_.join();
+}
+
+void ObjectWriter::Raw(std::string bytes) { Push({Kind::Raw, 0, std::move(bytes), {}}); }
+
+void ObjectWriter::Object(int number, std::string body) {
+  Push({Kind::Object, number, std::move(body), {}});
+}
+
+void ObjectWriter::Stream(int number, std::string dictionary, std::string data) {
+  Push({Kind::Stream, number, std::move(dictionary), std::move(data)});
+}
+
+void ObjectWriter::Push(Task task) {
+  const std::size_t bytes = task.head.size() + task.data.size();
+  std::unique_lock lock(mutex_);
+  // An empty queue takes any task, however large.
+  changed_.wait(lock, [&] { return queue_.empty() || queued_ + bytes <= queueBytes_; });
+  queued_ += bytes;
+  queue_.push_back(std::move(task));
+  lock.unlock();
+  changed_.notify_all();
+}
+
+bool ObjectWriter::Drain() {
+  std::unique_lock lock(mutex_);
+  changed_.wait(lock, [&] { return queue_.empty() && !busy_; });
+  return !failed_;
+}
+
+void ObjectWriter::Run() {
+  std::unique_lock lock(mutex_);
+  for (;;) {
+    changed_.wait(lock, [&] { return stopping_ || !queue_.empty(); });
+    if (stopping_) return;
+    Task task = std::move(queue_.front());
+    queue_.pop_front();
+    busy_ = true;
+    const bool skip = failed_;
+    lock.unlock();
+    bool ok = true;
+    if (!skip) {
+      try {
+        ok = Write(task);
+      } catch (...) {  // out of memory: the file is lost, not the program
+        ok = false;
+      }
+    }
+    const std::size_t bytes = task.head.size() + task.data.size();
+    task = Task{};  // free the data before the caller may queue more
+    lock.lock();
+    failed_ = failed_ || !ok;
+    queued_ -= bytes;
+    busy_ = false;
+    changed_.notify_all();
+  }
+}
+
+bool ObjectWriter::Write(Task& task) {
+  if (task.kind == Kind::Raw) return file_.Write(task.head);
+  if (offsets_.size() <= static_cast<std::size_t>(task.number)) {
+    offsets_.resize(static_cast<std::size_t>(task.number) + 1, 0);
+  }
+  offsets_[static_cast<std::size_t>(task.number)] = file_.Offset();
+  std::string head = std::to_string(task.number) + " 0 obj\n";
+  if (task.kind == Kind::Object) {
+    head += task.head;
+    head += "\nendobj\n";
+    return file_.Write(head);
+  }
+  if (!deflater_.Compress(task.data, compressed_)) return false;
+  head += "<< ";
+  if (!task.head.empty()) {
+    head += task.head;
+    head += ' ';
+  }
+  head += "/Length ";
+  head += std::to_string(compressed_.size());
+  head += " /Filter /FlateDecode >>\nstream\n";
+  return file_.Write(head) && file_.Write(compressed_) && file_.Write("\nendstream\nendobj\n");
+}
+
+}  // namespace sheafwork::embedded::pdf

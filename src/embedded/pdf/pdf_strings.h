@@ -1,0 +1,23 @@
+#pragma once
+// PDF strings: bytes as a literal string, UTF-8 text as a text string, and
+// dates.
+
+#include <ctime>
+#include <string>
+#include <string_view>
+
+namespace sheafwork::embedded::pdf {
+
+/// `bytes` as a literal string, parentheses included: ( ) and \ escaped,
+/// bytes outside printable ASCII in octal.
+std::string LiteralString(std::string_view bytes);
+
+/// UTF-8 `text` as a text string for the document's information: literal
+/// when plain printable ASCII, else UTF-16BE with its byte order mark, in
+/// hexadecimal. Malformed UTF-8 bytes become U+FFFD.
+std::string TextString(std::string_view text);
+
+/// `when` as a date string's content, in UTC: D:YYYYMMDDHHmmSSZ.
+std::string DateString(std::time_t when);
+
+}  // namespace sheafwork::embedded::pdf

@@ -1,0 +1,269 @@
+#include "embedded/render/pdf_backend.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <numbers>
+#include <string>
+
+#include "embedded/render/pdf_text_layer.h"
+
+namespace sheafwork::embedded {
+
+namespace {
+
+// Subpaths gathered into one path before it is stroked: readers handle
+// paths of any size, but draw long ones no faster.
+constexpr int kSubpathsPerPath = 4096;
+constexpr double kPointsPerUnit = 72.0 / PdfBackend::kUnitsPerInch;
+// Coordinates beyond this many units (25 km) are held there.
+constexpr double kFarUnits = 1e12;
+// Smallest dot radius, as on the other outputs.
+constexpr double kMinDotRadiusMm = 0.05;
+
+// "0.502" for every 8-bit component, written once.
+const std::array<std::string, 256>& Components() {
+  static const std::array<std::string, 256> table = [] {
+    std::array<std::string, 256> t;
+    for (int i = 0; i < 256; ++i) pdf::AppendReal(t[static_cast<std::size_t>(i)], i / 255.0, 3);
+    return t;
+  }();
+  return table;
+}
+
+void WriteColor(pdf::ContentStream& out, std::uint32_t rgb, std::string_view op) {
+  const auto& c = Components();
+  out.Token(c[(rgb >> 16) & 0xFF]).Token(c[(rgb >> 8) & 0xFF]).Token(c[rgb & 0xFF]).Op(op);
+}
+
+std::int64_t Units(double mm) {
+  const double u = mm * PdfBackend::kUnitsPerMm;
+  if (!(std::fabs(u) < kFarUnits))
+    return u > 0 ? std::int64_t(kFarUnits) : u < 0 ? -std::int64_t(kFarUnits) : 0;
+  return std::llround(u);
+}
+
+}  // namespace
+
+PdfBackend::PdfBackend(pdf::ContentStream& page, std::string_view font) : out_(page), font_(font) {
+  out_.Real(kPointsPerUnit, 6).Int(0).Int(0).Real(kPointsPerUnit, 6).Int(0).Int(0).Op("cm");
+  out_.Int(1).Op("J");
+  out_.Int(1).Op("j");
+}
+
+PdfBackend::~PdfBackend() {
+  Flush();
+  for (; clips_ > 0; --clips_) out_.Op("Q");
+}
+
+PdfBackend::Point PdfBackend::Map(Vec2 p) { return {Units(p.x), Units(p.y)}; }
+
+void PdfBackend::Flush() { EndPath(); }
+
+void PdfBackend::Stroke(const Style& style) {
+  if (pathOpen_ && pathStyle_ == style) return;
+  EndPath();
+  UseStrokeColor(style.rgb);
+  const double width = style.widthMm * kUnitsPerMm;
+  if (width_ != width) {
+    out_.Real(width, 2).Op("w");
+    width_ = width;
+  }
+  pathStyle_ = style;
+  pathOpen_ = true;
+}
+
+void PdfBackend::EndPath() {
+  if (!pathOpen_) return;
+  out_.Op("S");
+  pathOpen_ = false;
+  pathSubpaths_ = 0;
+  currentKnown_ = false;
+}
+
+void PdfBackend::MoveTo(Point p) {
+  out_.Int(p.x).Int(p.y).Op("m");
+  current_ = p;
+  currentKnown_ = true;
+}
+
+void PdfBackend::LineTo(Point p) {
+  out_.Int(p.x).Int(p.y).Op("l");
+  current_ = p;
+}
+
+void PdfBackend::CurveTo(Point c1, Point c2, Point p) {
+  out_.Int(c1.x).Int(c1.y).Int(c2.x).Int(c2.y).Int(p.x).Int(p.y).Op("c");
+  current_ = p;
+}
+
+void PdfBackend::ClosePath() { out_.Op("h"); }
+
+// A long path is stroked and a new one begun (of the same style).
+void PdfBackend::SubpathDone() {
+  if (++pathSubpaths_ < kSubpathsPerPath) return;
+  const Style style = pathStyle_;
+  EndPath();
+  Stroke(style);
+}
+
+void PdfBackend::UseStrokeColor(std::uint32_t rgb) {
+  if (strokeRgb_ == rgb) return;
+  WriteColor(out_, rgb, "RG");
+  strokeRgb_ = rgb;
+}
+
+void PdfBackend::UseFillColor(std::uint32_t rgb) {
+  if (fillRgb_ == rgb) return;
+  WriteColor(out_, rgb, "rg");
+  fillRgb_ = rgb;
+}
+
+// After Q the graphics state is the one saved at q: nothing cached holds.
+void PdfBackend::Forget() {
+  strokeRgb_.reset();
+  fillRgb_.reset();
+  width_.reset();
+}
+
+void PdfBackend::DrawLines(std::span<const Vec2> pairs, const Style& style) {
+  Stroke(style);
+  for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
+    const Point from = Map(pairs[i]);
+    // A segment that starts where the last one ended continues it: with
+    // round caps and joins that looks the same and costs half.
+    if (!currentKnown_ || !(from == current_)) {
+      SubpathDone();
+      MoveTo(from);
+    }
+    LineTo(Map(pairs[i + 1]));
+  }
+}
+
+void PdfBackend::DrawPolyline(std::span<const Vec2> points, bool closed, const Style& style) {
+  if (points.size() < 2) return;
+  points_.clear();
+  for (const Vec2& p : points) {
+    const Point q = Map(p);
+    if (points_.empty() || !(q == points_.back())) points_.push_back(q);  // met on the grid
+  }
+  Stroke(style);
+  SubpathDone();
+  if (!currentKnown_ || !(points_.front() == current_)) MoveTo(points_.front());
+  if (points_.size() == 1) {
+    LineTo(points_.front());  // a dot
+    return;
+  }
+  for (std::size_t i = 1; i < points_.size(); ++i) LineTo(points_[i]);
+  if (closed) {
+    ClosePath();
+    currentKnown_ = false;
+  }
+}
+
+void PdfBackend::DrawArc(Vec2 center, double radius, double start, double sweep,
+                         const Style& style) {
+  const bool whole = std::fabs(sweep) >= kTwoPi;
+  if (whole) sweep = sweep < 0 ? -kTwoPi : kTwoPi;
+  // Quarter turns at most per Bézier curve.
+  const int pieces =
+      std::max(1, static_cast<int>(std::ceil(std::fabs(sweep) / (std::numbers::pi / 2) - 1e-9)));
+  const double step = sweep / pieces;
+  const double handle = 4.0 / 3.0 * std::tan(step / 4) * radius;
+  const auto at = [&](double a) {
+    return Vec2{center.x + radius * std::cos(a), center.y + radius * std::sin(a)};
+  };
+  Stroke(style);
+  SubpathDone();
+  const Point first = Map(at(start));
+  if (!currentKnown_ || !(first == current_)) MoveTo(first);
+  for (int i = 0; i < pieces; ++i) {
+    const double a0 = start + step * i, a1 = start + step * (i + 1);
+    const Vec2 p0 = at(a0), p1 = at(a1);
+    const Vec2 c1{p0.x - handle * std::sin(a0), p0.y + handle * std::cos(a0)};
+    const Vec2 c2{p1.x + handle * std::sin(a1), p1.y - handle * std::cos(a1)};
+    CurveTo(Map(c1), Map(c2), i + 1 == pieces && whole ? first : Map(p1));
+  }
+  if (whole) {
+    ClosePath();
+    currentKnown_ = false;
+  }
+}
+
+void PdfBackend::FillLoops(std::span<const Vec2> points, std::span<const int> loopSizes,
+                           const Style& style) {
+  EndPath();
+  bool any = false;
+  std::size_t first = 0;
+  for (int size : loopSizes) {
+    if (size <= 0) continue;
+    const std::size_t end = std::min(points.size(), first + static_cast<std::size_t>(size));
+    points_.clear();
+    for (std::size_t i = first; i < end; ++i) {
+      const Point q = Map(points[i]);
+      if (points_.empty() || !(q == points_.back())) points_.push_back(q);
+    }
+    first = end;
+    if (points_.empty()) continue;
+    if (!any) UseFillColor(style.rgb);
+    any = true;
+    out_.Int(points_[0].x).Int(points_[0].y).Op("m");
+    for (std::size_t i = 1; i < points_.size(); ++i)
+      out_.Int(points_[i].x).Int(points_[i].y).Op("l");
+    out_.Op("h");
+  }
+  if (any) out_.Op("f*");
+}
+
+void PdfBackend::DrawPoint(Vec2 at, const Style& style) {
+  // A zero-length line with round caps: a round dot of the line's width.
+  const double radius = std::max(style.widthMm / 2, kMinDotRadiusMm);
+  Stroke(Style{style.rgb, 2 * radius});
+  SubpathDone();
+  const Point p = Map(at);
+  MoveTo(p);
+  LineTo(p);
+}
+
+void PdfBackend::DrawText(const TextRun& run, const Style& style) {
+  EndPath();
+  Backend::DrawText(run, style);  // the glyphs, filled
+  const double far = kFarUnits / kUnitsPerMm;
+  const Box2 everywhere = Box2::Of({-far, -far}, {far, far});
+  WriteTextLayer(out_, font_, run, kUnitsPerMm,
+                 clipBoxes_.empty() ? everywhere : clipBoxes_.back());
+}
+
+void PdfBackend::PushClip(std::span<const Vec2> polygon) {
+  EndPath();
+  out_.Op("q");
+  ++clips_;
+  Box2 box;
+  for (const Vec2& p : polygon) box.Extend(p);
+  if (!clipBoxes_.empty()) box = box.Intersection(clipBoxes_.back());
+  clipBoxes_.push_back(box);
+  points_.clear();
+  for (const Vec2& p : polygon) points_.push_back(Map(p));
+  if (points_.empty()) {
+    out_.Int(0).Int(0).Int(0).Int(0).Op("re");  // nothing passes
+    out_.Op("W");
+  } else {
+    out_.Int(points_[0].x).Int(points_[0].y).Op("m");
+    for (std::size_t i = 1; i < points_.size(); ++i)
+      out_.Int(points_[i].x).Int(points_[i].y).Op("l");
+    out_.Op("h");
+    out_.Op("W*");
+  }
+  out_.Op("n");
+}
+
+void PdfBackend::PopClip() {
+  if (clips_ == 0) return;
+  EndPath();
+  out_.Op("Q");
+  --clips_;
+  clipBoxes_.pop_back();
+  Forget();
+}
+
+}  // namespace sheafwork::embedded

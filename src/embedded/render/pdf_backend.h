@@ -1,0 +1,79 @@
+#pragma once
+// The backend that writes PDF page content. Coordinates are whole units of
+// 1/1200 inch (a `cm` at the top of the page scales them to points); the
+// page's y axis runs up like the sheet's. Lines and arcs of one style are
+// gathered into one path and stroked once; colour and width are written only
+// when they change. Areas fill odd-even, clips nest with q/Q. Text is drawn
+// as glyph outlines, with the same text invisible on top of it so that the
+// page can be searched and copied.
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "embedded/pdf/content_stream.h"
+#include "embedded/render/backend.h"
+#include "embedded/render/box.h"
+
+namespace sheafwork::embedded {
+
+class PdfBackend final : public Backend {
+ public:
+  static constexpr double kUnitsPerInch = 1200;
+  static constexpr double kUnitsPerMm = kUnitsPerInch / 25.4;
+
+  /// Writes into `page`, a page whose origin is the sheet's lower-left
+  /// corner; `font` names its Helvetica resource, for the invisible text.
+  PdfBackend(pdf::ContentStream& page, std::string_view font);
+  /// Flushes and closes any clip left open.
+  ~PdfBackend() override;
+  PdfBackend(const PdfBackend&) = delete;
+  PdfBackend& operator=(const PdfBackend&) = delete;
+
+  void DrawLines(std::span<const Vec2> pairs, const Style& style) override;
+  void DrawPolyline(std::span<const Vec2> points, bool closed, const Style& style) override;
+  void DrawArc(Vec2 center, double radius, double start, double sweep, const Style& style) override;
+  void FillLoops(std::span<const Vec2> points, std::span<const int> loopSizes,
+                 const Style& style) override;
+  void DrawPoint(Vec2 at, const Style& style) override;
+  void DrawText(const TextRun& text, const Style& style) override;
+  void PushClip(std::span<const Vec2> polygon) override;
+  void PopClip() override;
+  void Flush() override;
+
+ private:
+  struct Point {
+    std::int64_t x = 0;
+    std::int64_t y = 0;
+    bool operator==(const Point&) const = default;
+  };
+
+  static Point Map(Vec2 p);
+  void Stroke(const Style& style);
+  void EndPath();
+  void MoveTo(Point p);
+  void LineTo(Point p);
+  void CurveTo(Point c1, Point c2, Point p);
+  void ClosePath();
+  void SubpathDone();
+  void UseStrokeColor(std::uint32_t rgb);
+  void UseFillColor(std::uint32_t rgb);
+  void Forget();
+
+  pdf::ContentStream& out_;
+  std::string font_;
+  bool pathOpen_ = false;  ///< a stroked path of pathStyle_ waits for its S
+  Style pathStyle_;
+  int pathSubpaths_ = 0;
+  Point current_;
+  bool currentKnown_ = false;
+  std::optional<std::uint32_t> strokeRgb_;
+  std::optional<std::uint32_t> fillRgb_;
+  std::optional<double> width_;
+  int clips_ = 0;
+  /// The box of each clip in force (sheet mm), narrowed by the ones before.
+  std::vector<Box2> clipBoxes_;
+  std::vector<Point> points_;
+};
+
+}  // namespace sheafwork::embedded

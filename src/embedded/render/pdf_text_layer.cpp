@@ -1,0 +1,80 @@
+#include "embedded/render/pdf_text_layer.h"
+
+#include <QFontMetricsF>
+#include <QString>
+#include <QStringList>
+#include <cmath>
+#include <vector>
+
+#include "embedded/pdf/helvetica_widths.h"
+#include "embedded/pdf/pdf_strings.h"
+#include "embedded/render/qt_application.h"
+#include "embedded/render/qt_text_fonts.h"
+#include "embedded/render/text_layout.h"
+#include "text/windows1252.h"
+
+namespace sheafwork::embedded {
+
+namespace {
+
+// Helvetica's cap height, in ems: the invisible letters stand as tall as
+// the drawn ones.
+constexpr double kHelveticaCapHeight = 0.718;
+
+}  // namespace
+
+void WriteTextLayer(pdf::ContentStream& out, std::string_view font, const TextRun& run,
+                    double unitsPerMm, const Box2& visible) {
+  EnsureGuiApplication();  // the fonts need one
+  const QtTextFont qtFont =
+      TextFontFor({run.fontFamily, run.fontFile, run.bold, run.italic}, run.tracking);
+  const QFontMetricsF fm(qtFont.font);
+  const QStringList lines =
+      QString::fromUtf8(run.text.data(), static_cast<qsizetype>(run.text.size())).split(u'\n');
+  std::vector<double> widths;
+  for (const QString& line : lines) widths.push_back(fm.horizontalAdvance(line));
+  std::vector<LinePlacement> placements(widths.size());
+  const RunPlacement p = PlaceRun(run, qtFont.metrics, widths, placements);
+  const double shear = std::tan(Radians(run.obliqueDegrees));
+  const Affine2 toUnits = Affine2::Scaling(unitsPerMm, unitsPerMm) * run.toSheet;
+  // Run units per Helvetica em, upwards.
+  const double em = p.yScale * qtFont.metrics.capHeight / kHelveticaCapHeight;
+
+  bool begun = false;
+  for (std::size_t i = 0; i < placements.size(); ++i) {
+    const QString& line = lines[static_cast<qsizetype>(i)];
+    if (line.trimmed().isEmpty()) continue;
+    const QByteArray utf8 = line.toUtf8();
+    const std::string bytes =
+        Utf8ToWindows1252(std::string_view(utf8.constData(), static_cast<std::size_t>(utf8.size())))
+            .bytes;
+    const double helvetica = pdf::HelveticaWidth(bytes);
+    const double drawn = widths[i] * p.xScale;
+    if (!(em > 0) || !(helvetica > 0) || !(drawn > 0)) continue;
+    // Text space (Helvetica of size 1, y up) onto the run's line, then the
+    // page: stretched to the drawn width, slanted like the drawn glyphs.
+    const Affine2 onLine{drawn / helvetica,     0, shear * em, em, placements[i].x,
+                         placements[i].baseline};
+    // The line's box on the sheet: from below the baseline to above the
+    // capitals, its drawn width long.
+    Box2 box;
+    for (const Vec2 corner :
+         {Vec2{0, -0.3}, Vec2{helvetica, -0.3}, Vec2{0, 1}, Vec2{helvetica, 1}}) {
+      box.Extend(run.toSheet.Apply(onLine.Apply(corner)));
+    }
+    if (!box.Intersects(visible)) continue;
+    const Affine2 m = toUnits * onLine;
+    if (!std::isfinite(m.a + m.b + m.c + m.d + m.e + m.f)) continue;
+    if (!begun) {
+      out.Op("BT");
+      out.Token(font).Int(1).Op("Tf");
+      out.Int(3).Op("Tr");
+      begun = true;
+    }
+    out.Real(m.a, 5).Real(m.b, 5).Real(m.c, 5).Real(m.d, 5).Real(m.e, 2).Real(m.f, 2).Op("Tm");
+    out.Token(pdf::LiteralString(bytes)).Op("Tj");
+  }
+  if (begun) out.Op("ET");
+}
+
+}  // namespace sheafwork::embedded

@@ -1,0 +1,92 @@
+#include "embedded/pdf/content_stream.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <vector>
+
+#include "embedded/pdf/helvetica_widths.h"
+#include "embedded/pdf/pdf_strings.h"
+
+namespace sheafwork::embedded::pdf {
+namespace {
+
+TEST(PdfNumbersTest, RealsAreShortAndNeverNegativeZero) {
+  struct Case {
+    double value;
+    int decimals;
+    const char* text;
+  } cases[] = {
+      {0.5, 3, "0.5"},
+      {12.0, 3, "12"},
+      {-3.25, 1, "-3.2"},  // to_chars rounds half to even
+      {1.23456, 3, "1.235"},
+      {-0.0001, 3, "0"},
+      {0.06, 6, "0.06"},
+      {100, 0, "100"},
+      {std::numeric_limits<double>::quiet_NaN(), 3, "0"},
+      {std::numeric_limits<double>::infinity(), 3, "0"},
+  };
+  for (const Case& c : cases) {
+    std::string out;
+    AppendReal(out, c.value, c.decimals);
+    EXPECT_EQ(out, c.text) << c.value;
+  }
+}
+
+TEST(ContentStreamTest, ChunksEndAtLineEndsAndTogetherAreTheWholeText) {
+  std::vector<std::string> chunks;
+  ContentStream content([&](std::string chunk) { chunks.push_back(std::move(chunk)); }, 50);
+  std::string expected;
+  for (int i = 0; i < 40; ++i) {
+    content.Int(i).Int(-i * 1000).Op("m");
+    content.Real(i / 3.0, 2).Op("w");
+    expected += std::to_string(i) + " " + std::to_string(-i * 1000) + " m\n";
+    std::string w;
+    AppendReal(w, i / 3.0, 2);
+    expected += w + " w\n";
+  }
+  content.Finish();
+  ASSERT_GT(chunks.size(), 5u);
+  EXPECT_EQ(content.Chunks(), chunks.size());
+  std::string joined;
+  for (const std::string& chunk : chunks) {
+    EXPECT_EQ(chunk.back(), '\n');
+    EXPECT_LT(chunk.size(), 50u + 20u);  // cut at the first line end past the size
+    joined += chunk;
+  }
+  EXPECT_EQ(joined, expected);
+  EXPECT_EQ(content.Bytes(), expected.size());
+}
+
+TEST(ContentStreamTest, AnEmptyPageStillHasOneChunk) {
+  int chunks = 0;
+  ContentStream content([&](std::string chunk) { chunks += chunk.empty() ? 1 : 100; }, 1024);
+  content.Finish();
+  EXPECT_EQ(chunks, 1);
+}
+
+TEST(PdfStringsTest, LiteralAndTextStrings) {
+  EXPECT_EQ(LiteralString("a (b) \\c"), "(a \\(b\\) \\\\c)");
+  EXPECT_EQ(LiteralString("\xE9\n"), "(\\351\\012)");
+  EXPECT_EQ(TextString("Plan"), "(Plan)");
+  // é is U+00E9; 𝄞 (U+1D11E) takes a surrogate pair; a stray byte U+FFFD.
+  EXPECT_EQ(TextString("\xC3\xA9"), "<FEFF00E9>");
+  EXPECT_EQ(TextString("\xF0\x9D\x84\x9E"), "<FEFFD834DD1E>");
+  EXPECT_EQ(TextString("a\xFF"), "<FEFF0061FFFD>");
+  EXPECT_EQ(DateString(86400 * 365 + 3661), "D:19710101010101Z");
+}
+
+TEST(HelveticaWidthsTest, CountTheCharactersOfTheCodePage) {
+  EXPECT_DOUBLE_EQ(HelveticaWidth(""), 0);
+  EXPECT_DOUBLE_EQ(HelveticaWidth("ii"), 2 * HelveticaWidth("i"));
+  EXPECT_GT(HelveticaWidth("W"), HelveticaWidth("i"));
+  // Accented letters are as wide as their base letter.
+  EXPECT_DOUBLE_EQ(HelveticaWidth("\xE9"), HelveticaWidth("e"));  // é
+  EXPECT_DOUBLE_EQ(HelveticaWidth("\xC9"), HelveticaWidth("E"));  // É
+  EXPECT_DOUBLE_EQ(HelveticaWidth("\n"), 0);
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded::pdf

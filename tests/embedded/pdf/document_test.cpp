@@ -1,0 +1,167 @@
+#include "embedded/pdf/document.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "embedded/pdf/pdf_reading.h"
+#include "fakes/cups_queue.h"
+#include "fakes/temp_folder.h"
+
+namespace sheafwork::embedded::pdf {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ReadStructure;
+
+// A page of `n` squares, in points, each in its own grey.
+void DrawSquares(ContentStream& page, int n) {
+  for (int i = 0; i < n; ++i) {
+    page.Real((i % 10) / 10.0, 2).Op("g");
+    page.Int(20 + 25 * (i % 20)).Int(20 + 25 * (i / 20)).Int(20).Int(20).Op("re");
+    page.Op("f");
+  }
+}
+
+std::vector<std::string> FilesIn(const fs::path& folder) {
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    names.push_back(entry.path().filename().string());
+  }
+  return names;
+}
+
+TEST(PdfDocumentTest, PagesOfTheirOwnSizeInAFileWhoseTableFindsEveryObject) {
+  sheafwork::testing::TempFolder folder;
+  const std::string path = folder.File("livre.pdf");
+  const std::vector<std::pair<double, double>> sizes = {
+      {1190.55, 841.89}, {595.28, 841.89}, {2383.94, 1683.78}};
+  {
+    DocumentInfo info;
+    info.title = "Façade (nord) \\ 2";
+    Document document(path, info);
+    for (const auto& [w, h] : sizes) DrawSquares(document.BeginPage(w, h), 30);
+    document.Close();
+  }
+  const testing::ReadPdf pdf = ReadStructure(path);
+  ASSERT_EQ(pdf.error, "");
+  EXPECT_EQ(testing::PageContents(pdf).size(), sizes.size());
+  EXPECT_EQ(FilesIn(folder.path()), std::vector<std::string>{"livre.pdf"});  // nothing beside
+
+  if (!testing::HavePoppler()) GTEST_SKIP() << "poppler's tools are not installed";
+  int status = 0;
+  const std::string info = testing::Poppler("pdfinfo", "'" + path + "'", status);
+  EXPECT_EQ(status, 0) << info;
+  EXPECT_FALSE(testing::PopplerComplains(info)) << info;
+  EXPECT_NE(info.find("Façade (nord) \\ 2"), std::string::npos) << info;
+  EXPECT_NE(info.find("Creator:         Sheafwork"), std::string::npos) << info;
+  const auto pages = sheafwork::testing::PdfPageSizes(path);
+  ASSERT_EQ(pages.size(), sizes.size());
+  for (std::size_t i = 0; i < sizes.size(); ++i) {
+    EXPECT_NEAR(pages[i].first, sizes[i].first, 0.01);
+    EXPECT_NEAR(pages[i].second, sizes[i].second, 0.01);
+  }
+  const std::string rendered =
+      testing::Poppler("pdftoppm", "-r 10 -gray '" + path + "' '" + folder.File("p") + "'", status);
+  EXPECT_EQ(status, 0);
+  EXPECT_FALSE(testing::PopplerComplains(rendered)) << rendered;
+}
+
+TEST(PdfDocumentTest, APageInManyStreamsReadsAsTheSamePage) {
+  sheafwork::testing::TempFolder folder;
+  const auto write = [&](const std::string& name, std::size_t chunkBytes) {
+    const std::string path = folder.File(name);
+    WriterOptions options;
+    options.chunkBytes = chunkBytes;
+    options.queuedChunks = 1;
+    Document document(path, {}, options);
+    DrawSquares(document.BeginPage(600, 300), 200);
+    document.Close();
+    return path;
+  };
+  const std::string whole = write("entier.pdf", std::size_t{1} << 20);
+  const std::string chunked = write("morceaux.pdf", 256);
+
+  std::string contents[2];
+  std::size_t streams[2] = {0, 0};
+  int k = 0;
+  for (const std::string& path : {whole, chunked}) {
+    const testing::ReadPdf pdf = ReadStructure(path);
+    ASSERT_EQ(pdf.error, "") << path;
+    const auto pages = testing::PageContents(pdf);
+    ASSERT_EQ(pages.size(), 1u);
+    streams[k] = pages[0].size();
+    for (int object : pages[0]) {
+      std::string error;
+      contents[k] += testing::InflatedStream(pdf, object, error);
+      ASSERT_EQ(error, "");
+    }
+    ++k;
+  }
+  EXPECT_EQ(streams[0], 1u);
+  EXPECT_GT(streams[1], 10u);
+  EXPECT_EQ(contents[0], contents[1]);
+  EXPECT_NE(contents[0].find(" re\n"), std::string::npos);
+
+  if (!testing::HavePoppler()) GTEST_SKIP() << "poppler's tools are not installed";
+  int status = 0;
+  for (const auto& [path, stem] : {std::pair{whole, "a"}, std::pair{chunked, "b"}}) {
+    const std::string out = testing::Poppler(
+        "pdftoppm", "-r 30 -gray -singlefile '" + path + "' '" + folder.File(stem) + "'", status);
+    EXPECT_EQ(status, 0);
+    EXPECT_FALSE(testing::PopplerComplains(out)) << out;
+  }
+  const std::string a = sheafwork::testing::TempFolder::Read(folder.File("a.pgm"));
+  ASSERT_FALSE(a.empty());
+  EXPECT_EQ(a, sheafwork::testing::TempFolder::Read(folder.File("b.pgm")));
+}
+
+TEST(PdfDocumentTest, AFileAlreadyThereStaysUntilCloseSucceeds) {
+  sheafwork::testing::TempFolder folder;
+  const std::string path = folder.Write("plan.pdf", "ancien");
+  {
+    Document abandoned(path, {});
+    DrawSquares(abandoned.BeginPage(100, 100), 5);
+  }  // never closed
+  EXPECT_EQ(sheafwork::testing::TempFolder::Read(path), "ancien");
+  EXPECT_EQ(FilesIn(folder.path()), std::vector<std::string>{"plan.pdf"});
+
+  // The target turns into a folder before the file can take its place.
+  const std::string blocked = folder.File("bloque.pdf");
+  {
+    Document document(blocked, {});
+    DrawSquares(document.BeginPage(100, 100), 5);
+    fs::create_directories(fs::path(blocked) / "occupe");
+    try {
+      document.Close();
+      ADD_FAILURE() << "no FileError";
+    } catch (const FileError& e) {
+      EXPECT_EQ(e.WhichStage(), FileError::Stage::Write);
+      EXPECT_EQ(std::string(e.what()), blocked);
+    }
+  }
+  EXPECT_TRUE(fs::is_directory(blocked));
+  EXPECT_EQ(FilesIn(folder.path()).size(), 2u) << "a temporary file was left";
+
+  try {
+    Document nowhere(folder.File("absent/plan.pdf"), {});
+    ADD_FAILURE() << "no FileError";
+  } catch (const FileError& e) {
+    EXPECT_EQ(e.WhichStage(), FileError::Stage::Create);
+  }
+  EXPECT_THROW(Document(folder.path().string(), {}), FileError);  // a folder
+}
+
+TEST(PdfDocumentTest, ReplacesTheFileThereOnSuccess) {
+  sheafwork::testing::TempFolder folder;
+  const std::string path = folder.Write("plan.pdf", "ancien");
+  Document document(path, {});
+  DrawSquares(document.BeginPage(100, 100), 5);
+  document.Close();
+  const testing::ReadPdf pdf = ReadStructure(path);
+  EXPECT_EQ(pdf.error, "");
+  EXPECT_EQ(FilesIn(folder.path()), std::vector<std::string>{"plan.pdf"});
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded::pdf

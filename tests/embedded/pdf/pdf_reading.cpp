@@ -1,0 +1,146 @@
+#include "embedded/pdf/pdf_reading.h"
+
+#include <zlib.h>
+
+#include <cstdlib>
+#include <sstream>
+
+#include "fakes/cups_queue.h"
+#include "fakes/temp_folder.h"
+
+namespace sheafwork::embedded::pdf::testing {
+
+namespace {
+
+long NumberAfter(const std::string& text, std::size_t at) {
+  return std::strtol(text.c_str() + at, nullptr, 10);
+}
+
+// The objects "N 0 R" in the array that follows `key` in `text`.
+std::vector<int> References(const std::string& text, const std::string& key) {
+  std::vector<int> objects;
+  const std::size_t open = text.find(key);
+  if (open == std::string::npos) return objects;
+  std::istringstream array(text.substr(open + key.size(), text.find(']', open) - open));
+  int number = 0, generation = 0;
+  std::string r;
+  while (array >> number >> generation >> r && r.rfind('R', 0) == 0) objects.push_back(number);
+  return objects;
+}
+
+}  // namespace
+
+ReadPdf ReadStructure(const std::string& path) {
+  ReadPdf pdf;
+  pdf.bytes = sheafwork::testing::TempFolder::Read(path);
+  const std::string& b = pdf.bytes;
+  if (b.rfind("%PDF-1.", 0) != 0) {
+    pdf.error = "no header";
+    return pdf;
+  }
+  const std::size_t startxref = b.rfind("startxref\n");
+  if (startxref == std::string::npos || b.find("%%EOF", startxref) == std::string::npos) {
+    pdf.error = "no startxref or %%EOF at the end";
+    return pdf;
+  }
+  const auto xref = static_cast<std::size_t>(NumberAfter(b, startxref + 10));
+  if (b.compare(xref, 5, "xref\n") != 0) {
+    pdf.error = "startxref does not point at the table";
+    return pdf;
+  }
+  std::size_t at = xref + 5;
+  if (b.compare(at, 2, "0 ") != 0) {
+    pdf.error = "the table does not start at object 0";
+    return pdf;
+  }
+  const long count = NumberAfter(b, at + 2);
+  at = b.find('\n', at) + 1;
+  for (long object = 0; object < count; ++object, at += 20) {
+    const std::string entry = b.substr(at, 20);
+    if (entry.size() != 20 || entry[19] != '\n' || entry[10] != ' ' || entry[16] != ' ') {
+      pdf.error = "entry " + std::to_string(object) + " is not 20 bytes";
+      return pdf;
+    }
+    if (object == 0) continue;
+    if (entry[17] != 'n') {
+      pdf.error = "object " + std::to_string(object) + " is not in use";
+      return pdf;
+    }
+    const auto offset = static_cast<std::size_t>(std::strtoul(entry.c_str(), nullptr, 10));
+    const std::string head = std::to_string(object) + " 0 obj";
+    if (b.compare(offset, head.size(), head) != 0) {
+      pdf.error = "object " + std::to_string(object) + " is not where the table says";
+      return pdf;
+    }
+    pdf.offsets[static_cast<int>(object)] = offset;
+  }
+  if (b.compare(at, 8, "trailer\n") != 0 ||
+      b.find("/Size " + std::to_string(count) + " ", at) == std::string::npos) {
+    pdf.error = "no trailer of the table's size after it";
+  }
+  return pdf;
+}
+
+std::string ObjectText(const ReadPdf& pdf, int number) {
+  const auto it = pdf.offsets.find(number);
+  if (it == pdf.offsets.end()) return {};
+  const std::size_t end = pdf.bytes.find("endobj", it->second);
+  return pdf.bytes.substr(it->second, end - it->second);
+}
+
+std::vector<std::vector<int>> PageContents(const ReadPdf& pdf) {
+  std::vector<std::vector<int>> pages;
+  for (int page : References(ObjectText(pdf, 2), "/Kids [")) {
+    pages.push_back(References(ObjectText(pdf, page), "/Contents ["));
+  }
+  return pages;
+}
+
+std::string InflatedStream(const ReadPdf& pdf, int number, std::string& error) {
+  const std::string object = ObjectText(pdf, number);
+  const std::size_t length = object.find("/Length ");
+  const std::size_t start = object.find("stream\n");
+  if (length == std::string::npos || start == std::string::npos ||
+      object.find("/FlateDecode") == std::string::npos) {
+    error = "object " + std::to_string(number) + " is not a deflated stream";
+    return {};
+  }
+  const auto size = static_cast<std::size_t>(NumberAfter(object, length + 8));
+  const std::string packed = object.substr(start + 7, size);
+  if (object.compare(start + 7 + size, 10, "\nendstream") != 0) {
+    error = "object " + std::to_string(number) + ": /Length does not end the stream";
+    return {};
+  }
+  std::string out(packed.size() * 20 + 1024, '\0');
+  for (;;) {
+    uLongf outSize = static_cast<uLongf>(out.size());
+    const int result = uncompress(reinterpret_cast<Bytef*>(out.data()), &outSize,
+                                  reinterpret_cast<const Bytef*>(packed.data()),
+                                  static_cast<uLong>(packed.size()));
+    if (result == Z_BUF_ERROR) {
+      out.resize(out.size() * 4);
+      continue;
+    }
+    if (result != Z_OK) {
+      error = "object " + std::to_string(number) + " does not inflate";
+      return {};
+    }
+    out.resize(outSize);
+    return out;
+  }
+}
+
+bool HavePoppler() { return std::system("pdfinfo -v >/dev/null 2>&1") == 0; }
+
+std::string Poppler(const std::string& tool, const std::string& args, int& status) {
+  return sheafwork::testing::RunCommand(tool + " " + args, status);
+}
+
+bool PopplerComplains(const std::string& output) {
+  for (const char* word : {"Syntax Error", "Syntax Warning", "xref", "Internal Error"}) {
+    if (output.find(word) != std::string::npos) return true;
+  }
+  return false;
+}
+
+}  // namespace sheafwork::embedded::pdf::testing

@@ -1,0 +1,43 @@
+#pragma once
+// Reading back the PDF files our writer makes: the cross-reference table,
+// the objects it points at and their streams, inflated; and poppler's view
+// of the file.
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace sheafwork::embedded::pdf::testing {
+
+struct ReadPdf {
+  std::string bytes;
+  std::map<int, std::size_t> offsets;  ///< object number → where the xref says it is
+  std::string error;                   ///< what is wrong with the structure, if anything
+};
+
+/// Reads `path` and checks its structure: a header, a cross-reference table
+/// found by startxref whose every entry points at "N 0 obj" of its own
+/// number, a trailer with the right /Size.
+ReadPdf ReadStructure(const std::string& path);
+
+/// The text of object `number` from "obj" to "endobj".
+std::string ObjectText(const ReadPdf& pdf, int number);
+
+/// The object numbers in the /Contents array of each page, in page order.
+std::vector<std::vector<int>> PageContents(const ReadPdf& pdf);
+
+/// Object `number`'s stream, inflated; empty with `error` set when it cannot
+/// be.
+std::string InflatedStream(const ReadPdf& pdf, int number, std::string& error);
+
+/// Whether poppler's tools are installed.
+bool HavePoppler();
+
+/// What `tool` (pdfinfo, pdftoppm...) with `args` prints, standard error
+/// included; `status` its exit status.
+std::string Poppler(const std::string& tool, const std::string& args, int& status);
+
+/// Whether poppler's output complains about the file's structure.
+bool PopplerComplains(const std::string& output);
+
+}  // namespace sheafwork::embedded::pdf::testing

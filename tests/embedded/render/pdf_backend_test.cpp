@@ -1,0 +1,279 @@
+#include "embedded/render/pdf_backend.h"
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QString>
+#include <cmath>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "embedded/render/render_test_support.h"
+#include "fakes/cups_queue.h"
+#include "fakes/temp_folder.h"
+
+namespace sheafwork::embedded {
+namespace {
+
+using sheafwork::testing::TempFolder;
+using testing::MakeDrawing;
+using testing::MakeEntity;
+using testing::MakeLine;
+using testing::ModelSpace;
+
+std::size_t Count(const std::string& text, const std::string& what) {
+  std::size_t n = 0;
+  for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++n;
+  return n;
+}
+
+// What a PdfBackend writes for `draw`, all in one text.
+template <typename Draw>
+std::string ContentOf(Draw draw) {
+  std::string text;
+  {
+    pdf::ContentStream page([&](std::string chunk) { text += chunk; }, std::size_t{1} << 20);
+    {
+      PdfBackend backend(page, "/F1");
+      draw(backend);
+    }
+    page.Finish();
+  }
+  return text;
+}
+
+constexpr double kInch = 25.4;
+const Style kBlack{0x000000, 0.25};
+const Style kRed{0xFF0000, 0.25};
+const Style kThick{0x000000, 0.5};
+
+TEST(PdfBackendTest, WholeUnitsOf1200PerInchScaledToPointsOnce) {
+  const std::string text = ContentOf([](Backend& b) {
+    const Vec2 pairs[] = {{0, 0}, {kInch, kInch / 2}};
+    b.DrawLines(pairs, kBlack);
+  });
+  EXPECT_EQ(text.rfind("0.06 0 0 0.06 0 0 cm\n1 J\n1 j\n", 0), 0u) << text;
+  EXPECT_NE(text.find("0 0 m\n1200 600 l\nS\n"), std::string::npos) << text;
+  EXPECT_EQ(Count(text, " cm\n"), 1u);
+}
+
+TEST(PdfBackendTest, StyleIsWrittenOnlyWhenItChangesAndRunsShareOneStroke) {
+  const Vec2 a[] = {{0, 0}, {10, 0}};
+  const Vec2 chain[] = {{10, 0}, {10, 10}, {0, 10}};
+  struct Case {
+    const char* name;
+    std::vector<Style> styles;  // one polyline-and-lines run each
+    std::size_t strokes, colors, widths;
+  } cases[] = {
+      {"one style", {kBlack, kBlack, kBlack}, 1, 1, 1},
+      {"colour changes", {kBlack, kRed, kBlack}, 3, 3, 1},
+      {"width changes", {kBlack, kThick, kBlack}, 3, 1, 3},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const std::string text = ContentOf([&](Backend& b) {
+      for (const Style& s : c.styles) {
+        b.DrawLines(a, s);
+        b.DrawPolyline(chain, false, s);
+        b.DrawArc({5, 5}, 3, 0, 1, s);
+      }
+    });
+    EXPECT_EQ(Count(text, "\nS\n"), c.strokes) << text;
+    EXPECT_EQ(Count(text, " RG\n"), c.colors) << text;
+    EXPECT_EQ(Count(text, " w\n"), c.widths) << text;
+  }
+}
+
+TEST(PdfBackendTest, ClipsNestAndTheStateAfterThemIsWrittenAgain) {
+  const Vec2 line[] = {{0, 0}, {10, 0}};
+  const Vec2 square[] = {{0, 0}, {5, 0}, {5, 5}, {0, 5}};
+  const std::string text = ContentOf([&](Backend& b) {
+    b.DrawLines(line, kRed);
+    b.PushClip(square);
+    b.DrawLines(line, kRed);  // q keeps the colour: not written again
+    b.PopClip();
+    b.PopClip();              // one too many: ignored
+    b.DrawLines(line, kRed);  // after Q the colour is unknown
+    b.PushClip(square);       // left open: closed at the end
+  });
+  EXPECT_EQ(Count(text, "\nq\n"), 2u) << text;
+  EXPECT_EQ(Count(text, "\nQ\n"), 2u) << text;
+  EXPECT_EQ(Count(text, "W* n\n") + Count(text, "W*\nn\n"), 2u) << text;
+  EXPECT_EQ(Count(text, " RG\n"), 2u) << text;
+  EXPECT_EQ(Count(text, " w\n"), 2u) << text;
+}
+
+TEST(PdfBackendTest, CirclesArcsPointsAndAreas) {
+  const double r = kInch;  // 1200 units
+  const std::string circle = ContentOf([&](Backend& b) { b.DrawArc({0, 0}, r, 0, 7, kBlack); });
+  EXPECT_EQ(Count(circle, " c\n"), 4u) << circle;
+  EXPECT_NE(circle.find("1200 0 m\n"), std::string::npos) << circle;
+  EXPECT_NE(circle.find(" 1200 0 c\nh\n"), std::string::npos) << "closed where it began";
+
+  // A quarter turn clockwise from the top ends on the right.
+  const std::string arc = ContentOf([&](Backend& b) {
+    b.DrawArc({0, 0}, r, M_PI / 2, -M_PI / 2, kBlack);
+  });
+  EXPECT_EQ(Count(arc, " c\n"), 1u) << arc;
+  EXPECT_NE(arc.find("0 1200 m\n"), std::string::npos) << arc;
+  EXPECT_NE(arc.find(" 1200 0 c\n"), std::string::npos) << arc;
+
+  // A point is a round dot: a zero-length line as wide as the dot.
+  const std::string point = ContentOf([](Backend& b) { b.DrawPoint({kInch, 0}, {0, 1.0}); });
+  EXPECT_NE(point.find("47.24 w\n1200 0 m\n1200 0 l\nS\n"), std::string::npos) << point;
+
+  const Vec2 loops[] = {{0, 0}, {10, 0}, {10, 10}, {2, 2}, {4, 2}, {4, 4}};
+  const int sizes[] = {3, 3};
+  const std::string area = ContentOf([&](Backend& b) { b.FillLoops(loops, sizes, kRed); });
+  EXPECT_EQ(Count(area, "\nh\n"), 2u) << area;
+  EXPECT_EQ(Count(area, "f*\n"), 1u) << area;
+  EXPECT_NE(area.find("1 0 0 rg\n"), std::string::npos) << area;
+}
+
+TEST(PdfBackendTest, TextIsInTheTextLayerOnlyWhereItCanBeSeen) {
+  TextRun run;
+  run.text = "Cuisine";
+  run.toSheet = Affine2::Translation(10, 10);
+  run.height = 5;
+  const std::vector<Vec2> around = {{0, 0}, {50, 0}, {50, 30}, {0, 30}};
+  const std::vector<Vec2> elsewhere = {{100, 100}, {120, 100}, {120, 120}, {100, 120}};
+  struct Case {
+    const char* name;
+    std::vector<std::vector<Vec2>> clips;
+    std::size_t shown;
+  } cases[] = {
+      {"no clip", {}, 1},
+      {"inside a clip", {around}, 1},
+      {"clipped away", {elsewhere}, 0},
+      {"in neither of two nested clips", {around, elsewhere}, 0},
+      {"nothing passes an empty clip", {{}}, 0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const std::string text = ContentOf([&](Backend& b) {
+      for (const auto& clip : c.clips) b.PushClip(clip);
+      b.DrawText(run, kBlack);
+    });
+    EXPECT_EQ(Count(text, "(Cuisine) Tj\n"), c.shown) << text;
+    EXPECT_EQ(Count(text, "3 Tr\n"), c.shown);
+    EXPECT_GT(Count(text, "f*\n"), 0u) << "the glyphs are drawn all the same";
+  }
+}
+
+bool HavePdftoppm() { return std::system("pdftoppm -v >/dev/null 2>&1") == 0; }
+
+// A drawing of every kind of primitive, 1:1 on a 150 × 100 mm sheet.
+Drawing Sampler() {
+  Drawing d = MakeDrawing();
+  auto heavy = [](Entity e, int color = 7) {
+    e.props.lineweight = 50;
+    e.props.color = color;
+    return e;
+  };
+  ModelSpace(d).entities.push_back(heavy(MakeLine({10, 10}, {140, 90})));
+  Polyline outline;
+  outline.closed = true;
+  for (Vec2 p : {Vec2{5, 5}, Vec2{145, 5}, Vec2{145, 95}, Vec2{5, 95}}) {
+    outline.vertices.push_back({{p.x, p.y, 0}, 0, 0, 0});
+  }
+  outline.vertices[1].bulge = 0.3;  // an arc along the right side
+  ModelSpace(d).entities.push_back(heavy(MakeEntity(outline), 5));
+  ModelSpace(d).entities.push_back(heavy(MakeEntity(Circle{{40, 60, 0}, 15, kUnitZ}), 3));
+  ModelSpace(d).entities.push_back(heavy(MakeEntity(Arc{{100, 30, 0}, 12, 30, 250, kUnitZ})));
+  Solid solid;
+  solid.corners = {Vec3{90, 60, 0}, Vec3{120, 60, 0}, Vec3{90, 85, 0}, Vec3{120, 85, 0}};
+  ModelSpace(d).entities.push_back(heavy(MakeEntity(solid), 1));
+  ModelSpace(d).entities.push_back(heavy(MakeEntity(Point{{70, 20, 0}})));
+  d.Reindex();
+  return d;
+}
+
+PlotJob SamplerJob(const Drawing& d, OutputKind kind, const std::string& path, int dpi) {
+  PlotJob job;
+  job.drawing = &d;
+  job.layout = &d.layouts[0];
+  job.settings = testing::OneToOneSettings(150);
+  job.settings.paperHeight = 100;
+  job.settings.windowMax = {150, 100};
+  job.output = kind;
+  job.outputPath = path;
+  job.resolutionDpi = dpi;
+  job.title = "échantillon";
+  return job;
+}
+
+TEST(PdfBackendTest, APdfPlotLooksLikeTheRasterOfTheSameJob) {
+  if (!HavePdftoppm()) GTEST_SKIP() << "pdftoppm is not installed";
+  const Drawing d = Sampler();
+  TempFolder folder;
+  constexpr int kDpi = 150;
+  const std::string pdf = folder.File("plan.pdf"), png = folder.File("plan.png");
+  RunPlotJob(SamplerJob(d, OutputKind::Pdf, pdf, kDpi));
+  RunPlotJob(SamplerJob(d, OutputKind::Png, png, kDpi));
+  int status = 0;
+  const std::string out =
+      sheafwork::testing::RunCommand("pdftoppm -png -singlefile -r " + std::to_string(kDpi) + " '" +
+                                         pdf + "' '" + folder.File("page") + "'",
+                                     status);
+  ASSERT_EQ(status, 0) << out;
+  for (const char* complaint : {"Syntax Error", "Syntax Warning", "xref"}) {
+    EXPECT_EQ(out.find(complaint), std::string::npos) << out;
+  }
+  const QImage page(QString::fromStdString(folder.File("page.png")));
+  const QImage raster(QString::fromStdString(png));
+  ASSERT_FALSE(page.isNull());
+  ASSERT_EQ(page.size(), raster.size());
+  EXPECT_GT(testing::DarkCovered(raster, page), 0.99);
+  EXPECT_GT(testing::DarkCovered(page, raster), 0.99);
+  const double k = kDpi / kInch;
+  for (const Vec2 at : {Vec2{105, 72}, Vec2{40, 45}, Vec2{70, 20}}) {  // solid, circle, point
+    SCOPED_TRACE(std::to_string(at.x) + ", " + std::to_string(at.y));
+    EXPECT_EQ(testing::ColorAt(page, k, at), testing::ColorAt(raster, k, at));
+  }
+}
+
+TEST(PdfBackendTest, TrueTypeTextCanBeFoundInThePdf) {
+  if (std::system("pdftotext -v >/dev/null 2>&1") != 0) GTEST_SKIP() << "pdftotext missing";
+  Drawing d = MakeDrawing();
+  Text t;
+  t.text = "Façade sud ½ Ω";  // Ω is not in the Windows code page
+  t.insert = {10, 40, 0};
+  t.height = 8;
+  t.rotation = 0;
+  ModelSpace(d).entities.push_back(MakeEntity(t));
+  Text turned = t;
+  turned.text = "Coupe AA";
+  turned.insert = {130, 10, 0};
+  turned.rotation = 90;
+  ModelSpace(d).entities.push_back(MakeEntity(turned));
+  d.Reindex();
+  TempFolder folder;
+  const std::string pdf = folder.File("texte.pdf");
+  RunPlotJob(SamplerJob(d, OutputKind::Pdf, pdf, 600));
+  int status = 0;
+  const std::string text = sheafwork::testing::RunCommand("pdftotext '" + pdf + "' -", status);
+  ASSERT_EQ(status, 0) << text;
+  EXPECT_NE(text.find("Façade sud ½ ?"), std::string::npos) << text;
+  EXPECT_NE(text.find("Coupe AA"), std::string::npos) << text;
+
+  // The words lie where the glyphs are drawn: the first one starts at 10 mm
+  // on the 100 mm tall sheet, its baseline at 40 mm.
+  const std::string boxes =
+      sheafwork::testing::RunCommand("pdftotext -bbox '" + pdf + "' -", status);
+  const std::size_t word = boxes.find(">Façade<");
+  ASSERT_NE(word, std::string::npos) << boxes;
+  const std::size_t line = boxes.rfind("<word", word);
+  double x0 = 0, y0 = 0, x1 = 0, y1 = 0;
+  ASSERT_EQ(
+      std::sscanf(boxes.c_str() + line, "<word xMin=\"%lf\" yMin=\"%lf\" xMax=\"%lf\" yMax=\"%lf\"",
+                  &x0, &y0, &x1, &y1),
+      4);
+  const double pt = 72 / kInch;
+  EXPECT_NEAR(x0, 10 * pt, 2 * pt);
+  EXPECT_NEAR(y0, (100 - 48) * pt, 3 * pt);  // the cap height above the baseline
+  EXPECT_NEAR(y1, (100 - 40) * pt, 3 * pt);  // down to about the baseline
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded
