@@ -42,7 +42,7 @@ Document::Document(std::string path, DocumentInfo info, WriterOptions options)
   }
   nextObject_ = kFirstFree;
   // The binary comment tells transfer tools the file is not text.
-  open_->writer.Raw("%PDF-1.4\n%\xE2\xE3\xCF\xD3\n");
+  open_->writer.Raw("%PDF-1.5\n%\xE2\xE3\xCF\xD3\n");
 }
 
 Document::~Document() { Abandon(); }
@@ -89,13 +89,21 @@ void Document::Close() {
   }
   writer.Object(kPageTree, "<< /Type /Pages /Kids [" + kids + "] /Count " +
                                std::to_string(pages_.size()) + " >>");
-  writer.Object(kCatalog, "<< /Type /Catalog /Pages " + Reference(kPageTree) + " >>");
+  std::vector<int> groups;
+  for (std::string& group : layers_.GroupDictionaries()) {
+    groups.push_back(NewObject());
+    writer.Object(groups.back(), std::move(group));
+  }
+  const bool layered = !groups.empty();
+  writer.Object(kCatalog, "<< /Type /Catalog /Pages " + Reference(kPageTree) +
+                              (layered ? " " + layers_.CatalogEntry(groups) : "") + " >>");
   const std::time_t created = info_.created != 0 ? info_.created : std::time(nullptr);
   writer.Object(kInfo, "<< /Title " + TextString(info_.title) + " /Creator " +
                            TextString(info_.creator) + " /Producer " + TextString(info_.producer) +
                            " /CreationDate " + LiteralString(DateString(created)) + " >>");
-  writer.Object(kResources,
-                "<< /Font << " + std::string(kHelvetica) + " " + Reference(kFont) + " >> >>");
+  writer.Object(kResources, "<< /Font << " + std::string(kHelvetica) + " " + Reference(kFont) +
+                                " >>" + (layered ? " " + layers_.PropertiesEntry(groups) : "") +
+                                " >>");
   writer.Object(kFont,
                 "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica "
                 "/Encoding /WinAnsiEncoding >>");

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "embedded/pdf/content_stream.h"
+#include "embedded/pdf/optional_content.h"
 
 namespace sheafwork::embedded::pdf {
 
@@ -67,6 +68,8 @@ class Document {
   ContentStream& BeginPage(double widthPt, double heightPt);
   void EndPage();
   int Pages() const { return static_cast<int>(pages_.size()); }
+  /// The document's layers, shared by all its pages.
+  OptionalContent& Layers() { return layers_; }
 
   /// Ends an open page, writes the rest and renames the file onto `path`.
   /// Throws FileError (Write); the file is abandoned then.
@@ -91,6 +94,7 @@ class Document {
   std::unique_ptr<Open> open_;
   std::vector<Page> pages_;
   std::unique_ptr<ContentStream> content_;  // of the open page
+  OptionalContent layers_;
   int nextObject_ = 1;
 };
 

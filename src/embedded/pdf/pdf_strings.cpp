@@ -3,6 +3,8 @@
 #include <array>
 #include <cstdint>
 
+#include "text/utf8.h"
+
 namespace sheafwork::embedded::pdf {
 
 namespace {
@@ -15,33 +17,6 @@ bool PlainAscii(std::string_view text) {
     if (u < 0x20 || u > 0x7E) return false;
   }
   return true;
-}
-
-// The code point starting at text[i]; moves i past it.
-char32_t NextCodePoint(std::string_view text, std::size_t& i) {
-  constexpr char32_t kReplacement = 0xFFFD;
-  const auto lead = static_cast<unsigned char>(text[i++]);
-  if (lead < 0x80) return lead;
-  int extra = 0;
-  char32_t cp = 0;
-  char32_t min = 0;
-  if ((lead & 0xE0) == 0xC0) {
-    extra = 1, cp = lead & 0x1F, min = 0x80;
-  } else if ((lead & 0xF0) == 0xE0) {
-    extra = 2, cp = lead & 0x0F, min = 0x800;
-  } else if ((lead & 0xF8) == 0xF0) {
-    extra = 3, cp = lead & 0x07, min = 0x10000;
-  } else {
-    return kReplacement;
-  }
-  for (int k = 0; k < extra; ++k) {
-    if (i >= text.size() || (static_cast<unsigned char>(text[i]) & 0xC0) != 0x80) {
-      return kReplacement;
-    }
-    cp = (cp << 6) | (static_cast<unsigned char>(text[i++]) & 0x3F);
-  }
-  if (cp < min || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) return kReplacement;
-  return cp;
 }
 
 void AppendUnit(std::string& out, std::uint16_t unit) {
@@ -76,7 +51,9 @@ std::string TextString(std::string_view text) {
   if (PlainAscii(text)) return LiteralString(text);
   std::string out = "<FEFF";
   for (std::size_t i = 0; i < text.size();) {
-    const char32_t cp = NextCodePoint(text, i);
+    const DecodedChar next = DecodeUtf8(text, i);
+    i += next.length;
+    const char32_t cp = next.valid ? next.codePoint : 0xFFFD;
     if (cp >= 0x10000) {
       const char32_t v = cp - 0x10000;
       AppendUnit(out, static_cast<std::uint16_t>(0xD800 + (v >> 10)));

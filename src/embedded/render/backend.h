@@ -64,6 +64,10 @@ class Backend {
   /// Restricts what follows to the inside of `polygon` until PopClip.
   virtual void PushClip(std::span<const Vec2> polygon) { (void)polygon; }
   virtual void PopClip() {}
+  /// What follows belongs to the drawing's layer `name` (as the drawing
+  /// names it; an external reference's as "XREF|name"), until the next
+  /// call. Outputs with layers of their own (PDF) group it by layer.
+  virtual void BeginLayer(std::string_view name) { (void)name; }
   /// Everything drawn so far is handed on (batched lines included).
   virtual void Flush() {}
 };

@@ -183,6 +183,7 @@ const LayerLook& Frontend::LookFor(std::string_view layer) {
     // The host drawing's copy of the layer ("XREF|name") carries its state.
     record = root_.FindLayer(xrefPrefix_ + std::string(layer));
   }
+  const bool hostCopy = record != nullptr;
   if (record == nullptr) record = drawing_->FindLayer(layer);
   bool frozenHere = false;
   if (!viewportFrozen_.empty()) {
@@ -192,7 +193,12 @@ const LayerLook& Frontend::LookFor(std::string_view layer) {
   }
   LayerLook look = LookOfLayer(record, layer, frozenHere);
   if (record != nullptr) look.linetype = PatternNamed(*drawing_, record->linetype);
-  return looks_.emplace(layer, look).first->second;
+  // Layer 0 is every drawing's own; a reference's other layers carry its
+  // name.
+  const std::string_view own = record != nullptr ? std::string_view(record->name) : layer;
+  look.name =
+      hostCopy ? record->name : (layer == "0" ? std::string() : xrefPrefix_) + std::string(own);
+  return looks_.emplace(layer, std::move(look)).first->second;
 }
 
 Frontend::Resolved Frontend::Resolve(const EntityProps& props) {
@@ -226,6 +232,7 @@ void Frontend::DrawEntities(const std::vector<Entity>& entities, const Transform
 
 void Frontend::DrawEntity(const Entity& e, const Transform3& t) {
   const Resolved r = Resolve(e.props);
+  backend_.BeginLayer(r.look->name);
   std::visit(
       [&](const auto& g) {
         using G = std::decay_t<decltype(g)>;

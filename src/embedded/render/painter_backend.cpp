@@ -1,13 +1,11 @@
 #include "embedded/render/painter_backend.h"
 
 #include <QColor>
-#include <QFontMetricsF>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPen>
 #include <QRectF>
 #include <QString>
-#include <QStringList>
 #include <algorithm>
 #include <cmath>
 
@@ -154,27 +152,19 @@ void PainterBackend::DrawPoint(Vec2 at, const Style& style) {
 
 void PainterBackend::DrawText(const TextRun& run, const Style& style) {
   Flush();
-  const QtTextFont font =
-      TextFontFor({run.fontFamily, run.fontFile, run.bold, run.italic}, run.tracking);
-  const QFontMetricsF fm(font.font);
-  const QStringList lines =
-      QString::fromUtf8(run.text.data(), static_cast<qsizetype>(run.text.size())).split(u'\n');
-  widths_.clear();
-  for (const QString& line : lines) widths_.push_back(fm.horizontalAdvance(line));
-  placements_.assign(widths_.size(), LinePlacement{});
-  const RunPlacement p = PlaceRun(run, font.metrics, widths_, placements_);
-  const double shear = std::tan(Radians(run.obliqueDegrees));
+  const QtRunLines laid = LayOutRunLines(run);
+  const RunPlacement& p = laid.placement;
   const QTransform toSheet(run.toSheet.a, run.toSheet.b, run.toSheet.c, run.toSheet.d,
                            run.toSheet.e, run.toSheet.f);
   painter_.save();
-  painter_.setFont(font.font);
+  painter_.setFont(laid.font.font);
   painter_.setPen(ToColor(style.rgb));
-  for (std::size_t i = 0; i < placements_.size(); ++i) {
-    const QString& line = lines[static_cast<qsizetype>(i)];
+  for (std::size_t i = 0; i < laid.placements.size(); ++i) {
+    const QString& line = laid.lines[static_cast<qsizetype>(i)];
     if (line.isEmpty()) continue;
     // Glyph space (y down, baseline at 0) to the run's space (y up).
-    const QTransform glyph(p.xScale, 0, -shear * p.yScale, -p.yScale, placements_[i].x,
-                           placements_[i].baseline);
+    const QTransform glyph(p.xScale, 0, -laid.shear * p.yScale, -p.yScale, laid.placements[i].x,
+                           laid.placements[i].baseline);
     painter_.setWorldTransform(glyph * toSheet * base_);
     painter_.drawText(QPointF(0, 0), line);
   }

@@ -13,7 +13,6 @@
 
 #include "embedded/render/backend.h"
 #include "embedded/render/device_grid.h"
-#include "embedded/render/text_layout.h"
 
 class QPainter;
 
@@ -51,8 +50,6 @@ class PainterBackend final : public Backend {
   std::uint32_t fill_ = 0;
   bool fillSet_ = false;
   std::vector<QPointF> points_;
-  std::vector<double> widths_;
-  std::vector<LinePlacement> placements_;
 };
 
 }  // namespace sheafwork::embedded

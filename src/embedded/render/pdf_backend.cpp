@@ -45,7 +45,9 @@ std::int64_t Units(double mm) {
 
 }  // namespace
 
-PdfBackend::PdfBackend(pdf::ContentStream& page, std::string_view font) : out_(page), font_(font) {
+PdfBackend::PdfBackend(pdf::ContentStream& page, std::string_view font,
+                       pdf::OptionalContent* layers)
+    : out_(page), font_(font), layers_(layers) {
   out_.Real(kPointsPerUnit, 6).Int(0).Int(0).Real(kPointsPerUnit, 6).Int(0).Int(0).Op("cm");
   out_.Int(1).Op("J");
   out_.Int(1).Op("j");
@@ -53,6 +55,7 @@ PdfBackend::PdfBackend(pdf::ContentStream& page, std::string_view font) : out_(p
 
 PdfBackend::~PdfBackend() {
   Flush();
+  EndMark();
   for (; clips_ > 0; --clips_) out_.Op("Q");
 }
 
@@ -63,6 +66,7 @@ void PdfBackend::Flush() { EndPath(); }
 void PdfBackend::Stroke(const Style& style) {
   if (pathOpen_ && pathStyle_ == style) return;
   EndPath();
+  MarkLayer();
   UseStrokeColor(style.rgb);
   const double width = style.widthMm * kUnitsPerMm;
   if (width_ != width) {
@@ -205,7 +209,10 @@ void PdfBackend::FillLoops(std::span<const Vec2> points, std::span<const int> lo
     }
     first = end;
     if (points_.empty()) continue;
-    if (!any) UseFillColor(style.rgb);
+    if (!any) {
+      MarkLayer();
+      UseFillColor(style.rgb);
+    }
     any = true;
     out_.Int(points_[0].x).Int(points_[0].y).Op("m");
     for (std::size_t i = 1; i < points_.size(); ++i)
@@ -227,6 +234,7 @@ void PdfBackend::DrawPoint(Vec2 at, const Style& style) {
 
 void PdfBackend::DrawText(const TextRun& run, const Style& style) {
   EndPath();
+  MarkLayer();
   Backend::DrawText(run, style);  // the glyphs, filled
   const double far = kFarUnits / kUnitsPerMm;
   const Box2 everywhere = Box2::Of({-far, -far}, {far, far});
@@ -234,8 +242,30 @@ void PdfBackend::DrawText(const TextRun& run, const Style& style) {
                  clipBoxes_.empty() ? everywhere : clipBoxes_.back());
 }
 
+void PdfBackend::BeginLayer(std::string_view name) {
+  if (layers_ == nullptr || name == layer_) return;
+  EndPath();  // the path so far is the other layer's
+  layer_.assign(name);
+}
+
+void PdfBackend::MarkLayer() {
+  if (layers_ == nullptr || (marked_ && markedLayer_ == layer_)) return;
+  EndMark();
+  if (layer_.empty()) return;
+  out_.Token("/OC").Token(layers_->Resource(layer_)).Op("BDC");
+  markedLayer_ = layer_;
+  marked_ = true;
+}
+
+void PdfBackend::EndMark() {
+  if (!marked_) return;
+  out_.Op("EMC");
+  marked_ = false;
+}
+
 void PdfBackend::PushClip(std::span<const Vec2> polygon) {
   EndPath();
+  EndMark();
   out_.Op("q");
   ++clips_;
   Box2 box;
@@ -260,6 +290,7 @@ void PdfBackend::PushClip(std::span<const Vec2> polygon) {
 void PdfBackend::PopClip() {
   if (clips_ == 0) return;
   EndPath();
+  EndMark();
   out_.Op("Q");
   --clips_;
   clipBoxes_.pop_back();

@@ -3,15 +3,19 @@
 // 1/1200 inch (a `cm` at the top of the page scales them to points); the
 // page's y axis runs up like the sheet's. Lines and arcs of one style are
 // gathered into one path and stroked once; colour and width are written only
-// when they change. Areas fill odd-even, clips nest with q/Q. Text is drawn
+// when they change. Areas fill odd-even, clips nest with q/Q. What each
+// drawing layer draws is marked with its optional content group, so that a
+// reader can hide the layer. Text is drawn
 // as glyph outlines, with the same text invisible on top of it so that the
 // page can be searched and copied.
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "embedded/pdf/content_stream.h"
+#include "embedded/pdf/optional_content.h"
 #include "embedded/render/backend.h"
 #include "embedded/render/box.h"
 
@@ -24,7 +28,10 @@ class PdfBackend final : public Backend {
 
   /// Writes into `page`, a page whose origin is the sheet's lower-left
   /// corner; `font` names its Helvetica resource, for the invisible text.
-  PdfBackend(pdf::ContentStream& page, std::string_view font);
+  /// With `layers`, what is drawn is marked with its drawing layer's
+  /// optional content group.
+  PdfBackend(pdf::ContentStream& page, std::string_view font,
+             pdf::OptionalContent* layers = nullptr);
   /// Flushes and closes any clip left open.
   ~PdfBackend() override;
   PdfBackend(const PdfBackend&) = delete;
@@ -37,6 +44,7 @@ class PdfBackend final : public Backend {
                  const Style& style) override;
   void DrawPoint(Vec2 at, const Style& style) override;
   void DrawText(const TextRun& text, const Style& style) override;
+  void BeginLayer(std::string_view name) override;
   void PushClip(std::span<const Vec2> polygon) override;
   void PopClip() override;
   void Flush() override;
@@ -59,6 +67,8 @@ class PdfBackend final : public Backend {
   void UseStrokeColor(std::uint32_t rgb);
   void UseFillColor(std::uint32_t rgb);
   void Forget();
+  void MarkLayer();
+  void EndMark();
 
   pdf::ContentStream& out_;
   std::string font_;
@@ -71,6 +81,12 @@ class PdfBackend final : public Backend {
   std::optional<std::uint32_t> fillRgb_;
   std::optional<double> width_;
   int clips_ = 0;
+  // Marked content never spans a q or Q: it ends before either and begins
+  // again with the next thing drawn.
+  pdf::OptionalContent* layers_;
+  std::string layer_;  ///< of what is drawn next
+  bool marked_ = false;
+  std::string markedLayer_;
   /// The box of each clip in force (sheet mm), narrowed by the ones before.
   std::vector<Box2> clipBoxes_;
   std::vector<Point> points_;

@@ -1,8 +1,6 @@
 #include "embedded/render/pdf_text_layer.h"
 
-#include <QFontMetricsF>
 #include <QString>
-#include <QStringList>
 #include <cmath>
 #include <vector>
 
@@ -26,35 +24,28 @@ constexpr double kHelveticaCapHeight = 0.718;
 void WriteTextLayer(pdf::ContentStream& out, std::string_view font, const TextRun& run,
                     double unitsPerMm, const Box2& visible) {
   EnsureGuiApplication();  // the fonts need one
-  const QtTextFont qtFont =
-      TextFontFor({run.fontFamily, run.fontFile, run.bold, run.italic}, run.tracking);
-  const QFontMetricsF fm(qtFont.font);
-  const QStringList lines =
-      QString::fromUtf8(run.text.data(), static_cast<qsizetype>(run.text.size())).split(u'\n');
-  std::vector<double> widths;
-  for (const QString& line : lines) widths.push_back(fm.horizontalAdvance(line));
-  std::vector<LinePlacement> placements(widths.size());
-  const RunPlacement p = PlaceRun(run, qtFont.metrics, widths, placements);
-  const double shear = std::tan(Radians(run.obliqueDegrees));
+  const QtRunLines laid = LayOutRunLines(run);
+  const RunPlacement& p = laid.placement;
+  const double shear = laid.shear;
   const Affine2 toUnits = Affine2::Scaling(unitsPerMm, unitsPerMm) * run.toSheet;
   // Run units per Helvetica em, upwards.
-  const double em = p.yScale * qtFont.metrics.capHeight / kHelveticaCapHeight;
+  const double em = p.yScale * laid.font.metrics.capHeight / kHelveticaCapHeight;
 
   bool begun = false;
-  for (std::size_t i = 0; i < placements.size(); ++i) {
-    const QString& line = lines[static_cast<qsizetype>(i)];
+  for (std::size_t i = 0; i < laid.placements.size(); ++i) {
+    const QString& line = laid.lines[static_cast<qsizetype>(i)];
     if (line.trimmed().isEmpty()) continue;
     const QByteArray utf8 = line.toUtf8();
     const std::string bytes =
         Utf8ToWindows1252(std::string_view(utf8.constData(), static_cast<std::size_t>(utf8.size())))
             .bytes;
     const double helvetica = pdf::HelveticaWidth(bytes);
-    const double drawn = widths[i] * p.xScale;
+    const double drawn = laid.widths[i] * p.xScale;
     if (!(em > 0) || !(helvetica > 0) || !(drawn > 0)) continue;
     // Text space (Helvetica of size 1, y up) onto the run's line, then the
     // page: stretched to the drawn width, slanted like the drawn glyphs.
-    const Affine2 onLine{drawn / helvetica,     0, shear * em, em, placements[i].x,
-                         placements[i].baseline};
+    const Affine2 onLine{drawn / helvetica,          0, shear * em, em, laid.placements[i].x,
+                         laid.placements[i].baseline};
     // The line's box on the sheet: from below the baseline to above the
     // capitals, its drawn width long.
     Box2 box;

@@ -3,6 +3,7 @@
 // its layer and the block reference it sits in.
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "embedded/model/drawing.h"
@@ -26,6 +27,7 @@ struct LayerLook {
   double lineweightMm = kDefaultLineweightMm;
   int aci = 7;                         ///< its colour number, for plot style tables
   const Linetype* linetype = nullptr;  ///< its dash pattern, null for continuous
+  std::string name;                    ///< as the drawing shows it ("XREF|name" for a reference's)
 };
 
 /// `layer` may be null (a layer missing from the table plots like a default

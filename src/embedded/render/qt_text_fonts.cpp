@@ -5,6 +5,7 @@
 #include <QGuiApplication>
 #include <QString>
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <mutex>
 #include <string>
@@ -100,6 +101,21 @@ class Measure final : public TextMeasure {
 QtTextFont TextFontFor(const FontFace& face, double tracking) {
   const Chosen& chosen = Choose(face);
   return {MakeFont(chosen.family, face, tracking), chosen.metrics};
+}
+
+QtRunLines LayOutRunLines(const TextRun& run) {
+  QtRunLines laid{
+      TextFontFor({run.fontFamily, run.fontFile, run.bold, run.italic}, run.tracking),
+      QString::fromUtf8(run.text.data(), static_cast<qsizetype>(run.text.size())).split(u'\n'),
+      {},
+      {},
+      {},
+      std::tan(Radians(run.obliqueDegrees))};
+  const QFontMetricsF fm(laid.font.font);
+  for (const QString& line : laid.lines) laid.widths.push_back(fm.horizontalAdvance(line));
+  laid.placements.resize(laid.widths.size());
+  laid.placement = PlaceRun(run, laid.font.metrics, laid.widths, laid.placements);
+  return laid;
 }
 
 TextMeasure& QtTextMeasure() {

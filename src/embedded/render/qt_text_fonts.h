@@ -4,7 +4,10 @@
 // and the measuring of multi-line text, so that all three agree.
 
 #include <QFont>
+#include <QStringList>
+#include <vector>
 
+#include "embedded/render/backend.h"
 #include "embedded/render/text_layout.h"
 
 namespace sheafwork::embedded {
@@ -21,6 +24,19 @@ struct QtTextFont {
 /// when the system has that family, else DejaVu Sans; bold and italic as
 /// asked; letter spacing from `tracking`. Needs a QGuiApplication.
 QtTextFont TextFontFor(const FontFace& face, double tracking = 1);
+
+/// A run's lines in its font, measured and placed: where painting the
+/// text, outlining it and the PDF's text layer all start.
+struct QtRunLines {
+  QtTextFont font;
+  QStringList lines;
+  std::vector<double> widths;  ///< each line's, in glyph units
+  std::vector<LinePlacement> placements;
+  RunPlacement placement;
+  double shear = 0;  ///< the slant: tan of the oblique angle
+};
+/// Needs a QGuiApplication.
+QtRunLines LayOutRunLines(const TextRun& run);
 
 /// Measures with the fonts above; without a QGuiApplication, estimates
 /// from the number of characters.

@@ -19,24 +19,17 @@ namespace sheafwork::embedded {
 
 void Backend::DrawText(const TextRun& run, const Style& style) {
   EnsureGuiApplication();  // the fonts need one
-  const QtTextFont font =
-      TextFontFor({run.fontFamily, run.fontFile, run.bold, run.italic}, run.tracking);
-  const QFontMetricsF fm(font.font);
-  const QStringList lines =
-      QString::fromUtf8(run.text.data(), static_cast<qsizetype>(run.text.size())).split(u'\n');
-  std::vector<double> widths;
-  for (const QString& line : lines) widths.push_back(fm.horizontalAdvance(line));
-  std::vector<LinePlacement> placements(widths.size());
-  const RunPlacement p = PlaceRun(run, font.metrics, widths, placements);
-  const double shear = std::tan(Radians(run.obliqueDegrees));
+  const QtRunLines laid = LayOutRunLines(run);
+  const RunPlacement& p = laid.placement;
+  const double shear = laid.shear;
 
   std::vector<Vec2> points;
   std::vector<int> sizes;
-  for (std::size_t i = 0; i < placements.size(); ++i) {
-    const QString& line = lines[static_cast<qsizetype>(i)];
+  for (std::size_t i = 0; i < laid.placements.size(); ++i) {
+    const QString& line = laid.lines[static_cast<qsizetype>(i)];
     if (line.trimmed().isEmpty()) continue;
     QPainterPath path;
-    path.addText(0, 0, font.font, line);
+    path.addText(0, 0, laid.font.font, line);
     // Flattened in glyph units (y down), then into the run's space and
     // onto the sheet.
     const QList<QPolygonF> loops = path.toSubpathPolygons();
@@ -46,8 +39,8 @@ void Backend::DrawText(const TextRun& run, const Style& style) {
       if (n < 3) continue;
       for (qsizetype k = 0; k < n; ++k) {
         const double gx = loop[k].x(), gy = -loop[k].y();
-        const Vec2 local{p.xScale * gx + shear * p.yScale * gy + placements[i].x,
-                         p.yScale * gy + placements[i].baseline};
+        const Vec2 local{p.xScale * gx + shear * p.yScale * gy + laid.placements[i].x,
+                         p.yScale * gy + laid.placements[i].baseline};
         points.push_back(run.toSheet.Apply(local));
       }
       sizes.push_back(static_cast<int>(n));

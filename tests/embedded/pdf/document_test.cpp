@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <sstream>
 
 #include "embedded/pdf/pdf_reading.h"
 #include "fakes/cups_queue.h"
@@ -46,6 +47,7 @@ TEST(PdfDocumentTest, PagesOfTheirOwnSizeInAFileWhoseTableFindsEveryObject) {
   const testing::ReadPdf pdf = ReadStructure(path);
   ASSERT_EQ(pdf.error, "");
   EXPECT_EQ(testing::PageContents(pdf).size(), sizes.size());
+  EXPECT_EQ(testing::ObjectText(pdf, 1).find("/OCProperties"), std::string::npos);  // no layers
   EXPECT_EQ(FilesIn(folder.path()), std::vector<std::string>{"livre.pdf"});  // nothing beside
 
   if (!testing::HavePoppler()) GTEST_SKIP() << "poppler's tools are not installed";
@@ -61,6 +63,46 @@ TEST(PdfDocumentTest, PagesOfTheirOwnSizeInAFileWhoseTableFindsEveryObject) {
     EXPECT_NEAR(pages[i].first, sizes[i].first, 0.01);
     EXPECT_NEAR(pages[i].second, sizes[i].second, 0.01);
   }
+  const std::string rendered =
+      testing::Poppler("pdftoppm", "-r 10 -gray '" + path + "' '" + folder.File("p") + "'", status);
+  EXPECT_EQ(status, 0);
+  EXPECT_FALSE(testing::PopplerComplains(rendered)) << rendered;
+}
+
+TEST(PdfDocumentTest, LayersAreOptionalContentGroupsListedByName) {
+  sheafwork::testing::TempFolder folder;
+  const std::string path = folder.File("calques.pdf");
+  {
+    Document document(path, DocumentInfo{});
+    for (int p = 0; p < 2; ++p) {
+      ContentStream& page = document.BeginPage(200, 200);
+      for (const char* layer : {"Murs", "Cotes façade"}) {
+        page.Token("/OC").Token(document.Layers().Resource(layer)).Op("BDC");
+        DrawSquares(page, 3);
+        page.Op("EMC");
+      }
+    }
+    document.Close();
+  }
+  const testing::ReadPdf pdf = ReadStructure(path);
+  ASSERT_EQ(pdf.error, "");
+  const std::string catalog = testing::ObjectText(pdf, 1);
+  const std::size_t order = catalog.find("/Order [");
+  ASSERT_NE(order, std::string::npos) << catalog;
+  // One group per layer for the whole document, the panel in name order.
+  std::vector<std::string> names;
+  std::istringstream refs(catalog.substr(order + 8));
+  for (int object = 0; refs >> object;) {
+    std::string zero, r;
+    refs >> zero >> r;
+    names.push_back(testing::ObjectText(pdf, object));
+  }
+  ASSERT_EQ(names.size(), 2u) << catalog;
+  EXPECT_NE(names[0].find("/Type /OCG /Name <FEFF0043006F0074"), std::string::npos) << names[0];
+  EXPECT_NE(names[1].find("/Type /OCG /Name (Murs)"), std::string::npos) << names[1];
+
+  if (!testing::HavePoppler()) GTEST_SKIP() << "poppler's tools are not installed";
+  int status = 0;
   const std::string rendered =
       testing::Poppler("pdftoppm", "-r 10 -gray '" + path + "' '" + folder.File("p") + "'", status);
   EXPECT_EQ(status, 0);

@@ -128,6 +128,8 @@ TEST(FrontendPropertiesTest, ResolvesColoursThroughLayersAndBlocks) {
   EXPECT_EQ(rec.items[3].style.rgb, 0xFF0000u);
   EXPECT_EQ(rec.items[4].style.rgb, 0x000000u);
   EXPECT_EQ(rec.items[5].style.rgb, 0x000000u);
+  // Layer 0 inside a block is the reference's layer, at any depth.
+  EXPECT_EQ(rec.layers, (std::vector<std::string>{"Rgb", "Rgb", "Red", "Red", "Red", "0"}));
 }
 
 TEST(FrontendPropertiesTest, PenWidthsFollowLineweightsAndThePolicy) {
@@ -211,7 +213,8 @@ TEST(FrontendTransformTest, NestedBlocksMirroredExtrusionAndMinsertGrids) {
 
 TEST(FrontendBlockTest, AttributesXrefsAndSelfReference) {
   Drawing xref = MakeDrawing();
-  ModelSpace(xref).entities.push_back(MakeLine({0, 0}, {3, 0}));
+  AddLayer(xref, "Murs");
+  ModelSpace(xref).entities.push_back(MakeLine({0, 0}, {3, 0}, "Murs"));
   xref.Reindex();
 
   Drawing d = MakeDrawing();
@@ -249,6 +252,7 @@ TEST(FrontendBlockTest, AttributesXrefsAndSelfReference) {
   EXPECT_EQ(rec.items[1].text, "A-12");
   ExpectPoint(rec.items[1].points[0], {7, 8});
   ExpectPoint(rec.items[2].points[1], {3, 50});  // the external drawing's model space
+  EXPECT_EQ(rec.layers, (std::vector<std::string>{"0", "0", "Linked|Murs"}));
   EXPECT_EQ(stats.recursiveBlocks, 1u);
   EXPECT_EQ(stats.unresolvedXrefs, 1u);
 }

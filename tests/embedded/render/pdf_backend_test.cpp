@@ -6,6 +6,7 @@
 #include <QString>
 #include <cmath>
 #include <cstdlib>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -102,6 +103,57 @@ TEST(PdfBackendTest, ClipsNestAndTheStateAfterThemIsWrittenAgain) {
   EXPECT_EQ(Count(text, "W* n\n") + Count(text, "W*\nn\n"), 2u) << text;
   EXPECT_EQ(Count(text, " RG\n"), 2u) << text;
   EXPECT_EQ(Count(text, " w\n"), 2u) << text;
+}
+
+TEST(PdfBackendTest, LayersMarkWhatTheyDrawWithoutCrossingAClip) {
+  const Vec2 low[] = {{0, 0}, {10, 0}};
+  const Vec2 high[] = {{0, 5}, {10, 5}};
+  const Vec2 square[] = {{0, 0}, {20, 0}, {20, 20}, {0, 20}};
+  pdf::OptionalContent layers;
+  std::string text;
+  {
+    pdf::ContentStream page([&](std::string chunk) { text += chunk; }, std::size_t{1} << 20);
+    {
+      PdfBackend b(page, "/F1", &layers);
+      b.BeginLayer("Murs");
+      b.DrawLines(low, kBlack);
+      b.BeginLayer("Murs");
+      b.DrawLines(high, kBlack);  // the same layer's path goes on
+      b.PushClip(square);
+      b.DrawLines(low, kBlack);
+      b.PopClip();
+      b.BeginLayer("Cotes");
+      b.DrawPoint({1, 1}, kRed);
+      b.BeginLayer("Vide");  // draws nothing: no group
+      b.BeginLayer("Murs");
+      b.DrawLines(high, kBlack);
+    }
+    page.Finish();
+  }
+  std::vector<std::string> marks;
+  std::vector<std::string> open;  // "q" and "BDC" not yet ended
+  std::string previous;
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    const std::string op = line.substr(line.rfind(' ') + 1);
+    if (op == "BDC") marks.push_back(line);
+    if (op == "q" || op == "BDC") open.push_back(op);
+    if (op == "Q" || op == "EMC") {
+      ASSERT_FALSE(open.empty()) << text;
+      EXPECT_EQ(open.back(), op == "Q" ? "q" : "BDC") << "crossed at " << line << "\n" << text;
+      open.pop_back();
+    }
+    if (op == "EMC") {
+      EXPECT_TRUE(previous == "S" || previous == "f*") << text;  // painted
+    }
+    previous = op;
+  }
+  EXPECT_TRUE(open.empty()) << text;
+  EXPECT_EQ(marks,
+            (std::vector<std::string>{"/OC /L1 BDC", "/OC /L1 BDC", "/OC /L2 BDC", "/OC /L1 BDC"}))
+      << text;
+  EXPECT_EQ(layers.Size(), 2u);
+  EXPECT_EQ(Count(text, "\nS\n"), 4u) << text;
 }
 
 TEST(PdfBackendTest, CirclesArcsPointsAndAreas) {

@@ -97,26 +97,32 @@ PlotSettings OneToOneSettings(double size) {
   return s;
 }
 
+void RecordingBackend::Add(Recorded item) {
+  items.push_back(std::move(item));
+  layers.push_back(layer_);
+}
+
+void RecordingBackend::BeginLayer(std::string_view name) { layer_.assign(name); }
+
 void RecordingBackend::DrawLines(std::span<const Vec2> pairs, const Style& style) {
-  items.push_back({Recorded::Kind::Lines, {pairs.begin(), pairs.end()}, style, {}});
+  Add({Recorded::Kind::Lines, {pairs.begin(), pairs.end()}, style, {}});
 }
 
 void RecordingBackend::DrawPolyline(std::span<const Vec2> points, bool, const Style& style) {
-  items.push_back({Recorded::Kind::Polyline, {points.begin(), points.end()}, style, {}});
+  Add({Recorded::Kind::Polyline, {points.begin(), points.end()}, style, {}});
 }
 
 void RecordingBackend::FillLoops(std::span<const Vec2> points, std::span<const int>,
                                  const Style& style) {
-  items.push_back({Recorded::Kind::Fill, {points.begin(), points.end()}, style, {}});
+  Add({Recorded::Kind::Fill, {points.begin(), points.end()}, style, {}});
 }
 
 void RecordingBackend::DrawPoint(Vec2 at, const Style& style) {
-  items.push_back({Recorded::Kind::Point, {at}, style, {}});
+  Add({Recorded::Kind::Point, {at}, style, {}});
 }
 
 void RecordingBackend::DrawText(const TextRun& text, const Style& style) {
-  items.push_back(
-      {Recorded::Kind::Text, {text.toSheet.Apply({0, 0})}, style, std::string(text.text)});
+  Add({Recorded::Kind::Text, {text.toSheet.Apply({0, 0})}, style, std::string(text.text)});
 }
 
 void RecordingBackend::PushClip(std::span<const Vec2>) {

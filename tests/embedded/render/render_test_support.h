@@ -48,10 +48,16 @@ class RecordingBackend final : public Backend {
   void DrawText(const TextRun& text, const Style& style) override;
   void PushClip(std::span<const Vec2> polygon) override;
   void PopClip() override;
+  void BeginLayer(std::string_view name) override;
 
   std::vector<Recorded> items;
+  std::vector<std::string> layers;  ///< the layer each item was drawn on
   int clipDepth = 0;
   int maxClipDepth = 0;
+
+ private:
+  void Add(Recorded item);
+  std::string layer_;
 };
 
 /// Paints `job`'s sheet on a white image, `pixelsPerMm` pixels per sheet
