@@ -63,10 +63,7 @@ TEST(PdfDocumentTest, PagesOfTheirOwnSizeInAFileWhoseTableFindsEveryObject) {
     EXPECT_NEAR(pages[i].first, sizes[i].first, 0.01);
     EXPECT_NEAR(pages[i].second, sizes[i].second, 0.01);
   }
-  const std::string rendered =
-      testing::Poppler("pdftoppm", "-r 10 -gray '" + path + "' '" + folder.File("p") + "'", status);
-  EXPECT_EQ(status, 0);
-  EXPECT_FALSE(testing::PopplerComplains(rendered)) << rendered;
+  testing::ExpectPopplerRenders(path, "-r 10 -gray", folder.File("p"));
 }
 
 TEST(PdfDocumentTest, LayersAreOptionalContentGroupsListedByName) {
@@ -102,11 +99,7 @@ TEST(PdfDocumentTest, LayersAreOptionalContentGroupsListedByName) {
   EXPECT_NE(names[1].find("/Type /OCG /Name (Murs)"), std::string::npos) << names[1];
 
   if (!testing::HavePoppler()) GTEST_SKIP() << "poppler's tools are not installed";
-  int status = 0;
-  const std::string rendered =
-      testing::Poppler("pdftoppm", "-r 10 -gray '" + path + "' '" + folder.File("p") + "'", status);
-  EXPECT_EQ(status, 0);
-  EXPECT_FALSE(testing::PopplerComplains(rendered)) << rendered;
+  testing::ExpectPopplerRenders(path, "-r 10 -gray", folder.File("p"));
 }
 
 TEST(PdfDocumentTest, APageInManyStreamsReadsAsTheSamePage) {
@@ -146,19 +139,14 @@ TEST(PdfDocumentTest, APageInManyStreamsReadsAsTheSamePage) {
   EXPECT_NE(contents[0].find(" re\n"), std::string::npos);
 
   if (!testing::HavePoppler()) GTEST_SKIP() << "poppler's tools are not installed";
-  int status = 0;
-  for (const auto& [path, stem] : {std::pair{whole, "a"}, std::pair{chunked, "b"}}) {
-    const std::string out = testing::Poppler(
-        "pdftoppm", "-r 30 -gray -singlefile '" + path + "' '" + folder.File(stem) + "'", status);
-    EXPECT_EQ(status, 0);
-    EXPECT_FALSE(testing::PopplerComplains(out)) << out;
-  }
+  testing::ExpectPopplerRenders(whole, "-r 30 -gray -singlefile", folder.File("a"));
+  testing::ExpectPopplerRenders(chunked, "-r 30 -gray -singlefile", folder.File("b"));
   const std::string a = sheafwork::testing::TempFolder::Read(folder.File("a.pgm"));
   ASSERT_FALSE(a.empty());
   EXPECT_EQ(a, sheafwork::testing::TempFolder::Read(folder.File("b.pgm")));
 }
 
-TEST(PdfDocumentTest, AFileAlreadyThereStaysUntilCloseSucceeds) {
+TEST(PdfDocumentTest, AFileAlreadyThereIsReplacedOnlyWhenCloseSucceeds) {
   sheafwork::testing::TempFolder folder;
   const std::string path = folder.Write("plan.pdf", "ancien");
   {
@@ -166,6 +154,13 @@ TEST(PdfDocumentTest, AFileAlreadyThereStaysUntilCloseSucceeds) {
     DrawSquares(abandoned.BeginPage(100, 100), 5);
   }  // never closed
   EXPECT_EQ(sheafwork::testing::TempFolder::Read(path), "ancien");
+  EXPECT_EQ(FilesIn(folder.path()), std::vector<std::string>{"plan.pdf"});
+  {
+    Document document(path, {});
+    DrawSquares(document.BeginPage(100, 100), 5);
+    document.Close();
+  }
+  EXPECT_EQ(ReadStructure(path).error, "");
   EXPECT_EQ(FilesIn(folder.path()), std::vector<std::string>{"plan.pdf"});
 
   // The target turns into a folder before the file can take its place.
@@ -192,17 +187,6 @@ TEST(PdfDocumentTest, AFileAlreadyThereStaysUntilCloseSucceeds) {
     EXPECT_EQ(e.WhichStage(), FileError::Stage::Create);
   }
   EXPECT_THROW(Document(folder.path().string(), {}), FileError);  // a folder
-}
-
-TEST(PdfDocumentTest, ReplacesTheFileThereOnSuccess) {
-  sheafwork::testing::TempFolder folder;
-  const std::string path = folder.Write("plan.pdf", "ancien");
-  Document document(path, {});
-  DrawSquares(document.BeginPage(100, 100), 5);
-  document.Close();
-  const testing::ReadPdf pdf = ReadStructure(path);
-  EXPECT_EQ(pdf.error, "");
-  EXPECT_EQ(FilesIn(folder.path()), std::vector<std::string>{"plan.pdf"});
 }
 
 }  // namespace

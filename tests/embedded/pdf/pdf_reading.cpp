@@ -1,5 +1,6 @@
 #include "embedded/pdf/pdf_reading.h"
 
+#include <gtest/gtest.h>
 #include <zlib.h>
 
 #include <cstdlib>
@@ -141,6 +142,14 @@ bool PopplerComplains(const std::string& output) {
     if (output.find(word) != std::string::npos) return true;
   }
   return false;
+}
+
+void ExpectPopplerRenders(const std::string& path, const std::string& args,
+                          const std::string& stem) {
+  int status = 0;
+  const std::string out = Poppler("pdftoppm", args + " '" + path + "' '" + stem + "'", status);
+  EXPECT_EQ(status, 0) << out;
+  EXPECT_FALSE(PopplerComplains(out)) << out;
 }
 
 }  // namespace sheafwork::embedded::pdf::testing

@@ -40,4 +40,9 @@ std::string Poppler(const std::string& tool, const std::string& args, int& statu
 /// Whether poppler's output complains about the file's structure.
 bool PopplerComplains(const std::string& output);
 
+/// Rasterises `path` with pdftoppm and `args` into files named from `stem`,
+/// failing the test when pdftoppm fails or complains.
+void ExpectPopplerRenders(const std::string& path, const std::string& args,
+                          const std::string& stem);
+
 }  // namespace sheafwork::embedded::pdf::testing

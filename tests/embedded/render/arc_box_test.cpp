@@ -5,17 +5,14 @@
 #include <cmath>
 #include <numbers>
 
+#include "embedded/render/render_test_support.h"
+
 namespace sheafwork::embedded {
 namespace {
 
-constexpr double kPi = std::numbers::pi;
+using testing::ExpectNear;
 
-void ExpectBox(const Box2& box, Vec2 min, Vec2 max, double tolerance) {
-  EXPECT_NEAR(box.min.x, min.x, tolerance);
-  EXPECT_NEAR(box.min.y, min.y, tolerance);
-  EXPECT_NEAR(box.max.x, max.x, tolerance);
-  EXPECT_NEAR(box.max.y, max.y, tolerance);
-}
+constexpr double kPi = std::numbers::pi;
 
 TEST(ArcBoxTest, TakesTheEndsAndTheExtremesTheArcPasses) {
   const double h = std::sqrt(0.5);
@@ -36,7 +33,7 @@ TEST(ArcBoxTest, TakesTheEndsAndTheExtremesTheArcPasses) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    ExpectBox(ArcBox(c.center, c.radius, c.start, c.sweep), c.min, c.max, 1e-12);
+    ExpectNear(ArcBox(c.center, c.radius, c.start, c.sweep), Box2::Of(c.min, c.max), 1e-12);
   }
 }
 
@@ -49,8 +46,8 @@ TEST(ArcBoxTest, MatchesADenselySampledArc) {
         const double a = start + sweep * i / kSamples;
         sampled.Extend(Vec2{3 + 2 * std::cos(a), -1 + 2 * std::sin(a)});
       }
-      SCOPED_TRACE(testing::Message() << "start " << start << " sweep " << sweep);
-      ExpectBox(ArcBox({3, -1}, 2, start, sweep), sampled.min, sampled.max, 1e-6);
+      SCOPED_TRACE(::testing::Message() << "start " << start << " sweep " << sweep);
+      ExpectNear(ArcBox({3, -1}, 2, start, sweep), sampled, 1e-6);
     }
   }
 }

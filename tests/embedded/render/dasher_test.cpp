@@ -9,9 +9,12 @@
 #include <vector>
 
 #include "embedded/render/point_style.h"
+#include "embedded/render/render_test_support.h"
 
 namespace sheafwork::embedded {
 namespace {
+
+using testing::ExpectNear;
 
 constexpr double kInf = std::numeric_limits<double>::infinity();
 
@@ -41,14 +44,6 @@ Cut CutUp(std::vector<double> pattern, double scale, std::vector<Vec2> points,
   return CutUp(dasher, std::move(points), closed);
 }
 
-void ExpectPiece(const std::vector<Vec2>& piece, std::vector<Vec2> expected) {
-  ASSERT_EQ(piece.size(), expected.size());
-  for (std::size_t i = 0; i < piece.size(); ++i) {
-    EXPECT_NEAR(piece[i].x, expected[i].x, 1e-9) << "point " << i;
-    EXPECT_NEAR(piece[i].y, expected[i].y, 1e-9) << "point " << i;
-  }
-}
-
 TEST(DasherTest, DashesAlongALineByPatternAndScale) {
   struct Case {
     const char* name;
@@ -66,10 +61,10 @@ TEST(DasherTest, DashesAlongALineByPatternAndScale) {
     const Cut cut = CutUp(c.pattern, c.scale, {{0, 0}, {10, 0}});
     EXPECT_EQ(cut.result, Dasher::Result::kDashed);
     ASSERT_EQ(cut.pieces.size(), 4u);
-    ExpectPiece(cut.pieces[0], {{0, 0}, {2, 0}});
-    ExpectPiece(cut.pieces[1], {{3, 0}, {5, 0}});
-    ExpectPiece(cut.pieces[2], {{6, 0}, {8, 0}});
-    ExpectPiece(cut.pieces[3], {{9, 0}, {10, 0}});
+    ExpectNear(cut.pieces[0], {{0, 0}, {2, 0}});
+    ExpectNear(cut.pieces[1], {{3, 0}, {5, 0}});
+    ExpectNear(cut.pieces[2], {{6, 0}, {8, 0}});
+    ExpectNear(cut.pieces[3], {{9, 0}, {10, 0}});
   }
 }
 
@@ -77,24 +72,24 @@ TEST(DasherTest, PhaseRunsOnAcrossVerticesAndDashesTurnCorners) {
   // 3 on, 1 off along an L: the first dash turns the corner at (2, 0).
   const Cut cut = CutUp({3, -1}, 1, {{0, 0}, {2, 0}, {2, 6}});
   ASSERT_EQ(cut.pieces.size(), 2u);
-  ExpectPiece(cut.pieces[0], {{0, 0}, {2, 0}, {2, 1}});
-  ExpectPiece(cut.pieces[1], {{2, 2}, {2, 5}});
+  ExpectNear(cut.pieces[0], {{0, 0}, {2, 0}, {2, 1}});
+  ExpectNear(cut.pieces[1], {{2, 2}, {2, 5}});
 
   // Across calls too, until Restart.
   Dasher dasher;
   dasher.SetPattern(std::vector<double>{1, -1}, 1, 0.1);
   CutUp(dasher, {{0, 0}, {2.5, 0}});  // ends half-way through a dash
-  ExpectPiece(CutUp(dasher, {{0, 0}, {2.5, 0}}).pieces.at(0), {{0, 0}, {0.5, 0}});
+  ExpectNear(CutUp(dasher, {{0, 0}, {2.5, 0}}).pieces.at(0), {{0, 0}, {0.5, 0}});
   dasher.Restart();
-  ExpectPiece(CutUp(dasher, {{0, 0}, {2.5, 0}}).pieces.at(0), {{0, 0}, {1, 0}});
+  ExpectNear(CutUp(dasher, {{0, 0}, {2.5, 0}}).pieces.at(0), {{0, 0}, {1, 0}});
 }
 
 TEST(DasherTest, ClosedOutlineIncludesTheClosingSegment) {
   const Cut cut = CutUp({3, -1}, 1, {{0, 0}, {4, 0}, {4, 4}, {0, 4}}, true);
   ASSERT_EQ(cut.pieces.size(), 4u);
-  ExpectPiece(cut.pieces[0], {{0, 0}, {3, 0}});
-  ExpectPiece(cut.pieces[1], {{4, 0}, {4, 3}});
-  ExpectPiece(cut.pieces[3], {{0, 4}, {0, 1}});
+  ExpectNear(cut.pieces[0], {{0, 0}, {3, 0}});
+  ExpectNear(cut.pieces[1], {{4, 0}, {4, 3}});
+  ExpectNear(cut.pieces[3], {{0, 4}, {0, 1}});
 }
 
 TEST(DasherTest, DotsAreShortDashesThatTakeNoRoom) {
@@ -102,20 +97,20 @@ TEST(DasherTest, DotsAreShortDashesThatTakeNoRoom) {
   ASSERT_EQ(cut.pieces.size(), 4u);
   for (int i = 0; i < 4; ++i) {
     SCOPED_TRACE(i);
-    ExpectPiece(cut.pieces[static_cast<std::size_t>(i)], {{i * 1.0, 0}, {i + 0.1, 0}});
+    ExpectNear(cut.pieces[static_cast<std::size_t>(i)], {{i * 1.0, 0}, {i + 0.1, 0}});
   }
   // Dash, gap, dot, gap: the dot sits after the first gap.
   const Cut mixed = CutUp({2, -1, 0, -1}, 1, {{0, 0}, {8, 0}});
   ASSERT_GE(mixed.pieces.size(), 3u);
-  ExpectPiece(mixed.pieces[1], {{3, 0}, {3.1, 0}});
-  ExpectPiece(mixed.pieces[2], {{4, 0}, {6, 0}});
+  ExpectNear(mixed.pieces[1], {{3, 0}, {3.1, 0}});
+  ExpectNear(mixed.pieces[2], {{4, 0}, {6, 0}});
 }
 
 TEST(DasherTest, ContinuousWhenShortOrWithoutGaps) {
   const Cut shortLine = CutUp({2, -1}, 1, {{0, 0}, {2.5, 0}});
   EXPECT_EQ(shortLine.result, Dasher::Result::kContinuous);
   ASSERT_EQ(shortLine.pieces.size(), 1u);
-  ExpectPiece(shortLine.pieces[0], {{0, 0}, {2.5, 0}});
+  ExpectNear(shortLine.pieces[0], {{0, 0}, {2.5, 0}});
 
   Dasher dasher;
   for (const std::vector<double>& pattern :
@@ -163,7 +158,7 @@ TEST(PointStyleTest, SymbolsByMode) {
   }
   std::vector<Vec2> tick;
   AppendPointSymbol(4, {0, 0}, 4, tick);
-  ExpectPiece(tick, {{0, 0}, {0, 2}});  // upwards from the point
+  ExpectNear(tick, {{0, 0}, {0, 2}});  // upwards from the point
 }
 
 TEST(PointStyleTest, SizeAbsoluteOrRelativeToTheView) {

@@ -13,31 +13,9 @@
 namespace sheafwork::embedded {
 namespace {
 
-using testing::AddBlock;
-using testing::AddLayer;
-using testing::InkNear;
-using testing::MakeDrawing;
-using testing::MakeEntity;
-using testing::MakeInsert;
-using testing::MakeLine;
-using testing::ModelLayout;
-using testing::ModelSpace;
-using testing::OneToOneSettings;
-using testing::PaperLayout;
-using testing::PaperSpace;
-using testing::Recorded;
-using testing::RecordingBackend;
-using testing::RenderSheet;
+using namespace testing;
 
 constexpr double kPx = 4;  // pixels per millimetre
-
-RecordingBackend Draw(const Drawing& d, const Layout& layout, FrontendStats* stats = nullptr) {
-  RecordingBackend backend;
-  Frontend frontend(d, backend, {});
-  frontend.DrawLayout(layout, Affine2{});
-  if (stats != nullptr) *stats = frontend.Stats();
-  return backend;
-}
 
 /// A drawing with the linetype "TIRETS" (2 on, 1 off) and "Continuous".
 Drawing DashedDrawing() {
@@ -91,7 +69,7 @@ TEST(LinetypeTest, ResolvedLikeColour) {
       ModelSpace(d).entities.push_back(insert);
     }
     d.Reindex();
-    EXPECT_EQ(StrokesOf(Draw(d, ModelLayout(d))), c.strokes);
+    EXPECT_EQ(StrokesOf(DrawLayout(d, ModelLayout(d))), c.strokes);
   }
 }
 
@@ -122,7 +100,7 @@ TEST(LinetypeTest, ScalesMultiplyAndCirclesAreDashedToo) {
     std::get<Insert>(insert.geometry).scale = {c.blockScale, c.blockScale, 1};
     ModelSpace(d).entities.push_back(insert);
     d.Reindex();
-    EXPECT_EQ(StrokesOf(Draw(d, ModelLayout(d))), c.strokes);
+    EXPECT_EQ(StrokesOf(DrawLayout(d, ModelLayout(d))), c.strokes);
   }
   // A dashed circle is cut, not handed over as one arc.
   Drawing d = DashedDrawing();
@@ -130,7 +108,7 @@ TEST(LinetypeTest, ScalesMultiplyAndCirclesAreDashedToo) {
   circle.props.linetype = "TIRETS";
   ModelSpace(d).entities.push_back(circle);
   d.Reindex();
-  EXPECT_EQ(StrokesOf(Draw(d, ModelLayout(d))), 21u);  // 62.8 / 3, rounded up
+  EXPECT_EQ(StrokesOf(DrawLayout(d, ModelLayout(d))), 21u);  // 62.8 / 3, rounded up
 }
 
 TEST(LinetypeTest, PolylineGenerationFlagKeepsThePhaseAcrossVertices) {
@@ -144,7 +122,7 @@ TEST(LinetypeTest, PolylineGenerationFlagKeepsThePhaseAcrossVertices) {
     e.props.linetype = "TIRETS";
     ModelSpace(d).entities.push_back(e);
     d.Reindex();
-    const RecordingBackend rec = Draw(d, ModelLayout(d));
+    const RecordingBackend rec = DrawLayout(d, ModelLayout(d));
     if (generation) {
       // 0-2, 3-5 round the corner, 6-8.
       ASSERT_EQ(StrokesOf(rec), 3u);
@@ -174,7 +152,7 @@ TEST(LinetypeTest, PaperScaledInViewportsWhenAsked) {
     PaperSpace(d).entities.push_back(MakeEntity(Viewport{}));
     PaperSpace(d).entities.push_back(MakeEntity(vp));
     d.Reindex();
-    const RecordingBackend rec = Draw(d, PaperLayout(d));
+    const RecordingBackend rec = DrawLayout(d, PaperLayout(d));
     // The frame, then the line: 4 dashes of 2 mm, or 34 of 0.2 mm.
     EXPECT_EQ(StrokesOf(rec) - 1, paper ? 4u : 34u);
   }
@@ -188,7 +166,7 @@ TEST(LinetypeTest, TooDensePatternDrawsContinuousAndIsCounted) {
   ModelSpace(d).entities.push_back(line);
   d.Reindex();
   FrontendStats stats;
-  EXPECT_EQ(StrokesOf(Draw(d, ModelLayout(d), &stats)), 1u);
+  EXPECT_EQ(StrokesOf(DrawLayout(d, ModelLayout(d), {}, &stats)), 1u);
   EXPECT_EQ(stats.denseLinetypes, 1u);
 }
 
@@ -214,7 +192,7 @@ TEST(PointDisplayTest, ModeAndSizeFromTheHeader) {
     d.header.limMax = {100, 100};
     ModelSpace(d).entities.push_back(MakeEntity(Point{{50, 50, 0}}));
     d.Reindex();
-    const RecordingBackend rec = Draw(d, ModelLayout(d));
+    const RecordingBackend rec = DrawLayout(d, ModelLayout(d));
     std::size_t lines = 0;
     bool dot = false;
     double extent = 0;
@@ -253,7 +231,7 @@ TEST(WipeoutTest, MasksWhatCameBeforeOnly) {
   ModelSpace(d).entities.push_back(over);
   d.Reindex();
 
-  const RecordingBackend rec = Draw(d, ModelLayout(d));
+  const RecordingBackend rec = DrawLayout(d, ModelLayout(d));
   ASSERT_EQ(rec.items.size(), 3u);
   EXPECT_EQ(rec.items[1].kind, Recorded::Kind::Fill);
   EXPECT_EQ(rec.items[1].style.rgb, 0xFFFFFFu);
@@ -301,18 +279,13 @@ TEST(WipeoutTest, BoundaryInPixelsFrameAndDisplayFlag) {
     d.header.wipeoutFrame = c.frame;
     ModelSpace(d).entities.push_back(MakeEntity(c.wipeout));
     d.Reindex();
-    const RecordingBackend rec = Draw(d, ModelLayout(d));
+    const RecordingBackend rec = DrawLayout(d, ModelLayout(d));
     if (c.fill.empty()) {
       EXPECT_TRUE(rec.items.empty());
       continue;
     }
     ASSERT_EQ(rec.items.size(), c.framed ? 2u : 1u);
-    const std::vector<Vec2>& got = rec.items[0].points;
-    ASSERT_EQ(got.size(), c.fill.size());
-    for (std::size_t i = 0; i < got.size(); ++i) {
-      EXPECT_NEAR(got[i].x, c.fill[i].x, 1e-9) << i;
-      EXPECT_NEAR(got[i].y, c.fill[i].y, 1e-9) << i;
-    }
+    ExpectNear(rec.items[0].points, c.fill);
   }
 }
 
@@ -416,7 +389,7 @@ TEST(ClippedReferenceTest, BoundaryInBlockCoordinatesFollowsTheReference) {
     const QImage image = RenderSheet(d, ModelLayout(d), s, kPx);
     EXPECT_TRUE(InkNear(image, kPx, {40, 50}, 0.1));
     EXPECT_EQ(InkNear(image, kPx, {80, 50}, 0.1), !clipped);
-    RecordingBackend rec = Draw(d, ModelLayout(d));
+    RecordingBackend rec = DrawLayout(d, ModelLayout(d));
     EXPECT_EQ(rec.maxClipDepth, clipped ? 1 : 0);
     EXPECT_EQ(rec.clipDepth, 0);
   }

@@ -17,34 +17,15 @@
 namespace sheafwork::embedded {
 namespace {
 
+using namespace testing;
 using sheafwork::testing::TempFolder;
-using testing::DarkCovered;
-using testing::MakeDrawing;
-using testing::MakeEntity;
-using testing::MakeLine;
-using testing::ModelLayout;
-using testing::ModelSpace;
 
 constexpr int kDpi = 200;
 constexpr double kPx = kDpi / 25.4;  // pixels per millimetre
 constexpr double kWidthMm = 0.5;     // lineweight 50
 
-// The plot window 0..w × 0..h at 1:1 on a w × h mm sheet: drawing units are
-// sheet millimetres.
-PlotSettings SheetSettings(double w, double h) {
-  PlotSettings s = testing::OneToOneSettings(w);
-  s.paperHeight = h;
-  s.windowMax = {w, h};
-  return s;
-}
-
-Entity Heavy(Entity e) {
-  e.props.lineweight = 50;
-  return e;
-}
-
-// A 100 × 70 rectangle at (30, 20) with its diagonal, a circle and a red
-// solid triangle inside, on a 210 × 148 sheet.
+// A 100 × 70 rectangle at (30, 20) with its diagonal, a circle, an arc, a
+// point and a red solid triangle inside, on a 210 × 148 sheet.
 Drawing KnownDrawing() {
   Drawing d = MakeDrawing();
   Polyline rect;
@@ -55,6 +36,8 @@ Drawing KnownDrawing() {
   ModelSpace(d).entities.push_back(Heavy(MakeEntity(rect)));
   ModelSpace(d).entities.push_back(Heavy(MakeLine({30, 20}, {130, 90})));
   ModelSpace(d).entities.push_back(Heavy(MakeEntity(Circle{{100, 40, 0}, 12, kUnitZ})));
+  ModelSpace(d).entities.push_back(Heavy(MakeEntity(Arc{{70, 40, 0}, 8, 30, 250, kUnitZ})));
+  ModelSpace(d).entities.push_back(Heavy(MakeEntity(Point{{115, 80, 0}})));
   Solid solid;
   solid.corners = {Vec3{40, 60, 0}, Vec3{70, 60, 0}, Vec3{40, 85, 0}, Vec3{40, 85, 0}};
   Entity filled = MakeEntity(solid);
@@ -65,10 +48,7 @@ Drawing KnownDrawing() {
 }
 
 PlotJob Job(const Drawing& d, OutputKind kind, const std::string& path) {
-  PlotJob job;
-  job.drawing = &d;
-  job.layout = &d.layouts[0];
-  job.settings = SheetSettings(210, 148);
+  PlotJob job = MakeJob(d, d.layouts[0], OneToOneSettings(210, 148));
   job.output = kind;
   job.outputPath = path;
   job.resolutionDpi = kDpi;
@@ -77,9 +57,8 @@ PlotJob Job(const Drawing& d, OutputKind kind, const std::string& path) {
 }
 
 // The box of the non-white pixels, in millimetres from the image's top-left
-// corner on a sheet `heightMm` tall (y up). A PDF page may be a little taller
-// than its sheet (whole points), its content placed from the top.
-Box2 InkBox(const QImage& image, double k, double heightMm = 148) {
+// corner on the 148 mm tall sheet (y up).
+Box2 InkBox(const QImage& image, double k) {
   int x0 = image.width(), y0 = image.height(), x1 = -1, y1 = -1;
   for (int y = 0; y < image.height(); ++y) {
     const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
@@ -92,7 +71,7 @@ Box2 InkBox(const QImage& image, double k, double heightMm = 148) {
     }
   }
   if (x1 < 0) return {};
-  return Box2::Of({x0 / k, heightMm - (y1 + 1) / k}, {(x1 + 1) / k, heightMm - y0 / k});
+  return Box2::Of({x0 / k, 148 - (y1 + 1) / k}, {(x1 + 1) / k, 148 - y0 / k});
 }
 
 QImage RenderSvg(const std::string& path, double k) {
@@ -108,16 +87,7 @@ QImage RenderSvg(const std::string& path, double k) {
   return image;
 }
 
-void ExpectBox(const Box2& box, const Box2& expected, double tolerance, const char* what) {
-  SCOPED_TRACE(what);
-  ASSERT_FALSE(box.Empty());
-  EXPECT_NEAR(box.min.x, expected.min.x, tolerance);
-  EXPECT_NEAR(box.min.y, expected.min.y, tolerance);
-  EXPECT_NEAR(box.max.x, expected.max.x, tolerance);
-  EXPECT_NEAR(box.max.y, expected.max.y, tolerance);
-}
-
-TEST(FileOutputsTest, PngSvgHpglAndPdfAgreeOnWhereTheDrawingLies) {
+TEST(FileOutputsTest, PngSvgHpglAndPdfDrawTheSameMarksInTheSamePlaces) {
   const Drawing d = KnownDrawing();
   TempFolder folder;
   const std::string png = folder.File("plan.png"), svg = folder.File("plan.svg"),
@@ -134,36 +104,40 @@ TEST(FileOutputsTest, PngSvgHpglAndPdfAgreeOnWhereTheDrawingLies) {
 
   const QImage raster(QString::fromStdString(png));
   ASSERT_FALSE(raster.isNull());
-  ExpectBox(InkBox(raster, kPx), expected, pixel, "PNG");
   const QImage vector = RenderSvg(svg, kPx);
-  ExpectBox(InkBox(vector, kPx), expected, pixel, "SVG");
-  const testing::HpglPlot hpgl = testing::ReadHpgl(TempFolder::Read(plt));
-  ExpectBox(hpgl.InkExtents(), expected, 0.03, "HP-GL/2");
+  const HpglPlot hpgl = ReadHpgl(TempFolder::Read(plt));
   EXPECT_DOUBLE_EQ(hpgl.plotSizeMm.x, 210);
   EXPECT_DOUBLE_EQ(hpgl.plotSizeMm.y, 148);
-
-  // Beyond the outline, the three draw the same marks in the same places:
-  // the diagonal, the circle and the red triangle.
-  const QImage plotted = testing::RenderHpgl(hpgl, kPx);
-  ASSERT_EQ(plotted.size(), raster.size());
-  ASSERT_EQ(vector.size(), raster.size());
-  EXPECT_GT(DarkCovered(raster, vector), 0.99);
-  EXPECT_GT(DarkCovered(vector, raster), 0.99);
-  EXPECT_GT(DarkCovered(raster, plotted), 0.99);
-  EXPECT_GT(DarkCovered(plotted, raster), 0.99);
-  for (const QImage* image : {&raster, &vector, &plotted}) {
-    EXPECT_EQ(testing::ColorAt(*image, kPx, {45, 65}), 0xFF0000u);
-    EXPECT_TRUE(testing::InkNear(*image, kPx, {112, 40}));   // the circle's right
-    EXPECT_FALSE(testing::InkNear(*image, kPx, {100, 40}));  // its centre
-  }
-
-  // The PDF as a raster of the same resolution, when poppler is at hand.
-  const std::string command = "pdftoppm -r " + std::to_string(kDpi) + " -png -singlefile " + pdf +
-                              " " + folder.File("pdf") + " 2>/dev/null";
-  if (std::system(command.c_str()) == 0) {
-    const QImage page(QString::fromStdString(folder.File("pdf.png")));
-    ASSERT_FALSE(page.isNull());
-    ExpectBox(InkBox(page, kPx), expected, pixel, "PDF");
+  const QImage plotted = RenderHpgl(hpgl, kPx);
+  // The PDF as a raster of the same resolution, when poppler is at hand; its
+  // page may be a little taller than the sheet (whole points), content placed
+  // from the top.
+  const QImage page =
+      RasterisePdf(pdf, kDpi, folder.File("pdf")).copy(QRect({0, 0}, raster.size()));
+  struct Output {
+    const char* name;
+    const QImage& image;
+    Box2 ink;
+    double tolerance;
+  };
+  std::vector<Output> outputs = {{"SVG", vector, InkBox(vector, kPx), pixel},
+                                 {"HP-GL/2", plotted, hpgl.InkExtents(), 0.03}};
+  if (!page.isNull()) outputs.push_back({"PDF", page, InkBox(page, kPx), pixel});
+  ExpectNear(InkBox(raster, kPx), expected, pixel);
+  for (const Output& o : outputs) {
+    SCOPED_TRACE(o.name);
+    ExpectNear(o.ink, expected, o.tolerance);
+    // Beyond the outline, the same marks in the same places: the diagonal,
+    // the circle, the arc, the point and the red triangle.
+    EXPECT_GT(DarkCovered(raster, o.image), 0.99);
+    EXPECT_GT(DarkCovered(o.image, raster), 0.99);
+    EXPECT_EQ(ColorAt(o.image, kPx, {45, 65}), 0xFF0000u);
+    for (const Vec2 at : {Vec2{112, 40}, Vec2{70, 48}, Vec2{115, 80}}) {
+      EXPECT_EQ(ColorAt(o.image, kPx, at), ColorAt(raster, kPx, at));
+      EXPECT_TRUE(InkNear(o.image, kPx, at));  // circle, arc, point
+    }
+    EXPECT_FALSE(InkNear(o.image, kPx, {100, 40}));  // the circle's centre
+    EXPECT_FALSE(InkNear(o.image, kPx, {78, 40}));   // where the arc does not pass
   }
 }
 
@@ -218,7 +192,7 @@ TEST(FileOutputsTest, FailuresNameTheFileAndLeaveNoneBehind) {
     const char* format;
   };
   for (const Case& c : {Case{OutputKind::Png, "PNG"}, Case{OutputKind::Svg, "SVG"},
-                        Case{OutputKind::Hpgl, "HP-GL/2"}}) {
+                        Case{OutputKind::Hpgl, "HP-GL/2"}, Case{OutputKind::Pdf, "PDF"}}) {
     const std::string path = folder.File("absent/plan.out");
     try {
       RunPlotJob(Job(d, c.kind, path));
@@ -231,7 +205,7 @@ TEST(FileOutputsTest, FailuresNameTheFileAndLeaveNoneBehind) {
 
   // An image the machine could not hold is refused before anything is written.
   PlotJob huge = Job(d, OutputKind::Png, folder.File("huge.png"));
-  huge.settings = SheetSettings(5000, 5000);
+  huge.settings = OneToOneSettings(5000);
   huge.resolutionDpi = 1200;
   try {
     RunPlotJob(huge);

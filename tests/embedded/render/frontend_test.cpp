@@ -10,32 +10,7 @@
 namespace sheafwork::embedded {
 namespace {
 
-using testing::AddBlock;
-using testing::AddLayer;
-using testing::MakeDrawing;
-using testing::MakeEntity;
-using testing::MakeInsert;
-using testing::MakeLine;
-using testing::ModelLayout;
-using testing::ModelSpace;
-using testing::PaperLayout;
-using testing::PaperSpace;
-using testing::Recorded;
-using testing::RecordingBackend;
-
-RecordingBackend Draw(const Drawing& d, const Layout& layout, FrontendOptions options = {},
-                      FrontendStats* stats = nullptr) {
-  RecordingBackend backend;
-  Frontend frontend(d, backend, options);
-  frontend.DrawLayout(layout, Affine2{});
-  if (stats != nullptr) *stats = frontend.Stats();
-  return backend;
-}
-
-void ExpectPoint(Vec2 actual, Vec2 expected) {
-  EXPECT_NEAR(actual.x, expected.x, 1e-9);
-  EXPECT_NEAR(actual.y, expected.y, 1e-9);
-}
+using namespace testing;
 
 TEST(FrontendVisibilityTest, HidesWhatDoesNotPlot) {
   struct Case {
@@ -60,7 +35,7 @@ TEST(FrontendVisibilityTest, HidesWhatDoesNotPlot) {
     c.setup(layer, line);
     ModelSpace(d).entities.push_back(line);
     d.Reindex();
-    EXPECT_EQ(Draw(d, ModelLayout(d)).items.size(), c.drawn ? 1u : 0u);
+    EXPECT_EQ(DrawLayout(d, ModelLayout(d)).items.size(), c.drawn ? 1u : 0u);
   }
 }
 
@@ -80,7 +55,7 @@ TEST(FrontendVisibilityTest, InsertLayerFrozenHidesAllButOffHidesOnlyLayerZero) 
     block.entities.push_back(MakeLine({0, 1}, {1, 1}, "Other"));
     ModelSpace(d).entities.push_back(MakeInsert("B", {0, 0}, "Host"));
     d.Reindex();
-    const RecordingBackend rec = Draw(d, ModelLayout(d));
+    const RecordingBackend rec = DrawLayout(d, ModelLayout(d));
     if (frozen) {
       EXPECT_TRUE(rec.items.empty());
     } else {
@@ -120,7 +95,7 @@ TEST(FrontendPropertiesTest, ResolvesColoursThroughLayersAndBlocks) {
   ModelSpace(d).entities.push_back(seven);
   d.Reindex();
 
-  const RecordingBackend rec = Draw(d, ModelLayout(d));
+  const RecordingBackend rec = DrawLayout(d, ModelLayout(d));
   ASSERT_EQ(rec.items.size(), 6u);
   EXPECT_EQ(rec.items[0].style.rgb, 0x0000FFu);
   EXPECT_EQ(rec.items[1].style.rgb, 0x123456u);
@@ -166,7 +141,7 @@ TEST(FrontendPropertiesTest, PenWidthsFollowLineweightsAndThePolicy) {
     SCOPED_TRACE(c.name);
     FrontendOptions options;
     options.lineweights = c.policy;
-    const RecordingBackend rec = Draw(d, ModelLayout(d), options);
+    const RecordingBackend rec = DrawLayout(d, ModelLayout(d), options);
     ASSERT_EQ(rec.items.size(), 4u);
     for (int i = 0; i < 4; ++i) EXPECT_DOUBLE_EQ(rec.items[i].style.widthMm, c.widths[i]);
   }
@@ -200,15 +175,15 @@ TEST(FrontendTransformTest, NestedBlocksMirroredExtrusionAndMinsertGrids) {
   ModelSpace(d).entities.push_back(grid);
   d.Reindex();
 
-  const RecordingBackend rec = Draw(d, ModelLayout(d));
+  const RecordingBackend rec = DrawLayout(d, ModelLayout(d));
   ASSERT_EQ(rec.items.size(), 1u + 1u + 6u);
-  ExpectPoint(rec.items[0].points[0], {60, 20});
-  ExpectPoint(rec.items[0].points[1], {60, 40});
-  ExpectPoint(rec.items[1].points[0], {-10, 0});
-  ExpectPoint(rec.items[1].points[1], {-20, 0});
+  ExpectNear(rec.items[0].points[0], {60, 20});
+  ExpectNear(rec.items[0].points[1], {60, 40});
+  ExpectNear(rec.items[1].points[0], {-10, 0});
+  ExpectNear(rec.items[1].points[1], {-20, 0});
   // Row 2, column 1: offset (20, 10) turned a quarter: (-10, 20).
-  ExpectPoint(rec.items[7].points[0], {-10, 120});
-  ExpectPoint(rec.items[7].points[1], {-10, 130});
+  ExpectNear(rec.items[7].points[0], {-10, 120});
+  ExpectNear(rec.items[7].points[1], {-10, 130});
 }
 
 TEST(FrontendBlockTest, AttributesXrefsAndSelfReference) {
@@ -245,13 +220,13 @@ TEST(FrontendBlockTest, AttributesXrefsAndSelfReference) {
   d.Reindex();
 
   FrontendStats stats;
-  const RecordingBackend rec = Draw(d, ModelLayout(d), {}, &stats);
+  const RecordingBackend rec = DrawLayout(d, ModelLayout(d), {}, &stats);
   ASSERT_EQ(rec.items.size(), 3u);
-  ExpectPoint(rec.items[0].points[0], {100, 0});       // the block's line, not its self-reference
+  ExpectNear(rec.items[0].points[0], {100, 0});        // the block's line, not its self-reference
   EXPECT_EQ(rec.items[1].kind, Recorded::Kind::Text);  // after the content, in place
   EXPECT_EQ(rec.items[1].text, "A-12");
-  ExpectPoint(rec.items[1].points[0], {7, 8});
-  ExpectPoint(rec.items[2].points[1], {3, 50});  // the external drawing's model space
+  ExpectNear(rec.items[1].points[0], {7, 8});
+  ExpectNear(rec.items[2].points[1], {3, 50});  // the external drawing's model space
   EXPECT_EQ(rec.layers, (std::vector<std::string>{"0", "0", "Linked|Murs"}));
   EXPECT_EQ(stats.recursiveBlocks, 1u);
   EXPECT_EQ(stats.unresolvedXrefs, 1u);
@@ -321,10 +296,7 @@ TEST(FrontendGeometryTest, ExtentsOfEachKindOfEntity) {
     ModelSpace(d).entities.push_back(MakeEntity(c.geometry));
     d.Reindex();
     const Box2 box = ComputeLayoutExtents(d, ModelLayout(d), ModelLayout(d).settings);
-    EXPECT_NEAR(box.min.x, c.box.min.x, 1e-9);
-    EXPECT_NEAR(box.min.y, c.box.min.y, 1e-9);
-    EXPECT_NEAR(box.max.x, c.box.max.x, 1e-9);
-    EXPECT_NEAR(box.max.y, c.box.max.y, 1e-9);
+    ExpectNear(box, c.box);
   }
 }
 
@@ -362,18 +334,16 @@ TEST(FrontendViewportTest, DrawsModelSpaceThroughContentViewportsOnly) {
     SCOPED_TRACE(first ? "viewports first" : "paper first");
     FrontendOptions options;
     options.viewportsFirst = first;
-    RecordingBackend rec;
-    Frontend frontend(d, rec, options);
-    frontend.DrawLayout(d.layouts[1], Affine2{});
+    const RecordingBackend rec = DrawLayout(d, d.layouts[1], options);
     // Two frames (the overall viewport has none), the paper line, and the
     // walls through the one viewport that is on; its frozen notes stay out.
     ASSERT_EQ(rec.items.size(), 4u);
     EXPECT_EQ(rec.maxClipDepth, 1);
     const Recorded& walls = first ? rec.items[0] : rec.items[3];
-    ExpectPoint(walls.points[0], {20, 50});
-    ExpectPoint(walls.points[1], {80, 50});
+    ExpectNear(walls.points[0], {20, 50});
+    ExpectNear(walls.points[1], {80, 50});
     const Recorded& paperLine = first ? rec.items[3] : rec.items[2];
-    ExpectPoint(paperLine.points[1], {1, 1});
+    ExpectNear(paperLine.points[1], {1, 1});
   }
 }
 
@@ -390,10 +360,10 @@ TEST(FrontendViewportTest, ViewTargetCentreAndTwistPlaceTheModel) {
   PaperSpace(d).entities.push_back(MakeEntity(Viewport{}));
   PaperSpace(d).entities.push_back(MakeEntity(vp));
   d.Reindex();
-  const RecordingBackend rec = Draw(d, PaperLayout(d));
+  const RecordingBackend rec = DrawLayout(d, PaperLayout(d));
   ASSERT_EQ(rec.items.size(), 2u);
-  ExpectPoint(rec.items[1].points[0], {52, 50});
-  ExpectPoint(rec.items[1].points[1], {52, 55});
+  ExpectNear(rec.items[1].points[0], {52, 50});
+  ExpectNear(rec.items[1].points[1], {52, 55});
 }
 
 }  // namespace

@@ -4,8 +4,12 @@
 
 #include <cmath>
 
+#include "embedded/render/render_test_support.h"
+
 namespace sheafwork::embedded {
 namespace {
+
+using testing::ExpectNear;
 
 PlotSettings Media(double w, double h, double left, double bottom, double right, double top) {
   PlotSettings s;
@@ -131,14 +135,9 @@ TEST(PageGeometryTest, PlacesThePlotOnTheSheet) {
     const SheetLayout layout = ComputeSheetLayout(c.settings, {c.area, std::nullopt});
     EXPECT_NEAR(layout.frame.width, c.sheetSize.x, 1e-9);
     EXPECT_NEAR(layout.frame.height, c.sheetSize.y, 1e-9);
-    EXPECT_NEAR(layout.frame.printable.min.x, c.printable.min.x, 1e-9);
-    EXPECT_NEAR(layout.frame.printable.min.y, c.printable.min.y, 1e-9);
-    EXPECT_NEAR(layout.frame.printable.max.x, c.printable.max.x, 1e-9);
-    EXPECT_NEAR(layout.frame.printable.max.y, c.printable.max.y, 1e-9);
+    ExpectNear(layout.frame.printable, c.printable);
     EXPECT_NEAR(layout.mmPerDrawingUnit, c.mmPerUnit, 1e-9);
-    const Vec2 landed = layout.drawingToSheet.Apply(c.probe);
-    EXPECT_NEAR(landed.x, c.landing.x, 1e-9);
-    EXPECT_NEAR(landed.y, c.landing.y, 1e-9);
+    ExpectNear(layout.drawingToSheet.Apply(c.probe), c.landing);
   }
 }
 
@@ -147,18 +146,14 @@ TEST(PageGeometryTest, UpsideDownTurnsTheImage) {
   s.rotation = 3;  // sheet swapped, image upside down
   const SheetLayout layout = ComputeSheetLayout(s, {Box2::Of({0, 0}, {10, 10}), std::nullopt});
   EXPECT_EQ(layout.frame.width, 100);
-  const Vec2 right = layout.drawingToSheet.ApplyLinear({1, 0});
-  EXPECT_NEAR(right.x, -1, 1e-12);
-  EXPECT_NEAR(right.y, 0, 1e-12);
+  ExpectNear(layout.drawingToSheet.ApplyLinear({1, 0}), {-1, 0}, 1e-12);
 }
 
 TEST(PageGeometryTest, LayoutAnchorPutsThePaperOriginAtThePlotOrigin) {
   PlotSettings s = Media(297, 210, 7.5, 20, 7.5, 20);
   const SheetLayout layout =
       ComputeSheetLayout(s, {Box2::Of({-7.5, -20}, {289.5, 190}), Vec2{0, 0}});
-  const Vec2 origin = layout.drawingToSheet.Apply({0, 0});
-  EXPECT_NEAR(origin.x, 7.5, 1e-12);
-  EXPECT_NEAR(origin.y, 20, 1e-12);
+  ExpectNear(layout.drawingToSheet.Apply({0, 0}), {7.5, 20}, 1e-12);
 }
 
 TEST(PageGeometryTest, StandardScaleTable) {

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QImage>
-#include <QString>
 #include <cmath>
 #include <cstdlib>
 #include <sstream>
@@ -17,17 +15,8 @@
 namespace sheafwork::embedded {
 namespace {
 
+using namespace testing;
 using sheafwork::testing::TempFolder;
-using testing::MakeDrawing;
-using testing::MakeEntity;
-using testing::MakeLine;
-using testing::ModelSpace;
-
-std::size_t Count(const std::string& text, const std::string& what) {
-  std::size_t n = 0;
-  for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++n;
-  return n;
-}
 
 // What a PdfBackend writes for `draw`, all in one text.
 template <typename Draw>
@@ -213,78 +202,6 @@ TEST(PdfBackendTest, TextIsInTheTextLayerOnlyWhereItCanBeSeen) {
   }
 }
 
-bool HavePdftoppm() { return std::system("pdftoppm -v >/dev/null 2>&1") == 0; }
-
-// A drawing of every kind of primitive, 1:1 on a 150 × 100 mm sheet.
-Drawing Sampler() {
-  Drawing d = MakeDrawing();
-  auto heavy = [](Entity e, int color = 7) {
-    e.props.lineweight = 50;
-    e.props.color = color;
-    return e;
-  };
-  ModelSpace(d).entities.push_back(heavy(MakeLine({10, 10}, {140, 90})));
-  Polyline outline;
-  outline.closed = true;
-  for (Vec2 p : {Vec2{5, 5}, Vec2{145, 5}, Vec2{145, 95}, Vec2{5, 95}}) {
-    outline.vertices.push_back({{p.x, p.y, 0}, 0, 0, 0});
-  }
-  outline.vertices[1].bulge = 0.3;  // an arc along the right side
-  ModelSpace(d).entities.push_back(heavy(MakeEntity(outline), 5));
-  ModelSpace(d).entities.push_back(heavy(MakeEntity(Circle{{40, 60, 0}, 15, kUnitZ}), 3));
-  ModelSpace(d).entities.push_back(heavy(MakeEntity(Arc{{100, 30, 0}, 12, 30, 250, kUnitZ})));
-  Solid solid;
-  solid.corners = {Vec3{90, 60, 0}, Vec3{120, 60, 0}, Vec3{90, 85, 0}, Vec3{120, 85, 0}};
-  ModelSpace(d).entities.push_back(heavy(MakeEntity(solid), 1));
-  ModelSpace(d).entities.push_back(heavy(MakeEntity(Point{{70, 20, 0}})));
-  d.Reindex();
-  return d;
-}
-
-PlotJob SamplerJob(const Drawing& d, OutputKind kind, const std::string& path, int dpi) {
-  PlotJob job;
-  job.drawing = &d;
-  job.layout = &d.layouts[0];
-  job.settings = testing::OneToOneSettings(150);
-  job.settings.paperHeight = 100;
-  job.settings.windowMax = {150, 100};
-  job.output = kind;
-  job.outputPath = path;
-  job.resolutionDpi = dpi;
-  job.title = "échantillon";
-  return job;
-}
-
-TEST(PdfBackendTest, APdfPlotLooksLikeTheRasterOfTheSameJob) {
-  if (!HavePdftoppm()) GTEST_SKIP() << "pdftoppm is not installed";
-  const Drawing d = Sampler();
-  TempFolder folder;
-  constexpr int kDpi = 150;
-  const std::string pdf = folder.File("plan.pdf"), png = folder.File("plan.png");
-  RunPlotJob(SamplerJob(d, OutputKind::Pdf, pdf, kDpi));
-  RunPlotJob(SamplerJob(d, OutputKind::Png, png, kDpi));
-  int status = 0;
-  const std::string out =
-      sheafwork::testing::RunCommand("pdftoppm -png -singlefile -r " + std::to_string(kDpi) + " '" +
-                                         pdf + "' '" + folder.File("page") + "'",
-                                     status);
-  ASSERT_EQ(status, 0) << out;
-  for (const char* complaint : {"Syntax Error", "Syntax Warning", "xref"}) {
-    EXPECT_EQ(out.find(complaint), std::string::npos) << out;
-  }
-  const QImage page(QString::fromStdString(folder.File("page.png")));
-  const QImage raster(QString::fromStdString(png));
-  ASSERT_FALSE(page.isNull());
-  ASSERT_EQ(page.size(), raster.size());
-  EXPECT_GT(testing::DarkCovered(raster, page), 0.99);
-  EXPECT_GT(testing::DarkCovered(page, raster), 0.99);
-  const double k = kDpi / kInch;
-  for (const Vec2 at : {Vec2{105, 72}, Vec2{40, 45}, Vec2{70, 20}}) {  // solid, circle, point
-    SCOPED_TRACE(std::to_string(at.x) + ", " + std::to_string(at.y));
-    EXPECT_EQ(testing::ColorAt(page, k, at), testing::ColorAt(raster, k, at));
-  }
-}
-
 TEST(PdfBackendTest, TrueTypeTextCanBeFoundInThePdf) {
   if (std::system("pdftotext -v >/dev/null 2>&1") != 0) GTEST_SKIP() << "pdftotext missing";
   Drawing d = MakeDrawing();
@@ -302,7 +219,9 @@ TEST(PdfBackendTest, TrueTypeTextCanBeFoundInThePdf) {
   d.Reindex();
   TempFolder folder;
   const std::string pdf = folder.File("texte.pdf");
-  RunPlotJob(SamplerJob(d, OutputKind::Pdf, pdf, 600));
+  PlotJob job = MakeJob(d, ModelLayout(d), OneToOneSettings(150, 100));
+  job.outputPath = pdf;
+  RunPlotJob(job);
   int status = 0;
   const std::string text = sheafwork::testing::RunCommand("pdftotext '" + pdf + "' -", status);
   ASSERT_EQ(status, 0) << text;

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
-#include <QPainter>
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -20,19 +19,7 @@
 namespace sheafwork::embedded {
 namespace {
 
-using testing::AddBlock;
-using testing::AddLayer;
-using testing::MakeDrawing;
-using testing::MakeEntity;
-using testing::MakeInsert;
-using testing::MakeLine;
-using testing::ModelLayout;
-using testing::ModelSpace;
-using testing::OneToOneSettings;
-using testing::PaperLayout;
-using testing::PaperSpace;
-using testing::RecordingBackend;
-using testing::RenderJob;
+using namespace testing;
 
 Entity Coloured(Entity e, std::int16_t aci, std::int16_t lineweight = 25) {
   e.props.color = aci;
@@ -92,8 +79,7 @@ TEST(PlotStylePenTest, ColourNumberSelectsTheEntry) {
   for (const bool withTable : {true, false}) {
     FrontendOptions options;
     if (withTable) options.plotStyles = table;
-    RecordingBackend backend;
-    Frontend(d, backend, options).DrawLayout(ModelLayout(d), Affine2{});
+    const RecordingBackend backend = DrawLayout(d, ModelLayout(d), options);
     ASSERT_EQ(backend.items.size(), std::size(expected));
     for (std::size_t i = 0; i < std::size(expected); ++i) {
       const Expected& e = expected[i];
@@ -131,8 +117,7 @@ TEST(PlotStylePenTest, InlineColoursOfMultilineTextGoThroughTheTable) {
   for (const bool withTable : {true, false}) {
     FrontendOptions options;
     if (withTable) options.plotStyles = table;
-    RecordingBackend backend;
-    Frontend(d, backend, options).DrawLayout(ModelLayout(d), Affine2{});
+    const RecordingBackend backend = DrawLayout(d, ModelLayout(d), options);
     for (const Expected& x : expected) {
       SCOPED_TRACE(std::string(x.text) + (withTable ? " (table)" : " (no table)"));
       const auto found = std::find_if(
@@ -175,11 +160,12 @@ struct Column {
   int darkest = 255;  ///< grey level of the darkest pixel
 };
 
-// The pixels of column `xMm` of the image.
-Column InkInColumn(const QImage& image, double pixelsPerMm, double xMm) {
+// The pixels of column `xMm` of the image, in rows `fromRow` to `toRow`.
+Column InkInColumn(const QImage& image, double pixelsPerMm, double xMm, int fromRow = 0,
+                   int toRow = -1) {
   Column column;
   const int x = static_cast<int>(xMm * pixelsPerMm);
-  for (int y = 0; y < image.height(); ++y) {
+  for (int y = fromRow; y < (toRow < 0 ? image.height() : toRow); ++y) {
     const int gray = qGray(image.pixel(x, y));
     column.darkest = std::min(column.darkest, gray);
     if (gray < 128) ++column.inked;
@@ -207,10 +193,7 @@ TEST(LineweightOnPaperTest, ScaledWithThePlotScaleOnlyWhenAskedAndNotInTheModel)
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
-    PlotJob job;
-    job.drawing = &d;
-    job.layout = c.paper ? &PaperLayout(d) : &ModelLayout(d);
-    job.settings = OneToOneSettings(200);
+    PlotJob job = MakeJob(d, c.paper ? PaperLayout(d) : ModelLayout(d), OneToOneSettings(200));
     job.settings.Set(kUseStandardScale, false);
     job.settings.customNumerator = 1;
     job.settings.customDenominator = 2;
@@ -237,37 +220,28 @@ TEST(LineweightOnPaperTest, ThinLinesAreOneDotAndNeverVanish) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
-    PlotJob job;
-    job.drawing = &d;
-    job.layout = &ModelLayout(d);
-    job.settings = OneToOneSettings(100);
+    PlotJob job = MakeJob(d, ModelLayout(d), OneToOneSettings(100));
     job.settings.flags = kUseStandardScale | c.flags;
     // A coarse device: at 2 dots per mm a 0.1 mm line would be a faint
     // fifth of a dot.
     const QImage image = RenderJob(job, 2);
-    Column thin;
-    Column heavy;
-    for (int y = 0; y < image.height(); ++y) {
-      const int gray = qGray(image.pixel(60, y));
-      Column& column = y < image.height() / 2 ? thin : heavy;  // y runs down
-      column.darkest = std::min(column.darkest, gray);
-      if (gray < 128) ++column.inked;
-    }
+    const int middle = image.height() / 2;  // rows run down
+    const Column thin = InkInColumn(image, 2, 30, 0, middle);
+    const Column heavy = InkInColumn(image, 2, 30, middle);
     EXPECT_LT(thin.darkest, 64);
     EXPECT_EQ(thin.inked, 1);
     EXPECT_EQ(heavy.inked, c.heavyDots);
   }
 }
 
-// Counts the pixels of a PNG whose channels differ: coloured ones.
-struct PngInk {
+// Counts the pixels whose channels differ (coloured ones) and the dark ones.
+struct Ink {
   int coloured = 0;
   int dark = 0;
 };
 
-PngInk InkOf(const std::string& png) {
-  QImage image(QString::fromStdString(png));
-  PngInk ink;
+Ink InkOf(const QImage& image) {
+  Ink ink;
   for (int y = 0; y < image.height(); ++y) {
     for (int x = 0; x < image.width(); ++x) {
       const QRgb p = image.pixel(x, y);
@@ -296,36 +270,27 @@ TEST(MonochromePlotTest, PdfThroughTheShippedTableHasNoColour) {
   model.entities.push_back(Coloured(MakeLine({50, 10}, {50, 95}, "Vert"), kColorByLayer, 100));
   Solid solid;
   solid.corners = {Vec3{20, 5, 0}, Vec3{40, 5, 0}, Vec3{20, 15, 0}, Vec3{40, 15, 0}};
-  model.entities.push_back(Coloured(testing::MakeEntity(solid), 6));
+  model.entities.push_back(Coloured(MakeEntity(solid), 6));
   d.Reindex();
 
   sheafwork::testing::TempFolder folder;
-  PlotJob job;
-  job.drawing = &d;
-  job.layout = &ModelLayout(d);
-  job.settings = OneToOneSettings(100);
+  PlotJob job = MakeJob(d, ModelLayout(d), OneToOneSettings(100));
   job.settings.flags |= kPlotPlotStyles;
   job.resolutionDpi = 600;
   const auto render = [&](const std::string& name) {
     job.outputPath = folder.File(name + ".pdf");
     RunPlotJob(job);
-    const std::string command =
-        "pdftoppm -r 60 -png -singlefile '" + job.outputPath + "' '" + folder.File(name) + "'";
-    EXPECT_EQ(std::system(command.c_str()), 0) << command;
-    return InkOf(folder.File(name + ".png"));
+    return InkOf(RasterisePdf(job.outputPath, 60, folder.File(name)));
   };
 
-  const PngInk coloured = render("couleurs");
+  const Ink coloured = render("couleurs");
   EXPECT_GT(coloured.coloured, 500);  // the drawing is colourful without the table
 
   job.plotStyles = std::make_shared<const PlotStyleTable>(
       ReadPlotStyleFile(std::string(SHEAFWORK_SOURCE_DIR) + "/data/plotstyles/monochrome.ctb"));
-  const PngInk mono = render("monochrome");
+  const Ink mono = render("monochrome");
   EXPECT_EQ(mono.coloured, 0);
   EXPECT_GT(mono.dark, 500);
-  if (const char* keep = std::getenv("SHEAFWORK_KEEP_PLOTS")) {
-    std::system(("cp '" + folder.File("monochrome.png") + "' '" + keep + "'").c_str());
-  }
 }
 
 }  // namespace

@@ -1,10 +1,15 @@
 #include "embedded/render/render_test_support.h"
 
+#include <gtest/gtest.h>
+
 #include <QPainter>
+#include <QString>
 #include <QtGlobal>
 #include <cmath>
+#include <cstdlib>
 
 #include "embedded/render/paint_sheet.h"
+#include "fakes/cups_queue.h"
 
 namespace sheafwork::embedded::testing {
 
@@ -85,6 +90,35 @@ Entity MakeInsert(const std::string& block, Vec2 at, const std::string& layer) {
   return MakeEntity(insert, layer);
 }
 
+Entity Heavy(Entity e) {
+  e.props.lineweight = 50;
+  return e;
+}
+
+PlotSettings OneToOneSettings(double width, double height) {
+  PlotSettings s = OneToOneSettings(width);
+  s.paperHeight = height;
+  s.windowMax = {width, height};
+  return s;
+}
+
+PlotJob MakeJob(const Drawing& drawing, const Layout& layout, const PlotSettings& settings) {
+  PlotJob job;
+  job.drawing = &drawing;
+  job.layout = &layout;
+  job.settings = settings;
+  return job;
+}
+
+RecordingBackend DrawLayout(const Drawing& drawing, const Layout& layout,
+                            const FrontendOptions& options, FrontendStats* stats) {
+  RecordingBackend backend;
+  Frontend frontend(drawing, backend, options);
+  frontend.DrawLayout(layout, Affine2{});
+  if (stats != nullptr) *stats = frontend.Stats();
+  return backend;
+}
+
 PlotSettings OneToOneSettings(double size) {
   PlotSettings s;
   s.paperWidth = s.paperHeight = size;
@@ -134,11 +168,7 @@ void RecordingBackend::PopClip() { --clipDepth; }
 
 QImage RenderSheet(const Drawing& drawing, const Layout& layout, const PlotSettings& settings,
                    double pixelsPerMm) {
-  PlotJob job;
-  job.drawing = &drawing;
-  job.layout = &layout;
-  job.settings = settings;
-  return RenderJob(job, pixelsPerMm);
+  return RenderJob(MakeJob(drawing, layout, settings), pixelsPerMm);
 }
 
 QImage RenderJob(const PlotJob& job, double pixelsPerMm) {
@@ -172,6 +202,50 @@ std::uint32_t ColorAt(const QImage& image, double k, Vec2 at) {
   const int x = static_cast<int>(std::floor(at.x * k));
   const int y = static_cast<int>(std::floor(image.height() - at.y * k));
   return image.pixel(x, y) & 0xFFFFFFu;
+}
+
+QImage RasterisePdf(const std::string& pdf, int dpi, const std::string& pngStem) {
+  if (std::system("pdftoppm -v >/dev/null 2>&1") != 0) return {};
+  int status = 0;
+  const std::string out = sheafwork::testing::RunCommand(
+      "pdftoppm -png -singlefile -r " + std::to_string(dpi) + " '" + pdf + "' '" + pngStem + "'",
+      status);
+  EXPECT_EQ(status, 0) << out;
+  for (const char* complaint : {"Syntax Error", "Syntax Warning", "xref"}) {
+    EXPECT_EQ(out.find(complaint), std::string::npos) << out;
+  }
+  const QImage image(QString::fromStdString(pngStem + ".png"));
+  EXPECT_FALSE(image.isNull()) << pdf;
+  return image;
+}
+
+std::size_t Count(const std::string& text, const std::string& what) {
+  std::size_t n = 0;
+  for (std::size_t at = text.find(what); at != std::string::npos;
+       at = text.find(what, at + what.size())) {
+    ++n;
+  }
+  return n;
+}
+
+void ExpectNear(Vec2 actual, Vec2 expected, double tolerance) {
+  EXPECT_NEAR(actual.x, expected.x, tolerance);
+  EXPECT_NEAR(actual.y, expected.y, tolerance);
+}
+
+void ExpectNear(const Box2& actual, const Box2& expected, double tolerance) {
+  ASSERT_FALSE(actual.Empty());
+  ExpectNear(actual.min, expected.min, tolerance);
+  ExpectNear(actual.max, expected.max, tolerance);
+}
+
+void ExpectNear(const std::vector<Vec2>& actual, const std::vector<Vec2>& expected,
+                double tolerance) {
+  ASSERT_EQ(actual.size(), expected.size());
+  for (std::size_t i = 0; i < actual.size(); ++i) {
+    SCOPED_TRACE(::testing::Message() << "point " << i);
+    ExpectNear(actual[i], expected[i], tolerance);
+  }
 }
 
 double DarkCovered(const QImage& a, const QImage& b) {

@@ -8,6 +8,7 @@
 
 #include "embedded/model/drawing.h"
 #include "embedded/render/backend.h"
+#include "embedded/render/frontend.h"
 #include "embedded/render/plot_job.h"
 
 namespace sheafwork::embedded::testing {
@@ -27,9 +28,18 @@ Entity MakeEntity(Geometry geometry, const std::string& layer = "0");
 Entity MakeLine(Vec2 from, Vec2 to, const std::string& layer = "0");
 Entity MakeInsert(const std::string& block, Vec2 at, const std::string& layer = "0");
 
+/// `e` with a 0.5 mm pen (lineweight 50), wide enough to find in pixels.
+Entity Heavy(Entity e);
+
 /// Settings plotting the window 0..size × 0..size at 1:1 on a size × size
 /// mm sheet without margins: drawing units are sheet millimetres.
 PlotSettings OneToOneSettings(double size);
+
+/// The same on a width × height mm sheet.
+PlotSettings OneToOneSettings(double width, double height);
+
+/// A job plotting `layout` of `drawing` with `settings`.
+PlotJob MakeJob(const Drawing& drawing, const Layout& layout, const PlotSettings& settings);
 
 struct Recorded {
   enum class Kind { Lines, Polyline, Fill, Point, Text } kind;
@@ -60,6 +70,11 @@ class RecordingBackend final : public Backend {
   std::string layer_;
 };
 
+/// What the frontend hands a backend for `layout`; its counters in `stats`
+/// when given.
+RecordingBackend DrawLayout(const Drawing& drawing, const Layout& layout,
+                            const FrontendOptions& options = {}, FrontendStats* stats = nullptr);
+
 /// Paints `job`'s sheet on a white image, `pixelsPerMm` pixels per sheet
 /// millimetre.
 QImage RenderJob(const PlotJob& job, double pixelsPerMm);
@@ -79,5 +94,18 @@ double DarkCovered(const QImage& a, const QImage& b);
 
 /// The colour at sheet point `at`, 0xRRGGBB.
 std::uint32_t ColorAt(const QImage& image, double pixelsPerMm, Vec2 at);
+
+/// The PDF file `pdf` rasterised by pdftoppm at `dpi` into `pngStem`.png; a
+/// null image when pdftoppm is not installed. Fails the test when poppler
+/// complains about the file.
+QImage RasterisePdf(const std::string& pdf, int dpi, const std::string& pngStem);
+
+/// How many times `what` occurs in `text`.
+std::size_t Count(const std::string& text, const std::string& what);
+
+void ExpectNear(Vec2 actual, Vec2 expected, double tolerance = 1e-9);
+void ExpectNear(const Box2& actual, const Box2& expected, double tolerance = 1e-9);
+void ExpectNear(const std::vector<Vec2>& actual, const std::vector<Vec2>& expected,
+                double tolerance = 1e-9);
 
 }  // namespace sheafwork::embedded::testing

@@ -6,10 +6,13 @@
 #include <string>
 #include <vector>
 
+#include "embedded/render/render_test_support.h"
 #include "text/utf8.h"
 
 namespace sheafwork::embedded {
 namespace {
+
+using testing::ExpectNear;
 
 std::vector<char32_t> CodePoints(std::string_view utf8) {
   std::vector<char32_t> out;
@@ -38,7 +41,7 @@ TEST(StrokeFontTest, EveryGlyphFitsItsCell) {
   for (char32_t c : font.Characters()) {
     const StrokeGlyph* g = font.Find(c);
     ASSERT_NE(g, nullptr);
-    SCOPED_TRACE(testing::Message() << "U+" << std::hex << static_cast<unsigned>(c));
+    SCOPED_TRACE(::testing::Message() << "U+" << std::hex << static_cast<unsigned>(c));
     EXPECT_GT(g->advance, 0.2);
     EXPECT_LT(g->advance, 1.6);
     int total = 0;
@@ -148,19 +151,15 @@ TEST(StrokeFontTest, BoundsFromTheGlyphBoxesAreTheBoxOfTheLaidOutStrokes) {
   const char* texts[] = {"Façade Ø25", "IA", "\xE6\xBC\xA2x\xFF", " "};
   for (const char* text : texts) {
     for (const double tracking : {1.0, 1.3}) {
+      SCOPED_TRACE(text);
       std::vector<Vec2> laid;
       std::vector<int> laidSizes;
       font.AppendStrokes(text, tracking, laid, laidSizes);
       Box2 laidBox;
       for (const Vec2& p : laid) laidBox.Extend(p);
       const Box2 bounds = font.Bounds(text, tracking);
-      EXPECT_EQ(bounds.Empty(), laid.empty()) << text;
-      if (!laid.empty()) {
-        EXPECT_NEAR(bounds.min.x, laidBox.min.x, 1e-12) << text;
-        EXPECT_NEAR(bounds.min.y, laidBox.min.y, 1e-12) << text;
-        EXPECT_NEAR(bounds.max.x, laidBox.max.x, 1e-12) << text;
-        EXPECT_NEAR(bounds.max.y, laidBox.max.y, 1e-12) << text;
-      }
+      EXPECT_EQ(bounds.Empty(), laid.empty());
+      if (!laid.empty()) ExpectNear(bounds, laidBox, 1e-12);
     }
   }
 }

@@ -19,12 +19,7 @@
 namespace sheafwork::embedded {
 namespace {
 
-using testing::MakeDrawing;
-using testing::MakeEntity;
-using testing::ModelLayout;
-using testing::ModelSpace;
-using testing::Recorded;
-using testing::RecordingBackend;
+using namespace testing;
 
 Box2 BoxOf(const std::vector<Recorded>& items, Recorded::Kind kind) {
   Box2 box;
@@ -52,12 +47,9 @@ void AddStyle(Drawing& d, const std::string& name, const std::string& file,
 }
 
 RecordingBackend DrawModel(const Drawing& d, TextMeasure* measure = nullptr) {
-  RecordingBackend rec;
   FrontendOptions options;
   options.textMeasure = measure;
-  Frontend frontend(d, rec, options);
-  frontend.DrawLayout(d.layouts[0], Affine2{});
-  return rec;
+  return DrawLayout(d, d.layouts[0], options);
 }
 
 Text MakeText(const std::string& contents, const std::string& style, Vec2 at, double height) {
@@ -173,13 +165,7 @@ TEST(TextDrawingTest, StrokeTextIsLeftOutOnlyWhenNoneOfItsStrokesReachesTheCullB
     const Box2 far = Box2::Of({-500, -500}, {-400, -400});
     const std::vector<Recorded> kept = draw(map, touching);
     ASSERT_EQ(kept.size(), all.size());
-    for (std::size_t i = 0; i < all.size(); ++i) {
-      ASSERT_EQ(kept[i].points.size(), all[i].points.size());
-      for (std::size_t j = 0; j < all[i].points.size(); ++j) {
-        EXPECT_EQ(kept[i].points[j].x, all[i].points[j].x);
-        EXPECT_EQ(kept[i].points[j].y, all[i].points[j].y);
-      }
-    }
+    for (std::size_t i = 0; i < all.size(); ++i) ExpectNear(kept[i].points, all[i].points, 0);
     EXPECT_TRUE(draw(map, above).empty());
     EXPECT_TRUE(draw(map, far).empty());
   }
@@ -350,27 +336,6 @@ TEST(TextDrawingTest, DefaultTextIsFilledOutlines) {
   }
 }
 
-// Plots `d` to a PDF, rasterised by pdftoppm at `dpi`; an empty image when
-// pdftoppm is missing.
-QImage PlotAndRasterise(const Drawing& d, const sheafwork::testing::TempFolder& folder,
-                        const PlotSettings& settings, int dpi) {
-  PlotJob job;
-  job.drawing = &d;
-  job.layout = &d.layouts[0];
-  job.settings = settings;
-  job.outputPath = folder.File("texte.pdf");
-  job.title = "texte";
-  RunPlotJob(job);
-  const std::string command = "pdftoppm -png -r " + std::to_string(dpi) + " -singlefile '" +
-                              job.outputPath + "' '" + folder.File("texte") + "' 2>/dev/null";
-  if (std::system(command.c_str()) != 0) return {};
-  QImage image(QString::fromStdString(folder.File("texte.png")));
-  if (const char* keep = std::getenv("SHEAFWORK_KEEP_TEXT_PLOTS")) {
-    image.save(QString::fromStdString(std::string(keep) + "/texte.png"));
-  }
-  return image;
-}
-
 // The share of pixels in a box (sheet mm, y up) that are inked.
 double InkShare(const QImage& image, double k, Vec2 from, Vec2 to,
                 std::uint32_t onlyRgb = 0xFFFFFFFF) {
@@ -412,8 +377,11 @@ TEST(TextDrawingTest, PdfPlotShowsFormattedAndShapeFontText) {
   ModelSpace(d).entities.push_back(MakeEntity(m));
   d.Reindex();
   sheafwork::testing::TempFolder folder;
+  PlotJob job = MakeJob(d, ModelLayout(d), OneToOneSettings(200));
+  job.outputPath = folder.File("texte.pdf");
+  RunPlotJob(job);
   const int dpi = 100;
-  const QImage image = PlotAndRasterise(d, folder, testing::OneToOneSettings(200), dpi);
+  const QImage image = RasterisePdf(job.outputPath, dpi, folder.File("texte"));
   if (image.isNull()) GTEST_SKIP() << "pdftoppm is not available";
   const double k = dpi / 25.4;
   // The stroke-font title: ink along its line, nothing just above it.
