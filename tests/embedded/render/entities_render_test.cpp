@@ -34,73 +34,56 @@ std::size_t StrokesOf(const RecordingBackend& rec) {
   return n;
 }
 
-TEST(LinetypeTest, ResolvedLikeColour) {
+TEST(LinetypeTest, ResolvedLikeColourAndScaledByEveryScale) {
   struct Case {
     const char* name;
-    std::string layerLinetype;
-    std::string entityLinetype;
-    std::string insertLinetype;  ///< non-empty: the line sits in a block
-    std::size_t strokes;         ///< a 10-unit line: 4 dashes, or 1 stroke
+    const char* layerLinetype;
+    const char* entityLinetype;
+    const char* insertLinetype;  ///< non-null: the line sits in a block
+    double entityScale, globalScale, blockScale;
+    std::size_t strokes;  ///< a 10-unit line: 4 dashes, or 1 stroke
+    bool dense;           ///< counted as too dense to dash
   };
   const Case cases[] = {
-      {"by layer, dashed layer", "TIRETS", "", "", 4},
-      {"BYLAYER spelt out", "TIRETS", "ByLayer", "", 4},
-      {"named on a continuous layer", "Continuous", "tirets", "", 4},
-      {"Continuous on a dashed layer", "TIRETS", "CONTINUOUS", "", 1},
-      {"unknown name", "TIRETS", "NULLE_PART", "", 1},
-      {"by block at the top", "Continuous", "BYBLOCK", "", 1},
-      {"by block in a dashed reference", "Continuous", "BYBLOCK", "TIRETS", 4},
-      {"by block in a reference by layer", "TIRETS", "BYBLOCK", "BYLAYER", 4},
-      {"own linetype in a dashed reference", "Continuous", "Continuous", "TIRETS", 1},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    Drawing d = DashedDrawing();
-    Layer& layer = AddLayer(d, "Axes");
-    layer.linetype = c.layerLinetype;
-    Entity line = MakeLine({0, 0}, {10, 0}, "Axes");
-    line.props.linetype = c.entityLinetype;
-    if (c.insertLinetype.empty()) {
-      ModelSpace(d).entities.push_back(line);
-    } else {
-      AddBlock(d, "B").entities.push_back(line);
-      Entity insert = MakeInsert("B", {0, 0}, "Axes");
-      insert.props.linetype = c.insertLinetype;
-      ModelSpace(d).entities.push_back(insert);
-    }
-    d.Reindex();
-    EXPECT_EQ(StrokesOf(DrawLayout(d, ModelLayout(d))), c.strokes);
-  }
-}
-
-TEST(LinetypeTest, ScalesMultiplyAndCirclesAreDashedToo) {
-  struct Case {
-    const char* name;
-    double entityScale;
-    double globalScale;
-    double blockScale;
-    std::size_t strokes;
-  };
-  const Case cases[] = {
-      {"1 × 1", 1, 1, 1, 4},         // 0-2, 3-5, 6-8, 9-10
-      {"2 × 0.5", 2, 0.5, 1, 4},     // the same
-      {"entity 2", 2, 1, 1, 2},      // 0-4, 6-10
-      {"global 0.5", 1, 0.5, 1, 7},  // 1.5 long: 0-1, 1.5-2.5, ... 9-10
-      {"in a block scaled 2", 1, 1, 2, 2},
+      {"by layer, dashed layer", "TIRETS", "", nullptr, 1, 1, 1, 4, false},
+      {"BYLAYER spelt out", "TIRETS", "ByLayer", nullptr, 1, 1, 1, 4, false},
+      {"named on a continuous layer", "Continuous", "tirets", nullptr, 1, 1, 1, 4, false},
+      {"Continuous on a dashed layer", "TIRETS", "CONTINUOUS", nullptr, 1, 1, 1, 1, false},
+      {"unknown name", "TIRETS", "NULLE_PART", nullptr, 1, 1, 1, 1, false},
+      {"by block at the top", "Continuous", "BYBLOCK", nullptr, 1, 1, 1, 1, false},
+      {"by block in a dashed reference", "Continuous", "BYBLOCK", "TIRETS", 1, 1, 1, 4, false},
+      {"by block in a reference by layer", "TIRETS", "BYBLOCK", "BYLAYER", 1, 1, 1, 4, false},
+      {"own linetype in a dashed reference", "Continuous", "Continuous", "TIRETS", 1, 1, 1, 1,
+       false},
+      // 0-2, 3-5, 6-8, 9-10 at 1 × 1 or 2 × 0.5; 0-4, 6-10 at 2; dashes 1.5
+      // long at 0.5: 0-1, 1.5-2.5, ... 9-10.
+      {"entity 2 × global 0.5", "Continuous", "TIRETS", nullptr, 2, 0.5, 1, 4, false},
+      {"entity 2", "Continuous", "TIRETS", nullptr, 2, 1, 1, 2, false},
+      {"global 0.5", "Continuous", "TIRETS", nullptr, 1, 0.5, 1, 7, false},
+      {"in a block scaled 2", "Continuous", "TIRETS", "", 1, 1, 2, 2, false},
+      {"too dense: continuous", "Continuous", "TIRETS", nullptr, 1, 1e-9, 1, 1, true},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
     Drawing d = DashedDrawing();
     d.header.ltScale = c.globalScale;
-    Entity line = MakeLine({0, 0}, {10 / c.blockScale, 0});
-    line.props.linetype = "TIRETS";
+    AddLayer(d, "Axes").linetype = c.layerLinetype;
+    Entity line = MakeLine({0, 0}, {10 / c.blockScale, 0}, "Axes");
+    line.props.linetype = c.entityLinetype;
     line.props.linetypeScale = c.entityScale;
-    AddBlock(d, "B").entities.push_back(line);
-    Entity insert = MakeInsert("B", {0, 0});
-    std::get<Insert>(insert.geometry).scale = {c.blockScale, c.blockScale, 1};
-    ModelSpace(d).entities.push_back(insert);
+    if (c.insertLinetype == nullptr) {
+      ModelSpace(d).entities.push_back(line);
+    } else {
+      AddBlock(d, "B").entities.push_back(line);
+      Entity insert = MakeInsert("B", {0, 0}, "Axes");
+      insert.props.linetype = c.insertLinetype;
+      std::get<Insert>(insert.geometry).scale = {c.blockScale, c.blockScale, 1};
+      ModelSpace(d).entities.push_back(insert);
+    }
     d.Reindex();
-    EXPECT_EQ(StrokesOf(DrawLayout(d, ModelLayout(d))), c.strokes);
+    FrontendStats stats;
+    EXPECT_EQ(StrokesOf(DrawLayout(d, ModelLayout(d), {}, &stats)), c.strokes);
+    EXPECT_EQ(stats.denseLinetypes, c.dense ? 1u : 0u);
   }
   // A dashed circle is cut, not handed over as one arc.
   Drawing d = DashedDrawing();
@@ -156,18 +139,6 @@ TEST(LinetypeTest, PaperScaledInViewportsWhenAsked) {
     // The frame, then the line: 4 dashes of 2 mm, or 34 of 0.2 mm.
     EXPECT_EQ(StrokesOf(rec) - 1, paper ? 4u : 34u);
   }
-}
-
-TEST(LinetypeTest, TooDensePatternDrawsContinuousAndIsCounted) {
-  Drawing d = DashedDrawing();
-  d.header.ltScale = 1e-9;
-  Entity line = MakeLine({0, 0}, {100, 0});
-  line.props.linetype = "TIRETS";
-  ModelSpace(d).entities.push_back(line);
-  d.Reindex();
-  FrontendStats stats;
-  EXPECT_EQ(StrokesOf(DrawLayout(d, ModelLayout(d), {}, &stats)), 1u);
-  EXPECT_EQ(stats.denseLinetypes, 1u);
 }
 
 TEST(PointDisplayTest, ModeAndSizeFromTheHeader) {

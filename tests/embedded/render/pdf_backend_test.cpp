@@ -20,12 +20,12 @@ using sheafwork::testing::TempFolder;
 
 // What a PdfBackend writes for `draw`, all in one text.
 template <typename Draw>
-std::string ContentOf(Draw draw) {
+std::string ContentOf(Draw draw, pdf::OptionalContent* layers = nullptr) {
   std::string text;
   {
     pdf::ContentStream page([&](std::string chunk) { text += chunk; }, std::size_t{1} << 20);
     {
-      PdfBackend backend(page, "/F1");
+      PdfBackend backend(page, "/F1", layers);
       draw(backend);
     }
     page.Finish();
@@ -99,26 +99,22 @@ TEST(PdfBackendTest, LayersMarkWhatTheyDrawWithoutCrossingAClip) {
   const Vec2 high[] = {{0, 5}, {10, 5}};
   const Vec2 square[] = {{0, 0}, {20, 0}, {20, 20}, {0, 20}};
   pdf::OptionalContent layers;
-  std::string text;
-  {
-    pdf::ContentStream page([&](std::string chunk) { text += chunk; }, std::size_t{1} << 20);
-    {
-      PdfBackend b(page, "/F1", &layers);
-      b.BeginLayer("Murs");
-      b.DrawLines(low, kBlack);
-      b.BeginLayer("Murs");
-      b.DrawLines(high, kBlack);  // the same layer's path goes on
-      b.PushClip(square);
-      b.DrawLines(low, kBlack);
-      b.PopClip();
-      b.BeginLayer("Cotes");
-      b.DrawPoint({1, 1}, kRed);
-      b.BeginLayer("Vide");  // draws nothing: no group
-      b.BeginLayer("Murs");
-      b.DrawLines(high, kBlack);
-    }
-    page.Finish();
-  }
+  const std::string text = ContentOf(
+      [&](Backend& b) {
+        b.BeginLayer("Murs");
+        b.DrawLines(low, kBlack);
+        b.BeginLayer("Murs");
+        b.DrawLines(high, kBlack);  // the same layer's path goes on
+        b.PushClip(square);
+        b.DrawLines(low, kBlack);
+        b.PopClip();
+        b.BeginLayer("Cotes");
+        b.DrawPoint({1, 1}, kRed);
+        b.BeginLayer("Vide");  // draws nothing: no group
+        b.BeginLayer("Murs");
+        b.DrawLines(high, kBlack);
+      },
+      &layers);
   std::vector<std::string> marks;
   std::vector<std::string> open;  // "q" and "BDC" not yet ended
   std::string previous;

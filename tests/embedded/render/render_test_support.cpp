@@ -139,24 +139,29 @@ void RecordingBackend::Add(Recorded item) {
 void RecordingBackend::BeginLayer(std::string_view name) { layer_.assign(name); }
 
 void RecordingBackend::DrawLines(std::span<const Vec2> pairs, const Style& style) {
-  Add({Recorded::Kind::Lines, {pairs.begin(), pairs.end()}, style, {}});
+  Add({Recorded::Kind::Lines, {pairs.begin(), pairs.end()}, style, {}, {}});
 }
 
 void RecordingBackend::DrawPolyline(std::span<const Vec2> points, bool, const Style& style) {
-  Add({Recorded::Kind::Polyline, {points.begin(), points.end()}, style, {}});
+  Add({Recorded::Kind::Polyline, {points.begin(), points.end()}, style, {}, {}});
 }
 
-void RecordingBackend::FillLoops(std::span<const Vec2> points, std::span<const int>,
+void RecordingBackend::FillLoops(std::span<const Vec2> points, std::span<const int> loopSizes,
                                  const Style& style) {
-  Add({Recorded::Kind::Fill, {points.begin(), points.end()}, style, {}});
+  Add({Recorded::Kind::Fill,
+       {points.begin(), points.end()},
+       style,
+       {},
+       {loopSizes.begin(), loopSizes.end()}});
 }
 
 void RecordingBackend::DrawPoint(Vec2 at, const Style& style) {
-  Add({Recorded::Kind::Point, {at}, style, {}});
+  Add({Recorded::Kind::Point, {at}, style, {}, {}});
 }
 
 void RecordingBackend::DrawText(const TextRun& text, const Style& style) {
-  Add({Recorded::Kind::Text, {text.toSheet.Apply({0, 0})}, style, std::string(text.text)});
+  if (outlineText) return Backend::DrawText(text, style);
+  Add({Recorded::Kind::Text, {text.toSheet.Apply({0, 0})}, style, std::string(text.text), {}});
 }
 
 void RecordingBackend::PushClip(std::span<const Vec2>) {

@@ -46,6 +46,7 @@ struct Recorded {
   std::vector<Vec2> points;
   Style style;
   std::string text;
+  std::vector<int> loopSizes;  ///< of a fill
 };
 
 class RecordingBackend final : public Backend {
@@ -60,6 +61,8 @@ class RecordingBackend final : public Backend {
   void PopClip() override;
   void BeginLayer(std::string_view name) override;
 
+  /// Text is handed on to the default backend, which fills its outlines.
+  bool outlineText = false;
   std::vector<Recorded> items;
   std::vector<std::string> layers;  ///< the layer each item was drawn on
   int clipDepth = 0;

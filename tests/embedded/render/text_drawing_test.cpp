@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <numeric>
 #include <string>
 #include <vector>
 
@@ -285,30 +286,6 @@ TEST(TextDrawingTest, TogglesDrawLinesAlongSingleLineText) {
   EXPECT_NEAR(line.min.y, -2, 1e-9);
 }
 
-// A backend with no text of its own: text arrives as filled outlines.
-class OutlineBackend final : public Backend {
- public:
-  void DrawLines(std::span<const Vec2>, const Style&) override {}
-  void DrawPolyline(std::span<const Vec2>, bool, const Style&) override {}
-  void FillLoops(std::span<const Vec2> points, std::span<const int> sizes,
-                 const Style& style) override {
-    for (const Vec2& p : points) box.Extend(p);
-    for (int s : sizes) {
-      loops += 1;
-      total += s;
-    }
-    count += points.size();
-    rgb = style.rgb;
-  }
-  void DrawPoint(Vec2, const Style&) override {}
-
-  Box2 box;
-  int loops = 0;
-  int total = 0;
-  std::size_t count = 0;
-  std::uint32_t rgb = 0;
-};
-
 TEST(TextDrawingTest, DefaultTextIsFilledOutlines) {
   EnsureGuiApplication();
   struct Case {
@@ -318,21 +295,30 @@ TEST(TextDrawingTest, DefaultTextIsFilledOutlines) {
   // "HI" 10 high at (50, 20): about 15 wide in a sans-serif face.
   const Case cases[] = {{0, 50, 80}, {2, 20, 50}};
   for (const Case& c : cases) {
-    OutlineBackend backend;
+    RecordingBackend backend;
+    backend.outlineText = true;  // a backend with no text of its own
     TextRun run;
     run.text = "HI";
     run.height = 10;
     run.horizontalAlign = c.horizontal;
     run.toSheet = Affine2::Translation(50, 20);
     backend.DrawText(run, Style{0x00FF00, 0.25});
-    EXPECT_GE(backend.loops, 2);  // one outline per letter at least
-    EXPECT_EQ(static_cast<std::size_t>(backend.total), backend.count);
-    EXPECT_EQ(backend.rgb, 0x00FF00u);
-    EXPECT_NEAR(backend.box.min.y, 20, 0.1);  // on the baseline
-    EXPECT_NEAR(backend.box.max.y, 30, 0.3);  // cap height 10
-    EXPECT_GE(backend.box.min.x, c.left);
-    EXPECT_LE(backend.box.max.x, c.right);
-    EXPECT_GT(backend.box.max.x - backend.box.min.x, 8);
+    ASSERT_FALSE(backend.items.empty());
+    std::size_t loops = 0;
+    for (const Recorded& r : backend.items) {
+      ASSERT_EQ(r.kind, Recorded::Kind::Fill);
+      EXPECT_EQ(r.style.rgb, 0x00FF00u);
+      EXPECT_EQ(std::accumulate(r.loopSizes.begin(), r.loopSizes.end(), std::size_t{0}),
+                r.points.size());
+      loops += r.loopSizes.size();
+    }
+    EXPECT_GE(loops, 2u);  // one outline per letter at least
+    const Box2 box = BoxOf(backend.items, Recorded::Kind::Fill);
+    EXPECT_NEAR(box.min.y, 20, 0.1);  // on the baseline
+    EXPECT_NEAR(box.max.y, 30, 0.3);  // cap height 10
+    EXPECT_GE(box.min.x, c.left);
+    EXPECT_LE(box.max.x, c.right);
+    EXPECT_GT(box.max.x - box.min.x, 8);
   }
 }
 
