@@ -161,12 +161,5 @@ TEST(PointStyleTest, SymbolsByMode) {
   ExpectNear(tick, {{0, 0}, {0, 2}});  // upwards from the point
 }
 
-TEST(PointStyleTest, SizeAbsoluteOrRelativeToTheView) {
-  EXPECT_DOUBLE_EQ(PointSymbolSize(3, 200), 3);
-  EXPECT_DOUBLE_EQ(PointSymbolSize(0, 200), 10);  // 5 %
-  EXPECT_DOUBLE_EQ(PointSymbolSize(-2, 200), 4);  // 2 %
-  EXPECT_DOUBLE_EQ(PointSymbolSize(-10, 50), 5);
-}
-
 }  // namespace
 }  // namespace sheafwork::embedded

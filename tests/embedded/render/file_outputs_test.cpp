@@ -6,7 +6,6 @@
 #include <QPainter>
 #include <QSvgRenderer>
 #include <cmath>
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 

@@ -10,6 +10,7 @@
 
 #include "embedded/render/paint_sheet.h"
 #include "fakes/cups_queue.h"
+#include "text/utf8.h"
 
 namespace sheafwork::embedded::testing {
 
@@ -108,6 +109,12 @@ PlotJob MakeJob(const Drawing& drawing, const Layout& layout, const PlotSettings
   job.layout = &layout;
   job.settings = settings;
   return job;
+}
+
+double FixedMeasure::Advance(const FontFace&, std::string_view text) {
+  double n = 0;
+  for (std::size_t i = 0; i < text.size(); i += DecodeUtf8(text, i).length) n += 1;
+  return n;
 }
 
 RecordingBackend DrawLayout(const Drawing& drawing, const Layout& layout,

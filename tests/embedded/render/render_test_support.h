@@ -10,6 +10,7 @@
 #include "embedded/render/backend.h"
 #include "embedded/render/frontend.h"
 #include "embedded/render/plot_job.h"
+#include "embedded/render/text_layout.h"
 
 namespace sheafwork::embedded::testing {
 
@@ -71,6 +72,12 @@ class RecordingBackend final : public Backend {
  private:
   void Add(Recorded item);
   std::string layer_;
+};
+
+/// Measures every character one unit wide, whatever its font.
+class FixedMeasure final : public TextMeasure {
+ public:
+  double Advance(const FontFace& face, std::string_view text) override;
 };
 
 /// What the frontend hands a backend for `layout`; its counters in `stats`

@@ -185,13 +185,6 @@ TEST(TextDrawingTest, TrueTypeTextStaysOneRun) {
   for (const Recorded& r : rec.items) EXPECT_EQ(r.kind, Recorded::Kind::Text);
 }
 
-class FixedMeasure final : public TextMeasure {
- public:
-  double Advance(const FontFace&, std::string_view text) override {
-    return static_cast<double>(text.size());
-  }
-};
-
 TEST(TextDrawingTest, MTextRunsCarryTheirColourAndPlace) {
   Drawing d = MakeDrawing();
   AddStyle(d, "Arial", "arial.ttf");

@@ -5,20 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "text/utf8.h"
+#include "embedded/render/render_test_support.h"
 
 namespace sheafwork::embedded {
 namespace {
 
-// Every character one cap height wide.
-class FixedMeasure final : public TextMeasure {
- public:
-  double Advance(const FontFace&, std::string_view text) override {
-    double n = 0;
-    for (std::size_t i = 0; i < text.size(); i += DecodeUtf8(text, i).length) n += 1;
-    return n;
-  }
-};
+using testing::FixedMeasure;  // every character one cap height wide
 
 MTextFormat Base(double height = 1) {
   MTextFormat f;
