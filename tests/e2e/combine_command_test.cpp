@@ -58,24 +58,7 @@ void ExpectSamePicture(const Greys& a, const Greys& b) {
   EXPECT_LE(differing, a.pixels.size() / 200) << "of " << a.pixels.size() << " pixels";
 }
 
-class CombineCommand : public ::testing::Test {
- protected:
-  void SetUp() override {
-    plans_ = CopyExamplePlans(folder_);
-    out_ = folder_.File("sorties");
-    std::filesystem::create_directories(out_);
-    list_ = folder_.File("lot.qx3");
-  }
-  void List(const std::string& args) {
-    const ProgramRun run = Sheafwork("list " + args, folder_);
-    ASSERT_EQ(run.status, 0) << args << "\n" << run.err;
-  }
-  std::string Plan(const std::string& name) const { return plans_ + "/" + name; }
-  std::string Out(const std::string& name) const { return out_ + "/" + name; }
-
-  testing::TempFolder folder_;
-  std::string plans_, out_, list_;
-};
+using CombineCommand = ExampleListTest;
 
 TEST_F(CombineCommand, GathersEverySheetPlottedInPlotOrder) {
   const std::string rdc = Plan("rez-de-chaussee.dxf");
