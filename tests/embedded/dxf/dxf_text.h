@@ -1,10 +1,14 @@
 #pragma once
-// Builds small DXF texts for the tests: tags as "code\nvalue\n".
+// Builds small DXF texts for the tests: tags as "code\nvalue\n"; reads
+// drawings made of them.
 
 #include <initializer_list>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
+
+#include "embedded/dxf/reader.h"
 
 namespace sheafwork::embedded::testing {
 
@@ -28,5 +32,17 @@ inline std::string Section(std::string_view name, const std::string& body) {
 inline std::string EndOfFile() { return Tags({{0, "EOF"}}); }
 
 inline std::string Header(TagList vars) { return Section("HEADER", Tags(vars)); }
+
+/// A release 2000 drawing of `entities`, after `tables`, before `objects`.
+inline Drawing ReadEntities(const std::string& entities, const std::string& tables = "",
+                            const std::string& objects = "") {
+  return ReadDxf(Header({{9, "$ACADVER"}, {1, "AC1015"}}) + tables + Section("ENTITIES", entities) +
+                     (objects.empty() ? std::string() : Section("OBJECTS", objects)) + EndOfFile(),
+                 "e.dxf");
+}
+
+inline const std::vector<Entity>& ModelEntities(const Drawing& d) {
+  return d.FindBlock("*Model_Space")->entities;
+}
 
 }  // namespace sheafwork::embedded::testing

@@ -14,19 +14,10 @@ namespace sheafwork::embedded {
 namespace {
 
 using testing::EndOfFile;
-using testing::Header;
+using testing::ModelEntities;
+using testing::ReadEntities;
 using testing::Section;
 using testing::Tags;
-
-Drawing ReadEntities(const std::string& entities, const std::string& tables = "") {
-  return ReadDxf(Header({{9, "$ACADVER"}, {1, "AC1015"}}) + tables + Section("ENTITIES", entities) +
-                     EndOfFile(),
-                 "e.dxf");
-}
-
-const std::vector<Entity>& ModelEntities(const Drawing& d) {
-  return d.FindBlock("*Model_Space")->entities;
-}
 
 template <typename T>
 const T& Only(const Drawing& d) {

@@ -13,20 +13,15 @@
 namespace sheafwork::embedded {
 namespace {
 
-using testing::EndOfFile;
-using testing::Header;
-using testing::Section;
 using testing::Tags;
 
 Drawing Read(const std::string& entities, const std::string& objects = "") {
-  return ReadDxf(Header({{9, "$ACADVER"}, {1, "AC1015"}}) + Section("ENTITIES", entities) +
-                     (objects.empty() ? std::string() : Section("OBJECTS", objects)) + EndOfFile(),
-                 "w.dxf");
+  return testing::ReadEntities(entities, "", objects);
 }
 
-const Entity& First(const Drawing& d) { return d.FindBlock("*Model_Space")->entities.at(0); }
+const Entity& First(const Drawing& d) { return testing::ModelEntities(d).at(0); }
 
-std::string WipeoutTags(const std::string& clipTags) {
+std::string WipeoutTags(const std::string& clipTags, const char* clipping = "1") {
   return Tags({{0, "WIPEOUT"},
                {5, "3A"},
                {100, "AcDbEntity"},
@@ -46,7 +41,7 @@ std::string WipeoutTags(const std::string& clipTags) {
                {23, "1"},
                {340, "0"},
                {70, "7"},
-               {280, "1"},
+               {280, clipping},
                {281, "50"},
                {282, "50"},
                {283, "0"},
@@ -91,28 +86,26 @@ TEST(ReaderWipeout, RectangleBoundaryClippingOffAndFrameSetting) {
     const char* name;
     std::string clip;
     std::string objects;
+    const char* clippingState;
     bool clipping;
     std::int16_t frame;
   };
   const Case cases[] = {
       {"rectangle, no frame object",
-       Tags({{71, "1"}, {91, "2"}, {14, "-0.5"}, {24, "-0.5"}, {14, "0.5"}, {24, "0.5"}}), "", true,
-       0},
-      {"frame shown", Tags({{71, "1"}, {91, "0"}}), frameVariables, true, 1},
+       Tags({{71, "1"}, {91, "2"}, {14, "-0.5"}, {24, "-0.5"}, {14, "0.5"}, {24, "0.5"}}), "", "1",
+       true, 0},
+      {"frame shown", Tags({{71, "1"}, {91, "0"}}), frameVariables, "1", true, 1},
+      // Clipping state 0 is kept: the whole image is masked then.
+      {"clipping off", Tags({{71, "1"}, {91, "0"}}), "", "0", false, 0},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    const Drawing d = Read(WipeoutTags(c.clip), c.objects);
+    const Drawing d = Read(WipeoutTags(c.clip, c.clippingState), c.objects);
     const auto& w = std::get<Wipeout>(First(d).geometry);
     EXPECT_EQ(w.clipType, 1);
     EXPECT_EQ(w.clipping, c.clipping);
     EXPECT_EQ(d.header.wipeoutFrame, c.frame);
   }
-  // Clipping state 0 is kept: the whole image is masked then.
-  std::string off = WipeoutTags("");
-  off.replace(off.find("280\n1\n"), 6, "280\n0\n");
-  const Drawing d = Read(off);
-  EXPECT_FALSE(std::get<Wipeout>(First(d).geometry).clipping);
 }
 
 TEST(ReaderPolylines, LinetypeGenerationFlagOfBothKinds) {

@@ -365,12 +365,6 @@ TEST(ReaderBinary, BinaryAndAsciiFormsReadAlike) {
   EXPECT_EQ(insert.attributes[0].text.text, "P1");
   const auto& vp = std::get<Viewport>(binary.FindBlock("*Paper_Space")->entities.at(0).geometry);
   EXPECT_EQ(vp.viewHeight, 300);
-
-  const Drawing later = read("r2000_binary.dxf");
-  ASSERT_EQ(later.layouts.size(), 2u);
-  EXPECT_EQ(later.layouts[1].name, "Layout1");
-  EXPECT_EQ(later.layouts[1].settings.paperWidth, 210);
-  EXPECT_EQ(later.FindTextStyle("Standard")->trueTypeFamily, "Arial");
 }
 
 std::string LayerRecord(const char* name, const char* color, const char* flags, const char* plot) {
