@@ -31,6 +31,12 @@ inline std::string Section(std::string_view name, const std::string& body) {
 
 inline std::string EndOfFile() { return Tags({{0, "EOF"}}); }
 
+/// An entity's first tags as writers of release 2000 or later put them down:
+/// its type, the entity subclass on layer 0, then its own subclass.
+inline std::string EntityStart(std::string_view type, std::string_view subclass) {
+  return Tags({{0, type}, {100, "AcDbEntity"}, {8, "0"}, {100, subclass}});
+}
+
 inline std::string Header(TagList vars) { return Section("HEADER", Tags(vars)); }
 
 /// A release 2000 drawing of `entities`, after `tables`, before `objects`.

@@ -13,6 +13,7 @@
 namespace sheafwork::embedded {
 namespace {
 
+using testing::EntityStart;
 using testing::Tags;
 
 Drawing Read(const std::string& entities, const std::string& objects = "") {
@@ -116,39 +117,27 @@ TEST(ReaderPolylines, LinetypeGenerationFlagOfBothKinds) {
     bool closed;
   };
   const auto lw = [](const char* flags) {
-    return Tags({{0, "LWPOLYLINE"},
-                 {100, "AcDbEntity"},
-                 {8, "0"},
-                 {100, "AcDbPolyline"},
-                 {90, "2"},
-                 {70, flags},
-                 {10, "0"},
-                 {20, "0"},
-                 {10, "5"},
-                 {20, "0"}});
+    return EntityStart("LWPOLYLINE", "AcDbPolyline") +
+           Tags({{90, "2"}, {70, flags}, {10, "0"}, {20, "0"}, {10, "5"}, {20, "0"}});
   };
   const auto old = [](const char* flags) {
-    return Tags({{0, "POLYLINE"},
-                 {100, "AcDbEntity"},
-                 {8, "0"},
-                 {100, "AcDb2dPolyline"},
-                 {66, "1"},
-                 {70, flags},
-                 {0, "VERTEX"},
-                 {100, "AcDbEntity"},
-                 {8, "0"},
-                 {100, "AcDbVertex"},
-                 {100, "AcDb2dVertex"},
-                 {10, "0"},
-                 {20, "0"},
-                 {0, "VERTEX"},
-                 {100, "AcDbEntity"},
-                 {8, "0"},
-                 {100, "AcDbVertex"},
-                 {100, "AcDb2dVertex"},
-                 {10, "5"},
-                 {20, "0"},
-                 {0, "SEQEND"}});
+    return EntityStart("POLYLINE", "AcDb2dPolyline") + Tags({{66, "1"},
+                                                             {70, flags},
+                                                             {0, "VERTEX"},
+                                                             {100, "AcDbEntity"},
+                                                             {8, "0"},
+                                                             {100, "AcDbVertex"},
+                                                             {100, "AcDb2dVertex"},
+                                                             {10, "0"},
+                                                             {20, "0"},
+                                                             {0, "VERTEX"},
+                                                             {100, "AcDbEntity"},
+                                                             {8, "0"},
+                                                             {100, "AcDbVertex"},
+                                                             {100, "AcDb2dVertex"},
+                                                             {10, "5"},
+                                                             {20, "0"},
+                                                             {0, "SEQEND"}});
   };
   const Case cases[] = {
       {"light, 128", lw("128"), true, false}, {"light, 129", lw("129"), true, true},
