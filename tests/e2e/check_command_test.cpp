@@ -45,22 +45,20 @@ std::string Joined(const std::vector<std::string>& lines) {
 using CheckCommand = ExampleListTest;
 
 TEST_F(CheckCommand, ReportsEachMissingPieceOnItsRowAndNothingForAGoodRow) {
-  const std::string list = Quoted(list_);
-  const std::string rdc = Quoted(Plan("rez-de-chaussee.dxf"));
-  const std::string facades = Quoted(Plan("facades.dxf"));
+  const std::string rdc = Plan("rez-de-chaussee.dxf");
+  const std::string facades = Plan("facades.dxf");
 
   // The first row keeps every default: nothing to report.
-  List("new " + list + " " + rdc);
-  List("add " + list + " " + rdc + " --layout 'Plan A3' --setup 'A3 paysage' --device PDF.pc3");
-  List("add " + list + " " + rdc + " --layout 'Coupe BB' --device PDF.pc3");
-  List("add " + list + " " + rdc + " --layout 'Plan A3' --setup 'A0 portrait' --device PDF.pc3");
-  List("add " + list + " " + facades + " --layout 'Façade nord' --device PDF.pc3");
-  List("add " + list + " " + facades + " --layout 'Toutes les présentations'");
-  List("add " + list + " " + Quoted(Plan("etage.dxf")) +
-       " --layout 'Plan étage' --device 'Traceur-absent.pc3'");
-  List("add " + list + " " + Quoted(Plan("sous-sol.dxf")) + " --device PDF.pc3");
+  List("new " + Quoted(list_) + " " + Quoted(rdc));
+  AddRow(rdc, " --layout 'Plan A3' --setup 'A3 paysage' --device PDF.pc3");
+  AddRow(rdc, " --layout 'Coupe BB' --device PDF.pc3");
+  AddRow(rdc, " --layout 'Plan A3' --setup 'A0 portrait' --device PDF.pc3");
+  AddRow(facades, " --layout 'Façade nord' --device PDF.pc3");
+  AddRow(facades, " --layout 'Toutes les présentations'");
+  AddRow(Plan("etage.dxf"), " --layout 'Plan étage' --device 'Traceur-absent.pc3'");
+  AddRow(Plan("sous-sol.dxf"), " --device PDF.pc3");
 
-  const ProgramRun run = Sheafwork("check " + list, folder_);
+  const ProgramRun run = Sheafwork("check " + Quoted(list_), folder_);
   EXPECT_EQ(run.status, 1) << run.err;
 
   const std::string font = LoadResourceText(ids::kTestMissingFont) + "archi-perso.shx";

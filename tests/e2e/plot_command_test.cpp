@@ -65,18 +65,16 @@ TEST_F(PlotCommand, PlotsEveryLayoutOfAGoodListToItsSheet) {
   // A new list's row keeps every default: the layout active when the
   // drawing was saved ("Plan A3"), its own device, its own output file.
   List("new " + Quoted(list_) + " " + Quoted(rdc));
-  List("add " + Quoted(list_) + " " + Quoted(rdc) + " --layout 'Plan A3' --device PDF.pc3" +
-       " --plot-file " + Quoted(Out("rdc-a3.pdf")));
+  AddRow(rdc, " --layout 'Plan A3' --device PDF.pc3 --plot-file " + Quoted(Out("rdc-a3.pdf")));
   // A named page setup of the drawing turns the A1 layout into an A3 sheet.
-  List("add " + Quoted(list_) + " " + Quoted(rdc) + " --layout 'Plan A1' --setup 'A3 paysage'" +
-       " --plot-file " + Quoted(Out("rdc-a1-en-a3.pdf")));
-  List("add " + Quoted(list_) + " " + Quoted(rdc) + " --layout 'Plan A1' --plot-file " +
-       Quoted(Out("rdc-a1.pdf")));
-  List("add " + Quoted(list_) + " " + Quoted(Plan("etage.dxf")) +
-       " --layout 'Toutes les présentations' --plot-file " + Quoted(Out("etage.pdf")));
+  AddRow(rdc,
+         " --layout 'Plan A1' --setup 'A3 paysage' --plot-file " + Quoted(Out("rdc-a1-en-a3.pdf")));
+  AddRow(rdc, " --layout 'Plan A1' --plot-file " + Quoted(Out("rdc-a1.pdf")));
+  AddRow(Plan("etage.dxf"),
+         " --layout 'Toutes les présentations' --plot-file " + Quoted(Out("etage.pdf")));
   // A page setup taken from another drawing.
-  List("add " + Quoted(list_) + " " + Quoted(Plan("facades.dxf")) + " --layout 'Façade sud'" +
-       " --setup " + Quoted(rdc + "|A1 paysage") + " --plot-file " + Quoted(Out("sud-a1.pdf")));
+  AddRow(Plan("facades.dxf"), " --layout 'Façade sud' --setup " + Quoted(rdc + "|A1 paysage") +
+                                  " --plot-file " + Quoted(Out("sud-a1.pdf")));
   SetLogs();
 
   const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
@@ -129,7 +127,7 @@ TEST_F(PlotCommand, PlotsEveryLayoutOfAGoodListToItsSheet) {
 TEST_F(PlotCommand, ImageDrawingAndPlotterDevicesWriteTheirFilesBesideTheDrawing) {
   const std::string rdc = Plan("rez-de-chaussee.dxf");
   for (const char* device : {"PNG.pc3", "SVG.pc3", "HPGL2.pc3"}) {
-    List("add " + Quoted(list_) + " " + Quoted(rdc) + " --layout 'Plan A3' --device " + device);
+    AddRow(rdc, std::string(" --layout 'Plan A3' --device ") + device);
   }
   SetLogs();
   const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
@@ -166,11 +164,10 @@ TEST_F(PlotCommand, AFailingRowIsLoggedAndTheRunGoesOn) {
   const std::string rdc = Plan("rez-de-chaussee.dxf");
   const std::string missing = Plan("sous-sol.dxf");
   List("new " + Quoted(list_) + " " + Quoted(missing));
-  List("add " + Quoted(list_) + " " + Quoted(rdc) + " --layout 'Coupe BB' --plot-file " +
-       Quoted(Out("coupe.pdf")));
-  List("add " + Quoted(list_) + " " + Quoted(Plan("ancien-r12.dxf")) +
-       " --layout 'Toutes les présentations' --device PDF.pc3 --plot-file " +
-       Quoted(Out("ancien.pdf")));
+  AddRow(rdc, " --layout 'Coupe BB' --plot-file " + Quoted(Out("coupe.pdf")));
+  AddRow(Plan("ancien-r12.dxf"),
+         " --layout 'Toutes les présentations' --device PDF.pc3 --plot-file " +
+             Quoted(Out("ancien.pdf")));
   SetLogs();
 
   const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
@@ -205,8 +202,8 @@ TEST_F(PlotCommand, AFailingRowIsLoggedAndTheRunGoesOn) {
 // lines and shape-font text must not need it, a plot with TrueType text
 // (which Qt lays out) does.
 TEST_F(PlotCommand, APdfOfLinesAndShapeFontTextDoesNotStartQt) {
-  List("add " + Quoted(list_) + " " + Quoted(Plan("facades.dxf")) +
-       " --layout 'Façade nord' --device PDF.pc3 --plot-file " + Quoted(Out("nord.pdf")));
+  AddRow(Plan("facades.dxf"),
+         " --layout 'Façade nord' --device PDF.pc3 --plot-file " + Quoted(Out("nord.pdf")));
   const std::string withTrueType = folder_.File("texte.qx3");
   List("add " + Quoted(withTrueType) + " " + Quoted(Plan("etage.dxf")) +
        " --layout 'Plan étage' --device PDF.pc3 --plot-file " + Quoted(Out("etage.pdf")));

@@ -49,6 +49,11 @@ class ExampleListTest : public ::testing::Test {
   std::string Out(const std::string& name) const { return out_ + "/" + name; }
   /// Runs `sheafwork list <args>`, which must succeed.
   void List(const std::string& args);
+  /// Adds a row for `drawing` to the list, with the `sheafwork list add`
+  /// options in `options` (each after a blank).
+  void AddRow(const std::string& drawing, const std::string& options = "") {
+    List("add " + Quoted(list_) + " " + Quoted(drawing) + options);
+  }
 
   testing::TempFolder folder_;
   std::string plans_, out_, list_;
