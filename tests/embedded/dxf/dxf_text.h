@@ -37,6 +37,19 @@ inline std::string EntityStart(std::string_view type, std::string_view subclass)
   return Tags({{0, type}, {100, "AcDbEntity"}, {8, "0"}, {100, subclass}});
 }
 
+using Entries = std::initializer_list<std::pair<std::string_view, std::string_view>>;
+
+/// A DICTIONARY object owned by `owner` (none when empty) whose `entries`
+/// name the handles of their objects, under code `entryCode`.
+inline std::string Dictionary(std::string_view handle, std::string_view owner, Entries entries,
+                              int entryCode = 350) {
+  std::string out = Tags({{0, "DICTIONARY"}, {5, handle}});
+  if (!owner.empty()) out += Tags({{330, owner}});
+  out += Tags({{100, "AcDbDictionary"}});
+  for (const auto& [name, object] : entries) out += Tags({{3, name}, {entryCode, object}});
+  return out;
+}
+
 inline std::string Header(TagList vars) { return Section("HEADER", Tags(vars)); }
 
 /// A release 2000 drawing of `entities`, after `tables`, before `objects`.

@@ -13,6 +13,7 @@
 namespace sheafwork::embedded {
 namespace {
 
+using testing::Dictionary;
 using testing::EntityStart;
 using testing::Tags;
 
@@ -171,22 +172,9 @@ std::string ClippedInsert() {
 }
 
 std::string FilterObjects(const char* enabled, const char* filterKey) {
-  return Tags({{0, "DICTIONARY"},
-               {5, "C"},
-               {100, "AcDbDictionary"},
-               {0, "DICTIONARY"},
-               {5, "4B"},
-               {330, "4A"},
-               {100, "AcDbDictionary"},
-               {3, "ACAD_FILTER"},
-               {360, "4C"},
-               {0, "DICTIONARY"},
-               {5, "4C"},
-               {330, "4B"},
-               {100, "AcDbDictionary"},
-               {3, filterKey},
-               {360, "4D"},
-               {0, "SPATIAL_FILTER"},
+  return Dictionary("C", "", {}) + Dictionary("4B", "4A", {{"ACAD_FILTER", "4C"}}, 360) +
+         Dictionary("4C", "4B", {{filterKey, "4D"}}, 360) +
+         Tags({{0, "SPATIAL_FILTER"},
                {5, "4D"},
                {330, "4C"},
                {100, "AcDbFilter"},
