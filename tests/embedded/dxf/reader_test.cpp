@@ -41,7 +41,8 @@ std::string BlockRecords() {
 }
 
 // A LAYOUT whose plot-settings part and layout part both use codes 1, 70 and
-// 330, the first 330 being the owning dictionary.
+// 330, the first 330 being the owning dictionary; no block record when
+// `record` is empty.
 std::string LayoutObject(const char* handle, const char* name, const char* tab, const char* record,
                          const char* flags) {
   return Tags({{0, "LAYOUT"},
@@ -61,8 +62,8 @@ std::string LayoutObject(const char* handle, const char* name, const char* tab, 
                {10, "-20"},
                {20, "-7.5"},
                {11, "400"},
-               {21, "289.5"},
-               {330, record}});
+               {21, "289.5"}}) +
+         (record[0] != '\0' ? Tags({{330, record}}) : std::string());
 }
 
 std::string Objects() {
@@ -204,23 +205,8 @@ TEST(ReaderLayouts, BrokenLinksBetweenLayoutsAndBlockRecords) {
   const std::string objects =
       Section("OBJECTS", Dictionary("C", "", {{"ACAD_LAYOUT", "1A"}}) +
                              Dictionary("1A", "", {{"Coupe", "71"}, {"Plan", "59"}}) +
-                             Tags({{0, "LAYOUT"},
-                                   {5, "59"},
-                                   {330, "1A"},
-                                   {100, "AcDbPlotSettings"},
-                                   {70, "688"},
-                                   {100, "AcDbLayout"},
-                                   {1, "Plan"},
-                                   {71, "1"}}) +
-                             Tags({{0, "LAYOUT"},
-                                   {5, "71"},
-                                   {330, "1A"},
-                                   {100, "AcDbPlotSettings"},
-                                   {70, "1712"},
-                                   {100, "AcDbLayout"},
-                                   {1, "Coupe"},
-                                   {71, "2"},
-                                   {330, "DEAD"}}));
+                             LayoutObject("59", "Plan", "1", "", "688") +
+                             LayoutObject("71", "Coupe", "2", "DEAD", "1712"));
   const Drawing d =
       ReadDxf(Header({{9, "$ACADVER"}, {1, "AC1015"}}) + BlockRecords() +
                   Section("BLOCKS",
