@@ -42,33 +42,23 @@ std::string Joined(const std::vector<std::string>& lines) {
   return text;
 }
 
-TEST(CheckCommand, ReportsEachMissingPieceOnItsRowAndNothingForAGoodRow) {
-  testing::TempFolder folder;
-  const std::string plans = CopyExamplePlans(folder);
-  const std::string list = folder.File("verification.qx3");
-  const auto plan = [&](const char* name) { return plans + "/" + name; };
-  const auto list_ = [&](const std::string& args) {
-    const ProgramRun run = Sheafwork("list " + args, folder);
-    ASSERT_EQ(run.status, 0) << args << "\n" << run.err;
-  };
-  const std::string rdc = Quoted(plan("rez-de-chaussee.dxf"));
-  const std::string facades = Quoted(plan("facades.dxf"));
-  const std::string missing = plan("sous-sol.dxf");
+using CheckCommand = ExampleListTest;
+
+TEST_F(CheckCommand, ReportsEachMissingPieceOnItsRowAndNothingForAGoodRow) {
+  const std::string rdc = Plan("rez-de-chaussee.dxf");
+  const std::string facades = Plan("facades.dxf");
 
   // The first row keeps every default: nothing to report.
-  list_("new " + Quoted(list) + " " + rdc);
-  list_("add " + Quoted(list) + " " + rdc +
-        " --layout 'Plan A3' --setup 'A3 paysage' --device PDF.pc3");
-  list_("add " + Quoted(list) + " " + rdc + " --layout 'Coupe BB' --device PDF.pc3");
-  list_("add " + Quoted(list) + " " + rdc +
-        " --layout 'Plan A3' --setup 'A0 portrait' --device PDF.pc3");
-  list_("add " + Quoted(list) + " " + facades + " --layout 'Façade nord' --device PDF.pc3");
-  list_("add " + Quoted(list) + " " + facades + " --layout 'Toutes les présentations'");
-  list_("add " + Quoted(list) + " " + Quoted(plan("etage.dxf")) +
-        " --layout 'Plan étage' --device 'Traceur-absent.pc3'");
-  list_("add " + Quoted(list) + " " + Quoted(missing) + " --device PDF.pc3");
+  List("new " + Quoted(list_) + " " + Quoted(rdc));
+  AddRow(rdc, " --layout 'Plan A3' --setup 'A3 paysage' --device PDF.pc3");
+  AddRow(rdc, " --layout 'Coupe BB' --device PDF.pc3");
+  AddRow(rdc, " --layout 'Plan A3' --setup 'A0 portrait' --device PDF.pc3");
+  AddRow(facades, " --layout 'Façade nord' --device PDF.pc3");
+  AddRow(facades, " --layout 'Toutes les présentations'");
+  AddRow(Plan("etage.dxf"), " --layout 'Plan étage' --device 'Traceur-absent.pc3'");
+  AddRow(Plan("sous-sol.dxf"), " --device PDF.pc3");
 
-  const ProgramRun run = Sheafwork("check " + Quoted(list), folder);
+  const ProgramRun run = Sheafwork("check " + Quoted(list_), folder_);
   EXPECT_EQ(run.status, 1) << run.err;
 
   const std::string font = LoadResourceText(ids::kTestMissingFont) + "archi-perso.shx";

@@ -58,34 +58,15 @@ void ExpectSamePicture(const Greys& a, const Greys& b) {
   EXPECT_LE(differing, a.pixels.size() / 200) << "of " << a.pixels.size() << " pixels";
 }
 
-class CombineCommand : public ::testing::Test {
- protected:
-  void SetUp() override {
-    plans_ = CopyExamplePlans(folder_);
-    out_ = folder_.File("sorties");
-    std::filesystem::create_directories(out_);
-    list_ = folder_.File("lot.qx3");
-  }
-  void List(const std::string& args) {
-    const ProgramRun run = Sheafwork("list " + args, folder_);
-    ASSERT_EQ(run.status, 0) << args << "\n" << run.err;
-  }
-  std::string Plan(const std::string& name) const { return plans_ + "/" + name; }
-  std::string Out(const std::string& name) const { return out_ + "/" + name; }
-
-  testing::TempFolder folder_;
-  std::string plans_, out_, list_;
-};
+using CombineCommand = ExampleListTest;
 
 TEST_F(CombineCommand, GathersEverySheetPlottedInPlotOrder) {
   const std::string rdc = Plan("rez-de-chaussee.dxf");
-  List("add " + Quoted(list_) + " " + Quoted(rdc) + " --layout 'Plan A3' --plot-file " +
-       Quoted(Out("rdc-a3.pdf")));
-  List("add " + Quoted(list_) + " " + Quoted(Plan("sous-sol.dxf")));  // missing: no page
-  List("add " + Quoted(list_) + " " + Quoted(rdc) + " --layout 'Plan A1' --plot-file " +
-       Quoted(Out("rdc-a1.pdf")));
-  List("add " + Quoted(list_) + " " + Quoted(Plan("etage.dxf")) +
-       " --layout 'Toutes les présentations' --plot-file " + Quoted(Out("etage.pdf")));
+  AddRow(rdc, " --layout 'Plan A3' --plot-file " + Quoted(Out("rdc-a3.pdf")));
+  AddRow(Plan("sous-sol.dxf"));  // missing: no page
+  AddRow(rdc, " --layout 'Plan A1' --plot-file " + Quoted(Out("rdc-a1.pdf")));
+  AddRow(Plan("etage.dxf"),
+         " --layout 'Toutes les présentations' --plot-file " + Quoted(Out("etage.pdf")));
   const std::string combined = Out("tout.pdf");
 
   const ProgramRun run =
@@ -119,8 +100,8 @@ TEST_F(CombineCommand, IsRefusedWhenTheFileCannotBeMadeOrTheHostIsAnother) {
   const ProgramRun help = Sheafwork("plot --help", folder_);
   EXPECT_NE(help.out.find("--combine"), std::string::npos) << help.out;
 
-  List("add " + Quoted(list_) + " " + Quoted(Plan("rez-de-chaussee.dxf")) +
-       " --layout 'Plan A3' --plot-file " + Quoted(Out("rdc-a3.pdf")));
+  AddRow(Plan("rez-de-chaussee.dxf"),
+         " --layout 'Plan A3' --plot-file " + Quoted(Out("rdc-a3.pdf")));
   struct Case {
     const char* name;
     std::string args;

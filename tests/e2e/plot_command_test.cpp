@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "e2e/program.h"
+#include "fakes/cups_queue.h"
 #include "fakes/log_lines.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -26,33 +27,14 @@ struct Sheet {
 // Checks that `file` is a one-page PDF of the given sheet.
 void ExpectSheet(const std::string& file, const Sheet& sheet) {
   SCOPED_TRACE(file);
-  const PdfPages pages = ReadPdfPages(file);
-  EXPECT_EQ(pages.count, 1);
-  ASSERT_FALSE(pages.mediaBoxes.empty());
-  EXPECT_NEAR(pages.mediaBoxes.front().first, Points(sheet.widthMm), 1.5) << sheet.name;
-  EXPECT_NEAR(pages.mediaBoxes.front().second, Points(sheet.heightMm), 1.5) << sheet.name;
+  const auto pages = testing::PdfPageSizes(file);
+  ASSERT_EQ(pages.size(), 1u);
+  EXPECT_NEAR(pages.front().first, Points(sheet.widthMm), 1.5) << sheet.name;
+  EXPECT_NEAR(pages.front().second, Points(sheet.heightMm), 1.5) << sheet.name;
 }
 
-class PlotCommand : public ::testing::Test {
+class PlotCommand : public ExampleListTest {
  protected:
-  void SetUp() override {
-    plans_ = CopyExamplePlans(folder_);
-    out_ = folder_.File("sorties");
-    std::filesystem::create_directories(out_);
-    list_ = folder_.File("lot.qx3");
-    journal_ = folder_.File("journal.log");
-    errors_ = folder_.File("erreurs.log");
-  }
-
-  std::string Plan(const std::string& name) const { return plans_ + "/" + name; }
-  std::string Out(const std::string& name) const { return out_ + "/" + name; }
-
-  // Runs a `sheafwork list` command that must succeed.
-  void List(const std::string& args) {
-    const ProgramRun run = Sheafwork("list " + args, folder_);
-    ASSERT_EQ(run.status, 0) << args << "\n" << run.err;
-  }
-
   void SetLogs() {
     List("set " + Quoted(list_) + " --journal on --journal-file " + Quoted(journal_) +
          " --journal-mode overwrite --error-log on --error-file " + Quoted(errors_) +
@@ -68,8 +50,14 @@ class PlotCommand : public ::testing::Test {
     return rows;
   }
 
-  testing::TempFolder folder_;
-  std::string plans_, out_, list_, journal_, errors_;
+  void ExpectNoErrorLogged() const {
+    for (const auto& line : testing::ReadLogLines(errors_)) {
+      EXPECT_EQ(line.find("ERREUR"), std::string::npos) << line;
+    }
+  }
+
+  std::string journal_ = folder_.File("journal.log");
+  std::string errors_ = folder_.File("erreurs.log");
 };
 
 TEST_F(PlotCommand, PlotsEveryLayoutOfAGoodListToItsSheet) {
@@ -77,18 +65,16 @@ TEST_F(PlotCommand, PlotsEveryLayoutOfAGoodListToItsSheet) {
   // A new list's row keeps every default: the layout active when the
   // drawing was saved ("Plan A3"), its own device, its own output file.
   List("new " + Quoted(list_) + " " + Quoted(rdc));
-  List("add " + Quoted(list_) + " " + Quoted(rdc) + " --layout 'Plan A3' --device PDF.pc3" +
-       " --plot-file " + Quoted(Out("rdc-a3.pdf")));
+  AddRow(rdc, " --layout 'Plan A3' --device PDF.pc3 --plot-file " + Quoted(Out("rdc-a3.pdf")));
   // A named page setup of the drawing turns the A1 layout into an A3 sheet.
-  List("add " + Quoted(list_) + " " + Quoted(rdc) + " --layout 'Plan A1' --setup 'A3 paysage'" +
-       " --plot-file " + Quoted(Out("rdc-a1-en-a3.pdf")));
-  List("add " + Quoted(list_) + " " + Quoted(rdc) + " --layout 'Plan A1' --plot-file " +
-       Quoted(Out("rdc-a1.pdf")));
-  List("add " + Quoted(list_) + " " + Quoted(Plan("etage.dxf")) +
-       " --layout 'Toutes les présentations' --plot-file " + Quoted(Out("etage.pdf")));
+  AddRow(rdc,
+         " --layout 'Plan A1' --setup 'A3 paysage' --plot-file " + Quoted(Out("rdc-a1-en-a3.pdf")));
+  AddRow(rdc, " --layout 'Plan A1' --plot-file " + Quoted(Out("rdc-a1.pdf")));
+  AddRow(Plan("etage.dxf"),
+         " --layout 'Toutes les présentations' --plot-file " + Quoted(Out("etage.pdf")));
   // A page setup taken from another drawing.
-  List("add " + Quoted(list_) + " " + Quoted(Plan("facades.dxf")) + " --layout 'Façade sud'" +
-       " --setup " + Quoted(rdc + "|A1 paysage") + " --plot-file " + Quoted(Out("sud-a1.pdf")));
+  AddRow(Plan("facades.dxf"), " --layout 'Façade sud' --setup " + Quoted(rdc + "|A1 paysage") +
+                                  " --plot-file " + Quoted(Out("sud-a1.pdf")));
   SetLogs();
 
   const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
@@ -103,20 +89,20 @@ TEST_F(PlotCommand, PlotsEveryLayoutOfAGoodListToItsSheet) {
   EXPECT_NE(beside[0].find("rez-de-chaussee"), std::string::npos) << beside[0];
   ExpectSheet(beside[0], {"A3", 420, 297});
 
-  ExpectSheet(PlotOutput(Out("rdc-a3.pdf")), {"A3", 420, 297});
-  ExpectSheet(PlotOutput(Out("rdc-a1-en-a3.pdf")), {"A3", 420, 297});
-  ExpectSheet(PlotOutput(Out("rdc-a1.pdf")), {"A1", 841, 594});
-  ExpectSheet(PlotOutput(Out("sud-a1.pdf")), {"A1", 841, 594});
-  // All layouts: one file per paper layout, named after the drawing and the layout.
-  const std::vector<std::pair<std::string, Sheet>> upper = {
+  // Each file named on its row; for all layouts, one file per paper layout
+  // named after the drawing and the layout.
+  const std::vector<std::pair<std::string, Sheet>> plotted = {
+      {"rdc-a3.pdf", {"A3", 420, 297}},
+      {"rdc-a1-en-a3.pdf", {"A3", 420, 297}},
+      {"rdc-a1.pdf", {"A1", 841, 594}},
+      {"sud-a1.pdf", {"A1", 841, 594}},
       {"etage-Plan étage", {"A3", 420, 297}},
       {"etage-Détail chambres", {"A3", 420, 297}},
       {"etage-Détail salle de bains", {"A4", 210, 297}},
   };
-  for (const auto& [stem, sheet] : upper) {
-    const std::string file = PlotOutput(Out(stem));
-    EXPECT_FALSE(file.empty()) << stem << " was not plotted";
-    if (!file.empty()) ExpectSheet(file, sheet);
+  for (const auto& [stem, sheet] : plotted) {
+    SCOPED_TRACE(stem);
+    ExpectSheet(PlotOutput(Out(stem)), sheet);
   }
 
   // One journal line per plotted row: drawing, folder, layout, page setup,
@@ -135,15 +121,13 @@ TEST_F(PlotCommand, PlotsEveryLayoutOfAGoodListToItsSheet) {
   EXPECT_NE(rows[4].find(", " + LoadResourceText(ids::kLayoutAll) + ", "), std::string::npos)
       << rows[4];
 
-  for (const auto& line : testing::ReadLogLines(errors_)) {
-    EXPECT_EQ(line.find("ERREUR"), std::string::npos) << line;
-  }
+  ExpectNoErrorLogged();
 }
 
 TEST_F(PlotCommand, ImageDrawingAndPlotterDevicesWriteTheirFilesBesideTheDrawing) {
   const std::string rdc = Plan("rez-de-chaussee.dxf");
   for (const char* device : {"PNG.pc3", "SVG.pc3", "HPGL2.pc3"}) {
-    List("add " + Quoted(list_) + " " + Quoted(rdc) + " --layout 'Plan A3' --device " + device);
+    AddRow(rdc, std::string(" --layout 'Plan A3' --device ") + device);
   }
   SetLogs();
   const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
@@ -173,20 +157,17 @@ TEST_F(PlotCommand, ImageDrawingAndPlotterDevicesWriteTheirFilesBesideTheDrawing
   EXPECT_NE(plt.find("PD"), std::string::npos);
   EXPECT_EQ(plt.substr(plt.size() - 3), "PG;");
 
-  for (const auto& line : testing::ReadLogLines(errors_)) {
-    EXPECT_EQ(line.find("ERREUR"), std::string::npos) << line;
-  }
+  ExpectNoErrorLogged();
 }
 
 TEST_F(PlotCommand, AFailingRowIsLoggedAndTheRunGoesOn) {
   const std::string rdc = Plan("rez-de-chaussee.dxf");
   const std::string missing = Plan("sous-sol.dxf");
   List("new " + Quoted(list_) + " " + Quoted(missing));
-  List("add " + Quoted(list_) + " " + Quoted(rdc) + " --layout 'Coupe BB' --plot-file " +
-       Quoted(Out("coupe.pdf")));
-  List("add " + Quoted(list_) + " " + Quoted(Plan("ancien-r12.dxf")) +
-       " --layout 'Toutes les présentations' --device PDF.pc3 --plot-file " +
-       Quoted(Out("ancien.pdf")));
+  AddRow(rdc, " --layout 'Coupe BB' --plot-file " + Quoted(Out("coupe.pdf")));
+  AddRow(Plan("ancien-r12.dxf"),
+         " --layout 'Toutes les présentations' --device PDF.pc3 --plot-file " +
+             Quoted(Out("ancien.pdf")));
   SetLogs();
 
   const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
@@ -214,15 +195,15 @@ TEST_F(PlotCommand, AFailingRowIsLoggedAndTheRunGoesOn) {
   }
   ASSERT_EQ(pdfs.size(), 1u);
   EXPECT_EQ(pdfs[0].rfind("ancien-", 0), 0u) << pdfs[0];
-  EXPECT_EQ(ReadPdfPages(out_ + "/" + pdfs[0]).count, 1);
+  EXPECT_EQ(testing::PdfPageSizes(out_ + "/" + pdfs[0]).size(), 1u);
 }
 
 // Qt cannot start with a platform plugin that does not exist: a PDF plot of
 // lines and shape-font text must not need it, a plot with TrueType text
 // (which Qt lays out) does.
 TEST_F(PlotCommand, APdfOfLinesAndShapeFontTextDoesNotStartQt) {
-  List("add " + Quoted(list_) + " " + Quoted(Plan("facades.dxf")) +
-       " --layout 'Façade nord' --device PDF.pc3 --plot-file " + Quoted(Out("nord.pdf")));
+  AddRow(Plan("facades.dxf"),
+         " --layout 'Façade nord' --device PDF.pc3 --plot-file " + Quoted(Out("nord.pdf")));
   const std::string withTrueType = folder_.File("texte.qx3");
   List("add " + Quoted(withTrueType) + " " + Quoted(Plan("etage.dxf")) +
        " --layout 'Plan étage' --device PDF.pc3 --plot-file " + Quoted(Out("etage.pdf")));

@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <string_view>
 
 #include <sys/wait.h>
 
@@ -61,48 +60,22 @@ std::vector<std::string> Lines(const std::string& text) {
   return lines;
 }
 
-namespace {
-
-// The number after `pos`, skipping blanks; advances `pos`.
-double NumberAt(const std::string& s, std::size_t& pos) {
-  while (pos < s.size() && (s[pos] == ' ' || s[pos] == '\n' || s[pos] == '\r')) ++pos;
-  const char* start = s.c_str() + pos;
-  char* end = nullptr;
-  const double value = std::strtod(start, &end);
-  pos += static_cast<std::size_t>(end - start);
-  return value;
-}
-
-}  // namespace
-
-PdfPages ReadPdfPages(const std::string& path) {
-  const std::string bytes = testing::TempFolder::Read(path);
-  PdfPages pages;
-  for (std::string_view type : {"/Type /Page", "/Type/Page"}) {
-    for (std::size_t pos = bytes.find(type); pos != std::string::npos;
-         pos = bytes.find(type, pos + 1)) {
-      const std::size_t after = pos + type.size();
-      if (after < bytes.size() && bytes[after] != 's') ++pages.count;
-    }
-  }
-  for (std::size_t pos = bytes.find("/MediaBox"); pos != std::string::npos;
-       pos = bytes.find("/MediaBox", pos + 1)) {
-    std::size_t p = bytes.find('[', pos);
-    if (p == std::string::npos) break;
-    ++p;
-    const double x0 = NumberAt(bytes, p);
-    const double y0 = NumberAt(bytes, p);
-    const double x1 = NumberAt(bytes, p);
-    const double y1 = NumberAt(bytes, p);
-    pages.mediaBoxes.emplace_back(x1 - x0, y1 - y0);
-  }
-  return pages;
-}
-
 std::string PlotOutput(const std::string& stem) {
   if (fs::is_regular_file(stem)) return stem;
   if (fs::is_regular_file(stem + ".pdf")) return stem + ".pdf";
   return {};
+}
+
+ExampleListTest::ExampleListTest()
+    : plans_(CopyExamplePlans(folder_)),
+      out_(folder_.File("sorties")),
+      list_(folder_.File("lot.qx3")) {
+  fs::create_directories(out_);
+}
+
+void ExampleListTest::List(const std::string& args) {
+  const ProgramRun run = Sheafwork("list " + args, folder_);
+  ASSERT_EQ(run.status, 0) << args << "\n" << run.err;
 }
 
 }  // namespace sheafwork::e2e

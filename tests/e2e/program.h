@@ -2,6 +2,8 @@
 // Running the built programs from an end-to-end test, and reading what they
 // leave behind.
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
@@ -30,19 +32,31 @@ std::string CopyExamplePlans(const testing::TempFolder& folder);
 /// The lines of `text` split at LF (a CR before it dropped).
 std::vector<std::string> Lines(const std::string& text);
 
-/// What a PDF file says about its pages.
-struct PdfPages {
-  int count = 0;
-  /// The width and height of each /MediaBox, in points.
-  std::vector<std::pair<double, double>> mediaBoxes;
-};
-PdfPages ReadPdfPages(const std::string& path);
-
 /// Millimetres in PDF points.
 inline double Points(double mm) { return mm / 25.4 * 72; }
 
 /// The file a plot to `stem` produced: `stem` itself or `stem` with ".pdf"
 /// added; empty when neither exists.
 std::string PlotOutput(const std::string& stem);
+
+/// A test over copies of the example drawings, with a list file to build
+/// with `sheafwork list` and a folder for the plots.
+class ExampleListTest : public ::testing::Test {
+ protected:
+  ExampleListTest();
+
+  std::string Plan(const std::string& name) const { return plans_ + "/" + name; }
+  std::string Out(const std::string& name) const { return out_ + "/" + name; }
+  /// Runs `sheafwork list <args>`, which must succeed.
+  void List(const std::string& args);
+  /// Adds a row for `drawing` to the list, with the `sheafwork list add`
+  /// options in `options` (each after a blank).
+  void AddRow(const std::string& drawing, const std::string& options = "") {
+    List("add " + Quoted(list_) + " " + Quoted(drawing) + options);
+  }
+
+  testing::TempFolder folder_;
+  std::string plans_, out_, list_;
+};
 
 }  // namespace sheafwork::e2e

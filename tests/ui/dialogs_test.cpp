@@ -52,9 +52,10 @@ class DialogsTest : public QObject {
   Q_OBJECT
 
  private slots:
-  void loggingShowsTheSettings() {
+  void loggingShowsBrowsesAndCancels() {
     LogSettings log = SomeSettings();
     log.ErrorLogOn = false;
+    const LogSettings before = log;
     ScriptedPrompt prompt;
     ui::LoggingDialog dialog(log, prompt, nullptr);
     QCOMPARE(Child<QLineEdit>(dialog, "txtJournalFilename")->text(),
@@ -70,6 +71,23 @@ class DialogsTest : public QObject {
     QVERIFY(Child<QCheckBox>(dialog, "chkErrorEnable")->isEnabled());
     Child<QCheckBox>(dialog, "chkErrorEnable")->click();
     QVERIFY(Child<QLineEdit>(dialog, "txtErrorHeader")->isEnabled());
+
+    // Appending picks a file without the overwrite question; overwriting asks.
+    prompt.ThenChoose("/tmp/choisi.log").ThenChoose(std::nullopt);
+    Child<QPushButton>(dialog, "cmdJournalBrowse")->click();
+    Child<QPushButton>(dialog, "cmdErrorBrowse")->click();
+    QCOMPARE(prompt.dialogs.size(), std::size_t{2});
+    QCOMPARE(prompt.dialogs[0].request.title, LoadResourceText(ids::kJournalBrowseTitle));
+    QVERIFY(!prompt.dialogs[0].request.confirmOverwrite);
+    QCOMPARE(prompt.dialogs[1].request.title, LoadResourceText(ids::kErrorLogBrowseTitle));
+    QVERIFY(prompt.dialogs[1].request.confirmOverwrite);
+    QCOMPARE(Child<QLineEdit>(dialog, "txtJournalFilename")->text(),
+             QStringLiteral("/tmp/choisi.log"));
+    QCOMPARE(Child<QLineEdit>(dialog, "txtErrorFilename")->text(),
+             QStringLiteral("/tmp/erreurs.log"));
+    // Cancel keeps every setting, the switch ticked above included.
+    Child<QPushButton>(dialog, "cmdJournalCancel")->click();
+    QVERIFY(log == before);
   }
 
   void loggingOkValidatesOnlyTheGroupsSwitchedOn_data() {
@@ -128,28 +146,6 @@ class DialogsTest : public QObject {
       QCOMPARE(log.JournalLogFileName, before.JournalLogFileName);
       QCOMPARE(log.JournalAppend, before.JournalAppend);
     }
-  }
-
-  void loggingCancelAndBrowse() {
-    LogSettings log = SomeSettings();
-    const LogSettings before = log;
-    ScriptedPrompt prompt;
-    ui::LoggingDialog dialog(log, prompt, nullptr);
-    // Appending picks a file without the overwrite question; overwriting asks.
-    prompt.ThenChoose("/tmp/choisi.log").ThenChoose(std::nullopt);
-    Child<QPushButton>(dialog, "cmdJournalBrowse")->click();
-    Child<QPushButton>(dialog, "cmdErrorBrowse")->click();
-    QCOMPARE(prompt.dialogs.size(), std::size_t{2});
-    QCOMPARE(prompt.dialogs[0].request.title, LoadResourceText(ids::kJournalBrowseTitle));
-    QVERIFY(!prompt.dialogs[0].request.confirmOverwrite);
-    QCOMPARE(prompt.dialogs[1].request.title, LoadResourceText(ids::kErrorLogBrowseTitle));
-    QVERIFY(prompt.dialogs[1].request.confirmOverwrite);
-    QCOMPARE(Child<QLineEdit>(dialog, "txtJournalFilename")->text(),
-             QStringLiteral("/tmp/choisi.log"));
-    QCOMPARE(Child<QLineEdit>(dialog, "txtErrorFilename")->text(),
-             QStringLiteral("/tmp/erreurs.log"));
-    Child<QPushButton>(dialog, "cmdJournalCancel")->click();
-    QVERIFY(log == before);
   }
 
   void devicesListsPrintersAndConfigurations() {
@@ -286,7 +282,7 @@ class DialogsTest : public QObject {
     }
   }
 
-  void oneInstanceAtATime() {
+  void oneInstanceAtATimeAndADeadOnesLockIsTakenOver() {
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("sheafwork.lock"));
     {
@@ -297,21 +293,19 @@ class DialogsTest : public QObject {
     }
     ui::SingleInstance after(path);
     QVERIFY(after.TryLock());
-  }
 
-  void lockOfADeadProgramIsTakenOver() {
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("sheafwork.lock"));
+    // A lock file left by a program that has ended.
+    const QString stale = dir.filePath(QStringLiteral("ancien.lock"));
     QProcess gone;
     gone.start(QStringLiteral("true"));
     QVERIFY(gone.waitForFinished());
     const qint64 pid = gone.processId() > 0 ? gone.processId() : 999999;
-    QFile file(path);
+    QFile file(stale);
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(QByteArray::number(pid) + "\nsheafwork\n" + QSysInfo::machineHostName().toUtf8() +
                "\n");
     file.close();
-    ui::SingleInstance instance(path);
+    ui::SingleInstance instance(stale);
     QVERIFY(instance.TryLock());
   }
 

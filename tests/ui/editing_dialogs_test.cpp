@@ -32,6 +32,12 @@ void Pick(QListWidget& list, const QString& text) {
 
 void Select(Session& session, std::vector<int> rows) { session.Selection.SelectCountCache(rows); }
 
+// Picks the scale named `name` in the settings dialog.
+void ChooseScale(const QWidget& dialog, const std::string& name) {
+  auto* scale = Child<QComboBox>(dialog, "cboScale");
+  scale->setCurrentIndex(scale->findText(QString::fromStdString(name)));
+}
+
 }  // namespace
 
 class EditingDialogsTest : public QObject {
@@ -190,9 +196,7 @@ class EditingDialogsTest : public QObject {
     QCOMPARE(views->count(), 2);
     Child<QRadioButton>(dialog, "optView")->setChecked(true);
     views->setCurrentText(QStringLiteral("Coupe"));
-    auto* scale = Child<QComboBox>(dialog, "cboScale");
-    scale->setCurrentIndex(
-        scale->findText(QString::fromStdString(LoadResourceText(ids::kScaleCustomName))));
+    ChooseScale(dialog, LoadResourceText(ids::kScaleCustomName));
     Child<QLineEdit>(dialog, "txtPlottedUnits")->setText(QStringLiteral("1"));
     Child<QLineEdit>(dialog, "txtDrawingUnits")->setText(QStringLiteral("48"));
     Child<QCheckBox>(dialog, "chkScaleLW")->setChecked(true);
@@ -215,8 +219,7 @@ class EditingDialogsTest : public QObject {
     QCOMPARE(Child<QComboBox>(again, "cboViews")->currentText(), QStringLiteral("Coupe"));
     QCOMPARE(Child<QLineEdit>(again, "txtDrawingUnits")->text(), QStringLiteral("48"));
     Child<QRadioButton>(again, "optExtents")->setChecked(true);
-    auto* againScale = Child<QComboBox>(again, "cboScale");
-    againScale->setCurrentIndex(againScale->findText(QStringLiteral("1:2")));
+    ChooseScale(again, "1:2");
     Child<QGroupBox>(again, "grpPlotFile")->setChecked(false);
     again.accept();
     QCOMPARE(entry.PlotArea, "#E");
@@ -248,9 +251,7 @@ class EditingDialogsTest : public QObject {
     const BatchEntry before = world.session.List.Entry(1);
     ui::SettingsDialog dialog(world.session, world.hostSession.get(), world.prompt, nullptr,
                               ui::SettingsDialog::kPlotPage);
-    auto* scale = Child<QComboBox>(dialog, "cboScale");
-    scale->setCurrentIndex(
-        scale->findText(QString::fromStdString(LoadResourceText(ids::kScaleCustomName))));
+    ChooseScale(dialog, LoadResourceText(ids::kScaleCustomName));
     Child<QLineEdit>(dialog, "txtPlottedUnits")->setText(plotted);
     Child<QGroupBox>(dialog, "grpPlotFile")->setChecked(true);
     Child<QLineEdit>(dialog, "txtPlotFileName")->setText(fileName);
@@ -285,9 +286,7 @@ class EditingDialogsTest : public QObject {
     QCOMPARE(tabs->currentIndex(), int(ui::SettingsDialog::kPlotPage));
     QCOMPARE(Child<QComboBox>(dialog, "cboScale")->currentText(), QString());
     QCOMPARE(Child<QCheckBox>(dialog, "chkScaleLW")->checkState(), Qt::PartiallyChecked);
-    auto* scale = Child<QComboBox>(dialog, "cboScale");
-    scale->setCurrentIndex(
-        scale->findText(QString::fromStdString(LoadResourceText(ids::kScaleToFitName))));
+    ChooseScale(dialog, LoadResourceText(ids::kScaleToFitName));
     dialog.accept();
     const BatchEntry& a = world.session.List.Entry(1);
     const BatchEntry& b = world.session.List.Entry(2);

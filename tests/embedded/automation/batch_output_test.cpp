@@ -36,18 +36,6 @@ Drawing TwoSheetDrawing() {
 
 class BatchOutputTest : public EmbeddedHostTest {
  protected:
-  std::shared_ptr<host::Document> OpenPlan() {
-    planPath = AddDrawing("Plan.dxf", TwoSheetDrawing());
-    auto doc = Open(planPath);
-    doc->Activate();
-    return doc;
-  }
-  static void Show(host::Document& doc, const std::string& layout) {
-    auto layouts = doc.GetLayouts();
-    for (std::int32_t i = 0; i < layouts->Count(); ++i) {
-      if (layouts->Item(i)->Name() == layout) doc.SetActiveLayout(layouts->Item(i));
-    }
-  }
   // The combined PDF goes to `path`; its closing is recorded.
   void Combine(const std::string& path) {
     options.combinedPdf = path;
@@ -56,14 +44,13 @@ class BatchOutputTest : public EmbeddedHostTest {
     };
   }
 
-  std::string planPath;
   std::vector<std::string> closings;
 };
 
 TEST_F(BatchOutputTest, TheCombinedPdfGetsEachPlottedSheetInOrderWhenTheBatchEnds) {
   const std::string combined = files.File("tout.pdf");
   Combine(combined);
-  auto doc = OpenPlan();
+  auto doc = OpenPlan(TwoSheetDrawing());
   auto plot = doc->GetPlot();
   std::int16_t count = 3;
   plot->StartBatchMode(count);
@@ -94,7 +81,7 @@ TEST_F(BatchOutputTest, TheCombinedPdfGetsEachPlottedSheetInOrderWhenTheBatchEnd
 TEST_F(BatchOutputTest, QuittingWritesTheCombinedPdfAndAnEmptyOneIsNotWritten) {
   const std::string combined = files.File("tout.pdf");
   Combine(combined);
-  auto doc = OpenPlan();
+  auto doc = OpenPlan(TwoSheetDrawing());
   Show(*doc, "Présentation1");
   ASSERT_TRUE(doc->GetPlot()->PlotToDevice(std::nullopt));
   Host()->Quit();
@@ -104,7 +91,7 @@ TEST_F(BatchOutputTest, QuittingWritesTheCombinedPdfAndAnEmptyOneIsNotWritten) {
   // A second host that plots nothing leaves the earlier file as it was.
   closings.clear();
   app = nullptr;
-  OpenPlan();
+  OpenPlan(TwoSheetDrawing());
   Host()->Quit();
   EXPECT_THAT(closings, ElementsAre("0"));
   EXPECT_EQ(testing::PdfPageSizes(combined).size(), 1u);
@@ -122,7 +109,7 @@ TEST_F(BatchOutputTest, ACombinedPdfThatCannotBeCreatedKeepsTheHostFromStarting)
 }
 
 TEST_F(BatchOutputTest, TheNumberOfCopiesReachesThePrinterJob) {
-  auto doc = OpenPlan();
+  auto doc = OpenPlan(TwoSheetDrawing());
   auto plot = doc->GetPlot();
   ASSERT_TRUE(plot->PlotToDevice("Bureau-HP"));
   plot->SetNumberOfCopies(3);

@@ -156,6 +156,20 @@ class EmbeddedHostTest : public ::testing::Test {
     return Host()->GetDocuments()->Open(path, readOnly);
   }
 
+  /// Opens `drawing` as "Plan.dxf", active, with the host's log on.
+  std::shared_ptr<host::Document> OpenPlan(Drawing drawing = SampleDrawing()) {
+    planPath = AddDrawing("Plan.dxf", std::move(drawing));
+    auto doc = Open(planPath);
+    doc->Activate();
+    Host()->GetPreferences()->SetLogFileOn(true);
+    return doc;
+  }
+
+  /// The host's log of the drawing opened by OpenPlan.
+  std::string PlanLog() const {
+    return testing::TempFolder::Read((user.path() / "Plan_sheafwork.log").string());
+  }
+
   testing::TempFolder data;
   testing::TempFolder user;
   testing::TempFolder files;
@@ -165,7 +179,23 @@ class EmbeddedHostTest : public ::testing::Test {
   std::vector<CapturedPlot> plots;
   std::string plotFailure;
   std::shared_ptr<host::Application> app;
+  std::string planPath;
 };
+
+/// The layout of `doc` named `name`.
+inline std::shared_ptr<host::Layout> LayoutNamed(host::Document& doc, const std::string& name) {
+  auto layouts = doc.GetLayouts();
+  for (std::int32_t i = 0; i < layouts->Count(); ++i) {
+    if (layouts->Item(i)->Name() == name) return layouts->Item(i);
+  }
+  ADD_FAILURE() << "no layout " << name;
+  return nullptr;
+}
+
+/// Makes the layout named `name` the active one of `doc`.
+inline void Show(host::Document& doc, const std::string& name) {
+  doc.SetActiveLayout(LayoutNamed(doc, name));
+}
 
 /// Writes `bytes` to `name` in `folder`, making its subfolders; the full path.
 inline std::string Put(const testing::TempFolder& folder, const std::string& name,

@@ -22,15 +22,6 @@ std::vector<std::string> LayoutNames(host::Document& doc) {
   return names;
 }
 
-std::shared_ptr<host::Layout> LayoutNamed(host::Document& doc, const std::string& name) {
-  auto layouts = doc.GetLayouts();
-  for (std::int32_t i = 0; i < layouts->Count(); ++i) {
-    if (layouts->Item(i)->Name() == name) return layouts->Item(i);
-  }
-  ADD_FAILURE() << "no layout " << name;
-  return nullptr;
-}
-
 TEST_F(EmbeddedHostTest, StartsWithOneUntitledDocumentActive) {
   auto host = Host();
   EXPECT_EQ(host->Path(), data.path().string());

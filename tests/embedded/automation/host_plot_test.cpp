@@ -14,36 +14,15 @@ using ::testing::HasSubstr;
 
 class EmbeddedPlotTest : public EmbeddedHostTest {
  protected:
-  /// Opens the sample drawing, active, with the host's log on.
-  std::shared_ptr<host::Document> OpenPlan(const std::string& name = "Plan.dxf") {
-    planPath = AddDrawing(name);
-    auto doc = Open(planPath);
-    doc->Activate();
-    Host()->GetPreferences()->SetLogFileOn(true);
-    return doc;
-  }
-  void Show(host::Document& doc, const std::string& layout) {
-    auto layouts = doc.GetLayouts();
-    for (std::int32_t i = 0; i < layouts->Count(); ++i) {
-      if (layouts->Item(i)->Name() == layout) doc.SetActiveLayout(layouts->Item(i));
-    }
-  }
   std::vector<std::string> HostLog() const {
-    return testing::TempFolder::Read((user.path() / "Plan_sheafwork.log").string()).empty()
-               ? std::vector<std::string>{}
-               : Lines(testing::TempFolder::Read((user.path() / "Plan_sheafwork.log").string()));
-  }
-  static std::vector<std::string> Lines(const std::string& text) {
     std::vector<std::string> lines;
-    std::istringstream in(text);
+    std::istringstream in(PlanLog());
     for (std::string line; std::getline(in, line);) {
       if (line.ends_with('\r')) line.pop_back();
       lines.push_back(line);
     }
     return lines;
   }
-
-  std::string planPath;
 };
 
 TEST_F(EmbeddedPlotTest, ALayoutsOwnPdfDeviceWritesBesideTheDrawing) {
@@ -63,64 +42,57 @@ TEST_F(EmbeddedPlotTest, ALayoutsOwnPdfDeviceWritesBesideTheDrawing) {
                                      files.File("Plan-Présentation1.pdf")));
 }
 
-TEST_F(EmbeddedPlotTest, PlotToFileAddsTheDevicesExtensionToANameWithoutOne) {
-  auto doc = OpenPlan();
-  auto plot = doc->GetPlot();
-  ASSERT_TRUE(plot->PlotToFile(files.File("sortie"), "PDF.pc3"));
-  ASSERT_TRUE(plot->PlotToFile(files.File("sortie.PDF"), "PDF.pc3"));
-  // The model tab plots through the device given, with the model's name.
-  ASSERT_TRUE(plot->PlotToDevice("PDF.pc3"));
-  ASSERT_EQ(plots.size(), 3u);
-  EXPECT_EQ(plots[0].outputPath, files.File("sortie.pdf"));
-  EXPECT_EQ(plots[1].outputPath, files.File("sortie.PDF"));
-  EXPECT_EQ(plots[2].outputPath, files.File("Plan-Objet.pdf"));
-}
-
-TEST_F(EmbeddedPlotTest, AConfigurationsOutputFolderWins) {
-  const std::string out = files.File("pdf");
-  std::filesystem::create_directories(out);
-  data.Write("plotters/Dossier.pc3", "driver = pdf\noutput-folder = " + out +
-                                         "\npaper = ISO A3 (420.00 x 297.00 mm) | 420 x 297\n");
-  auto doc = OpenPlan();
-  Show(*doc, "Coupe");
-  ASSERT_TRUE(doc->GetPlot()->PlotToDevice("Dossier.pc3"));
-  EXPECT_EQ(plots.at(0).outputPath, out + "/Plan-Coupe.pdf");
-  // A layout's own sheet stays, even though the device does not offer it.
-  EXPECT_EQ(plots.at(0).settings.mediaName, "Feuille maison");
-  EXPECT_DOUBLE_EQ(plots.at(0).settings.paperWidth, 500);
-}
-
-TEST_F(EmbeddedPlotTest, APrinterDevicePrints) {
-  auto doc = OpenPlan();
-  ASSERT_TRUE(doc->GetPlot()->PlotToDevice("Bureau-HP"));
-  ASSERT_EQ(plots.size(), 1u);
-  EXPECT_EQ(plots[0].output, OutputKind::Printer);
-  EXPECT_EQ(plots[0].printerName, "Bureau-HP");
-  EXPECT_THAT(HostLog().at(0), HasSubstr("sortie imprimante Bureau-HP"));
-}
-
-TEST_F(EmbeddedPlotTest, EachFileDriverWritesItsKindOfFile) {
+TEST_F(EmbeddedPlotTest, EachDeviceWritesItsKindOfOutputWhereItBelongs) {
   for (const char* name : {"PNG.pc3", "SVG.pc3", "HPGL2.pc3"}) {
     std::filesystem::copy_file(std::string(SHEAFWORK_SOURCE_DIR) + "/data/plotters/" + name,
                                data.path() / "plotters" / name);
   }
+  const std::string folder = files.File("pdf");
+  std::filesystem::create_directories(folder);
+  data.Write("plotters/Dossier.pc3", "driver = pdf\noutput-folder = " + folder +
+                                         "\npaper = ISO A3 (420.00 x 297.00 mm) | 420 x 297\n");
+  struct Case {
+    const char* layout;
+    const char* device;
+    std::string file;  ///< PlotToFile's name; empty for PlotToDevice
+    OutputKind kind;
+    std::string output;  ///< the file written, or the printer
+  };
+  const Case cases[] = {
+      // The model tab plots through the device given, with the model's name.
+      {"Objet", "PDF.pc3", "", OutputKind::Pdf, files.File("Plan-Objet.pdf")},
+      // A name without an extension gets the device's.
+      {"Objet", "PDF.pc3", files.File("sortie"), OutputKind::Pdf, files.File("sortie.pdf")},
+      {"Objet", "PDF.pc3", files.File("sortie.PDF"), OutputKind::Pdf, files.File("sortie.PDF")},
+      {"Coupe", "PNG.pc3", "", OutputKind::Png, files.File("Plan-Coupe.png")},
+      {"Coupe", "SVG.pc3", "", OutputKind::Svg, files.File("Plan-Coupe.svg")},
+      {"Coupe", "HPGL2.pc3", "", OutputKind::Hpgl, files.File("Plan-Coupe.plt")},
+      // A configuration's output folder wins.
+      {"Coupe", "Dossier.pc3", "", OutputKind::Pdf, folder + "/Plan-Coupe.pdf"},
+      {"Objet", "Bureau-HP", "", OutputKind::Printer, "Bureau-HP"},
+      // A printer's plot to a file is a PDF file.
+      {"Coupe", "Bureau-HP", files.File("imprimante"), OutputKind::Pdf,
+       files.File("imprimante.pdf")},
+  };
   auto doc = OpenPlan();
   auto plot = doc->GetPlot();
-  Show(*doc, "Coupe");
-  ASSERT_TRUE(plot->PlotToDevice("PNG.pc3"));
-  ASSERT_TRUE(plot->PlotToDevice("SVG.pc3"));
-  ASSERT_TRUE(plot->PlotToDevice("HPGL2.pc3"));
-  ASSERT_TRUE(plot->PlotToFile(files.File("imprimante"), "Bureau-HP"));
-  ASSERT_EQ(plots.size(), 4u);
-  EXPECT_EQ(plots[0].output, OutputKind::Png);
-  EXPECT_EQ(plots[0].outputPath, files.File("Plan-Coupe.png"));
-  EXPECT_EQ(plots[1].output, OutputKind::Svg);
-  EXPECT_EQ(plots[1].outputPath, files.File("Plan-Coupe.svg"));
-  EXPECT_EQ(plots[2].output, OutputKind::Hpgl);
-  EXPECT_EQ(plots[2].outputPath, files.File("Plan-Coupe.plt"));
-  // A printer's plot to a file is a PDF file.
-  EXPECT_EQ(plots[3].output, OutputKind::Pdf);
-  EXPECT_EQ(plots[3].outputPath, files.File("imprimante.pdf"));
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.device) + " " + c.file);
+    plots.clear();
+    Show(*doc, c.layout);
+    ASSERT_TRUE(c.file.empty() ? plot->PlotToDevice(c.device) : plot->PlotToFile(c.file, c.device));
+    ASSERT_EQ(plots.size(), 1u);
+    EXPECT_EQ(plots[0].output, c.kind);
+    const bool printer = c.kind == OutputKind::Printer;
+    EXPECT_EQ(printer ? plots[0].printerName : plots[0].outputPath, c.output);
+    EXPECT_THAT(HostLog().back(),
+                HasSubstr((printer ? "sortie imprimante " : "sortie ") + c.output));
+    // A layout's own sheet stays, even though the device does not offer it.
+    if (c.layout == std::string("Coupe")) {
+      EXPECT_EQ(plots[0].settings.mediaName, "Feuille maison");
+      EXPECT_DOUBLE_EQ(plots[0].settings.paperWidth, 500);
+    }
+  }
 }
 
 TEST_F(EmbeddedPlotTest, FailedPlotsReturnFalseWithTheirReasonInTheHostLog) {

@@ -34,13 +34,8 @@ class PlotStylesHostTest : public EmbeddedHostTest {
     PlotSettings& settings = drawing.layouts[2].settings;
     settings.styleSheet = table;
     settings.Set(kPlotPlotStyles, plotStyles);
-    auto doc = Open(AddDrawing("Plan.dxf", drawing));
-    doc->Activate();
-    Host()->GetPreferences()->SetLogFileOn(true);
-    auto layouts = doc->GetLayouts();
-    for (std::int32_t i = 0; i < layouts->Count(); ++i) {
-      if (layouts->Item(i)->Name() == "Présentation1") doc->SetActiveLayout(layouts->Item(i));
-    }
+    auto doc = OpenPlan(drawing);
+    Show(*doc, "Présentation1");
     const bool done = doc->GetPlot()->PlotToDevice(std::nullopt);
     doc->Close(false);
     return done;
@@ -48,9 +43,6 @@ class PlotStylesHostTest : public EmbeddedHostTest {
   std::optional<std::uint32_t> PlottedColourOne() const {
     if (plots.empty() || !plots.back().plotStyles) return std::nullopt;
     return plots.back().plotStyles->entries[0].PenRgb();
-  }
-  std::string HostLog() const {
-    return testing::TempFolder::Read((user.path() / "Plan_sheafwork.log").string());
   }
 };
 
@@ -73,7 +65,7 @@ TEST_F(PlotStylesHostTest, DataFolderBeforeUserFolderAndThePreferenceDecides) {
   // Settings that do not plot with plot styles get no table.
   ASSERT_TRUE(PlotWith("maison.ctb", false));
   EXPECT_EQ(PlottedColourOne(), std::nullopt);
-  EXPECT_THAT(HostLog(), Not(HasSubstr("Table de styles")));
+  EXPECT_THAT(PlanLog(), Not(HasSubstr("Table de styles")));
 }
 
 TEST_F(PlotStylesHostTest, TablesThatCannotBeAppliedAreNotedAndThePlotGoesOn) {
@@ -90,9 +82,9 @@ TEST_F(PlotStylesHostTest, TablesThatCannotBeAppliedAreNotedAndThePlotGoesOn) {
   };
   for (const Case& c : cases) {
     plots.clear();
-    const std::size_t before = HostLog().size();
+    const std::size_t before = PlanLog().size();
     ASSERT_TRUE(PlotWith(c.table)) << c.table;
-    const std::string added = HostLog().substr(before);
+    const std::string added = PlanLog().substr(before);
     ASSERT_EQ(plots.size(), 1u) << c.table;
     EXPECT_EQ(plots[0].plotStyles, nullptr) << c.table;
     EXPECT_THAT(added, HasSubstr(c.logged)) << c.table;

@@ -1,10 +1,14 @@
 #pragma once
-// Builds small DXF texts for the tests: tags as "code\nvalue\n".
+// Builds small DXF texts for the tests: tags as "code\nvalue\n"; reads
+// drawings made of them.
 
 #include <initializer_list>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
+
+#include "embedded/dxf/reader.h"
 
 namespace sheafwork::embedded::testing {
 
@@ -27,6 +31,37 @@ inline std::string Section(std::string_view name, const std::string& body) {
 
 inline std::string EndOfFile() { return Tags({{0, "EOF"}}); }
 
+/// An entity's first tags as writers of release 2000 or later put them down:
+/// its type, the entity subclass on layer 0, then its own subclass.
+inline std::string EntityStart(std::string_view type, std::string_view subclass) {
+  return Tags({{0, type}, {100, "AcDbEntity"}, {8, "0"}, {100, subclass}});
+}
+
+using Entries = std::initializer_list<std::pair<std::string_view, std::string_view>>;
+
+/// A DICTIONARY object owned by `owner` (none when empty) whose `entries`
+/// name the handles of their objects, under code `entryCode`.
+inline std::string Dictionary(std::string_view handle, std::string_view owner, Entries entries,
+                              int entryCode = 350) {
+  std::string out = Tags({{0, "DICTIONARY"}, {5, handle}});
+  if (!owner.empty()) out += Tags({{330, owner}});
+  out += Tags({{100, "AcDbDictionary"}});
+  for (const auto& [name, object] : entries) out += Tags({{3, name}, {entryCode, object}});
+  return out;
+}
+
 inline std::string Header(TagList vars) { return Section("HEADER", Tags(vars)); }
+
+/// A release 2000 drawing of `entities`, after `tables`, before `objects`.
+inline Drawing ReadEntities(const std::string& entities, const std::string& tables = "",
+                            const std::string& objects = "") {
+  return ReadDxf(Header({{9, "$ACADVER"}, {1, "AC1015"}}) + tables + Section("ENTITIES", entities) +
+                     (objects.empty() ? std::string() : Section("OBJECTS", objects)) + EndOfFile(),
+                 "e.dxf");
+}
+
+inline const std::vector<Entity>& ModelEntities(const Drawing& d) {
+  return d.FindBlock("*Model_Space")->entities;
+}
 
 }  // namespace sheafwork::embedded::testing

@@ -14,19 +14,11 @@ namespace sheafwork::embedded {
 namespace {
 
 using testing::EndOfFile;
-using testing::Header;
+using testing::EntityStart;
+using testing::ModelEntities;
+using testing::ReadEntities;
 using testing::Section;
 using testing::Tags;
-
-Drawing ReadEntities(const std::string& entities, const std::string& tables = "") {
-  return ReadDxf(Header({{9, "$ACADVER"}, {1, "AC1015"}}) + tables + Section("ENTITIES", entities) +
-                     EndOfFile(),
-                 "e.dxf");
-}
-
-const std::vector<Entity>& ModelEntities(const Drawing& d) {
-  return d.FindBlock("*Model_Space")->entities;
-}
 
 template <typename T>
 const T& Only(const Drawing& d) {
@@ -71,48 +63,38 @@ TEST(ReaderEntities, CommonPropertiesFromTheEntityPart) {
 }
 
 TEST(ReaderEntities, TextAlignmentComesFromTheRightSubclass) {
-  const Drawing d = ReadEntities(Tags({{0, "TEXT"},
-                                       {100, "AcDbEntity"},
-                                       {8, "0"},
-                                       {100, "AcDbText"},
-                                       {10, "1"},
-                                       {20, "2"},
-                                       {40, "2.5"},
-                                       {1, "  Cuisine"},
-                                       {50, "30"},
-                                       {7, "Cotes"},
-                                       {72, "1"},
-                                       {11, "5"},
-                                       {21, "2"},
-                                       {100, "AcDbText"},
-                                       {73, "2"}}) +
-                                 Tags({{0, "INSERT"},
-                                       {100, "AcDbEntity"},
-                                       {8, "0"},
-                                       {100, "AcDbBlockReference"},
-                                       {66, "1"},
-                                       {2, "Porte"},
-                                       {10, "10"},
-                                       {20, "20"},
-                                       {41, "-1"},
-                                       {50, "90"}}) +
-                                 Tags({{0, "ATTRIB"},
-                                       {100, "AcDbEntity"},
-                                       {8, "Attributs"},
-                                       {100, "AcDbText"},
-                                       {10, "11"},
-                                       {20, "21"},
-                                       {40, "1"},
-                                       {1, "P12"},
-                                       {72, "2"},
-                                       {11, "12"},
-                                       {21, "21"},
-                                       {100, "AcDbAttribute"},
-                                       {2, "NUMERO"},
-                                       {70, "1"},
-                                       {73, "10"},
-                                       {74, "3"}}) +
-                                 Tags({{0, "SEQEND"}, {100, "AcDbEntity"}, {8, "0"}}));
+  const Drawing d =
+      ReadEntities(EntityStart("TEXT", "AcDbText") +
+                   Tags({{10, "1"},
+                         {20, "2"},
+                         {40, "2.5"},
+                         {1, "  Cuisine"},
+                         {50, "30"},
+                         {7, "Cotes"},
+                         {72, "1"},
+                         {11, "5"},
+                         {21, "2"},
+                         {100, "AcDbText"},
+                         {73, "2"}}) +
+                   EntityStart("INSERT", "AcDbBlockReference") +
+                   Tags({{66, "1"}, {2, "Porte"}, {10, "10"}, {20, "20"}, {41, "-1"}, {50, "90"}}) +
+                   Tags({{0, "ATTRIB"},
+                         {100, "AcDbEntity"},
+                         {8, "Attributs"},
+                         {100, "AcDbText"},
+                         {10, "11"},
+                         {20, "21"},
+                         {40, "1"},
+                         {1, "P12"},
+                         {72, "2"},
+                         {11, "12"},
+                         {21, "21"},
+                         {100, "AcDbAttribute"},
+                         {2, "NUMERO"},
+                         {70, "1"},
+                         {73, "10"},
+                         {74, "3"}}) +
+                   Tags({{0, "SEQEND"}, {100, "AcDbEntity"}, {8, "0"}}));
   const std::vector<Entity>& all = ModelEntities(d);
   ASSERT_EQ(all.size(), 2u);
   const auto& text = std::get<Text>(all[0].geometry);
@@ -140,21 +122,17 @@ TEST(ReaderEntities, TextAlignmentComesFromTheRightSubclass) {
 TEST(ReaderEntities, MTextJoinsItsChunksInOrder) {
   const std::string first(250, 'a');
   const std::string second(250, 'b');
-  const Drawing d = ReadEntities(Tags({{0, "MTEXT"},
-                                       {100, "AcDbEntity"},
-                                       {8, "0"},
-                                       {100, "AcDbMText"},
-                                       {10, "1"},
-                                       {20, "2"},
-                                       {40, "3"},
-                                       {41, "100"},
-                                       {71, "5"},
-                                       {3, first},
-                                       {3, second},
-                                       {1, "\\Pfin"},
-                                       {11, "0"},
-                                       {21, "1"},
-                                       {31, "0"}}));
+  const Drawing d = ReadEntities(EntityStart("MTEXT", "AcDbMText") + Tags({{10, "1"},
+                                                                           {20, "2"},
+                                                                           {40, "3"},
+                                                                           {41, "100"},
+                                                                           {71, "5"},
+                                                                           {3, first},
+                                                                           {3, second},
+                                                                           {1, "\\Pfin"},
+                                                                           {11, "0"},
+                                                                           {21, "1"},
+                                                                           {31, "0"}}));
   const auto& m = Only<MText>(d);
   EXPECT_EQ(m.text, first + second + "\\Pfin");
   EXPECT_EQ(m.attachment, 5);
@@ -163,70 +141,46 @@ TEST(ReaderEntities, MTextJoinsItsChunksInOrder) {
 }
 
 TEST(ReaderEntities, PolylinesOfBothKinds) {
-  const Drawing d = ReadEntities(Tags({{0, "LWPOLYLINE"},
-                                       {100, "AcDbEntity"},
-                                       {8, "0"},
-                                       {100, "AcDbPolyline"},
-                                       {90, "3"},
-                                       {70, "1"},
-                                       {43, "0.5"},
-                                       {10, "0"},
-                                       {20, "0"},
-                                       {10, "2"},
-                                       {20, "0"},
-                                       {42, "1"},
-                                       {10, "2"},
-                                       {20, "2"}}) +
-                                 Tags({{0, "POLYLINE"},
-                                       {100, "AcDbEntity"},
-                                       {8, "0"},
-                                       {100, "AcDb2dPolyline"},
-                                       {66, "1"},
-                                       {10, "0"},
-                                       {20, "0"},
-                                       {30, "4"},
-                                       {70, "4"},
-                                       {40, "0.2"},
-                                       {41, "0.2"}}) +
-                                 Tags({{0, "VERTEX"},
-                                       {100, "AcDbEntity"},
-                                       {8, "0"},
-                                       {100, "AcDbVertex"},
-                                       {100, "AcDb2dVertex"},
-                                       {10, "0"},
-                                       {20, "0"},
-                                       {70, "16"}}) +
-                                 Tags({{0, "VERTEX"},
-                                       {100, "AcDbEntity"},
-                                       {8, "0"},
-                                       {100, "AcDbVertex"},
-                                       {100, "AcDb2dVertex"},
-                                       {10, "1"},
-                                       {20, "1"},
-                                       {42, "-0.5"},
-                                       {70, "8"}}) +
-                                 Tags({{0, "VERTEX"},
-                                       {100, "AcDbEntity"},
-                                       {8, "0"},
-                                       {10, "3"},
-                                       {20, "1"},
-                                       {41, "0.7"},
-                                       {70, "8"}}) +
-                                 Tags({{0, "SEQEND"}, {100, "AcDbEntity"}, {8, "0"}}) +
-                                 // A polyface mesh: read past, counted, not drawn.
-                                 Tags({{0, "POLYLINE"},
-                                       {8, "0"},
-                                       {66, "1"},
-                                       {70, "64"},
-                                       {0, "VERTEX"},
-                                       {8, "0"},
-                                       {10, "1"},
-                                       {0, "VERTEX"},
-                                       {8, "0"},
-                                       {10, "2"},
-                                       {0, "SEQEND"},
-                                       {8, "0"}}) +
-                                 Tags({{0, "POINT"}, {8, "0"}, {10, "9"}, {20, "9"}}));
+  const Drawing d = ReadEntities(
+      EntityStart("LWPOLYLINE", "AcDbPolyline") +
+      Tags({{90, "3"},
+            {70, "1"},
+            {43, "0.5"},
+            {10, "0"},
+            {20, "0"},
+            {10, "2"},
+            {20, "0"},
+            {42, "1"},
+            {10, "2"},
+            {20, "2"}}) +
+      EntityStart("POLYLINE", "AcDb2dPolyline") +
+      Tags({{66, "1"}, {10, "0"}, {20, "0"}, {30, "4"}, {70, "4"}, {40, "0.2"}, {41, "0.2"}}) +
+      EntityStart("VERTEX", "AcDbVertex") +
+      Tags({{100, "AcDb2dVertex"}, {10, "0"}, {20, "0"}, {70, "16"}}) +
+      EntityStart("VERTEX", "AcDbVertex") +
+      Tags({{100, "AcDb2dVertex"}, {10, "1"}, {20, "1"}, {42, "-0.5"}, {70, "8"}}) +
+      Tags({{0, "VERTEX"},
+            {100, "AcDbEntity"},
+            {8, "0"},
+            {10, "3"},
+            {20, "1"},
+            {41, "0.7"},
+            {70, "8"}}) +
+      Tags({{0, "SEQEND"}, {100, "AcDbEntity"}, {8, "0"}}) +
+      // A polyface mesh: read past, counted, not drawn.
+      Tags({{0, "POLYLINE"},
+            {8, "0"},
+            {66, "1"},
+            {70, "64"},
+            {0, "VERTEX"},
+            {8, "0"},
+            {10, "1"},
+            {0, "VERTEX"},
+            {8, "0"},
+            {10, "2"},
+            {0, "SEQEND"},
+            {8, "0"}}) +
+      Tags({{0, "POINT"}, {8, "0"}, {10, "9"}, {20, "9"}}));
   const std::vector<Entity>& all = ModelEntities(d);
   ASSERT_EQ(all.size(), 3u);
   const auto& lw = std::get<Polyline>(all[0].geometry);
@@ -248,68 +202,65 @@ TEST(ReaderEntities, PolylinesOfBothKinds) {
 }
 
 TEST(ReaderEntities, HatchPathsPatternAndClockwiseArcs) {
-  const Drawing d = ReadEntities(Tags({
-      {0, "HATCH"},
-      {100, "AcDbEntity"},
-      {8, "0"},
-      {100, "AcDbHatch"},
-      {10, "0"},
-      {20, "0"},
-      {30, "2"},
-      {210, "0"},
-      {220, "0"},
-      {230, "1"},
-      {2, "ANSI31"},
-      {70, "0"},
-      {71, "0"},
-      {91, "2"},
-      // an edge path: a line and a clockwise arc
-      {92, "1"},
-      {93, "2"},
-      {72, "1"},
-      {10, "0"},
-      {20, "0"},
-      {11, "10"},
-      {21, "0"},
-      {72, "2"},
-      {10, "5"},
-      {20, "0"},
-      {40, "5"},
-      {50, "0"},
-      {51, "180"},
-      {73, "0"},
-      {97, "1"},
-      {330, "AB"},
-      // a polyline path with a bulge
-      {92, "2"},
-      {72, "1"},
-      {73, "1"},
-      {93, "2"},
-      {10, "1"},
-      {20, "1"},
-      {42, "0.5"},
-      {10, "2"},
-      {20, "2"},
-      {42, "0"},
-      {97, "0"},
-      {75, "1"},
-      {76, "1"},
-      {52, "45"},
-      {41, "1"},
-      {77, "0"},
-      {78, "1"},
-      {53, "45"},
-      {43, "0"},
-      {44, "0"},
-      {45, "-2.2"},
-      {46, "2.2"},
-      {79, "2"},
-      {49, "3"},
-      {49, "-1"},
-      {98, "1"},
-      {10, "7"},
-      {20, "7"},
-  }));
+  const Drawing d = ReadEntities(EntityStart("HATCH", "AcDbHatch") +
+                                 Tags({
+                                     {10, "0"},
+                                     {20, "0"},
+                                     {30, "2"},
+                                     {210, "0"},
+                                     {220, "0"},
+                                     {230, "1"},
+                                     {2, "ANSI31"},
+                                     {70, "0"},
+                                     {71, "0"},
+                                     {91, "2"},
+                                     // an edge path: a line and a clockwise arc
+                                     {92, "1"},
+                                     {93, "2"},
+                                     {72, "1"},
+                                     {10, "0"},
+                                     {20, "0"},
+                                     {11, "10"},
+                                     {21, "0"},
+                                     {72, "2"},
+                                     {10, "5"},
+                                     {20, "0"},
+                                     {40, "5"},
+                                     {50, "0"},
+                                     {51, "180"},
+                                     {73, "0"},
+                                     {97, "1"},
+                                     {330, "AB"},
+                                     // a polyline path with a bulge
+                                     {92, "2"},
+                                     {72, "1"},
+                                     {73, "1"},
+                                     {93, "2"},
+                                     {10, "1"},
+                                     {20, "1"},
+                                     {42, "0.5"},
+                                     {10, "2"},
+                                     {20, "2"},
+                                     {42, "0"},
+                                     {97, "0"},
+                                     {75, "1"},
+                                     {76, "1"},
+                                     {52, "45"},
+                                     {41, "1"},
+                                     {77, "0"},
+                                     {78, "1"},
+                                     {53, "45"},
+                                     {43, "0"},
+                                     {44, "0"},
+                                     {45, "-2.2"},
+                                     {46, "2.2"},
+                                     {79, "2"},
+                                     {49, "3"},
+                                     {49, "-1"},
+                                     {98, "1"},
+                                     {10, "7"},
+                                     {20, "7"},
+                                 }));
   const auto& h = Only<Hatch>(d);
   EXPECT_EQ(h.pattern, "ANSI31");
   EXPECT_FALSE(h.solid);
@@ -333,15 +284,15 @@ TEST(ReaderEntities, HatchPathsPatternAndClockwiseArcs) {
 }
 
 TEST(ReaderEntities, HatchSplineEdgeWithFitDataBeforeTheSourceCount) {
-  const Drawing d = ReadEntities(Tags({
-      {0, "HATCH"}, {100, "AcDbEntity"}, {8, "0"},  {100, "AcDbHatch"}, {2, "SOLID"}, {70, "1"},
-      {91, "1"},    {92, "1"},           {93, "1"}, {72, "4"},          {94, "3"},    {73, "0"},
-      {74, "0"},    {95, "8"},           {96, "4"}, {40, "0"},          {40, "0"},    {40, "0"},
-      {40, "0"},    {40, "1"},           {40, "1"}, {40, "1"},          {40, "1"},    {10, "0"},
-      {20, "0"},    {10, "1"},           {20, "1"}, {10, "2"},          {20, "1"},    {10, "3"},
-      {20, "0"},    {97, "2"},           {11, "0"}, {21, "0"},          {11, "3"},    {21, "0"},
-      {97, "1"},    {330, "C1"},         {75, "0"},
-  }));
+  const Drawing d = ReadEntities(
+      EntityStart("HATCH", "AcDbHatch") +
+      Tags({
+          {2, "SOLID"}, {70, "1"}, {91, "1"}, {92, "1"}, {93, "1"}, {72, "4"},   {94, "3"},
+          {73, "0"},    {74, "0"}, {95, "8"}, {96, "4"}, {40, "0"}, {40, "0"},   {40, "0"},
+          {40, "0"},    {40, "1"}, {40, "1"}, {40, "1"}, {40, "1"}, {10, "0"},   {20, "0"},
+          {10, "1"},    {20, "1"}, {10, "2"}, {20, "1"}, {10, "3"}, {20, "0"},   {97, "2"},
+          {11, "0"},    {21, "0"}, {11, "3"}, {21, "0"}, {97, "1"}, {330, "C1"}, {75, "0"},
+      }));
   const auto& h = Only<Hatch>(d);
   EXPECT_TRUE(h.solid);
   ASSERT_EQ(h.loops.size(), 1u);
@@ -401,90 +352,41 @@ TEST(ReaderEntities, ReleaseTwelveViewportFromExtendedData) {
 }
 
 TEST(ReaderEntities, CurvesSolidsAndUnknownKinds) {
-  const Drawing d =
-      ReadEntities(Tags({{0, "ELLIPSE"},
-                         {100, "AcDbEntity"},
-                         {8, "0"},
-                         {100, "AcDbEllipse"},
-                         {10, "1"},
-                         {20, "1"},
-                         {11, "4"},
-                         {21, "0"},
-                         {40, "0.5"},
-                         {41, "0"},
-                         {42, "3.14"}}) +
-                   Tags({{0, "SPLINE"},
-                         {100, "AcDbEntity"},
-                         {8, "0"},
-                         {100, "AcDbSpline"},
-                         {70, "8"},
-                         {71, "3"},
-                         {72, "0"},
-                         {73, "0"},
-                         {74, "3"},
-                         {11, "0"},
-                         {21, "0"},
-                         {11, "1"},
-                         {21, "1"},
-                         {11, "2"},
-                         {21, "0"}}) +
-                   Tags({{0, "SOLID"},
-                         {100, "AcDbEntity"},
-                         {8, "0"},
-                         {100, "AcDbTrace"},
-                         {10, "0"},
-                         {20, "0"},
-                         {11, "1"},
-                         {21, "0"},
-                         {12, "0"},
-                         {22, "1"}}) +
-                   Tags({{0, "3DFACE"},
-                         {100, "AcDbEntity"},
-                         {8, "0"},
-                         {100, "AcDbFace"},
-                         {10, "0"},
-                         {11, "1"},
-                         {12, "1"},
-                         {22, "1"},
-                         {13, "0"},
-                         {23, "1"},
-                         {70, "5"}}) +
-                   Tags({{0, "ARC"},
-                         {100, "AcDbEntity"},
-                         {8, "0"},
-                         {100, "AcDbCircle"},
-                         {10, "0"},
-                         {20, "0"},
-                         {40, "2"},
-                         {100, "AcDbArc"},
-                         {50, "270"},
-                         {51, "90"}}) +
-                   Tags({{0, "DIMENSION"},
-                         {100, "AcDbEntity"},
-                         {8, "0"},
-                         {100, "AcDbDimension"},
-                         {2, "*D5"},
-                         {10, "3"},
-                         {20, "4"},
-                         {11, "1"},
-                         {21, "2"},
-                         {70, "33"},
-                         {100, "AcDbAlignedDimension"},
-                         {13, "0"},
-                         {14, "5"}}) +
-                   Tags({{0, "LEADER"},
-                         {100, "AcDbEntity"},
-                         {8, "0"},
-                         {100, "AcDbLeader"},
-                         {3, "Standard"},
-                         {71, "0"},
-                         {76, "2"},
-                         {10, "0"},
-                         {20, "0"},
-                         {10, "5"},
-                         {20, "5"}}) +
-                   Tags({{0, "MLINE"}, {8, "0"}, {10, "0"}}) + Tags({{0, "MLINE"}, {8, "0"}}) +
-                   Tags({{0, "ATTDEF"}, {8, "0"}, {1, "x"}}));
+  const Drawing d = ReadEntities(
+      EntityStart("ELLIPSE", "AcDbEllipse") +
+      Tags({{10, "1"}, {20, "1"}, {11, "4"}, {21, "0"}, {40, "0.5"}, {41, "0"}, {42, "3.14"}}) +
+      EntityStart("SPLINE", "AcDbSpline") +
+      Tags({{70, "8"},
+            {71, "3"},
+            {72, "0"},
+            {73, "0"},
+            {74, "3"},
+            {11, "0"},
+            {21, "0"},
+            {11, "1"},
+            {21, "1"},
+            {11, "2"},
+            {21, "0"}}) +
+      EntityStart("SOLID", "AcDbTrace") +
+      Tags({{10, "0"}, {20, "0"}, {11, "1"}, {21, "0"}, {12, "0"}, {22, "1"}}) +
+      EntityStart("3DFACE", "AcDbFace") +
+      Tags({{10, "0"}, {11, "1"}, {12, "1"}, {22, "1"}, {13, "0"}, {23, "1"}, {70, "5"}}) +
+      EntityStart("ARC", "AcDbCircle") +
+      Tags({{10, "0"}, {20, "0"}, {40, "2"}, {100, "AcDbArc"}, {50, "270"}, {51, "90"}}) +
+      EntityStart("DIMENSION", "AcDbDimension") +
+      Tags({{2, "*D5"},
+            {10, "3"},
+            {20, "4"},
+            {11, "1"},
+            {21, "2"},
+            {70, "33"},
+            {100, "AcDbAlignedDimension"},
+            {13, "0"},
+            {14, "5"}}) +
+      EntityStart("LEADER", "AcDbLeader") +
+      Tags({{3, "Standard"}, {71, "0"}, {76, "2"}, {10, "0"}, {20, "0"}, {10, "5"}, {20, "5"}}) +
+      Tags({{0, "MLINE"}, {8, "0"}, {10, "0"}}) + Tags({{0, "MLINE"}, {8, "0"}}) +
+      Tags({{0, "ATTDEF"}, {8, "0"}, {1, "x"}}));
   const std::vector<Entity>& all = ModelEntities(d);
   ASSERT_EQ(all.size(), 7u);
   EXPECT_EQ(std::get<Ellipse>(all[0].geometry).majorAxis.x, 4);

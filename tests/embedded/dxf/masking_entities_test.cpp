@@ -13,20 +13,17 @@
 namespace sheafwork::embedded {
 namespace {
 
-using testing::EndOfFile;
-using testing::Header;
-using testing::Section;
+using testing::Dictionary;
+using testing::EntityStart;
 using testing::Tags;
 
 Drawing Read(const std::string& entities, const std::string& objects = "") {
-  return ReadDxf(Header({{9, "$ACADVER"}, {1, "AC1015"}}) + Section("ENTITIES", entities) +
-                     (objects.empty() ? std::string() : Section("OBJECTS", objects)) + EndOfFile(),
-                 "w.dxf");
+  return testing::ReadEntities(entities, "", objects);
 }
 
-const Entity& First(const Drawing& d) { return d.FindBlock("*Model_Space")->entities.at(0); }
+const Entity& First(const Drawing& d) { return testing::ModelEntities(d).at(0); }
 
-std::string WipeoutTags(const std::string& clipTags) {
+std::string WipeoutTags(const std::string& clipTags, const char* clipping = "1") {
   return Tags({{0, "WIPEOUT"},
                {5, "3A"},
                {100, "AcDbEntity"},
@@ -46,7 +43,7 @@ std::string WipeoutTags(const std::string& clipTags) {
                {23, "1"},
                {340, "0"},
                {70, "7"},
-               {280, "1"},
+               {280, clipping},
                {281, "50"},
                {282, "50"},
                {283, "0"},
@@ -91,28 +88,26 @@ TEST(ReaderWipeout, RectangleBoundaryClippingOffAndFrameSetting) {
     const char* name;
     std::string clip;
     std::string objects;
+    const char* clippingState;
     bool clipping;
     std::int16_t frame;
   };
   const Case cases[] = {
       {"rectangle, no frame object",
-       Tags({{71, "1"}, {91, "2"}, {14, "-0.5"}, {24, "-0.5"}, {14, "0.5"}, {24, "0.5"}}), "", true,
-       0},
-      {"frame shown", Tags({{71, "1"}, {91, "0"}}), frameVariables, true, 1},
+       Tags({{71, "1"}, {91, "2"}, {14, "-0.5"}, {24, "-0.5"}, {14, "0.5"}, {24, "0.5"}}), "", "1",
+       true, 0},
+      {"frame shown", Tags({{71, "1"}, {91, "0"}}), frameVariables, "1", true, 1},
+      // Clipping state 0 is kept: the whole image is masked then.
+      {"clipping off", Tags({{71, "1"}, {91, "0"}}), "", "0", false, 0},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    const Drawing d = Read(WipeoutTags(c.clip), c.objects);
+    const Drawing d = Read(WipeoutTags(c.clip, c.clippingState), c.objects);
     const auto& w = std::get<Wipeout>(First(d).geometry);
     EXPECT_EQ(w.clipType, 1);
     EXPECT_EQ(w.clipping, c.clipping);
     EXPECT_EQ(d.header.wipeoutFrame, c.frame);
   }
-  // Clipping state 0 is kept: the whole image is masked then.
-  std::string off = WipeoutTags("");
-  off.replace(off.find("280\n1\n"), 6, "280\n0\n");
-  const Drawing d = Read(off);
-  EXPECT_FALSE(std::get<Wipeout>(First(d).geometry).clipping);
 }
 
 TEST(ReaderPolylines, LinetypeGenerationFlagOfBothKinds) {
@@ -123,39 +118,27 @@ TEST(ReaderPolylines, LinetypeGenerationFlagOfBothKinds) {
     bool closed;
   };
   const auto lw = [](const char* flags) {
-    return Tags({{0, "LWPOLYLINE"},
-                 {100, "AcDbEntity"},
-                 {8, "0"},
-                 {100, "AcDbPolyline"},
-                 {90, "2"},
-                 {70, flags},
-                 {10, "0"},
-                 {20, "0"},
-                 {10, "5"},
-                 {20, "0"}});
+    return EntityStart("LWPOLYLINE", "AcDbPolyline") +
+           Tags({{90, "2"}, {70, flags}, {10, "0"}, {20, "0"}, {10, "5"}, {20, "0"}});
   };
   const auto old = [](const char* flags) {
-    return Tags({{0, "POLYLINE"},
-                 {100, "AcDbEntity"},
-                 {8, "0"},
-                 {100, "AcDb2dPolyline"},
-                 {66, "1"},
-                 {70, flags},
-                 {0, "VERTEX"},
-                 {100, "AcDbEntity"},
-                 {8, "0"},
-                 {100, "AcDbVertex"},
-                 {100, "AcDb2dVertex"},
-                 {10, "0"},
-                 {20, "0"},
-                 {0, "VERTEX"},
-                 {100, "AcDbEntity"},
-                 {8, "0"},
-                 {100, "AcDbVertex"},
-                 {100, "AcDb2dVertex"},
-                 {10, "5"},
-                 {20, "0"},
-                 {0, "SEQEND"}});
+    return EntityStart("POLYLINE", "AcDb2dPolyline") + Tags({{66, "1"},
+                                                             {70, flags},
+                                                             {0, "VERTEX"},
+                                                             {100, "AcDbEntity"},
+                                                             {8, "0"},
+                                                             {100, "AcDbVertex"},
+                                                             {100, "AcDb2dVertex"},
+                                                             {10, "0"},
+                                                             {20, "0"},
+                                                             {0, "VERTEX"},
+                                                             {100, "AcDbEntity"},
+                                                             {8, "0"},
+                                                             {100, "AcDbVertex"},
+                                                             {100, "AcDb2dVertex"},
+                                                             {10, "5"},
+                                                             {20, "0"},
+                                                             {0, "SEQEND"}});
   };
   const Case cases[] = {
       {"light, 128", lw("128"), true, false}, {"light, 129", lw("129"), true, true},
@@ -189,22 +172,9 @@ std::string ClippedInsert() {
 }
 
 std::string FilterObjects(const char* enabled, const char* filterKey) {
-  return Tags({{0, "DICTIONARY"},
-               {5, "C"},
-               {100, "AcDbDictionary"},
-               {0, "DICTIONARY"},
-               {5, "4B"},
-               {330, "4A"},
-               {100, "AcDbDictionary"},
-               {3, "ACAD_FILTER"},
-               {360, "4C"},
-               {0, "DICTIONARY"},
-               {5, "4C"},
-               {330, "4B"},
-               {100, "AcDbDictionary"},
-               {3, filterKey},
-               {360, "4D"},
-               {0, "SPATIAL_FILTER"},
+  return Dictionary("C", "", {}) + Dictionary("4B", "4A", {{"ACAD_FILTER", "4C"}}, 360) +
+         Dictionary("4C", "4B", {{filterKey, "4D"}}, 360) +
+         Tags({{0, "SPATIAL_FILTER"},
                {5, "4D"},
                {330, "4C"},
                {100, "AcDbFilter"},
