@@ -1,11 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <vector>
 
 #include <nlohmann/json.hpp>
 
-#include "app/command_line.h"
+#include "command_runner.h"
 #include "fakes/temp_folder.h"
 #include "res/string_table.h"
 
@@ -14,29 +13,18 @@ namespace {
 
 using testing::TempFolder;
 
-struct Outcome {
-  int status;
-  std::string out;
-  std::string err;
-};
+using testing::Outcome;
 
 class CommandLineTest : public ::testing::Test {
  protected:
-  Outcome Run(std::vector<std::string> args) {
-    args.insert(args.begin(), "sheafwork");
-    std::vector<const char*> argv;
-    for (const auto& a : args) argv.push_back(a.c_str());
-    std::ostringstream out, err;
-    CommandEnvironment env;
-    env.defaultLogFolder = "/logs";
-    const int status = RunCommandLine(static_cast<int>(argv.size()), argv.data(), out, err, env);
-    return {status, out.str(), err.str()};
-  }
+  CommandLineTest() { env.defaultLogFolder = "/logs"; }
+  Outcome Run(std::vector<std::string> args) { return testing::RunSheafwork(args, env); }
   nlohmann::json Show(const std::string& list) {
     const Outcome o = Run({"list", "show", "--json", list});
     EXPECT_EQ(o.status, 0) << o.err;
     return nlohmann::json::parse(o.out);
   }
+  CommandEnvironment env;
   TempFolder folder;
 };
 

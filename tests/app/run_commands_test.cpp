@@ -4,10 +4,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <vector>
 
-#include "app/command_line.h"
+#include "command_runner.h"
 #include "fakes/fake_host.h"
 #include "fakes/log_lines.h"
 #include "fakes/temp_folder.h"
@@ -31,11 +30,7 @@ class AllFonts : public FontFolders {
   bool HasFontFile(std::string_view) override { return true; }
 };
 
-struct Outcome {
-  int status;
-  std::string out;
-  std::string err;
-};
+using testing::Outcome;
 
 class RunCommandsTest : public ::testing::Test {
  protected:
@@ -52,14 +47,7 @@ class RunCommandsTest : public ::testing::Test {
     list = home.File("lot.qx3");
   }
 
-  Outcome Run(std::vector<std::string> args) {
-    args.insert(args.begin(), "sheafwork");
-    std::vector<const char*> argv;
-    for (const auto& a : args) argv.push_back(a.c_str());
-    std::ostringstream out, err;
-    const int status = RunCommandLine(static_cast<int>(argv.size()), argv.data(), out, err, env);
-    return {status, out.str(), err.str()};
-  }
+  Outcome Run(std::vector<std::string> args) { return testing::RunSheafwork(args, env); }
 
   /// A list with a row that plots and a row whose layout is missing.
   void MakeList(bool withFailingRow) {
@@ -102,22 +90,24 @@ TEST_F(RunCommandsTest, PlotRunsEveryRowShowsProgressAndEndsTheHost) {
   EXPECT_TRUE(host.Quit());
 }
 
-TEST_F(RunCommandsTest, PlotOfRowsThatAllPlotEndsWithStatus0) {
+// A run whose rows all go through ends with status 0, a cancelled one with 1;
+// a check that finds no error with 0.
+TEST_F(RunCommandsTest, ACleanRunOrCheckEndsWith0ACancelledRunWith1) {
   MakeList(false);
-  const Outcome o = Run({"plot", list, "--host", "essai"});
+  Outcome o = Run({"plot", list, "--host", "essai"});
   EXPECT_EQ(o.status, 0) << o.err;
   EXPECT_THAT(o.err, HasSubstr("2 ligne(s) tracée(s), 0 en échec"));
-}
+  o = Run({"check", list});
+  EXPECT_EQ(o.status, 0) << o.out;
+  EXPECT_THAT(o.out, ::testing::Not(HasSubstr("ERREUR")));
 
-TEST_F(RunCommandsTest, ACancelledRunEndsWithStatus1) {
-  MakeList(false);
-  host.CancelAtPoll(2);
-  const Outcome o = Run({"plot", list});
+  host.CancelAtPoll(host.ProgressPolls() + 2);
+  o = Run({"plot", list});
   EXPECT_EQ(o.status, 1);
   EXPECT_THAT(o.err, HasSubstr("traçage annulé"));
 }
 
-TEST_F(RunCommandsTest, UnusableInputOrNoHostEndWithStatus2BeforeTheHostStarts) {
+TEST_F(RunCommandsTest, UnusableInputOrNoUsableHostEndWithStatus2) {
   MakeList(false);
   Outcome o = Run({"plot", list, "--host", "autre"});
   EXPECT_EQ(o.status, 2);
@@ -134,16 +124,14 @@ TEST_F(RunCommandsTest, UnusableInputOrNoHostEndWithStatus2BeforeTheHostStarts) 
   o = Run({"plot", list});
   EXPECT_EQ(o.status, 2);
   EXPECT_THAT(o.err, HasSubstr("aucun hôte CAO n'est disponible"));
-}
 
-TEST_F(RunCommandsTest, AHostThatDoesNotStartIsNamedWithMessage125) {
-  MakeList(false);
+  // A host that does not start is named with message 125.
   HostRegistry broken;
   broken.Register("cassé", []() -> std::shared_ptr<host::Application> {
     throw host::Error(429, "Impossible de créer l'objet");
   });
   env.hosts = &broken;
-  const Outcome o = Run({"plot", list});
+  o = Run({"plot", list});
   EXPECT_EQ(o.status, 2);
   EXPECT_THAT(o.err, HasSubstr("sheafwork: Erreur lors du chargement d'Orvane pour Sheafwork\n"));
 }
@@ -169,13 +157,6 @@ TEST_F(RunCommandsTest, CheckPrintsTheResultsAndSavesOrAppendsThem) {
   EXPECT_EQ(fromFile, o.out);
   EXPECT_EQ(testing::ReadLogLines(Journal()), lines);
   EXPECT_TRUE(host.Plots().empty());
-}
-
-TEST_F(RunCommandsTest, ACheckThatFindsNoErrorEndsWithStatus0) {
-  MakeList(false);
-  const Outcome o = Run({"check", list});
-  EXPECT_EQ(o.status, 0) << o.out;
-  EXPECT_THAT(o.out, ::testing::Not(HasSubstr("ERREUR")));
 }
 
 }  // namespace

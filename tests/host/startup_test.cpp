@@ -57,13 +57,10 @@ TEST_F(StartupTest, TheHostsHelpFileAndTheTemplateDrawingAreUsedWhenPresent) {
   ASSERT_TRUE(attached.ok);
   EXPECT_EQ(attached.helpFilePath, hostFolder.File("Help/quirerun.hlp"));
   EXPECT_EQ(attached.host->Doc().FullName(), templateDrawing);
-}
 
-TEST_F(StartupTest, ANetworkHostFolderIsReplacedByTheRoot) {
+  // A network folder is replaced by the root.
   host.path = "\\\\serveur\\orvane";
-  AttachResult attached = AttachHost(Factory(), Files(), prompt);
-  ASSERT_TRUE(attached.ok);
-  EXPECT_EQ(attached.host->HostPath, "/");
+  EXPECT_EQ(AttachHost(Factory(), Files(), prompt).host->HostPath, "/");
 }
 
 TEST_F(StartupTest, AHostThatCannotBeCreatedShowsMessage125AndIsNeverQuit) {
@@ -81,21 +78,20 @@ TEST_F(StartupTest, AHostThatCannotBeCreatedShowsMessage125AndIsNeverQuit) {
   EXPECT_FALSE(host.Quit());
 }
 
-TEST_F(StartupTest, AFailureAfterCreationStillEndsWithQuit) {
+// Only a host the program started is quit, even when attaching failed after
+// it was created.
+TEST_F(StartupTest, OnlyAHostTheProgramStartedIsQuit) {
+  Session session(data.path().string());
+  HostSession attachedOnly(host.App(), data.path().string());
+  EndSession(session, &attachedOnly, prompt);
+  EXPECT_FALSE(host.Quit());
+
   host.FailOn("Application.Height");
   AttachResult attached = AttachHost(Factory(), Files(), prompt);
   EXPECT_FALSE(attached.ok);
   ASSERT_NE(attached.host, nullptr);
-  Session session(data.path().string());
   EndSession(session, attached.host.get(), prompt);
   EXPECT_TRUE(host.Quit());
-}
-
-TEST_F(StartupTest, AHostTheProgramDidNotStartIsLeftRunning) {
-  HostSession attachedOnly(host.App(), data.path().string());
-  Session session(data.path().string());
-  EndSession(session, &attachedOnly, prompt);
-  EXPECT_FALSE(host.Quit());
 }
 
 TEST_F(StartupTest, EndingPutsTheVariablesAndTheWindowSizeBackBeforeQuitting) {

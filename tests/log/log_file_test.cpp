@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <string>
 
 #include "fakes/temp_folder.h"
@@ -58,40 +59,35 @@ TEST_F(LogFileTest, AppendModeKeepsThePreviousBytes) {
   EXPECT_EQ(Errors(), "EErreurs\r\n");
 }
 
-TEST_F(LogFileTest, JournalInAMissingFolderIsReportedWithItsName) {
-  s_.JournalLogFileName = dir_.File("missing/j.log");
-  Run({"perdu"});
-  EXPECT_EQ(Errors(), "\r\n" + Line(LoadResourceText(ids::kJournalNotAccessible) +
-                                    s_.JournalLogFileName));  // and no string 99
-}
-
-TEST_F(LogFileTest, FailingJournalIsReportedOnce) {
-  s_.JournalLogFileName = kFull;
-  Run({"a", "b", "c"}, "suite");
-  EXPECT_EQ(Errors(), "\r\n" + Line(LoadResourceText(ids::kJournalWriteProblem)) + "suite\r\n");
-}
-
-TEST_F(LogFileTest, FailingErrorLogLeavesTheJournalComplete) {
-  s_.ErrorLogFileName = kFull;
-  Run({"a", "b"}, "ignorée");
-  EXPECT_EQ(Journal(), "\r\n\r\na\r\nb\r\n");
-}
-
-TEST_F(LogFileTest, LogSwitchedOffOrUnnamedIsNotCreated) {
+// A log switched off or unnamed is not created; a journal that cannot be
+// opened or written is reported once in the error log, with its name when it
+// could not be opened; a failing error log leaves the journal complete.
+TEST_F(LogFileTest, LogsThatAreOffOrFailing) {
   const LogSettings defaults = s_;
-  const std::pair<void (*)(LogSettings&), bool> cases[] = {
-      // change, journal still created
-      {[](LogSettings& s) { s.JournalLogOn = false; }, false},
-      {[](LogSettings& s) { s.JournalLogFileName.clear(); }, false},
-      {[](LogSettings& s) { s.ErrorLogOn = false; }, true},
-      {[](LogSettings& s) { s.ErrorLogFileName.clear(); }, true},
+  const std::string missing = dir_.File("missing/j.log");
+  const std::string journal = "\r\n\r\na\r\nb\r\n", errors = "\r\ne\r\n";
+  const std::string notAccessible = Line(LoadResourceText(ids::kJournalNotAccessible) + missing);
+  const std::string writeProblem = Line(LoadResourceText(ids::kJournalWriteProblem));
+  struct Case {
+    std::function<void(LogSettings&)> change;
+    std::string journal, errors;  ///< "" when the file is not there
   };
-  for (const auto& [change, journal] : cases) {
+  const Case cases[] = {
+      {[](LogSettings& s) { s.JournalLogOn = false; }, "", errors},
+      {[](LogSettings& s) { s.JournalLogFileName.clear(); }, "", errors},
+      {[](LogSettings& s) { s.ErrorLogOn = false; }, journal, ""},
+      {[](LogSettings& s) { s.ErrorLogFileName.clear(); }, journal, ""},
+      {[&](LogSettings& s) { s.JournalLogFileName = missing; }, "",
+       "\r\n" + notAccessible + "e\r\n"},
+      {[](LogSettings& s) { s.JournalLogFileName = kFull; }, "", "\r\n" + writeProblem + "e\r\n"},
+      {[](LogSettings& s) { s.ErrorLogFileName = kFull; }, journal, ""},
+  };
+  for (std::size_t i = 0; i < std::size(cases); ++i) {
     s_ = defaults;
-    change(s_);
-    Run({"j"});
-    EXPECT_EQ(Journal(), journal ? "\r\n\r\nj\r\n" : "");  // no file reads as ""
-    EXPECT_EQ(Errors(), journal ? "" : "\r\n");
+    cases[i].change(s_);
+    Run({"a", "b"}, "e");
+    EXPECT_EQ(Journal(), cases[i].journal) << "case " << i;  // no file reads as ""
+    EXPECT_EQ(Errors(), cases[i].errors) << "case " << i;
     fs::remove(defaults.JournalLogFileName);
     fs::remove(defaults.ErrorLogFileName);
   }

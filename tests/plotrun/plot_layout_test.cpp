@@ -1,6 +1,7 @@
 #include "plotrun/plot_layout.h"
 
 #include <filesystem>
+#include <tuple>
 
 #include "plot_run_fixture.h"
 
@@ -30,11 +31,9 @@ class PlotLayoutTest : public PlotRunTest {
 
   bool Plot(const std::string& layout, std::string* elapsed = nullptr) {
     PlotSetupRecord record;
-    LayoutPlotContext context{
-        hostSession, errorLog, PaperChangeReport{errorLog, session.Log, &prompt}, record, [this] {
-          seconds += 75;
-          return LocalTime{2026, 11, 22, seconds / 3600, seconds / 60 % 60, seconds % 60};
-        }};
+    LayoutPlotContext context{hostSession, errorLog,
+                              PaperChangeReport{errorLog, session.Log, &prompt}, record,
+                              [this] { return Tick(); }};
     std::string text;
     const bool ok = PlotLayout(context, entry, layout, false, text);
     if (elapsed) *elapsed = text;
@@ -75,97 +74,81 @@ TEST_F(PlotLayoutTest, TheStepsComeInTheirFixedOrder) {
   EXPECT_THAT(Errors(), IsEmpty());
 }
 
-TEST_F(PlotLayoutTest, AnUnknownLayoutStopsEverythingWithMessage121) {
-  entry.PlotSetup = "A3";
-  EXPECT_FALSE(Plot("Vue Z"));
-  EXPECT_THAT(Steps(), IsEmpty());
-  EXPECT_THAT(Errors(), ElementsAre(Text(121) + plan));
-}
-
-TEST_F(PlotLayoutTest, AnUnknownPageSetupStopsBeforeTheLayersWithMessage115) {
-  entry.PlotSetup = "A0";
-  entry.Layers = "MURS 0";
-  EXPECT_FALSE(Plot("Vue A"));
-  EXPECT_THAT(Steps(), ElementsAre("Document(Plan.dwg).SetActiveLayout(Vue A)"));
-  EXPECT_THAT(Errors(), ElementsAre(Text(115)));
-}
-
-TEST_F(PlotLayoutTest, ALayerFailureStopsBeforeThePlotSettingsWithMessage116) {
-  entry.Layers = "MURS 0";
-  entry.PlotArea = "#E";
-  host.FailOn("SetLayerOn");
-  EXPECT_FALSE(Plot("Vue A"));
-  EXPECT_THAT(host.Calls("SetPlotType"), IsEmpty());
-  EXPECT_THAT(Errors(), ElementsAre(Text(100) + plan, Text(116) + plan));
-}
-
-TEST_F(PlotLayoutTest, APlotSettingsFailureStopsBeforeThePlotWithItsOwnMessageOnly) {
-  entry.PlotArea = "#E";
-  host.FailOn("SetPlotType");
-  EXPECT_FALSE(Plot("Vue A"));
-  EXPECT_THAT(host.Calls("PlotTo"), IsEmpty());
-  EXPECT_THAT(Errors(), ElementsAre(Text(111) + plan));
-}
-
-TEST_F(PlotLayoutTest, ARefusedPlotOrAHostErrorIsAFailureWithoutAMessage) {
-  host.SetPlotResult(false);
-  EXPECT_FALSE(Plot("Vue A"));
-  EXPECT_THAT(Errors(), IsEmpty());
-
-  ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, true));
-  host.SetPlotResult(true);
-  host.FailOn("PlotToDevice");
-  EXPECT_FALSE(Plot("Vue A"));
-  EXPECT_THAT(Errors(), IsEmpty());
-}
-
-TEST_F(PlotLayoutTest, TheDefaultDeviceInAnyCasePlotsToTheLayoutsOwnDevice) {
-  for (const char* device : {"", "Par défaut", "PAR DÉFAUT", "par défaut"}) {
+// A step that fails stops the ones after it and logs its own messages; a plot
+// the host refuses or throws on fails without a message. Failure rules stay
+// on, so each case fails a step the cases after it no longer reach.
+TEST_F(PlotLayoutTest, AFailedStepStopsTheRestWithItsMessages) {
+  const std::string toVueA = "Document(Plan.dwg).SetActiveLayout(Vue A)";
+  const std::string plotType = "Layout(Vue A).SetPlotType(1)";
+  struct Case {
+    const char *layout, *setup, *layers, *area, *failOn;
+    std::vector<std::string> steps, errors;
+  };
+  const Case cases[] = {
+      {"Vue Z", "A3", "MURS 0", "", "", {}, {Text(121) + plan}},
+      {"Vue A", "A0", "MURS 0", "", "", {toVueA}, {Text(115)}},
+      {"Vue A",
+       "",
+       "MURS 0",
+       "#E",
+       "SetLayerOn",
+       {toVueA, "Layer(MURS).SetLayerOn(false)"},
+       {Text(100) + plan, Text(116) + plan}},
+      {"Vue A", "", "", "#E", "SetPlotType", {toVueA, plotType}, {Text(111) + plan}},
+      {"Vue A", "", "", "", "refused", {toVueA, "Plot(Plan.dwg).PlotToDevice()"}, {}},
+      {"Vue A", "", "", "", "PlotToDevice", {toVueA, "Plot(Plan.dwg).PlotToDevice()"}, {}},
+  };
+  for (const Case& c : cases) {
     host.ClearCalls();
-    ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, true));
-    entry.PlotDevice = device;
-    EXPECT_TRUE(Plot("Vue A"));
-    EXPECT_THAT(host.Calls("PlotTo"), ElementsAre("Plot(Plan.dwg).PlotToDevice()")) << device;
+    ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, false));
+    errorLog.WriteLogLine("errors");
+    const bool refused = std::string_view(c.failOn) == "refused";
+    host.SetPlotResult(!refused);
+    if (*c.failOn && !refused) host.FailOn(c.failOn);
+    entry.PlotSetup = *c.setup ? c.setup : Text(76);
+    entry.Layers = c.layers;
+    entry.PlotArea = c.area;
+    EXPECT_FALSE(Plot(c.layout)) << c.failOn;
+    EXPECT_EQ(Steps(), c.steps) << c.failOn;
+    EXPECT_EQ(Errors(), c.errors) << c.failOn;
   }
 }
 
-TEST_F(PlotLayoutTest, APlotterConfigurationWithoutAFolderIsLookedUpInTheConfigurationFolders) {
+// The row's device and plot file decide the host's plot call: the default
+// device in any letter case is the layout's own, a bare plotter configuration
+// name is looked up along the configuration folders, and a plot file, trimmed,
+// goes to the row's device.
+TEST_F(PlotLayoutTest, TheRowsDeviceAndPlotFileChooseThePlotCall) {
   testing::TempFolder empty, configs;
   const std::string found = configs.Write("Traceur.PC3", "");
   std::filesystem::create_directory(configs.path() / "sous");
   configs.Write("sous/Traceur.PC3", "");
   host.printerConfigPath = empty.path().string() + " ; " + configs.path().string();
 
-  const std::pair<std::string, std::string> cases[] = {
-      {"Traceur.PC3", found},                            // found in the second folder
-      {"Absent.pc3", "Absent.pc3"},                      // not found: the bare name
-      {"/cfg/Traceur.PC3", "/cfg/Traceur.PC3"},          // a folder: as it stands
-      {"sous/Traceur.PC3", "sous/Traceur.PC3"},          // even when it would be found there
-      {"Imprimante du bureau", "Imprimante du bureau"},  // a system printer
+  const std::string toDevice = "Plot(Plan.dwg).PlotToDevice(";
+  // device, plot file, plot call
+  const std::tuple<std::string, std::string, std::string> cases[] = {
+      {"", "", toDevice + ")"},
+      {"Par défaut", "", toDevice + ")"},
+      {"PAR DÉFAUT", "", toDevice + ")"},
+      {"par défaut", "", toDevice + ")"},
+      {"Traceur.PC3", "", toDevice + found + ")"},                       // the second folder
+      {"Absent.pc3", "", toDevice + "Absent.pc3)"},                      // not found: bare name
+      {"/cfg/Traceur.PC3", "", toDevice + "/cfg/Traceur.PC3)"},          // a folder: as it stands
+      {"sous/Traceur.PC3", "", toDevice + "sous/Traceur.PC3)"},          // even if found there
+      {"Imprimante du bureau", "", toDevice + "Imprimante du bureau)"},  // a system printer
+      {"PDF.pc3", "  /out/plan.pdf ", "Plot(Plan.dwg).PlotToFile(/out/plan.pdf, PDF.pc3)"},
+      // Blanks only are a plot file with an empty name, on the layout's device.
+      {"Par défaut", "   ", "Plot(Plan.dwg).PlotToFile()"},
   };
-  for (const auto& [device, expected] : cases) {
+  for (const auto& [device, file, call] : cases) {
     host.ClearCalls();
     ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, true));
     entry.PlotDevice = device;
-    EXPECT_TRUE(Plot("Vue A"));
-    EXPECT_THAT(host.Calls("PlotTo"), ElementsAre("Plot(Plan.dwg).PlotToDevice(" + expected + ")"));
+    entry.PlotFile = file;
+    EXPECT_TRUE(Plot("Vue A")) << device;
+    EXPECT_THAT(host.Calls("PlotTo"), ElementsAre(call)) << device;
   }
-}
-
-TEST_F(PlotLayoutTest, APlotFileIsTrimmedAndTakesTheRowsDevice) {
-  entry.PlotFile = "  /out/plan.pdf ";
-  entry.PlotDevice = "PDF.pc3";
-  EXPECT_TRUE(Plot("Vue A"));
-  EXPECT_THAT(host.Calls("PlotTo"),
-              ElementsAre("Plot(Plan.dwg).PlotToFile(/out/plan.pdf, PDF.pc3)"));
-
-  // Blanks only are a plot file with an empty name, on the layout's device.
-  host.ClearCalls();
-  ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, true));
-  entry.PlotFile = "   ";
-  entry.PlotDevice = "Par défaut";
-  EXPECT_TRUE(Plot("Vue A"));
-  EXPECT_THAT(host.Calls("PlotTo"), ElementsAre("Plot(Plan.dwg).PlotToFile()"));
 }
 
 TEST(PlotFileForTest, AllLayoutsKeepOnlyTheFolderOfTheTypedName) {

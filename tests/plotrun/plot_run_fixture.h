@@ -58,13 +58,16 @@ class PlotRunTest : public ::testing::Test {
 
   RunResult Run() {
     RunServices services;
-    services.clock = [this] {
-      seconds += 75;
-      return LocalTime{2026, 11, 22, seconds / 3600, seconds / 60 % 60, seconds % 60};
-    };
+    services.clock = [this] { return Tick(); };
     services.observer = &observer;
     services.prompt = &prompt;
     return PlotAllEntries(session, hostSession, services);
+  }
+
+  /// The clock: 75 seconds later at every reading.
+  LocalTime Tick() {
+    seconds += 75;
+    return LocalTime{2026, 11, 22, seconds / 3600, seconds / 60 % 60, seconds % 60};
   }
 
   /// The journal's lines after its header and comment.

@@ -54,24 +54,26 @@ TEST(SynthesiseLayouts, PaperSheetFromThePaperLimits) {
     std::int16_t measurement;
     bool sheet;  // the limits make a sheet
     double width, height;
+    bool tileMode;  // the model tab is then the active one
   };
   const Case cases[] = {
-      {{0, 0}, {420, 297}, 1, true, 420, 297},
-      {{-20, -7.5}, {277, 202.5}, 1, true, 297, 210},
-      {{0, 0}, {17, 11}, 0, true, 431.8, 279.4},
-      {{0, 0}, {12, 9}, 1, false, 420, 297},  // 12 x 9 mm is no sheet
-      {{5, 5}, {0, 0}, 1, false, 420, 297},
+      {{0, 0}, {420, 297}, 1, true, 420, 297, false},
+      {{-20, -7.5}, {277, 202.5}, 1, true, 297, 210, false},
+      {{0, 0}, {17, 11}, 0, true, 431.8, 279.4, false},
+      {{0, 0}, {12, 9}, 1, false, 420, 297, false},  // 12 x 9 mm is no sheet
+      {{5, 5}, {0, 0}, 1, false, 420, 297, false},
+      {{0, 0}, {420, 297}, 1, true, 420, 297, true},
   };
   for (const Case& c : cases) {
     Drawing d = WithPaperEntity(true);
     d.header.pLimMin = c.min;
     d.header.pLimMax = c.max;
     d.header.measurement = c.measurement;
-    d.header.tileMode = false;
+    d.header.tileMode = c.tileMode;
     SynthesiseLayouts(d);
     ASSERT_EQ(d.layouts.size(), 2u);
     const Layout& paper = d.layouts[1];
-    EXPECT_EQ(d.activeLayout, 1u);
+    EXPECT_EQ(d.activeLayout, c.tileMode ? 0u : 1u);
     EXPECT_EQ(paper.name, "Présentation1");
     EXPECT_EQ(paper.blockName, "*Paper_Space");
     EXPECT_FALSE(paper.IsModel());
@@ -91,13 +93,6 @@ TEST(SynthesiseLayouts, PaperSheetFromThePaperLimits) {
     EXPECT_NEAR(s.marginLeft + s.origin.x + c.min.x * unit, 0, 1e-9);
     EXPECT_NEAR(s.marginBottom + s.origin.y + c.min.y * unit, 0, 1e-9);
   }
-}
-
-TEST(SynthesiseLayouts, ModelIsActiveInTileMode) {
-  Drawing d = WithPaperEntity(true);
-  d.header.tileMode = true;
-  SynthesiseLayouts(d);
-  EXPECT_EQ(d.activeLayout, 0u);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,17 @@ std::string SourcePath(const std::string& relative) {
 std::vector<unsigned char> Bytes(const std::string& path) {
   const std::string text = sheafwork::testing::TempFolder::Read(path);
   return {text.begin(), text.end()};
+}
+
+// `read` throws a PlotStyleError whose message holds each of `parts`.
+template <typename Read>
+void ExpectRefused(Read read, std::initializer_list<std::string> parts, const std::string& what) {
+  try {
+    read();
+    ADD_FAILURE() << what << ": read without error";
+  } catch (const PlotStyleError& error) {
+    for (const std::string& part : parts) EXPECT_THAT(error.what(), HasSubstr(part)) << what;
+  }
 }
 
 class OtherWriterTest : public ::testing::TestWithParam<const char*> {};
@@ -122,7 +134,8 @@ TEST(PlotStyleWriterTest, ShippedMonochromeTableIsOursAndPlotsBlack) {
   }
 }
 
-// Broken files are refused with a message naming the file and the fault.
+// Broken or missing files are refused with a message naming the file and the
+// fault.
 TEST(PlotStyleReaderTest, BrokenFilesNameTheFault) {
   const std::vector<unsigned char> good = WritePlotStyleTable(PlotStyleTable());
 
@@ -149,14 +162,11 @@ TEST(PlotStyleReaderTest, BrokenFilesNameTheFault) {
   cases.push_back({"huge text size", huge, "démesurée"});
 
   for (const Case& c : cases) {
-    try {
-      ReadPlotStyleTable(c.bytes, "styles/bad.ctb");
-      ADD_FAILURE() << c.what << ": read without error";
-    } catch (const PlotStyleError& error) {
-      EXPECT_THAT(error.what(), HasSubstr("styles/bad.ctb")) << c.what;
-      EXPECT_THAT(error.what(), HasSubstr(c.expected)) << c.what;
-    }
+    ExpectRefused([&] { ReadPlotStyleTable(c.bytes, "styles/bad.ctb"); },
+                  {"styles/bad.ctb", c.expected}, c.what);
   }
+  ExpectRefused([] { ReadPlotStyleFile("/nonexistent/folder/x.ctb"); },
+                {"/nonexistent/folder/x.ctb", "lecture impossible"}, "missing file");
 }
 
 TEST(PlotStyleReaderTest, BrokenTextsNameTheLine) {
@@ -180,13 +190,7 @@ TEST(PlotStyleReaderTest, BrokenTextsNameTheLine) {
       {"a{\nb{\nc{\nd{\ne{\nf{\ng{\nh{\ni{\nj{\n", "trop profondément"},
   };
   for (const Case& c : cases) {
-    try {
-      ParsePlotStyleText(c.text, "t.ctb");
-      ADD_FAILURE() << c.text << ": read without error";
-    } catch (const PlotStyleError& error) {
-      EXPECT_THAT(error.what(), HasSubstr("t.ctb")) << c.text;
-      EXPECT_THAT(error.what(), HasSubstr(c.expected)) << c.text;
-    }
+    ExpectRefused([&] { ParsePlotStyleText(c.text, "t.ctb"); }, {"t.ctb", c.expected}, c.text);
   }
 }
 
@@ -203,16 +207,6 @@ TEST(PlotStyleReaderTest, TolerantWhereWritersDiffer) {
   EXPECT_EQ(table.EntryLineweightMm(table.entries[9]), 0.70);
   EXPECT_EQ(table.entries[0].PenRgb(), std::nullopt);
   EXPECT_EQ(table.lineweights.size(), 2u);
-}
-
-TEST(PlotStyleReaderTest, MissingFileIsNamed) {
-  try {
-    ReadPlotStyleFile("/nonexistent/folder/x.ctb");
-    ADD_FAILURE() << "read without error";
-  } catch (const PlotStyleError& error) {
-    EXPECT_THAT(error.what(), HasSubstr("/nonexistent/folder/x.ctb"));
-    EXPECT_THAT(error.what(), HasSubstr("lecture impossible"));
-  }
 }
 
 }  // namespace
