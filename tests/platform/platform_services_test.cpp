@@ -1,12 +1,15 @@
 // The operating-system services against the machine the tests run on: the
-// fonts come from fonts-dejavu-core (scripts/setup.sh), and no print
-// scheduler needs to be running.
+// fonts come from fonts-dejavu-core (scripts/setup.sh); the printers from
+// the print scheduler when one runs (scripts/start-cups.sh).
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <ctime>
 #include <vector>
 
+#include "fakes/cups_queue.h"
+#include "fakes/temp_folder.h"
 #include "platform/clock.h"
 #include "platform/device_uri.h"
 #include "platform/fonts.h"
@@ -28,6 +31,20 @@ TEST(SystemPrinterCatalogTest, ListsThisMachinesPrintersWithoutThrowing) {
     EXPECT_FALSE(p.name.empty());
     EXPECT_EQ(p.port, StripUserInfo(p.port)) << p.name;
   }
+}
+
+TEST(SystemPrinterCatalogTest, ListsAQueueOfTheSchedulerWithItsDevice) {
+  SHEAFWORK_REQUIRE_CUPS();
+  testing::TempFolder folder;
+  const std::string output = folder.File("catalogue.pdf");
+  testing::CupsQueue queue("sheafwork-catalogue", output);
+  ASSERT_TRUE(queue.Error().empty()) << queue.Error();
+  const std::vector<PrinterInfo> printers = SystemPrinterCatalog()->Printers();
+  const auto found = std::find_if(printers.begin(), printers.end(),
+                                  [&](const PrinterInfo& p) { return p.name == queue.Name(); });
+  ASSERT_NE(found, printers.end()) << queue.Name();
+  EXPECT_EQ(found->port, "file://" + output);
+  EXPECT_FALSE(found->driver.empty());
 }
 
 TEST(LocalTimeNowTest, MatchesTheSystemLocalTime) {

@@ -105,7 +105,8 @@ const std::vector<PrinterInfo>& HostCore::Printers() {
 }
 
 std::optional<PlotDevice> HostCore::FindDevice(const std::string& name) {
-  return FindPlotDevice(name, printerConfigPath, Printers());
+  return FindPlotDevice(name, printerConfigPath,
+                        [this]() -> const std::vector<PrinterInfo>& { return Printers(); });
 }
 
 Drawing HostCore::ReadFile(const std::string& path) {

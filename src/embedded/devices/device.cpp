@@ -17,6 +17,13 @@ std::string PlotDevice::PrinterName() const {
 std::optional<PlotDevice> FindPlotDevice(const std::string& name,
                                          const std::string& printerConfigPath,
                                          const std::vector<PrinterInfo>& printers) {
+  return FindPlotDevice(name, printerConfigPath,
+                        [&]() -> const std::vector<PrinterInfo>& { return printers; });
+}
+
+std::optional<PlotDevice> FindPlotDevice(
+    const std::string& name, const std::string& printerConfigPath,
+    const std::function<const std::vector<PrinterInfo>&()>& printers) {
   if (name.empty()) return std::nullopt;
   if (EndsWithIgnoreCase(name, ".pc3")) {
     const fs::path given(name);
@@ -35,7 +42,7 @@ std::optional<PlotDevice> FindPlotDevice(const std::string& name,
     if (found.empty()) return std::nullopt;
     return PlotDevice{name, found, ReadPlotterConfigFile(found)};
   }
-  for (const PrinterInfo& printer : printers) {
+  for (const PrinterInfo& printer : printers()) {
     if (printer.name != name) continue;
     PlotDevice device{name, {}, {}};
     device.config.driver = DeviceDriver::Printer;

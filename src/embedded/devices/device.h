@@ -1,6 +1,7 @@
 #pragma once
 // Plot devices by name: a plotter configuration file or a system printer.
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -34,5 +35,10 @@ struct PlotDevice {
 std::optional<PlotDevice> FindPlotDevice(const std::string& name,
                                          const std::string& printerConfigPath,
                                          const std::vector<PrinterInfo>& printers);
+/// The same, asking `printers` for the system's printers only when `name`
+/// is not a configuration file: listing them starts the print system.
+std::optional<PlotDevice> FindPlotDevice(
+    const std::string& name, const std::string& printerConfigPath,
+    const std::function<const std::vector<PrinterInfo>&()>& printers);
 
 }  // namespace sheafwork::embedded

@@ -42,6 +42,19 @@ TEST_F(DeviceLookupTest, ABareConfigurationNameIsTheFirstOneAlongThePath) {
 
   EXPECT_FALSE(FindPlotDevice("Autre.pc3", searchPath, printers));
   EXPECT_FALSE(FindPlotDevice("Traceur.pc3", "", printers));
+
+  // Configuration files are found without listing the system's printers;
+  // a printer's name lists them.
+  int listed = 0;
+  const auto lister = [&]() -> const std::vector<PrinterInfo>& {
+    ++listed;
+    return printers;
+  };
+  EXPECT_TRUE(FindPlotDevice("Traceur.pc3", searchPath, lister));
+  EXPECT_FALSE(FindPlotDevice("Autre.pc3", searchPath, lister));
+  EXPECT_EQ(listed, 0);
+  EXPECT_TRUE(FindPlotDevice("Bureau-HP", searchPath, lister));
+  EXPECT_EQ(listed, 1);
 }
 
 TEST_F(DeviceLookupTest, ANameWithAFolderIsNeverLookedUpAlongThePath) {
