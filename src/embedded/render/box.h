@@ -33,6 +33,10 @@ struct Box2 {
     Extend(b.min);
     Extend(b.max);
   }
+  /// Whether `b` lies wholly inside (edges included).
+  bool Contains(const Box2& b) const {
+    return min.x <= b.min.x && min.y <= b.min.y && b.max.x <= max.x && b.max.y <= max.y;
+  }
   bool Intersects(const Box2& b) const {
     return !(b.min.x > max.x || b.max.x < min.x || b.min.y > max.y || b.max.y < min.y);
   }

@@ -51,9 +51,7 @@ void ExtentsBackend::DrawText(const TextRun& run, const Style&) {
     const double x0 = lines_[i].x, x1 = x0 + widths_[i] * p.xScale;
     const double y0 = lines_[i].baseline - kDescent * p.yScale;
     const double y1 = lines_[i].baseline + p.yScale;
-    for (const Vec2 c : {Vec2{x0, y0}, Vec2{x1, y0}, Vec2{x1, y1}, Vec2{x0, y1}}) {
-      box_.Extend(run.toSheet.Apply(c));
-    }
+    box_.Extend(MappedBox(run.toSheet, Box2::Of({x0, y0}, {x1, y1})));
   }
 }
 

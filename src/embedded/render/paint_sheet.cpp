@@ -1,10 +1,8 @@
 #include "embedded/render/paint_sheet.h"
 
-#include <QMarginsF>
 #include <QPainter>
 #include <QRectF>
 #include <QTransform>
-#include <algorithm>
 #include <cmath>
 
 #include "embedded/render/messages.h"
@@ -24,15 +22,6 @@ constexpr double kCullSlackMm = 5;
 constexpr double kFlatteningMm = 0.01;
 
 }  // namespace
-
-QPageLayout SheetPageLayout(const SheetFrame& frame, QPageSize::SizeMatchPolicy match) {
-  const double shortSide = std::min(frame.width, frame.height);
-  const double longSide = std::max(frame.width, frame.height);
-  const QPageSize size(QSizeF(shortSide, longSide), QPageSize::Millimeter, QString(), match);
-  return QPageLayout(size,
-                     frame.width > frame.height ? QPageLayout::Landscape : QPageLayout::Portrait,
-                     QMarginsF(0, 0, 0, 0), QPageLayout::Millimeter);
-}
 
 SheetLayout PlanSheet(const PlotJob& job) {
   if (job.drawing == nullptr || job.layout == nullptr) {

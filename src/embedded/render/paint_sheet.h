@@ -1,8 +1,6 @@
 #pragma once
-// Painting one plot job's sheet with a QPainter, and the sheet as a page.
-
-#include <QPageLayout>
-#include <QPageSize>
+// Drawing one plot job's sheet into any backend, and painting it with a
+// QPainter.
 
 #include "embedded/render/frontend.h"
 #include "embedded/render/page_geometry.h"
@@ -15,11 +13,6 @@ namespace sheafwork::embedded {
 /// Where the job's plot goes on its sheet. Throws PlotError when the job
 /// has no drawing or layout or its paper is not a real size.
 SheetLayout PlanSheet(const PlotJob& job);
-
-/// The sheet as a page: its size given portrait and turned when wider than
-/// tall, no margins. `match` says whether a page size may snap to a
-/// standard one (printers) or stays exact (PDF files).
-QPageLayout SheetPageLayout(const SheetFrame& frame, QPageSize::SizeMatchPolicy match);
 
 struct PaintOptions {
   double pixelsPerMm = 10;  ///< the painter's device units per sheet millimetre

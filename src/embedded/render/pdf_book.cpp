@@ -10,14 +10,6 @@
 
 namespace sheafwork::embedded {
 
-namespace {
-
-// One resolution for every page: the thinnest line is one dot of it. The
-// output stays vector.
-constexpr int kDpi = 1200;
-
-}  // namespace
-
 struct PdfBook::Impl {
   explicit Impl(const std::string& path, pdf::DocumentInfo info)
       : document(path, std::move(info)) {}
@@ -56,7 +48,7 @@ void PdfBook::AddPage(const PlotJob& job) {
       pdf::Document& document;
       ~Count() { pages = document.Pages(); }
     } count{pages_, impl_->document};
-    AddSheetPage(impl_->document, job, sheet, kDpi);
+    AddSheetPage(impl_->document, job, sheet, kPdfDpi);  // one grid for every page
   } catch (const pdf::FileError& error) {
     ThrowPdfFileError(error, path_);
   }

@@ -10,7 +10,6 @@ namespace sheafwork::embedded {
 
 namespace {
 
-constexpr int kDefaultDpi = 1200;
 constexpr double kPointsPerMm = 72 / 25.4;
 bool Plausible(double points) { return std::isfinite(points) && points > 0; }
 
@@ -34,7 +33,7 @@ FrontendStats AddSheetPage(pdf::Document& document, const PlotJob& job, const Sh
   const PageScope scope{document};
   PdfBackend backend(content, pdf::Document::kHelvetica, &document.Layers());
   const Box2 whole = Box2::Of({0, 0}, {sheet.frame.width, sheet.frame.height});
-  return DrawSheet(backend, job, sheet, whole, (dpi > 0 ? dpi : kDefaultDpi) / 25.4);
+  return DrawSheet(backend, job, sheet, whole, (dpi > 0 ? dpi : kPdfDpi) / 25.4);
 }
 
 void ThrowPdfFileError(const pdf::FileError& error, const std::string& path) {

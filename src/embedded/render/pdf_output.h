@@ -9,6 +9,10 @@
 
 namespace sheafwork::embedded {
 
+/// The grid of a PDF's coordinates when the job names no resolution, and of
+/// every page of a combined PDF; its dot is also the thinnest line.
+inline constexpr int kPdfDpi = 1200;
+
 /// The sheet's size in points: the page's MediaBox (a landscape sheet is a
 /// wide page).
 struct PagePoints {

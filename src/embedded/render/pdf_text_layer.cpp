@@ -48,11 +48,7 @@ void WriteTextLayer(pdf::ContentStream& out, std::string_view font, const TextRu
                          laid.placements[i].baseline};
     // The line's box on the sheet: from below the baseline to above the
     // capitals, its drawn width long.
-    Box2 box;
-    for (const Vec2 corner :
-         {Vec2{0, -0.3}, Vec2{helvetica, -0.3}, Vec2{0, 1}, Vec2{helvetica, 1}}) {
-      box.Extend(run.toSheet.Apply(onLine.Apply(corner)));
-    }
+    const Box2 box = MappedBox(run.toSheet * onLine, Box2::Of({0, -0.3}, {helvetica, 1}));
     if (!box.Intersects(visible)) continue;
     const Affine2 m = toUnits * onLine;
     if (!std::isfinite(m.a + m.b + m.c + m.d + m.e + m.f)) continue;

@@ -1,5 +1,6 @@
 #include "embedded/render/plot_job.h"
 
+#include <QMarginsF>
 #include <QPageLayout>
 #include <QPageSize>
 #include <QPainter>
@@ -18,6 +19,19 @@ namespace sheafwork::embedded {
 
 namespace {
 
+// The sheet as a printer's page: its size given portrait and turned when
+// wider than tall, no margins, snapped to a standard size the printer knows
+// when one is close.
+QPageLayout PrinterPageLayout(const SheetFrame& frame) {
+  const double shortSide = std::min(frame.width, frame.height);
+  const double longSide = std::max(frame.width, frame.height);
+  const QPageSize size(QSizeF(shortSide, longSide), QPageSize::Millimeter, QString(),
+                       QPageSize::FuzzyMatch);
+  return QPageLayout(size,
+                     frame.width > frame.height ? QPageLayout::Landscape : QPageLayout::Portrait,
+                     QMarginsF(0, 0, 0, 0), QPageLayout::Millimeter);
+}
+
 void Print(const PlotJob& job, const SheetLayout& sheet) {
   EnsureGuiApplication();
   const QString name = QString::fromStdString(job.printerName);
@@ -33,7 +47,7 @@ void Print(const PlotJob& job, const SheetLayout& sheet) {
   printer.setCreator(QStringLiteral("Sheafwork"));
   printer.setFullPage(true);
   printer.setCopyCount(std::max(job.copies, 1));
-  if (!printer.setPageLayout(SheetPageLayout(sheet.frame, QPageSize::FuzzyMatch))) {
+  if (!printer.setPageLayout(PrinterPageLayout(sheet.frame))) {
     throw PlotError(render_messages::PrinterRefusesPaper(job.printerName, sheet.frame.width,
                                                          sheet.frame.height));
   }

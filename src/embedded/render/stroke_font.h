@@ -9,7 +9,6 @@
 
 #include "embedded/model/geometry.h"
 #include "embedded/render/box.h"
-#include "embedded/render/transform.h"
 
 namespace sheafwork::embedded {
 

@@ -19,15 +19,6 @@ namespace {
 
 constexpr FontMetrics kStrokeMetrics{1.0, 4.0 / 12.0};
 
-/// The box around `box` mapped by `map`.
-Box2 MappedBox(const Affine2& map, const Box2& box) {
-  Box2 out;
-  for (const Vec2 c : {box.min, Vec2{box.max.x, box.min.y}, box.max, Vec2{box.min.x, box.max.y}}) {
-    out.Extend(map.Apply(c));
-  }
-  return out;
-}
-
 /// Glyph space (cap heights) into text space: width factor and slant, then
 /// the baseline's left end at `origin`.
 Affine2 GlyphMap(double xScale, double yScale, double obliqueDegrees, Vec2 origin) {
@@ -50,8 +41,7 @@ void DrawStrokeLine(Backend& backend, std::string_view text, double tracking,
     if (bound.Empty()) return;
     const Box2 mapped = MappedBox(glyphToSheet, bound);
     if (!mapped.Intersects(*cull)) return;
-    inside = cull->min.x <= mapped.min.x && cull->min.y <= mapped.min.y &&
-             mapped.max.x <= cull->max.x && mapped.max.y <= cull->max.y;
+    inside = cull->Contains(mapped);
   }
   // Reused from text to text.
   thread_local GlyphStrokeCache glyphs;
@@ -203,12 +193,8 @@ void DrawFormattedText(Backend& backend, const ShapedText& shaped, const Affine2
     run.italic = f.italic;
     run.tracking = f.tracking;
     if (cull) {
-      Box2 box;
-      for (const Vec2 c : {Vec2{0, -f.height / 2}, Vec2{r.width, -f.height / 2},
-                           Vec2{r.width, f.height * 1.5}, Vec2{0, f.height * 1.5}}) {
-        box.Extend(run.toSheet.Apply(c));
-      }
-      if (!box.Intersects(*cull)) continue;
+      const Box2 local = Box2::Of({0, -f.height / 2}, {r.width, f.height * 1.5});
+      if (!MappedBox(run.toSheet, local).Intersects(*cull)) continue;
     }
     backend.DrawText(run, s);
   }

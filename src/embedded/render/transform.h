@@ -8,6 +8,7 @@
 #include <numbers>
 
 #include "embedded/model/geometry.h"
+#include "embedded/render/box.h"
 
 namespace sheafwork::embedded {
 
@@ -45,6 +46,16 @@ struct Affine2 {
 
 /// this ∘ other: apply `rhs` first, then `lhs`.
 Affine2 operator*(const Affine2& lhs, const Affine2& rhs);
+
+/// The box around `box`'s corners mapped by `map`; empty for an empty box.
+inline Box2 MappedBox(const Affine2& map, const Box2& box) {
+  Box2 out;
+  if (box.Empty()) return out;
+  for (const Vec2 c : {box.min, Vec2{box.max.x, box.min.y}, box.max, Vec2{box.min.x, box.max.y}}) {
+    out.Extend(map.Apply(c));
+  }
+  return out;
+}
 
 /// A 3-D affine map: rows of [linear | translation].
 struct Transform3 {
