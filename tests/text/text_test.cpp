@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
 
+#include "text/decimal.h"
 #include "text/strings.h"
 #include "text/windows1252.h"
 
@@ -63,6 +65,29 @@ TEST(StringsTest, ComparesIgnoringLetterCase) {
   EXPECT_FALSE(StartsWithIgnoreCase("É", "\xC3"));  // part of a character
   EXPECT_FALSE(EndsWithIgnoreCase("café", "\xA9"));
   EXPECT_TRUE(EndsWithIgnoreCase("plan\xA9", "\xA9"));
+}
+
+TEST(DecimalTest, NumbersAreShortAndNeverNegativeZero) {
+  struct Case {
+    double value;
+    int decimals;
+    const char* text;
+  } cases[] = {
+      {0.5, 3, "0.5"},
+      {12.0, 3, "12"},
+      {-3.25, 1, "-3.2"},  // to_chars rounds half to even
+      {1.23456, 3, "1.235"},
+      {-0.0001, 3, "0"},
+      {0.06, 6, "0.06"},
+      {100, 0, "100"},
+      {std::numeric_limits<double>::quiet_NaN(), 3, "0"},
+      {std::numeric_limits<double>::infinity(), 3, "0"},
+  };
+  for (const Case& c : cases) {
+    std::string out;
+    AppendDecimal(out, c.value, c.decimals);
+    EXPECT_EQ(out, c.text) << c.value;
+  }
 }
 
 }  // namespace

@@ -4,25 +4,15 @@
 // always cut at the end of a line, so that each chunk can be its own stream
 // and the page's streams read as one.
 
-#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
 
+#include "text/decimal.h"
+
 namespace sheafwork::embedded::pdf {
-
-/// Appends `value` in decimal.
-inline void AppendInteger(std::string& out, std::int64_t value) {
-  char buffer[24];
-  const auto end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
-  out.append(buffer, end);
-}
-
-/// Appends `value` with at most `decimals` digits after the point, trailing
-/// zeros left out ("0.5", "12", never "-0"); 0 for a value that is not finite.
-void AppendReal(std::string& out, double value, int decimals);
 
 class ContentStream {
  public:
@@ -39,7 +29,7 @@ class ContentStream {
     return *this;
   }
   ContentStream& Real(double value, int decimals) {
-    AppendReal(text_, value, decimals);
+    AppendDecimal(text_, value, decimals);
     text_ += ' ';
     return *this;
   }

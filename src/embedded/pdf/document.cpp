@@ -18,7 +18,7 @@ constexpr int kFirstFree = 6;
 
 std::string Number(double value) {
   std::string text;
-  AppendReal(text, value, 4);
+  AppendDecimal(text, value, 4);
   return text;
 }
 

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "embedded/render/box.h"
+#include "text/decimal.h"
 
 namespace sheafwork::embedded {
 
@@ -77,27 +78,9 @@ void HpglBackend::Command(std::string_view mnemonic) {
   body_ += mnemonic;
 }
 
-void HpglBackend::Number(std::int64_t value) {
-  char buffer[24];
-  const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
-  body_.append(buffer, result.ptr);
-}
+void HpglBackend::Number(std::int64_t value) { AppendInteger(body_, value); }
 
-void HpglBackend::Number(double value, int decimals) {
-  char buffer[40];
-  auto result =
-      std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, decimals);
-  char* end = result.ptr;
-  if (std::find(buffer, end, '.') != end) {
-    while (end[-1] == '0') --end;
-    if (end[-1] == '.') --end;
-  }
-  if (end - buffer == 2 && buffer[0] == '-' && buffer[1] == '0') {
-    body_ += '0';
-    return;
-  }
-  body_.append(buffer, end);
-}
+void HpglBackend::Number(double value, int decimals) { AppendDecimal(body_, value, decimals); }
 
 int HpglBackend::PenFor(std::uint32_t rgb, double widthMm) {
   if (pen_ > 0 && pens_[static_cast<std::size_t>(pen_ - 1)].rgb == rgb) return pen_;

@@ -25,7 +25,7 @@ constexpr double kMinDotRadiusMm = 0.05;
 const std::array<std::string, 256>& Components() {
   static const std::array<std::string, 256> table = [] {
     std::array<std::string, 256> t;
-    for (int i = 0; i < 256; ++i) pdf::AppendReal(t[static_cast<std::size_t>(i)], i / 255.0, 3);
+    for (int i = 0; i < 256; ++i) AppendDecimal(t[static_cast<std::size_t>(i)], i / 255.0, 3);
     return t;
   }();
   return table;

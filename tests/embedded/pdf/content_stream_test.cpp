@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <limits>
 #include <vector>
 
 #include "embedded/pdf/helvetica_widths.h"
@@ -11,29 +9,6 @@
 
 namespace sheafwork::embedded::pdf {
 namespace {
-
-TEST(PdfNumbersTest, RealsAreShortAndNeverNegativeZero) {
-  struct Case {
-    double value;
-    int decimals;
-    const char* text;
-  } cases[] = {
-      {0.5, 3, "0.5"},
-      {12.0, 3, "12"},
-      {-3.25, 1, "-3.2"},  // to_chars rounds half to even
-      {1.23456, 3, "1.235"},
-      {-0.0001, 3, "0"},
-      {0.06, 6, "0.06"},
-      {100, 0, "100"},
-      {std::numeric_limits<double>::quiet_NaN(), 3, "0"},
-      {std::numeric_limits<double>::infinity(), 3, "0"},
-  };
-  for (const Case& c : cases) {
-    std::string out;
-    AppendReal(out, c.value, c.decimals);
-    EXPECT_EQ(out, c.text) << c.value;
-  }
-}
 
 TEST(ContentStreamTest, ChunksEndAtLineEndsAndTogetherAreTheWholeText) {
   std::vector<std::string> chunks;
@@ -44,7 +19,7 @@ TEST(ContentStreamTest, ChunksEndAtLineEndsAndTogetherAreTheWholeText) {
     content.Real(i / 3.0, 2).Op("w");
     expected += std::to_string(i) + " " + std::to_string(-i * 1000) + " m\n";
     std::string w;
-    AppendReal(w, i / 3.0, 2);
+    AppendDecimal(w, i / 3.0, 2);
     expected += w + " w\n";
   }
   content.Finish();
