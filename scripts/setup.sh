@@ -8,7 +8,7 @@ packages=(
   cmake ninja-build g++ pkg-config
   libgtest-dev libgmock-dev
   libcli11-dev nlohmann-json3-dev
-  libcups2-dev libfontconfig-dev
+  libcups2-dev libfontconfig-dev libharfbuzz-dev   # printers; fonts found and shaped
   fonts-dejavu-core          # TrueType fonts: the platform tests, the example drawings' text
   clang libclang-rt-14-dev   # libFuzzer for the fuzz targets
   qt6-base-dev qt6-svg-dev libgl-dev   # the plot engine and the desktop application

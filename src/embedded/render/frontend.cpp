@@ -10,7 +10,7 @@
 #include "embedded/render/hatch_pattern.h"
 #include "embedded/render/linetypes.h"
 #include "embedded/render/plot_style_look.h"
-#include "embedded/render/qt_text_fonts.h"
+#include "embedded/render/truetype_text.h"
 #include "embedded/render/stroke_font.h"
 #include "embedded/render/text_codes.h"
 #include "embedded/render/text_drawing.h"
@@ -632,7 +632,7 @@ void Frontend::DrawText(const Text& g, const Transform3& t, const Style& s) {
   } else {
     backend_.DrawText(run, s);
   }
-  TextMeasure& measure = options_.textMeasure != nullptr ? *options_.textMeasure : QtTextMeasure();
+  TextMeasure& measure = options_.textMeasure != nullptr ? *options_.textMeasure : TrueTypeMeasure();
   DrawTextToggles(backend_, g.text, run, stroke, measure, s, options_.cull);
 }
 
@@ -666,7 +666,7 @@ void Frontend::DrawMText(const MText& g, const Transform3& t, const Resolved& r)
   block.columnWidth = g.width > 0 ? g.width : 0;
   block.attachment = std::clamp<int>(g.attachment, 1, 9);
   block.lineSpacing = g.lineSpacing > 0 ? g.lineSpacing : 1.0;
-  TextMeasure& measure = options_.textMeasure != nullptr ? *options_.textMeasure : QtTextMeasure();
+  TextMeasure& measure = options_.textMeasure != nullptr ? *options_.textMeasure : TrueTypeMeasure();
   ShapedText shaped = ShapeText(pieces, block, measure);
   if (const PlotStyleTable* table = options_.plotStyles.get()) {
     const auto plotted = [&](std::optional<std::uint32_t>& rgb, int aci) {

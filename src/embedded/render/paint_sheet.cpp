@@ -10,7 +10,7 @@
 #include "embedded/render/plot_area.h"
 #include "embedded/render/plot_style_look.h"
 #include "embedded/render/qt_application.h"
-#include "embedded/render/qt_text_fonts.h"
+#include "embedded/render/truetype_text.h"
 
 namespace sheafwork::embedded {
 
@@ -54,7 +54,7 @@ FrontendOptions SheetFrontendOptions(const PlotJob& job, const SheetLayout& shee
 FrontendStats DrawSheet(Backend& backend, const PlotJob& job, const SheetLayout& sheet, Box2 cull,
                         double dotsPerMm) {
   FrontendOptions fo = SheetFrontendOptions(job, sheet, cull, dotsPerMm);
-  fo.textMeasure = &GuiTextMeasure();
+  fo.textMeasure = &TrueTypeMeasure();
   Frontend frontend(*job.drawing, backend, fo);
   frontend.DrawLayout(*job.layout, sheet.drawingToSheet);
   return frontend.Stats();

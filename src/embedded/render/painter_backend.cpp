@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "embedded/render/qt_text_fonts.h"
 
 namespace sheafwork::embedded {
 
@@ -148,29 +147,6 @@ void PainterBackend::DrawPoint(Vec2 at, const Style& style) {
   UseFill(style);
   const double r = std::max(style.widthMm / 2, 0.05) * grid_.Scale();
   painter_.drawEllipse(grid_.Map(at), r, r);
-}
-
-void PainterBackend::DrawText(const TextRun& run, const Style& style) {
-  Flush();
-  const QtRunLines laid = LayOutRunLines(run);
-  const RunPlacement& p = laid.placement;
-  const QTransform toSheet(run.toSheet.a, run.toSheet.b, run.toSheet.c, run.toSheet.d,
-                           run.toSheet.e, run.toSheet.f);
-  painter_.save();
-  painter_.setFont(laid.font.font);
-  painter_.setPen(ToColor(style.rgb));
-  for (std::size_t i = 0; i < laid.placements.size(); ++i) {
-    const QString& line = laid.lines[static_cast<qsizetype>(i)];
-    if (line.isEmpty()) continue;
-    // Glyph space (y down, baseline at 0) to the run's space (y up).
-    const QTransform glyph(p.xScale, 0, -laid.shear * p.yScale, -p.yScale, laid.placements[i].x,
-                           laid.placements[i].baseline);
-    painter_.setWorldTransform(glyph * toSheet * base_);
-    painter_.drawText(QPointF(0, 0), line);
-  }
-  painter_.restore();
-  penSet_ = false;
-  fillSet_ = false;
 }
 
 void PainterBackend::PushClip(std::span<const Vec2> polygon) {

@@ -4,7 +4,6 @@
 // Lines and areas go out in device units (see DeviceGrid), the painter's
 // world transform set to identity while the backend lives.
 
-#include <QFont>
 #include <QLineF>
 #include <QPointF>
 #include <QTransform>
@@ -31,7 +30,6 @@ class PainterBackend final : public Backend {
   void FillLoops(std::span<const Vec2> points, std::span<const int> loopSizes,
                  const Style& style) override;
   void DrawPoint(Vec2 at, const Style& style) override;
-  void DrawText(const TextRun& text, const Style& style) override;
   void PushClip(std::span<const Vec2> polygon) override;
   void PopClip() override;
   void Flush() override;

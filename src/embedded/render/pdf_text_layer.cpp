@@ -1,14 +1,12 @@
 #include "embedded/render/pdf_text_layer.h"
 
-#include <QString>
 #include <cmath>
 #include <vector>
 
 #include "embedded/pdf/helvetica_widths.h"
 #include "embedded/pdf/pdf_strings.h"
-#include "embedded/render/qt_application.h"
-#include "embedded/render/qt_text_fonts.h"
 #include "embedded/render/text_layout.h"
+#include "embedded/render/truetype_text.h"
 #include "text/windows1252.h"
 
 namespace sheafwork::embedded {
@@ -23,22 +21,18 @@ constexpr double kHelveticaCapHeight = 0.718;
 
 void WriteTextLayer(pdf::ContentStream& out, std::string_view font, const TextRun& run,
                     double unitsPerMm, const Box2& visible) {
-  EnsureGuiApplication();  // the fonts need one
-  const QtRunLines laid = LayOutRunLines(run);
+  const RunLines laid = LayOutRunLines(run);
   const RunPlacement& p = laid.placement;
   const double shear = laid.shear;
   const Affine2 toUnits = Affine2::Scaling(unitsPerMm, unitsPerMm) * run.toSheet;
   // Run units per Helvetica em, upwards.
-  const double em = p.yScale * laid.font.metrics.capHeight / kHelveticaCapHeight;
+  const double em = p.yScale * laid.metrics.capHeight / kHelveticaCapHeight;
 
   bool begun = false;
   for (std::size_t i = 0; i < laid.placements.size(); ++i) {
-    const QString& line = laid.lines[static_cast<qsizetype>(i)];
-    if (line.trimmed().isEmpty()) continue;
-    const QByteArray utf8 = line.toUtf8();
-    const std::string bytes =
-        Utf8ToWindows1252(std::string_view(utf8.constData(), static_cast<std::size_t>(utf8.size())))
-            .bytes;
+    const std::string_view line = laid.lines[i];
+    if (line.find_first_not_of(" \t") == std::string_view::npos) continue;
+    const std::string bytes = Utf8ToWindows1252(line).bytes;
     const double helvetica = pdf::HelveticaWidth(bytes);
     const double drawn = laid.widths[i] * p.xScale;
     if (!(em > 0) || !(helvetica > 0) || !(drawn > 0)) continue;

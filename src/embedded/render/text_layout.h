@@ -6,6 +6,7 @@
 #include <span>
 #include <string_view>
 
+#include "embedded/fonts/font_catalog.h"
 #include "embedded/render/backend.h"
 
 namespace sheafwork::embedded {
@@ -16,13 +17,9 @@ struct FontMetrics {
   double descent = 0.2;
 };
 
-/// A font as text asks for it.
-struct FontFace {
-  std::string_view family;  ///< TrueType family, may be empty
-  std::string_view file;    ///< font file, may be empty
-  bool bold = false;
-  bool italic = false;
-};
+/// How far text reaches below its baseline, in cap heights, when nothing
+/// better is known.
+inline constexpr double kUsualDescent = 0.25;
 
 /// How wide text is in a font: what multi-line text is laid out with.
 class TextMeasure {
@@ -34,7 +31,7 @@ class TextMeasure {
   /// How far the face reaches below the baseline, in cap heights.
   virtual double Descent(const FontFace& face) {
     (void)face;
-    return 0.25;
+    return kUsualDescent;
   }
 };
 

@@ -280,7 +280,6 @@ TEST(TextDrawingTest, TogglesDrawLinesAlongSingleLineText) {
 }
 
 TEST(TextDrawingTest, DefaultTextIsFilledOutlines) {
-  EnsureGuiApplication();
   struct Case {
     int horizontal;
     double left, right;  ///< where the text may lie along x
@@ -313,6 +312,29 @@ TEST(TextDrawingTest, DefaultTextIsFilledOutlines) {
     EXPECT_LE(box.max.x, c.right);
     EXPECT_GT(box.max.x - box.min.x, 8);
   }
+}
+
+// A system without any font still shows its TrueType text, in the stroke
+// font. The fonts are looked up once per process: the check runs in a
+// process of its own whose font configuration has no folder.
+TEST(TextDrawingDeathTest, WithoutAnyFontTextIsStroked) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const sheafwork::testing::TempFolder folder;
+  const std::string config = folder.Write("fonts.conf", "<fontconfig></fontconfig>\n");
+  EXPECT_EXIT(
+      {
+        setenv("FONTCONFIG_FILE", config.c_str(), 1);
+        RecordingBackend backend;
+        backend.outlineText = true;
+        TextRun run;
+        run.text = "HI";
+        run.height = 10;
+        backend.DrawText(run, Style{0x000000, 0.25});
+        const bool stroked = CountOf(backend.items, Recorded::Kind::Polyline) > 0 &&
+                             CountOf(backend.items, Recorded::Kind::Fill) == 0;
+        std::exit(stroked ? 0 : 1);
+      },
+      ::testing::ExitedWithCode(0), "");
 }
 
 // The share of pixels in a box (sheet mm, y up) that are inked.

@@ -1,0 +1,160 @@
+#include "embedded/fonts/font_files.h"
+
+#include <fontconfig/fontconfig.h>
+
+#include <cstdlib>
+#include <memory>
+#include <mutex>
+
+namespace sheafwork::embedded {
+
+namespace {
+
+template <typename T, void (*Free)(T*)>
+struct FcDeleter {
+  void operator()(T* p) const { Free(p); }
+};
+using ConfigPtr = std::unique_ptr<FcConfig, FcDeleter<FcConfig, FcConfigDestroy>>;
+using PatternPtr = std::unique_ptr<FcPattern, FcDeleter<FcPattern, FcPatternDestroy>>;
+using ObjectSetPtr = std::unique_ptr<FcObjectSet, FcDeleter<FcObjectSet, FcObjectSetDestroy>>;
+using FontSetPtr = std::unique_ptr<FcFontSet, FcDeleter<FcFontSet, FcFontSetDestroy>>;
+
+// The standard font folders and fontconfig's caches of them. The system's
+// whole configuration (some fifty files of rules) takes several
+// milliseconds to read, more than a small plot takes; we only need which
+// family lives in which file. Someone who points FONTCONFIG_FILE or
+// FONTCONFIG_PATH elsewhere gets that configuration instead.
+constexpr const char* kFontFolders = R"(<?xml version="1.0"?>
+<fontconfig>
+  <dir>/usr/share/fonts</dir>
+  <dir>/usr/local/share/fonts</dir>
+  <dir prefix="xdg">fonts</dir>
+  <dir>~/.fonts</dir>
+  <cachedir>/var/cache/fontconfig</cachedir>
+  <cachedir prefix="xdg">fontconfig</cachedir>
+</fontconfig>
+)";
+
+FcConfig* Config() {
+  static std::once_flag once;
+  static ConfigPtr config;
+  std::call_once(once, [] {
+    if (std::getenv("FONTCONFIG_FILE") != nullptr || std::getenv("FONTCONFIG_PATH") != nullptr) {
+      config.reset(FcInitLoadConfigAndFonts());
+      return;
+    }
+    ConfigPtr made(FcConfigCreate());
+    if (!made) return;
+    const auto* xml = reinterpret_cast<const FcChar8*>(kFontFolders);
+    if (FcConfigParseAndLoadFromMemory(made.get(), xml, FcFalse) && FcConfigBuildFonts(made.get()))
+      config = std::move(made);
+  });
+  return config.get();
+}
+
+// fontconfig's objects are not safe to use from several threads at once.
+std::mutex& Lock() {
+  static std::mutex mutex;
+  return mutex;
+}
+
+std::string_view AsView(const FcChar8* s) { return reinterpret_cast<const char*>(s); }
+
+FaceFile ToFaceFile(FcPattern* font) {
+  FaceFile face;
+  FcChar8* file = nullptr;
+  if (FcPatternGetString(font, FC_FILE, 0, &file) == FcResultMatch && file != nullptr)
+    face.path = AsView(file);
+  FcPatternGetInteger(font, FC_INDEX, 0, &face.index);
+  int slant = FC_SLANT_ROMAN, weight = FC_WEIGHT_REGULAR;
+  FcPatternGetInteger(font, FC_SLANT, 0, &slant);
+  FcPatternGetInteger(font, FC_WEIGHT, 0, &weight);
+  face.italic = slant != FC_SLANT_ROMAN;
+  face.bold = weight >= FC_WEIGHT_DEMIBOLD;
+  return face;
+}
+
+FontSetPtr List(FcConfig* config, FcPattern* pattern) {
+  const ObjectSetPtr objects(
+      FcObjectSetBuild(FC_FILE, FC_INDEX, FC_SLANT, FC_WEIGHT, static_cast<char*>(nullptr)));
+  if (!objects) return nullptr;
+  return FontSetPtr(FcFontList(config, pattern, objects.get()));
+}
+
+// The font of `pattern` (family and style asked) closest to what it asks.
+std::optional<FaceFile> Match(FcConfig* config, FcPattern* pattern) {
+  FcDefaultSubstitute(pattern);
+  FcResult result = FcResultNoMatch;
+  const PatternPtr match(FcFontMatch(config, pattern, &result));
+  if (!match || result != FcResultMatch) return std::nullopt;
+  FaceFile face = ToFaceFile(match.get());
+  if (face.path.empty()) return std::nullopt;
+  return face;
+}
+
+char FoldAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+bool SameNameFolded(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    if (FoldAscii(a[i]) != FoldAscii(b[i])) return false;
+  }
+  return true;
+}
+
+std::string_view BaseName(std::string_view path) {
+  const auto slash = path.find_last_of("/\\");
+  return slash == std::string_view::npos ? path : path.substr(slash + 1);
+}
+
+}  // namespace
+
+std::optional<FaceFile> FindFamily(std::string_view family, bool bold, bool italic) {
+  if (family.empty()) return std::nullopt;
+  const std::lock_guard lock(Lock());
+  FcConfig* config = Config();
+  if (config == nullptr) return std::nullopt;
+  const std::string name(family);
+  const PatternPtr pattern(FcPatternCreate());
+  if (!pattern) return std::nullopt;
+  FcPatternAddString(pattern.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(name.c_str()));
+  // Matching alone would hand out a font of another family when the system
+  // lacks this one.
+  const FontSetPtr faces = List(config, pattern.get());
+  if (!faces || faces->nfont == 0) return std::nullopt;
+  FcPatternAddInteger(pattern.get(), FC_WEIGHT, bold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
+  FcPatternAddInteger(pattern.get(), FC_SLANT, italic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
+  return Match(config, pattern.get());
+}
+
+std::optional<FaceFile> FindFontFile(std::string_view fileName) {
+  const std::string_view wanted = BaseName(fileName);
+  if (wanted.empty()) return std::nullopt;
+  const std::lock_guard lock(Lock());
+  FcConfig* config = Config();
+  if (config == nullptr) return std::nullopt;
+  const PatternPtr everything(FcPatternCreate());
+  if (!everything) return std::nullopt;
+  const FontSetPtr fonts = List(config, everything.get());
+  if (!fonts) return std::nullopt;
+  std::optional<FaceFile> found;
+  for (int i = 0; i < fonts->nfont; ++i) {
+    FaceFile face = ToFaceFile(fonts->fonts[i]);
+    if (!SameNameFolded(BaseName(face.path), wanted)) continue;
+    // A collection's first face, whatever order the index lists them in.
+    if (!found || face.index < found->index) found = std::move(face);
+  }
+  return found;
+}
+
+std::optional<FaceFile> FindAnyFace() {
+  const std::lock_guard lock(Lock());
+  FcConfig* config = Config();
+  if (config == nullptr) return std::nullopt;
+  const PatternPtr pattern(FcPatternCreate());
+  if (!pattern) return std::nullopt;
+  FcPatternAddString(pattern.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>("sans-serif"));
+  return Match(config, pattern.get());
+}
+
+}  // namespace sheafwork::embedded
