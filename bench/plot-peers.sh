@@ -7,13 +7,20 @@
 #   librecad  librecad dxf2pdf -a     (fitted to the page, offscreen Qt)
 #   ezdxf     python3 -m ezdxf draw   (matplotlib backend, .pdf output)
 #
-# Each run has a time limit; wall time is taken around it in milliseconds,
-# peak memory comes from GNU time.
-# A PDF counts as empty when its first page renders all white. Ours runs
-# three times (the median is kept), each peer once. Prints a Markdown table.
+# Every program is timed the same way, by bench/run_measured (built here):
+# it execs the program itself, with no shell, `time` or `timeout` process
+# around it, and takes the wall time on the monotonic clock from fork to
+# wait4, peak memory from wait4 (ru_maxrss), and kills the program's process
+# group at the time limit. On each drawing each program first runs once
+# unmeasured, so that the drawing, the program and its libraries are in the
+# page cache for all alike, then --runs times (3), and the medians of time and
+# of memory are kept. A first run longer than --long seconds (10) is kept as
+# the only one: a peer taking a minute runs once, and at that length the page
+# cache does not matter. A PDF counts as empty when its first page renders
+# all white. Prints a Markdown table.
 #
 #   bench/plot-peers.sh [--sizes "2000 20000 200000"] [--timeout SECONDS]
-#                         [--no-peers] [--no-examples]
+#                         [--runs N] [--long SECONDS] [--no-peers] [--no-examples]
 #
 # The peers are installed with apt-get when missing (they are not needed to
 # build or use Sheafwork). Release build in build-bench/ (or
@@ -24,22 +31,30 @@ root=$PWD
 
 sizes="2000 20000 200000"
 limit=300
+runs=3
+long=10
 peers=1
 examples=1
 while [ $# -gt 0 ]; do
   case "$1" in
     --sizes) sizes="$2"; shift 2 ;;
     --timeout) limit="$2"; shift 2 ;;
+    --runs) runs="$2"; shift 2 ;;
+    --long) long="$2"; shift 2 ;;
     --no-peers) peers=0; shift ;;
     --no-examples) examples=0; shift ;;
-    *) echo "usage: $0 [--sizes LIST] [--timeout SECONDS] [--no-peers] [--no-examples]" >&2; exit 2 ;;
+    *) echo "usage: $0 [--sizes LIST] [--timeout SECONDS] [--runs N] [--long SECONDS]" \
+            "[--no-peers] [--no-examples]" >&2; exit 2 ;;
   esac
 done
+[[ "$runs" =~ ^[1-9][0-9]*$ ]] || { echo "--runs wants a whole number >= 1" >&2; exit 2; }
+[[ "$long" =~ ^[0-9]+([.][0-9]+)?$ ]] || { echo "--long wants a number of seconds" >&2; exit 2; }
 
 build=$(realpath -m "${SHEAFWORK_BENCH_BUILD_DIR:-build-bench}")
 cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DSHEAFWORK_TESTS=OFF >/dev/null
-cmake --build "$build" --target sheafwork make_examples >/dev/null
+cmake --build "$build" --target sheafwork make_examples run_measured >/dev/null
 sheafwork="$build/src/app/sheafwork"
+runner="$build/bench/run_measured"
 pybin=/usr/bin/python3  # the system Python, where the Debian packages are
 
 if [ "$peers" = 1 ]; then
@@ -54,7 +69,6 @@ if [ "$peers" = 1 ]; then
     "${as_root[@]}" apt-get install -y --no-install-recommends "${missing[@]}" >&2
   fi
 fi
-command -v /usr/bin/time >/dev/null || { echo "GNU time is needed (package time)" >&2; exit 1; }
 
 work="$root/out/bench-plot"
 rm -rf "$work"
@@ -72,24 +86,49 @@ if [ "$examples" = 1 ]; then
   done
 fi
 
-# run NAME COMMAND... : runs COMMAND under GNU time and the time limit;
-# prints "seconds kilobytes status" (status: ok, timeout, crash).
+# run NAME COMMAND... : runs COMMAND once under run_measured and the time
+# limit, its output in $work/NAME.out; prints "seconds kilobytes status"
+# (status: ok, timeout, crash(N) or crash(SIGNAME)). Stops the script when
+# COMMAND cannot be started.
 run() {
   local name=$1
   shift
-  local log="$work/$name.time"
-  local rc=0 start end
-  start=$(date +%s%N)
-  /usr/bin/time -o "$log" -f "%e %M" timeout "$limit" "$@" >"$work/$name.out" 2>&1 || rc=$?
-  end=$(date +%s%N)
-  # GNU time counts in hundredths; the clock around it in milliseconds
-  # (small drawings take a few of them).
-  local seconds kb
-  read -r _ kb < <(tail -n 1 "$log")
-  seconds=$(awk -v a="$start" -v b="$end" 'BEGIN { printf "%.3f", (b - a) / 1e9 }')
-  local status=ok
-  if [ "$rc" = 124 ]; then status=timeout; elif [ "$rc" != 0 ]; then status="crash($rc)"; fi
-  echo "$seconds $kb $status"
+  local line ms kb status
+  line=$("$runner" --timeout "$limit" --stdout "$work/$name.out" --stderr "$work/$name.out" \
+         -- "$@") || { echo "cannot time $*" >&2; exit 1; }
+  read -r ms kb status <<<"$line"
+  awk -v ms="$ms" -v kb="$kb" -v st="$status" 'BEGIN { printf "%.6f %d %s\n", ms / 1e3, kb, st }'
+}
+
+median() { printf '%s\n' "$@" | sort -g | awk '{ v[NR] = $1 } END { print v[int((NR + 1) / 2)] }'; }
+
+# measure NAME PDF COMMAND... : the warm-up run, then $runs measured ones
+# (or the first one only when it took longer than $long seconds), the PDF
+# removed before each; prints "seconds kilobytes status times": the medians,
+# the first status that is not ok (warm-up included), and the kept times.
+measure() {
+  local name=$1 pdf=$2
+  shift 2
+  local line s kb st status=ok times=() kbs=()
+  rm -f "$pdf"
+  line=$(run "$name" "$@") || exit 1
+  read -r s kb st <<<"$line"
+  [ "$st" = ok ] || status=$st
+  if awk -v s="$s" -v long="$long" 'BEGIN { exit !(s > long) }'; then
+    times=("$s"); kbs=("$kb")
+  else
+    local attempt
+    for ((attempt = 1; attempt <= runs; attempt++)); do
+      rm -f "$pdf"
+      line=$(run "$name" "$@") || exit 1
+      read -r s kb st <<<"$line"
+      times+=("$s"); kbs+=("$kb")
+      [ "$st" = ok ] || [ "$status" != ok ] || status=$st
+    done
+  fi
+  local listed
+  listed=$(printf '%.3f,' "${times[@]}")
+  echo "$(median "${times[@]}") $(median "${kbs[@]}") $status ${listed%,}"
 }
 
 # The first page's share of non-white pixels, at a low resolution; "none"
@@ -131,8 +170,6 @@ verdict() {
   else echo ok; fi
 }
 
-median() { printf '%s\n' "$@" | sort -g | awk '{ v[NR] = $1 } END { print v[int((NR + 1) / 2)] }'; }
-
 table="$work/table.md"
 {
   echo "| Drawing | Entities | MB | Sheafwork s | Sheafwork MB | librecad s | librecad MB | librecad / ours | ezdxf s | ezdxf MB | ezdxf / ours |"
@@ -153,17 +190,9 @@ for dxf in "${drawings[@]}"; do
   ours_pdf="$work/pdf/$stem-ours.pdf"
   rm -f "$list"  # `list add` makes it
   "$sheafwork" list add "$list" "$dxf" --layout Objet --device PDF.pc3 --plot-file "$ours_pdf" >/dev/null
-  times=() ; kbs=() ; status=ok
-  for attempt in 1 2 3; do
-    rm -f "$ours_pdf"
-    read -r s kb st < <(run "$stem-ours" "$sheafwork" plot "$list")
-    times+=("$s"); kbs+=("$kb")
-    [ "$st" = ok ] || status=$st
-  done
-  ours_s=$(median "${times[@]}")
-  ours_kb=$(median "${kbs[@]}")
+  read -r ours_s ours_kb status times < <(measure "$stem-ours" "$ours_pdf" "$sheafwork" plot "$list")
   ours_state=$(verdict "$status" "$ours_pdf")
-  echo "   sheafwork: ${times[*]} s, $ours_kb kB, $ours_state" >&2
+  echo "   sheafwork: $times s, $ours_kb kB, $ours_state" >&2
 
   cells=()
   if [ "$peers" = 1 ]; then
@@ -171,14 +200,15 @@ for dxf in "${drawings[@]}"; do
     # drawing's name.
     mkdir -p "$work/pdf/librecad"
     lc_pdf="$work/pdf/librecad/$stem.pdf"
-    read -r s kb st < <(QT_QPA_PLATFORM=offscreen run "$stem-librecad" librecad dxf2pdf -a -t "$work/pdf/librecad" "$dxf")
+    read -r s kb st times < <(QT_QPA_PLATFORM=offscreen measure "$stem-librecad" "$lc_pdf" \
+                                librecad dxf2pdf -a -t "$work/pdf/librecad" "$dxf")
     state=$(verdict "$st" "$lc_pdf")
-    echo "   librecad: $s s, $kb kB, $state" >&2
+    echo "   librecad: $times s, $kb kB, $state" >&2
     cells+=("$s" "$kb" "$state")
     ez_pdf="$work/pdf/$stem-ezdxf.pdf"
-    read -r s kb st < <(run "$stem-ezdxf" "$pybin" -m ezdxf draw -o "$ez_pdf" "$dxf")
+    read -r s kb st times < <(measure "$stem-ezdxf" "$ez_pdf" "$pybin" -m ezdxf draw -o "$ez_pdf" "$dxf")
     state=$(verdict "$st" "$ez_pdf")
-    echo "   ezdxf: $s s, $kb kB, $state" >&2
+    echo "   ezdxf: $times s, $kb kB, $state" >&2
     cells+=("$s" "$kb" "$state")
   fi
 
