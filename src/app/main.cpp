@@ -1,22 +1,15 @@
 #include <iostream>
 
 #include "app/command_line.h"
-#include "platform/program_folders.h"
-#include "ui/desktop.h"
-#include "ui/progress_dialog.h"
+#include "app/qt_module_loader.h"
+#include "embedded/render/painted_outputs.h"
 
 int main(int argc, char** argv) {
-  if (sheafwork::WantsDesktop(argc, argv)) {
-    // The desktop application drives the embedded host with its own progress
-    // dialog.
-    sheafwork::HostRegistry hosts;
-    hosts.Register("embarque", sheafwork::ui::MakeDesktopEmbeddedHost, /*makeDefault=*/true);
-    sheafwork::ui::DesktopOptions options;
-    options.hosts = &hosts;
-    options.listName = argc == 2 ? argv[1] : "";
-    options.dataFolder = sheafwork::ProgramFolder();
-    options.userFolder = sheafwork::UserDataFolder();
-    return sheafwork::ui::RunDesktop(argc, argv, options);
-  }
+  // Qt lives in the module beside the program, loaded only by the desktop
+  // application and the painted outputs (PNG, SVG, printers); it stays
+  // loaded until the process ends.
+  static sheafwork::QtModule qt(sheafwork::ProgramQtModulePath());
+  if (sheafwork::WantsDesktop(argc, argv)) return qt.RunDesktop(argc, argv, std::cerr);
+  sheafwork::embedded::SetPaintedOutputsLoader([] { return qt.PaintedOutputs(); });
   return sheafwork::RunCommandLine(argc, argv, std::cout, std::cerr);
 }

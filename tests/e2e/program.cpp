@@ -23,11 +23,16 @@ std::string Quoted(const std::string& text) {
 }
 
 ProgramRun Sheafwork(const std::string& args, const testing::TempFolder& folder) {
+  return RunProgram(SHEAFWORK_EXE, args, folder);
+}
+
+ProgramRun RunProgram(const std::string& exe, const std::string& args,
+                      const testing::TempFolder& folder) {
   const std::string out = folder.File("stdout.txt");
   const std::string err = folder.File("stderr.txt");
   const std::string command =
       "env -u DISPLAY -u WAYLAND_DISPLAY XDG_DATA_HOME=" + Quoted(folder.File("xdg")) + " " +
-      Quoted(SHEAFWORK_EXE) + " " + args + " </dev/null >" + Quoted(out) + " 2>" + Quoted(err);
+      Quoted(exe) + " " + args + " </dev/null >" + Quoted(out) + " 2>" + Quoted(err);
   ProgramRun run;
   const int raw = std::system(command.c_str());
   run.status = raw != -1 && WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;

@@ -21,6 +21,9 @@ struct ProgramRun {
 /// setting like a server's: no display, no input, the per-user data folder
 /// inside `folder`.
 ProgramRun Sheafwork(const std::string& args, const testing::TempFolder& folder);
+/// The same with the program at `exe` (a copy of the built one).
+ProgramRun RunProgram(const std::string& exe, const std::string& args,
+                      const testing::TempFolder& folder);
 
 /// `text` quoted for the shell.
 std::string Quoted(const std::string& text);

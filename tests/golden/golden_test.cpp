@@ -18,6 +18,7 @@
 
 #include "embedded/dxf/reader.h"
 #include "embedded/model/xrefs.h"
+#include "embedded/paint/paint_sheet.h"
 #include "embedded/render/paint_sheet.h"
 #include "golden/image_compare.h"
 

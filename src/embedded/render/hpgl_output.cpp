@@ -1,8 +1,9 @@
 // The HP-GL/2 plot: the frontend draws into an HpglBackend, whose text goes
 // to the file in one write.
 
-#include <QFile>
-#include <QString>
+#include <cstdio>
+#include <fstream>
+#include <string>
 
 #include "embedded/render/file_outputs.h"
 #include "embedded/render/frontend.h"
@@ -13,25 +14,28 @@
 namespace sheafwork::embedded {
 
 void WriteHpgl(const PlotJob& job, const SheetLayout& sheet) {
-  const QString path = QString::fromStdString(job.outputPath);
-  QFile file(path);
-  if (path.isEmpty() || !file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-    throw PlotError(render_messages::FileCannotCreate("HP-GL/2", job.outputPath));
-  }
+  const std::string& path = job.outputPath;
+  std::ofstream file;
+  if (!path.empty()) file.open(path, std::ios::binary | std::ios::trunc);
+  if (!file.is_open()) throw PlotError(render_messages::FileCannotCreate("HP-GL/2", path));
+  const auto removeFile = [&] {
+    file.close();
+    std::remove(path.c_str());
+  };
   HpglBackend backend(sheet.frame.width, sheet.frame.height, job.title);
   try {
     const Box2 whole = Box2::Of({0, 0}, {sheet.frame.width, sheet.frame.height});
     DrawSheet(backend, job, sheet, whole, HpglBackend::kUnitsPerMm);
   } catch (...) {
-    file.remove();
+    removeFile();
     throw;
   }
   const std::string text = backend.Finish();
-  if (file.write(text.data(), static_cast<qint64>(text.size())) !=
-          static_cast<qint64>(text.size()) ||
-      !file.flush()) {
-    file.remove();
-    throw PlotError(render_messages::FileCannotWrite("HP-GL/2", job.outputPath));
+  file.write(text.data(), static_cast<std::streamsize>(text.size()));
+  file.close();
+  if (file.fail()) {
+    std::remove(path.c_str());
+    throw PlotError(render_messages::FileCannotWrite("HP-GL/2", path));
   }
 }
 

@@ -62,4 +62,18 @@ std::string PrinterCannotFinish(const std::string& name) {
   return "l'impression sur l'imprimante " + name + " n'a pas pu être terminée";
 }
 
+std::string PaintedOutputMissing(const std::string& output) {
+  return output + " est indisponible : ce programme n'a pas de module de dessin";
+}
+
+std::string PaintedOutputOutOfMemory() { return "mémoire insuffisante pour le dessin"; }
+
+std::string PaintedOutputUnknownFailure() { return "le dessin a échoué pour une raison inconnue"; }
+
+std::string PaintedOutputNotLoaded(const std::string& output, const std::string& module,
+                                   const std::string& reason) {
+  return output + " est indisponible : le module de dessin " + module +
+         " n'a pas pu être chargé (" + reason + ")";
+}
+
 }  // namespace sheafwork::embedded::render_messages

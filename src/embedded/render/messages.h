@@ -17,5 +17,14 @@ std::string PrinterNotFound(const std::string& name);
 std::string PrinterRefusesPaper(const std::string& name, double widthMm, double heightMm);
 std::string PrinterCannotStart(const std::string& name);
 std::string PrinterCannotFinish(const std::string& name);
+/// `output` names the painted output: "la sortie PNG", "la sortie SVG",
+/// "l'impression".
+std::string PaintedOutputMissing(const std::string& output);
+/// A painted output failed without saying why (out of memory, or an
+/// exception of no known kind).
+std::string PaintedOutputOutOfMemory();
+std::string PaintedOutputUnknownFailure();
+std::string PaintedOutputNotLoaded(const std::string& output, const std::string& module,
+                                   const std::string& reason);
 
 }  // namespace sheafwork::embedded::render_messages

@@ -1,67 +1,11 @@
 #include "embedded/render/plot_job.h"
 
-#include <QMarginsF>
-#include <QPageLayout>
-#include <QPageSize>
-#include <QPainter>
-#include <QPrinter>
-#include <QPrinterInfo>
-#include <QString>
-#include <algorithm>
-
 #include "embedded/render/file_outputs.h"
-#include "embedded/render/messages.h"
 #include "embedded/render/paint_sheet.h"
+#include "embedded/render/painted_outputs.h"
 #include "embedded/render/pdf_output.h"
-#include "embedded/render/qt_application.h"
 
 namespace sheafwork::embedded {
-
-namespace {
-
-// The sheet as a printer's page: its size given portrait and turned when
-// wider than tall, no margins, snapped to a standard size the printer knows
-// when one is close.
-QPageLayout PrinterPageLayout(const SheetFrame& frame) {
-  const double shortSide = std::min(frame.width, frame.height);
-  const double longSide = std::max(frame.width, frame.height);
-  const QPageSize size(QSizeF(shortSide, longSide), QPageSize::Millimeter, QString(),
-                       QPageSize::FuzzyMatch);
-  return QPageLayout(size,
-                     frame.width > frame.height ? QPageLayout::Landscape : QPageLayout::Portrait,
-                     QMarginsF(0, 0, 0, 0), QPageLayout::Millimeter);
-}
-
-void Print(const PlotJob& job, const SheetLayout& sheet) {
-  EnsureGuiApplication();
-  const QString name = QString::fromStdString(job.printerName);
-  // Qt ignores an unknown printer name and would write a PDF instead.
-  if (name.isEmpty() || !QPrinterInfo::availablePrinterNames().contains(name)) {
-    throw PlotError(render_messages::PrinterNotFound(job.printerName));
-  }
-  QPrinter printer(QPrinter::HighResolution);
-  printer.setPrinterName(name);
-  if (printer.printerName() != name)
-    throw PlotError(render_messages::PrinterNotFound(job.printerName));
-  printer.setDocName(QString::fromStdString(job.title));
-  printer.setCreator(QStringLiteral("Sheafwork"));
-  printer.setFullPage(true);
-  printer.setCopyCount(std::max(job.copies, 1));
-  if (!printer.setPageLayout(PrinterPageLayout(sheet.frame))) {
-    throw PlotError(render_messages::PrinterRefusesPaper(job.printerName, sheet.frame.width,
-                                                         sheet.frame.height));
-  }
-  QPainter painter;
-  if (!painter.begin(&printer))
-    throw PlotError(render_messages::PrinterCannotStart(job.printerName));
-  PaintOptions options;
-  options.pixelsPerMm = printer.resolution() / 25.4;
-  options.clipToPrintable = true;
-  PaintSheet(painter, job, sheet, options);
-  if (!painter.end()) throw PlotError(render_messages::PrinterCannotFinish(job.printerName));
-}
-
-}  // namespace
 
 void RunPlotJob(const PlotJob& job) {
   const SheetLayout sheet = PlanSheet(job);
@@ -70,13 +14,9 @@ void RunPlotJob(const PlotJob& job) {
       WritePdf(job, sheet);
       return;
     case OutputKind::Printer:
-      Print(job, sheet);
-      return;
     case OutputKind::Png:
-      WritePng(job, sheet);
-      return;
     case OutputKind::Svg:
-      WriteSvg(job, sheet);
+      RunPaintedOutput(job, sheet);
       return;
     case OutputKind::Hpgl:
       WriteHpgl(job, sheet);

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "embedded/paint/paint_sheet.h"
 #include "embedded/render/paint_sheet.h"
 #include "fakes/cups_queue.h"
 #include "text/utf8.h"

@@ -12,7 +12,6 @@
 
 #include "embedded/render/frontend.h"
 #include "embedded/render/plot_job.h"
-#include "embedded/render/qt_application.h"
 #include "embedded/render/render_test_support.h"
 #include "embedded/render/stroke_font.h"
 #include "fakes/temp_folder.h"

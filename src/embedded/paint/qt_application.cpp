@@ -1,4 +1,4 @@
-#include "embedded/render/qt_application.h"
+#include "embedded/paint/qt_application.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

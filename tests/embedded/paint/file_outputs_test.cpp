@@ -1,4 +1,4 @@
-#include "embedded/render/file_outputs.h"
+#include "embedded/paint/painted_files.h"
 
 #include <gtest/gtest.h>
 

@@ -8,10 +8,10 @@
 #include <QString>
 #include <cmath>
 
-#include "embedded/render/file_outputs.h"
+#include "embedded/paint/paint_sheet.h"
+#include "embedded/paint/painted_files.h"
 #include "embedded/render/messages.h"
-#include "embedded/render/paint_sheet.h"
-#include "embedded/render/qt_application.h"
+#include "embedded/paint/qt_application.h"
 
 namespace sheafwork::embedded {
 

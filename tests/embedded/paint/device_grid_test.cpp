@@ -1,4 +1,4 @@
-#include "embedded/render/device_grid.h"
+#include "embedded/paint/device_grid.h"
 
 #include <gtest/gtest.h>
 
@@ -7,8 +7,8 @@
 #include <QPainterPath>
 #include <cmath>
 
-#include "embedded/render/painter_backend.h"
-#include "embedded/render/qt_application.h"
+#include "embedded/paint/painter_backend.h"
+#include "embedded/paint/qt_application.h"
 
 namespace sheafwork::embedded {
 namespace {

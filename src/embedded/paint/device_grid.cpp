@@ -1,4 +1,4 @@
-#include "embedded/render/device_grid.h"
+#include "embedded/paint/device_grid.h"
 
 #include <QPainterPath>
 

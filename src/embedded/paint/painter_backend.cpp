@@ -1,4 +1,4 @@
-#include "embedded/render/painter_backend.h"
+#include "embedded/paint/painter_backend.h"
 
 #include <QColor>
 #include <QPainter>

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "embedded/paint/device_grid.h"
 #include "embedded/render/backend.h"
-#include "embedded/render/device_grid.h"
 
 class QPainter;
 

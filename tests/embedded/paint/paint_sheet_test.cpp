@@ -1,3 +1,4 @@
+#include "embedded/paint/paint_sheet.h"
 #include "embedded/render/paint_sheet.h"
 
 #include <gtest/gtest.h>

@@ -1,0 +1,148 @@
+// How the plot engine reaches the painted outputs: provided directly, or
+// through a loader called once; a named error when neither gives them.
+
+#include "embedded/render/painted_outputs.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include "embedded/paint/painted_files.h"
+#include "embedded/render/paint_sheet.h"
+#include "embedded/render/render_test_support.h"
+#include "fakes/temp_folder.h"
+
+namespace sheafwork::embedded {
+namespace {
+
+using namespace testing;
+using sheafwork::testing::TempFolder;
+
+// Each test starts and ends with this copy's own painted outputs, as the
+// other tests of the program expect them.
+class PaintedOutputsTest : public ::testing::Test {
+ protected:
+  PaintedOutputsTest() : drawing_(MakeDrawing()) {
+    ModelSpace(drawing_).entities.push_back(MakeLine({10, 10}, {90, 60}));
+    drawing_.Reindex();
+  }
+  ~PaintedOutputsTest() override { SetPaintedOutputs(PaintOutputs()); }
+
+  PlotJob Job(OutputKind kind, const std::string& name) const {
+    PlotJob job = MakeJob(drawing_, drawing_.layouts[0], OneToOneSettings(100, 70));
+    job.output = kind;
+    job.outputPath = folder_.File(name);
+    job.printerName = "traceur-absent";
+    job.resolutionDpi = 50;
+    return job;
+  }
+
+  static std::string Failure(const PlotJob& job) {
+    try {
+      RunPlotJob(job);
+    } catch (const PlotError& e) {
+      return e.what();
+    }
+    return "(aucune erreur)";
+  }
+
+  Drawing drawing_;
+  TempFolder folder_;
+};
+
+struct PaintedKind {
+  OutputKind kind;
+  const char* name;  // as the messages say it
+};
+constexpr PaintedKind kPaintedKinds[] = {{OutputKind::Png, "la sortie PNG"},
+                                         {OutputKind::Svg, "la sortie SVG"},
+                                         {OutputKind::Printer, "l'impression"}};
+
+TEST_F(PaintedOutputsTest, WithoutThemPaintedJobsFailByNameWhilePdfAndHpglStillPlot) {
+  SetPaintedOutputs({});
+  for (const PaintedKind& k : kPaintedKinds) {
+    const PlotJob job = Job(k.kind, "sortie");
+    EXPECT_EQ(Failure(job),
+              std::string(k.name) + " est indisponible : ce programme n'a pas de module de dessin");
+    EXPECT_FALSE(std::filesystem::exists(job.outputPath)) << k.name;
+  }
+  for (OutputKind kind : {OutputKind::Pdf, OutputKind::Hpgl}) {
+    const PlotJob job = Job(kind, "plan.out");
+    EXPECT_NO_THROW(RunPlotJob(job));
+    EXPECT_GT(std::filesystem::file_size(job.outputPath), 0u);
+    std::filesystem::remove(job.outputPath);
+  }
+}
+
+TEST_F(PaintedOutputsTest, AFailedLoadIsTriedOnceAndNamesTheModuleAndTheReason) {
+  int calls = 0;
+  SetPaintedOutputsLoader([&calls] {
+    ++calls;
+    PaintedOutputsLoad load;
+    load.module = "/opt/sheafwork/sheafwork-qt.so";
+    load.failure = "libQt6Gui.so.6: cannot open shared object file";
+    load.outputs = PaintOutputs();  // ignored: the load failed
+    return load;
+  });
+  EXPECT_EQ(calls, 0);  // nothing loaded before a painted output is needed
+  EXPECT_NO_THROW(RunPlotJob(Job(OutputKind::Pdf, "plan.pdf")));
+  EXPECT_EQ(calls, 0);
+  for (const PaintedKind& k : kPaintedKinds) {
+    EXPECT_EQ(Failure(Job(k.kind, "sortie")),
+              std::string(k.name) +
+                  " est indisponible : le module de dessin /opt/sheafwork/sheafwork-qt.so n'a pas "
+                  "pu être chargé (libQt6Gui.so.6: cannot open shared object file)");
+  }
+  EXPECT_EQ(calls, 1);
+}
+
+// Stands for a module's output: fails with its own message.
+bool RefusingOutput(const PlotJob& job, const SheetLayout&, std::string& failure) noexcept {
+  failure = "refusé : " + job.outputPath;
+  return false;
+}
+
+TEST_F(PaintedOutputsTest, ALoadedTableIsUsedForEachKindAndItsFailuresBecomePlotErrors) {
+  int calls = 0;
+  SetPaintedOutputsLoader([&calls] {
+    ++calls;
+    PaintedOutputsLoad load;
+    load.module = "module";
+    load.outputs = PaintOutputs();
+    load.outputs.svg = &RefusingOutput;
+    return load;
+  });
+  const PlotJob png = Job(OutputKind::Png, "plan.png");
+  EXPECT_NO_THROW(RunPlotJob(png));
+  EXPECT_EQ(TempFolder::Read(png.outputPath).substr(1, 3), "PNG");
+  const PlotJob svg = Job(OutputKind::Svg, "plan.svg");
+  EXPECT_EQ(Failure(svg), "refusé : " + svg.outputPath);
+  EXPECT_EQ(Failure(Job(OutputKind::Printer, "")), "imprimante introuvable : traceur-absent");
+  EXPECT_EQ(calls, 1);
+
+  // Outputs set directly replace the loader's.
+  SetPaintedOutputs({&RefusingOutput, nullptr, nullptr});
+  EXPECT_EQ(Failure(png), "refusé : " + png.outputPath);
+  EXPECT_EQ(Failure(svg),
+            "la sortie SVG est indisponible : ce programme n'a pas de module de dessin");
+}
+
+TEST_F(PaintedOutputsTest, TheTableTurnsExceptionsIntoMessages) {
+  const PaintedOutputs outputs = PaintOutputs();
+  const PlotJob png = Job(OutputKind::Png, "absent/plan.png");
+  const SheetLayout sheet = PlanSheet(png);
+  std::string failure;
+  EXPECT_FALSE(outputs.png(png, sheet, failure));
+  EXPECT_EQ(failure, "impossible de créer le fichier PNG : " + png.outputPath);
+  failure.clear();
+  EXPECT_FALSE(outputs.printer(Job(OutputKind::Printer, ""), sheet, failure));
+  EXPECT_EQ(failure, "imprimante introuvable : traceur-absent");
+  failure.clear();
+  const PlotJob svg = Job(OutputKind::Svg, "plan.svg");
+  EXPECT_TRUE(outputs.svg(svg, sheet, failure)) << failure;
+  EXPECT_TRUE(failure.empty());
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded
