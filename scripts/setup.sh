@@ -14,6 +14,7 @@ packages=(
   qt6-base-dev qt6-svg-dev libgl-dev   # the plot engine and the desktop application
   libbenchmark-dev           # scripts/bench.sh
   zlib1g-dev                 # plot style tables (.ctb) are zlib-compressed
+  libdeflate-dev             # PDF streams: deflated fast, a page at once
   qt6-translations-l10n      # Qt's own dialog texts in French
   xvfb xauth                 # screenshots of the desktop application on a virtual display
   poppler-utils              # pdfinfo, pdftoppm: looking at the plotted PDF files

@@ -19,82 +19,42 @@ using FacePtr = std::unique_ptr<hb_face_t, HbDeleter<hb_face_t, hb_face_destroy>
 using FontPtr = std::unique_ptr<hb_font_t, HbDeleter<hb_font_t, hb_font_destroy>>;
 using BufferPtr = std::unique_ptr<hb_buffer_t, HbDeleter<hb_buffer_t, hb_buffer_destroy>>;
 
-// Most segments one curve is cut into.
-constexpr int kMostChords = 64;
-
-// The outline being flattened: loops appended to `out`, each started at a
-// move and ended at the next move or close.
-struct Flattener {
-  Loops* out;
+// The outline being drawn, placed at `at`.
+struct Outline {
+  CurvePath* out;
   Vec2 at;
-  double tolerance;
-  std::size_t loopStart = 0;
-  bool open = false;
 
-  void Point(double x, double y) { out->points.push_back({at.x + x, at.y + y}); }
-  void Close() {
-    if (!open) return;
-    open = false;
-    std::size_t n = out->points.size() - loopStart;
-    if (n > 1 && out->points.back().x == out->points[loopStart].x &&
-        out->points.back().y == out->points[loopStart].y) {
-      out->points.pop_back();  // closed implicitly
-      --n;
-    }
-    if (n < 3) {
-      out->points.resize(loopStart);
-      return;
-    }
-    out->sizes.push_back(static_cast<int>(n));
-  }
-  // Chords for a curve whose second differences reach `bend`: the gap of
-  // n chords to the curve stays under bend / (8 n²).
-  int Chords(double bend) const {
-    if (!(bend > 0) || !(tolerance > 0)) return 1;
-    const double n = std::ceil(std::sqrt(bend / (8 * tolerance)));
-    return static_cast<int>(std::clamp(n, 1.0, static_cast<double>(kMostChords)));
-  }
+  Vec2 Place(double x, double y) const { return {at.x + x, at.y + y}; }
 };
 
 void MoveTo(hb_draw_funcs_t*, void* data, hb_draw_state_t*, float x, float y, void*) {
-  auto& f = *static_cast<Flattener*>(data);
-  f.Close();
-  f.loopStart = f.out->points.size();
-  f.open = true;
-  f.Point(x, y);
+  auto& o = *static_cast<Outline*>(data);
+  o.out->MoveTo(o.Place(x, y));
 }
 
 void LineTo(hb_draw_funcs_t*, void* data, hb_draw_state_t*, float x, float y, void*) {
-  static_cast<Flattener*>(data)->Point(x, y);
+  auto& o = *static_cast<Outline*>(data);
+  o.out->LineTo(o.Place(x, y));
 }
 
 void QuadraticTo(hb_draw_funcs_t*, void* data, hb_draw_state_t* st, float cx, float cy, float x,
                  float y, void*) {
-  auto& f = *static_cast<Flattener*>(data);
+  auto& o = *static_cast<Outline*>(data);
+  // The cubic's control points lie two thirds of the way from each end to
+  // the quadratic's.
   const double x0 = st->current_x, y0 = st->current_y;
-  const int n = f.Chords(2 * std::hypot(x0 - 2 * cx + x, y0 - 2 * cy + y));
-  for (int i = 1; i <= n; ++i) {
-    const double t = static_cast<double>(i) / n, u = 1 - t;
-    f.Point(u * u * x0 + 2 * u * t * cx + t * t * x, u * u * y0 + 2 * u * t * cy + t * t * y);
-  }
+  o.out->CubicTo(o.Place(x0 + 2.0 / 3 * (cx - x0), y0 + 2.0 / 3 * (cy - y0)),
+                 o.Place(x + 2.0 / 3 * (cx - x), y + 2.0 / 3 * (cy - y)), o.Place(x, y));
 }
 
-void CubicTo(hb_draw_funcs_t*, void* data, hb_draw_state_t* st, float c1x, float c1y, float c2x,
+void CubicTo(hb_draw_funcs_t*, void* data, hb_draw_state_t*, float c1x, float c1y, float c2x,
              float c2y, float x, float y, void*) {
-  auto& f = *static_cast<Flattener*>(data);
-  const double x0 = st->current_x, y0 = st->current_y;
-  const double bend = 6 * std::max<double>(std::hypot(x0 - 2 * c1x + c2x, y0 - 2 * c1y + c2y),
-                                           std::hypot(c1x - 2.0 * c2x + x, c1y - 2.0 * c2y + y));
-  const int n = f.Chords(bend);
-  for (int i = 1; i <= n; ++i) {
-    const double t = static_cast<double>(i) / n, u = 1 - t;
-    const double a = u * u * u, b = 3 * u * u * t, c = 3 * u * t * t, d = t * t * t;
-    f.Point(a * x0 + b * c1x + c * c2x + d * x, a * y0 + b * c1y + c * c2y + d * y);
-  }
+  auto& o = *static_cast<Outline*>(data);
+  o.out->CubicTo(o.Place(c1x, c1y), o.Place(c2x, c2y), o.Place(x, y));
 }
 
 void ClosePath(hb_draw_funcs_t*, void* data, hb_draw_state_t*, void*) {
-  static_cast<Flattener*>(data)->Close();
+  static_cast<Outline*>(data)->out->Close();
 }
 
 hb_draw_funcs_t* DrawFuncs() {
@@ -185,10 +145,9 @@ double TrueTypeFace::Advance(std::string_view line, double tracking) const {
   return Shape(line, tracking, glyphs);
 }
 
-void TrueTypeFace::AppendOutline(unsigned id, Vec2 at, double tolerance, Loops& out) const {
-  Flattener flattener{&out, at, tolerance};
-  hb_font_get_glyph_shape(handles_->font.get(), id, DrawFuncs(), &flattener);
-  flattener.Close();
+void TrueTypeFace::AppendOutline(unsigned id, Vec2 at, CurvePath& out) const {
+  Outline outline{&out, at};
+  hb_font_get_glyph_shape(handles_->font.get(), id, DrawFuncs(), &outline);
 }
 
 }  // namespace sheafwork::embedded

@@ -1,7 +1,7 @@
 #pragma once
 // One TrueType or OpenType face: text shaped into positioned glyphs (kerning
 // and ligatures as the font defines them), the face's metrics, and glyph
-// outlines flattened into loops. Everything is in the font's own design
+// outlines as curves. Everything is in the font's own design
 // units, y up, the baseline at y = 0. Safe to use from several threads.
 
 #include <memory>
@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "embedded/model/curve_path.h"
 #include "embedded/model/geometry.h"
 
 namespace sheafwork::embedded {
@@ -16,13 +17,6 @@ namespace sheafwork::embedded {
 struct PlacedGlyph {
   unsigned id = 0;
   Vec2 at;  ///< where the glyph's origin goes
-};
-
-/// Closed loops: `sizes` splits `points` into loops, each closed
-/// implicitly.
-struct Loops {
-  std::vector<Vec2> points;
-  std::vector<int> sizes;
 };
 
 class TrueTypeFace {
@@ -43,9 +37,9 @@ class TrueTypeFace {
   double Shape(std::string_view line, double tracking, std::vector<PlacedGlyph>& glyphs) const;
   /// The advance alone.
   double Advance(std::string_view line, double tracking) const;
-  /// Appends the outline of glyph `id` placed at `at`, curves flattened so
-  /// that no chord strays more than `tolerance` (design units) from them.
-  void AppendOutline(unsigned id, Vec2 at, double tolerance, Loops& out) const;
+  /// Appends the outline of glyph `id` placed at `at`: its loops, their
+  /// quadratic curves given as the equal cubic ones.
+  void AppendOutline(unsigned id, Vec2 at, CurvePath& out) const;
 
  private:
   struct Handles;

@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <cmath>
 
-
 namespace sheafwork::embedded {
 
 namespace {
@@ -138,6 +137,33 @@ void PainterBackend::FillLoops(std::span<const Vec2> points, std::span<const int
       path.lineTo(grid_.Map(points[first + static_cast<std::size_t>(i)]));
     path.closeSubpath();
     first += static_cast<std::size_t>(size);
+  }
+  painter_.drawPath(path);
+}
+
+void PainterBackend::FillPath(const CurvePath& curves, const Style& style) {
+  Flush();
+  UseFill(style);
+  QPainterPath path;
+  path.setFillRule(Qt::OddEvenFill);
+  std::size_t k = 0;
+  for (CurvePath::Verb verb : curves.verbs) {
+    switch (verb) {
+      case CurvePath::Verb::Move:
+        path.moveTo(grid_.Map(curves.points[k++]));
+        break;
+      case CurvePath::Verb::Line:
+        path.lineTo(grid_.Map(curves.points[k++]));
+        break;
+      case CurvePath::Verb::Cubic:
+        path.cubicTo(grid_.Map(curves.points[k]), grid_.Map(curves.points[k + 1]),
+                     grid_.Map(curves.points[k + 2]));
+        k += 3;
+        break;
+      case CurvePath::Verb::Close:
+        path.closeSubpath();
+        break;
+    }
   }
   painter_.drawPath(path);
 }

@@ -29,6 +29,7 @@ class PainterBackend final : public Backend {
   void DrawArc(Vec2 center, double radius, double start, double sweep, const Style& style) override;
   void FillLoops(std::span<const Vec2> points, std::span<const int> loopSizes,
                  const Style& style) override;
+  void FillPath(const CurvePath& path, const Style& style) override;
   void DrawPoint(Vec2 at, const Style& style) override;
   void PushClip(std::span<const Vec2> polygon) override;
   void PopClip() override;

@@ -1,38 +1,32 @@
 #include "embedded/pdf/deflater.h"
 
-#include <zlib.h>
+#include <libdeflate.h>
 
 #include <algorithm>
-#include <limits>
 
 namespace sheafwork::embedded::pdf {
 
 struct Deflater::State {
-  z_stream z{};
-  bool ready = false;
+  libdeflate_compressor* compressor = nullptr;
 };
 
 Deflater::Deflater(int level) : state_(std::make_unique<State>()) {
-  state_->ready = deflateInit(&state_->z, std::clamp(level, 1, 9)) == Z_OK;
+  state_->compressor = libdeflate_alloc_compressor(std::clamp(level, 1, 12));
 }
 
 Deflater::~Deflater() {
-  if (state_->ready) deflateEnd(&state_->z);
+  if (state_->compressor != nullptr) libdeflate_free_compressor(state_->compressor);
 }
 
 bool Deflater::Compress(std::string_view data, std::string& out) {
-  if (!state_->ready || data.size() > std::numeric_limits<uInt>::max()) return false;
-  z_stream& z = state_->z;
-  if (deflateReset(&z) != Z_OK) return false;
-  out.resize(deflateBound(&z, static_cast<uLong>(data.size())));
-  z.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(data.data()));
-  z.avail_in = static_cast<uInt>(data.size());
-  z.next_out = reinterpret_cast<Bytef*>(out.data());
-  z.avail_out = static_cast<uInt>(out.size());
-  // The bound leaves room for everything: one call finishes the stream.
-  const int result = deflate(&z, Z_FINISH);
-  if (result != Z_STREAM_END) return false;
-  out.resize(out.size() - z.avail_out);
+  libdeflate_compressor* c = state_->compressor;
+  if (c == nullptr) return false;
+  out.resize(libdeflate_zlib_compress_bound(c, data.size()));
+  // The bound leaves room for everything: the call cannot run short.
+  const std::size_t size =
+      libdeflate_zlib_compress(c, data.data(), data.size(), out.data(), out.size());
+  if (size == 0) return false;
+  out.resize(size);
   return true;
 }
 

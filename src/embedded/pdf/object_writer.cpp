@@ -1,11 +1,21 @@
 #include "embedded/pdf/object_writer.h"
 
+#include <algorithm>
+
 namespace sheafwork::embedded::pdf {
 
+namespace {
+
+// Up to this much queued, objects wait for Drain() instead of a thread.
+constexpr std::size_t kWithoutThreadBytes = 1 << 20;
+
+}  // namespace
+
 ObjectWriter::ObjectWriter(OutputFile& file, int level, std::size_t queueBytes)
-    : file_(file), deflater_(level), queueBytes_(queueBytes), thread_([this] { Run(); }) {}
+    : file_(file), deflater_(level), queueBytes_(queueBytes) {}
 
 ObjectWriter::~ObjectWriter() {
+  if (!thread_.joinable()) return;
   {
     std::lock_guard lock(mutex_);
     stopping_ = true;
@@ -27,6 +37,9 @@ void ObjectWriter::Stream(int number, std::string dictionary, std::string data) 
 void ObjectWriter::Push(Task task) {
   const std::size_t bytes = task.head.size() + task.data.size();
   std::unique_lock lock(mutex_);
+  if (!thread_.joinable() && queued_ + bytes > std::min(kWithoutThreadBytes, queueBytes_)) {
+    thread_ = std::thread([this] { Run(); });  // waits for the lock
+  }
   // An empty queue takes any task, however large.
   changed_.wait(lock, [&] { return queue_.empty() || queued_ + bytes <= queueBytes_; });
   queued_ += bytes;
@@ -36,6 +49,10 @@ void ObjectWriter::Push(Task task) {
 }
 
 bool ObjectWriter::Drain() {
+  if (!thread_.joinable()) {
+    WriteQueued();
+    return !failed_;
+  }
   std::unique_lock lock(mutex_);
   changed_.wait(lock, [&] { return queue_.empty() && !busy_; });
   return !failed_;
@@ -67,6 +84,20 @@ void ObjectWriter::Run() {
     busy_ = false;
     changed_.notify_all();
   }
+}
+
+void ObjectWriter::WriteQueued() {
+  // No thread: the queue is this caller's alone.
+  for (Task& task : queue_) {
+    if (failed_) break;
+    try {
+      failed_ = !Write(task);
+    } catch (...) {
+      failed_ = true;
+    }
+  }
+  queue_.clear();
+  queued_ = 0;
 }
 
 bool ObjectWriter::Write(Task& task) {

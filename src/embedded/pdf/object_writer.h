@@ -2,7 +2,9 @@
 // Writes a PDF's objects to its file in the order they are handed over, on a
 // thread of its own: streams are deflated there while the caller goes on
 // building the next ones. The queue is bounded by the bytes it holds, so a
-// caller faster than the compression waits instead of filling memory.
+// caller faster than the compression waits instead of filling memory. A
+// small document never starts the thread: what it queued is written when it
+// is drained, by the caller, which is faster than starting a thread.
 
 #include <condition_variable>
 #include <cstddef>
@@ -55,6 +57,7 @@ class ObjectWriter {
 
   void Push(Task task);
   void Run();
+  void WriteQueued();
   bool Write(Task& task);
 
   OutputFile& file_;
@@ -70,7 +73,7 @@ class ObjectWriter {
   bool busy_ = false;       // the thread holds a task
   bool stopping_ = false;
   bool failed_ = false;
-  std::thread thread_;  // last: starts when everything above is ready
+  std::thread thread_;  // started once the queue holds more than a small document
 };
 
 }  // namespace sheafwork::embedded::pdf

@@ -6,6 +6,7 @@
 #include <span>
 #include <string_view>
 
+#include "embedded/model/curve_path.h"
 #include "embedded/model/geometry.h"
 #include "embedded/render/transform.h"
 
@@ -57,8 +58,12 @@ class Backend {
   /// Filled area of the loops (each closed implicitly), odd-even rule.
   virtual void FillLoops(std::span<const Vec2> points, std::span<const int> loopSizes,
                          const Style& style) = 0;
+  /// Filled area of the path's loops, odd-even rule. By default its
+  /// curves are cut into chords (within 0.005 mm) and filled with
+  /// FillLoops.
+  virtual void FillPath(const CurvePath& path, const Style& style);
   virtual void DrawPoint(Vec2 at, const Style& style) = 0;
-  /// By default the run's glyph outlines, filled (FillLoops), so that a
+  /// By default the run's glyph outlines, filled (FillPath), so that a
   /// backend without text of its own still draws it.
   virtual void DrawText(const TextRun& text, const Style& style);
   /// Restricts what follows to the inside of `polygon` until PopClip.

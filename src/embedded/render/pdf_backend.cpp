@@ -222,6 +222,48 @@ void PdfBackend::FillLoops(std::span<const Vec2> points, std::span<const int> lo
   if (any) out_.Op("f*");
 }
 
+void PdfBackend::FillPath(const CurvePath& path, const Style& style) {
+  EndPath();
+  if (path.Empty()) return;
+  MarkLayer();
+  UseFillColor(style.rgb);
+  std::size_t k = 0;
+  bool open = false;
+  for (CurvePath::Verb verb : path.verbs) {
+    switch (verb) {
+      case CurvePath::Verb::Move: {
+        if (open) out_.Op("h");
+        const Point p = Map(path.points[k++]);
+        out_.Int(p.x).Int(p.y).Op("m");
+        open = true;
+        break;
+      }
+      case CurvePath::Verb::Line: {
+        const Point p = Map(path.points[k++]);
+        if (open) out_.Int(p.x).Int(p.y).Op("l");
+        break;
+      }
+      case CurvePath::Verb::Cubic: {
+        if (!open) {
+          k += 3;
+          break;
+        }
+        const Point c1 = Map(path.points[k]), c2 = Map(path.points[k + 1]);
+        const Point p = Map(path.points[k + 2]);
+        k += 3;
+        out_.Int(c1.x).Int(c1.y).Int(c2.x).Int(c2.y).Int(p.x).Int(p.y).Op("c");
+        break;
+      }
+      case CurvePath::Verb::Close:
+        if (open) out_.Op("h");
+        open = false;
+        break;
+    }
+  }
+  if (open) out_.Op("h");
+  out_.Op("f*");
+}
+
 void PdfBackend::DrawPoint(Vec2 at, const Style& style) {
   // A zero-length line with round caps: a round dot of the line's width.
   const double radius = std::max(style.widthMm / 2, kMinDotRadiusMm);

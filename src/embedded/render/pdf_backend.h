@@ -40,6 +40,8 @@ class PdfBackend final : public Backend {
   void DrawLines(std::span<const Vec2> pairs, const Style& style) override;
   void DrawPolyline(std::span<const Vec2> points, bool closed, const Style& style) override;
   void DrawArc(Vec2 center, double radius, double start, double sweep, const Style& style) override;
+  /// Curves stay curves in the page.
+  void FillPath(const CurvePath& path, const Style& style) override;
   void FillLoops(std::span<const Vec2> points, std::span<const int> loopSizes,
                  const Style& style) override;
   void DrawPoint(Vec2 at, const Style& style) override;

@@ -57,19 +57,16 @@ RunLines LayOutRunLines(const TextRun& run) {
   return laid;
 }
 
-void AppendRunOutlines(const TextRun& run, const RunLines& laid, double toleranceMm, Loops& out) {
+void AppendRunOutlines(const TextRun& run, const RunLines& laid, CurvePath& out) {
   const TrueTypeFace* face = laid.font.face;
   if (face == nullptr) return;
   const RunPlacement& p = laid.placement;
-  const double mmPerUnit = run.toSheet.Scale() * std::max(p.xScale, p.yScale);
-  if (!(mmPerUnit > 0) || !std::isfinite(mmPerUnit)) return;
-  const double tolerance = toleranceMm / mmPerUnit;
   thread_local std::vector<PlacedGlyph> glyphs;
   for (std::size_t i = 0; i < laid.lines.size(); ++i) {
     if (Blank(laid.lines[i])) continue;
     face->Shape(laid.lines[i], run.tracking, glyphs);
     const std::size_t first = out.points.size();
-    for (const PlacedGlyph& g : glyphs) face->AppendOutline(g.id, g.at, tolerance, out);
+    for (const PlacedGlyph& g : glyphs) face->AppendOutline(g.id, g.at, out);
     // Design units into the run's space, then onto the sheet.
     const Affine2 toSheet = run.toSheet * Affine2{p.xScale,
                                                   0,

@@ -27,9 +27,9 @@ struct RunLines {
 
 RunLines LayOutRunLines(const TextRun& run);
 
-/// Appends the glyph outlines of `run` on the sheet, curves flattened to
-/// `toleranceMm`. Nothing when the run has no face.
-void AppendRunOutlines(const TextRun& run, const RunLines& laid, double toleranceMm, Loops& out);
+/// Appends the glyph outlines of `run` on the sheet. Nothing when the run
+/// has no face.
+void AppendRunOutlines(const TextRun& run, const RunLines& laid, CurvePath& out);
 
 /// Measures with the faces above.
 TextMeasure& TrueTypeMeasure();

@@ -16,11 +16,19 @@ const TrueTypeFace& Sans() {
   return *face;
 }
 
+// The glyph's outline, flattened.
+struct Loops {
+  std::vector<Vec2> points;
+  std::vector<int> sizes;
+};
+
 Loops OutlineOf(char c, double tolerance) {
   std::vector<PlacedGlyph> glyphs;
   Sans().Shape(std::string(1, c), 1, glyphs);
+  CurvePath path;
+  for (const PlacedGlyph& g : glyphs) Sans().AppendOutline(g.id, g.at, path);
   Loops loops;
-  for (const PlacedGlyph& g : glyphs) Sans().AppendOutline(g.id, g.at, tolerance, loops);
+  FlattenPath(path, tolerance, loops.points, loops.sizes);
   return loops;
 }
 
