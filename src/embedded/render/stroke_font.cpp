@@ -105,61 +105,85 @@ void ToCapHeights(StrokeGlyph& glyph) {
 
 }  // namespace
 
-StrokeFont::StrokeFont() {
-  struct Entry {
-    char32_t code;
-    StrokeGlyph glyph;
-  };
-  std::vector<Entry> entries;
+namespace {
+
+const stroke_data::GlyphSource* FindSource(char32_t code) {
   for (const stroke_data::GlyphSource& source : stroke_data::Glyphs()) {
-    Entry e{source.code, {}};
-    e.glyph.advance = source.advance;
-    ParseStrokes(source.strokes, 0, 0, e.glyph);
-    entries.push_back(std::move(e));
+    if (source.code == code) return &source;
   }
-  auto findEntry = [&](char32_t code) -> const StrokeGlyph* {
-    for (const Entry& e : entries) {
-      if (e.code == code) return &e.glyph;
-    }
-    return nullptr;
-  };
-  std::vector<Entry> composed;
+  return nullptr;
+}
+
+const stroke_data::MarkSource* FindMark(char name) {
+  for (const stroke_data::MarkSource& mark : stroke_data::Marks()) {
+    if (mark.name == name) return &mark;
+  }
+  return nullptr;
+}
+
+// A glyph from its own strokes, in grid units.
+StrokeGlyph GridGlyph(const stroke_data::GlyphSource& source) {
+  StrokeGlyph glyph;
+  glyph.advance = source.advance;
+  ParseStrokes(source.strokes, 0, 0, glyph);
+  return glyph;
+}
+
+// A letter and its mark, in grid units.
+StrokeGlyph ComposedGlyph(const stroke_data::GlyphSource& baseSource,
+                          const stroke_data::MarkSource& mark) {
+  StrokeGlyph glyph = GridGlyph(baseSource);
+  double minX = std::numeric_limits<double>::max(), maxX = -minX, top = 0;
+  for (const Vec2& p : glyph.points) {
+    minX = std::min(minX, p.x);
+    maxX = std::max(maxX, p.x);
+    top = std::max(top, p.y);
+  }
+  if (glyph.points.empty()) minX = maxX = glyph.advance / 2;
+  // The mark sits over the letter's x-height or cap height, whichever
+  // the letter reaches; ascenders (none among the bases) would be ignored.
+  const bool capital = top > kXHeight + 1;
+  const double anchorY =
+      mark.below ? 0 : (capital ? kGridPerCap + kMarkGapUpper : kXHeight + kMarkGapLower);
+  ParseStrokes(mark.strokes, (minX + maxX) / 2, anchorY, glyph);
+  return glyph;
+}
+
+}  // namespace
+
+// Only the list of characters is made here; each glyph is read from its
+// table the first time it is asked for (a drawing uses few of them).
+StrokeFont::StrokeFont() {
+  for (const stroke_data::GlyphSource& source : stroke_data::Glyphs()) {
+    slots_.push_back({source.code, &source, nullptr});
+  }
   for (const stroke_data::ComposedSource& source : stroke_data::Composed()) {
-    const StrokeGlyph* base = findEntry(source.base);
-    const stroke_data::MarkSource* mark = nullptr;
-    for (const stroke_data::MarkSource& m : stroke_data::Marks()) {
-      if (m.name == source.mark) mark = &m;
-    }
-    if (base == nullptr || mark == nullptr) continue;
-    double minX = std::numeric_limits<double>::max(), maxX = -minX, top = 0;
-    for (const Vec2& p : base->points) {
-      minX = std::min(minX, p.x);
-      maxX = std::max(maxX, p.x);
-      top = std::max(top, p.y);
-    }
-    if (base->points.empty()) minX = maxX = base->advance / 2;
-    // The mark sits over the letter's x-height or cap height, whichever
-    // the letter reaches; ascenders (none among the bases) would be ignored.
-    const bool capital = top > kXHeight + 1;
-    const double anchorY =
-        mark->below ? 0 : (capital ? kGridPerCap + kMarkGapUpper : kXHeight + kMarkGapLower);
-    Entry e{source.code, *base};
-    ParseStrokes(mark->strokes, (minX + maxX) / 2, anchorY, e.glyph);
-    composed.push_back(std::move(e));
+    const stroke_data::GlyphSource* base = FindSource(source.base);
+    const stroke_data::MarkSource* mark = FindMark(source.mark);
+    if (base != nullptr && mark != nullptr) slots_.push_back({source.code, base, mark});
   }
-  for (Entry& e : composed) entries.push_back(std::move(e));
-  std::sort(entries.begin(), entries.end(),
-            [](const Entry& a, const Entry& b) { return a.code < b.code; });
-  for (Entry& e : entries) {
-    ToCapHeights(e.glyph);
-    codes_.push_back(e.code);
-    glyphs_.push_back(std::move(e.glyph));
+  std::stable_sort(slots_.begin(), slots_.end(),
+                   [](const Slot& a, const Slot& b) { return a.code < b.code; });
+  glyphs_ = std::make_unique<Built[]>(slots_.size());
+  std::fill(std::begin(ascii_), std::end(ascii_), -1);
+  for (std::size_t i = 0; i < slots_.size(); ++i) {
+    codes_.push_back(slots_[i].code);
+    if (slots_[i].code < 128) ascii_[slots_[i].code] = static_cast<int>(i);
   }
-  for (std::size_t i = 0; i < codes_.size() && codes_[i] < 128; ++i)
-    ascii_[codes_[i]] = &glyphs_[i];
   placeholder_.advance = stroke_data::Placeholder().advance;
   ParseStrokes(stroke_data::Placeholder().strokes, 0, 0, placeholder_);
   ToCapHeights(placeholder_);
+}
+
+const StrokeGlyph& StrokeFont::Glyph(std::size_t index) const {
+  Built& built = glyphs_[index];
+  std::call_once(built.once, [&] {
+    const Slot& slot = slots_[index];
+    built.glyph =
+        slot.mark != nullptr ? ComposedGlyph(*slot.source, *slot.mark) : GridGlyph(*slot.source);
+    ToCapHeights(built.glyph);
+  });
+  return built.glyph;
 }
 
 const StrokeFont& StrokeFont::Get() {
@@ -168,10 +192,13 @@ const StrokeFont& StrokeFont::Get() {
 }
 
 const StrokeGlyph* StrokeFont::Find(char32_t code) const {
-  if (code < 128) return ascii_[code];
+  if (code < 128) {
+    const int index = ascii_[code];
+    return index < 0 ? nullptr : &Glyph(static_cast<std::size_t>(index));
+  }
   const auto it = std::lower_bound(codes_.begin(), codes_.end(), code);
   if (it == codes_.end() || *it != code) return nullptr;
-  return &glyphs_[static_cast<std::size_t>(it - codes_.begin())];
+  return &Glyph(static_cast<std::size_t>(it - codes_.begin()));
 }
 
 const StrokeGlyph& StrokeFont::GlyphOrPlaceholder(char32_t code) const {

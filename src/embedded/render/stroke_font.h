@@ -3,6 +3,8 @@
 // file) is drawn with, as polylines, so that every backend draws it. Cap
 // height 1, baseline at y = 0, glyphs laid along +x.
 
+#include <memory>
+#include <mutex>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -11,6 +13,11 @@
 #include "embedded/render/box.h"
 
 namespace sheafwork::embedded {
+
+namespace stroke_data {
+struct GlyphSource;
+struct MarkSource;
+}  // namespace stroke_data
 
 /// One glyph, in cap heights: `sizes` splits `points` into open polylines.
 struct StrokeGlyph {
@@ -45,10 +52,24 @@ class StrokeFont {
  private:
   StrokeFont();
 
+  /// Where a glyph comes from: its strokes, or a base letter's and a mark's.
+  struct Slot {
+    char32_t code;
+    const stroke_data::GlyphSource* source;
+    const stroke_data::MarkSource* mark;  ///< null for a glyph of its own
+  };
+  struct Built {
+    std::once_flag once;
+    StrokeGlyph glyph;
+  };
+  /// The glyph at `index`, read from its tables on first use.
+  const StrokeGlyph& Glyph(std::size_t index) const;
+
   std::vector<char32_t> codes_;
-  std::vector<StrokeGlyph> glyphs_;  ///< parallel to codes_
-  /// The glyph of each ASCII code, null when the font lacks it.
-  const StrokeGlyph* ascii_[128] = {};
+  std::vector<Slot> slots_;          ///< parallel to codes_
+  std::unique_ptr<Built[]> glyphs_;  ///< parallel to codes_, built when asked for
+  /// The index of each ASCII code's glyph, -1 when the font lacks it.
+  int ascii_[128];
   StrokeGlyph placeholder_;
 };
 
