@@ -1,5 +1,3 @@
-#include <fontconfig/fontconfig.h>
-
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -7,6 +5,7 @@
 #include <system_error>
 #include <unordered_set>
 
+#include "platform/fontconfig_library.h"
 #include "platform/fonts.h"
 
 namespace sheafwork {
@@ -15,15 +14,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
-template <typename T, void (*Free)(T*)>
+// Only called once Fontconfig() has been found.
 struct FcDeleter {
-  void operator()(T* p) const { Free(p); }
+  void operator()(FcConfig* p) const { Fontconfig()->FcConfigDestroy(p); }
+  void operator()(FcPattern* p) const { Fontconfig()->FcPatternDestroy(p); }
+  void operator()(FcObjectSet* p) const { Fontconfig()->FcObjectSetDestroy(p); }
+  void operator()(FcFontSet* p) const { Fontconfig()->FcFontSetDestroy(p); }
+  void operator()(FcStrList* p) const { Fontconfig()->FcStrListDone(p); }
 };
-using ConfigPtr = std::unique_ptr<FcConfig, FcDeleter<FcConfig, FcConfigDestroy>>;
-using PatternPtr = std::unique_ptr<FcPattern, FcDeleter<FcPattern, FcPatternDestroy>>;
-using ObjectSetPtr = std::unique_ptr<FcObjectSet, FcDeleter<FcObjectSet, FcObjectSetDestroy>>;
-using FontSetPtr = std::unique_ptr<FcFontSet, FcDeleter<FcFontSet, FcFontSetDestroy>>;
-using StrListPtr = std::unique_ptr<FcStrList, FcDeleter<FcStrList, FcStrListDone>>;
+using ConfigPtr = std::unique_ptr<FcConfig, FcDeleter>;
+using PatternPtr = std::unique_ptr<FcPattern, FcDeleter>;
+using ObjectSetPtr = std::unique_ptr<FcObjectSet, FcDeleter>;
+using FontSetPtr = std::unique_ptr<FcFontSet, FcDeleter>;
+using StrListPtr = std::unique_ptr<FcStrList, FcDeleter>;
 
 // Font file names are compared ASCII-blind: fontconfig hands out bytes, and
 // the names the drawings ask for ("arial.ttf", "romans.shx") are ASCII.
@@ -44,14 +47,16 @@ std::string_view AsView(const FcChar8* s) { return reinterpret_cast<const char*>
 
 // Every font file fontconfig has indexed.
 void AddIndexedFiles(FcConfig* config, std::unordered_set<std::string>& names) {
-  const PatternPtr everything(FcPatternCreate());
-  const ObjectSetPtr fileOnly(FcObjectSetBuild(FC_FILE, static_cast<char*>(nullptr)));
+  const FontconfigLibrary& fc = *Fontconfig();
+  const PatternPtr everything(fc.FcPatternCreate());
+  const ObjectSetPtr fileOnly(fc.FcObjectSetCreate());
+  if (fileOnly) fc.FcObjectSetAdd(fileOnly.get(), FC_FILE);
   if (!everything || !fileOnly) return;
-  const FontSetPtr fonts(FcFontList(config, everything.get(), fileOnly.get()));
+  const FontSetPtr fonts(fc.FcFontList(config, everything.get(), fileOnly.get()));
   if (!fonts) return;
   for (int i = 0; i < fonts->nfont; ++i) {
     FcChar8* file = nullptr;
-    if (FcPatternGetString(fonts->fonts[i], FC_FILE, 0, &file) == FcResultMatch && file) {
+    if (fc.FcPatternGetString(fonts->fonts[i], FC_FILE, 0, &file) == FcResultMatch && file) {
       names.insert(FoldAscii(BaseName(AsView(file))));
     }
   }
@@ -61,9 +66,10 @@ void AddIndexedFiles(FcConfig* config, std::unordered_set<std::string>& names) {
 // their subfolders as folders of their own), including those fontconfig does
 // not index, such as shape fonts.
 void AddFolderFiles(FcConfig* config, std::unordered_set<std::string>& names) {
-  const StrListPtr dirs(FcConfigGetFontDirs(config));
+  const FontconfigLibrary& fc = *Fontconfig();
+  const StrListPtr dirs(fc.FcConfigGetFontDirs(config));
   if (!dirs) return;
-  while (const FcChar8* dir = FcStrListNext(dirs.get())) {
+  while (const FcChar8* dir = fc.FcStrListNext(dirs.get())) {
     std::error_code ec;
     for (fs::directory_iterator it(fs::path(AsView(dir)), ec), end; !ec && it != end;
          it.increment(ec)) {
@@ -77,10 +83,11 @@ void AddFolderFiles(FcConfig* config, std::unordered_set<std::string>& names) {
 
 std::unordered_set<std::string> ListFontFileNames() {
   std::unordered_set<std::string> names;
-  if (!FcInit()) return names;
+  const FontconfigLibrary* fc = Fontconfig();
+  if (fc == nullptr || !fc->FcInit()) return names;
   // A reference of our own on the current configuration, so that it stays
   // alive while we read it even if someone reloads fontconfig meanwhile.
-  const ConfigPtr config(FcConfigReference(nullptr));
+  const ConfigPtr config(fc->FcConfigReference(nullptr));
   if (!config) return names;
   AddIndexedFiles(config.get(), names);
   AddFolderFiles(config.get(), names);

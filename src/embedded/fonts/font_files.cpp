@@ -1,23 +1,26 @@
 #include "embedded/fonts/font_files.h"
 
-#include <fontconfig/fontconfig.h>
-
 #include <cstdlib>
 #include <memory>
 #include <mutex>
+
+#include "platform/fontconfig_library.h"
 
 namespace sheafwork::embedded {
 
 namespace {
 
-template <typename T, void (*Free)(T*)>
+// Only called once Fontconfig() has been found.
 struct FcDeleter {
-  void operator()(T* p) const { Free(p); }
+  void operator()(FcConfig* p) const { Fontconfig()->FcConfigDestroy(p); }
+  void operator()(FcPattern* p) const { Fontconfig()->FcPatternDestroy(p); }
+  void operator()(FcObjectSet* p) const { Fontconfig()->FcObjectSetDestroy(p); }
+  void operator()(FcFontSet* p) const { Fontconfig()->FcFontSetDestroy(p); }
 };
-using ConfigPtr = std::unique_ptr<FcConfig, FcDeleter<FcConfig, FcConfigDestroy>>;
-using PatternPtr = std::unique_ptr<FcPattern, FcDeleter<FcPattern, FcPatternDestroy>>;
-using ObjectSetPtr = std::unique_ptr<FcObjectSet, FcDeleter<FcObjectSet, FcObjectSetDestroy>>;
-using FontSetPtr = std::unique_ptr<FcFontSet, FcDeleter<FcFontSet, FcFontSetDestroy>>;
+using ConfigPtr = std::unique_ptr<FcConfig, FcDeleter>;
+using PatternPtr = std::unique_ptr<FcPattern, FcDeleter>;
+using ObjectSetPtr = std::unique_ptr<FcObjectSet, FcDeleter>;
+using FontSetPtr = std::unique_ptr<FcFontSet, FcDeleter>;
 
 // The standard font folders and fontconfig's caches of them. The system's
 // whole configuration (some fifty files of rules) takes several
@@ -39,14 +42,17 @@ FcConfig* Config() {
   static std::once_flag once;
   static ConfigPtr config;
   std::call_once(once, [] {
+    const FontconfigLibrary* fc = Fontconfig();
+    if (fc == nullptr) return;  // no fontconfig here: no font
     if (std::getenv("FONTCONFIG_FILE") != nullptr || std::getenv("FONTCONFIG_PATH") != nullptr) {
-      config.reset(FcInitLoadConfigAndFonts());
+      config.reset(fc->FcInitLoadConfigAndFonts());
       return;
     }
-    ConfigPtr made(FcConfigCreate());
+    ConfigPtr made(fc->FcConfigCreate());
     if (!made) return;
     const auto* xml = reinterpret_cast<const FcChar8*>(kFontFolders);
-    if (FcConfigParseAndLoadFromMemory(made.get(), xml, FcFalse) && FcConfigBuildFonts(made.get()))
+    if (fc->FcConfigParseAndLoadFromMemory(made.get(), xml, FcFalse) &&
+        fc->FcConfigBuildFonts(made.get()))
       config = std::move(made);
   });
   return config.get();
@@ -63,29 +69,30 @@ std::string_view AsView(const FcChar8* s) { return reinterpret_cast<const char*>
 FaceFile ToFaceFile(FcPattern* font) {
   FaceFile face;
   FcChar8* file = nullptr;
-  if (FcPatternGetString(font, FC_FILE, 0, &file) == FcResultMatch && file != nullptr)
+  if (Fontconfig()->FcPatternGetString(font, FC_FILE, 0, &file) == FcResultMatch && file != nullptr)
     face.path = AsView(file);
-  FcPatternGetInteger(font, FC_INDEX, 0, &face.index);
+  Fontconfig()->FcPatternGetInteger(font, FC_INDEX, 0, &face.index);
   int slant = FC_SLANT_ROMAN, weight = FC_WEIGHT_REGULAR;
-  FcPatternGetInteger(font, FC_SLANT, 0, &slant);
-  FcPatternGetInteger(font, FC_WEIGHT, 0, &weight);
+  Fontconfig()->FcPatternGetInteger(font, FC_SLANT, 0, &slant);
+  Fontconfig()->FcPatternGetInteger(font, FC_WEIGHT, 0, &weight);
   face.italic = slant != FC_SLANT_ROMAN;
   face.bold = weight >= FC_WEIGHT_DEMIBOLD;
   return face;
 }
 
 FontSetPtr List(FcConfig* config, FcPattern* pattern) {
-  const ObjectSetPtr objects(
-      FcObjectSetBuild(FC_FILE, FC_INDEX, FC_SLANT, FC_WEIGHT, static_cast<char*>(nullptr)));
+  const ObjectSetPtr objects(Fontconfig()->FcObjectSetCreate());
   if (!objects) return nullptr;
-  return FontSetPtr(FcFontList(config, pattern, objects.get()));
+  for (const char* object : {FC_FILE, FC_INDEX, FC_SLANT, FC_WEIGHT})
+    Fontconfig()->FcObjectSetAdd(objects.get(), object);
+  return FontSetPtr(Fontconfig()->FcFontList(config, pattern, objects.get()));
 }
 
 // The font of `pattern` (family and style asked) closest to what it asks.
 std::optional<FaceFile> Match(FcConfig* config, FcPattern* pattern) {
-  FcDefaultSubstitute(pattern);
+  Fontconfig()->FcDefaultSubstitute(pattern);
   FcResult result = FcResultNoMatch;
-  const PatternPtr match(FcFontMatch(config, pattern, &result));
+  const PatternPtr match(Fontconfig()->FcFontMatch(config, pattern, &result));
   if (!match || result != FcResultMatch) return std::nullopt;
   FaceFile face = ToFaceFile(match.get());
   if (face.path.empty()) return std::nullopt;
@@ -115,15 +122,18 @@ std::optional<FaceFile> FindFamily(std::string_view family, bool bold, bool ital
   FcConfig* config = Config();
   if (config == nullptr) return std::nullopt;
   const std::string name(family);
-  const PatternPtr pattern(FcPatternCreate());
+  const PatternPtr pattern(Fontconfig()->FcPatternCreate());
   if (!pattern) return std::nullopt;
-  FcPatternAddString(pattern.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(name.c_str()));
+  Fontconfig()->FcPatternAddString(pattern.get(), FC_FAMILY,
+                                   reinterpret_cast<const FcChar8*>(name.c_str()));
   // Matching alone would hand out a font of another family when the system
   // lacks this one.
   const FontSetPtr faces = List(config, pattern.get());
   if (!faces || faces->nfont == 0) return std::nullopt;
-  FcPatternAddInteger(pattern.get(), FC_WEIGHT, bold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
-  FcPatternAddInteger(pattern.get(), FC_SLANT, italic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
+  Fontconfig()->FcPatternAddInteger(pattern.get(), FC_WEIGHT,
+                                    bold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
+  Fontconfig()->FcPatternAddInteger(pattern.get(), FC_SLANT,
+                                    italic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
   return Match(config, pattern.get());
 }
 
@@ -133,7 +143,7 @@ std::optional<FaceFile> FindFontFile(std::string_view fileName) {
   const std::lock_guard lock(Lock());
   FcConfig* config = Config();
   if (config == nullptr) return std::nullopt;
-  const PatternPtr everything(FcPatternCreate());
+  const PatternPtr everything(Fontconfig()->FcPatternCreate());
   if (!everything) return std::nullopt;
   const FontSetPtr fonts = List(config, everything.get());
   if (!fonts) return std::nullopt;
@@ -151,9 +161,10 @@ std::optional<FaceFile> FindAnyFace() {
   const std::lock_guard lock(Lock());
   FcConfig* config = Config();
   if (config == nullptr) return std::nullopt;
-  const PatternPtr pattern(FcPatternCreate());
+  const PatternPtr pattern(Fontconfig()->FcPatternCreate());
   if (!pattern) return std::nullopt;
-  FcPatternAddString(pattern.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>("sans-serif"));
+  Fontconfig()->FcPatternAddString(pattern.get(), FC_FAMILY,
+                                   reinterpret_cast<const FcChar8*>("sans-serif"));
   return Match(config, pattern.get());
 }
 

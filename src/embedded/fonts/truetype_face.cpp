@@ -1,7 +1,6 @@
 #include "embedded/fonts/truetype_face.h"
 
-#include <hb-ot.h>
-#include <hb.h>
+#include "embedded/fonts/harfbuzz_library.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,14 +9,17 @@ namespace sheafwork::embedded {
 
 namespace {
 
-template <typename T, void (*Free)(T*)>
+// Only called once HarfBuzz() has been found.
 struct HbDeleter {
-  void operator()(T* p) const { Free(p); }
+  void operator()(hb_blob_t* p) const { HarfBuzz()->hb_blob_destroy(p); }
+  void operator()(hb_face_t* p) const { HarfBuzz()->hb_face_destroy(p); }
+  void operator()(hb_font_t* p) const { HarfBuzz()->hb_font_destroy(p); }
+  void operator()(hb_buffer_t* p) const { HarfBuzz()->hb_buffer_destroy(p); }
 };
-using BlobPtr = std::unique_ptr<hb_blob_t, HbDeleter<hb_blob_t, hb_blob_destroy>>;
-using FacePtr = std::unique_ptr<hb_face_t, HbDeleter<hb_face_t, hb_face_destroy>>;
-using FontPtr = std::unique_ptr<hb_font_t, HbDeleter<hb_font_t, hb_font_destroy>>;
-using BufferPtr = std::unique_ptr<hb_buffer_t, HbDeleter<hb_buffer_t, hb_buffer_destroy>>;
+using BlobPtr = std::unique_ptr<hb_blob_t, HbDeleter>;
+using FacePtr = std::unique_ptr<hb_face_t, HbDeleter>;
+using FontPtr = std::unique_ptr<hb_font_t, HbDeleter>;
+using BufferPtr = std::unique_ptr<hb_buffer_t, HbDeleter>;
 
 // The outline being drawn, placed at `at`.
 struct Outline {
@@ -59,13 +61,14 @@ void ClosePath(hb_draw_funcs_t*, void* data, hb_draw_state_t*, void*) {
 
 hb_draw_funcs_t* DrawFuncs() {
   static hb_draw_funcs_t* const funcs = [] {
-    hb_draw_funcs_t* made = hb_draw_funcs_create();
-    hb_draw_funcs_set_move_to_func(made, MoveTo, nullptr, nullptr);
-    hb_draw_funcs_set_line_to_func(made, LineTo, nullptr, nullptr);
-    hb_draw_funcs_set_quadratic_to_func(made, QuadraticTo, nullptr, nullptr);
-    hb_draw_funcs_set_cubic_to_func(made, CubicTo, nullptr, nullptr);
-    hb_draw_funcs_set_close_path_func(made, ClosePath, nullptr, nullptr);
-    hb_draw_funcs_make_immutable(made);
+    const HarfBuzzLibrary& hb = *HarfBuzz();
+    hb_draw_funcs_t* made = hb.hb_draw_funcs_create();
+    hb.hb_draw_funcs_set_move_to_func(made, MoveTo, nullptr, nullptr);
+    hb.hb_draw_funcs_set_line_to_func(made, LineTo, nullptr, nullptr);
+    hb.hb_draw_funcs_set_quadratic_to_func(made, QuadraticTo, nullptr, nullptr);
+    hb.hb_draw_funcs_set_cubic_to_func(made, CubicTo, nullptr, nullptr);
+    hb.hb_draw_funcs_set_close_path_func(made, ClosePath, nullptr, nullptr);
+    hb.hb_draw_funcs_make_immutable(made);
     return made;
   }();
   return funcs;
@@ -82,33 +85,35 @@ TrueTypeFace::TrueTypeFace(std::unique_ptr<Handles> handles) : handles_(std::mov
 TrueTypeFace::~TrueTypeFace() = default;
 
 std::unique_ptr<TrueTypeFace> TrueTypeFace::Open(const std::string& path, int index) {
-  const BlobPtr blob(hb_blob_create_from_file_or_fail(path.c_str()));
-  if (!blob || index < 0 || static_cast<unsigned>(index) >= hb_face_count(blob.get()))
+  if (HarfBuzz() == nullptr) return nullptr;  // no HarfBuzz here: no face
+  const HarfBuzzLibrary& hb = *HarfBuzz();
+  const BlobPtr blob(hb.hb_blob_create_from_file_or_fail(path.c_str()));
+  if (!blob || index < 0 || static_cast<unsigned>(index) >= hb.hb_face_count(blob.get()))
     return nullptr;
   auto handles = std::make_unique<Handles>();
-  handles->face.reset(hb_face_create(blob.get(), static_cast<unsigned>(index)));
-  const unsigned upem = hb_face_get_upem(handles->face.get());
-  if (hb_face_get_glyph_count(handles->face.get()) == 0 || upem == 0) return nullptr;
-  hb_face_make_immutable(handles->face.get());
-  handles->font.reset(hb_font_create(handles->face.get()));
+  handles->face.reset(hb.hb_face_create(blob.get(), static_cast<unsigned>(index)));
+  const unsigned upem = hb.hb_face_get_upem(handles->face.get());
+  if (hb.hb_face_get_glyph_count(handles->face.get()) == 0 || upem == 0) return nullptr;
+  hb.hb_face_make_immutable(handles->face.get());
+  handles->font.reset(hb.hb_font_create(handles->face.get()));
   hb_font_t* font = handles->font.get();
   // Design units throughout: no hinting, no rounding to pixels.
-  hb_font_set_scale(font, static_cast<int>(upem), static_cast<int>(upem));
-  hb_font_make_immutable(font);
+  hb.hb_font_set_scale(font, static_cast<int>(upem), static_cast<int>(upem));
+  hb.hb_font_make_immutable(font);
 
   std::unique_ptr<TrueTypeFace> face(new TrueTypeFace(std::move(handles)));
   hb_font_extents_t extents{};
-  hb_font_get_h_extents(font, &extents);
+  hb.hb_font_get_h_extents(font, &extents);
   face->descent_ = std::abs(static_cast<double>(extents.descender));
   hb_position_t cap = 0;
-  if (hb_ot_metrics_get_position(font, HB_OT_METRICS_TAG_CAP_HEIGHT, &cap) && cap > 0) {
+  if (hb.hb_ot_metrics_get_position(font, HB_OT_METRICS_TAG_CAP_HEIGHT, &cap) && cap > 0) {
     face->capHeight_ = cap;
   } else {
     // Older fonts do not say: the height of their H, else most of the ascent.
     hb_codepoint_t h = 0;
     hb_glyph_extents_t box{};
-    if (hb_font_get_nominal_glyph(font, 'H', &h) && hb_font_get_glyph_extents(font, h, &box) &&
-        box.y_bearing > 0) {
+    if (hb.hb_font_get_nominal_glyph(font, 'H', &h) &&
+        hb.hb_font_get_glyph_extents(font, h, &box) && box.y_bearing > 0) {
       face->capHeight_ = box.y_bearing;
     } else {
       face->capHeight_ = 0.7 * extents.ascender;
@@ -122,14 +127,15 @@ double TrueTypeFace::Shape(std::string_view line, double tracking,
                            std::vector<PlacedGlyph>& glyphs) const {
   glyphs.clear();
   if (line.empty()) return 0;
-  const BufferPtr buffer(hb_buffer_create());
-  hb_buffer_add_utf8(buffer.get(), line.data(), static_cast<int>(line.size()), 0,
-                     static_cast<int>(line.size()));
-  hb_buffer_guess_segment_properties(buffer.get());
-  hb_shape(handles_->font.get(), buffer.get(), nullptr, 0);
+  const HarfBuzzLibrary& hb = *HarfBuzz();
+  const BufferPtr buffer(hb.hb_buffer_create());
+  hb.hb_buffer_add_utf8(buffer.get(), line.data(), static_cast<int>(line.size()), 0,
+                        static_cast<int>(line.size()));
+  hb.hb_buffer_guess_segment_properties(buffer.get());
+  hb.hb_shape(handles_->font.get(), buffer.get(), nullptr, 0);
   unsigned count = 0;
-  const hb_glyph_info_t* info = hb_buffer_get_glyph_infos(buffer.get(), &count);
-  const hb_glyph_position_t* pos = hb_buffer_get_glyph_positions(buffer.get(), &count);
+  const hb_glyph_info_t* info = hb.hb_buffer_get_glyph_infos(buffer.get(), &count);
+  const hb_glyph_position_t* pos = hb.hb_buffer_get_glyph_positions(buffer.get(), &count);
   glyphs.reserve(count);
   double x = 0, y = 0;
   for (unsigned i = 0; i < count; ++i) {
@@ -147,7 +153,7 @@ double TrueTypeFace::Advance(std::string_view line, double tracking) const {
 
 void TrueTypeFace::AppendOutline(unsigned id, Vec2 at, CurvePath& out) const {
   Outline outline{&out, at};
-  hb_font_get_glyph_shape(handles_->font.get(), id, DrawFuncs(), &outline);
+  HarfBuzz()->hb_font_get_glyph_shape(handles_->font.get(), id, DrawFuncs(), &outline);
 }
 
 }  // namespace sheafwork::embedded
