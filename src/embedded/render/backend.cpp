@@ -25,6 +25,27 @@ void Backend::FillPath(const CurvePath& path, const Style& style) {
   if (!sizes.empty()) FillLoops(points, sizes, style);
 }
 
+Dasher::Result Backend::DrawDashed(std::span<const Vec2> points, bool closed, Dasher& dasher,
+                                   const Style& style) {
+  thread_local std::vector<Vec2> pieces;
+  thread_local std::vector<int> sizes;
+  pieces.clear();
+  sizes.clear();
+  const Dasher::Result result = dasher.Cut(points, closed, pieces, sizes);
+  if (result == Dasher::Result::kTooDense) return result;
+  std::size_t at = 0;
+  for (const int size : sizes) {
+    const std::span<const Vec2> piece(pieces.data() + at, static_cast<std::size_t>(size));
+    if (size == 2) {
+      DrawLines(piece, style);  // batched by the backend
+    } else {
+      DrawPolyline(piece, false, style);
+    }
+    at += static_cast<std::size_t>(size);
+  }
+  return result;
+}
+
 void Backend::DrawArc(Vec2 center, double radius, double start, double sweep, const Style& style) {
   const bool full = std::fabs(sweep) >= kTwoPi;
   if (full) sweep = kTwoPi;

@@ -8,6 +8,7 @@
 
 #include "embedded/model/curve_path.h"
 #include "embedded/model/geometry.h"
+#include "embedded/render/dasher.h"
 #include "embedded/render/transform.h"
 
 namespace sheafwork::embedded {
@@ -51,6 +52,12 @@ class Backend {
   /// Independent segments: points 2i and 2i+1.
   virtual void DrawLines(std::span<const Vec2> pairs, const Style& style) = 0;
   virtual void DrawPolyline(std::span<const Vec2> points, bool closed, const Style& style) = 0;
+  /// A polyline in the dashes of `dasher`'s pattern, from its phase, which
+  /// moves on. By default the dashes are cut and drawn as lines; an output
+  /// that dashes lines itself draws the pattern (PDF). Returns what the
+  /// dasher found; on kTooDense nothing is drawn.
+  virtual Dasher::Result DrawDashed(std::span<const Vec2> points, bool closed, Dasher& dasher,
+                                    const Style& style);
   /// A circular arc from angle `start` over `sweep` radians (negative is
   /// clockwise); a whole circle when |sweep| ≥ 2π. By default flattened
   /// into a polyline.

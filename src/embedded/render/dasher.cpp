@@ -50,6 +50,77 @@ void Dasher::EndPiece(std::vector<Vec2>& pieces, std::vector<int>& sizes) {
   inPiece_ = false;
 }
 
+double Dasher::Position() const {
+  double position = 0;
+  for (std::size_t k = 0; k < element_; ++k) position += std::fabs(lengths_[k]);
+  return position + std::fabs(lengths_[element_]) - remaining_;
+}
+
+void Dasher::MoveTo(double position) {
+  double start = 0;
+  for (std::size_t k = 0; k < lengths_.size(); ++k) {
+    const double length = std::fabs(lengths_[k]);
+    // A dot right where the phase lands is drawn next, as Cut would.
+    if (position < start + length || (length == 0 && position <= start)) {
+      element_ = k;
+      remaining_ = length - (position - start);
+      return;
+    }
+    start += length;
+  }
+  Restart();
+}
+
+Dasher::Result Dasher::Follow(std::span<const Vec2> points, bool closed, OnOff& dashes) {
+  dashes.lengths.clear();
+  dashes.offset = 0;
+  const std::size_t n = points.size();
+  double total = 0;
+  for (std::size_t i = 0; n >= 2 && i < (closed ? n : n - 1); ++i) {
+    const Vec2 a = points[i], b = points[(i + 1) % n];
+    total += std::hypot(b.x - a.x, b.y - a.y);
+  }
+  if (!active_ || total < patternLength_) return Result::kContinuous;  // as Cut
+  const double estimate =
+      (total / patternLength_ + 1) * static_cast<double>(std::max<std::size_t>(lengths_.size(), 1));
+  if (!(estimate <= static_cast<double>(maxPieces_))) return Result::kTooDense;
+
+  // Neighbouring elements of one kind merge; the list wraps around, so the
+  // last merges into the first when they are of one kind, and a list that
+  // starts with a gap starts at the next element instead. `origin` is where
+  // the list starts in the pattern.
+  std::vector<double>& out = dashes.lengths;
+  std::vector<bool> drawn;
+  for (const double e : lengths_) {
+    const bool on = e >= 0;
+    if (!drawn.empty() && drawn.back() == on) {
+      out.back() += std::fabs(e);
+    } else {
+      out.push_back(std::fabs(e));
+      drawn.push_back(on);
+    }
+  }
+  if (std::find(drawn.begin(), drawn.end(), true) == drawn.end()) {
+    out.clear();  // gaps only: nothing is drawn
+    MoveTo(std::fmod(Position() + total, patternLength_));
+    return Result::kDashed;
+  }
+  double origin = 0;
+  if (out.size() > 1 && drawn.front() == drawn.back()) {
+    origin = patternLength_ - out.back();
+    out.front() += out.back();
+    out.pop_back();
+    drawn.pop_back();
+  }
+  if (!drawn.front()) {
+    origin += out.front();
+    std::rotate(out.begin(), out.begin() + 1, out.end());
+  }
+  dashes.offset = std::fmod(Position() - origin + 2 * patternLength_, patternLength_);
+  MoveTo(std::fmod(Position() + total, patternLength_));
+  return Result::kDashed;
+}
+
 Dasher::Result Dasher::Cut(std::span<const Vec2> points, bool closed, std::vector<Vec2>& pieces,
                            std::vector<int>& sizes) {
   const std::size_t n = points.size();

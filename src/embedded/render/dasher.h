@@ -38,8 +38,26 @@ class Dasher {
   Result Cut(std::span<const Vec2> points, bool closed, std::vector<Vec2>& pieces,
              std::vector<int>& sizes);
 
+  /// The pattern as an output that dashes lines itself takes it: lengths
+  /// alternately drawn and skipped, starting with one drawn (a dot is drawn
+  /// 0 long), and how far into them a line starts.
+  struct OnOff {
+    std::vector<double> lengths;
+    double offset = 0;
+  };
+  /// What Cut would do with the same polyline, for such an output: kDashed
+  /// with the pattern and phase the polyline starts at in `dashes` (the
+  /// phase moves on as Cut moves it); kContinuous and kTooDense as Cut
+  /// returns them, the phase left as it is. A dot is drawn where Cut draws
+  /// it, without its length.
+  Result Follow(std::span<const Vec2> points, bool closed, OnOff& dashes);
+
  private:
   void Advance();
+  /// Where the phase stands, from the pattern's start.
+  double Position() const;
+  /// Moves the phase to `position` from the pattern's start.
+  void MoveTo(double position);
   void BeginPiece(Vec2 at, std::vector<Vec2>& pieces);
   void EndPiece(std::vector<Vec2>& pieces, std::vector<int>& sizes);
 

@@ -164,8 +164,6 @@ class Frontend {
   std::vector<Vec3> points3_;
   std::vector<int> loopSizes_;
   std::vector<Vec2> pairs_;
-  std::vector<Vec2> dashPieces_;
-  std::vector<int> dashSizes_;
   std::vector<std::size_t> segmentEnds_;
   std::vector<Vec2> segment_;
   std::string text_;

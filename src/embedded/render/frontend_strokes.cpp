@@ -29,22 +29,9 @@ void Frontend::Stroke(std::span<const Vec2> points, bool closed, const Style& s)
     backend_.DrawPolyline(points, closed, s);
     return;
   }
-  dashPieces_.clear();
-  dashSizes_.clear();
-  if (dasher_.Cut(points, closed, dashPieces_, dashSizes_) == Dasher::Result::kTooDense) {
+  if (backend_.DrawDashed(points, closed, dasher_, s) == Dasher::Result::kTooDense) {
     ++stats_.denseLinetypes;
     backend_.DrawPolyline(points, closed, s);
-    return;
-  }
-  std::size_t at = 0;
-  for (const int size : dashSizes_) {
-    const std::span<const Vec2> piece(dashPieces_.data() + at, static_cast<std::size_t>(size));
-    if (size == 2) {
-      backend_.DrawLines(piece, s);  // batched by the backend
-    } else {
-      backend_.DrawPolyline(piece, false, s);
-    }
-    at += static_cast<std::size_t>(size);
   }
 }
 

@@ -64,7 +64,12 @@ PdfBackend::Point PdfBackend::Map(Vec2 p) { return {Units(p.x), Units(p.y)}; }
 void PdfBackend::Flush() { EndPath(); }
 
 void PdfBackend::Stroke(const Style& style) {
-  if (pathOpen_ && pathStyle_ == style) return;
+  static const Dash continuous;
+  Stroke(style, continuous);
+}
+
+void PdfBackend::Stroke(const Style& style, const Dash& dash) {
+  if (pathOpen_ && pathStyle_ == style && pathDash_ == dash) return;
   EndPath();
   MarkLayer();
   UseStrokeColor(style.rgb);
@@ -73,7 +78,14 @@ void PdfBackend::Stroke(const Style& style) {
     out_.Real(width, 2).Op("w");
     width_ = width;
   }
+  if (dash_ != dash) {
+    out_.Token("[");
+    for (double length : dash.lengths) out_.Real(length, 2);
+    out_.Token("]").Real(dash.phase, 2).Op("d");
+    dash_ = dash;
+  }
   pathStyle_ = style;
+  pathDash_ = dash;
   pathOpen_ = true;
 }
 
@@ -107,8 +119,9 @@ void PdfBackend::ClosePath() { out_.Op("h"); }
 void PdfBackend::SubpathDone() {
   if (++pathSubpaths_ < kSubpathsPerPath) return;
   const Style style = pathStyle_;
+  const Dash dash = pathDash_;
   EndPath();
-  Stroke(style);
+  Stroke(style, dash);
 }
 
 void PdfBackend::UseStrokeColor(std::uint32_t rgb) {
@@ -128,6 +141,7 @@ void PdfBackend::Forget() {
   strokeRgb_.reset();
   fillRgb_.reset();
   width_.reset();
+  dash_.reset();
 }
 
 void PdfBackend::DrawLines(std::span<const Vec2> pairs, const Style& style) {
@@ -163,6 +177,36 @@ void PdfBackend::DrawPolyline(std::span<const Vec2> points, bool closed, const S
     ClosePath();
     currentKnown_ = false;
   }
+}
+
+Dasher::Result PdfBackend::DrawDashed(std::span<const Vec2> points, bool closed, Dasher& dasher,
+                                      const Style& style) {
+  Dasher::OnOff onOff;
+  const Dasher::Result result = dasher.Follow(points, closed, onOff);
+  if (result == Dasher::Result::kTooDense) return result;
+  if (result == Dasher::Result::kContinuous) {
+    DrawPolyline(points, closed, style);
+    return result;
+  }
+  if (onOff.lengths.empty()) return result;  // gaps only
+  points_.clear();
+  for (const Vec2& p : points) {
+    const Point q = Map(p);
+    if (points_.empty() || !(q == points_.back())) points_.push_back(q);
+  }
+  if (points_.size() < 2) return result;
+  Dash dash;
+  for (double length : onOff.lengths) dash.lengths.push_back(length * kUnitsPerMm);
+  dash.phase = onOff.offset * kUnitsPerMm;
+  Stroke(style, dash);
+  // Every dashed line a subpath of its own: the pattern starts again at the
+  // phase at each one.
+  SubpathDone();
+  MoveTo(points_.front());
+  for (std::size_t i = 1; i < points_.size(); ++i) LineTo(points_[i]);
+  if (closed) ClosePath();
+  currentKnown_ = false;
+  return result;
 }
 
 void PdfBackend::DrawArc(Vec2 center, double radius, double start, double sweep,

@@ -39,6 +39,10 @@ class PdfBackend final : public Backend {
 
   void DrawLines(std::span<const Vec2> pairs, const Style& style) override;
   void DrawPolyline(std::span<const Vec2> points, bool closed, const Style& style) override;
+  /// The linetype's pattern as the page's own dash pattern: a dashed line
+  /// is one subpath, not one per dash.
+  Dasher::Result DrawDashed(std::span<const Vec2> points, bool closed, Dasher& dasher,
+                            const Style& style) override;
   void DrawArc(Vec2 center, double radius, double start, double sweep, const Style& style) override;
   /// Curves stay curves in the page.
   void FillPath(const CurvePath& path, const Style& style) override;
@@ -58,8 +62,16 @@ class PdfBackend final : public Backend {
     bool operator==(const Point&) const = default;
   };
 
+  /// A dash pattern in units: lengths drawn and skipped, and the phase.
+  struct Dash {
+    std::vector<double> lengths;  ///< none: a continuous line
+    double phase = 0;
+    bool operator==(const Dash&) const = default;
+  };
+
   static Point Map(Vec2 p);
   void Stroke(const Style& style);
+  void Stroke(const Style& style, const Dash& dash);
   void EndPath();
   void MoveTo(Point p);
   void LineTo(Point p);
@@ -82,6 +94,8 @@ class PdfBackend final : public Backend {
   std::optional<std::uint32_t> strokeRgb_;
   std::optional<std::uint32_t> fillRgb_;
   std::optional<double> width_;
+  std::optional<Dash> dash_ = Dash{};  ///< the page starts continuous
+  Dash pathDash_;
   int clips_ = 0;
   // Marked content never spans a q or Q: it ends before either and begins
   // again with the next thing drawn.

@@ -132,6 +132,67 @@ TEST(DasherTest, TooDensePatternGivesNothing) {
   EXPECT_EQ(CutUp(dasher, {{0, 0}, {0.5, 0}}).result, Dasher::Result::kDashed);
 }
 
+// The stretches of a straight run along x that are drawn, as [from, to]
+// along it, touching ones joined.
+using Stretches = std::vector<std::pair<double, double>>;
+
+void Join(Stretches& stretches, double from, double to) {
+  if (!stretches.empty() && std::fabs(stretches.back().second - from) < 1e-9) {
+    stretches.back().second = to;
+  } else {
+    stretches.emplace_back(from, to);
+  }
+}
+
+// What an output that dashes lines itself draws of a run `length` long with
+// `dashes`: the pattern laid from `offset` before the run's start, each
+// element in turn drawn or skipped.
+Stretches Dashed(const Dasher::OnOff& dashes, double length) {
+  Stretches drawn;
+  double t = -dashes.offset;
+  for (std::size_t i = 0; t < length && !dashes.lengths.empty(); ++i) {
+    const double element = dashes.lengths[i % dashes.lengths.size()];
+    const bool on = i % 2 == 0;
+    const bool shows = element > 0 ? t + element > 0 : t >= 0;
+    if (on && shows) Join(drawn, std::max(t, 0.0), std::min(t + element, length));
+    t += element;
+  }
+  return drawn;
+}
+
+TEST(DasherTest, FollowDrawsWhatCutCutsRunAfterRun) {
+  // Lengths that add up exactly in binary; dots without length, so that
+  // both ways draw them alike.
+  const std::vector<std::vector<double>> patterns = {
+      {2, -1}, {-1, 2}, {2, -0.5, 0, -0.5}, {1, 1, -1}, {-0.5, 2, -0.5}, {0, -1}, {-1, -1},
+  };
+  const double runs[] = {10.25, 1, 3.5, 7, 0.75};  // one shorter than most patterns
+  for (const auto& pattern : patterns) {
+    SCOPED_TRACE(::testing::PrintToString(pattern));
+    Dasher cutter, follower;
+    const bool dashed = cutter.SetPattern(pattern, 1, 0);
+    ASSERT_EQ(follower.SetPattern(pattern, 1, 0), dashed);
+    for (const double run : runs) {
+      SCOPED_TRACE(run);
+      // Two segments along x: the phase runs on across the vertex.
+      const std::vector<Vec2> line = {{0, 0}, {run / 3, 0}, {run, 0}};
+      const Cut cut = CutUp(cutter, line);
+      Dasher::OnOff dashes;
+      const Dasher::Result result = follower.Follow(line, false, dashes);
+      ASSERT_EQ(result, cut.result);
+      if (result != Dasher::Result::kDashed) continue;
+      Stretches expected;
+      for (const auto& piece : cut.pieces) Join(expected, piece.front().x, piece.back().x);
+      const Stretches drawn = Dashed(dashes, run);
+      ASSERT_EQ(drawn.size(), expected.size());
+      for (std::size_t i = 0; i < drawn.size(); ++i) {
+        EXPECT_NEAR(drawn[i].first, expected[i].first, 1e-9) << i;
+        EXPECT_NEAR(drawn[i].second, expected[i].second, 1e-9) << i;
+      }
+    }
+  }
+}
+
 TEST(PointStyleTest, SymbolsByMode) {
   struct Case {
     int mode;
