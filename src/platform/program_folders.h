@@ -11,6 +11,11 @@ namespace sheafwork {
 /// creates it.
 std::string UserDataFolder();
 
+/// The per-user folder for what the program keeps only to go faster (it may
+/// be deleted at any time): $XDG_CACHE_HOME/sheafwork, else
+/// ~/.cache/sheafwork. Only the name, as above.
+std::string UserCacheFolder();
+
 /// The folder of the running program's executable; empty when the system
 /// cannot tell.
 std::string ProgramFolder();

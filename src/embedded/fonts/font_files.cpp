@@ -1,10 +1,15 @@
 #include "embedded/fonts/font_files.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <mutex>
+#include <string>
+#include <vector>
 
+#include "embedded/fonts/lookup_cache.h"
 #include "platform/fontconfig_library.h"
+#include "platform/program_folders.h"
 
 namespace sheafwork::embedded {
 
@@ -16,11 +21,13 @@ struct FcDeleter {
   void operator()(FcPattern* p) const { Fontconfig()->FcPatternDestroy(p); }
   void operator()(FcObjectSet* p) const { Fontconfig()->FcObjectSetDestroy(p); }
   void operator()(FcFontSet* p) const { Fontconfig()->FcFontSetDestroy(p); }
+  void operator()(FcStrList* p) const { Fontconfig()->FcStrListDone(p); }
 };
 using ConfigPtr = std::unique_ptr<FcConfig, FcDeleter>;
 using PatternPtr = std::unique_ptr<FcPattern, FcDeleter>;
 using ObjectSetPtr = std::unique_ptr<FcObjectSet, FcDeleter>;
 using FontSetPtr = std::unique_ptr<FcFontSet, FcDeleter>;
+using StrListPtr = std::unique_ptr<FcStrList, FcDeleter>;
 
 // The standard font folders and fontconfig's caches of them. The system's
 // whole configuration (some fifty files of rules) takes several
@@ -38,13 +45,17 @@ constexpr const char* kFontFolders = R"(<?xml version="1.0"?>
 </fontconfig>
 )";
 
+bool SystemConfiguration() {
+  return std::getenv("FONTCONFIG_FILE") != nullptr || std::getenv("FONTCONFIG_PATH") != nullptr;
+}
+
 FcConfig* Config() {
   static std::once_flag once;
   static ConfigPtr config;
   std::call_once(once, [] {
     const FontconfigLibrary* fc = Fontconfig();
     if (fc == nullptr) return;  // no fontconfig here: no font
-    if (std::getenv("FONTCONFIG_FILE") != nullptr || std::getenv("FONTCONFIG_PATH") != nullptr) {
+    if (SystemConfiguration()) {
       config.reset(fc->FcInitLoadConfigAndFonts());
       return;
     }
@@ -114,11 +125,7 @@ std::string_view BaseName(std::string_view path) {
   return slash == std::string_view::npos ? path : path.substr(slash + 1);
 }
 
-}  // namespace
-
-std::optional<FaceFile> FindFamily(std::string_view family, bool bold, bool italic) {
-  if (family.empty()) return std::nullopt;
-  const std::lock_guard lock(Lock());
+std::optional<FaceFile> AskFamily(std::string_view family, bool bold, bool italic) {
   FcConfig* config = Config();
   if (config == nullptr) return std::nullopt;
   const std::string name(family);
@@ -137,10 +144,7 @@ std::optional<FaceFile> FindFamily(std::string_view family, bool bold, bool ital
   return Match(config, pattern.get());
 }
 
-std::optional<FaceFile> FindFontFile(std::string_view fileName) {
-  const std::string_view wanted = BaseName(fileName);
-  if (wanted.empty()) return std::nullopt;
-  const std::lock_guard lock(Lock());
+std::optional<FaceFile> AskFontFile(std::string_view wanted) {
   FcConfig* config = Config();
   if (config == nullptr) return std::nullopt;
   const PatternPtr everything(Fontconfig()->FcPatternCreate());
@@ -157,8 +161,7 @@ std::optional<FaceFile> FindFontFile(std::string_view fileName) {
   return found;
 }
 
-std::optional<FaceFile> FindAnyFace() {
-  const std::lock_guard lock(Lock());
+std::optional<FaceFile> AskAnyFace() {
   FcConfig* config = Config();
   if (config == nullptr) return std::nullopt;
   const PatternPtr pattern(Fontconfig()->FcPatternCreate());
@@ -166,6 +169,77 @@ std::optional<FaceFile> FindAnyFace() {
   Fontconfig()->FcPatternAddString(pattern.get(), FC_FAMILY,
                                    reinterpret_cast<const FcChar8*>("sans-serif"));
   return Match(config, pattern.get());
+}
+
+// The folders fonts may be put in (those of kFontFolders), there or not.
+std::vector<std::string> RootFolders() {
+  std::vector<std::string> folders = {"/usr/share/fonts", "/usr/local/share/fonts"};
+  const char* home = std::getenv("HOME");
+  if (const char* data = std::getenv("XDG_DATA_HOME"); data != nullptr && *data == '/') {
+    folders.push_back(std::string(data) + "/fonts");
+  } else if (home != nullptr && *home == '/') {
+    folders.push_back(std::string(home) + "/.local/share/fonts");
+  }
+  if (home != nullptr && *home == '/') folders.push_back(std::string(home) + "/.fonts");
+  return folders;
+}
+
+// The font folders the answers depend on: the roots and every folder
+// fontconfig found under them.
+std::vector<std::string> FontFolders() {
+  std::vector<std::string> folders = RootFolders();
+  if (FcConfig* config = Config()) {
+    const StrListPtr dirs(Fontconfig()->FcConfigGetFontDirs(config));
+    while (const FcChar8* dir = dirs ? Fontconfig()->FcStrListNext(dirs.get()) : nullptr) {
+      std::string path(AsView(dir));
+      if (std::find(folders.begin(), folders.end(), path) == folders.end())
+        folders.push_back(std::move(path));
+    }
+  }
+  return folders;
+}
+
+// Answers from earlier runs, unless fontconfig's own configuration is asked
+// for, whose folders we do not know.
+LookupCache& Cache() {
+  static LookupCache cache =
+      SystemConfiguration() ? LookupCache()
+                            : LookupCache::Load(UserCacheFolder() + "/fonts.cache", RootFolders());
+  return cache;
+}
+
+// The answer to `key`: remembered, else asked and remembered when
+// fontconfig could answer.
+template <typename Ask>
+std::optional<FaceFile> Answer(std::string key, Ask ask) {
+  const std::lock_guard lock(Lock());
+  if (const std::optional<FaceFile>* known = Cache().Find(key)) return *known;
+  std::optional<FaceFile> answer = ask();
+  if (Config() != nullptr) Cache().Remember(std::move(key), answer, FontFolders);
+  return answer;
+}
+
+}  // namespace
+
+std::optional<FaceFile> FindFamily(std::string_view family, bool bold, bool italic) {
+  if (family.empty()) return std::nullopt;
+  std::string key = "family:";
+  key += family;
+  key += bold ? ":b" : ":";
+  key += italic ? "i" : "";
+  return Answer(std::move(key), [&] { return AskFamily(family, bold, italic); });
+}
+
+std::optional<FaceFile> FindFontFile(std::string_view fileName) {
+  const std::string_view wanted = BaseName(fileName);
+  if (wanted.empty()) return std::nullopt;
+  std::string key = "file:";
+  for (char c : wanted) key += FoldAscii(c);
+  return Answer(std::move(key), [&] { return AskFontFile(wanted); });
+}
+
+std::optional<FaceFile> FindAnyFace() {
+  return Answer("any", [] { return AskAnyFace(); });
 }
 
 }  // namespace sheafwork::embedded
