@@ -214,7 +214,7 @@ for dxf in "${drawings[@]}"; do
 
   awk -v stem="$stem" -v n="$entities" -v mb="$size" -v s="$ours_s" -v kb="$ours_kb" \
       -v st="$ours_state" -v peers="${cells[*]:-}" '
-    function seconds(sec) { return sprintf(sec < 1 ? "%.3f" : "%.2f", sec) }
+    function seconds(sec) { return sprintf(sec < 0.1 ? "%.4f" : sec < 1 ? "%.3f" : "%.2f", sec) }
     function cell(sec, state) { return state == "ok" ? seconds(sec) : seconds(sec) " (" state ")" }
     function ratio(sec, state) {
       if (s <= 0) return "–"
