@@ -13,20 +13,11 @@ namespace sheafwork {
 namespace {
 
 namespace fs = std::filesystem;
-
-// Only called once Fontconfig() has been found.
-struct FcDeleter {
-  void operator()(FcConfig* p) const { Fontconfig()->FcConfigDestroy(p); }
-  void operator()(FcPattern* p) const { Fontconfig()->FcPatternDestroy(p); }
-  void operator()(FcObjectSet* p) const { Fontconfig()->FcObjectSetDestroy(p); }
-  void operator()(FcFontSet* p) const { Fontconfig()->FcFontSetDestroy(p); }
-  void operator()(FcStrList* p) const { Fontconfig()->FcStrListDone(p); }
-};
-using ConfigPtr = std::unique_ptr<FcConfig, FcDeleter>;
-using PatternPtr = std::unique_ptr<FcPattern, FcDeleter>;
-using ObjectSetPtr = std::unique_ptr<FcObjectSet, FcDeleter>;
-using FontSetPtr = std::unique_ptr<FcFontSet, FcDeleter>;
-using StrListPtr = std::unique_ptr<FcStrList, FcDeleter>;
+using fontconfig::ConfigPtr;
+using fontconfig::FontSetPtr;
+using fontconfig::ObjectSetPtr;
+using fontconfig::PatternPtr;
+using fontconfig::StrListPtr;
 
 // Font file names are compared ASCII-blind: fontconfig hands out bytes, and
 // the names the drawings ask for ("arial.ttf", "romans.shx") are ASCII.

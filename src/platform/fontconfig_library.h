@@ -6,13 +6,16 @@
 
 #include <fontconfig/fontconfig.h>
 
+#include <memory>
+
 namespace sheafwork {
 
 // The functions the program calls, each a member of the same name.
 #define SHEAFWORK_FONTCONFIG_FUNCTIONS(X)                                                          \
   X(FcConfigBuildFonts)                                                                            \
   X(FcConfigCreate)                                                                                \
-  X(FcConfigDestroy) X(FcConfigGetFontDirs) X(FcConfigParseAndLoadFromMemory) X(FcConfigReference) \
+  X(FcConfigDestroy)                                                                               \
+  X(FcConfigGetFontDirs) X(FcConfigParseAndLoadFromMemory) X(FcConfigReference)                    \
       X(FcDefaultSubstitute) X(FcFontList) X(FcFontMatch) X(FcFontSetDestroy) X(FcInit)            \
           X(FcInitLoadConfigAndFonts) X(FcObjectSetAdd) X(FcObjectSetCreate) X(FcObjectSetDestroy) \
               X(FcPatternAddInteger) X(FcPatternAddString) X(FcPatternCreate) X(FcPatternDestroy)  \
@@ -27,5 +30,23 @@ struct FontconfigLibrary {
 /// The library with every function above; null when the system has no
 /// usable libfontconfig (then no font is found).
 const FontconfigLibrary* Fontconfig();
+
+namespace fontconfig {
+
+/// Frees what fontconfig hands out; used only once Fontconfig() was found.
+struct Deleter {
+  void operator()(FcConfig* p) const { Fontconfig()->FcConfigDestroy(p); }
+  void operator()(FcPattern* p) const { Fontconfig()->FcPatternDestroy(p); }
+  void operator()(FcObjectSet* p) const { Fontconfig()->FcObjectSetDestroy(p); }
+  void operator()(FcFontSet* p) const { Fontconfig()->FcFontSetDestroy(p); }
+  void operator()(FcStrList* p) const { Fontconfig()->FcStrListDone(p); }
+};
+using ConfigPtr = std::unique_ptr<FcConfig, Deleter>;
+using PatternPtr = std::unique_ptr<FcPattern, Deleter>;
+using ObjectSetPtr = std::unique_ptr<FcObjectSet, Deleter>;
+using FontSetPtr = std::unique_ptr<FcFontSet, Deleter>;
+using StrListPtr = std::unique_ptr<FcStrList, Deleter>;
+
+}  // namespace fontconfig
 
 }  // namespace sheafwork

@@ -15,19 +15,11 @@ namespace sheafwork::embedded {
 
 namespace {
 
-// Only called once Fontconfig() has been found.
-struct FcDeleter {
-  void operator()(FcConfig* p) const { Fontconfig()->FcConfigDestroy(p); }
-  void operator()(FcPattern* p) const { Fontconfig()->FcPatternDestroy(p); }
-  void operator()(FcObjectSet* p) const { Fontconfig()->FcObjectSetDestroy(p); }
-  void operator()(FcFontSet* p) const { Fontconfig()->FcFontSetDestroy(p); }
-  void operator()(FcStrList* p) const { Fontconfig()->FcStrListDone(p); }
-};
-using ConfigPtr = std::unique_ptr<FcConfig, FcDeleter>;
-using PatternPtr = std::unique_ptr<FcPattern, FcDeleter>;
-using ObjectSetPtr = std::unique_ptr<FcObjectSet, FcDeleter>;
-using FontSetPtr = std::unique_ptr<FcFontSet, FcDeleter>;
-using StrListPtr = std::unique_ptr<FcStrList, FcDeleter>;
+using fontconfig::ConfigPtr;
+using fontconfig::FontSetPtr;
+using fontconfig::ObjectSetPtr;
+using fontconfig::PatternPtr;
+using fontconfig::StrListPtr;
 
 // The standard font folders and fontconfig's caches of them. The system's
 // whole configuration (some fifty files of rules) takes several
