@@ -10,6 +10,7 @@
 
 #include "batch/list_line.h"
 #include "batch/session.h"
+#include "log/output_file.h"
 #include "res/string_ids.h"
 #include "text/strings.h"
 #include "text/windows1252.h"
@@ -294,13 +295,7 @@ ListFileResult WriteListFile(Session& session, const std::string& path) {
   }
   session.ListName = path;
 
-  namespace fs = std::filesystem;
-  const fs::path target(path);
-  fs::path temp = target;
-  temp += ".sheafwork-tmp";
   const auto fail = [&](std::string reason) {
-    std::error_code ignored;
-    fs::remove(temp, ignored);
     result.status = ListFileStatus::CannotWrite;
     result.reason = std::move(reason);
     return result;
@@ -311,16 +306,11 @@ ListFileResult WriteListFile(Session& session, const std::string& path) {
   } catch (const std::exception& e) {
     return fail(e.what());
   }
-  {
-    std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-    if (!out) return fail(std::strerror(errno));
-    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    out.flush();
-    if (!out) return fail(std::strerror(errno));
-  }
-  std::error_code ec;
-  fs::rename(temp, target, ec);
-  if (ec) return fail(ec.message());
+  // Written beside and renamed into place: a failure leaves the old file.
+  OutputFile out(path);
+  if (!out.IsOpen()) return fail(out.Failure());
+  out.Write(bytes);
+  if (!out.Commit()) return fail(out.Failure());
 
   session.ListModified = false;
   session.Caption = Session::CaptionFor(path);

@@ -40,6 +40,11 @@ std::string FolderFromPath(std::string_view path, PathStyle style) {
   return std::string(s.substr(0, sep + 1));
 }
 
+std::string_view LastPathPart(std::string_view path) {
+  const std::size_t slash = path.find_last_of("/\\");
+  return slash == std::string_view::npos ? path : path.substr(slash + 1);
+}
+
 std::string StripExtension(std::string_view name) {
   for (std::size_t i = name.size(); i-- > 0;) {
     const char c = name[i];

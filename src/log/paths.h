@@ -35,6 +35,11 @@ std::string FileNameFromPath(std::string_view path, PathStyle style = PathStyle:
 /// the path has no separator, and also when it ends with one.
 std::string FolderFromPath(std::string_view path, PathStyle style = PathStyle::Native);
 
+/// The part after the last "/" or "\", both separators on every system (a
+/// name a drawing or a list brings may come from any system), untrimmed;
+/// the whole name when it has neither.
+std::string_view LastPathPart(std::string_view path);
+
 /// The name without its last extension. Scans from the end for "." and stops
 /// at "/" or "\" (a colon does not stop it). A name with an extension comes
 /// back untrimmed; one without comes back trimmed; ".dwg" gives "".

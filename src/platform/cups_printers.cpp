@@ -1,5 +1,4 @@
 #include <cups/cups.h>
-#include <dlfcn.h>
 
 #include <cstddef>
 #include <memory>
@@ -10,6 +9,7 @@
 
 #include "platform/device_uri.h"
 #include "platform/printers.h"
+#include "platform/shared_library.h"
 
 namespace sheafwork {
 
@@ -42,19 +42,14 @@ struct CupsLibrary {
   bool Usable() const { return getDests && freeDests && getOption; }
 };
 
-template <typename Function>
-void Find(void* library, const char* name, Function& function) {
-  function = reinterpret_cast<Function>(dlsym(library, name));
-}
-
 const CupsLibrary& Cups() {
   static const CupsLibrary cups = [] {
     CupsLibrary found;
-    void* library = dlopen("libcups.so.2", RTLD_LAZY | RTLD_LOCAL);
+    void* library = OpenSharedLibrary("libcups.so.2");
     if (library == nullptr) return found;  // no CUPS here: no printers
-    Find(library, "cupsGetDests", found.getDests);
-    Find(library, "cupsFreeDests", found.freeDests);
-    Find(library, "cupsGetOption", found.getOption);
+    FindFunction(library, "cupsGetDests", found.getDests);
+    FindFunction(library, "cupsFreeDests", found.freeDests);
+    FindFunction(library, "cupsGetOption", found.getOption);
     return found;
   }();
   return cups;

@@ -1,18 +1,17 @@
 #include "platform/fontconfig_library.h"
 
-#include <dlfcn.h>
+#include "platform/shared_library.h"
 
 namespace sheafwork {
 
 const FontconfigLibrary* Fontconfig() {
   static const FontconfigLibrary* const library = []() -> const FontconfigLibrary* {
-    void* handle = dlopen("libfontconfig.so.1", RTLD_LAZY | RTLD_LOCAL);
+    void* handle = OpenSharedLibrary("libfontconfig.so.1");
     if (handle == nullptr) return nullptr;
     static FontconfigLibrary found;
     bool complete = true;
-#define SHEAFWORK_FONTCONFIG_FIND(name)                                      \
-  found.name = reinterpret_cast<decltype(found.name)>(dlsym(handle, #name)); \
-  complete = complete && found.name != nullptr;
+#define SHEAFWORK_FONTCONFIG_FIND(name) \
+  complete = FindFunction(handle, #name, found.name) && complete;
     SHEAFWORK_FONTCONFIG_FUNCTIONS(SHEAFWORK_FONTCONFIG_FIND)
 #undef SHEAFWORK_FONTCONFIG_FIND
     return complete ? &found : nullptr;

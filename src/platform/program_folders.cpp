@@ -11,24 +11,24 @@ namespace fs = std::filesystem;
 namespace {
 
 // $variable when it is an absolute path, else `underHome` in the home folder
-// (the temporary folder without one), with our folder in it.
-std::string XdgFolder(const char* variable, const fs::path& underHome) {
-  fs::path base;
-  if (const char* xdg = std::getenv(variable); xdg && *xdg == '/') {
-    base = xdg;
-  } else if (const char* home = std::getenv("HOME"); home && *home) {
-    base = fs::path(home) / underHome;
-  } else {
-    base = fs::temp_directory_path();
-  }
-  return (base / "sheafwork").string();
+// (the temporary folder without one).
+fs::path XdgFolder(const char* variable, const fs::path& underHome) {
+  if (const char* xdg = std::getenv(variable); xdg && *xdg == '/') return xdg;
+  if (const char* home = std::getenv("HOME"); home && *home) return fs::path(home) / underHome;
+  return fs::temp_directory_path();
 }
 
 }  // namespace
 
-std::string UserDataFolder() { return XdgFolder("XDG_DATA_HOME", fs::path(".local") / "share"); }
+std::string UserDataHome() {
+  return XdgFolder("XDG_DATA_HOME", fs::path(".local") / "share").string();
+}
 
-std::string UserCacheFolder() { return XdgFolder("XDG_CACHE_HOME", ".cache"); }
+std::string UserDataFolder() { return (fs::path(UserDataHome()) / "sheafwork").string(); }
+
+std::string UserCacheFolder() {
+  return (XdgFolder("XDG_CACHE_HOME", ".cache") / "sheafwork").string();
+}
 
 std::string ProgramFolder() {
   std::error_code ec;

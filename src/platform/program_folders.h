@@ -5,6 +5,10 @@
 
 namespace sheafwork {
 
+/// The base of every program's per-user data: $XDG_DATA_HOME, else
+/// ~/.local/share (the temporary folder without a home).
+std::string UserDataHome();
+
 /// The per-user folder for the files the program writes by default (the two
 /// logs, the scratch drawing): $XDG_DATA_HOME/sheafwork, else
 /// ~/.local/share/sheafwork. Only the name: whoever writes there first

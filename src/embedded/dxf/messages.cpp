@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "log/paths.h"
 #include "text/windows1252.h"
 
 namespace sheafwork::embedded::dxfmsg {
@@ -29,10 +30,7 @@ std::string Quoted(std::string_view found) {
 
 }  // namespace
 
-std::string_view ShownName(std::string_view path) {
-  const std::size_t slash = path.find_last_of("/\\");
-  return slash == std::string_view::npos ? path : path.substr(slash + 1);
-}
+std::string_view ShownName(std::string_view path) { return LastPathPart(path); }
 
 std::string EmptyFile(std::string_view file) {
   return std::string(ShownName(file)) + " : le fichier est vide";

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "embedded/fonts/font_files.h"
+#include "log/paths.h"
 
 namespace sheafwork::embedded {
 
@@ -16,8 +17,7 @@ namespace {
 constexpr std::string_view kFallbackFamily = "DejaVu Sans";
 
 std::string_view Stem(std::string_view file) {
-  const auto slash = file.find_last_of("/\\");
-  if (slash != std::string_view::npos) file.remove_prefix(slash + 1);
+  file = LastPathPart(file);
   const auto dot = file.rfind('.');
   return dot == std::string_view::npos ? file : file.substr(0, dot);
 }

@@ -8,8 +8,10 @@
 #include <vector>
 
 #include "embedded/fonts/lookup_cache.h"
+#include "log/paths.h"
 #include "platform/fontconfig_library.h"
 #include "platform/program_folders.h"
+#include "text/strings.h"
 
 namespace sheafwork::embedded {
 
@@ -102,21 +104,6 @@ std::optional<FaceFile> Match(FcConfig* config, FcPattern* pattern) {
   return face;
 }
 
-char FoldAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool SameNameFolded(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (FoldAscii(a[i]) != FoldAscii(b[i])) return false;
-  }
-  return true;
-}
-
-std::string_view BaseName(std::string_view path) {
-  const auto slash = path.find_last_of("/\\");
-  return slash == std::string_view::npos ? path : path.substr(slash + 1);
-}
-
 std::optional<FaceFile> AskFamily(std::string_view family, bool bold, bool italic) {
   FcConfig* config = Config();
   if (config == nullptr) return std::nullopt;
@@ -146,7 +133,7 @@ std::optional<FaceFile> AskFontFile(std::string_view wanted) {
   std::optional<FaceFile> found;
   for (int i = 0; i < fonts->nfont; ++i) {
     FaceFile face = ToFaceFile(fonts->fonts[i]);
-    if (!SameNameFolded(BaseName(face.path), wanted)) continue;
+    if (!EqualsIgnoreCase(LastPathPart(face.path), wanted)) continue;
     // A collection's first face, whatever order the index lists them in.
     if (!found || face.index < found->index) found = std::move(face);
   }
@@ -165,14 +152,10 @@ std::optional<FaceFile> AskAnyFace() {
 
 // The folders fonts may be put in (those of kFontFolders), there or not.
 std::vector<std::string> RootFolders() {
-  std::vector<std::string> folders = {"/usr/share/fonts", "/usr/local/share/fonts"};
-  const char* home = std::getenv("HOME");
-  if (const char* data = std::getenv("XDG_DATA_HOME"); data != nullptr && *data == '/') {
-    folders.push_back(std::string(data) + "/fonts");
-  } else if (home != nullptr && *home == '/') {
-    folders.push_back(std::string(home) + "/.local/share/fonts");
-  }
-  if (home != nullptr && *home == '/') folders.push_back(std::string(home) + "/.fonts");
+  std::vector<std::string> folders = {"/usr/share/fonts", "/usr/local/share/fonts",
+                                      UserDataHome() + "/fonts"};
+  if (const char* home = std::getenv("HOME"); home != nullptr && *home == '/')
+    folders.push_back(std::string(home) + "/.fonts");
   return folders;
 }
 
@@ -223,10 +206,10 @@ std::optional<FaceFile> FindFamily(std::string_view family, bool bold, bool ital
 }
 
 std::optional<FaceFile> FindFontFile(std::string_view fileName) {
-  const std::string_view wanted = BaseName(fileName);
+  const std::string_view wanted = LastPathPart(fileName);
   if (wanted.empty()) return std::nullopt;
   std::string key = "file:";
-  for (char c : wanted) key += FoldAscii(c);
+  key += wanted;
   return Answer(std::move(key), [&] { return AskFontFile(wanted); });
 }
 

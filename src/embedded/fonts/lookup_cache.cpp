@@ -1,15 +1,15 @@
 #include "embedded/fonts/lookup_cache.h"
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <charconv>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <system_error>
+
+#include "log/output_file.h"
 
 namespace sheafwork::embedded {
 
@@ -116,20 +116,11 @@ void LookupCache::Save() const {
   }
   // Written beside and renamed into place: a run reading it meanwhile sees
   // the old file or the new one, never half of one.
-  namespace fs = std::filesystem;
   std::error_code ec;
-  fs::create_directories(fs::path(file_).parent_path(), ec);
-  const std::string temporary = file_ + "." + std::to_string(::getpid()) + ".tmp";
-  {
-    std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-    out << text.str();
-    out.close();
-    if (!out) {
-      fs::remove(temporary, ec);
-      return;
-    }
-  }
-  if (std::rename(temporary.c_str(), file_.c_str()) != 0) fs::remove(temporary, ec);
+  std::filesystem::create_directories(std::filesystem::path(file_).parent_path(), ec);
+  OutputFile out(file_);
+  out.Write(text.str());
+  out.Commit();
 }
 
 }  // namespace sheafwork::embedded

@@ -1,7 +1,7 @@
 #include "embedded/pdf/document.h"
 
 #include "embedded/pdf/object_writer.h"
-#include "embedded/pdf/output_file.h"
+#include "log/output_file.h"
 #include "embedded/pdf/pdf_strings.h"
 
 namespace sheafwork::embedded::pdf {

@@ -68,14 +68,7 @@ void ObjectWriter::Run() {
     busy_ = true;
     const bool skip = failed_;
     lock.unlock();
-    bool ok = true;
-    if (!skip) {
-      try {
-        ok = Write(task);
-      } catch (...) {  // out of memory: the file is lost, not the program
-        ok = false;
-      }
-    }
+    const bool ok = skip || Write(task);
     const std::size_t bytes = task.head.size() + task.data.size();
     task = Task{};  // free the data before the caller may queue more
     lock.lock();
@@ -90,17 +83,21 @@ void ObjectWriter::WriteQueued() {
   // No thread: the queue is this caller's alone.
   for (Task& task : queue_) {
     if (failed_) break;
-    try {
-      failed_ = !Write(task);
-    } catch (...) {
-      failed_ = true;
-    }
+    failed_ = !Write(task);
   }
   queue_.clear();
   queued_ = 0;
 }
 
 bool ObjectWriter::Write(Task& task) {
+  try {
+    return Emit(task);
+  } catch (...) {  // out of memory: the file is lost, not the program
+    return false;
+  }
+}
+
+bool ObjectWriter::Emit(Task& task) {
   if (task.kind == Kind::Raw) return file_.Write(task.head);
   if (offsets_.size() <= static_cast<std::size_t>(task.number)) {
     offsets_.resize(static_cast<std::size_t>(task.number) + 1, 0);

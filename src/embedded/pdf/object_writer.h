@@ -16,7 +16,7 @@
 #include <vector>
 
 #include "embedded/pdf/deflater.h"
-#include "embedded/pdf/output_file.h"
+#include "log/output_file.h"
 
 namespace sheafwork::embedded::pdf {
 
@@ -58,7 +58,10 @@ class ObjectWriter {
   void Push(Task task);
   void Run();
   void WriteQueued();
+  /// Writes `task` to the file; false when that failed, out of memory
+  /// included.
   bool Write(Task& task);
+  bool Emit(Task& task);
 
   OutputFile& file_;
   Deflater deflater_;

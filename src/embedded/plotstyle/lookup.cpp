@@ -12,12 +12,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The last component of a name written with either separator.
-std::string BareName(const std::string& name) {
-  const std::size_t slash = name.find_last_of("/\\");
-  return slash == std::string::npos ? name : name.substr(slash + 1);
-}
-
 std::optional<fs::path> InFolder(const fs::path& folder, const std::string& fileName) {
   const fs::path exact = folder / fileName;
   if (IsRegularFile(exact)) return exact;
@@ -44,7 +38,7 @@ bool IsNamedPlotStyleTable(const std::string& name) { return EndsWithIgnoreCase(
 
 std::optional<std::string> FindPlotStyleFile(const std::string& name,
                                              const std::string& searchPath) {
-  const std::string bare = BareName(name);
+  const std::string bare(LastPathPart(name));
   if (bare.empty()) return std::nullopt;
   if (bare != name && IsRegularFile(fs::path(name))) return name;
   for (const std::string& folder : SplitSearchPath(searchPath)) {

@@ -71,19 +71,27 @@ void Dasher::MoveTo(double position) {
   Restart();
 }
 
-Dasher::Result Dasher::Follow(std::span<const Vec2> points, bool closed, OnOff& dashes) {
-  dashes.lengths.clear();
-  dashes.offset = 0;
+Dasher::Result Dasher::Classify(std::span<const Vec2> points, bool closed, double& total) const {
   const std::size_t n = points.size();
-  double total = 0;
+  total = 0;
   for (std::size_t i = 0; n >= 2 && i < (closed ? n : n - 1); ++i) {
     const Vec2 a = points[i], b = points[(i + 1) % n];
     total += std::hypot(b.x - a.x, b.y - a.y);
   }
-  if (!active_ || total < patternLength_) return Result::kContinuous;  // as Cut
+  // Too short to show the pattern once: a continuous line, as drafters
+  // expect of short segments.
+  if (!active_ || total < patternLength_) return Result::kContinuous;
   const double estimate =
       (total / patternLength_ + 1) * static_cast<double>(std::max<std::size_t>(lengths_.size(), 1));
   if (!(estimate <= static_cast<double>(maxPieces_))) return Result::kTooDense;
+  return Result::kDashed;
+}
+
+Dasher::Result Dasher::Follow(std::span<const Vec2> points, bool closed, OnOff& dashes) {
+  dashes.lengths.clear();
+  dashes.offset = 0;
+  double total = 0;
+  if (const Result kind = Classify(points, closed, total); kind != Result::kDashed) return kind;
 
   // Neighbouring elements of one kind merge; the list wraps around, so the
   // last merges into the first when they are of one kind, and a list that
@@ -127,21 +135,14 @@ Dasher::Result Dasher::Cut(std::span<const Vec2> points, bool closed, std::vecto
   if (n < 2) return Result::kDashed;
   const std::size_t segments = closed ? n : n - 1;
   double total = 0;
-  for (std::size_t i = 0; i < segments; ++i) {
-    const Vec2 a = points[i], b = points[(i + 1) % n];
-    total += std::hypot(b.x - a.x, b.y - a.y);
-  }
-  if (!active_ || total < patternLength_) {
-    // Too short to show the pattern once: a continuous line, as drafters
-    // expect of short segments.
+  const Result kind = Classify(points, closed, total);
+  if (kind == Result::kContinuous) {
     pieces.insert(pieces.end(), points.begin(), points.end());
     if (closed) pieces.push_back(points[0]);
     sizes.push_back(static_cast<int>(n + (closed ? 1 : 0)));
-    return Result::kContinuous;
+    return kind;
   }
-  const double estimate =
-      (total / patternLength_ + 1) * static_cast<double>(std::max<std::size_t>(lengths_.size(), 1));
-  if (!(estimate <= static_cast<double>(maxPieces_))) return Result::kTooDense;
+  if (kind == Result::kTooDense) return kind;
 
   const double done = patternLength_ * 1e-12;
   for (std::size_t i = 0; i < segments; ++i) {

@@ -54,6 +54,10 @@ class Dasher {
 
  private:
   void Advance();
+  /// What Cut and Follow make of the polyline: kContinuous when it is too
+  /// short to show the pattern once, kTooDense when it would take more
+  /// pieces than allowed, else kDashed. `total` gets its length.
+  Result Classify(std::span<const Vec2> points, bool closed, double& total) const;
   /// Where the phase stands, from the pattern's start.
   double Position() const;
   /// Moves the phase to `position` from the pattern's start.

@@ -61,6 +61,14 @@ PdfBackend::~PdfBackend() {
 
 PdfBackend::Point PdfBackend::Map(Vec2 p) { return {Units(p.x), Units(p.y)}; }
 
+void PdfBackend::MapToGrid(std::span<const Vec2> points) {
+  points_.clear();
+  for (const Vec2& p : points) {
+    const Point q = Map(p);
+    if (points_.empty() || !(q == points_.back())) points_.push_back(q);  // met on the grid
+  }
+}
+
 void PdfBackend::Flush() { EndPath(); }
 
 void PdfBackend::Stroke(const Style& style) {
@@ -160,11 +168,7 @@ void PdfBackend::DrawLines(std::span<const Vec2> pairs, const Style& style) {
 
 void PdfBackend::DrawPolyline(std::span<const Vec2> points, bool closed, const Style& style) {
   if (points.size() < 2) return;
-  points_.clear();
-  for (const Vec2& p : points) {
-    const Point q = Map(p);
-    if (points_.empty() || !(q == points_.back())) points_.push_back(q);  // met on the grid
-  }
+  MapToGrid(points);
   Stroke(style);
   SubpathDone();
   if (!currentKnown_ || !(points_.front() == current_)) MoveTo(points_.front());
@@ -189,11 +193,7 @@ Dasher::Result PdfBackend::DrawDashed(std::span<const Vec2> points, bool closed,
     return result;
   }
   if (onOff.lengths.empty()) return result;  // gaps only
-  points_.clear();
-  for (const Vec2& p : points) {
-    const Point q = Map(p);
-    if (points_.empty() || !(q == points_.back())) points_.push_back(q);
-  }
+  MapToGrid(points);
   if (points_.size() < 2) return result;
   Dash dash;
   for (double length : onOff.lengths) dash.lengths.push_back(length * kUnitsPerMm);
@@ -246,11 +246,7 @@ void PdfBackend::FillLoops(std::span<const Vec2> points, std::span<const int> lo
   for (int size : loopSizes) {
     if (size <= 0) continue;
     const std::size_t end = std::min(points.size(), first + static_cast<std::size_t>(size));
-    points_.clear();
-    for (std::size_t i = first; i < end; ++i) {
-      const Point q = Map(points[i]);
-      if (points_.empty() || !(q == points_.back())) points_.push_back(q);
-    }
+    MapToGrid(points.subspan(first, end - first));
     first = end;
     if (points_.empty()) continue;
     if (!any) {

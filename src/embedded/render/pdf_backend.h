@@ -70,6 +70,8 @@ class PdfBackend final : public Backend {
   };
 
   static Point Map(Vec2 p);
+  /// `points` on the grid into points_, points that meet there once.
+  void MapToGrid(std::span<const Vec2> points);
   void Stroke(const Style& style);
   void Stroke(const Style& style, const Dash& dash);
   void EndPath();

@@ -6,6 +6,8 @@
 
 #include "embedded/render/stroke_font_data.h"
 #include "embedded/render/transform.h"
+#include "log/paths.h"
+#include "text/strings.h"
 #include "text/utf8.h"
 
 namespace sheafwork::embedded {
@@ -247,14 +249,9 @@ Box2 StrokeFont::Bounds(std::string_view text, double tracking) const {
 
 bool IsShapeFont(std::string_view family, std::string_view fontFile) {
   if (!family.empty()) return false;
-  const std::size_t slash = fontFile.find_last_of("/\\");
-  const std::string_view name =
-      slash == std::string_view::npos ? fontFile : fontFile.substr(slash + 1);
+  const std::string_view name = LastPathPart(fontFile);
   const std::size_t dot = name.rfind('.');
-  if (dot == std::string_view::npos) return true;
-  const std::string_view ext = name.substr(dot + 1);
-  return ext.size() == 3 && (ext[0] == 's' || ext[0] == 'S') && (ext[1] == 'h' || ext[1] == 'H') &&
-         (ext[2] == 'x' || ext[2] == 'X');
+  return dot == std::string_view::npos || EqualsIgnoreCase(name.substr(dot + 1), "shx");
 }
 
 }  // namespace sheafwork::embedded

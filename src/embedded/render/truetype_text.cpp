@@ -48,9 +48,10 @@ RunLines LayOutRunLines(const TextRun& run) {
     if (end == std::string_view::npos) break;
     rest.remove_prefix(end + 1);
   }
-  for (std::string_view line : laid.lines) {
-    laid.widths.push_back(face != nullptr ? face->Advance(line, run.tracking)
-                                          : StrokeFont::Get().Advance(line, run.tracking));
+  if (face != nullptr) laid.glyphs.resize(laid.lines.size());
+  for (std::size_t i = 0; i < laid.lines.size(); ++i) {
+    laid.widths.push_back(face != nullptr ? face->Shape(laid.lines[i], run.tracking, laid.glyphs[i])
+                                          : StrokeFont::Get().Advance(laid.lines[i], run.tracking));
   }
   laid.placements.resize(laid.widths.size());
   laid.placement = PlaceRun(run, laid.metrics, laid.widths, laid.placements);
@@ -61,12 +62,10 @@ void AppendRunOutlines(const TextRun& run, const RunLines& laid, CurvePath& out)
   const TrueTypeFace* face = laid.font.face;
   if (face == nullptr) return;
   const RunPlacement& p = laid.placement;
-  thread_local std::vector<PlacedGlyph> glyphs;
   for (std::size_t i = 0; i < laid.lines.size(); ++i) {
     if (Blank(laid.lines[i])) continue;
-    face->Shape(laid.lines[i], run.tracking, glyphs);
     const std::size_t first = out.points.size();
-    for (const PlacedGlyph& g : glyphs) face->AppendOutline(g.id, g.at, out);
+    for (const PlacedGlyph& g : laid.glyphs[i]) face->AppendOutline(g.id, g.at, out);
     // Design units into the run's space, then onto the sheet.
     const Affine2 toSheet = run.toSheet * Affine2{p.xScale,
                                                   0,

@@ -18,8 +18,9 @@ namespace sheafwork::embedded {
 struct RunLines {
   ChosenFace font;
   FontMetrics metrics;
-  std::vector<std::string_view> lines;  ///< into the run's text
-  std::vector<double> widths;           ///< each line's advance
+  std::vector<std::string_view> lines;           ///< into the run's text
+  std::vector<double> widths;                    ///< each line's advance
+  std::vector<std::vector<PlacedGlyph>> glyphs;  ///< each line's, shaped; none without a face
   std::vector<LinePlacement> placements;
   RunPlacement placement;
   double shear = 0;  ///< the slant: tan of the oblique angle

@@ -1,11 +1,13 @@
-#include "embedded/pdf/output_file.h"
+#include "log/output_file.h"
 
 #include <atomic>
+#include <cerrno>
 #include <chrono>
+#include <cstring>
 #include <filesystem>
 #include <system_error>
 
-namespace sheafwork::embedded::pdf {
+namespace sheafwork {
 
 namespace {
 
@@ -26,16 +28,25 @@ std::string TemporaryName(const std::string& target) {
 }  // namespace
 
 OutputFile::OutputFile(std::string target) : target_(std::move(target)) {
-  if (target_.empty()) return;
+  if (target_.empty()) {
+    failure_ = std::strerror(ENOENT);
+    return;
+  }
   std::error_code ec;
-  if (fs::is_directory(target_, ec)) return;
+  if (fs::is_directory(target_, ec)) {
+    failure_ = std::strerror(EISDIR);
+    return;
+  }
+  int error = 0;
   for (int attempt = 0; attempt < kNameAttempts && !file_; ++attempt) {
     temp_ = TemporaryName(target_);
     // "x": fails rather than reuse a file that is already there.
     file_.reset(std::fopen(temp_.c_str(), "wbx"));
+    error = errno;
     if (!file_ && !fs::exists(temp_, ec)) break;  // not a name clash: the folder refuses
   }
   if (!file_) {
+    failure_ = std::strerror(error);
     temp_.clear();
     return;
   }
@@ -47,6 +58,7 @@ OutputFile::~OutputFile() { Abandon(); }
 bool OutputFile::Write(std::string_view bytes) {
   if (!file_ || failed_) return false;
   if (!bytes.empty() && std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) != bytes.size()) {
+    failure_ = std::strerror(errno);
     failed_ = true;
     return false;
   }
@@ -57,7 +69,9 @@ bool OutputFile::Write(std::string_view bytes) {
 bool OutputFile::Commit() {
   if (!file_) return false;
   const bool flushed = !failed_ && std::fflush(file_.get()) == 0;
+  if (!flushed && failure_.empty()) failure_ = std::strerror(errno);
   const bool closed = std::fclose(file_.release()) == 0;
+  if (!closed && failure_.empty()) failure_ = std::strerror(errno);
   std::error_code ec;
   if (flushed && closed) {
     fs::rename(temp_, target_, ec);
@@ -65,6 +79,7 @@ bool OutputFile::Commit() {
       temp_.clear();
       return true;
     }
+    failure_ = ec.message();
   }
   fs::remove(temp_, ec);
   temp_.clear();
@@ -79,4 +94,4 @@ void OutputFile::Abandon() {
   temp_.clear();
 }
 
-}  // namespace sheafwork::embedded::pdf
+}  // namespace sheafwork

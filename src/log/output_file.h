@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-namespace sheafwork::embedded::pdf {
+namespace sheafwork {
 
 class OutputFile {
  public:
@@ -34,6 +34,9 @@ class OutputFile {
   void Abandon();
 
   const std::string& Target() const { return target_; }
+  /// Why the file could not be opened, written or put in place, in the
+  /// system's words; empty while nothing failed.
+  const std::string& Failure() const { return failure_; }
 
  private:
   struct Closer {
@@ -45,6 +48,7 @@ class OutputFile {
   std::unique_ptr<std::FILE, Closer> file_;
   std::uint64_t offset_ = 0;
   bool failed_ = false;
+  std::string failure_;
 };
 
-}  // namespace sheafwork::embedded::pdf
+}  // namespace sheafwork
