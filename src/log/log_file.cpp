@@ -2,6 +2,7 @@
 
 #include <cerrno>
 
+#include "log/file_replace.h"
 #include "log/wide_path.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -45,6 +46,7 @@ LogFile::~LogFile() = default;
 
 bool LogFile::Open(const std::string& path, bool append) {
   file_.reset();
+  if (!append) RemoveBeforeRewrite(path);
   file_.reset(OpenFile(path, append));
   return IsOpen();
 }

@@ -1,5 +1,7 @@
 #include "log/output_file.h"
 
+#include "log/file_replace.h"
+
 #include <atomic>
 #include <cerrno>
 #include <chrono>
@@ -74,7 +76,7 @@ bool OutputFile::Commit() {
   if (!closed && failure_.empty()) failure_ = std::strerror(errno);
   std::error_code ec;
   if (flushed && closed) {
-    fs::rename(temp_, target_, ec);
+    PutInPlace(temp_, target_, ec);
     if (!ec) {
       temp_.clear();
       return true;

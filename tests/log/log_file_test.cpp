@@ -47,6 +47,19 @@ TEST_F(LogFileTest, OverwriteModeWritesHeadersAndLinesInWindows1252) {
   EXPECT_EQ(Errors(), "\r\nerreur\r\n");
 }
 
+// A log reached through a link, or with a second name, is rewritten where it
+// is: every name shows the new lines.
+TEST_F(LogFileTest, OverwriteModeWritesThroughLinksAndOtherNames) {
+  const std::string real = dir_.Write("reel.log", "old journal\r\n");
+  fs::remove(s_.JournalLogFileName);
+  fs::create_symlink(real, s_.JournalLogFileName);
+  fs::create_hard_link(dir_.Write("erreurs.log", "old errors\r\n"), s_.ErrorLogFileName);
+  Run({"a"}, "e");
+  EXPECT_TRUE(fs::is_symlink(s_.JournalLogFileName));
+  EXPECT_EQ(testing::TempFolder::Read(real), "\r\n\r\na\r\n");
+  EXPECT_EQ(testing::TempFolder::Read(dir_.File("erreurs.log")), "\r\ne\r\n");
+}
+
 TEST_F(LogFileTest, AppendModeKeepsThePreviousBytes) {
   const std::string oldJournal = "ancien\r\nsans fin de ligne";
   std::ofstream(s_.JournalLogFileName, std::ios::binary) << oldJournal;

@@ -1,0 +1,45 @@
+#include "log/file_replace.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+
+#ifndef _WIN32
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace sheafwork {
+
+void PutInPlace(const std::string& from, const std::string& to, std::error_code& ec) {
+  ec.clear();
+#ifdef RENAME_EXCHANGE
+  // Only a plain file is swapped out: a folder or a link at the target gets
+  // what a rename does to it.
+  struct stat target {};
+  if (::lstat(to.c_str(), &target) == 0 && S_ISREG(target.st_mode) &&
+      renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_EXCHANGE) == 0) {
+    // `from` now names the old file; the target is already the new one.
+    std::error_code ignored;
+    std::filesystem::remove(from, ignored);
+    return;
+  }
+  // No plain file there, or no swapping on this file system: a plain rename.
+#endif
+  std::filesystem::rename(from, to, ec);
+}
+
+void RemoveBeforeRewrite(const std::string& path) {
+#ifndef _WIN32
+  struct stat status {};
+  if (::lstat(path.c_str(), &status) != 0) return;
+  if (!S_ISREG(status.st_mode) || status.st_nlink != 1) return;
+  if (::access(path.c_str(), W_OK) != 0) return;
+  ::unlink(path.c_str());
+#else
+  (void)path;
+#endif
+}
+
+}  // namespace sheafwork
