@@ -43,7 +43,7 @@ class ContentStream {
   void Op(std::string_view op) {
     text_.append(op);
     text_ += '\n';
-    if (text_.size() >= chunkBytes_) Cut();
+    if (text_.size() >= chunkBytes_) Cut(true);
   }
 
   /// Hands on what is left. Call once, when the page is done.
@@ -55,7 +55,8 @@ class ContentStream {
   std::size_t Chunks() const { return chunks_; }
 
  private:
-  void Cut();
+  // Hands on the text so far; `more` when the page goes on.
+  void Cut(bool more);
 
   ChunkSink sink_;
   std::size_t chunkBytes_;
