@@ -2,13 +2,14 @@
 
 #include "embedded/plotstyle/plot_style_file.h"
 
-#include <zlib.h>
+#include <libdeflate.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <memory>
 
 #include "embedded/plotstyle/messages.h"
 
@@ -79,35 +80,35 @@ std::string PlotStyleText(std::span<const unsigned char> bytes, const std::strin
   if (header.textSize > kMaxTextSize) {
     throw PlotStyleError(msg::InFile(fileName, msg::TooLarge(header.textSize)));
   }
-  std::string text(header.textSize, '\0');
-  z_stream z{};
-  if (inflateInit(&z) != Z_OK) {
-    throw PlotStyleError(msg::InFile(fileName, msg::BadCompressedData("zlib")));
-  }
-  // zlib takes a non-const pointer but does not write through it.
-  z.next_in = const_cast<Bytef*>(bytes.data() + header.headerSize);
-  z.avail_in = static_cast<uInt>(header.compressedSize);
-  // One byte more than announced, to see a text longer than announced.
-  std::string spare(1, '\0');
-  z.next_out = reinterpret_cast<Bytef*>(text.data());
-  z.avail_out = static_cast<uInt>(text.size());
-  int status = inflate(&z, Z_FINISH);
-  if (status == Z_BUF_ERROR && z.avail_out == 0) {
-    z.next_out = reinterpret_cast<Bytef*>(spare.data());
-    z.avail_out = 1;
-    status = inflate(&z, Z_FINISH);
-  }
-  const std::size_t produced = z.total_out;
-  const std::string detail = z.msg != nullptr ? z.msg : "flux incomplet";
-  inflateEnd(&z);
-  if (status != Z_STREAM_END) {
-    if (produced > header.textSize) {
-      throw PlotStyleError(msg::InFile(fileName, msg::TextSizeMismatch(header.textSize, produced)));
+  const std::span<const unsigned char> body =
+      bytes.subspan(header.headerSize, header.compressedSize);
+  const std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)> inflater(
+      libdeflate_alloc_decompressor(), &libdeflate_free_decompressor);
+  if (!inflater) throw PlotStyleError(msg::InFile(fileName, msg::BadCompressedData("mémoire")));
+  // Room for one byte more than announced, to see a longer text; a text
+  // longer still is measured with more room, up to the largest accepted.
+  std::string text;
+  std::size_t room = header.textSize + 1;
+  while (true) {
+    text.resize(room);
+    std::size_t produced = 0;
+    const libdeflate_result result = libdeflate_zlib_decompress(
+        inflater.get(), body.data(), body.size(), text.data(), text.size(), &produced);
+    if (result == LIBDEFLATE_SUCCESS) {
+      if (produced != header.textSize) {
+        throw PlotStyleError(
+            msg::InFile(fileName, msg::TextSizeMismatch(header.textSize, produced)));
+      }
+      text.resize(produced);
+      break;
     }
-    throw PlotStyleError(msg::InFile(fileName, msg::BadCompressedData(detail)));
-  }
-  if (produced != header.textSize) {
-    throw PlotStyleError(msg::InFile(fileName, msg::TextSizeMismatch(header.textSize, produced)));
+    if (result != LIBDEFLATE_INSUFFICIENT_SPACE) {
+      throw PlotStyleError(msg::InFile(fileName, msg::BadCompressedData("flux incorrect")));
+    }
+    if (room > kMaxTextSize) {
+      throw PlotStyleError(msg::InFile(fileName, msg::TextSizeMismatch(header.textSize, room)));
+    }
+    room *= 2;
   }
   const std::size_t end = text.find('\0');
   if (end != std::string::npos) text.resize(end);
@@ -131,17 +132,19 @@ PlotStyleTable ReadPlotStyleFile(const std::string& path) {
 std::vector<unsigned char> WritePlotStyleTable(const PlotStyleTable& table) {
   std::string text = PlotStyleTableText(table);
   text.push_back('\0');
-  uLongf compressedSize = compressBound(static_cast<uLong>(text.size()));
-  std::vector<unsigned char> compressed(compressedSize);
-  if (compress2(compressed.data(), &compressedSize, reinterpret_cast<const Bytef*>(text.data()),
-                static_cast<uLong>(text.size()), Z_DEFAULT_COMPRESSION) != Z_OK) {
-    throw PlotStyleError(msg::InFile("", msg::BadCompressedData("zlib")));
-  }
+  const std::unique_ptr<libdeflate_compressor, decltype(&libdeflate_free_compressor)> deflater(
+      libdeflate_alloc_compressor(9), &libdeflate_free_compressor);
+  if (!deflater) throw PlotStyleError(msg::InFile("", msg::BadCompressedData("mémoire")));
+  std::vector<unsigned char> compressed(
+      libdeflate_zlib_compress_bound(deflater.get(), text.size()));
+  const std::size_t compressedSize = libdeflate_zlib_compress(
+      deflater.get(), text.data(), text.size(), compressed.data(), compressed.size());
+  // The bound leaves room for everything: the call cannot run short.
+  if (compressedSize == 0) throw PlotStyleError(msg::InFile("", msg::BadCompressedData("zlib")));
   compressed.resize(compressedSize);
 
   std::vector<unsigned char> out(kSignature.begin(), kSignature.end());
-  Put32(out, static_cast<std::uint32_t>(adler32(adler32(0, nullptr, 0), compressed.data(),
-                                                static_cast<uInt>(compressedSize))));
+  Put32(out, libdeflate_adler32(1, compressed.data(), compressed.size()));
   Put32(out, static_cast<std::uint32_t>(text.size()));
   Put32(out, static_cast<std::uint32_t>(compressedSize));
   out.insert(out.end(), compressed.begin(), compressed.end());

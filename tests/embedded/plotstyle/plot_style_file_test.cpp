@@ -157,6 +157,14 @@ TEST(PlotStyleReaderTest, BrokenFilesNameTheFault) {
   std::vector<unsigned char> lying = good;
   lying[52] = static_cast<unsigned char>(lying[52] + 1);  // text size one more
   cases.push_back({"wrong text size", lying, "annoncés"});
+  const std::size_t textSize = ReadPlotStyleHeader(good, "").textSize;
+  std::vector<unsigned char> longer = good;
+  for (int i = 0; i < 4; ++i) {  // the text 100 bytes longer than announced
+    longer[52 + i] = static_cast<unsigned char>(((textSize - 100) >> (8 * i)) & 0xFF);
+  }
+  const std::string longerMessage = "fait " + std::to_string(textSize) + " octets au lieu des " +
+                                    std::to_string(textSize - 100) + " annoncés";
+  cases.push_back({"longer text", longer, longerMessage.c_str()});
   std::vector<unsigned char> huge = good;
   huge[55] = 0x7F;
   cases.push_back({"huge text size", huge, "démesurée"});
