@@ -71,6 +71,95 @@ void AddText(CLI::App* app, const std::string& name, std::optional<std::string>&
       name, [&target](const std::string& v) { target = v; }, help);
 }
 
+std::string HostHelp(const CommandEnvironment& env) {
+  const HostRegistry& hosts = env.hosts ? *env.hosts : ProgramHosts();
+  return hosts.DefaultName().empty() ? "aucun" : hosts.DefaultName();
+}
+
+// What the list subcommands fill in, and the subcommands themselves (null
+// when they were not built).
+struct ListCommands {
+  ListShowOptions show;
+  ListNewOptions created;
+  ListAddOptions added;
+  ListAppendOptions appended;
+  ListSetOptions set;
+  CLI::App* showCmd = nullptr;
+  CLI::App* newCmd = nullptr;
+  CLI::App* addCmd = nullptr;
+  CLI::App* appendCmd = nullptr;
+  CLI::App* setCmd = nullptr;
+};
+
+// The list subcommands, with their options, on `list`.
+void AddListCommands(CLI::App* list, ListCommands& c) {
+  list->require_subcommand(1);
+
+  c.showCmd = AddSubcommand(*list, "show", "Afficher un fichier liste tel qu'il est lu");
+  c.showCmd->add_option("LIST", c.show.list, "Fichier liste (.qx3)")->required();
+  c.showCmd->add_flag("--json", c.show.json, "Sortie JSON");
+
+  c.newCmd = AddSubcommand(*list, "new",
+                           "Créer une liste avec les réglages par défaut et une ligne par dessin");
+  c.newCmd->add_option("LIST", c.created.list, "Fichier liste à créer")->required();
+  c.newCmd->add_option("DRAWING", c.created.drawings, "Dessins à ajouter");
+  c.newCmd->add_flag("--force", c.created.force, "Remplacer un fichier liste existant");
+
+  c.addCmd = AddSubcommand(
+      *list, "add",
+      "Ajouter des dessins à une liste (créée avec les réglages par défaut si elle n'existe pas)");
+  c.addCmd->add_option("LIST", c.added.list, "Fichier liste")->required();
+  c.addCmd->add_option("DRAWING", c.added.drawings, "Dessins à ajouter")->required();
+  EntryFieldOptions& f = c.added.fields;
+  AddText(c.addCmd, "--layout", f.layout, "Présentation (Layout)");
+  AddText(c.addCmd, "--setup", f.setup, "Mise en page (PlotSetup)");
+  AddText(c.addCmd, "--device", f.device, "Périphérique de traçage (PlotDevice)");
+  AddText(c.addCmd, "--layers", f.layers, "Calques : paires « nom 0|1 » (Layers)");
+  AddText(c.addCmd, "--area", f.area, "Aire de tracé (PlotArea)");
+  AddText(c.addCmd, "--scale", f.scale, "Echelle du tracé (PlotScale)");
+  c.addCmd->add_flag("--custom-scale", f.customScale, "Echelle personnalisée (ScaleCustom)");
+  c.addCmd->add_flag("--scale-lineweights", f.scaleLineweights,
+                     "Mettre à l'échelle les épaisseurs de ligne (ScaleLW)");
+  AddText(c.addCmd, "--plot-file", f.plotFile, "Tracer dans ce fichier (PlotFile)");
+
+  c.appendCmd =
+      AddSubcommand(*list, "append", "Ajouter à LIST les dessins d'un autre fichier liste");
+  c.appendCmd->add_option("LIST", c.appended.list, "Fichier liste à compléter")->required();
+  c.appendCmd->add_option("OTHER", c.appended.other, "Fichier liste à ajouter")->required();
+
+  c.setCmd = AddSubcommand(*list, "set", "Modifier les réglages de journalisation");
+  c.setCmd->add_option("LIST", c.set.list, "Fichier liste")->required();
+  AddChoice(c.setCmd, "--journal", c.set.journalOn, kOnOff, "Journal de traçage : on|off");
+  AddText(c.setCmd, "--journal-file", c.set.journalFile, "Nom du fichier journal");
+  AddText(c.setCmd, "--journal-header", c.set.journalHeader, "En-tête du journal");
+  AddText(c.setCmd, "--journal-comment", c.set.journalComment, "Commentaire du journal");
+  AddChoice(c.setCmd, "--journal-mode", c.set.journalAppend, kAppendMode,
+            "Journal : append (ajouter) ou overwrite (écraser)");
+  AddChoice(c.setCmd, "--error-log", c.set.errorOn, kOnOff, "Journal des erreurs : on|off");
+  AddText(c.setCmd, "--error-file", c.set.errorFile, "Nom du fichier journal des erreurs");
+  AddText(c.setCmd, "--error-header", c.set.errorHeader, "En-tête du journal des erreurs");
+  AddChoice(c.setCmd, "--error-mode", c.set.errorAppend, kAppendMode,
+            "Journal des erreurs : append (ajouter) ou overwrite (écraser)");
+}
+
+void AddPlotOptions(CLI::App& plot, PlotOptions& options, const CommandEnvironment& env) {
+  plot.add_option("LIST", options.list, "Fichier liste (.qx3)")->required();
+  plot.add_option("--host", options.host,
+                  "Hôte CAO à piloter (par défaut : " + HostHelp(env) + ")");
+  AddText(&plot, "--combine", options.combine,
+          "Réunir aussi toutes les feuilles tracées, dans l'ordre, en un seul fichier PDF "
+          "(hôte embarqué seulement)");
+}
+
+void AddCheckOptions(CLI::App& check, CheckOptions& options, const CommandEnvironment& env) {
+  check.add_option("LIST", options.list, "Fichier liste (.qx3)")->required();
+  check.add_option("--host", options.host,
+                   "Hôte CAO à piloter (par défaut : " + HostHelp(env) + ")");
+  AddText(&check, "--save", options.save, "Enregistrer aussi les résultats dans ce fichier texte");
+  check.add_flag("--append-journal", options.appendJournal,
+                 "Ajouter aussi les résultats au journal de la liste");
+}
+
 // Says in French what the argument parser found wrong; a message it does not
 // know is passed on as it stands.
 std::string DescribeParseError(std::string_view message) {
@@ -100,11 +189,6 @@ std::string DescribeParseError(std::string_view message) {
     }
   }
   return "arguments incorrects : " + std::string(message);
-}
-
-std::string HostHelp(const CommandEnvironment& env) {
-  const HostRegistry& hosts = env.hosts ? *env.hosts : ProgramHosts();
-  return hosts.DefaultName().empty() ? "aucun" : hosts.DefaultName();
 }
 
 void PrintHelp(std::ostream& out, const std::string& help) {
@@ -151,79 +235,25 @@ int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
                        "Afficher la version et quitter");
   app.require_subcommand(1);
 
+  // Only the command named first gets its options; the others are there by
+  // name and description, for the help and for the parser's messages.
+  // Building every option of every command was a noticeable part of a short
+  // run.
+  const std::string_view named = argc > 1 ? argv[1] : "";
+
+  ListCommands listed;
   CLI::App* list = AddSubcommand(app, "list", "Créer, modifier et afficher des fichiers listes");
-  list->require_subcommand(1);
-
-  ListShowOptions show;
-  CLI::App* showCmd = AddSubcommand(*list, "show", "Afficher un fichier liste tel qu'il est lu");
-  showCmd->add_option("LIST", show.list, "Fichier liste (.qx3)")->required();
-  showCmd->add_flag("--json", show.json, "Sortie JSON");
-
-  ListNewOptions created;
-  CLI::App* newCmd = AddSubcommand(
-      *list, "new", "Créer une liste avec les réglages par défaut et une ligne par dessin");
-  newCmd->add_option("LIST", created.list, "Fichier liste à créer")->required();
-  newCmd->add_option("DRAWING", created.drawings, "Dessins à ajouter");
-  newCmd->add_flag("--force", created.force, "Remplacer un fichier liste existant");
-
-  ListAddOptions added;
-  CLI::App* addCmd = AddSubcommand(
-      *list, "add",
-      "Ajouter des dessins à une liste (créée avec les réglages par défaut si elle n'existe pas)");
-  addCmd->add_option("LIST", added.list, "Fichier liste")->required();
-  addCmd->add_option("DRAWING", added.drawings, "Dessins à ajouter")->required();
-  EntryFieldOptions& f = added.fields;
-  AddText(addCmd, "--layout", f.layout, "Présentation (Layout)");
-  AddText(addCmd, "--setup", f.setup, "Mise en page (PlotSetup)");
-  AddText(addCmd, "--device", f.device, "Périphérique de traçage (PlotDevice)");
-  AddText(addCmd, "--layers", f.layers, "Calques : paires « nom 0|1 » (Layers)");
-  AddText(addCmd, "--area", f.area, "Aire de tracé (PlotArea)");
-  AddText(addCmd, "--scale", f.scale, "Echelle du tracé (PlotScale)");
-  addCmd->add_flag("--custom-scale", f.customScale, "Echelle personnalisée (ScaleCustom)");
-  addCmd->add_flag("--scale-lineweights", f.scaleLineweights,
-                   "Mettre à l'échelle les épaisseurs de ligne (ScaleLW)");
-  AddText(addCmd, "--plot-file", f.plotFile, "Tracer dans ce fichier (PlotFile)");
-
-  ListAppendOptions appended;
-  CLI::App* appendCmd =
-      AddSubcommand(*list, "append", "Ajouter à LIST les dessins d'un autre fichier liste");
-  appendCmd->add_option("LIST", appended.list, "Fichier liste à compléter")->required();
-  appendCmd->add_option("OTHER", appended.other, "Fichier liste à ajouter")->required();
-
-  ListSetOptions set;
-  CLI::App* setCmd = AddSubcommand(*list, "set", "Modifier les réglages de journalisation");
-  setCmd->add_option("LIST", set.list, "Fichier liste")->required();
-  AddChoice(setCmd, "--journal", set.journalOn, kOnOff, "Journal de traçage : on|off");
-  AddText(setCmd, "--journal-file", set.journalFile, "Nom du fichier journal");
-  AddText(setCmd, "--journal-header", set.journalHeader, "En-tête du journal");
-  AddText(setCmd, "--journal-comment", set.journalComment, "Commentaire du journal");
-  AddChoice(setCmd, "--journal-mode", set.journalAppend, kAppendMode,
-            "Journal : append (ajouter) ou overwrite (écraser)");
-  AddChoice(setCmd, "--error-log", set.errorOn, kOnOff, "Journal des erreurs : on|off");
-  AddText(setCmd, "--error-file", set.errorFile, "Nom du fichier journal des erreurs");
-  AddText(setCmd, "--error-header", set.errorHeader, "En-tête du journal des erreurs");
-  AddChoice(setCmd, "--error-mode", set.errorAppend, kAppendMode,
-            "Journal des erreurs : append (ajouter) ou overwrite (écraser)");
+  if (named == "list") AddListCommands(list, listed);
 
   PlotOptions plot;
   CLI::App* plotCmd = AddSubcommand(
       app, "plot", "Tracer chaque ligne d'une liste (journal et journal des erreurs)");
-  plotCmd->add_option("LIST", plot.list, "Fichier liste (.qx3)")->required();
-  plotCmd->add_option("--host", plot.host,
-                      "Hôte CAO à piloter (par défaut : " + HostHelp(env) + ")");
-  AddText(plotCmd, "--combine", plot.combine,
-          "Réunir aussi toutes les feuilles tracées, dans l'ordre, en un seul fichier PDF "
-          "(hôte embarqué seulement)");
+  if (named == "plot") AddPlotOptions(*plotCmd, plot, env);
 
   CheckOptions check;
   CLI::App* checkCmd =
       AddSubcommand(app, "check", "Essai de traçage : ce qui échouerait, sans rien tracer");
-  checkCmd->add_option("LIST", check.list, "Fichier liste (.qx3)")->required();
-  checkCmd->add_option("--host", check.host,
-                       "Hôte CAO à piloter (par défaut : " + HostHelp(env) + ")");
-  AddText(checkCmd, "--save", check.save, "Enregistrer aussi les résultats dans ce fichier texte");
-  checkCmd->add_flag("--append-journal", check.appendJournal,
-                     "Ajouter aussi les résultats au journal de la liste");
+  if (named == "check") AddCheckOptions(*checkCmd, check, env);
 
   app.footer(kFooter);  // after the subcommands, which would inherit it
 
@@ -252,13 +282,14 @@ int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
 
   const CommandIo io{out, err, env};
   try {
-    if (*showCmd) return RunListShow(show, io);
-    if (*newCmd) return RunListNew(created, io);
-    if (*addCmd) return RunListAdd(added, io);
-    if (*appendCmd) return RunListAppend(appended, io);
-    if (*setCmd) return RunListSet(set, io);
-    if (*plotCmd) return RunPlot(plot, io);
-    if (*checkCmd) return RunCheck(check, io);
+    const auto chosen = [](const CLI::App* command) { return command && *command; };
+    if (chosen(listed.showCmd)) return RunListShow(listed.show, io);
+    if (chosen(listed.newCmd)) return RunListNew(listed.created, io);
+    if (chosen(listed.addCmd)) return RunListAdd(listed.added, io);
+    if (chosen(listed.appendCmd)) return RunListAppend(listed.appended, io);
+    if (chosen(listed.setCmd)) return RunListSet(listed.set, io);
+    if (named == "plot" && *plotCmd) return RunPlot(plot, io);
+    if (named == "check" && *checkCmd) return RunCheck(check, io);
   } catch (const std::exception& e) {
     // Nothing above throws on bad input; this is the last line of defence.
     err << "sheafwork: " << e.what() << '\n';

@@ -1,8 +1,7 @@
 #include "res/string_table.h"
 
+#include <algorithm>
 #include <charconv>
-#include <map>
-#include <set>
 
 extern const unsigned char kStringTableText[];
 extern const std::size_t kStringTableText_size;
@@ -10,32 +9,13 @@ extern const std::size_t kStringTableText_size;
 namespace sheafwork {
 namespace {
 
-const std::map<int, std::string>& Table() {
-  static const std::map<int, std::string> table = [] {
-    std::map<int, std::string> rows;
-    const std::string_view text(reinterpret_cast<const char*>(kStringTableText),
-                                kStringTableText_size);
-    for (auto& [id, value] : ParseStringTable(text)) rows.emplace(id, std::move(value));
-    return rows;
-  }();
-  return table;
-}
+using Row = std::pair<int, std::string_view>;
 
-}  // namespace
-
-UnknownStringId::UnknownStringId(int id)
-    : std::logic_error("no text with id " + std::to_string(id) + " in the string table"), id_(id) {}
-
-std::string LoadResourceText(int id) {
-  const auto& table = Table();
-  const auto it = table.find(id);
-  if (it == table.end()) throw UnknownStringId(id);
-  return it->second;
-}
-
-std::vector<std::pair<int, std::string>> ParseStringTable(std::string_view text) {
-  std::vector<std::pair<int, std::string>> rows;
-  std::set<int> seen;
+// The rows of a table in the resource format, as views into `text`, in the
+// order of the file.
+std::vector<Row> ParseRows(std::string_view text) {
+  std::vector<Row> rows;
+  std::vector<std::pair<int, int>> lines;  // id and line of each row
   int lineNumber = 0;
   while (!text.empty()) {
     ++lineNumber;
@@ -58,9 +38,48 @@ std::vector<std::pair<int, std::string>> ParseStringTable(std::string_view text)
         std::string_view::npos) {
       fail("expected a blank between the id and the text");
     }
-    if (!seen.insert(id).second) fail("id given twice");
-    rows.emplace_back(id, std::string(line.substr(open + 1, close - open - 1)));
+    rows.emplace_back(id, line.substr(open + 1, close - open - 1));
+    lines.emplace_back(id, lineNumber);
   }
+  // An id given twice is named on the line of its second row.
+  std::sort(lines.begin(), lines.end());
+  for (std::size_t i = 1; i < lines.size(); ++i) {
+    if (lines[i].first == lines[i - 1].first) {
+      throw StringTableError("string table line " + std::to_string(lines[i].second) +
+                             ": id given twice");
+    }
+  }
+  return rows;
+}
+
+// The table built into the program, sorted by id; its texts are views into
+// the program's own copy of the file.
+const std::vector<Row>& Table() {
+  static const std::vector<Row> table = [] {
+    std::vector<Row> rows = ParseRows(
+        std::string_view(reinterpret_cast<const char*>(kStringTableText), kStringTableText_size));
+    std::sort(rows.begin(), rows.end());
+    return rows;
+  }();
+  return table;
+}
+
+}  // namespace
+
+UnknownStringId::UnknownStringId(int id)
+    : std::logic_error("no text with id " + std::to_string(id) + " in the string table"), id_(id) {}
+
+std::string LoadResourceText(int id) {
+  const auto& table = Table();
+  const auto it = std::lower_bound(table.begin(), table.end(), id,
+                                   [](const Row& row, int wanted) { return row.first < wanted; });
+  if (it == table.end() || it->first != id) throw UnknownStringId(id);
+  return std::string(it->second);
+}
+
+std::vector<std::pair<int, std::string>> ParseStringTable(std::string_view text) {
+  std::vector<std::pair<int, std::string>> rows;
+  for (const auto& [id, value] : ParseRows(text)) rows.emplace_back(id, std::string(value));
   return rows;
 }
 

@@ -49,6 +49,12 @@ TEST(StringTableTest, RejectsAMalformedRowNamingItsLine) {
   } catch (const StringTableError& e) {
     EXPECT_THAT(e.what(), testing::HasSubstr("line 4:"));
   }
+  try {
+    ParseStringTable("31 \"a\"\n32 \"b\"\n# comment\n31 \"c\"\n");
+    ADD_FAILURE() << "accepted an id given twice";
+  } catch (const StringTableError& e) {
+    EXPECT_THAT(e.what(), testing::HasSubstr("line 4: id given twice"));
+  }
 }
 
 }  // namespace
