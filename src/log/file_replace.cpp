@@ -1,13 +1,11 @@
 #include "log/file_replace.h"
 
-#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 
 #ifndef _WIN32
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 #endif
 
 namespace sheafwork {
@@ -28,18 +26,6 @@ void PutInPlace(const std::string& from, const std::string& to, std::error_code&
   // No plain file there, or no swapping on this file system: a plain rename.
 #endif
   std::filesystem::rename(from, to, ec);
-}
-
-void RemoveBeforeRewrite(const std::string& path) {
-#ifndef _WIN32
-  struct stat status {};
-  if (::lstat(path.c_str(), &status) != 0) return;
-  if (!S_ISREG(status.st_mode) || status.st_nlink != 1) return;
-  if (::access(path.c_str(), W_OK) != 0) return;
-  ::unlink(path.c_str());
-#else
-  (void)path;
-#endif
 }
 
 }  // namespace sheafwork

@@ -1,15 +1,14 @@
 #pragma once
-// Replacing a file without making the file system write it out at once.
+// Putting a finished file in place of an older one without making the file
+// system write it out at once.
 //
-// Several Linux file systems (ext4 among them) notice a file being emptied or
-// renamed over an older one and start writing the new data out before the
-// call returns, so that a crash of the machine leaves the old or the new
-// content rather than nothing. A plot run replaces its logs and its plot
-// files on every run; waiting for that write costs more than plotting a small
-// drawing. These calls replace files in ways the file system does not treat
-// so, while keeping what matters to a run: a target that is always complete
-// (the old file or the new one) and no file that cannot be written made
-// writable by the back door.
+// ext4 notices a file renamed over an older one and writes the new data out
+// before the rename returns, so that a crash of the machine leaves the old or
+// the new content rather than nothing; the removal of the old file then waits
+// for the write of the run before. A plot run replaces its plot files at every
+// run, and that wait cost more than plotting a small drawing. Swapping the two
+// files and removing the old one is not noticed, and the target is still
+// complete at every moment: the old file or the new one.
 
 #include <string>
 #include <system_error>
@@ -21,11 +20,5 @@ namespace sheafwork {
 /// swap, `from` is renamed over it. Errors come back in `ec`; on success
 /// `from` no longer exists.
 void PutInPlace(const std::string& from, const std::string& to, std::error_code& ec);
-
-/// Before a file is opened to be written afresh: removes `path` when it is a
-/// plain file (not a link, not linked elsewhere) that the program may write,
-/// so that the open creates a new one instead of emptying the old. Anything
-/// else is left for the open to deal with.
-void RemoveBeforeRewrite(const std::string& path);
 
 }  // namespace sheafwork

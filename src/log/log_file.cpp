@@ -2,7 +2,11 @@
 
 #include <cerrno>
 
-#include "log/file_replace.h"
+#ifndef _WIN32
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
 #include "log/wide_path.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -12,7 +16,7 @@ namespace sheafwork {
 
 namespace {
 
-// Opens a file named in UTF-8; `append` picks "ab", otherwise "wb".
+// Opens a file named in UTF-8 for appending or, with `append` false, emptied.
 std::FILE* OpenFile(const std::string& path, bool append) {
 #ifdef _WIN32
   const auto wide = WidePath(path);
@@ -22,7 +26,23 @@ std::FILE* OpenFile(const std::string& path, bool append) {
   }
   return _wfopen(wide->c_str(), append ? L"ab" : L"wb");
 #else
-  return std::fopen(path.c_str(), append ? "ab" : "wb");
+  if (append) return std::fopen(path.c_str(), "ab");
+  // ext4 writes out what is written to a file it saw emptied as soon as the
+  // file is closed, and the next run's emptying waits for it: the two logs
+  // cost more than plotting a small drawing. Closed at once while still
+  // empty, the file is reopened as any other.
+  const int emptied = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  if (emptied < 0) return nullptr;
+  ::close(emptied);
+  const int fd = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+  if (fd < 0) return nullptr;
+  std::FILE* file = ::fdopen(fd, "wb");
+  if (file == nullptr) {
+    const int reason = errno;
+    ::close(fd);
+    errno = reason;
+  }
+  return file;
 #endif
 }
 
@@ -46,7 +66,6 @@ LogFile::~LogFile() = default;
 
 bool LogFile::Open(const std::string& path, bool append) {
   file_.reset();
-  if (!append) RemoveBeforeRewrite(path);
   file_.reset(OpenFile(path, append));
   return IsOpen();
 }

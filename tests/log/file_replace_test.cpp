@@ -54,29 +54,5 @@ TEST(PutInPlaceTest, ReplacesOrCreatesTheTargetAndLeavesNothingBehind) {
   EXPECT_TRUE(ec);
 }
 
-// Only a plain file with one name is removed before being written afresh: a
-// link or a file with another name keeps being what the user set up.
-TEST(RemoveBeforeRewriteTest, RemovesOnlyPlainFilesWithOneName) {
-  TempFolder folder;
-  const std::string plain = folder.Write("QXJOURNL.LOG", "ancien");
-  RemoveBeforeRewrite(plain);
-  EXPECT_FALSE(fs::exists(plain));
-
-  const std::string pointed = folder.Write("vrai.log", "ancien");
-  fs::create_symlink(pointed, folder.File("lien.log"));
-  RemoveBeforeRewrite(folder.File("lien.log"));
-  EXPECT_TRUE(fs::is_symlink(folder.File("lien.log")));
-  EXPECT_TRUE(fs::exists(pointed));
-
-  fs::create_hard_link(pointed, folder.File("second-nom.log"));
-  RemoveBeforeRewrite(pointed);
-  EXPECT_TRUE(fs::exists(pointed));
-
-  fs::create_directory(folder.File("dossier.log"));
-  RemoveBeforeRewrite(folder.File("dossier.log"));
-  EXPECT_TRUE(fs::is_directory(folder.File("dossier.log")));
-  RemoveBeforeRewrite(folder.File("absent.log"));  // nothing to do, nothing fails
-}
-
 }  // namespace
 }  // namespace sheafwork

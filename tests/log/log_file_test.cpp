@@ -60,6 +60,22 @@ TEST_F(LogFileTest, OverwriteModeWritesThroughLinksAndOtherNames) {
   EXPECT_EQ(testing::TempFolder::Read(dir_.File("erreurs.log")), "\r\ne\r\n");
 }
 
+// An emptied log keeps nothing of the old one, whether it gets a line or none.
+TEST_F(LogFileTest, AnEmptiedLogKeepsNothingOfTheOldOne) {
+  const std::string path = dir_.Write("resultats.txt", "ancien contenu\r\n");
+  LogFile log;
+  ASSERT_TRUE(log.Open(path, /*append=*/false));
+  EXPECT_EQ(fs::file_size(path), 0u);
+  EXPECT_TRUE(log.Close());
+  EXPECT_EQ(fs::file_size(path), 0u);
+
+  dir_.Write("resultats.txt", "ancien contenu\r\n");
+  ASSERT_TRUE(log.Open(path, /*append=*/false));
+  ASSERT_TRUE(log.WriteLogLine(""));
+  EXPECT_TRUE(log.Close());
+  EXPECT_EQ(testing::TempFolder::Read(path), "\r\n");
+}
+
 TEST_F(LogFileTest, AppendModeKeepsThePreviousBytes) {
   const std::string oldJournal = "ancien\r\nsans fin de ligne";
   std::ofstream(s_.JournalLogFileName, std::ios::binary) << oldJournal;
