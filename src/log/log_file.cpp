@@ -4,6 +4,7 @@
 
 #ifndef _WIN32
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -30,12 +31,16 @@ std::FILE* OpenFile(const std::string& path, bool append) {
   // ext4 writes out what is written to a file it saw emptied as soon as the
   // file is closed, and the next run's emptying waits for it: the two logs
   // cost more than plotting a small drawing. Closed at once while still
-  // empty, the file is reopened as any other.
-  const int emptied = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-  if (emptied < 0) return nullptr;
-  ::close(emptied);
-  const int fd = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+  // empty, the file is reopened as any other. A pipe or a device is kept
+  // open: closing it would end what reads it.
+  int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
   if (fd < 0) return nullptr;
+  struct stat status {};
+  if (::fstat(fd, &status) == 0 && S_ISREG(status.st_mode)) {
+    ::close(fd);
+    fd = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+    if (fd < 0) return nullptr;
+  }
   std::FILE* file = ::fdopen(fd, "wb");
   if (file == nullptr) {
     const int reason = errno;
