@@ -288,8 +288,8 @@ int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
     if (chosen(listed.addCmd)) return RunListAdd(listed.added, io);
     if (chosen(listed.appendCmd)) return RunListAppend(listed.appended, io);
     if (chosen(listed.setCmd)) return RunListSet(listed.set, io);
-    if (named == "plot" && *plotCmd) return RunPlot(plot, io);
-    if (named == "check" && *checkCmd) return RunCheck(check, io);
+    if (*plotCmd) return RunPlot(plot, io);
+    if (*checkCmd) return RunCheck(check, io);
   } catch (const std::exception& e) {
     // Nothing above throws on bad input; this is the last line of defence.
     err << "sheafwork: " << e.what() << '\n';

@@ -1,13 +1,13 @@
 #include "log/output_file.h"
 
-#include "log/file_replace.h"
-
 #include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
+
+#include "log/file_replace.h"
 
 namespace sheafwork {
 

@@ -1,9 +1,9 @@
 #include "embedded/fonts/truetype_face.h"
 
-#include "embedded/fonts/harfbuzz_library.h"
-
 #include <algorithm>
 #include <cmath>
+
+#include "embedded/fonts/harfbuzz_library.h"
 
 namespace sheafwork::embedded {
 

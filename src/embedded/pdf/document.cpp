@@ -1,8 +1,8 @@
 #include "embedded/pdf/document.h"
 
 #include "embedded/pdf/object_writer.h"
-#include "log/output_file.h"
 #include "embedded/pdf/pdf_strings.h"
+#include "log/output_file.h"
 
 namespace sheafwork::embedded::pdf {
 

@@ -15,7 +15,7 @@
 #include <thread>
 #include <vector>
 
-#include "embedded/pdf/deflater.h"
+#include "compress/zlib_stream.h"
 #include "log/output_file.h"
 
 namespace sheafwork::embedded::pdf {

@@ -2,15 +2,13 @@
 
 #include "embedded/plotstyle/plot_style_file.h"
 
-#include <libdeflate.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
 #include <iterator>
-#include <memory>
 
+#include "compress/zlib_stream.h"
 #include "embedded/plotstyle/messages.h"
 
 namespace sheafwork::embedded {
@@ -82,33 +80,24 @@ std::string PlotStyleText(std::span<const unsigned char> bytes, const std::strin
   }
   const std::span<const unsigned char> body =
       bytes.subspan(header.headerSize, header.compressedSize);
-  const std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)> inflater(
-      libdeflate_alloc_decompressor(), &libdeflate_free_decompressor);
-  if (!inflater) throw PlotStyleError(msg::InFile(fileName, msg::BadCompressedData("mémoire")));
   // Room for one byte more than announced, to see a longer text; a text
   // longer still is measured with more room, up to the largest accepted.
-  std::string text;
   std::size_t room = header.textSize + 1;
-  while (true) {
-    text.resize(room);
-    std::size_t produced = 0;
-    const libdeflate_result result = libdeflate_zlib_decompress(
-        inflater.get(), body.data(), body.size(), text.data(), text.size(), &produced);
-    if (result == LIBDEFLATE_SUCCESS) {
-      if (produced != header.textSize) {
-        throw PlotStyleError(
-            msg::InFile(fileName, msg::TextSizeMismatch(header.textSize, produced)));
-      }
-      text.resize(produced);
-      break;
-    }
-    if (result != LIBDEFLATE_INSUFFICIENT_SPACE) {
-      throw PlotStyleError(msg::InFile(fileName, msg::BadCompressedData("flux incorrect")));
-    }
+  Inflated inflated = InflateZlib(body, room);
+  while (inflated.status == Inflated::Status::NoRoom) {
     if (room > kMaxTextSize) {
       throw PlotStyleError(msg::InFile(fileName, msg::TextSizeMismatch(header.textSize, room)));
     }
     room *= 2;
+    inflated = InflateZlib(body, room);
+  }
+  if (inflated.status == Inflated::Status::BadData) {
+    throw PlotStyleError(msg::InFile(fileName, msg::BadCompressedData("flux incorrect")));
+  }
+  std::string text = std::move(inflated.bytes);
+  if (text.size() != header.textSize) {
+    throw PlotStyleError(
+        msg::InFile(fileName, msg::TextSizeMismatch(header.textSize, text.size())));
   }
   const std::size_t end = text.find('\0');
   if (end != std::string::npos) text.resize(end);
@@ -132,21 +121,15 @@ PlotStyleTable ReadPlotStyleFile(const std::string& path) {
 std::vector<unsigned char> WritePlotStyleTable(const PlotStyleTable& table) {
   std::string text = PlotStyleTableText(table);
   text.push_back('\0');
-  const std::unique_ptr<libdeflate_compressor, decltype(&libdeflate_free_compressor)> deflater(
-      libdeflate_alloc_compressor(9), &libdeflate_free_compressor);
-  if (!deflater) throw PlotStyleError(msg::InFile("", msg::BadCompressedData("mémoire")));
-  std::vector<unsigned char> compressed(
-      libdeflate_zlib_compress_bound(deflater.get(), text.size()));
-  const std::size_t compressedSize = libdeflate_zlib_compress(
-      deflater.get(), text.data(), text.size(), compressed.data(), compressed.size());
-  // The bound leaves room for everything: the call cannot run short.
-  if (compressedSize == 0) throw PlotStyleError(msg::InFile("", msg::BadCompressedData("zlib")));
-  compressed.resize(compressedSize);
+  std::string compressed;
+  if (!Deflater(9).Compress(text, compressed)) {
+    throw PlotStyleError(msg::InFile("", msg::BadCompressedData("mémoire")));
+  }
 
   std::vector<unsigned char> out(kSignature.begin(), kSignature.end());
-  Put32(out, libdeflate_adler32(1, compressed.data(), compressed.size()));
+  Put32(out, Adler32(compressed));
   Put32(out, static_cast<std::uint32_t>(text.size()));
-  Put32(out, static_cast<std::uint32_t>(compressedSize));
+  Put32(out, static_cast<std::uint32_t>(compressed.size()));
   out.insert(out.end(), compressed.begin(), compressed.end());
   return out;
 }
