@@ -24,8 +24,9 @@ constexpr const char* kFooter =
     "les chemins des dessins y sont enregistrés en entier.\n"
     "Sans journal nommé dans la liste, les journaux vont dans $XDG_DATA_HOME/sheafwork\n"
     "(~/.local/share/sheafwork).\n"
-    "L'hôte embarqué lit les dessins DXF ; il ouvre les .dwg et .dwt par le convertisseur\n"
-    "nommé dans SHEAFWORK_DWG_CONVERTER (lancé comme « convertisseur ENTRÉE SORTIE.dxf »).\n"
+    "L'hôte embarqué lit les dessins DXF ; il ouvre les .dwg et .dwt en les convertissant\n"
+    "en DXF par son convertisseur dwg2dxf (il faut Node.js), ou par celui que nomme\n"
+    "SHEAFWORK_DWG_CONVERTER (lancé comme « convertisseur ENTRÉE SORTIE.dxf »).\n"
     "Sans argument, ou avec le seul nom d'un fichier liste, sheafwork ouvre\n"
     "l'application de bureau (il faut alors un écran).";
 

@@ -2,6 +2,7 @@
 
 #include "embedded/automation/embedded_host.h"
 #include "embedded/automation/objects.h"
+#include "embedded/automation/variables.h"
 
 namespace sheafwork::embedded {
 
@@ -36,14 +37,16 @@ class DocumentsObject : public host::Documents {
 
  private:
   // Loads a drawing; a drawing that is there but cannot be read is also
-  // named, with the reason, on the progress display, since the caller only
-  // logs that the open failed.
+  // named, with the reason, on the progress display and in the host's log,
+  // since the caller only logs that the open failed.
   Drawing LoadOrReport(const std::string& fileName) {
     try {
       return core_->LoadDrawing(fileName);
     } catch (const host::Error& error) {
-      if (error.number() != host::kFileNotFound)
+      if (error.number() != host::kFileNotFound) {
         core_->options.progress->PlotFailed(error.description());
+        core_->WriteLog(HostLogFile(*core_, fileName), error.description());
+      }
       throw;
     }
   }
@@ -163,6 +166,7 @@ class ApplicationObject : public host::Application {
       if (core_->batch.started) core_->options.progress->Finish();
       core_->batch = BatchState{};
       if (core_->combined) core_->combined->Close();
+      core_->conversions.Clear();
       core_->quit = true;
     });
   }

@@ -1,6 +1,6 @@
 #pragma once
 // The embedded host: our own CAD host behind the host automation interface.
-// It opens DXF drawings (DWG through an external converter), keeps each open
+// It opens DXF drawings (DWG through a converter run as its own process), keeps each open
 // document's drawing as a copy that the program may change, and plots
 // layouts through plotter configurations (.pc3) or system printers.
 //
@@ -8,6 +8,7 @@
 //   options.progress = myQtProgressDialog;  // the GUI's display
 //   registry.Register("embarque", [options] { return MakeEmbeddedHost(options); }, true);
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -45,8 +46,11 @@ struct EmbeddedHostOptions {
   /// Empty: the plot engine.
   Plotter plotter;
   /// The DWG converter; nullopt: the environment variable
-  /// SHEAFWORK_DWG_CONVERTER (none when unset or empty).
+  /// SHEAFWORK_DWG_CONVERTER, or when it is unset or empty the program's own
+  /// (BundledDwgConverter) when the data folder holds it.
   std::optional<std::string> dwgConverter;
+  /// How long one conversion may take; zero: DefaultDwgTimeLimit().
+  std::chrono::milliseconds dwgTimeLimit{0};
   /// A PDF file that also receives every sheet the host plots, one page
   /// each in plot order, written when the batch ends or the host quits.
   /// Empty: none. The host cannot start when the file cannot be created.

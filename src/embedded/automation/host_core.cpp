@@ -78,8 +78,18 @@ HostCore::HostCore(EmbeddedHostOptions given) : options(std::move(given)) {
   if (!options.reader) options.reader = DefaultDrawingReader();
   if (!options.plotter) options.plotter = DefaultPlotter();
   if (!options.dwgConverter) {
+    // The converter named in the environment, else the program's own when
+    // it was installed beside the data.
     const char* fromEnvironment = std::getenv("SHEAFWORK_DWG_CONVERTER");
-    options.dwgConverter = fromEnvironment ? fromEnvironment : "";
+    const std::string bundled = BundledDwgConverter(options.dataFolder);
+    if (fromEnvironment != nullptr && *fromEnvironment != '\0') {
+      options.dwgConverter = fromEnvironment;
+    } else {
+      options.dwgConverter = IsFile(bundled) ? bundled : "";
+    }
+  }
+  if (options.dwgTimeLimit <= std::chrono::milliseconds::zero()) {
+    options.dwgTimeLimit = DefaultDwgTimeLimit();
   }
   const fs::path data(options.dataFolder);
   const fs::path user(options.userFolder);
@@ -127,10 +137,7 @@ Drawing HostCore::LoadDrawing(const std::string& path) {
       throw host::Error(msg::kUnsupportedFile, msg::UnsupportedFile(file));
     }
     if (dwgConverter.empty()) throw host::Error(msg::kNoDwgConverter, msg::NoDwgConverter(file));
-    ScratchFolder scratch;
-    const std::string output = (fs::path(scratch.path()) / fs::path(file).stem()).string() + ".dxf";
-    RunDwgConverter(dwgConverter, file, output);
-    Drawing drawing = ReadFile(output);
+    Drawing drawing = ReadFile(conversions.Convert(dwgConverter, file, options.dwgTimeLimit));
     drawing.path = file;
     return drawing;
   };

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "embedded/automation/combined_pdf.h"
+#include "embedded/automation/dwg_converter.h"
 #include "embedded/automation/embedded_host.h"
 #include "embedded/automation/messages.h"
 #include "embedded/devices/device.h"
@@ -73,6 +74,9 @@ class HostCore {
   std::string logFilePath;
   bool logFileOn = false;
   std::string dwgConverter;
+  /// The DWG drawings converted since the batch started (or the host did):
+  /// forgotten, and their files removed, when the batch ends.
+  DwgConversions conversions;
   BatchState batch;
   /// The combined PDF when the options name one (closed once the batch
   /// ends or the host quits).

@@ -12,7 +12,15 @@ std::string Quoted(std::string_view text) { return "« " + S(text) + " »"; }
 std::string FileNotFound(std::string_view path) { return "Fichier introuvable : " + S(path); }
 
 std::string NoDwgConverter(std::string_view path) {
-  return "aucun convertisseur DWG n'est configuré : " + S(path);
+  return "aucun convertisseur DWG n'est installé (lancez scripts/setup.sh, ou nommez-en un dans "
+         "SHEAFWORK_DWG_CONVERTER) : " +
+         S(path);
+}
+
+std::string NoNode(std::string_view path) {
+  return "Node.js est introuvable (commande « node ») : installez le paquet nodejs (ou lancez "
+         "scripts/setup.sh) pour ouvrir les dessins DWG : " +
+         S(path);
 }
 
 std::string ConversionFailed(std::string_view path, std::string_view reason) {
@@ -24,6 +32,10 @@ std::string ConverterExit(int status) {
 }
 
 std::string ConverterNoOutput() { return "le convertisseur n'a pas écrit de fichier DXF"; }
+
+std::string ConverterTimedOut(int seconds) {
+  return "le convertisseur a été arrêté au bout de " + std::to_string(seconds) + " s";
+}
 
 std::string UnsupportedFile(std::string_view path) {
   return "type de dessin non pris en charge (attendu : .dxf, .dwg ou .dwt) : " + S(path);

@@ -26,9 +26,11 @@ inline constexpr std::int32_t kInternal = 1099;
 // Errors.
 std::string FileNotFound(std::string_view path);
 std::string NoDwgConverter(std::string_view path);
+std::string NoNode(std::string_view path);
 std::string ConversionFailed(std::string_view path, std::string_view reason);
 std::string ConverterExit(int status);
 std::string ConverterNoOutput();
+std::string ConverterTimedOut(int seconds);
 std::string UnsupportedFile(std::string_view path);
 std::string HostClosed();
 std::string DocumentClosed(std::string_view name);

@@ -98,8 +98,10 @@ class PlotObject : public host::Plot {
     BatchState& batch = core_->batch;
     if (batch.started) {
       core_->options.progress->Finish();
-      // The batch is over: so is the combined PDF.
+      // The batch is over: so are the combined PDF and the drawings
+      // converted for it.
       if (core_->combined) core_->combined->Close();
+      core_->conversions.Clear();
     }
     batch.started = false;
     batch.going = false;

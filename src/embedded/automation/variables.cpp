@@ -75,9 +75,13 @@ std::map<std::string, host::SysVarValue> DefaultDocumentVariables() {
   return {{"REGENMODE", std::int16_t{1}}};
 }
 
-std::string HostLogFile(const HostCore& core, const DocumentState& doc) {
-  const std::string stem = fs::path(doc.fullName).stem().string();
+std::string HostLogFile(const HostCore& core, const std::string& drawingPath) {
+  const std::string stem = fs::path(drawingPath).stem().string();
   return (fs::path(core.logFilePath) / (stem + msg::kLogFileSuffix)).string();
+}
+
+std::string HostLogFile(const HostCore& core, const DocumentState& doc) {
+  return HostLogFile(core, doc.fullName);
 }
 
 host::SysVarValue GetVariable(HostCore& core, DocumentState& doc, const std::string& name) {

@@ -32,6 +32,8 @@ void SetVariable(HostCore& core, DocumentState& doc, const std::string& name,
 
 /// The host's log file for a document: "<LogFilePath>/<drawing>_sheafwork.log".
 std::string HostLogFile(const HostCore& core, const DocumentState& doc);
+/// The same for a drawing not open (yet).
+std::string HostLogFile(const HostCore& core, const std::string& drawingPath);
 
 /// Switches the document to model space (1) or to its last paper-space
 /// layout (0). Throws host::Error for another value or when there is no

@@ -99,7 +99,10 @@ TEST_F(EmbeddedHostTest, OpenFailuresAreHostErrorsWithTheirOwnNumbers) {
 
   const std::string dwg = files.Write("Plan.dwg", "Plan.dwg");
   const host::Error noConverter = ErrorOf([&] { Open(dwg); });
-  EXPECT_EQ(noConverter.description(), "aucun convertisseur DWG n'est configuré : " + dwg);
+  EXPECT_EQ(noConverter.description(),
+            "aucun convertisseur DWG n'est installé (lancez scripts/setup.sh, ou nommez-en un dans "
+            "SHEAFWORK_DWG_CONVERTER) : " +
+                dwg);
 
   const std::string text = files.Write("Notes.txt", "");
   EXPECT_THAT(ErrorOf([&] { Open(text); }).description(), HasSubstr(text));
