@@ -20,6 +20,9 @@ rm -rf "$out"
 mkdir -p "$out/pdf"
 # The drawings are copied: the host writes its reference logs beside them.
 cp -r examples/plans "$out/plans"
+# A DWG drawing (release 2018, from LibreDWG's test data): converted to DXF by
+# tools/dwg2dxf on the way in.
+cp tests/data/dwg/samples/example_2018.dwg "$out/plans/exemple-2018.dwg"
 plans="$out/plans"
 list="$out/demo.qx3"
 
@@ -45,6 +48,9 @@ echo "== La liste de traçage : $list"
 # The sample sheet: every kind of entity the plot engine draws, on A3.
 "$sheafwork" list add "$list" "$plans/planche-essais.dxf" --layout "Planche A3" \
   --device "PDF.pc3" --plot-file "$out/pdf/planche-essais.pdf"
+# Every paper layout of a DWG drawing, one PDF each.
+"$sheafwork" list add "$list" "$plans/exemple-2018.dwg" --layout "Toutes les présentations" \
+  --device "PDF.pc3" --plot-file "$out/pdf/exemple-2018.pdf"
 # Fails by design: the drawing has no layout of that name.
 "$sheafwork" list add "$list" "$plans/facades.dxf" --layout "Coupe BB" \
   --plot-file "$out/pdf/coupe-bb.pdf"
@@ -82,8 +88,8 @@ if ! grep -q "Coupe BB\|facades.dxf" "$out/QXERROR.LOG"; then
   exit 1
 fi
 pdf_count=$(find "$out" -name '*.pdf' | wc -l)
-if [ "$pdf_count" -ne 10 ]; then
-  echo "démo : ÉCHEC - $pdf_count fichiers PDF produits, 10 attendus" >&2
+if [ "$pdf_count" -ne 12 ]; then
+  echo "démo : ÉCHEC - $pdf_count fichiers PDF produits, 12 attendus" >&2
   exit 1
 fi
 

@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # Installs every Debian package that building, testing and the demo need,
-# and lets CUPS print to files (the printing tests use a file-backed queue).
+# lets CUPS print to files (the printing tests use a file-backed queue), and
+# installs the DWG converter's library (tools/dwg2dxf, `npm ci` from its lock
+# file, with the machine's Node.js or Debian's).
 # Idempotent: when everything is already in place it changes nothing.
 set -euo pipefail
 
@@ -20,6 +22,22 @@ packages=(
   poppler-utils              # pdfinfo, pdftoppm: looking at the plotted PDF files
   cups-daemon cups-client cups-filters   # printing tests: a CUPS queue writing to a file
 )
+# The DWG converter runs on Node.js: the machine's own when it has one.
+command -v node >/dev/null 2>&1 || packages+=(nodejs)
+command -v npm >/dev/null 2>&1 || packages+=(npm)
+
+# The converter's library, as its lock file pins it; nothing to do when
+# node_modules already holds what the lock file names.
+install_dwg2dxf() {
+  local dir
+  dir="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)/tools/dwg2dxf"
+  local installed="$dir/node_modules/.package-lock.json"
+  if [ -f "$installed" ] && [ ! "$dir/package-lock.json" -nt "$installed" ]; then
+    return 0
+  fi
+  echo "setup: installing the DWG converter's library (npm ci in tools/dwg2dxf)"
+  (cd "$dir" && npm ci --omit=dev --no-audit --no-fund --loglevel=error)
+}
 
 # A CUPS queue with a file: device needs "FileDevice Yes". A running server
 # is told to read its configuration again.
@@ -49,6 +67,7 @@ done
 if [ ${#missing[@]} -eq 0 ]; then
   echo "setup: all packages present"
   configure_cups
+  install_dwg2dxf
   exit 0
 fi
 
@@ -63,3 +82,4 @@ echo "setup: installing ${missing[*]}"
 $sudo apt-get update -q
 DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -q --no-install-recommends "${missing[@]}"
 configure_cups
+install_dwg2dxf

@@ -31,8 +31,9 @@ ProgramRun RunProgram(const std::string& exe, const std::string& args,
   const std::string out = folder.File("stdout.txt");
   const std::string err = folder.File("stderr.txt");
   const std::string command =
-      "env -u DISPLAY -u WAYLAND_DISPLAY XDG_DATA_HOME=" + Quoted(folder.File("xdg")) + " " +
-      Quoted(exe) + " " + args + " </dev/null >" + Quoted(out) + " 2>" + Quoted(err);
+      "env -u DISPLAY -u WAYLAND_DISPLAY -u SHEAFWORK_DWG_CONVERTER XDG_DATA_HOME=" +
+      Quoted(folder.File("xdg")) + " " + Quoted(exe) + " " + args + " </dev/null >" + Quoted(out) +
+      " 2>" + Quoted(err);
   ProgramRun run;
   const int raw = std::system(command.c_str());
   run.status = raw != -1 && WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;

@@ -1,0 +1,87 @@
+// `sheafwork plot` of DWG drawings with no variable set: the converter the
+// build put beside the program, one conversion per drawing, and a drawing it
+// cannot read failing its row only.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include "e2e/program.h"
+#include "fakes/cups_queue.h"
+
+namespace sheafwork::e2e {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct DwgRow {
+  const char* release;
+  const char* layout;
+  int sheets;  ///< PDF files the row gives; 0: the row fails
+};
+
+// R14 to 2018 with every paper layout (the R14 drawing converts with two,
+// where the CAD program's own export has one), and the 2004 sample that
+// LibreDWG's writer cannot convert, on its own layout so that the counting
+// pass does not open it.
+constexpr DwgRow kRows[] = {
+    {"r14", "Toutes les présentations", 2},
+    {"2000", "Toutes les présentations", 2},
+    {"2004", "Layout1", 0},
+    {"2007", "Toutes les présentations", 2},
+    {"2010", "Toutes les présentations", 2},
+    {"2013", "Toutes les présentations", 2},
+    {"2018", "Toutes les présentations", 2},
+};
+
+TEST_F(ExampleListTest, PlotsEveryLayoutOfDwgDrawingsOfEachRelease) {
+  if (std::system("command -v node >/dev/null 2>&1") != 0) {
+    GTEST_SKIP() << "Node.js (node) is not installed: DWG not tested";
+  }
+  const fs::path samples = fs::path(SHEAFWORK_SOURCE_DIR) / "tests/data/dwg/samples";
+  for (const DwgRow& row : kRows) {
+    const std::string name = std::string("example_") + row.release;
+    fs::copy_file(samples / (name + ".dwg"), Plan(name + ".dwg"));
+    AddRow(Plan(name + ".dwg"), std::string(" --layout '") + row.layout +
+                                    "' --device PDF.pc3 --plot-file " + Quoted(Out(name + ".pdf")));
+  }
+  const std::string errors = folder_.File("erreurs.log");
+  List("set " + Quoted(list_) + " --error-log on --error-file " + Quoted(errors) +
+       " --error-mode overwrite");
+
+  // The run's own temporary folder, to see that it leaves nothing there.
+  const std::string temporary = folder_.File("tmp");
+  fs::create_directories(temporary);
+  const char* before = std::getenv("TMPDIR");
+  const std::string saved = before != nullptr ? before : "";
+  setenv("TMPDIR", temporary.c_str(), 1);
+  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
+  if (before != nullptr) {
+    setenv("TMPDIR", saved.c_str(), 1);
+  } else {
+    unsetenv("TMPDIR");
+  }
+  EXPECT_EQ(run.status, 1) << run.err;  // the 2004 row
+  // The converter's reason names the drawing on stderr.
+  EXPECT_NE(run.err.find("table index is out of bounds"), std::string::npos) << run.err;
+  EXPECT_NE(run.err.find("example_2004.dwg"), std::string::npos) << run.err;
+
+  for (const DwgRow& row : kRows) {
+    SCOPED_TRACE(row.release);
+    int sheets = 0;
+    for (const auto& entry : fs::directory_iterator(Out(""))) {
+      const std::string file = entry.path().filename().string();
+      if (file.rfind(std::string("example_") + row.release, 0) != 0) continue;
+      ++sheets;
+      EXPECT_EQ(testing::PdfPageSizes(entry.path().string()).size(), 1u) << file;
+    }
+    EXPECT_EQ(sheets, row.sheets);
+  }
+  // Nothing of the conversions is left in the temporary folder.
+  EXPECT_TRUE(fs::is_empty(temporary));
+}
+
+}  // namespace
+}  // namespace sheafwork::e2e
