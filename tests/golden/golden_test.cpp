@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
-#include <QPainter>
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -18,9 +17,8 @@
 
 #include "embedded/dxf/reader.h"
 #include "embedded/model/xrefs.h"
-#include "embedded/paint/paint_sheet.h"
-#include "embedded/render/paint_sheet.h"
 #include "golden/image_compare.h"
+#include "golden/render_sheet.h"
 
 namespace sheafwork::golden {
 namespace {
@@ -28,8 +26,6 @@ namespace {
 namespace fs = std::filesystem;
 using embedded::Drawing;
 using embedded::Layout;
-
-constexpr double kPixelsPerMm = 4;
 
 const fs::path kGoldenFolder = fs::path(SHEAFWORK_SOURCE_DIR) / "tests/golden";
 const fs::path kPlansFolder = fs::path(SHEAFWORK_SOURCE_DIR) / "examples/plans";
@@ -97,24 +93,6 @@ std::vector<Sheet> ExampleSheets() {
   return sheets;
 }
 
-QImage Render(const Drawing& drawing, const Layout& layout) {
-  embedded::PlotJob job;
-  job.drawing = &drawing;
-  job.layout = &layout;
-  job.settings = layout.settings;
-  const embedded::SheetLayout sheet = embedded::PlanSheet(job);
-  QImage image(static_cast<int>(std::lround(sheet.frame.width * kPixelsPerMm)),
-               static_cast<int>(std::lround(sheet.frame.height * kPixelsPerMm)),
-               QImage::Format_RGB32);
-  image.fill(Qt::white);
-  QPainter painter(&image);
-  embedded::PaintOptions options;
-  options.pixelsPerMm = kPixelsPerMm;
-  embedded::PaintSheet(painter, job, sheet, options);
-  painter.end();
-  return image;
-}
-
 bool Updating() {
   const char* update = std::getenv("SHEAFWORK_UPDATE_GOLDEN");
   return update != nullptr && *update != '\0';
@@ -128,7 +106,7 @@ TEST_P(GoldenImage, MatchesItsReference) {
   const auto layout = std::find_if(drawing.layouts.begin(), drawing.layouts.end(),
                                    [&](const Layout& l) { return l.name == sheet.layout; });
   ASSERT_NE(layout, drawing.layouts.end());
-  const QImage actual = Render(drawing, *layout);
+  const QImage actual = RenderSheet(drawing, *layout);
   const fs::path reference = kGoldenFolder / (sheet.name + ".png");
   if (Updating()) {
     ASSERT_TRUE(actual.save(QString::fromStdString(reference.string()), "PNG", 9));
