@@ -48,9 +48,9 @@ echo "== La liste de traçage : $list"
 # The sample sheet: every kind of entity the plot engine draws, on A3.
 "$sheafwork" list add "$list" "$plans/planche-essais.dxf" --layout "Planche A3" \
   --device "PDF.pc3" --plot-file "$out/pdf/planche-essais.pdf"
-# Every paper layout of a DWG drawing, one PDF each.
-"$sheafwork" list add "$list" "$plans/exemple-2018.dwg" --layout "Toutes les présentations" \
-  --device "PDF.pc3" --plot-file "$out/pdf/exemple-2018.pdf"
+# The model of a DWG drawing (its paper layouts are empty).
+"$sheafwork" list add "$list" "$plans/exemple-2018.dwg" --layout "Objet" \
+  --device "PDF.pc3" --plot-file "$out/pdf/exemple-2018-objet.pdf"
 # Fails by design: the drawing has no layout of that name.
 "$sheafwork" list add "$list" "$plans/facades.dxf" --layout "Coupe BB" \
   --plot-file "$out/pdf/coupe-bb.pdf"
@@ -88,8 +88,8 @@ if ! grep -q "Coupe BB\|facades.dxf" "$out/QXERROR.LOG"; then
   exit 1
 fi
 pdf_count=$(find "$out" -name '*.pdf' | wc -l)
-if [ "$pdf_count" -ne 12 ]; then
-  echo "démo : ÉCHEC - $pdf_count fichiers PDF produits, 12 attendus" >&2
+if [ "$pdf_count" -ne 11 ]; then
+  echo "démo : ÉCHEC - $pdf_count fichiers PDF produits, 11 attendus" >&2
   exit 1
 fi
 
