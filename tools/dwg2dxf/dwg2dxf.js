@@ -4,7 +4,8 @@
 //
 // Converts a DWG drawing to DXF. Exit status 0 when OUTPUT was written, 1 when
 // the drawing cannot be converted, 2 for a wrong command line or a file that
-// cannot be read or written; the reason is one line on stderr.
+// cannot be read or written; the reason is one line on stderr, in French as
+// the program that runs it shows it to its user.
 //
 // Run it with V8's baseline compiler only (--liftoff-only): the optimising
 // compiler takes many seconds and hundreds of megabytes over LibreDWG's
@@ -18,7 +19,7 @@ function fail(message, status) {
 }
 
 const args = process.argv.slice(2);
-if (args.length !== 2) fail('usage: dwg2dxf INPUT.dwg OUTPUT.dxf', 2);
+if (args.length !== 2) fail('utilisation : dwg2dxf ENTRÉE.dwg SORTIE.dxf', 2);
 
 try {
   writeInPlace(args[1], await convertDwg(args[0]));

@@ -26,7 +26,7 @@ async function loadLibrary() {
   const glue = path.join(wasmFolder, 'libredwg-web.js');
   if (!fs.existsSync(glue)) {
     throw new ConversionError(
-      `LibreDWG is not installed in ${path.dirname(here)} (run "npm ci" there, or scripts/setup.sh)`,
+      `la bibliothèque LibreDWG n'est pas installée dans ${path.dirname(here)} (lancez « npm ci » dans ce dossier, ou scripts/setup.sh)`,
       2,
     );
   }
@@ -43,7 +43,7 @@ async function loadLibrary() {
 function layerStates(module, fileName) {
   const result = module.dwg_read_file(fileName);
   if (!result || result.error >= DWG_ERR_CRITICAL || !result.data) {
-    throw new ConversionError(`LibreDWG cannot read the layers (error ${result?.error})`, 1);
+    throw new ConversionError(`LibreDWG ne sait pas lire les calques de ce dessin (erreur ${result?.error})`, 1);
   }
   const byHandle = new Map();
   const byName = new Map();
@@ -80,7 +80,7 @@ export async function convertDwg(input) {
   try {
     content = fs.readFileSync(input);
   } catch (error) {
-    throw new ConversionError(`cannot read ${input}: ${error.message}`, 2);
+    throw new ConversionError(`lecture impossible de ${input} : ${error.message}`, 2);
   }
   const module = await loadLibrary();
   const dwgName = 'drawing.dwg';
@@ -91,7 +91,7 @@ export async function convertDwg(input) {
   try {
     const status = module.dwg_write_dxf(dwgName, dxfName);
     if (status >= DWG_ERR_CRITICAL || !module.FS.analyzePath(dxfName, false).exists) {
-      throw new ConversionError(`LibreDWG cannot read this drawing (error ${status})`, 1);
+      throw new ConversionError(`LibreDWG ne sait pas lire ce dessin (erreur ${status})`, 1);
     }
     dxf = Buffer.from(module.FS.readFile(dxfName)).toString('latin1');
     module.FS.unlink(dxfName);
@@ -100,7 +100,7 @@ export async function convertDwg(input) {
   } catch (error) {
     if (error instanceof ConversionError) throw error;
     // A fault inside the WebAssembly module (RuntimeError) or its glue.
-    throw new ConversionError(`LibreDWG failed on this drawing: ${error.message}`, 1);
+    throw new ConversionError(`LibreDWG a échoué sur ce dessin : ${error.message}`, 1);
   }
   return Buffer.from(dxf, 'latin1');
 }
@@ -119,6 +119,6 @@ export function writeInPlace(output, data) {
     fs.renameSync(partial, output);
   } catch (error) {
     fs.rmSync(partial, { force: true });
-    throw new ConversionError(`cannot write ${output}: ${error.message}`, 2);
+    throw new ConversionError(`écriture impossible de ${output} : ${error.message}`, 2);
   }
 }
