@@ -88,17 +88,19 @@ void ReadClipHoleRecord(Context& ctx, const Record& r) {
 // the handle it sorts by (5).
 void ReadSortentsTable(Context& ctx, const Record& r) {
   SortentsObject table;
-  std::string entity;
+  std::uint64_t entity = 0;
+  bool haveEntity = false;
   for (const DataTag& d : r.data) {
     if (r.SubclassOf(d) != "AcDbSortentsTable") continue;
     const Tag& t = d.tag;
     if (t.code == 330) {
       table.blockRecord = HandleKey(t.value);
     } else if (t.code == 331) {
-      entity = HandleKey(t.value);
-    } else if (t.code == 5 && !entity.empty()) {
-      table.sortHandles.emplace_back(std::move(entity), HandleNumber(t.value));
-      entity.clear();
+      entity = HandleNumber(t.value);
+      haveEntity = true;
+    } else if (t.code == 5 && haveEntity) {
+      table.sortHandles.emplace_back(entity, HandleNumber(t.value));
+      haveEntity = false;
     }
   }
   if (!table.blockRecord.empty() && !table.sortHandles.empty()) {
@@ -138,13 +140,13 @@ void ApplyDrawOrders(Context& ctx) {
     Block& block = ctx.BlockNamed(name->second);
     const std::size_t n = block.entities.size();
     if (n < 2 || n > std::numeric_limits<std::uint32_t>::max()) continue;
-    const std::unordered_map<std::string, std::uint64_t> sortHandles(table.sortHandles.begin(),
-                                                                     table.sortHandles.end());
+    const std::unordered_map<std::uint64_t, std::uint64_t> sortHandles(table.sortHandles.begin(),
+                                                                       table.sortHandles.end());
     std::vector<std::uint64_t> keys(n);
     for (std::size_t i = 0; i < n; ++i) {
-      const std::string& own = block.entities[i].handle;
-      const auto it = sortHandles.find(HandleKey(own));
-      keys[i] = it != sortHandles.end() ? it->second : HandleNumber(own);
+      const std::uint64_t own = HandleNumber(block.entities[i].handle);
+      const auto it = sortHandles.find(own);
+      keys[i] = it != sortHandles.end() ? it->second : own;
       if (keys[i] == 0) keys[i] = kLast;  // a null sort handle goes last
     }
     std::vector<std::uint32_t> order(n);

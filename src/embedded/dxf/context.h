@@ -41,8 +41,8 @@ struct SpatialFilterObject {
 /// A SORTENTSTABLE object: the draw order of one block's entities.
 struct SortentsObject {
   std::string blockRecord;  ///< handle key
-  /// Entity handle key → sort handle.
-  std::vector<std::pair<std::string, std::uint64_t>> sortHandles;
+  /// Entity handle → sort handle, both as numbers.
+  std::vector<std::pair<std::uint64_t, std::uint64_t>> sortHandles;
 };
 
 struct DictionaryObject {
