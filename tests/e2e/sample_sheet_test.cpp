@@ -56,7 +56,7 @@ TEST(SampleSheet, HoldsEveryKindOfEntityAndItsSettings) {
     }
     wipeout = wipeout || std::holds_alternative<embedded::Wipeout>(e.geometry);
     if (const auto* insert = std::get_if<embedded::Insert>(&e.geometry)) {
-      clippedInsert = clippedInsert || insert->clipBoundary.size() == 3;
+      clippedInsert = clippedInsert || (insert->clip && insert->clip->boundary.size() == 3);
     }
     const auto* vp = std::get_if<embedded::Viewport>(&e.geometry);
     if (vp == nullptr) continue;

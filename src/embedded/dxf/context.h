@@ -4,6 +4,7 @@
 // objects to each other.
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -32,8 +33,16 @@ struct LayoutObject {
 
 /// A SPATIAL_FILTER object: the clip boundary of a block reference.
 struct SpatialFilterObject {
-  std::vector<Vec2> boundary;
+  std::shared_ptr<BlockClip> clip;
   bool enabled = true;
+  std::string extensionDictionary;  ///< handle key; where an inverted clip's hole hangs
+};
+
+/// A SORTENTSTABLE object: the draw order of one block's entities.
+struct SortentsObject {
+  std::string blockRecord;  ///< handle key
+  /// Entity handle → sort handle, both as numbers.
+  std::vector<std::pair<std::uint64_t, std::uint64_t>> sortHandles;
 };
 
 struct DictionaryObject {
@@ -61,6 +70,9 @@ class Context {
   std::vector<LayoutObject> layoutObjects;  ///< in file order
   std::unordered_map<std::string, PlotSettings> plotSettings;
   std::unordered_map<std::string, SpatialFilterObject> spatialFilters;  ///< by handle key
+  /// The holes of inverted clips, by the handle key of the record keeping them.
+  std::unordered_map<std::string, std::vector<Vec2>> clipHoles;
+  std::vector<SortentsObject> drawOrders;
   /// Handle key of a block reference → handle key of its extension
   /// dictionary, where a clip boundary may hang.
   std::unordered_map<std::string, std::string> insertDictionaries;

@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "embedded/dxf/clips_and_order.h"
 #include "embedded/dxf/sections.h"
 #include "embedded/model/layouts.h"
 
@@ -183,32 +184,6 @@ void AddMissingLayers(Context& ctx) {
   }
 }
 
-// A clipped block reference: its extension dictionary → ACAD_FILTER →
-// SPATIAL → an enabled SPATIAL_FILTER.
-void LinkClipBoundaries(Context& ctx) {
-  if (ctx.insertDictionaries.empty() || ctx.spatialFilters.empty()) return;
-  const auto entry = [&](const std::string& dictionary, std::string_view key) -> std::string {
-    const DictionaryObject* dict = FindDictionary(ctx, dictionary);
-    if (dict == nullptr) return {};
-    for (const auto& [name, handle] : dict->entries) {
-      if (name == key) return handle;
-    }
-    return {};
-  };
-  for (Block& block : ctx.drawing.blocks) {
-    for (Entity& e : block.entities) {
-      auto* insert = std::get_if<Insert>(&e.geometry);
-      if (insert == nullptr || e.handle.empty()) continue;
-      const auto dictionary = ctx.insertDictionaries.find(HandleKey(e.handle));
-      if (dictionary == ctx.insertDictionaries.end()) continue;
-      const auto filter =
-          ctx.spatialFilters.find(entry(entry(dictionary->second, "ACAD_FILTER"), "SPATIAL"));
-      if (filter == ctx.spatialFilters.end() || !filter->second.enabled) continue;
-      if (filter->second.boundary.size() >= 2) insert->clipBoundary = filter->second.boundary;
-    }
-  }
-}
-
 }  // namespace
 
 void FinishDrawing(Context& ctx) {
@@ -221,6 +196,7 @@ void FinishDrawing(Context& ctx) {
   for (const Layout& layout : d.layouts) ctx.BlockNamed(layout.blockName);
   AddMissingLayers(ctx);
   LinkClipBoundaries(ctx);
+  ApplyDrawOrders(ctx);
   d.Reindex();
 }
 

@@ -1,10 +1,12 @@
 // The OBJECTS section: dictionaries, layouts, plot settings, the clip
-// boundaries of block references and the wipeout variables. Only what the
-// layouts, the named page setups, the clipped references and the wipeout
-// frames need is kept; they are linked up in FinishDrawing.
+// boundaries of block references, draw orders and the wipeout variables.
+// Only what the layouts, the named page setups, the clipped references, the
+// draw orders and the wipeout frames need is kept; they are linked up in
+// FinishDrawing.
 
 #include <string>
 
+#include "embedded/dxf/clips_and_order.h"
 #include "embedded/dxf/plot_settings_codes.h"
 #include "embedded/dxf/reader.h"
 #include "embedded/dxf/sections.h"
@@ -83,22 +85,6 @@ void ReadPlotSettings(Context& ctx, const Record& r) {
   ctx.plotSettings[handle] = std::move(settings);
 }
 
-// SPATIAL_FILTER: the boundary points (in the block's coordinates) and
-// whether clipping is on.
-void ReadSpatialFilter(Context& ctx, const Record& r) {
-  const std::string handle = HandleOf(r);
-  if (handle.empty()) return;
-  SpatialFilterObject filter;
-  for (const DataTag& d : r.data) {
-    const Tag& t = d.tag;
-    if (r.SubclassOf(d) != "AcDbSpatialFilter") continue;
-    if (t.code == 10) filter.boundary.emplace_back().x = ctx.Real(t);
-    if (t.code == 20 && !filter.boundary.empty()) filter.boundary.back().y = ctx.Real(t);
-    if (t.code == 71) filter.enabled = ctx.Flag(t);
-  }
-  ctx.spatialFilters[handle] = std::move(filter);
-}
-
 }  // namespace
 
 void ReadObjectsSection(Context& ctx, const Tag& start) {
@@ -113,6 +99,10 @@ void ReadObjectsSection(Context& ctx, const Tag& start) {
       ReadPlotSettings(ctx, r);
     } else if (r.type == "SPATIAL_FILTER") {
       ReadSpatialFilter(ctx, r);
+    } else if (r.type == "XRECORD") {
+      ReadClipHoleRecord(ctx, r);
+    } else if (r.type == "SORTENTSTABLE") {
+      ReadSortentsTable(ctx, r);
     } else if (r.type == "WIPEOUTVARIABLES") {
       if (const Tag* frame = r.Find(70)) ctx.drawing.header.wipeoutFrame = ctx.Short(*frame);
     }

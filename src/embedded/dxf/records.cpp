@@ -80,9 +80,13 @@ bool ReadRecord(TagStream& stream, Record& record) {
     }
     if (tag.code == 102) {
       const std::string_view v = TrimSpaces(tag.value);
-      inGroup = !v.empty() && v.front() == '{';
-      inXDictionary = v == "{ACAD_XDICTIONARY";
-      continue;
+      const bool opens = !v.empty() && v.front() == '{';
+      if (opens || v == "}" || inGroup) {
+        inGroup = opens;
+        inXDictionary = v == "{ACAD_XDICTIONARY";
+        continue;
+      }
+      // Otherwise a section name inside the data (an XRECORD's): kept.
     }
     if (inXDictionary && tag.code == 360 && record.extensionDictionary.empty()) {
       record.extensionDictionary = tag.value;

@@ -51,9 +51,11 @@ struct Record {
   /// [0] is "" (the part before the first subclass marker), then one entry
   /// per 100 marker in file order.
   std::vector<std::string_view> subclasses;
-  std::vector<DataTag> data;  ///< 100, 102 groups and embedded objects left out
-  std::vector<Tag> xdata;     ///< from the first 1001 on
-  std::string_view owner;     ///< the 330 before the first subclass marker
+  /// 100, 102 groups and embedded objects left out; a lone 102 (naming a
+  /// section of an XRECORD's data) is kept.
+  std::vector<DataTag> data;
+  std::vector<Tag> xdata;  ///< from the first 1001 on
+  std::string_view owner;  ///< the 330 before the first subclass marker
   /// The 360 of its {ACAD_XDICTIONARY group: its extension dictionary.
   std::string_view extensionDictionary;
 

@@ -102,6 +102,9 @@ struct Block {
   std::int16_t flags = 0;  ///< 1 anonymous, 4 external reference, 8 overlay
   std::string xrefPath;    ///< as stored, for an external reference
   std::vector<Entity> entities;
+  /// The order in which `entities` are drawn, as indexes, when the drawing
+  /// gives one (its draw order table); empty: in file order.
+  std::vector<std::uint32_t> drawOrder;
 
   bool IsXref() const { return (flags & 4) != 0; }
 };

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <variant>
@@ -150,6 +151,25 @@ struct Attribute {
   bool invisible = false;
 };
 
+/// The clip boundary of a block reference (XCLIP), as stored: a polygon in
+/// its own plane and the maps that take it into the block's coordinates.
+/// A point of the block is inside the clip when it maps into the polygon.
+struct BlockClip {
+  /// Two points are the opposite corners of a rectangle.
+  std::vector<Vec2> boundary;
+  Vec3 normal = kUnitZ;  ///< of the boundary's plane
+  Vec3 origin;           ///< of the boundary's plane
+  /// Rows of [linear | translation]: the reference's own placement when it
+  /// was clipped, inverted (world to block coordinates), and the map from
+  /// world coordinates into the boundary's coordinates.
+  std::array<double, 12> inverseInsert{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0};
+  std::array<double, 12> toBoundary{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0};
+  /// An inverted clip shows what lies outside `hole` (same coordinates as
+  /// `boundary`; two points are a rectangle).
+  bool inverted = false;
+  std::vector<Vec2> hole;
+};
+
 /// INSERT and MINSERT.
 struct Insert {
   std::string block;
@@ -162,10 +182,9 @@ struct Insert {
   double rowSpacing = 0;
   Vec3 extrusion = kUnitZ;
   std::vector<Attribute> attributes;
-  /// The clip boundary of the reference (XCLIP) in the block's coordinates;
-  /// two points are the opposite corners of a rectangle. Empty when the
-  /// reference is not clipped.
-  std::vector<Vec2> clipBoundary;
+  /// The clip boundary of the reference (XCLIP); null when the reference
+  /// is not clipped or its clipping is off.
+  std::shared_ptr<const BlockClip> clip;
 };
 
 /// One edge of a hatch boundary, in the hatch's object coordinates.

@@ -176,13 +176,23 @@ void PainterBackend::DrawPoint(Vec2 at, const Style& style) {
 }
 
 void PainterBackend::PushClip(std::span<const Vec2> polygon) {
+  const int size = static_cast<int>(polygon.size());
+  PushClipLoops(polygon, {&size, 1});
+}
+
+void PainterBackend::PushClipLoops(std::span<const Vec2> points, std::span<const int> loopSizes) {
   Flush();
   painter_.save();
-  QPainterPath path;
-  if (!polygon.empty()) {
-    path.moveTo(polygon[0].x, polygon[0].y);
-    for (std::size_t i = 1; i < polygon.size(); ++i) path.lineTo(polygon[i].x, polygon[i].y);
-    path.closeSubpath();
+  QPainterPath path;  // odd-even filled
+  std::size_t at = 0;
+  for (const int size : loopSizes) {
+    const std::size_t end = std::min(points.size(), at + static_cast<std::size_t>(size));
+    if (at < end) {
+      path.moveTo(points[at].x, points[at].y);
+      for (std::size_t i = at + 1; i < end; ++i) path.lineTo(points[i].x, points[i].y);
+      path.closeSubpath();
+    }
+    at = end;
   }
   painter_.setClipPath(base_.map(path),
                        painter_.hasClipping() ? Qt::IntersectClip : Qt::ReplaceClip);

@@ -32,6 +32,7 @@ class PainterBackend final : public Backend {
   void FillPath(const CurvePath& path, const Style& style) override;
   void DrawPoint(Vec2 at, const Style& style) override;
   void PushClip(std::span<const Vec2> polygon) override;
+  void PushClipLoops(std::span<const Vec2> points, std::span<const int> loopSizes) override;
   void PopClip() override;
   void Flush() override;
 

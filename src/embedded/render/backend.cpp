@@ -3,6 +3,7 @@
 #include <cmath>
 #include <vector>
 
+#include "embedded/render/box.h"
 #include "embedded/render/curves.h"
 
 namespace sheafwork::embedded {
@@ -23,6 +24,18 @@ void Backend::FillPath(const CurvePath& path, const Style& style) {
   sizes.clear();
   FlattenPath(path, kPathFlatteningMm, points, sizes);
   if (!sizes.empty()) FillLoops(points, sizes, style);
+}
+
+void Backend::PushClipLoops(std::span<const Vec2> points, std::span<const int> loopSizes) {
+  (void)loopSizes;
+  Box2 box;
+  for (const Vec2& p : points) box.Extend(p);
+  if (box.Empty()) {
+    PushClip({});
+    return;
+  }
+  const Vec2 corners[4] = {box.min, {box.max.x, box.min.y}, box.max, {box.min.x, box.max.y}};
+  PushClip(corners);
 }
 
 Dasher::Result Backend::DrawDashed(std::span<const Vec2> points, bool closed, Dasher& dasher,

@@ -75,6 +75,11 @@ class Backend {
   virtual void DrawText(const TextRun& text, const Style& style);
   /// Restricts what follows to the inside of `polygon` until PopClip.
   virtual void PushClip(std::span<const Vec2> polygon) { (void)polygon; }
+  /// Restricts what follows to the odd-even inside of the loops (each
+  /// closed implicitly) until PopClip: a loop around everything and a hole
+  /// keep what lies outside the hole. By default the box around them all
+  /// (PushClip), an output that clips to polygons clips to the loops.
+  virtual void PushClipLoops(std::span<const Vec2> points, std::span<const int> loopSizes);
   virtual void PopClip() {}
   /// What follows belongs to the drawing's layer `name` (as the drawing
   /// names it; an external reference's as "XREF|name"), until the next

@@ -15,7 +15,27 @@ constexpr double kDescent = 0.3;
 }  // namespace
 
 void ExtentsBackend::Add(std::span<const Vec2> points) {
-  for (const Vec2& p : points) box_.Extend(p);
+  if (clips_.empty()) {
+    for (const Vec2& p : points) box_.Extend(p);
+    return;
+  }
+  Box2 box;
+  for (const Vec2& p : points) box.Extend(p);
+  Include(box);
+}
+
+void ExtentsBackend::Include(const Box2& box) {
+  box_.Extend(clips_.empty() ? box : box.Intersection(clips_.back()));
+}
+
+void ExtentsBackend::PushClip(std::span<const Vec2> polygon) {
+  Box2 box;
+  for (const Vec2& p : polygon) box.Extend(p);
+  clips_.push_back(clips_.empty() ? box : box.Intersection(clips_.back()));
+}
+
+void ExtentsBackend::PopClip() {
+  if (!clips_.empty()) clips_.pop_back();
 }
 
 void ExtentsBackend::DrawLines(std::span<const Vec2> pairs, const Style&) { Add(pairs); }
@@ -23,14 +43,14 @@ void ExtentsBackend::DrawLines(std::span<const Vec2> pairs, const Style&) { Add(
 void ExtentsBackend::DrawPolyline(std::span<const Vec2> points, bool, const Style&) { Add(points); }
 
 void ExtentsBackend::DrawArc(Vec2 center, double radius, double start, double sweep, const Style&) {
-  box_.Extend(ArcBox(center, radius, start, sweep));
+  Include(ArcBox(center, radius, start, sweep));
 }
 
 void ExtentsBackend::FillLoops(std::span<const Vec2> points, std::span<const int>, const Style&) {
   Add(points);
 }
 
-void ExtentsBackend::DrawPoint(Vec2 at, const Style&) { box_.Extend(at); }
+void ExtentsBackend::DrawPoint(Vec2 at, const Style&) { Include(Box2::Of(at, at)); }
 
 void ExtentsBackend::DrawText(const TextRun& run, const Style&) {
   widths_.clear();
@@ -51,7 +71,7 @@ void ExtentsBackend::DrawText(const TextRun& run, const Style&) {
     const double x0 = lines_[i].x, x1 = x0 + widths_[i] * p.xScale;
     const double y0 = lines_[i].baseline - kDescent * p.yScale;
     const double y1 = lines_[i].baseline + p.yScale;
-    box_.Extend(MappedBox(run.toSheet, Box2::Of({x0, y0}, {x1, y1})));
+    Include(MappedBox(run.toSheet, Box2::Of({x0, y0}, {x1, y1})));
   }
 }
 

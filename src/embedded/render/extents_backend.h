@@ -1,6 +1,6 @@
 #pragma once
 // A backend that only measures: the box around everything drawn, text
-// estimated from its character count.
+// estimated from its character count, each clip taken as its box.
 
 #include <vector>
 
@@ -20,13 +20,18 @@ class ExtentsBackend final : public Backend {
                  const Style& style) override;
   void DrawPoint(Vec2 at, const Style& style) override;
   void DrawText(const TextRun& text, const Style& style) override;
+  void PushClip(std::span<const Vec2> polygon) override;
+  void PopClip() override;
 
   const Box2& Extents() const { return box_; }
 
  private:
   void Add(std::span<const Vec2> points);
+  /// Adds `box`, cut to the clip in force.
+  void Include(const Box2& box);
 
   Box2 box_;
+  std::vector<Box2> clips_;
   std::vector<double> widths_;
   std::vector<LinePlacement> lines_;
 };

@@ -10,10 +10,10 @@
 #include "embedded/render/hatch_pattern.h"
 #include "embedded/render/linetypes.h"
 #include "embedded/render/plot_style_look.h"
-#include "embedded/render/truetype_text.h"
 #include "embedded/render/stroke_font.h"
 #include "embedded/render/text_codes.h"
 #include "embedded/render/text_drawing.h"
+#include "embedded/render/truetype_text.h"
 
 namespace sheafwork::embedded {
 
@@ -23,6 +23,7 @@ constexpr std::size_t kMaxBlockDepth = 32;
 constexpr int kMaxInsertCopies = 100000;
 constexpr std::size_t kMaxPatternSegments = 200000;
 constexpr std::int32_t kViewportOff = 131072;
+constexpr std::int32_t kHatchTextBox = 8;
 
 Transform3 WithOcs(const Transform3& t, const Vec3& extrusion) {
   return IsUnitZ(extrusion) ? t : t * Transform3::Ocs(extrusion);
@@ -42,6 +43,18 @@ std::array<Vec2, 4> FrameCorners(const Viewport& vp) {
   const Vec3& c = vp.center;
   return {Vec2{c.x - hw, c.y - hh}, Vec2{c.x + hw, c.y - hh}, Vec2{c.x + hw, c.y + hh},
           Vec2{c.x - hw, c.y + hh}};
+}
+
+/// Calls `f` with each entity of `block` in its draw order.
+template <typename F>
+void ForEachInDrawOrder(const Block& block, F&& f) {
+  if (block.drawOrder.empty()) {
+    for (const Entity& e : block.entities) f(e);
+    return;
+  }
+  for (const std::uint32_t i : block.drawOrder) {
+    if (i < block.entities.size()) f(block.entities[i]);
+  }
 }
 
 /// Sweep in degrees of a counter-clockwise arc, in (0, 360].
@@ -102,24 +115,24 @@ void Frontend::DrawLayout(const Layout& layout, const Affine2& toOutput) {
     }
   };
   if (options_.viewportsFirst) drawContents();
-  for (const Entity& e : block->entities) {
+  ForEachInDrawOrder(*block, [&](const Entity& e) {
     const auto* vp = std::get_if<Viewport>(&e.geometry);
     if (vp == nullptr) {
       DrawEntity(e, t);
-      continue;
+      return;
     }
-    if (&e == overall || vp->id == 1) continue;
+    if (&e == overall || vp->id == 1) return;
     const Resolved r = Resolve(e.props);
     // A viewport clipped by an entity shows that entity as its frame.
     if (r.visible && ClipBoundaryOf(*vp) == nullptr) DrawViewportFrame(*vp, t, r.style);
-  }
+  });
   if (!options_.viewportsFirst) drawContents();
   sheetBlock_ = nullptr;
   backend_.Flush();
 }
 
 void Frontend::DrawBlockEntities(const Block& block, const Transform3& toOutput) {
-  DrawEntities(block.entities, toOutput);
+  DrawEntities(block, toOutput);
   backend_.Flush();
 }
 
@@ -163,7 +176,7 @@ void Frontend::DrawViewportContent(const Viewport& vp, const Affine2& paperToOut
   viewHeight_ = vp.viewHeight;
   linetypeViewScale_ = root_.header.psLtScale ? s : 1.0;
   backend_.PushClip(frame);
-  DrawEntities(model->entities, Transform3::FromAffine2(paperToOutput * modelToPaper));
+  DrawEntities(*model, Transform3::FromAffine2(paperToOutput * modelToPaper));
   backend_.PopClip();
   linetypeViewScale_ = 1;
   viewHeight_ = savedViewHeight;
@@ -226,8 +239,8 @@ Frontend::Resolved Frontend::Resolve(const EntityProps& props) {
 
 // ---------------------------------------------------------------- walking
 
-void Frontend::DrawEntities(const std::vector<Entity>& entities, const Transform3& t) {
-  for (const Entity& e : entities) DrawEntity(e, t);
+void Frontend::DrawEntities(const Block& block, const Transform3& t) {
+  ForEachInDrawOrder(block, [&](const Entity& e) { DrawEntity(e, t); });
 }
 
 void Frontend::DrawEntity(const Entity& e, const Transform3& t) {
@@ -313,9 +326,9 @@ void Frontend::DrawBlockReference(const Resolved& r, const Block& block, const T
   const Vec3 scale = insert != nullptr ? insert->scale : Vec3{1, 1, 1};
   const Transform3 inner = Transform3::Scaling(scale) *
                            Transform3::Translation({-block.base.x, -block.base.y, -block.base.z});
-  // A clipped reference (XCLIP): its boundary is in the block's coordinates.
-  const bool clipped = insert != nullptr && insert->clipBoundary.size() >= 2;
-  if (clipped) PushBlockClip(insert->clipBoundary, placed * inner);
+  // A clipped reference (XCLIP), its attributes included.
+  const bool clipped = insert != nullptr && insert->clip != nullptr;
+  if (clipped) PushBlockClip(*insert->clip, placed * inner);
   int copies = 0;
   for (int row = 0; row < rows && copies < kMaxInsertCopies; ++row) {
     for (int col = 0; col < columns && copies < kMaxInsertCopies; ++col, ++copies) {
@@ -327,7 +340,7 @@ void Frontend::DrawBlockReference(const Resolved& r, const Block& block, const T
       if (block.IsXref()) {
         DrawXref(block, m);
       } else {
-        DrawEntities(block.entities, m);
+        DrawEntities(block, m);
       }
     }
   }
@@ -339,7 +352,7 @@ void Frontend::DrawBlockReference(const Resolved& r, const Block& block, const T
       if (ar.visible) DrawText(attribute.text, parent, ar.style);
     }
   }
-  if (clipped) backend_.PopClip();
+  if (clipped) PopBlockClip();
   activeBlocks_.pop_back();
   blocks_.pop_back();
 }
@@ -366,7 +379,7 @@ void Frontend::DrawXref(const Block& block, const Transform3& t) {
   drawing_ = xref;
   xrefPrefix_ = block.name + "|";
   looks_.clear();
-  DrawEntities(model->entities, t);
+  DrawEntities(*model, t);
   drawing_ = savedDrawing;
   xrefPrefix_ = savedPrefix;
   activeDrawings_.pop_back();
@@ -632,7 +645,8 @@ void Frontend::DrawText(const Text& g, const Transform3& t, const Style& s) {
   } else {
     backend_.DrawText(run, s);
   }
-  TextMeasure& measure = options_.textMeasure != nullptr ? *options_.textMeasure : TrueTypeMeasure();
+  TextMeasure& measure =
+      options_.textMeasure != nullptr ? *options_.textMeasure : TrueTypeMeasure();
   DrawTextToggles(backend_, g.text, run, stroke, measure, s, options_.cull);
 }
 
@@ -666,7 +680,8 @@ void Frontend::DrawMText(const MText& g, const Transform3& t, const Resolved& r)
   block.columnWidth = g.width > 0 ? g.width : 0;
   block.attachment = std::clamp<int>(g.attachment, 1, 9);
   block.lineSpacing = g.lineSpacing > 0 ? g.lineSpacing : 1.0;
-  TextMeasure& measure = options_.textMeasure != nullptr ? *options_.textMeasure : TrueTypeMeasure();
+  TextMeasure& measure =
+      options_.textMeasure != nullptr ? *options_.textMeasure : TrueTypeMeasure();
   ShapedText shaped = ShapeText(pieces, block, measure);
   if (const PlotStyleTable* table = options_.plotStyles.get()) {
     const auto plotted = [&](std::optional<std::uint32_t>& rgb, int aci) {
@@ -678,6 +693,95 @@ void Frontend::DrawMText(const MText& g, const Transform3& t, const Resolved& r)
   DrawFormattedText(backend_, shaped, PlanarMap(t, g.insert, xAxis, yAxis), r.style, options_.cull);
 }
 
+void Frontend::AppendHatchLoop(const HatchLoop& loop, double scale) {
+  const std::size_t first = local_.size();
+  auto add = [&](Vec2 p) {
+    if (local_.size() > first && local_.back().x == p.x && local_.back().y == p.y) return;
+    local_.push_back(p);
+  };
+  if (loop.isPolyline) {
+    const std::size_t n = loop.polyline.size();
+    if (n == 0) return;
+    local_.push_back({loop.polyline[0].point.x, loop.polyline[0].point.y});
+    for (std::size_t i = 0; i < n; ++i) {
+      if (i + 1 == n && !loop.closed && n > 1) {
+        // The boundary closes anyway; the last bulge only counts when closed.
+        break;
+      }
+      const PolylineVertex& from = loop.polyline[i];
+      const PolylineVertex& to = loop.polyline[(i + 1) % n];
+      AppendBulgeSegment(local_, {from.point.x, from.point.y}, {to.point.x, to.point.y}, from.bulge,
+                         scale, options_.flattening);
+    }
+  } else {
+    for (const HatchEdge& edge : loop.edges) {
+      switch (edge.kind) {
+        case HatchEdge::Kind::Line:
+          add(edge.start);
+          add(edge.end);
+          break;
+        case HatchEdge::Kind::Arc:
+        case HatchEdge::Kind::EllipseArc: {
+          double start = edge.startAngle, end = edge.endAngle;
+          const bool elliptic = edge.kind == HatchEdge::Kind::EllipseArc;
+          const double ratio = edge.ratio > 0 ? edge.ratio : 1.0;
+          auto param = [&](double degrees) {
+            const double r = Radians(degrees);
+            return elliptic ? std::atan2(std::sin(r) / ratio, std::cos(r)) : r;
+          };
+          double sweep = Radians(SweepDegrees(start, end));
+          if (elliptic) {
+            sweep = param(end) - param(start);
+            if (sweep <= 1e-12) sweep += kTwoPi;
+            if (SweepDegrees(start, end) >= 360.0) sweep = kTwoPi;
+          }
+          double from = param(start);
+          if (!edge.counterClockwise) {  // stored mirrored: run the other way
+            from = -from;
+            sweep = -sweep;
+          }
+          const double radius =
+              elliptic ? std::hypot(edge.majorAxis.x, edge.majorAxis.y) : edge.radius;
+          const int n = ArcSegments(radius * scale, sweep, options_.flattening);
+          const Vec2 major = elliptic ? edge.majorAxis : Vec2{radius, 0};
+          const Vec2 minor{-major.y * (elliptic ? ratio : 1.0), major.x * (elliptic ? ratio : 1.0)};
+          for (int i = 0; i <= n; ++i) {
+            const double u = from + sweep * i / n;
+            add({edge.center.x + std::cos(u) * major.x + std::sin(u) * minor.x,
+                 edge.center.y + std::cos(u) * major.y + std::sin(u) * minor.y});
+          }
+          break;
+        }
+        case HatchEdge::Kind::Spline: {
+          points3_.clear();
+          std::vector<Vec3> pts;
+          if (edge.controlPoints.size() >= 2) {
+            for (const Vec2& p : edge.controlPoints) pts.push_back({p.x, p.y, 0});
+            AppendBSpline(points3_, edge.degree, edge.knots, pts, edge.weights,
+                          std::clamp(16 * static_cast<int>(pts.size()), 16, 4096));
+          } else {
+            for (const Vec2& p : edge.fitPoints) pts.push_back({p.x, p.y, 0});
+            AppendThroughPoints(points3_, pts, false, 16);
+          }
+          for (const Vec3& p : points3_) add({p.x, p.y});
+          break;
+        }
+      }
+    }
+  }
+  // Drop a repeated first point at the end; the loop closes by itself.
+  if (local_.size() > first + 1 && local_.back().x == local_[first].x &&
+      local_.back().y == local_[first].y) {
+    local_.pop_back();
+  }
+  const int size = static_cast<int>(local_.size() - first);
+  if (size < 3) {
+    local_.resize(first);
+    return;
+  }
+  loopSizes_.push_back(size);
+}
+
 void Frontend::DrawHatch(const Hatch& g, const Transform3& t, const Style& s) {
   const Affine2 a = WithOcs(t, g.extrusion).PlaneAt(g.elevation);
   const double scale = a.Scale();
@@ -685,111 +789,53 @@ void Frontend::DrawHatch(const Hatch& g, const Transform3& t, const Style& s) {
   loopSizes_.clear();
   bool anyExternal = false;
   for (const HatchLoop& loop : g.loops) anyExternal = anyExternal || (loop.flags & (1 | 16)) != 0;
+  // Text boxes (flag 8) are islands around text: never filled, whatever
+  // the loops around them; they are cut out by a clip.
+  bool textBoxes = false;
   for (const HatchLoop& loop : g.loops) {
-    if (g.style == 2 && anyExternal && (loop.flags & (1 | 16)) == 0) continue;
-    const std::size_t first = local_.size();
-    auto add = [&](Vec2 p) {
-      if (local_.size() > first && local_.back().x == p.x && local_.back().y == p.y) return;
-      local_.push_back(p);
-    };
-    if (loop.isPolyline) {
-      const std::size_t n = loop.polyline.size();
-      if (n == 0) continue;
-      local_.push_back({loop.polyline[0].point.x, loop.polyline[0].point.y});
-      for (std::size_t i = 0; i < n; ++i) {
-        if (i + 1 == n && !loop.closed && n > 1) {
-          // The boundary closes anyway; the last bulge only counts when closed.
-          break;
-        }
-        const PolylineVertex& from = loop.polyline[i];
-        const PolylineVertex& to = loop.polyline[(i + 1) % n];
-        AppendBulgeSegment(local_, {from.point.x, from.point.y}, {to.point.x, to.point.y},
-                           from.bulge, scale, options_.flattening);
-      }
-    } else {
-      for (const HatchEdge& edge : loop.edges) {
-        switch (edge.kind) {
-          case HatchEdge::Kind::Line:
-            add(edge.start);
-            add(edge.end);
-            break;
-          case HatchEdge::Kind::Arc:
-          case HatchEdge::Kind::EllipseArc: {
-            double start = edge.startAngle, end = edge.endAngle;
-            const bool elliptic = edge.kind == HatchEdge::Kind::EllipseArc;
-            const double ratio = edge.ratio > 0 ? edge.ratio : 1.0;
-            auto param = [&](double degrees) {
-              const double r = Radians(degrees);
-              return elliptic ? std::atan2(std::sin(r) / ratio, std::cos(r)) : r;
-            };
-            double sweep = Radians(SweepDegrees(start, end));
-            if (elliptic) {
-              sweep = param(end) - param(start);
-              if (sweep <= 1e-12) sweep += kTwoPi;
-              if (SweepDegrees(start, end) >= 360.0) sweep = kTwoPi;
-            }
-            double from = param(start);
-            if (!edge.counterClockwise) {  // stored mirrored: run the other way
-              from = -from;
-              sweep = -sweep;
-            }
-            const double radius =
-                elliptic ? std::hypot(edge.majorAxis.x, edge.majorAxis.y) : edge.radius;
-            const int n = ArcSegments(radius * scale, sweep, options_.flattening);
-            const Vec2 major = elliptic ? edge.majorAxis : Vec2{radius, 0};
-            const Vec2 minor{-major.y * (elliptic ? ratio : 1.0),
-                             major.x * (elliptic ? ratio : 1.0)};
-            for (int i = 0; i <= n; ++i) {
-              const double u = from + sweep * i / n;
-              add({edge.center.x + std::cos(u) * major.x + std::sin(u) * minor.x,
-                   edge.center.y + std::cos(u) * major.y + std::sin(u) * minor.y});
-            }
-            break;
-          }
-          case HatchEdge::Kind::Spline: {
-            points3_.clear();
-            std::vector<Vec3> pts;
-            if (edge.controlPoints.size() >= 2) {
-              for (const Vec2& p : edge.controlPoints) pts.push_back({p.x, p.y, 0});
-              AppendBSpline(points3_, edge.degree, edge.knots, pts, edge.weights,
-                            std::clamp(16 * static_cast<int>(pts.size()), 16, 4096));
-            } else {
-              for (const Vec2& p : edge.fitPoints) pts.push_back({p.x, p.y, 0});
-              AppendThroughPoints(points3_, pts, false, 16);
-            }
-            for (const Vec3& p : points3_) add({p.x, p.y});
-            break;
-          }
-        }
-      }
-    }
-    // Drop a repeated first point at the end; the loop closes by itself.
-    if (local_.size() > first + 1 && local_.back().x == local_[first].x &&
-        local_.back().y == local_[first].y) {
-      local_.pop_back();
-    }
-    const int size = static_cast<int>(local_.size() - first);
-    if (size < 3) {
-      local_.resize(first);
+    if ((loop.flags & kHatchTextBox) != 0) {
+      textBoxes = true;
       continue;
     }
-    loopSizes_.push_back(size);
+    if (g.style == 2 && anyExternal && (loop.flags & (1 | 16)) == 0) continue;
+    AppendHatchLoop(loop, scale);
   }
-  if (loopSizes_.empty()) return;
-  if (!MapLocal(a)) return;
-  if (g.solid) {
-    backend_.FillLoops(out_, loopSizes_, s);
-    return;
-  }
-  for (const HatchPatternLine& line : g.patternLines) {
-    pairs_.clear();
-    if (!AppendPatternSegments(local_, loopSizes_, line, pairs_, kMaxPatternSegments)) {
-      ++stats_.densePatterns;
+  const std::size_t filledPoints = local_.size(), filledLoops = loopSizes_.size();
+  if (filledLoops == 0) return;
+  if (textBoxes) {
+    for (const HatchLoop& loop : g.loops) {
+      if ((loop.flags & kHatchTextBox) != 0) AppendHatchLoop(loop, scale);
     }
-    if (pairs_.empty()) continue;
-    for (Vec2& p : pairs_) p = a.Apply(p);
-    backend_.DrawLines(pairs_, s);
   }
+  if (!MapLocal(a)) return;
+  const std::span<const Vec2> filled(out_.data(), filledPoints);
+  const bool cut = loopSizes_.size() > filledLoops;
+  if (cut) {
+    // A clip of the hatch's box with the text boxes as holes.
+    Box2 box;
+    for (const Vec2& p : filled) box.Extend(p);
+    segment_.assign({box.min, {box.max.x, box.min.y}, box.max, {box.min.x, box.max.y}});
+    segment_.insert(segment_.end(), out_.begin() + static_cast<std::ptrdiff_t>(filledPoints),
+                    out_.end());
+    loopSizes_.insert(loopSizes_.begin() + static_cast<std::ptrdiff_t>(filledLoops), 4);
+    backend_.PushClipLoops(segment_, std::span<const int>(loopSizes_).subspan(filledLoops));
+  }
+  const std::span<const int> filledSizes(loopSizes_.data(), filledLoops);
+  if (g.solid) {
+    backend_.FillLoops(filled, filledSizes, s);
+  } else {
+    for (const HatchPatternLine& line : g.patternLines) {
+      pairs_.clear();
+      if (!AppendPatternSegments(std::span<const Vec2>(local_.data(), filledPoints), filledSizes,
+                                 line, pairs_, kMaxPatternSegments)) {
+        ++stats_.densePatterns;
+      }
+      if (pairs_.empty()) continue;
+      for (Vec2& p : pairs_) p = a.Apply(p);
+      backend_.DrawLines(pairs_, s);
+    }
+  }
+  if (cut) backend_.PopClip();
 }
 
 void Frontend::DrawLeader(const Leader& g, const Transform3& t, const Style& s) {

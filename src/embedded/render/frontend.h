@@ -83,7 +83,8 @@ class Frontend {
     double linetypeScale = 1;                    ///< the entity's own
   };
 
-  void DrawEntities(const std::vector<Entity>& entities, const Transform3& t);
+  /// The entities of `block` in its draw order.
+  void DrawEntities(const Block& block, const Transform3& t);
   void DrawEntity(const Entity& entity, const Transform3& t);
   void DrawViewportContent(const Viewport& vp, const Affine2& paperToOutput);
   void DrawViewportFrame(const Viewport& vp, const Transform3& t, const Style& style);
@@ -104,6 +105,9 @@ class Frontend {
   /// as the entity's own colour does.
   void DrawMText(const MText& g, const Transform3& t, const Resolved& r);
   void DrawHatch(const Hatch& g, const Transform3& t, const Style& s);
+  /// Appends `loop` flattened to `local_` and its size to `loopSizes_`
+  /// (nothing when fewer than three points result).
+  void AppendHatchLoop(const HatchLoop& loop, double scale);
   void DrawLeader(const Leader& g, const Transform3& t, const Style& s);
   void DrawBand(std::span<const Vec2> local, double w0, double w1, const Affine2& a,
                 const Style& s);
@@ -125,9 +129,10 @@ class Frontend {
   /// Puts into `polygon` the outline clipping `vp`, in output units.
   void ViewportOutline(const Viewport& vp, const Affine2& paperToOutput,
                        std::vector<Vec2>& polygon);
-  /// Clips what follows to a block reference's boundary (block coordinates
-  /// mapped by `t`; two points are a rectangle) until PopClip.
-  void PushBlockClip(std::span<const Vec2> boundary, const Transform3& t);
+  /// Clips what follows to a block reference's clip, `t` mapping block
+  /// coordinates to output units, until PopBlockClip.
+  void PushBlockClip(const BlockClip& clip, const Transform3& t);
+  void PopBlockClip();
 
   Resolved Resolve(const EntityProps& props);
   const LayerLook& LookFor(std::string_view layer);
@@ -150,6 +155,8 @@ class Frontend {
   std::vector<const Block*> activeBlocks_;
   std::vector<const Drawing*> activeDrawings_;
   const Block* sheetBlock_ = nullptr;  ///< the paper layout's block being drawn
+  /// The cull boxes in force outside each clipped reference being drawn.
+  std::vector<std::optional<Box2>> savedCulls_;
   /// Paper units per model unit of the viewport being drawn when
   /// linetypes are scaled to paper, 1 otherwise.
   double linetypeViewScale_ = 1;

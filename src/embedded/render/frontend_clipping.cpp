@@ -1,6 +1,7 @@
 // The frontend's masks and clips: wipeouts, viewports clipped by an entity
 // instead of their rectangle, and clipped block references.
 
+#include <algorithm>
 #include <array>
 
 #include "embedded/render/clip_boundary.h"
@@ -12,6 +13,26 @@ namespace {
 
 constexpr std::int32_t kViewportClippedByEntity = 65536;
 constexpr std::uint32_t kSheetBackground = 0xFFFFFF;
+
+/// Appends the clip outline `stored` (two points are the corners of a
+/// rectangle) mapped by `toOutput`.
+void AppendClipLoop(std::span<const Vec2> stored, const Transform3& toOutput,
+                    std::vector<Vec2>& out) {
+  if (stored.size() == 2) {
+    const Vec2 a = stored[0], b = stored[1];
+    for (const Vec2 p : {a, Vec2{b.x, a.y}, b, Vec2{a.x, b.y}}) {
+      out.push_back(toOutput.ApplyXY({p.x, p.y, 0}));
+    }
+    return;
+  }
+  for (const Vec2& p : stored) out.push_back(toOutput.ApplyXY({p.x, p.y, 0}));
+}
+
+double BoxArea(std::span<const Vec2> points) {
+  Box2 box;
+  for (const Vec2& p : points) box.Extend(p);
+  return box.Empty() ? 0.0 : box.Width() * box.Height();
+}
 
 }  // namespace
 
@@ -37,17 +58,51 @@ void Frontend::ViewportOutline(const Viewport& vp, const Affine2& paperToOutput,
   }
 }
 
-void Frontend::PushBlockClip(std::span<const Vec2> boundary, const Transform3& t) {
-  std::vector<Vec2> polygon;
-  if (boundary.size() == 2) {
-    const Vec2 a = boundary[0], b = boundary[1];
-    for (const Vec2 p : {a, Vec2{b.x, a.y}, b, Vec2{a.x, b.y}}) {
-      polygon.push_back(t.ApplyXY({p.x, p.y, 0}));
-    }
-  } else {
-    for (const Vec2& p : boundary) polygon.push_back(t.ApplyXY({p.x, p.y, 0}));
+void Frontend::PushBlockClip(const BlockClip& clip, const Transform3& t) {
+  // The boundary lies in a plane of its own (normal and origin); the
+  // filter's matrices take that plane to world coordinates and on into the
+  // block's, where `t` takes over.
+  const Transform3 toOutput = t * Transform3::FromRows(clip.inverseInsert) *
+                              Transform3::FromRows(clip.toBoundary).Inverse() *
+                              Transform3::Translation(clip.origin) * Transform3::Ocs(clip.normal);
+  std::vector<Vec2> outline;
+  std::vector<Vec2> hole;
+  AppendClipLoop(clip.boundary, toOutput, outline);
+  if (clip.inverted) AppendClipLoop(clip.hole, toOutput, hole);
+  // Of the two outlines an inverted clip keeps, the smaller is the hole
+  // (the other, when present, runs around it and the block).
+  if (clip.inverted && BoxArea(outline) < BoxArea(hole)) hole.swap(outline);
+  savedCulls_.push_back(options_.cull);
+  if (!clip.inverted || hole.size() < 3) {
+    Box2 box;
+    for (const Vec2& p : outline) box.Extend(p);
+    options_.cull = options_.cull ? options_.cull->Intersection(box) : box;
+    backend_.PushClip(outline);
+    return;
   }
-  backend_.PushClip(polygon);
+  // Everything outside the hole: a loop around the sheet (or far around the
+  // hole when nothing is culled) and the hole, filled odd-even.
+  Box2 around;
+  for (const Vec2& p : hole) around.Extend(p);
+  if (options_.cull) {
+    around.Extend(*options_.cull);
+  } else {
+    const double margin = 100 * std::max(around.Width(), around.Height()) + 1e4;
+    around = Box2::Of({around.min.x - margin, around.min.y - margin},
+                      {around.max.x + margin, around.max.y + margin});
+  }
+  std::vector<Vec2> loops{
+      around.min, {around.max.x, around.min.y}, around.max, {around.min.x, around.max.y}};
+  loops.insert(loops.end(), hole.begin(), hole.end());
+  const int sizes[2] = {4, static_cast<int>(hole.size())};
+  backend_.PushClipLoops(loops, sizes);
+}
+
+void Frontend::PopBlockClip() {
+  backend_.PopClip();
+  if (savedCulls_.empty()) return;
+  options_.cull = savedCulls_.back();
+  savedCulls_.pop_back();
 }
 
 void Frontend::DrawWipeout(const Wipeout& g, const Transform3& t, const Style& s) {

@@ -346,24 +346,35 @@ void PdfBackend::EndMark() {
 }
 
 void PdfBackend::PushClip(std::span<const Vec2> polygon) {
+  const int size = static_cast<int>(polygon.size());
+  PushClipLoops(polygon, {&size, 1});
+}
+
+void PdfBackend::PushClipLoops(std::span<const Vec2> points, std::span<const int> loopSizes) {
   EndPath();
   EndMark();
   out_.Op("q");
   ++clips_;
   Box2 box;
-  for (const Vec2& p : polygon) box.Extend(p);
+  for (const Vec2& p : points) box.Extend(p);
   if (!clipBoxes_.empty()) box = box.Intersection(clipBoxes_.back());
   clipBoxes_.push_back(box);
   points_.clear();
-  for (const Vec2& p : polygon) points_.push_back(Map(p));
+  for (const Vec2& p : points) points_.push_back(Map(p));
   if (points_.empty()) {
     out_.Int(0).Int(0).Int(0).Int(0).Op("re");  // nothing passes
     out_.Op("W");
   } else {
-    out_.Int(points_[0].x).Int(points_[0].y).Op("m");
-    for (std::size_t i = 1; i < points_.size(); ++i)
-      out_.Int(points_[i].x).Int(points_[i].y).Op("l");
-    out_.Op("h");
+    std::size_t at = 0;
+    for (const int size : loopSizes) {
+      const std::size_t end = std::min(points_.size(), at + static_cast<std::size_t>(size));
+      if (at < end) {
+        out_.Int(points_[at].x).Int(points_[at].y).Op("m");
+        for (std::size_t i = at + 1; i < end; ++i) out_.Int(points_[i].x).Int(points_[i].y).Op("l");
+        out_.Op("h");
+      }
+      at = end;
+    }
     out_.Op("W*");
   }
   out_.Op("n");

@@ -52,6 +52,7 @@ class PdfBackend final : public Backend {
   void DrawText(const TextRun& text, const Style& style) override;
   void BeginLayer(std::string_view name) override;
   void PushClip(std::span<const Vec2> polygon) override;
+  void PushClipLoops(std::span<const Vec2> points, std::span<const int> loopSizes) override;
   void PopClip() override;
   void Flush() override;
 

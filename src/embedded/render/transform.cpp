@@ -19,6 +19,38 @@ Affine2 operator*(const Affine2& l, const Affine2& r) {
           l.b * r.c + l.d * r.d, l.a * r.e + l.c * r.f + l.e, l.b * r.e + l.d * r.f + l.f};
 }
 
+Transform3 Transform3::Inverse() const {
+  const auto& a = m;
+  const double c00 = a[1][1] * a[2][2] - a[1][2] * a[2][1];
+  const double c01 = a[1][2] * a[2][0] - a[1][0] * a[2][2];
+  const double c02 = a[1][0] * a[2][1] - a[1][1] * a[2][0];
+  const double det = a[0][0] * c00 + a[0][1] * c01 + a[0][2] * c02;
+  if (det == 0 || !std::isfinite(det)) return {};
+  Transform3 inv;
+  double(&r)[3][4] = inv.m;
+  r[0][0] = c00 / det;
+  r[0][1] = (a[0][2] * a[2][1] - a[0][1] * a[2][2]) / det;
+  r[0][2] = (a[0][1] * a[1][2] - a[0][2] * a[1][1]) / det;
+  r[1][0] = c01 / det;
+  r[1][1] = (a[0][0] * a[2][2] - a[0][2] * a[2][0]) / det;
+  r[1][2] = (a[0][2] * a[1][0] - a[0][0] * a[1][2]) / det;
+  r[2][0] = c02 / det;
+  r[2][1] = (a[0][1] * a[2][0] - a[0][0] * a[2][1]) / det;
+  r[2][2] = (a[0][0] * a[1][1] - a[0][1] * a[1][0]) / det;
+  for (int i = 0; i < 3; ++i) {
+    r[i][3] = -(r[i][0] * a[0][3] + r[i][1] * a[1][3] + r[i][2] * a[2][3]);
+  }
+  return inv;
+}
+
+Transform3 Transform3::FromRows(const std::array<double, 12>& rows) {
+  Transform3 t;
+  for (int i = 0; i < 3; ++i) {
+    for (int j = 0; j < 4; ++j) t.m[i][j] = rows[static_cast<std::size_t>(i * 4 + j)];
+  }
+  return t;
+}
+
 Transform3 Transform3::Translation(const Vec3& t) {
   return {{{1, 0, 0, t.x}, {0, 1, 0, t.y}, {0, 0, 1, t.z}}};
 }

@@ -4,6 +4,7 @@
 // systems to the sheet, of which only x and y are kept).
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 
@@ -76,6 +77,11 @@ struct Transform3 {
     return {m[0][0], m[1][0], m[0][1], m[1][1], m[0][2] * z + m[0][3], m[1][2] * z + m[1][3]};
   }
 
+  /// The inverse map; the identity when this one flattens space.
+  Transform3 Inverse() const;
+
+  /// From twelve numbers in rows of [linear | translation].
+  static Transform3 FromRows(const std::array<double, 12>& rows);
   static Transform3 Translation(const Vec3& t);
   static Transform3 Scaling(const Vec3& s);
   static Transform3 RotationZ(double degrees);

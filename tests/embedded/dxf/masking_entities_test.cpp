@@ -214,10 +214,12 @@ TEST(ReaderInserts, ClipBoundaryThroughTheExtensionDictionary) {
     const Drawing d = Read(ClippedInsert(), c.objects);
     const auto& insert = std::get<Insert>(First(d).geometry);
     EXPECT_EQ(insert.block, "B");
-    ASSERT_EQ(insert.clipBoundary.size(), c.points);
+    ASSERT_EQ(insert.clip != nullptr, c.points != 0);
     if (c.points == 3) {
-      EXPECT_DOUBLE_EQ(insert.clipBoundary[1].x, 5);
-      EXPECT_DOUBLE_EQ(insert.clipBoundary[2].y, 5);
+      const std::vector<Vec2>& boundary = insert.clip->boundary;
+      ASSERT_EQ(boundary.size(), c.points);
+      EXPECT_DOUBLE_EQ(boundary[1].x, 5);
+      EXPECT_DOUBLE_EQ(boundary[2].y, 5);
     }
   }
 }

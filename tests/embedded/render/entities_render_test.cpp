@@ -354,7 +354,11 @@ TEST(ClippedReferenceTest, BoundaryInBlockCoordinatesFollowsTheReference) {
     Entity insert = MakeInsert("B", {20, 50});
     auto& g = std::get<Insert>(insert.geometry);
     g.scale = {2, 2, 1};
-    if (clipped) g.clipBoundary = {{10, -5}, {30, 5}};  // block x 10..30: sheet x 20..60
+    if (clipped) {
+      auto clip = std::make_shared<BlockClip>();
+      clip->boundary = {{10, -5}, {30, 5}};  // block x 10..30: sheet x 20..60
+      g.clip = clip;
+    }
     ModelSpace(d).entities.push_back(insert);
     d.Reindex();
     const QImage image = RenderSheet(d, ModelLayout(d), s, kPx);

@@ -1,0 +1,162 @@
+// Clipped block references, draw order tables and hatch islands around
+// text, plotted from the drawings of tests/data/dxf/clipping (written by
+// ezdxf; make_clipping.py there says what each one holds).
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "embedded/dxf/reader.h"
+#include "embedded/model/xrefs.h"
+#include "embedded/render/extents_backend.h"
+#include "embedded/render/plot_job.h"
+#include "embedded/render/render_test_support.h"
+#include "fakes/temp_folder.h"
+
+namespace sheafwork::embedded {
+namespace {
+
+using testing::InkNear;
+using testing::OneToOneSettings;
+
+constexpr double kPx = 10;  // pixels per sheet millimetre, painted and rasterised
+
+Drawing Read(const std::string& name) {
+  Drawing d = ReadDxfFile(std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/clipping/" + name);
+  ResolveExternalReferences(d, "", [](const std::string& path) {
+    return std::make_shared<const Drawing>(ReadDxfFile(path));
+  });
+  return d;
+}
+
+const Layout& Model(const Drawing& d) {
+  for (const Layout& layout : d.layouts) {
+    if (layout.IsModel()) return layout;
+  }
+  throw std::runtime_error("no model layout");
+}
+
+// The sheet painted, and as the PDF file shows it: both outputs clip.
+using Output = std::function<QImage(const Drawing&, const PlotSettings&)>;
+
+QImage Painted(const Drawing& d, const PlotSettings& s) {
+  return testing::RenderSheet(d, Model(d), s, kPx);
+}
+
+QImage FromPdf(const Drawing& d, const PlotSettings& s) {
+  sheafwork::testing::TempFolder folder;
+  PlotJob job = testing::MakeJob(d, Model(d), s);
+  job.outputPath = folder.File("plan.pdf");
+  RunPlotJob(job);
+  return testing::RasterisePdf(job.outputPath, static_cast<int>(kPx * 25.4), folder.File("plan"));
+}
+
+struct Probe {
+  const char* what;
+  Vec2 at;  ///< drawing units are sheet millimetres
+  bool ink;
+};
+
+void ExpectInk(const QImage& image, std::initializer_list<Probe> probes) {
+  ASSERT_FALSE(image.isNull());
+  for (const Probe& p : probes) {
+    SCOPED_TRACE(p.what);
+    EXPECT_EQ(InkNear(image, kPx, p.at), p.ink) << "at " << p.at.x << ", " << p.at.y;
+  }
+}
+
+class ClippingOutputTest : public ::testing::TestWithParam<Output> {};
+
+// Each reference draws a cross of two 10-unit midlines; its clip keeps part.
+TEST_P(ClippingOutputTest, ReferencesShowWhatTheirClipKeeps) {
+  const Drawing d = Read("xclip.dxf");
+  ExpectInk(GetParam()(d, OneToOneSettings(200, 40)),
+            {{"clipped where it stands: left part", {12, 15}, true},
+             {"clipped where it stands: right part", {18, 15}, false},
+             {"clipped where it stands: other midline", {15, 18}, false},
+             {"moved and turned copy: kept part", {40, 17}, true},
+             {"moved and turned copy: cut part", {40, 23}, false},
+             {"moved and turned copy: other midline", {37, 20}, false},
+             {"doubled, triangle: kept part", {74, 20}, true},
+             {"doubled, triangle: cut part", {86, 20}, false},
+             {"doubled, triangle: other midline kept", {80, 13}, true},
+             {"doubled, triangle: other midline cut", {80, 27}, false},
+             {"block base where inserted: kept", {102, 15}, true},
+             {"block base where inserted: cut", {108, 15}, false},
+             {"inverted: left of the hole", {126, 15}, true},
+             {"inverted: in the hole", {130, 16}, false},
+             {"inverted: right of the hole", {134, 15}, true},
+             {"inverted: below the hole", {130, 11}, true},
+             {"nested: kept part", {154, 15}, true},
+             {"nested: cut part", {160, 15}, false},
+             {"nested: other midline", {157, 18}, false},
+             {"clipping off", {183, 15}, true},
+             {"clipping off: other midline", {180, 18}, true}});
+}
+
+TEST_P(ClippingOutputTest, ExternalReferenceIsClippedLikeABlock) {
+  const Drawing d = Read("xclip-xref.dxf");
+  ASSERT_EQ(d.xrefs.size(), 1u);
+  ExpectInk(GetParam()(d, OneToOneSettings(40, 30)), {{"kept part", {12, 15}, true},
+                                                      {"cut part", {18, 15}, false},
+                                                      {"other midline", {15, 18}, false}});
+}
+
+INSTANTIATE_TEST_SUITE_P(Outputs, ClippingOutputTest,
+                         ::testing::Values(Output(Painted), Output(FromPdf)),
+                         [](const auto& info) { return info.index == 0 ? "Painted" : "Pdf"; });
+
+TEST(ClippingExtentsTest, OnlyWhatTheClipKeepsCounts) {
+  const Drawing d = Read("xclip-xref.dxf");
+  ExtentsBackend extents;
+  Frontend(d, extents, {}).DrawLayout(Model(d), Affine2{});
+  EXPECT_NEAR(extents.Extents().min.x, 10, 0.01);
+  EXPECT_NEAR(extents.Extents().max.x, 14, 0.01);  // the cross runs on to 20
+}
+
+// Red text drawn first, a blue solid hatch over it; the draw order table
+// puts the text on top, in model space (x 0..12) and in a block (x 20..32).
+TEST(DrawOrderTest, TextSortedAfterTheHatchIsDrawnOverIt) {
+  const Drawing d = Read("draworder.dxf");
+  const testing::RecordingBackend rec = testing::DrawLayout(d, Model(d));
+  for (const double left : {0.0, 20.0}) {
+    SCOPED_TRACE(left);
+    int hatch = -1, text = -1;
+    for (int i = 0; i < static_cast<int>(rec.items.size()); ++i) {
+      const testing::Recorded& item = rec.items[static_cast<std::size_t>(i)];
+      if (item.points.empty() || item.points[0].x < left || item.points[0].x > left + 12) continue;
+      if (item.style.rgb == 0x0000FF && item.kind == testing::Recorded::Kind::Fill) hatch = i;
+      if (item.style.rgb == 0xFF0000 && text < 0) text = i;
+    }
+    ASSERT_GE(hatch, 0);
+    ASSERT_GE(text, 0);
+    EXPECT_LT(hatch, text);
+  }
+}
+
+// Text boxes are never filled: not inside an island, not where they run
+// out of the boundary.
+TEST(HatchTextBoxTest, IslandsAroundTextStayUnfilled) {
+  const Drawing d = Read("hatch-textbox.dxf");
+  const QImage image = Painted(d, OneToOneSettings(110, 45));
+  const struct {
+    const char* what;
+    Vec2 at;
+    bool filled;
+  } probes[] = {{"outer band", {5, 5}, true},
+                {"island", {12, 12}, false},
+                {"text box in the island", {24, 19}, false},
+                {"second hatch", {70, 20}, true},
+                {"text box inside the boundary", {88.5, 19}, false},
+                {"text box out of the boundary", {95, 20}, false}};
+  for (const auto& p : probes) {
+    SCOPED_TRACE(p.what);
+    EXPECT_EQ(testing::ColorAt(image, kPx, p.at) == 0x0000FF, p.filled);
+  }
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded
