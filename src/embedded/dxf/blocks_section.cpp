@@ -16,7 +16,13 @@ std::size_t StartBlock(Context& ctx, const Record& r) {
     if (d.tag.code == 2 || (d.tag.code == 3 && name.empty())) name = ctx.Text(d.tag);
   }
   Block& block = ctx.BlockNamed(name);
-  if (!r.owner.empty()) block.recordHandle = std::string(TrimSpaces(r.owner));
+  if (!r.owner.empty()) {
+    block.recordHandle = std::string(TrimSpaces(r.owner));
+    // The block names its record too: layouts and entities still find their
+    // block when the record itself was lost.
+    std::string record = HandleKey(r.owner);
+    if (record != "0") ctx.blockRecordNames.try_emplace(std::move(record), block.name);
+  }
   for (const DataTag& d : r.data) {
     const Tag& t = d.tag;
     if (SetPoint(ctx, t, 10, block.base)) continue;

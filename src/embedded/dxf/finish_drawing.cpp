@@ -111,12 +111,22 @@ void BuildLayouts(Context& ctx) {
     for (const LayoutObject& o : ctx.layoutObjects) chosen.emplace_back(o.layout.name, &o);
   }
 
+  // A layout is linked to its block by handle. One whose stored link leads
+  // nowhere belongs to a block that was lost: it does not plot, rather than
+  // plot another layout's content. Only layouts stored without any link
+  // are given a block by elimination.
   std::vector<std::size_t> orphans;
   for (const auto& [key, object] : chosen) {
     Layout layout = object->layout;
     if (layout.name.empty()) layout.name = key;
     layout.blockName = BlockNameOf(ctx, *object, recordOfLayout);
-    if (layout.blockName.empty()) orphans.push_back(d.layouts.size());
+    const bool model = SameName(layout.name, "Model") || layout.IsModel();
+    const bool linked = !object->blockRecord.empty() && object->blockRecord != "0";
+    if (layout.blockName.empty() && linked && !model) {
+      layout.blockError = dxfmsg::LayoutBlockMissing(d.path, layout.name, object->blockRecord);
+    } else if (layout.blockName.empty()) {
+      orphans.push_back(d.layouts.size());
+    }
     d.layouts.push_back(std::move(layout));
   }
   LinkOrphans(d, orphans);
@@ -218,7 +228,9 @@ void FinishDrawing(Context& ctx) {
   BuildLayouts(ctx);
   BuildPageSetups(ctx);
   SynthesiseLayouts(d);
-  for (const Layout& layout : d.layouts) ctx.BlockNamed(layout.blockName);
+  for (const Layout& layout : d.layouts) {
+    if (layout.blockError.empty()) ctx.BlockNamed(layout.blockName);
+  }
   AddMissingLayers(ctx);
   LinkClipBoundaries(ctx);
   d.Reindex();

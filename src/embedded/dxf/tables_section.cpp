@@ -210,7 +210,9 @@ void ReadTablesSection(Context& ctx, const Tag& start) {
       inTable = true;
     } else if (r.type == "ENDTAB") {
       inTable = false;
-    } else if (inTable) {
+    } else {
+      // A record is read by its own type, also where its table's header was
+      // lost in a damaged file.
       ReadRecordOf(ctx, r);
     }
   }
