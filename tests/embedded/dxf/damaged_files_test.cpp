@@ -42,6 +42,8 @@ const DamagedCase kCases[] = {
     {"layouts.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
     {"no-block-record-table-header.dxf",
      {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
+    {"no-tables-section-header.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
+    {"no-blocks-section-header.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
     {"layout-block-missing.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", nullptr}}},
 };
 

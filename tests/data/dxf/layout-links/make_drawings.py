@@ -54,6 +54,13 @@ starts = records(pairs)
 s, e = record_of(pairs, starts, "TABLE", "2", "BLOCK_RECORD")
 write_pairs("no-block-record-table-header.dxf", pairs[:s] + pairs[e:])
 
+# A section without its header: the 0/SECTION and 2/<name> tags are left out.
+for section in ("TABLES", "BLOCKS"):
+    pairs = list(base)
+    at = [i for i in range(len(pairs) - 1)
+          if pairs[i][1] == "SECTION" and pairs[i + 1] == ("  2", section)][0]
+    write_pairs("no-%s-section-header.dxf" % section.lower(), pairs[:at] + pairs[at + 2:])
+
 # Gamma's block record is gone and nothing else links Gamma to a block: its
 # layout's link points nowhere.
 pairs = list(base)
