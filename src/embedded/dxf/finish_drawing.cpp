@@ -92,6 +92,34 @@ void LinkOrphans(Drawing& d, const std::vector<std::size_t>& orphans) {
   }
 }
 
+// A single layout whose stored link leads nowhere and a single paper-space
+// block that no layout claims can only belong together (a writer's wrong
+// handle): they are linked. With more of either, which goes with which is
+// a guess, and the layouts keep their error.
+void LinkLoneBrokenLayout(Drawing& d) {
+  Layout* broken = nullptr;
+  std::unordered_set<std::string> used;
+  for (Layout& layout : d.layouts) {
+    if (layout.blockError.empty()) {
+      used.insert(NameKey(layout.blockName));
+    } else if (broken == nullptr) {
+      broken = &layout;
+    } else {
+      return;
+    }
+  }
+  if (broken == nullptr) return;
+  const Block* spare = nullptr;
+  for (const Block& block : d.blocks) {
+    if (!IsPaperSpaceName(block.name) || used.count(NameKey(block.name)) != 0) continue;
+    if (spare != nullptr) return;
+    spare = &block;
+  }
+  if (spare == nullptr) return;
+  broken->blockName = spare->name;
+  broken->blockError.clear();
+}
+
 void BuildLayouts(Context& ctx) {
   Drawing& d = ctx.drawing;
   std::unordered_map<std::string, const LayoutObject*> byHandle;
@@ -129,6 +157,7 @@ void BuildLayouts(Context& ctx) {
     }
     d.layouts.push_back(std::move(layout));
   }
+  if (orphans.empty()) LinkLoneBrokenLayout(d);
   LinkOrphans(d, orphans);
   // Model space always exists, even when the file lists paper layouts only.
   const bool hasModel = std::any_of(d.layouts.begin(), d.layouts.end(), [](const Layout& l) {

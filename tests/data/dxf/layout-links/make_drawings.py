@@ -61,6 +61,21 @@ for section in ("TABLES", "BLOCKS"):
           if pairs[i][1] == "SECTION" and pairs[i + 1] == ("  2", section)][0]
     write_pairs("no-%s-section-header.dxf" % section.lower(), pairs[:at] + pairs[at + 2:])
 
+# Gamma's layout names a block record that does not exist and its record
+# does not point back; its block is the only one no other layout claims.
+pairs = list(base)
+starts = records(pairs)
+s, e = record_of(pairs, starts, "LAYOUT", "1", "Gamma")
+subclass = [i for i in range(s, e) if pairs[i][0].strip() == "100" and pairs[i][1] == "AcDbLayout"][0]
+link = [i for i in range(subclass, e) if pairs[i][0].strip() == "330"][0]
+record = pairs[link][1]
+pairs[link] = (pairs[link][0], "FFFF")
+rs, re_ = record_of(pairs, starts, "BLOCK_RECORD", "5", record)
+for i in range(rs, re_):
+    if pairs[i][0].strip() == "340":
+        pairs[i] = (pairs[i][0], "0")
+write_pairs("layout-link-wrong.dxf", pairs)
+
 # Gamma's block record is gone and nothing else links Gamma to a block: its
 # layout's link points nowhere.
 pairs = list(base)
