@@ -44,6 +44,8 @@ const DamagedCase kCases[] = {
      {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
     {"no-tables-section-header.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
     {"no-blocks-section-header.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
+    {"no-blocks-section-end.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
+    {"no-entities-section-end.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
     {"layout-link-wrong.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
     {"layout-block-missing.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", nullptr}}},
 };

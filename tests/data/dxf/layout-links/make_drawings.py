@@ -61,6 +61,15 @@ for section in ("TABLES", "BLOCKS"):
           if pairs[i][1] == "SECTION" and pairs[i + 1] == ("  2", section)][0]
     write_pairs("no-%s-section-header.dxf" % section.lower(), pairs[:at] + pairs[at + 2:])
 
+# A section without its end: its 0/ENDSEC tag is left out, so the next
+# section starts inside it.
+for section in ("BLOCKS", "ENTITIES"):
+    pairs = list(base)
+    at = [i for i in range(len(pairs) - 1)
+          if pairs[i][1] == "SECTION" and pairs[i + 1] == ("  2", section)][0]
+    end = [i for i in range(at, len(pairs)) if pairs[i] == ("  0", "ENDSEC")][0]
+    write_pairs("no-%s-section-end.dxf" % section.lower(), pairs[:end] + pairs[end + 1:])
+
 # Gamma's layout names a block record that does not exist and its record
 # does not point back; its block is the only one no other layout claims.
 pairs = list(base)
