@@ -132,6 +132,7 @@ class PlotObject : public host::Plot {
       return false;
     };
 
+    if (!layout.blockError.empty()) return fail(layout.blockError);
     if (IsNoDevice(deviceName)) return fail(msg::NoDeviceForLayout());
     std::optional<PlotDevice> device;
     try {

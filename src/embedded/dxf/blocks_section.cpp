@@ -16,7 +16,13 @@ std::size_t StartBlock(Context& ctx, const Record& r) {
     if (d.tag.code == 2 || (d.tag.code == 3 && name.empty())) name = ctx.Text(d.tag);
   }
   Block& block = ctx.BlockNamed(name);
-  if (!r.owner.empty()) block.recordHandle = std::string(TrimSpaces(r.owner));
+  if (!r.owner.empty()) {
+    block.recordHandle = std::string(TrimSpaces(r.owner));
+    // The block names its record too: layouts and entities still find their
+    // block when the record itself was lost.
+    std::string record = HandleKey(r.owner);
+    if (record != "0") ctx.blockRecordNames.try_emplace(std::move(record), block.name);
+  }
   for (const DataTag& d : r.data) {
     const Tag& t = d.tag;
     if (SetPoint(ctx, t, 10, block.base)) continue;
@@ -41,7 +47,8 @@ std::size_t StartBlock(Context& ctx, const Record& r) {
 
 void ReadBlocksSection(Context& ctx, const Tag& start) {
   Record r;
-  while (ReadRecord(ctx.stream, r)) {
+  // A section that lost its ENDSEC ends where the next one starts.
+  while (!ctx.stream.AtRecord("SECTION") && ReadRecord(ctx.stream, r)) {
     if (r.type == "ENDSEC") return;
     if (r.type != "BLOCK") continue;
     const std::size_t index = StartBlock(ctx, r);
@@ -50,11 +57,13 @@ void ReadBlocksSection(Context& ctx, const Tag& start) {
         ReadEntities(ctx, {"ENDBLK", "ENDSEC", "BLOCK"}, [&](Entity&& e, std::string_view, bool) {
           ctx.drawing.blocks[index].entities.push_back(std::move(e));
         });
+    if (stop == kNextSection) return;
     if (stop != "ENDBLK") {
       throw DxfError(
           dxfmsg::BlockWithoutEnd(ctx.stream.PlaceOf(blockStart), ctx.drawing.blocks[index].name));
     }
   }
+  if (ctx.stream.AtRecord("SECTION")) return;
   throw DxfError(dxfmsg::SectionWithoutEnd(ctx.stream.PlaceOf(start), "BLOCKS"));
 }
 
@@ -87,6 +96,7 @@ void ReadEntitiesSection(Context& ctx, const Tag& start) {
     lastBlock = static_cast<std::size_t>(&block - ctx.drawing.blocks.data());
   };
   const std::string_view stop = ReadEntities(ctx, {"ENDSEC"}, place);
+  // Stopping before the next section (this one lost its ENDSEC) is tolerated.
   if (stop.empty()) {
     throw DxfError(dxfmsg::SectionWithoutEnd(ctx.stream.PlaceOf(start), "ENTITIES"));
   }
@@ -94,9 +104,10 @@ void ReadEntitiesSection(Context& ctx, const Tag& start) {
 
 void SkipSection(Context& ctx, const Tag& start, std::string_view name) {
   Tag tag;
-  while (ctx.stream.Next(tag)) {
+  while (!ctx.stream.AtRecord("SECTION") && ctx.stream.Next(tag)) {
     if (tag.code == 0 && TrimSpaces(tag.value) == "ENDSEC") return;
   }
+  if (ctx.stream.AtRecord("SECTION")) return;
   throw DxfError(dxfmsg::SectionWithoutEnd(ctx.stream.PlaceOf(start), name));
 }
 

@@ -104,7 +104,8 @@ Circle DecodeCircle(Context& ctx, Own own) {
   for (const DataTag* d : own) {
     const Tag& t = d->tag;
     if (SetPoint(ctx, t, 10, g.center) || SetPoint(ctx, t, 210, g.extrusion)) continue;
-    if (t.code == 40) g.radius = ctx.Real(t);
+    // Some writers store a negative radius; its size is what is meant.
+    if (t.code == 40) g.radius = std::fabs(ctx.Real(t));
   }
   return g;
 }
@@ -114,7 +115,7 @@ Arc DecodeArc(Context& ctx, Own own) {
   for (const DataTag* d : own) {
     const Tag& t = d->tag;
     if (SetPoint(ctx, t, 10, g.center) || SetPoint(ctx, t, 210, g.extrusion)) continue;
-    if (t.code == 40) g.radius = ctx.Real(t);
+    if (t.code == 40) g.radius = std::fabs(ctx.Real(t));
     if (t.code == 50) g.startAngle = ctx.Real(t);
     if (t.code == 51) g.endAngle = ctx.Real(t);
   }

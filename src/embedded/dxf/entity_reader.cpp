@@ -11,7 +11,7 @@ std::string_view ReadEntities(Context& ctx, std::initializer_list<std::string_vi
                               const EntitySink& sink) {
   Record r;
   Record part;
-  while (ReadRecord(ctx.stream, r)) {
+  while (!ctx.stream.AtRecord("SECTION") && ReadRecord(ctx.stream, r)) {
     if (std::find(stops.begin(), stops.end(), r.type) != stops.end()) return r.type;
     if (r.type == "SEQEND") continue;
     if (r.type == "VERTEX" || r.type == "ATTRIB") {
@@ -43,7 +43,7 @@ std::string_view ReadEntities(Context& ctx, std::initializer_list<std::string_vi
     if (decoded != Decoded::kEntity) continue;
     sink(std::move(entity), r.owner, paperSpace);
   }
-  return {};
+  return ctx.stream.AtRecord("SECTION") ? kNextSection : std::string_view();
 }
 
 }  // namespace sheafwork::embedded

@@ -93,6 +93,34 @@ void LinkOrphans(Drawing& d, const std::vector<std::size_t>& orphans) {
   }
 }
 
+// A single layout whose stored link leads nowhere and a single paper-space
+// block that no layout claims can only belong together (a writer's wrong
+// handle): they are linked. With more of either, which goes with which is
+// a guess, and the layouts keep their error.
+void LinkLoneBrokenLayout(Drawing& d) {
+  Layout* broken = nullptr;
+  std::unordered_set<std::string> used;
+  for (Layout& layout : d.layouts) {
+    if (layout.blockError.empty()) {
+      used.insert(NameKey(layout.blockName));
+    } else if (broken == nullptr) {
+      broken = &layout;
+    } else {
+      return;
+    }
+  }
+  if (broken == nullptr) return;
+  const Block* spare = nullptr;
+  for (const Block& block : d.blocks) {
+    if (!IsPaperSpaceName(block.name) || used.count(NameKey(block.name)) != 0) continue;
+    if (spare != nullptr) return;
+    spare = &block;
+  }
+  if (spare == nullptr) return;
+  broken->blockName = spare->name;
+  broken->blockError.clear();
+}
+
 void BuildLayouts(Context& ctx) {
   Drawing& d = ctx.drawing;
   std::unordered_map<std::string, const LayoutObject*> byHandle;
@@ -112,14 +140,25 @@ void BuildLayouts(Context& ctx) {
     for (const LayoutObject& o : ctx.layoutObjects) chosen.emplace_back(o.layout.name, &o);
   }
 
+  // A layout is linked to its block by handle. One whose stored link leads
+  // nowhere belongs to a block that was lost: it does not plot, rather than
+  // plot another layout's content. Only layouts stored without any link
+  // are given a block by elimination.
   std::vector<std::size_t> orphans;
   for (const auto& [key, object] : chosen) {
     Layout layout = object->layout;
     if (layout.name.empty()) layout.name = key;
     layout.blockName = BlockNameOf(ctx, *object, recordOfLayout);
-    if (layout.blockName.empty()) orphans.push_back(d.layouts.size());
+    const bool model = SameName(layout.name, "Model") || layout.IsModel();
+    const bool linked = !object->blockRecord.empty() && object->blockRecord != "0";
+    if (layout.blockName.empty() && linked && !model) {
+      layout.blockError = dxfmsg::LayoutBlockMissing(d.path, layout.name, object->blockRecord);
+    } else if (layout.blockName.empty()) {
+      orphans.push_back(d.layouts.size());
+    }
     d.layouts.push_back(std::move(layout));
   }
+  if (orphans.empty()) LinkLoneBrokenLayout(d);
   LinkOrphans(d, orphans);
   // Model space always exists, even when the file lists paper layouts only.
   const bool hasModel = std::any_of(d.layouts.begin(), d.layouts.end(), [](const Layout& l) {
@@ -193,7 +232,9 @@ void FinishDrawing(Context& ctx) {
   BuildLayouts(ctx);
   BuildPageSetups(ctx);
   SynthesiseLayouts(d);
-  for (const Layout& layout : d.layouts) ctx.BlockNamed(layout.blockName);
+  for (const Layout& layout : d.layouts) {
+    if (layout.blockError.empty()) ctx.BlockNamed(layout.blockName);
+  }
   AddMissingLayers(ctx);
   LinkClipBoundaries(ctx);
   ApplyDrawOrders(ctx);

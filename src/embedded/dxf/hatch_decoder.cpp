@@ -81,7 +81,9 @@ void ReadPolylinePath(Cursor& c, HatchLoop& loop) {
   }
 }
 
-void ReadSplineEdge(Cursor& c, HatchEdge& e) {
+// `last` tells whether the edge ends its path: only then can a 97 be the
+// path's source-object count rather than the edge's fit-point count.
+void ReadSplineEdge(Cursor& c, HatchEdge& e, bool last) {
   for (;;) {
     switch (c.Code()) {
       case 94:
@@ -96,11 +98,11 @@ void ReadSplineEdge(Cursor& c, HatchEdge& e) {
         c.Skip();
         break;
       case 97: {
-        // The fit-point count of newer files, or the path's source-object
-        // count that always ends the path: fit data is followed by fit
-        // points, tangents or that second count.
+        // The fit-point count of newer files (written even when 0), or, after
+        // the last edge, the path's source-object count: fit data is followed
+        // by fit points, tangents or that second count.
         const int next = c.CodeAfter(1);
-        if (next != 11 && next != 12 && next != 13 && next != 97) return;
+        if (last && next != 11 && next != 12 && next != 13 && next != 97) return;
         c.Skip();  // a count; the values say how many there are
         break;
       }
@@ -128,7 +130,7 @@ void ReadSplineEdge(Cursor& c, HatchEdge& e) {
   }
 }
 
-HatchEdge ReadEdge(Cursor& c, int type) {
+HatchEdge ReadEdge(Cursor& c, int type, bool last) {
   HatchEdge e;
   switch (type) {
     case 1:
@@ -155,7 +157,7 @@ HatchEdge ReadEdge(Cursor& c, int type) {
       break;
     default:
       e.kind = HatchEdge::Kind::Spline;
-      ReadSplineEdge(c, e);
+      ReadSplineEdge(c, e, last);
       break;
   }
   return e;
@@ -166,7 +168,7 @@ void ReadEdgePath(Cursor& c, HatchLoop& loop) {
   const std::size_t count = c.Count();
   for (std::size_t i = 0; i < count && c.Code() == 72; ++i) {
     const std::int32_t type = c.Long();
-    loop.edges.push_back(ReadEdge(c, type));
+    loop.edges.push_back(ReadEdge(c, type, i + 1 == count));
   }
 }
 

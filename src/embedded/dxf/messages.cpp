@@ -80,4 +80,11 @@ std::string BlockWithoutEnd(const Place& at, std::string_view block) {
   return Where(at) + "bloc " + std::string(block) + " sans ENDBLK";
 }
 
+std::string LayoutBlockMissing(std::string_view file, std::string_view layout,
+                               std::string_view record) {
+  return std::string(ShownName(file)) + " : fichier endommagé, la présentation " + Quoted(layout) +
+         " renvoie à l'enregistrement de bloc " + std::string(record) +
+         ", absent du fichier ; son contenu est introuvable";
+}
+
 }  // namespace sheafwork::embedded::dxfmsg

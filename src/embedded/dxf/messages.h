@@ -27,6 +27,9 @@ std::string SectionNameExpected(const Place& at);
 std::string SectionWithoutEnd(const Place& at, std::string_view section);
 std::string TableWithoutEnd(const Place& at, std::string_view table);
 std::string BlockWithoutEnd(const Place& at, std::string_view block);
+/// A layout whose block record `record` (a handle) is nowhere in the file.
+std::string LayoutBlockMissing(std::string_view file, std::string_view layout,
+                               std::string_view record);
 
 /// The name the messages give a file: its path without the folders.
 std::string_view ShownName(std::string_view path);

@@ -89,7 +89,8 @@ void ReadPlotSettings(Context& ctx, const Record& r) {
 
 void ReadObjectsSection(Context& ctx, const Tag& start) {
   Record r;
-  while (ReadRecord(ctx.stream, r)) {
+  // A section that lost its ENDSEC ends where the next one starts.
+  while (!ctx.stream.AtRecord("SECTION") && ReadRecord(ctx.stream, r)) {
     if (r.type == "ENDSEC") return;
     if (r.type == "DICTIONARY" || r.type == "ACDBDICTIONARYWDFLT") {
       ReadDictionary(ctx, r);
@@ -107,6 +108,7 @@ void ReadObjectsSection(Context& ctx, const Tag& start) {
       if (const Tag* frame = r.Find(70)) ctx.drawing.header.wipeoutFrame = ctx.Short(*frame);
     }
   }
+  if (ctx.stream.AtRecord("SECTION")) return;
   throw DxfError(dxfmsg::SectionWithoutEnd(ctx.stream.PlaceOf(start), "OBJECTS"));
 }
 

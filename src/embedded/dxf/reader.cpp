@@ -22,9 +22,28 @@ bool OpensSection(Context& ctx) {
   return first == nullptr || (first->code == 0 && TrimSpaces(first->value) == "SECTION");
 }
 
+// A section whose 0/SECTION and 2/<name> tags were lost in a damaged file
+// still shows what it is by its first record: a table, or a block
+// definition.
+bool ReadHeaderlessSection(Context& ctx) {
+  const Tag* next = ctx.stream.Peek();
+  if (next == nullptr || next->code != 0) return false;
+  const std::string_view type = TrimSpaces(next->value);
+  if (type != "TABLE" && type != "BLOCK") return false;
+  const Tag start = *next;
+  if (type == "TABLE") {
+    ReadTablesSection(ctx, start);
+  } else {
+    ReadBlocksSection(ctx, start);
+  }
+  return true;
+}
+
 void ReadSections(Context& ctx) {
   Tag tag;
-  while (ctx.stream.Next(tag)) {
+  for (;;) {
+    if (ReadHeaderlessSection(ctx)) continue;
+    if (!ctx.stream.Next(tag)) return;
     if (tag.code != 0 || TrimSpaces(tag.value) != "SECTION") {
       throw DxfError(dxfmsg::SectionExpected(ctx.stream.PlaceOf(tag), tag.binary ? "" : tag.value));
     }

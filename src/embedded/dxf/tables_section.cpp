@@ -201,7 +201,8 @@ void ReadTablesSection(Context& ctx, const Tag& start) {
   std::string table;
   Tag tableStart;
   bool inTable = false;
-  while (ReadRecord(ctx.stream, r)) {
+  // A section that lost its ENDSEC ends where the next one starts.
+  while (!ctx.stream.AtRecord("SECTION") && ReadRecord(ctx.stream, r)) {
     if (r.type == "ENDSEC") return;
     if (r.type == "TABLE") {
       const Tag* name = r.Find(2);
@@ -210,10 +211,13 @@ void ReadTablesSection(Context& ctx, const Tag& start) {
       inTable = true;
     } else if (r.type == "ENDTAB") {
       inTable = false;
-    } else if (inTable) {
+    } else {
+      // A record is read by its own type, also where its table's header was
+      // lost in a damaged file.
       ReadRecordOf(ctx, r);
     }
   }
+  if (ctx.stream.AtRecord("SECTION")) return;
   if (inTable) throw DxfError(dxfmsg::TableWithoutEnd(ctx.stream.PlaceOf(tableStart), table));
   throw DxfError(dxfmsg::SectionWithoutEnd(ctx.stream.PlaceOf(start), "TABLES"));
 }

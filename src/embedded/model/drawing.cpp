@@ -69,6 +69,7 @@ const Linetype* Drawing::FindLinetype(std::string_view name) const {
 const View* Drawing::FindView(std::string_view name) const { return FindByName(views, name); }
 
 const Block* Drawing::LayoutBlock(const Layout& layout) const {
+  if (!layout.blockError.empty()) return nullptr;
   return FindBlock(layout.blockName);
 }
 

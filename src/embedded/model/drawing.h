@@ -118,6 +118,10 @@ struct Layout {
   Vec2 limMax{420, 297};
   Vec3 insBase;
   PlotSettings settings;
+  /// Why the layout's block could not be found in a damaged file (the file
+  /// and what is wrong, in French); such a layout has no block and does not
+  /// plot. Empty for a sound layout.
+  std::string blockError;
 
   bool IsModel() const { return (settings.flags & kModelType) != 0; }
 };
@@ -159,7 +163,7 @@ struct Drawing {
   const TextStyle* FindTextStyle(std::string_view name) const;
   const Linetype* FindLinetype(std::string_view name) const;
   const View* FindView(std::string_view name) const;
-  /// The block that holds a layout's entities.
+  /// The block that holds a layout's entities; null when there is none.
   const Block* LayoutBlock(const Layout& layout) const;
 
   /// Rebuilds the lookup indexes; call after changing the tables or blocks.

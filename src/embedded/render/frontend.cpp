@@ -14,6 +14,7 @@
 #include "embedded/render/text_codes.h"
 #include "embedded/render/text_drawing.h"
 #include "embedded/render/truetype_text.h"
+#include "embedded/render/wide_joins.h"
 
 namespace sheafwork::embedded {
 
@@ -345,11 +346,23 @@ void Frontend::DrawBlockReference(const Resolved& r, const Block& block, const T
     }
   }
   // Attributes are placed already: they follow the reference's own space.
-  if (insert != nullptr) {
+  // An array of references repeats them in every cell, moved as the cell is.
+  if (insert != nullptr && !insert->attributes.empty()) {
+    const Transform3 turn =
+        Transform3::Ocs(insert->extrusion) * Transform3::RotationZ(insert->rotation);
     for (const Attribute& attribute : insert->attributes) {
       if (attribute.invisible) continue;
       const Resolved ar = Resolve(attribute.props);
-      if (ar.visible) DrawText(attribute.text, parent, ar.style);
+      if (!ar.visible) continue;
+      DrawText(attribute.text, parent, ar.style);
+      int cells = 1;
+      for (int row = 0; row < rows && cells < kMaxInsertCopies; ++row) {
+        for (int col = row == 0 ? 1 : 0; col < columns && cells < kMaxInsertCopies;
+             ++col, ++cells) {
+          const Vec3 step = turn.Apply({col * insert->columnSpacing, row * insert->rowSpacing, 0});
+          DrawText(attribute.text, parent * Transform3::Translation(step), ar.style);
+        }
+      }
     }
   }
   if (clipped) PopBlockClip();
@@ -540,6 +553,23 @@ void Frontend::DrawPolyline(const Polyline& g, const Transform3& t, const Style&
     EmitPolyline(g.closed, s);
     return;
   }
+  // Each segment is a band of its own; where two wide ones meet at a turn
+  // the outer corner between them is filled (wide_joins.h).
+  struct BandEnd {
+    Vec2 direction;
+    double half = 0;
+  };
+  BandEnd previous, first;
+  const auto join = [&](const PolylineVertex& at, const BandEnd& in, const BandEnd& out) {
+    std::array<Vec2, 4> corner;
+    const std::size_t size =
+        WideJoin({at.point.x, at.point.y}, in.direction, in.half, out.direction, out.half, corner);
+    if (size == 0) return;
+    for (std::size_t k = 0; k < size; ++k) corner[k] = a.Apply(corner[k]);
+    if (!InCull({corner.data(), size})) return;
+    const int loop = static_cast<int>(size);
+    backend_.FillLoops({corner.data(), size}, {&loop, 1}, s);
+  };
   for (std::size_t i = 0; i < segments; ++i) {
     if (!g.linetypeGeneration) dasher_.Restart();
     const PolylineVertex& from = g.vertices[i];
@@ -550,6 +580,13 @@ void Frontend::DrawPolyline(const Polyline& g, const Transform3& t, const Style&
                        scale, options_.flattening);
     const double w0 = g.constantWidth > 0 ? g.constantWidth : from.startWidth;
     const double w1 = g.constantWidth > 0 ? g.constantWidth : from.endWidth;
+    const BandEnd start{RunDirection(local_, false), std::max(w0, 0.0) / 2};
+    if (i == 0) {
+      first = start;
+    } else {
+      join(from, previous, start);
+    }
+    previous = {RunDirection(local_, true), std::max(w1, 0.0) / 2};
     if (w0 <= 0 && w1 <= 0) {
       MapLocal(a);
       EmitPolyline(false, s);
@@ -557,6 +594,7 @@ void Frontend::DrawPolyline(const Polyline& g, const Transform3& t, const Style&
       DrawBand(local_, w0, w1, a, s);
     }
   }
+  if (g.closed && segments > 1) join(g.vertices[0], previous, first);
 }
 
 void Frontend::DrawSpline(const Spline& g, const Transform3& t, const Style& s) {

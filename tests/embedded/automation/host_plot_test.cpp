@@ -120,6 +120,24 @@ TEST_F(EmbeddedPlotTest, FailedPlotsReturnFalseWithTheirReasonInTheHostLog) {
   EXPECT_EQ(display->failures, log);
 }
 
+TEST_F(EmbeddedPlotTest, ALayoutWhoseBlockIsLostFailsAndTheOthersPlot) {
+  auto doc = OpenPlan(ReadDxfFile(std::string(SHEAFWORK_SOURCE_DIR) +
+                                  "/tests/data/dxf/layout-links/layout-block-missing.dxf"));
+  auto plot = doc->GetPlot();
+  Show(*doc, "Gamma");
+  EXPECT_FALSE(plot->PlotToFile(files.File("gamma.pdf"), "PDF.pc3"));
+  Show(*doc, "Alpha");
+  EXPECT_TRUE(plot->PlotToFile(files.File("alpha.pdf"), "PDF.pc3"));
+
+  const auto log = HostLog();
+  ASSERT_EQ(log.size(), 2u);
+  EXPECT_THAT(log[0], HasSubstr("présentation Gamma, périphérique PDF.pc3 : "
+                                "layout-block-missing.dxf : fichier endommagé"));
+  EXPECT_THAT(log[1], HasSubstr("Tracé : dessin " + planPath + ", présentation Alpha"));
+  ASSERT_EQ(plots.size(), 1u);
+  EXPECT_EQ(plots[0].layout, "Alpha");
+}
+
 TEST_F(EmbeddedPlotTest, SwitchingTheLogOffAndOnStartsAFreshLog) {
   auto doc = OpenPlan();
   auto plot = doc->GetPlot();
