@@ -24,11 +24,13 @@ constexpr std::uint32_t kDegreeShape = 256;
 constexpr std::uint32_t kPlusMinusShape = 257;
 constexpr std::uint32_t kDiameterShape = 258;
 
-constexpr std::array<std::string_view, 30> kStandardFonts = {
-    "txt",     "monotxt",  "simplex",  "complex", "italic",   "romans",  "romand", "romanc",
-    "romant",  "italicc",  "italict",  "scripts", "scriptc",  "greeks",  "greekc", "gothice",
-    "gothicg", "gothici",  "isocp",    "isocp2",  "isocp3",   "isoct",   "isoct2", "isoct3",
-    "iso",     "simplex8", "complex8", "romans8", "cyrillic", "cyriltlc"};
+// The text shape fonts every CAD installation has, and "standard", the
+// default font LibreCAD writes in its drawings.
+constexpr std::string_view kStandardFonts[] = {
+    "txt",     "monotxt",  "simplex",  "complex", "italic",   "romans",   "romand",  "romanc",
+    "romant",  "italicc",  "italict",  "scripts", "scriptc",  "greeks",   "greekc",  "gothice",
+    "gothicg", "gothici",  "isocp",    "isocp2",  "isocp3",   "isoct",    "isoct2",  "isoct3",
+    "iso",     "simplex8", "complex8", "romans8", "cyrillic", "cyriltlc", "standard"};
 
 std::uint64_t Key(const ShapeFile& file, std::uint32_t number, const ShapeFile* first) {
   return (static_cast<std::uint64_t>(&file == first ? 0 : 1) << 32) | number;

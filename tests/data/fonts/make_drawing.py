@@ -24,4 +24,8 @@ msp.add_text("\u0394\u03b1", dxfattribs={"style": "UNI", "height": 6, "insert": 
 msp.add_text("\u03b1", dxfattribs={"style": "ROMANS", "height": 5, "insert": (10, 70)})
 msp.add_mtext("{\\C1O}\\FUNI;\u0394", dxfattribs={"style": "TRAIT", "char_height": 6,
                                                 "insert": (40, 16), "attachment_point": 7})
+doc.header["$EXTMIN"] = (0, 0, 0)
+doc.header["$EXTMAX"] = (60, 80, 0)
+doc.header["$LIMMIN"] = (0, 0)
+doc.header["$LIMMAX"] = (60, 80)
 doc.saveas("shape_fonts.dxf")
