@@ -163,6 +163,11 @@ class TextStyle {
   /// The font or shape file the style uses, as stored in the drawing ("txt",
   /// "romans.shx", "arial.ttf" ...).
   virtual std::string FontFile() = 0;
+  /// Whether the host draws the style's text in its own font although no
+  /// file of that name is found where the plot test looks: it finds the
+  /// file its own way, or a font of its own stands in for a standard one. A
+  /// host that only uses the files themselves answers false.
+  virtual bool FontAvailable() = 0;
 };
 
 class TextStyles {

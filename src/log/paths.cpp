@@ -1,6 +1,7 @@
 #include "log/paths.h"
 
 #include <cstddef>
+#include <filesystem>
 #include <system_error>
 
 #include "text/strings.h"
@@ -91,6 +92,42 @@ std::string XrefLogName(std::string_view drawing) {
 bool IsRegularFile(const std::filesystem::path& path) {
   std::error_code ec;
   return std::filesystem::is_regular_file(path, ec);
+}
+
+namespace {
+
+std::optional<std::filesystem::path> InFolder(const std::filesystem::path& folder,
+                                              const std::string& fileName) {
+  const std::filesystem::path exact = folder / fileName;
+  if (IsRegularFile(exact)) return exact;
+  std::error_code ec;
+  std::filesystem::directory_iterator it(folder, ec);
+  if (ec) return std::nullopt;
+  std::optional<std::filesystem::path> found;
+  for (; it != std::filesystem::directory_iterator(); it.increment(ec)) {
+    if (ec) break;
+    const std::filesystem::path candidate = it->path();
+    // The first match in name order, so that the choice does not depend on
+    // the order the folder lists its files in.
+    if (EqualsIgnoreCase(candidate.filename().string(), fileName) && IsRegularFile(candidate) &&
+        (!found || candidate.filename() < found->filename())) {
+      found = candidate;
+    }
+  }
+  return found;
+}
+
+}  // namespace
+
+std::optional<std::string> FindFileAlongPath(const std::string& name,
+                                             const std::string& searchPath) {
+  const std::string bare(LastPathPart(name));
+  if (bare.empty()) return std::nullopt;
+  if (bare != name && IsRegularFile(std::filesystem::path(name))) return name;
+  for (const std::string& folder : SplitSearchPath(searchPath)) {
+    if (const auto found = InFolder(std::filesystem::path(folder), bare)) return found->string();
+  }
+  return std::nullopt;
 }
 
 }  // namespace sheafwork

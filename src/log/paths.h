@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -70,6 +71,15 @@ bool IsValidFileName(std::string_view name, PathStyle style = PathStyle::Native)
 /// The folders of a ";"-separated search path: each trimmed, empty ones
 /// skipped.
 std::vector<std::string> SplitSearchPath(const std::string& searchPath);
+
+/// The file `name` names: as given when it has a folder and that file
+/// exists, else its file name in each folder of the ";"-separated
+/// `searchPath` in turn (a file whose name differs only in letter case will
+/// do; the first in name order). A name given with a folder of another
+/// system ("C:\...\x.ctb") is looked up by its file name. nullopt when
+/// found nowhere.
+std::optional<std::string> FindFileAlongPath(const std::string& name,
+                                             const std::string& searchPath);
 
 /// The external-reference log a host writes beside a drawing: the drawing's
 /// path less its last three characters, trimmed, with "xlg" added (a name of

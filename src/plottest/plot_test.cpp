@@ -1,5 +1,6 @@
 #include "plottest/plot_test.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -270,12 +271,17 @@ class PlotTestScan {
     }
   }
 
+  // A font is missing when no file of it is found and the host has no way
+  // of its own to draw it (a stand-in for a standard shape font). Each
+  // missing font is named once per drawing, however many styles use it.
   void CheckFonts(host::Document& doc) {
     auto styles = doc.GetTextStyles();
     const std::int32_t count = styles->Count();
     std::optional<std::string> supportPath;
+    std::vector<std::u32string> reported;
     for (std::int32_t i = 0; i < count; ++i) {
-      const std::string fontFile = styles->Item(i)->FontFile();
+      auto style = styles->Item(i);
+      const std::string fontFile = style->FontFile();
       if (EqualsIgnoreCase(fontFile, "txt")) continue;
       const std::string trimmed(TrimSpaces(fontFile));
       bool found = false;
@@ -285,7 +291,11 @@ class PlotTestScan {
         if (!supportPath) supportPath = Preferences().SupportPath();
         found = FindFileWithExtendedPaths(fontFile, *supportPath);
       }
-      if (!found) Line(LoadResourceText(ids::kTestMissingFont) + trimmed);
+      if (found || style->FontAvailable()) continue;
+      std::u32string key = Folded(trimmed);
+      if (std::find(reported.begin(), reported.end(), key) != reported.end()) continue;
+      reported.push_back(std::move(key));
+      Line(LoadResourceText(ids::kTestMissingFont) + trimmed);
     }
   }
 

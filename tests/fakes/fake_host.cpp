@@ -245,6 +245,10 @@ class FakeTextStyle : public host::TextStyle {
     doc_->Record("TextStyle(" + T().name + ")", "FontFile");
     return T().fontFile;
   }
+  bool FontAvailable() override {
+    doc_->Record("TextStyle(" + T().name + ")", "FontAvailable");
+    return T().available;
+  }
 
  private:
   std::shared_ptr<FakeDocument> doc_;

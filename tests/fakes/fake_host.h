@@ -77,6 +77,7 @@ struct FakeLayerData {
 struct FakeTextStyleData {
   std::string name;
   std::string fontFile;
+  bool available = false;  ///< what FontAvailable answers
 };
 
 /// What a drawing file holds. Every Open starts from a fresh copy of it, so

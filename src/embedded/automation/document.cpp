@@ -8,6 +8,8 @@
 #include "embedded/automation/objects.h"
 #include "embedded/automation/plot_configuration.h"
 #include "embedded/automation/variables.h"
+#include "embedded/render/shape_font.h"
+#include "text/strings.h"
 
 namespace sheafwork::embedded {
 
@@ -84,6 +86,17 @@ class TextStyleObject : public host::TextStyle {
   }
   std::string FontFile() override {
     return h_([&] { return h_.doc->drawing.textStyles.at(index_).fontFile; });
+  }
+  // Our stroke font stands in for the standard shape fonts; other shape
+  // fonts count when found along the support path as the plot finds them
+  // (any letter case, ".shx" added to a name without extension).
+  bool FontAvailable() override {
+    return h_([&] {
+      const std::string& file = h_.doc->drawing.textStyles.at(index_).fontFile;
+      if (IsStandardShapeFont(file)) return true;
+      if (EndsWithIgnoreCase(TrimSpaces(file), ".ttf")) return false;
+      return !FindShapeFontFile(file, h_.core->supportPath).empty();
+    });
   }
 
  private:

@@ -149,6 +149,7 @@ class PlotObject : public host::Plot {
     job.resolutionDpi = device->config.resolutionDpi;
     job.title = drawingName + " - " + layoutName;
     job.copies = doc.copies;
+    job.fontSearchPath = core_->supportPath;
     std::string output;
     if (device->WritesFiles() || file) {
       output = OutputFile(file, *device, layoutName);

@@ -672,20 +672,34 @@ void Frontend::DrawText(const Text& g, const Transform3& t, const Style& s) {
   if ((g.generation & 4) != 0) local = local * Affine2::Scaling(1, -1);
   run.toSheet = local;
   run.text = text_;
-  bool stroke = false;
+  const ShapeFace* face = nullptr;
   if (style != nullptr) {
     run.fontFamily = style->trueTypeFamily;
     run.fontFile = style->fontFile;
-    stroke = IsShapeFont(style->trueTypeFamily, style->fontFile);
+    if (IsShapeFont(style->trueTypeFamily, style->fontFile)) face = &StyleFace(*style);
   }
-  if (stroke) {
-    DrawStrokeRun(backend_, run, s, options_.cull);
+  if (face != nullptr) {
+    DrawStrokeRun(backend_, run, s, options_.cull, *face);
   } else {
     backend_.DrawText(run, s);
   }
   TextMeasure& measure =
       options_.textMeasure != nullptr ? *options_.textMeasure : TrueTypeMeasure();
-  DrawTextToggles(backend_, g.text, run, stroke, measure, s, options_.cull);
+  DrawTextToggles(backend_, g.text, run, face, measure, s, options_.cull);
+}
+
+const ShapeFace& Frontend::StyleFace(const TextStyle& style) {
+  const auto known = styleFaces_.find(&style);
+  if (known != styleFaces_.end()) return *known->second;
+  const ShapeFace& face = FileFace(style.fontFile, &style);
+  styleFaces_.emplace(&style, &face);
+  return face;
+}
+
+const ShapeFace& Frontend::FileFace(std::string_view fontFile, const TextStyle* style) {
+  if (options_.fontSearchPath.empty()) return ShapeFace::Builtin();
+  return FindShapeFace(fontFile, style != nullptr ? style->bigFontFile : std::string_view(),
+                       options_.fontSearchPath, drawing_->header.codePage);
 }
 
 void Frontend::DrawMText(const MText& g, const Transform3& t, const Resolved& r) {
@@ -712,8 +726,13 @@ void Frontend::DrawMText(const MText& g, const Transform3& t, const Resolved& r)
     base.family = style->trueTypeFamily;
     base.file = style->fontFile;
     base.strokeFont = IsShapeFont(style->trueTypeFamily, style->fontFile);
+    if (base.strokeFont) base.shapeFace = &StyleFace(*style);
   }
-  const std::vector<MTextPiece> pieces = ParseMText(g.text, base);
+  std::vector<MTextPiece> pieces = ParseMText(g.text, base);
+  for (MTextPiece& piece : pieces) {  // shape fonts switched to with \F
+    MTextFormat& f = piece.format;
+    if (f.strokeFont && f.shapeFace == nullptr) f.shapeFace = &FileFace(f.file, style);
+  }
   TextBlock block;
   block.columnWidth = g.width > 0 ? g.width : 0;
   block.attachment = std::clamp<int>(g.attachment, 1, 9);

@@ -18,6 +18,7 @@
 #include "embedded/render/curves.h"
 #include "embedded/render/dasher.h"
 #include "embedded/render/properties.h"
+#include "embedded/render/shape_font.h"
 #include "embedded/render/text_layout.h"
 #include "embedded/render/transform.h"
 
@@ -38,6 +39,9 @@ struct FrontendOptions {
   std::shared_ptr<const PlotStyleTable> plotStyles;
   /// What multi-line text is measured with; the Qt fonts when null.
   TextMeasure* textMeasure = nullptr;
+  /// The ";"-separated folders shape font files (.shx) are looked for in;
+  /// text in a shape font found nowhere is drawn with our stroke font.
+  std::string fontSearchPath;
 };
 
 /// What the frontend left out, for the plot's report.
@@ -101,6 +105,9 @@ class Frontend {
   void DrawSolid(const Solid& g, const Transform3& t, const Style& s);
   void DrawFace(const Face3d& g, const Transform3& t, const Style& s);
   void DrawText(const Text& g, const Transform3& t, const Style& s);
+  /// The face of a text style in a shape font, found once per style.
+  const ShapeFace& StyleFace(const TextStyle& style);
+  const ShapeFace& FileFace(std::string_view fontFile, const TextStyle* style);
   /// Multi-line text; its inline colours plot through the plot style table
   /// as the entity's own colour does.
   void DrawMText(const MText& g, const Transform3& t, const Resolved& r);
@@ -150,6 +157,7 @@ class Frontend {
   FrontendStats stats_;
 
   std::unordered_map<std::string_view, LayerLook> looks_;
+  std::unordered_map<const TextStyle*, const ShapeFace*> styleFaces_;
   std::vector<std::string> viewportFrozen_;  ///< name keys
   std::vector<BlockContext> blocks_;
   std::vector<const Block*> activeBlocks_;

@@ -43,6 +43,7 @@ void ApplyFont(std::string_view arg, MTextFormat& f, bool shapeFile) {
   const std::size_t bar = arg.find('|');
   const std::string_view name = arg.substr(0, bar);
   if (!name.empty()) {
+    f.shapeFace = nullptr;  // the caller finds the new font's
     if (shapeFile) {
       f.file = std::string(name);
       f.family.clear();
@@ -248,6 +249,9 @@ class Reader {
         return;
       case 'f':
       case 'F':
+      case 'p':
+        ApplyCode(code, Argument(), format_);
+        return;
       case 'H':
       case 'h':
       case 'W':
@@ -260,8 +264,7 @@ class Reader {
       case 'c':
       case 'A':
       case 'a':
-      case 'p':
-        ApplyCode(code, Argument(), format_);
+        ApplyCode(code, NumericArgument(code), format_);
         return;
       default:
         return;  // an unknown code: dropped
@@ -274,6 +277,39 @@ class Reader {
     const std::size_t stop = end == std::string_view::npos ? text_.size() : end;
     const std::string_view arg = text_.substr(i_, stop - i_);
     i_ = end == std::string_view::npos ? text_.size() : end + 1;
+    return arg;
+  }
+
+  // The argument of a code that takes a number: the number (with the "x"
+  // of a relative size) and the ';' after it, which writers sometimes leave
+  // out ("\C1red"); what follows the number is text again. Without a
+  // number, everything up to the ';' as for other codes.
+  std::string_view NumericArgument(char code) {
+    std::size_t k = i_;
+    auto digits = [&] {
+      const std::size_t from = k;
+      while (k < text_.size() && std::isdigit(static_cast<unsigned char>(text_[k]))) ++k;
+      return k > from;
+    };
+    if (k < text_.size() && (text_[k] == '+' || text_[k] == '-')) ++k;
+    bool number = digits();
+    if (k < text_.size() && text_[k] == '.') {
+      ++k;
+      number = digits() || number;
+    }
+    if (!number) return Argument();
+    if (k + 1 < text_.size() && (text_[k] == 'e' || text_[k] == 'E')) {
+      std::size_t e = k + 1;
+      if (e < text_.size() && (text_[e] == '+' || text_[e] == '-')) ++e;
+      if (e < text_.size() && std::isdigit(static_cast<unsigned char>(text_[e]))) {
+        k = e;
+        digits();
+      }
+    }
+    const bool relative = code == 'H' || code == 'W' || code == 'T';
+    if (relative && k < text_.size() && (text_[k] == 'x' || text_[k] == 'X')) ++k;
+    const std::string_view arg = text_.substr(i_, k - i_);
+    i_ = k < text_.size() && text_[k] == ';' ? k + 1 : k;
     return arg;
   }
 
@@ -365,22 +401,16 @@ class Reader {
     return true;
   }
 
-  bool Caret() {  // ^J line break, ^I tab, ^M ignored, "^ " a caret
+  bool Caret() {  // ^J line break, ^I tab, "^ " a caret, other control characters ignored
     if (i_ + 1 >= text_.size()) return false;
-    switch (text_[i_ + 1]) {
-      case 'J':
-        Paragraph();
-        break;
-      case 'I':
-        AppendByte(' ');
-        break;
-      case 'M':
-        break;
-      case ' ':
-        AppendByte('^');
-        break;
-      default:
-        return false;
+    const std::optional<char> c = CaretCharacter(text_[i_ + 1]);
+    if (!c) return false;
+    if (*c == '\n') {
+      Paragraph();
+    } else if (*c == '\t') {
+      AppendByte(' ');
+    } else if (*c == '^') {
+      AppendByte('^');
     }
     i_ += 2;
     return true;

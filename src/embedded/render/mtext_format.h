@@ -10,11 +10,15 @@
 
 namespace sheafwork::embedded {
 
+class ShapeFace;
+
 /// The look of a stretch of multi-line text.
 struct MTextFormat {
   std::string family;       ///< TrueType family (\f), empty for the style's font
   std::string file;         ///< font file (the style's, or \F)
-  bool strokeFont = false;  ///< a shape font: drawn with our stroke font
+  bool strokeFont = false;  ///< a shape font: drawn as strokes
+  /// The shape font's face when `strokeFont`; our stroke font alone when null.
+  const ShapeFace* shapeFace = nullptr;
   bool bold = false;
   bool italic = false;
   double height = 1;  ///< cap height in drawing units

@@ -43,6 +43,7 @@ FrontendOptions SheetFrontendOptions(const PlotJob& job, const SheetLayout& shee
   if (s.Has(kPlotPlotStyles)) fo.plotStyles = job.plotStyles;
   fo.cull = cull;
   fo.viewportsFirst = s.Has(kDrawViewportsFirst);
+  fo.fontSearchPath = job.fontSearchPath;
   return fo;
 }
 

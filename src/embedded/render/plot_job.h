@@ -34,6 +34,9 @@ struct PlotJob {
   /// plot styles; none when null.
   std::shared_ptr<const PlotStyleTable> plotStyles;
   int copies = 1;  ///< printers: the number of copies the printer makes
+  /// The ";"-separated folders shape font files are looked for in (the
+  /// host's support path).
+  std::string fontSearchPath;
 };
 
 /// The plot could not be made; the message says why, in French, for the

@@ -209,13 +209,8 @@ const StrokeGlyph& StrokeFont::GlyphOrPlaceholder(char32_t code) const {
 }
 
 double StrokeFont::Advance(std::string_view text, double tracking) const {
-  double width = 0;
-  for (std::size_t i = 0; i < text.size();) {
-    const DecodedChar c = DecodeUtf8(text, i);
-    i += c.length;
-    width += GlyphOrPlaceholder(c.valid ? c.codePoint : 0xFFFD).advance * tracking;
-  }
-  return width;
+  return LaidAdvance(text, tracking,
+                     [this](char32_t c) -> const StrokeGlyph& { return GlyphOrPlaceholder(c); });
 }
 
 void StrokeFont::AppendStrokes(std::string_view text, double tracking, std::vector<Vec2>& points,
@@ -232,19 +227,8 @@ void StrokeFont::AppendStrokes(std::string_view text, double tracking, std::vect
 }
 
 Box2 StrokeFont::Bounds(std::string_view text, double tracking) const {
-  Box2 box;
-  double x = 0;
-  for (std::size_t i = 0; i < text.size();) {
-    const DecodedChar c = DecodeUtf8(text, i);
-    i += c.length;
-    const StrokeGlyph& glyph = GlyphOrPlaceholder(c.valid ? c.codePoint : 0xFFFD);
-    if (!glyph.box.Empty()) {
-      box.Extend(Vec2{glyph.box.min.x + x, glyph.box.min.y});
-      box.Extend(Vec2{glyph.box.max.x + x, glyph.box.max.y});
-    }
-    x += glyph.advance * tracking;
-  }
-  return box;
+  return LaidBounds(text, tracking,
+                    [this](char32_t c) -> const StrokeGlyph& { return GlyphOrPlaceholder(c); });
 }
 
 bool IsShapeFont(std::string_view family, std::string_view fontFile) {

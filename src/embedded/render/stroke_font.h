@@ -11,6 +11,7 @@
 
 #include "embedded/model/geometry.h"
 #include "embedded/render/box.h"
+#include "text/utf8.h"
 
 namespace sheafwork::embedded {
 
@@ -19,12 +20,14 @@ struct GlyphSource;
 struct MarkSource;
 }  // namespace stroke_data
 
-/// One glyph, in cap heights: `sizes` splits `points` into open polylines.
+/// One glyph, in cap heights: `sizes` splits `points` into open polylines,
+/// or into loops to fill (odd-even) when `filled`.
 struct StrokeGlyph {
   double advance = 0;
   std::vector<Vec2> points;
   std::vector<int> sizes;
-  Box2 box;  ///< around `points`; empty when the glyph has none
+  Box2 box;             ///< around `points`; empty when the glyph has none
+  bool filled = false;  ///< a TrueType glyph standing in for a missing character
 };
 
 class StrokeFont {
@@ -72,6 +75,38 @@ class StrokeFont {
   int ascii_[128];
   StrokeGlyph placeholder_;
 };
+
+/// Width of `text` (UTF-8, one line) in cap heights, each character's
+/// glyph given by `glyphOf(code)`; `tracking` scales every advance.
+template <typename GlyphOf>
+double LaidAdvance(std::string_view text, double tracking, GlyphOf&& glyphOf) {
+  double width = 0;
+  for (std::size_t i = 0; i < text.size();) {
+    const DecodedChar c = DecodeUtf8(text, i);
+    i += c.length;
+    width += glyphOf(c.valid ? c.codePoint : 0xFFFD).advance * tracking;
+  }
+  return width;
+}
+
+/// The box around the glyphs of `text` laid from the origin along +x, from
+/// the glyphs' own boxes; empty when there is none.
+template <typename GlyphOf>
+Box2 LaidBounds(std::string_view text, double tracking, GlyphOf&& glyphOf) {
+  Box2 box;
+  double x = 0;
+  for (std::size_t i = 0; i < text.size();) {
+    const DecodedChar c = DecodeUtf8(text, i);
+    i += c.length;
+    const StrokeGlyph& glyph = glyphOf(c.valid ? c.codePoint : 0xFFFD);
+    if (!glyph.box.Empty()) {
+      box.Extend(Vec2{glyph.box.min.x + x, glyph.box.min.y});
+      box.Extend(Vec2{glyph.box.max.x + x, glyph.box.max.y});
+    }
+    x += glyph.advance * tracking;
+  }
+  return box;
+}
 
 /// Whether a text style's font is a shape font we draw with the stroke font:
 /// no TrueType family and a font file that is empty, has no extension, or

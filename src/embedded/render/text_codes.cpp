@@ -4,8 +4,25 @@
 
 namespace sheafwork::embedded {
 
+std::optional<char> CaretCharacter(char next) {
+  if (next == ' ') return '^';
+  if (next >= '@' && next <= '_') return static_cast<char>(next - '@');
+  return std::nullopt;
+}
+
 void AppendWithSpecialCodes(std::string_view text, std::string& out) {
   for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '^' && i + 1 < text.size()) {
+      if (const std::optional<char> c = CaretCharacter(text[i + 1])) {
+        if (*c == '\t') {
+          out.push_back(' ');
+        } else if (*c == '^') {
+          out.push_back('^');
+        }
+        ++i;
+        continue;
+      }
+    }
     if (text[i] != '%' || i + 2 >= text.size() || text[i + 1] != '%') {
       out.push_back(text[i]);
       continue;

@@ -28,16 +28,15 @@ Affine2 GlyphMap(double xScale, double yScale, double obliqueDegrees, Vec2 origi
 
 }  // namespace
 
-void DrawStrokeLine(Backend& backend, std::string_view text, double tracking,
+void DrawStrokeLine(Backend& backend, const ShapeFace& face, std::string_view text, double tracking,
                     const Affine2& glyphToSheet, const Style& style,
                     const std::optional<Box2>& cull) {
-  const StrokeFont& font = StrokeFont::Get();
   // A cheap bound first, from the glyphs' boxes: a text wholly outside is
   // left out before any stroke is made, one wholly inside needs no box of
   // its own.
   bool inside = true;
   if (cull) {
-    const Box2 bound = font.Bounds(text, tracking);
+    const Box2 bound = face.Bounds(text, tracking);
     if (bound.Empty()) return;
     const Box2 mapped = MappedBox(glyphToSheet, bound);
     if (!mapped.Intersects(*cull)) return;
@@ -47,15 +46,19 @@ void DrawStrokeLine(Backend& backend, std::string_view text, double tracking,
   thread_local GlyphStrokeCache glyphs;
   thread_local std::vector<Vec2> points;
   thread_local std::vector<int> sizes;
+  thread_local std::vector<Vec2> filledPoints;
+  thread_local std::vector<int> filledSizes;
   points.clear();
   sizes.clear();
+  filledPoints.clear();
+  filledSizes.clear();
   glyphs.Use(glyphToSheet);
   Box2 box;
   double x = 0;
   for (std::size_t i = 0; i < text.size();) {
     const DecodedChar c = DecodeUtf8(text, i);
     i += c.length;
-    const StrokeGlyph& glyph = font.GlyphOrPlaceholder(c.valid ? c.codePoint : 0xFFFD);
+    const StrokeGlyph& glyph = face.Glyph(c.valid ? c.codePoint : 0xFFFD);
     const Vec2 origin = glyphToSheet.Apply({x, 0});
     x += glyph.advance * tracking;
     const GlyphStrokeCache::Strokes strokes = glyphs.Get(glyph);
@@ -64,10 +67,12 @@ void DrawStrokeLine(Backend& backend, std::string_view text, double tracking,
       box.Extend(Vec2{strokes.box.min.x + origin.x, strokes.box.min.y + origin.y});
       box.Extend(Vec2{strokes.box.max.x + origin.x, strokes.box.max.y + origin.y});
     }
-    for (const Vec2& p : strokes.points) points.push_back({p.x + origin.x, p.y + origin.y});
-    sizes.insert(sizes.end(), strokes.sizes.begin(), strokes.sizes.end());
+    std::vector<Vec2>& to = glyph.filled ? filledPoints : points;
+    for (const Vec2& p : strokes.points) to.push_back({p.x + origin.x, p.y + origin.y});
+    std::vector<int>& toSizes = glyph.filled ? filledSizes : sizes;
+    toSizes.insert(toSizes.end(), strokes.sizes.begin(), strokes.sizes.end());
   }
-  if (sizes.empty()) return;
+  if (sizes.empty() && filledSizes.empty()) return;
   if (!inside && !box.Intersects(*cull)) return;
   std::size_t first = 0;
   for (const int size : sizes) {
@@ -75,10 +80,11 @@ void DrawStrokeLine(Backend& backend, std::string_view text, double tracking,
     backend.DrawPolyline(std::span<const Vec2>(points).subspan(first, n), false, style);
     first += n;
   }
+  if (!filledSizes.empty()) backend.FillLoops(filledPoints, filledSizes, style);
 }
 
 void DrawStrokeRun(Backend& backend, const TextRun& run, const Style& style,
-                   const std::optional<Box2>& cull) {
+                   const std::optional<Box2>& cull, const ShapeFace& face) {
   // Reused from run to run; DrawStrokeLine does not come back here.
   thread_local std::vector<std::string_view> lines;
   thread_local std::vector<double> widths;
@@ -92,19 +98,19 @@ void DrawStrokeRun(Backend& backend, const TextRun& run, const Style& style,
     if (nl == std::string_view::npos) break;
     rest.remove_prefix(nl + 1);
   }
-  const StrokeFont& font = StrokeFont::Get();
-  for (std::string_view line : lines) widths.push_back(font.Advance(line, run.tracking));
+  for (std::string_view line : lines) widths.push_back(face.Advance(line, run.tracking));
   placements.assign(lines.size(), LinePlacement{});
   const RunPlacement p = PlaceRun(run, kStrokeMetrics, widths, placements);
   for (std::size_t i = 0; i < lines.size(); ++i) {
     const Affine2 glyph =
         GlyphMap(p.xScale, p.yScale, run.obliqueDegrees, {placements[i].x, placements[i].baseline});
-    DrawStrokeLine(backend, lines[i], run.tracking, run.toSheet * glyph, style, cull);
+    DrawStrokeLine(backend, face, lines[i], run.tracking, run.toSheet * glyph, style, cull);
   }
 }
 
-void DrawTextToggles(Backend& backend, std::string_view raw, const TextRun& run, bool stroke,
-                     TextMeasure& measure, const Style& style, const std::optional<Box2>& cull) {
+void DrawTextToggles(Backend& backend, std::string_view raw, const TextRun& run,
+                     const ShapeFace* face, TextMeasure& measure, const Style& style,
+                     const std::optional<Box2>& cull) {
   // The plain text piece by piece between the toggles, as AppendWithSpecialCodes reads it.
   struct Mark {
     std::size_t at;  ///< plain bytes before the toggle
@@ -129,15 +135,16 @@ void DrawTextToggles(Backend& backend, std::string_view raw, const TextRun& run,
   if (marks.empty()) return;
   AppendWithSpecialCodes(raw.substr(from), plain);
 
-  const FontFace face{run.fontFamily, run.fontFile, run.bold, run.italic};
+  const FontFace trueType{run.fontFamily, run.fontFile, run.bold, run.italic};
   auto width = [&](std::size_t bytes) {
     const std::string_view text = std::string_view(plain).substr(0, bytes);
-    return stroke ? StrokeFont::Get().Advance(text, run.tracking)
-                  : measure.Advance(face, text) * run.tracking;
+    return face != nullptr ? face->Advance(text, run.tracking)
+                           : measure.Advance(trueType, text) * run.tracking;
   };
   const double widths[1] = {width(plain.size())};
   LinePlacement line[1];
-  const FontMetrics metrics{1.0, stroke ? kStrokeMetrics.descent : measure.Descent(face)};
+  const FontMetrics metrics{1.0,
+                            face != nullptr ? kStrokeMetrics.descent : measure.Descent(trueType)};
   const RunPlacement p = PlaceRun(run, metrics, widths, line);
   std::vector<Vec2> pairs;
   for (const char kind : {'u', 'o', 'k'}) {
@@ -178,7 +185,8 @@ void DrawFormattedText(Backend& backend, const ShapedText& shaped, const Affine2
     if (r.stroke) {
       const Affine2 glyph =
           GlyphMap(f.height * f.widthFactor, f.height, f.obliqueDegrees, r.origin);
-      DrawStrokeLine(backend, r.text, f.tracking, toSheet * glyph, s, cull);
+      const ShapeFace& face = f.shapeFace != nullptr ? *f.shapeFace : ShapeFace::Builtin();
+      DrawStrokeLine(backend, face, r.text, f.tracking, toSheet * glyph, s, cull);
       continue;
     }
     TextRun run;

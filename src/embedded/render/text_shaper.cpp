@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "embedded/render/stroke_font.h"
+#include "embedded/render/shape_font.h"
 
 namespace sheafwork::embedded {
 
@@ -285,7 +285,10 @@ class Shaper {
 double FormattedWidth(std::string_view text, const MTextFormat& f, TextMeasure& measure) {
   if (text.empty()) return 0;
   const double scale = f.height * f.widthFactor;
-  if (IsStroke(f)) return StrokeFont::Get().Advance(text, f.tracking) * scale;
+  if (IsStroke(f)) {
+    const ShapeFace& face = f.shapeFace != nullptr ? *f.shapeFace : ShapeFace::Builtin();
+    return face.Advance(text, f.tracking) * scale;
+  }
   return measure.Advance({f.family, f.file, f.bold, f.italic}, text) * f.tracking * scale;
 }
 

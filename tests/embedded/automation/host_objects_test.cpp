@@ -374,3 +374,27 @@ TEST_F(EmbeddedHostTest, SaveAsWritesTheDrawingUnderTheNewName) {
 
 }  // namespace
 }  // namespace sheafwork::embedded
+
+namespace sheafwork::embedded {
+namespace {
+
+// The plot test asks the host about fonts it finds no file of: ours draws
+// the standard shape fonts with its stroke font, and finds shape fonts
+// along its support path in any letter case, ".shx" added.
+TEST_F(EmbeddedHostTest, AFontIsAvailableWhenFoundOnTheSupportPathOrStandard) {
+  const std::string fonts = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/fonts";
+  auto doc = Open(AddDrawing("Polices.dxf", ReadDxfFile(fonts + "/shape_fonts.dxf")));
+  std::dynamic_pointer_cast<EmbeddedPreferences>(Host()->GetPreferences())->SetSupportPath(fonts);
+  const std::map<std::string, bool> expected = {{"Standard", true}, {"TRAIT", true},
+                                                {"UNI", true},      {"ROMANS", true},
+                                                {"PERDU", false},   {"ARIAL", false}};
+  auto styles = doc->GetTextStyles();
+  std::map<std::string, bool> available;
+  for (std::int32_t i = 0; i < styles->Count(); ++i) {
+    available[styles->Item(i)->Name()] = styles->Item(i)->FontAvailable();
+  }
+  EXPECT_EQ(available, expected);
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded

@@ -60,6 +60,12 @@ TEST(MTextFormatTest, CharactersBreaksAndStacks) {
       {"{a{b}c}}d{", "abcd"},      // unbalanced braces
       {"fin\\", "fin"},
       {"a^Jb^Mc^ d^Ie", "a|bc^d e"},
+      {"a^@b", "ab"},  // other control characters are not shown
+      // Numeric codes whose ';' was left out end with their number.
+      {"\\C1rouge; suite", "rouge; suite"},
+      {"\\H2.5xgrand\\W0.8étroit\\Q15penché\\T1.2large\\A1milieu",
+       "grand\xC3\xA9troitpench\xC3\xA9largemilieu"},
+      {"\\c255bleu", "bleu"},
       {"\\M+18140x", "\xEF\xBF\xBDx"},  // no code page: a missing character
       {"\\A1;\\pxqc;\\H3x;\\W2;\\Q10;\\T2;\\C3;\\c0;\\fA;\\FB;texte", "texte"},
   };
@@ -78,6 +84,10 @@ TEST(MTextFormatTest, CodesChangeTheFormatOfWhatFollows) {
       {"\\H3;a\\H0.5x;b", 1, [](const MTextFormat& f) { return f.height == 1.5; }},
       {"\\H-2;\\H0;\\Habc;x", 0, [](const MTextFormat& f) { return f.height == 2.5; }},
       {"\\C1;r\\C256;l", 0, [](const MTextFormat& f) { return f.rgb == 0xFF0000u; }},
+      {"\\C1r\\C256l", 0, [](const MTextFormat& f) { return f.rgb == 0xFF0000u; }},
+      {"\\C1r\\C256l", 1, [](const MTextFormat& f) { return !f.rgb.has_value(); }},
+      {"\\H2xa", 0, [](const MTextFormat& f) { return f.height == 5; }},
+      {"\\Q-10.5e1a", 0, [](const MTextFormat& f) { return f.obliqueDegrees == -85; }},
       {"\\C1;r\\C256;l", 1, [](const MTextFormat& f) { return !f.rgb.has_value(); }},
       {"\\C5;r\\C0;b", 1, [](const MTextFormat& f) { return !f.rgb.has_value(); }},
       {"\\C999;x", 0, [](const MTextFormat& f) { return !f.rgb.has_value(); }},

@@ -21,6 +21,11 @@ TEST(TextCodesTest, SpecialCodesAreReplaced) {
        "0.1 100%"},
       {"%%uSouligné%%u", "Soulign\xC3\xA9"},
       {"50%", "50%"},
+      // Control characters in caret notation: a tab is a blank, "^ " a
+      // caret, line breaks have no place in one line; other carets stay.
+      {"a^Ib^Jc^Md^ e", "a bcd^e"},
+      {"x^2 ^", "x^2 ^"},
+      {"^@^[z", "z"},
   };
   for (const Case& c : cases) {
     std::string out;

@@ -144,7 +144,7 @@ TEST(TextDrawingTest, StrokeTextIsLeftOutOnlyWhenNoneOfItsStrokesReachesTheCullB
   };
   const auto draw = [](const Affine2& map, const std::optional<Box2>& cull) {
     RecordingBackend rec;
-    DrawStrokeLine(rec, "Coupe A-A", 1.1, map, Style{}, cull);
+    DrawStrokeLine(rec, ShapeFace::Builtin(), "Coupe A-A", 1.1, map, Style{}, cull);
     return rec.items;
   };
   for (const Affine2& map : maps) {

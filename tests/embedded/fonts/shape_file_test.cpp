@@ -1,0 +1,83 @@
+// Compiled shape files: the three kinds read from our test fonts
+// (tests/data/fonts, compiled by compile_shapes.py), and damaged files
+// refused with the file's name.
+
+#include "embedded/fonts/shape_file.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+namespace sheafwork::embedded {
+namespace {
+
+std::string FontPath(const std::string& name) {
+  return std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/fonts/" + name;
+}
+
+std::vector<std::uint8_t> Bytes(const std::string& name) {
+  std::ifstream in(FontPath(name), std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+TEST(ShapeFileTest, EachKindGivesItsHeightsAndShapesWithoutTheirNames) {
+  struct Case {
+    const char* file;
+    ShapeFileKind kind;
+    int above, below;
+    std::size_t shapes;
+    std::uint32_t number;                ///< a shape to look at
+    std::vector<std::uint8_t> expected;  ///< its bytes
+  };
+  const Case cases[] = {
+      {"trait.shx", ShapeFileKind::Shapes, 6, 2, 12, 128, {0x40, 0}},
+      {"uni.shx", ShapeFileKind::Unifont, 6, 2, 3, 0x394, {7, 0, 0x41, 0}},
+      {"big.shx", ShapeFileKind::BigFont, 8, 2, 1, 0xD6D0, {2, 8, 1, 0, 1, 8, 0, 8}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.file);
+    const ShapeFile file = ShapeFile::Read(FontPath(c.file));
+    EXPECT_EQ(file.Kind(), c.kind);
+    EXPECT_TRUE(file.IsFont());
+    EXPECT_EQ(file.Above(), c.above);
+    EXPECT_EQ(file.Below(), c.below);
+    EXPECT_EQ(file.ShapeCount(), c.shapes);
+    const auto shape = file.Shape(c.number);
+    ASSERT_GE(shape.size(), c.expected.size());
+    EXPECT_EQ(std::vector<std::uint8_t>(shape.begin(), shape.begin() + c.expected.size()),
+              c.expected);
+    EXPECT_TRUE(file.Shape(0x7777).empty());
+  }
+  const ShapeFile big = ShapeFile::Read(FontPath("big.shx"));
+  EXPECT_TRUE(big.IsLeadByte(0xD6));
+  EXPECT_FALSE(big.IsLeadByte(0x41));
+}
+
+// Every file cut short, or that is not a shape file, is refused with a
+// message naming it; none is read past its end.
+TEST(ShapeFileTest, DamagedFilesAreRefusedWithTheirName) {
+  for (const char* name : {"trait.shx", "uni.shx", "big.shx"}) {
+    const std::vector<std::uint8_t> whole = Bytes(name);
+    ASSERT_FALSE(whole.empty()) << name;
+    // Cut anywhere inside the index or the shapes; the last byte of each
+    // file is its last shape's end, which the file must hold too.
+    for (std::size_t size = 0; size + 1 < whole.size(); ++size) {
+      SCOPED_TRACE(std::string(name) + " cut at " + std::to_string(size));
+      std::vector<std::uint8_t> cut(whole.begin(), whole.begin() + static_cast<long>(size));
+      try {
+        ShapeFile::Parse(std::move(cut), "abime.shx");
+        ADD_FAILURE() << "read although cut short";
+      } catch (const ShapeFileError& error) {
+        EXPECT_NE(std::string(error.what()).find("abime.shx"), std::string::npos);
+      }
+    }
+  }
+  EXPECT_THROW(ShapeFile::Read(FontPath("absent.shx")), ShapeFileError);
+  EXPECT_THROW(ShapeFile::Read(FontPath("trait.shp")), ShapeFileError);  // the source
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded
