@@ -1,6 +1,5 @@
 #include "plottest/plot_test.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -272,13 +271,12 @@ class PlotTestScan {
   }
 
   // A font is missing when no file of it is found and the host has no way
-  // of its own to draw it (a stand-in for a standard shape font). Each
-  // missing font is named once per drawing, however many styles use it.
+  // of its own to draw it (a stand-in for a standard shape font). Each style
+  // is checked on its own: two styles of one missing font give two lines.
   void CheckFonts(host::Document& doc) {
     auto styles = doc.GetTextStyles();
     const std::int32_t count = styles->Count();
     std::optional<std::string> supportPath;
-    std::vector<std::u32string> reported;
     for (std::int32_t i = 0; i < count; ++i) {
       auto style = styles->Item(i);
       const std::string fontFile = style->FontFile();
@@ -292,9 +290,6 @@ class PlotTestScan {
         found = FindFileWithExtendedPaths(fontFile, *supportPath);
       }
       if (found || style->FontAvailable()) continue;
-      std::u32string key = Folded(trimmed);
-      if (std::find(reported.begin(), reported.end(), key) != reported.end()) continue;
-      reported.push_back(std::move(key));
       Line(LoadResourceText(ids::kTestMissingFont) + trimmed);
     }
   }

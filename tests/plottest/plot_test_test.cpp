@@ -113,7 +113,7 @@ TEST_F(PlotTestScanTest, EveryCheckOfAListGivesItsLinesInRowOrder) {
   plan.AddLayout("Présentation1");
   plan.AddPageSetup("A3");
   // A font the host draws without the file (its stand-in for a standard
-  // shape font) is not missing; a missing one is named once per drawing.
+  // shape font) is not missing; a missing one is named once per style.
   plan.textStyles = {
       {"Standard", "txt"},       {"Titre", "TXT"},          {"Cotes", "ARIAL.TTF"},
       {"Notes", " absente.ttf"}, {"Plan", "romans.shx"},    {"Vieux", "perdue.shx"},
@@ -173,6 +173,8 @@ TEST_F(PlotTestScanTest, EveryCheckOfAListGivesItsLinesInRowOrder) {
       "ERREUR:  XREF manquante: XRÉF Cave: INTROUVABLE",
       "ERREUR: POLICE/FORME manquante: absente.ttf",
       "ERREUR: POLICE/FORME manquante: perdue.shx",
+      "ERREUR: POLICE/FORME manquante: PERDUE.shx",
+      "ERREUR: POLICE/FORME manquante: absente.ttf",
       "   Vérification " + Path("Coupe.dwg"),
       XrefWarning(Path("Coupe.xlg")),
       "ERREUR: Présentation <Présentation9> introuvable dans le dessin",
