@@ -47,6 +47,10 @@ struct EmbeddedHostOptions {
   /// The DWG converter; nullopt: the environment variable
   /// SHEAFWORK_DWG_CONVERTER (none when unset or empty).
   std::optional<std::string> dwgConverter;
+  /// The device that plots a layout whose own device is "Aucun" or missing
+  /// from this machine; nullopt: the environment variable
+  /// SHEAFWORK_FALLBACK_DEVICE, else "PDF.pc3".
+  std::optional<std::string> fallbackDevice;
   /// A PDF file that also receives every sheet the host plots, one page
   /// each in plot order, written when the batch ends or the host quits.
   /// Empty: none. The host cannot start when the file cannot be created.
@@ -74,6 +78,10 @@ class EmbeddedPreferences : public host::Preferences {
   /// `<converter> <drawing> <output.dxf>` without a shell; empty for none.
   virtual std::string DwgConverter() = 0;
   virtual void SetDwgConverter(const std::string& converter) = 0;
+  /// The device that plots a layout whose own device is "Aucun" or that
+  /// this machine does not have, on the same paper ("PDF.pc3" unless set).
+  virtual std::string FallbackDevice() = 0;
+  virtual void SetFallbackDevice(const std::string& device) = 0;
 };
 
 }  // namespace sheafwork::embedded

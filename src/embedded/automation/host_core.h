@@ -73,6 +73,8 @@ class HostCore {
   std::string logFilePath;
   bool logFileOn = false;
   std::string dwgConverter;
+  /// Plots the layouts whose own device is "Aucun" or missing here.
+  std::string fallbackDevice;
   BatchState batch;
   /// The combined PDF when the options name one (closed once the batch
   /// ends or the host quits).

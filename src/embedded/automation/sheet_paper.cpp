@@ -1,0 +1,45 @@
+#include "embedded/automation/sheet_paper.h"
+
+#include <cmath>
+#include <cstdio>
+
+namespace sheafwork::embedded {
+
+void UsePaper(PlotSettings& settings, const Paper& paper) {
+  settings.mediaName = paper.name;
+  settings.paperWidth = paper.width;
+  settings.paperHeight = paper.height;
+  settings.marginLeft = paper.marginLeft;
+  settings.marginBottom = paper.marginBottom;
+  settings.marginRight = paper.marginRight;
+  settings.marginTop = paper.marginTop;
+}
+
+bool HasUsablePaper(const PlotSettings& settings) {
+  return settings.paperWidth > 0 && settings.paperHeight > 0 &&
+         std::isfinite(settings.paperWidth) && std::isfinite(settings.paperHeight);
+}
+
+PaperFit FitPaperToDevice(PlotSettings& settings, const PlotterConfig& config) {
+  const bool usable = HasUsablePaper(settings);
+  const Paper* paper = config.MatchPaper(settings.mediaName, usable ? settings.paperWidth : 0,
+                                         usable ? settings.paperHeight : 0);
+  if (paper != nullptr) {
+    UsePaper(settings, *paper);
+    return PaperFit::Matched;
+  }
+  if (usable) return PaperFit::Kept;
+  paper = config.DefaultPaper();
+  if (paper == nullptr) return PaperFit::None;
+  UsePaper(settings, *paper);
+  return PaperFit::Default;
+}
+
+std::string PaperForLog(const PlotSettings& settings) {
+  if (!settings.mediaName.empty()) return settings.mediaName;
+  char size[64];
+  std::snprintf(size, sizeof size, "%g x %g mm", settings.paperWidth, settings.paperHeight);
+  return size;
+}
+
+}  // namespace sheafwork::embedded
