@@ -167,7 +167,7 @@ class PlotObject : public host::Plot {
     // The layout's own sheet on its own device; on another device the
     // device's paper of that name or size. A layout never set up gets the
     // default paper of the device it ends up with.
-    if (standsIn || deviceName != layout.settings.configName || !HasUsablePaper(job.settings)) {
+    if (standsIn || deviceName != layout.settings.configName || !job.settings.HasUsablePaper()) {
       const std::string stored = PaperForLog(job.settings);
       if (FitPaperToDevice(job.settings, device->config) == PaperFit::Default) {
         core_->WriteLog(logFile, msg::DefaultPaperUsed(doc.fullName, layoutName, stored,

@@ -1,6 +1,5 @@
 #include "embedded/automation/sheet_paper.h"
 
-#include <cmath>
 #include <cstdio>
 
 namespace sheafwork::embedded {
@@ -15,13 +14,8 @@ void UsePaper(PlotSettings& settings, const Paper& paper) {
   settings.marginTop = paper.marginTop;
 }
 
-bool HasUsablePaper(const PlotSettings& settings) {
-  return settings.paperWidth > 0 && settings.paperHeight > 0 &&
-         std::isfinite(settings.paperWidth) && std::isfinite(settings.paperHeight);
-}
-
 PaperFit FitPaperToDevice(PlotSettings& settings, const PlotterConfig& config) {
-  const bool usable = HasUsablePaper(settings);
+  const bool usable = settings.HasUsablePaper();
   const Paper* paper = config.MatchPaper(settings.mediaName, usable ? settings.paperWidth : 0,
                                          usable ? settings.paperHeight : 0);
   if (paper != nullptr) {

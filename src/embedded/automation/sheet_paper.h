@@ -15,9 +15,6 @@ namespace sheafwork::embedded {
 /// Puts `paper` (name, size and margins) into `settings`.
 void UsePaper(PlotSettings& settings, const Paper& paper);
 
-/// True when the settings' paper has a usable size.
-bool HasUsablePaper(const PlotSettings& settings);
-
 /// What FitPaperToDevice did.
 enum class PaperFit {
   Matched,  ///< the device's paper of that name or size
