@@ -27,6 +27,8 @@ constexpr const char* kFooter =
     "L'hôte embarqué lit les dessins DXF ; il ouvre les .dwg et .dwt en les convertissant\n"
     "en DXF par son convertisseur dwg2dxf (il faut Node.js), ou par celui que nomme\n"
     "SHEAFWORK_DWG_CONVERTER (lancé comme « convertisseur ENTRÉE SORTIE.dxf »).\n"
+    "Une présentation sans traceur (« Aucun ») ou dont le traceur manque sur cette machine\n"
+    "est tracée sur PDF.pc3, ou sur le périphérique nommé dans SHEAFWORK_FALLBACK_DEVICE.\n"
     "Sans argument, ou avec le seul nom d'un fichier liste, sheafwork ouvre\n"
     "l'application de bureau (il faut alors un écran).";
 

@@ -1,12 +1,15 @@
 #include "batch/list_file.h"
 
 #include <cerrno>
+#include <charconv>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <limits>
+#include <optional>
 #include <system_error>
+#include <utility>
 
 #include "batch/list_line.h"
 #include "batch/session.h"
@@ -102,35 +105,63 @@ class LineReader {
   int number_ = 0;
 };
 
-// Puts the "width,height" of a list into the host window; any failure is
-// ignored. Without a host the text is remembered for the next save.
+// The window size of a list, "width,height": two 16-bit whole numbers,
+// blanks around each allowed; nullopt for anything else.
+std::optional<std::pair<std::int16_t, std::int16_t>> ParseWinSize(std::string_view value) {
+  const auto comma = value.find(',');
+  if (comma == std::string_view::npos) return std::nullopt;
+  const auto number = [](std::string_view text) -> std::optional<std::int16_t> {
+    text = TrimSpaces(text);
+    std::int16_t n = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), n);
+    if (error != std::errc() || end != text.data() + text.size() || text.empty()) {
+      return std::nullopt;
+    }
+    return n;
+  };
+  const auto width = number(value.substr(0, comma));
+  const auto height = number(value.substr(comma + 1));
+  if (!width || !height) return std::nullopt;
+  return std::pair{*width, *height};
+}
+
+std::string FormatWinSize(std::int32_t width, std::int32_t height) {
+  return std::to_string(width) + "," + std::to_string(height);
+}
+
+// Puts the "width,height" of a list into the host window; a value that is
+// not two 16-bit numbers, or one the host refuses, is ignored. Without a
+// host the size is remembered for the next save.
 void ApplyWinSize(Session& session, const std::string& value) {
+  const auto size = ParseWinSize(value);
+  if (!size) return;
   if (!session.Host) {
-    session.WinSize = value;
+    session.WinSize = FormatWinSize(size->first, size->second);
     return;
   }
-  const auto comma = value.find(',');
-  if (comma == std::string::npos) return;
   try {
-    const long width = std::stol(value.substr(0, comma));
-    const long height = std::stol(value.substr(comma + 1));
-    session.Host->SetWidth(static_cast<std::int32_t>(width));
-    session.Host->SetHeight(static_cast<std::int32_t>(height));
+    session.Host->SetWidth(size->first);
+    session.Host->SetHeight(size->second);
   } catch (...) {
-    // A size the host refuses, or one that is not a number, keeps the window.
+    // A size the host refuses keeps the window.
   }
 }
 
+// The size a list records: the host window's, else the one remembered, each
+// a 16-bit number (a remembered text that is not is written as the default).
 std::string CurrentWinSize(Session& session) {
-  if (!session.Host) return session.WinSize;
+  if (!session.Host) {
+    if (ParseWinSize(session.WinSize)) return session.WinSize;
+    return Session::kDefaultWinSize;
+  }
   const auto toInt16 = [](std::int32_t v) {
     if (v < std::numeric_limits<std::int16_t>::min() ||
         v > std::numeric_limits<std::int16_t>::max()) {
       throw std::range_error("window size out of range");
     }
-    return std::to_string(v);
+    return v;
   };
-  return toInt16(session.Host->Width()) + "," + toInt16(session.Host->Height());
+  return FormatWinSize(toInt16(session.Host->Width()), toInt16(session.Host->Height()));
 }
 
 bool ReadWholeFile(const std::string& path, std::string& bytes, std::string& reason) {

@@ -55,8 +55,9 @@ class Session {
 
   /// The host window; null when no host is attached. Not owned.
   HostWindow* Host = nullptr;
-  /// The window size that lists read without a host carry, and that saving
-  /// writes back when no host is attached.
+  /// The window size ("width,height", two 16-bit numbers) that lists read
+  /// without a host carry, and that saving writes when no host is attached;
+  /// a list whose value is not such a size leaves it unchanged.
   std::string WinSize = kDefaultWinSize;
 
   /// The view following the list; may be null. Not owned.

@@ -1,6 +1,5 @@
 #include "plotcfg/page_setup.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -8,6 +7,7 @@
 #include "log/paths.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
+#include "text/paper_names.h"
 #include "text/strings.h"
 
 namespace sheafwork {
@@ -102,14 +102,18 @@ void ReportPaperChange(const PaperChangeReport& report, const std::string& line)
 
 // Copies the record into `layout`: the device first, so that the paper sizes
 // offered are those of the new device; a paper size the device does not offer
-// leaves the layout's own and is reported. The window and the view are set
+// under any spelling leaves the layout's own and is reported. The window and the view are set
 // before the plot type that uses them, and the scale mode before its scale.
 void CopyRecordInto(host::Layout& layout, const PlotSetupRecord& record, HostSession& host,
                     const PaperChangeReport& report) {
   layout.SetConfigName(record.configName);
+  // The device may write the same paper's name otherwise ("ISO A2" for
+  // "ISO A2 (594.00 x 420.00 mm)"): it is set by the device's own name.
   const std::vector<std::string> media = layout.GetCanonicalMediaNames();
-  if (std::find(media.begin(), media.end(), record.canonicalMediaName) != media.end()) {
-    layout.SetCanonicalMediaName(record.canonicalMediaName);
+  const auto offered =
+      FindPaperName(media, record.canonicalMediaName, [](const std::string& n) { return n; });
+  if (offered) {
+    layout.SetCanonicalMediaName(media[*offered]);
   } else {
     ReportPaperChange(report, PaperChangeLine(host.Doc().FullName(), layout.Name()));
   }

@@ -109,7 +109,8 @@ bool Run::CountPlots() {
 }
 
 void Run::PlotRow(int row) {
-  // Empty fields mean what the list shows for them, in the journal too.
+  // Empty fields mean what the list shows for them; the journal writes the
+  // row's own.
   const BatchEntry entry = EntryAsShown(session_.List.Entry(row));
   if (services_.observer) {
     services_.observer->RowStarted(row, session_.List.EntryCount(), entry);
@@ -226,12 +227,13 @@ void Run::MarkEntryFailed(int row, const BatchEntry& entry) {
 }
 
 // The journal line of a plotted row: drawing, folder, layout, page setup,
-// device and elapsed time.
+// device and elapsed time, the fields as the row holds them (an empty one
+// stays empty), not as the list shows them.
 void Run::MarkEntryPlotted(int row, const BatchEntry& entry, const std::string& elapsed) {
+  const BatchEntry& own = session_.List.Entry(row);
   WriteJournalLine(logs_.journal, logs_.errorLog,
                    FileNameFromPath(entry.FileName) + ", " + FolderFromPath(entry.FileName) + ", " +
-                       entry.Layout + ", " + entry.PlotSetup + ", " + entry.PlotDevice + ", " +
-                       elapsed);
+                       own.Layout + ", " + own.PlotSetup + ", " + own.PlotDevice + ", " + elapsed);
   ++result_.plotted;
   if (services_.observer) services_.observer->RowFinished(row, RowStatus::Plotted);
 }

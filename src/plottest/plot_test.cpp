@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "batch/list_row.h"
@@ -322,28 +323,43 @@ class PlotTestScan {
   // plots when it uses the default device.
   void CheckDevice(const std::string& device, const std::string& layout, bool opened) {
     if (IsPlotterConfigFile(device)) {
-      const bool found = FolderFromPath(device).empty()
-                             ? FindFileWithExtendedPaths(device, Preferences().PrinterConfigPath())
-                             : GetFileStatus(device) == kFileFound;
-      if (!found) Line(LoadResourceText(ids::kMissingPlotterConfig) + device);
+      if (!OnThisMachine(device)) Line(LoadResourceText(ids::kMissingPlotterConfig) + device);
       return;
     }
     if (!IsDefaultDevice(device)) {
-      for (const auto& printer : UsablePrinters(services_.printers)) {
-        if (printer.name == device) return;
-      }
-      Line(LoadResourceText(ids::kMissingPrinter) + device);
+      if (!OnThisMachine(device)) Line(LoadResourceText(ids::kMissingPrinter) + device);
       return;
     }
     if (noDevices_) Line(LoadResourceText(ids::kNoDeviceAtAll));
     if (opened) CheckLayoutDevices(layout);
   }
 
-  // Warns about each layout the row plots whose own device is "Aucun".
+  // True when `device`, a plotter configuration or a printer, is here.
+  bool OnThisMachine(const std::string& device) {
+    if (IsPlotterConfigFile(device)) {
+      return FolderFromPath(device).empty()
+                 ? FindFileWithExtendedPaths(device, Preferences().PrinterConfigPath())
+                 : GetFileStatus(device) == kFileFound;
+    }
+    for (const auto& printer : UsablePrinters(services_.printers)) {
+      if (printer.name == device) return true;
+    }
+    return false;
+  }
+
+  // Warns about each layout the row plots whose own device is "Aucun", then
+  // about each whose own device is not on this machine, which the host
+  // replaces with a device of its own.
   void CheckLayoutDevices(const std::string& layout) {
     const std::string none = LoadResourceText(ids::kNoDevice);
-    const auto warn = [&](const std::string& name) {
-      Line(LoadResourceText(ids::kNoneDeviceStart) + name + LoadResourceText(ids::kNoneDeviceEnd));
+    std::vector<std::pair<std::string, std::string>> missing;  // layout, device
+    const auto check = [&](const std::string& name, const std::string& device) {
+      if (device == none) {
+        Line(LoadResourceText(ids::kNoneDeviceStart) + name +
+             LoadResourceText(ids::kNoneDeviceEnd));
+      } else if (!device.empty() && !OnThisMachine(device)) {
+        missing.emplace_back(name, device);
+      }
     };
     if (IsAllLayouts(layout)) {
       auto layouts = host_.Doc().GetLayouts();
@@ -351,13 +367,18 @@ class PlotTestScan {
       for (std::int32_t i = 0; i < count; ++i) {
         auto item = layouts->Item(i);
         const std::string name = item->Name();
-        if (name != ModelTabName() && item->ConfigName() == none) warn(name);
+        if (name != ModelTabName()) check(name, item->ConfigName());
       }
-      return;
+    } else {
+      if (!SetupLayout(host_, layout, ErrorOutput::Nowhere())) return;
+      auto active = host_.Doc().ActiveLayout();
+      check(active->Name(), active->ConfigName());
     }
-    if (!SetupLayout(host_, layout, ErrorOutput::Nowhere())) return;
-    auto active = host_.Doc().ActiveLayout();
-    if (active->ConfigName() == none) warn(active->Name());
+    for (const auto& [name, device] : missing) {
+      Line(LoadResourceText(ids::kStandInDeviceStart) + device +
+           LoadResourceText(ids::kStandInDeviceLayout) + name +
+           LoadResourceText(ids::kStandInDeviceEnd));
+    }
   }
 
   Session& session_;

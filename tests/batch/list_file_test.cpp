@@ -154,6 +154,28 @@ TEST_F(ListFileTest, TheWindowSizeGoesToAndComesFromTheHost) {
   EXPECT_NE(TempFolder::Read(path).find("\"BATCH WIN SIZE\",\"1600,900\"\r\n"), std::string::npos);
 }
 
+// Without a host the size read is written back as two 16-bit numbers; a
+// value that is not two such numbers is not copied back as it stood.
+TEST_F(ListFileTest, TheWindowSizeIsWrittenAsTwoNumbersWhateverTheListHeld) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"1280,1024", "1280,1024"}, {" 800 , 600 ", "800,600"}, {"-10,+20", "1024,768"},
+      {"1280", "1024,768"},       {"abc,def", "1024,768"},    {"70000,600", "1024,768"},
+      {"800,600,2", "1024,768"},  {"", "1024,768"},
+  };
+  for (const auto& [read, written] : cases) {
+    SCOPED_TRACE(read);
+    Session s("/logs");
+    ASSERT_TRUE(Read(s, std::string(kMagic) + "\"BATCH WIN SIZE\",\"" + read +
+                            "\"\r\n\"DWG#1FILENAME\",\"/a.dwg\"\r\n")
+                    .ok());
+    const std::string path = folder.File("out.qx3");
+    ASSERT_TRUE(WriteListFile(s, path).ok());
+    EXPECT_NE(
+        TempFolder::Read(path).find("\"BATCH WIN SIZE\",\"" + std::string(written) + "\"\r\n"),
+        std::string::npos);
+  }
+}
+
 TEST_F(ListFileTest, AFailedOrEmptyWriteLeavesThePreviousFileAlone) {
   const std::string path = folder.Write("keep.qx3", "previous content");
   FakeWindow window;

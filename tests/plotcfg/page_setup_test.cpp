@@ -164,5 +164,27 @@ TEST_F(PageSetupTest, PaperNotOfferedIsLoggedWithFallbacks) {
   EXPECT_EQ(prompt.messages[0].title, Text(88));
 }
 
+// A page setup from elsewhere may write the device's paper otherwise: it is
+// the device's paper, set by the device's own name, and no paper changed.
+TEST_F(PageSetupTest, APaperWrittenOtherwiseIsTheDevicesOwn) {
+  plan_.layouts[1].settings.mediaNames = {
+      "ISO A3 (420.00 x 297.00 mm)", "ISO A2 (594.00 x 420.00 mm)", "ISO A2 (420.00 x 594.00 mm)"};
+  plan_.layouts[1].settings.canonicalMediaName = "ISO A3 (420.00 x 297.00 mm)";
+  const std::pair<const char*, const char*> cases[] = {
+      {"ISO A2", "ISO A2 (594.00 x 420.00 mm)"},
+      {"ISO_A2_(420.00_x_594.00_MM)", "ISO A2 (420.00 x 594.00 mm)"},
+      {"iso a2 (594 x 420 mm)", "ISO A2 (594.00 x 420.00 mm)"},
+  };
+  for (const auto& [stored, offered] : cases) {
+    SCOPED_TRACE(stored);
+    PlotSetupRecord record;
+    record.canonicalMediaName = stored;
+    auto& doc = OpenPlan(0);
+    EXPECT_TRUE(Apply("A2", true, record));
+    EXPECT_EQ(Active(doc).settings.canonicalMediaName, offered);
+    EXPECT_THAT(LogLines(), IsEmpty());
+  }
+}
+
 }  // namespace
 }  // namespace sheafwork

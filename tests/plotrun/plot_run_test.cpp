@@ -46,7 +46,10 @@ TEST_F(PlotAllEntriesTest, RowsArePlottedInOrderWithOneJournalLineEach) {
   const auto& plan = Drawing("Plan.dwg", {"Vue A"});
   const auto& coupe = Drawing("Coupe.dwg");
   Row(plan, "Vue A").PlotDevice = "PDF.pc3";
-  Row(coupe, "Onglet Objet").PlotSetup = "Par défaut";
+  // Empty fields mean "Par défaut" for the run, and stay empty in the journal.
+  auto& blank = Row(coupe, "Onglet Objet");
+  blank.PlotSetup.clear();
+  blank.PlotDevice.clear();
 
   const RunResult result = Run();
   EXPECT_EQ(result.plotted, 2);
@@ -54,10 +57,9 @@ TEST_F(PlotAllEntriesTest, RowsArePlottedInOrderWithOneJournalLineEach) {
   EXPECT_EQ(result.totalPlots, 2);
   EXPECT_THAT(Sheets(), ElementsAre("Plan.dwg|Vue A|", "Coupe.dwg|Objet|"));
   const std::string folder = host.Folder().path().string() + "/";
-  EXPECT_THAT(
-      Journal(),
-      ElementsAre("Plan.dwg, " + folder + ", Vue A, Par défaut, PDF.pc3, 00:01:15",
-                  "Coupe.dwg, " + folder + ", Onglet Objet, Par défaut, Par défaut, 00:01:15"));
+  EXPECT_THAT(Journal(),
+              ElementsAre("Plan.dwg, " + folder + ", Vue A, Par défaut, PDF.pc3, 00:01:15",
+                          "Coupe.dwg, " + folder + ", Onglet Objet, , , 00:01:15"));
   EXPECT_THAT(observer.events,
               ElementsAre("cleared", "start 1/2", "1 plotted", "start 2/2", "2 plotted"));
   // Each drawing is closed again; the host keeps its first document.

@@ -212,6 +212,40 @@ TEST_F(PlotTestScanTest, EveryCheckOfAListGivesItsLinesInRowOrder) {
   EXPECT_TRUE(host_.LastOpened(Path("Sol.dwg"))->closed);
 }
 
+// On the default device, a layout whose own device this machine lacks plots
+// on the host's stand-in: a warning of its own after the "Aucun" ones.
+TEST_F(PlotTestScanTest, ALayoutsDeviceMissingHereIsWarnedAfterTheNoneDevices) {
+  std::filesystem::create_directories(dir_.path() / "traceurs");
+  dir_.Write("traceurs/PDF.pc3", "");
+  host_.printerConfigPath = dir_.File("traceurs");
+  auto& drawing = host_.AddDrawing("Ailleurs.dwg");
+  drawing.layouts[0].settings.configName = "Modèle.pc3";  // the model tab is not plotted
+  drawing.AddLayout("Autre PDF").settings.configName = "DWG To PDF.pc3";
+  drawing.AddLayout("Vierge");  // "Aucun"
+  drawing.AddLayout("Imprimante").settings.configName = "Microsoft Print to PDF";
+  drawing.AddLayout("Ici").settings.configName = "PDF.pc3";
+  drawing.AddLayout("Bureau").settings.configName = "Bureau-HP";
+  Row(Path("Ailleurs.dwg"), "Toutes les présentations", "", "");
+  Row(Path("Ailleurs.dwg"), "Imprimante", "", "Par défaut");
+  Row(Path("Ailleurs.dwg"), "Autre PDF", "", "PDF.pc3");  // the row's device plots
+
+  const auto standIn = [](const std::string& device, const std::string& layout) {
+    return "AVERTISSEMENT: Périphérique <" + device + "> de la présentation <" + layout +
+           "> absent de cette machine; la présentation sera tracée sur le périphérique de "
+           "remplacement de l'hôte";
+  };
+  const std::vector<std::string> lines = Run();
+  const std::vector<std::string> scanned(lines.begin() + 4, lines.end() - 2);
+  EXPECT_THAT(
+      scanned,
+      ElementsAre("   Vérification " + Path("Ailleurs.dwg"), XrefWarning(Path("Ailleurs.xlg")),
+                  NoneDeviceWarning("Vierge"), standIn("DWG To PDF.pc3", "Autre PDF"),
+                  standIn("Microsoft Print to PDF", "Imprimante"),
+                  "   Vérification " + Path("Ailleurs.dwg"), XrefWarning(Path("Ailleurs.xlg")),
+                  standIn("Microsoft Print to PDF", "Imprimante"),
+                  "   Vérification " + Path("Ailleurs.dwg"), XrefWarning(Path("Ailleurs.xlg"))));
+}
+
 // Even for an empty list the variables are read and set in order, their old
 // values shown, and put back with their own types; meanwhile the host log goes
 // to the program folder.

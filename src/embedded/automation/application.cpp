@@ -97,6 +97,12 @@ class PreferencesObject : public EmbeddedPreferences {
   void SetDwgConverter(const std::string& converter) override {
     Guarded(*core_, [&] { core_->dwgConverter = converter; });
   }
+  std::string FallbackDevice() override {
+    return Guarded(*core_, [&] { return core_->fallbackDevice; });
+  }
+  void SetFallbackDevice(const std::string& device) override {
+    Guarded(*core_, [&] { core_->fallbackDevice = device; });
+  }
 
  private:
   std::shared_ptr<HostCore> core_;

@@ -51,6 +51,10 @@ struct EmbeddedHostOptions {
   std::optional<std::string> dwgConverter;
   /// How long one conversion may take; zero: DefaultDwgTimeLimit().
   std::chrono::milliseconds dwgTimeLimit{0};
+  /// The device that plots a layout whose own device is "Aucun" or missing
+  /// from this machine; nullopt: the environment variable
+  /// SHEAFWORK_FALLBACK_DEVICE, else "PDF.pc3".
+  std::optional<std::string> fallbackDevice;
   /// A PDF file that also receives every sheet the host plots, one page
   /// each in plot order, written when the batch ends or the host quits.
   /// Empty: none. The host cannot start when the file cannot be created.
@@ -78,6 +82,10 @@ class EmbeddedPreferences : public host::Preferences {
   /// `<converter> <drawing> <output.dxf>` without a shell; empty for none.
   virtual std::string DwgConverter() = 0;
   virtual void SetDwgConverter(const std::string& converter) = 0;
+  /// The device that plots a layout whose own device is "Aucun" or that
+  /// this machine does not have, on the same paper ("PDF.pc3" unless set).
+  virtual std::string FallbackDevice() = 0;
+  virtual void SetFallbackDevice(const std::string& device) = 0;
 };
 
 }  // namespace sheafwork::embedded

@@ -91,6 +91,11 @@ HostCore::HostCore(EmbeddedHostOptions given) : options(std::move(given)) {
   if (options.dwgTimeLimit <= std::chrono::milliseconds::zero()) {
     options.dwgTimeLimit = DefaultDwgTimeLimit();
   }
+  if (!options.fallbackDevice) {
+    const char* fromEnvironment = std::getenv("SHEAFWORK_FALLBACK_DEVICE");
+    options.fallbackDevice =
+        fromEnvironment && *fromEnvironment ? fromEnvironment : msg::kDefaultFallbackDevice;
+  }
   const fs::path data(options.dataFolder);
   const fs::path user(options.userFolder);
   printerConfigPath = (data / "plotters").string() + ";" + (user / "plotters").string();
@@ -98,6 +103,7 @@ HostCore::HostCore(EmbeddedHostOptions given) : options(std::move(given)) {
   supportPath = (data / "support").string();
   logFilePath = options.userFolder;
   dwgConverter = *options.dwgConverter;
+  fallbackDevice = *options.fallbackDevice;
   hostVariables = DefaultHostVariables();
   if (!options.combinedPdf.empty()) {
     combined = std::make_unique<CombinedPdf>(options.combinedPdf, options.combinedPdfClosed,
@@ -167,10 +173,16 @@ std::shared_ptr<DocumentState> HostCore::AddDocument(std::string fullName, Drawi
   doc->drawing = std::move(drawing);
   doc->tabs = TabOrder(doc->drawing);
   doc->variables = DefaultDocumentVariables();
+  // The last paper layout shown is the one on "*Paper_Space"; without one,
+  // the first in tab order.
   for (std::size_t index : doc->tabs) {
-    if (doc->drawing.layouts[index].IsModel()) continue;
-    doc->lastPaperLayout = index;
-    break;
+    const Layout& layout = doc->drawing.layouts[index];
+    if (layout.IsModel()) continue;
+    if (!doc->lastPaperLayout) doc->lastPaperLayout = index;
+    if (EqualsIgnoreCase(layout.blockName, "*Paper_Space")) {
+      doc->lastPaperLayout = index;
+      break;
+    }
   }
   doc->Activate(doc->drawing.activeLayout);
   documents.push_back(doc);

@@ -77,6 +77,8 @@ class HostCore {
   /// The DWG drawings converted since the batch started (or the host did):
   /// forgotten, and their files removed, when the batch ends.
   DwgConversions conversions;
+  /// Plots the layouts whose own device is "Aucun" or missing here.
+  std::string fallbackDevice;
   BatchState batch;
   /// The combined PDF when the options name one (closed once the batch
   /// ends or the host quits).

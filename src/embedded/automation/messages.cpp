@@ -108,8 +108,6 @@ std::string BadCopies(int copies) {
 
 std::string Internal(std::string_view what) { return "erreur interne de l'hôte : " + S(what); }
 
-std::string NoDeviceForLayout() { return "aucun périphérique de traçage (« Aucun »)"; }
-
 std::string DeviceNotFound(std::string_view name) {
   return "périphérique de traçage introuvable : " + S(name);
 }
@@ -133,6 +131,25 @@ std::string PlotFailed(std::string_view drawing, std::string_view layout, std::s
                        std::string_view reason) {
   return "Échec du tracé : dessin " + S(drawing) + ", présentation " + S(layout) +
          ", périphérique " + S(device) + " : " + S(reason);
+}
+
+std::string NoFallbackDevice(std::string_view name) {
+  return "périphérique de remplacement introuvable : " + S(name);
+}
+
+std::string DeviceStandsIn(std::string_view drawing, std::string_view layout,
+                           std::string_view stored, std::string_view fallback, bool missing) {
+  return "Périphérique " + Quoted(stored) + (missing ? " absent de cette machine" : "") +
+         " : tracé sur " + S(fallback) + " (dessin " + S(drawing) + ", présentation " + S(layout) +
+         ")";
+}
+
+std::string DefaultPaperUsed(std::string_view drawing, std::string_view layout,
+                             std::string_view stored, std::string_view device,
+                             std::string_view paper) {
+  return "Papier " + Quoted(stored) + " inutilisable : tracé sur le papier par défaut de " +
+         S(device) + ", " + S(paper) + " (dessin " + S(drawing) + ", présentation " + S(layout) +
+         ")";
 }
 
 std::string PrinterOutput(std::string_view printer) { return "imprimante " + S(printer); }

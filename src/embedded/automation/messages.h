@@ -53,16 +53,24 @@ std::string BadCopies(int copies);
 std::string Internal(std::string_view what);
 
 // Reasons a plot fails, for the host's log.
-std::string NoDeviceForLayout();
 std::string DeviceNotFound(std::string_view name);
 std::string DriverNotSupported(std::string_view driver);
 std::string NoOutputFolder(std::string_view folder);
+std::string NoFallbackDevice(std::string_view name);
 
 // The host's log.
 std::string PlotDone(std::string_view drawing, std::string_view layout, std::string_view device,
                      std::string_view output);
 std::string PlotFailed(std::string_view drawing, std::string_view layout, std::string_view device,
                        std::string_view reason);
+/// The fallback device plots a layout whose device is "Aucun" (`missing`
+/// false) or not on this machine.
+std::string DeviceStandsIn(std::string_view drawing, std::string_view layout,
+                           std::string_view stored, std::string_view fallback, bool missing);
+/// A layout without a usable paper plots on the device's default paper.
+std::string DefaultPaperUsed(std::string_view drawing, std::string_view layout,
+                             std::string_view stored, std::string_view device,
+                             std::string_view paper);
 /// A printer's output as the log names it.
 std::string PrinterOutput(std::string_view printer);
 // A layout's plot style table that the plot goes on without.
@@ -94,5 +102,6 @@ inline constexpr const char* kStopRequested =
 inline constexpr const char* kUntitledDrawing = "Dessin1.dwg";
 inline constexpr const char* kFirstPaperLayout = "Présentation1";
 inline constexpr const char* kLogFileSuffix = "_sheafwork.log";
+inline constexpr const char* kDefaultFallbackDevice = "PDF.pc3";
 
 }  // namespace sheafwork::embedded::host_messages

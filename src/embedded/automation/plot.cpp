@@ -6,6 +6,7 @@
 #include "embedded/automation/objects.h"
 #include "embedded/automation/plot_configuration.h"
 #include "embedded/automation/plot_styles.h"
+#include "embedded/automation/sheet_paper.h"
 #include "embedded/automation/variables.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -109,6 +110,12 @@ class PlotObject : public host::Plot {
 
   // Plots the active layout; the outcome, success or failure with its
   // reason, goes to the host's log.
+  //
+  // The device is the one given, else the layout's own. "Aucun", and a
+  // layout's own device that this machine does not have, give way to the
+  // host's fallback device; which one stood in for which goes to the log
+  // (and, for a missing device, to the display). A device given that does
+  // not exist fails the plot.
   bool PlotActiveLayout(const std::optional<std::string>& file,
                         const std::optional<std::string>& deviceArgument) {
     DocumentState& doc = *doc_;
@@ -116,36 +123,62 @@ class PlotObject : public host::Plot {
     const std::string drawingName = fs::path(doc.fullName).filename().string();
     const std::string layoutName =
         layout.IsModel() ? CachedText<ids::kModelTabName>() : layout.name;
-    const std::string deviceName =
-        deviceArgument && !deviceArgument->empty() ? *deviceArgument : layout.settings.configName;
-    const std::string shownDevice =
-        IsNoDevice(deviceName) ? CachedText<ids::kNoDevice>() : deviceName;
+    const bool given = deviceArgument && !deviceArgument->empty();
+    const std::string deviceName = given ? *deviceArgument : layout.settings.configName;
+    std::string shownDevice = IsNoDevice(deviceName) ? CachedText<ids::kNoDevice>() : deviceName;
 
     BatchState& batch = core_->batch;
     if (batch.started) {
       core_->options.progress->Step(drawingName, layoutName, ++batch.done, batch.total);
     }
+    const std::string logFile = HostLogFile(*core_, doc);
     const auto fail = [&](const std::string& reason) {
       const std::string line = msg::PlotFailed(doc.fullName, layoutName, shownDevice, reason);
-      core_->WriteLog(HostLogFile(*core_, doc), line);
+      core_->WriteLog(logFile, line);
       core_->options.progress->PlotFailed(line);
       return false;
     };
 
     if (!layout.blockError.empty()) return fail(layout.blockError);
-    if (IsNoDevice(deviceName)) return fail(msg::NoDeviceForLayout());
     std::optional<PlotDevice> device;
+    bool standsIn = false;
     try {
-      device = core_->FindDevice(deviceName);
+      if (!IsNoDevice(deviceName)) device = core_->FindDevice(deviceName);
+      if (!device && given && !IsNoDevice(deviceName)) {
+        return fail(msg::DeviceNotFound(deviceName));
+      }
+      if (!device) {
+        const std::string& fallback = core_->fallbackDevice;
+        if (!IsNoDevice(fallback)) device = core_->FindDevice(fallback);
+        if (!device) return fail(msg::NoFallbackDevice(fallback));
+        standsIn = true;
+      }
     } catch (const DeviceError& error) {
       return fail(error.what());
     }
-    if (!device) return fail(msg::DeviceNotFound(deviceName));
+    if (standsIn) {
+      const bool missing = !IsNoDevice(deviceName);
+      const std::string line =
+          msg::DeviceStandsIn(doc.fullName, layoutName, shownDevice, device->name, missing);
+      core_->WriteLog(logFile, line);
+      if (missing) core_->options.progress->Notice(line);
+      shownDevice = device->name;
+    }
 
     PlotJob job;
+    job.settings = layout.settings;
+    // The layout's own sheet on its own device; on another device the
+    // device's paper of that name or size. A layout never set up gets the
+    // default paper of the device it ends up with.
+    if (standsIn || deviceName != layout.settings.configName || !job.settings.HasUsablePaper()) {
+      const std::string stored = PaperForLog(job.settings);
+      if (FitPaperToDevice(job.settings, device->config) == PaperFit::Default) {
+        core_->WriteLog(logFile, msg::DefaultPaperUsed(doc.fullName, layoutName, stored,
+                                                       shownDevice, job.settings.mediaName));
+      }
+    }
     job.drawing = &doc.drawing;
     job.layout = &layout;
-    job.settings = layout.settings;
     job.resolutionDpi = device->config.resolutionDpi;
     job.title = drawingName + " - " + layoutName;
     job.copies = doc.copies;
@@ -173,8 +206,7 @@ class PlotObject : public host::Plot {
       return fail(error.what());
     }
     if (core_->combined) core_->combined->Add(job);
-    core_->WriteLog(HostLogFile(*core_, doc),
-                    msg::PlotDone(doc.fullName, layoutName, shownDevice, output));
+    core_->WriteLog(logFile, msg::PlotDone(doc.fullName, layoutName, shownDevice, output));
     return true;
   }
 

@@ -4,8 +4,11 @@
 #include <cmath>
 #include <cstdio>
 
+#include "embedded/automation/sheet_paper.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
+#include "text/paper_names.h"
+#include "text/strings.h"
 
 namespace sheafwork::embedded {
 
@@ -21,21 +24,11 @@ void CheckRange(std::string_view what, int value, int min, int max) {
   }
 }
 
-void UsePaper(PlotSettings& settings, const Paper& paper) {
-  settings.mediaName = paper.name;
-  settings.paperWidth = paper.width;
-  settings.paperHeight = paper.height;
-  settings.marginLeft = paper.marginLeft;
-  settings.marginBottom = paper.marginBottom;
-  settings.marginRight = paper.marginRight;
-  settings.marginTop = paper.marginTop;
-}
-
 }  // namespace
 
 bool IsNoDevice(const std::string& configName) {
   return configName.empty() || configName == "none_device" ||
-         configName == CachedText<ids::kNoDevice>();
+         EqualsIgnoreCase(configName, "None") || configName == CachedText<ids::kNoDevice>();
 }
 
 template <typename Interface>
@@ -93,8 +86,9 @@ void ConfigurationObject<Interface>::SetConfigName(const std::string& name) {
     if (!device) throw host::Error(msg::kUnknownDevice, msg::UnknownDevice(name));
     s.configName = name;
     // The paper stays; when the new device offers it, with the device's
-    // own size and margins.
-    if (const Paper* paper = device->config.FindPaper(s.mediaName)) UsePaper(s, *paper);
+    // own size and margins; a layout without a usable paper gets the
+    // device's default one.
+    FitPaperToDevice(s, device->config);
   });
 }
 
@@ -108,7 +102,7 @@ void ConfigurationObject<Interface>::SetCanonicalMediaName(const std::string& na
   Run([&](PlotSettings& s) {
     const auto device = IsNoDevice(s.configName) ? std::nullopt : core_->FindDevice(s.configName);
     if (device) {
-      if (const Paper* paper = device->config.FindPaper(name)) {
+      if (const Paper* paper = device->config.MatchPaper(name, 0, 0)) {
         UsePaper(s, *paper);
         return;
       }
@@ -359,8 +353,8 @@ void ConfigurationObject<Interface>::CopyThroughInterface(host::PlotConfiguratio
   SetConfigName(source.ConfigName());
   const std::string media = source.CanonicalMediaName();
   const auto offered = GetCanonicalMediaNames();
-  if (std::find(offered.begin(), offered.end(), media) != offered.end()) {
-    SetCanonicalMediaName(media);
+  if (const auto i = FindPaperName(offered, media, [](const std::string& n) { return n; })) {
+    SetCanonicalMediaName(offered[*i]);
   }
   SetPaperUnits(source.PaperUnits());
   SetPlotRotation(source.PlotRotation());

@@ -2,9 +2,11 @@
 // Layouts and named page setups of an open document: every property reads
 // or writes the layout's PlotSettings in the document's copy of the drawing.
 //
-// The device "Aucun" is a layout whose stored device is empty or
+// The device "Aucun" is a layout whose stored device is empty, "None" or
 // "none_device". Paper sizes are those the device offers; a layout's own
-// paper stays listed and valid even when its device does not offer it.
+// paper stays listed and valid even when its device does not offer it. A
+// paper name is found on a device also when written otherwise ("ISO A2" for
+// "ISO A2 (594.00 x 420.00 mm)", see MatchPaper).
 
 #include <memory>
 

@@ -81,9 +81,11 @@ class ConsoleDisplay : public ProgressDisplay {
     catcher_.reset();
   }
 
-  void PlotFailed(const std::string& reason) override {
+  void PlotFailed(const std::string& reason) override { Notice(reason); }
+
+  void Notice(const std::string& text) override {
     if (terminal_ && drawn_) out_ << "\r\033[K";
-    out_ << "sheafwork: " << reason << '\n' << std::flush;
+    out_ << "sheafwork: " << text << '\n' << std::flush;
     drawn_ = false;
   }
 
@@ -95,6 +97,10 @@ class ConsoleDisplay : public ProgressDisplay {
 };
 
 }  // namespace
+
+void ProgressDisplay::Notice(const std::string& text) {
+  std::cerr << "sheafwork: " << text << '\n' << std::flush;
+}
 
 std::shared_ptr<ProgressDisplay> ConsoleProgressDisplay(std::ostream& out, bool terminal) {
   return std::make_shared<ConsoleDisplay>(out, terminal);

@@ -26,6 +26,10 @@ class ProgressDisplay {
   /// A plot failed, or a drawing that exists could not be opened; `reason`
   /// says why, in French.
   virtual void PlotFailed(const std::string& reason) { (void)reason; }
+  /// Something the user should know about a plot that goes on (another
+  /// device standing in for a missing one), in French. By default it goes
+  /// to stderr as "sheafwork: <text>".
+  virtual void Notice(const std::string& text);
 };
 
 /// The command line's display on `out`: with `terminal`, a bar redrawn in

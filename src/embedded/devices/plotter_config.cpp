@@ -11,6 +11,7 @@
 #include <set>
 
 #include "embedded/devices/messages.h"
+#include "text/paper_names.h"
 #include "text/windows1252.h"
 
 namespace sheafwork::embedded {
@@ -224,6 +225,37 @@ const Paper* PlotterConfig::FindPaper(std::string_view name) const {
   const auto it =
       std::find_if(papers.begin(), papers.end(), [&](const Paper& p) { return p.name == name; });
   return it == papers.end() ? nullptr : &*it;
+}
+
+const Paper* PlotterConfig::MatchPaper(std::string_view name, double width, double height) const {
+  if (const Paper* paper = FindPaper(name)) return paper;
+  constexpr double kSizeTolerance = 0.5;  // mm
+  const bool sized = width > 0 && height > 0;
+  const auto fits = [&](const Paper& paper, bool turned) {
+    const auto near = [](double a, double b) { return std::abs(a - b) <= kSizeTolerance; };
+    return sized && near(paper.width, turned ? height : width) &&
+           near(paper.height, turned ? width : height);
+  };
+  // Among papers of the same name, the one of the stored size and
+  // orientation ("ISO A2" portrait is "ISO A2 (420.00 x 594.00 mm)").
+  const Paper* sameName = nullptr;
+  for (const Paper& paper : papers) {
+    if (!SamePaperName(paper.name, name)) continue;
+    if (fits(paper, false)) return &paper;
+    if (sameName == nullptr) sameName = &paper;
+  }
+  if (sameName != nullptr) return sameName;
+  for (const bool turned : {false, true}) {
+    for (const Paper& paper : papers) {
+      if (fits(paper, turned)) return &paper;
+    }
+  }
+  return nullptr;
+}
+
+const Paper* PlotterConfig::DefaultPaper() const {
+  if (const Paper* paper = FindPaper(defaultPaper)) return paper;
+  return papers.empty() ? nullptr : &papers.front();
 }
 
 std::string_view DriverName(DeviceDriver driver) {

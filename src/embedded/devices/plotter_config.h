@@ -63,6 +63,13 @@ struct PlotterConfig {
 
   /// The paper called `name` (exact), or null.
   const Paper* FindPaper(std::string_view name) const;
+  /// The paper a drawing's stored paper stands for: by exact name, by the
+  /// same paper name written otherwise (SamePaperName), then by a size within
+  /// 0.5 mm of `width` x `height`, as given and then turned a quarter;
+  /// null when none. A size that is not positive matches nothing.
+  const Paper* MatchPaper(std::string_view name, double width, double height) const;
+  /// The default paper; null only for a configuration without papers.
+  const Paper* DefaultPaper() const;
 };
 
 /// The driver's name as the file writes it ("pdf" ...).

@@ -2,6 +2,7 @@
 // The plot settings a drawing stores for each layout and each named page
 // setup. Lengths on paper are in millimetres; the window is in drawing units.
 
+#include <cmath>
 #include <cstdint>
 #include <string>
 
@@ -58,6 +59,12 @@ struct PlotSettings {
   std::int16_t standardScale = 16;  ///< 0 fit, 16 1:1 (see the standard-scale table)
 
   bool Has(PlotFlag flag) const { return (flags & flag) != 0; }
+  /// True when the paper has a size to plot on: both sides positive and
+  /// finite (a layout never set up stores 0 x 0 mm).
+  bool HasUsablePaper() const {
+    return paperWidth > 0 && paperHeight > 0 && std::isfinite(paperWidth) &&
+           std::isfinite(paperHeight);
+  }
   void Set(PlotFlag flag, bool on) { flags = on ? (flags | flag) : (flags & ~flag); }
 };
 

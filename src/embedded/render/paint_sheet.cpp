@@ -23,8 +23,7 @@ SheetLayout PlanSheet(const PlotJob& job) {
     throw PlotError(render_messages::NothingToPlot());
   }
   const PlotSettings& s = job.settings;
-  if (!(s.paperWidth > 0 && s.paperHeight > 0 && std::isfinite(s.paperWidth) &&
-        std::isfinite(s.paperHeight))) {
+  if (!s.HasUsablePaper()) {
     throw PlotError(render_messages::InvalidPaper(s.paperWidth, s.paperHeight));
   }
   return ComputeSheetLayout(s, ComputePlotRegion(*job.drawing, *job.layout, s));

@@ -206,10 +206,13 @@ TEST_F(EmbeddedHostTest, PreferencesStartFromTheDataAndUserFolders) {
 
   options.dwgConverter.reset();
   setenv("SHEAFWORK_DWG_CONVERTER", "/opt/convertir", 1);
+  setenv("SHEAFWORK_FALLBACK_DEVICE", "Bureau-HP", 1);
   auto fromEnvironment =
       std::dynamic_pointer_cast<EmbeddedPreferences>(MakeEmbeddedHost(options)->GetPreferences());
   unsetenv("SHEAFWORK_DWG_CONVERTER");
+  unsetenv("SHEAFWORK_FALLBACK_DEVICE");
   EXPECT_EQ(fromEnvironment->DwgConverter(), "/opt/convertir");
+  EXPECT_EQ(fromEnvironment->FallbackDevice(), "Bureau-HP");
 }
 
 TEST_F(EmbeddedHostTest, LayersTextStylesAndViewsComeFromTheDocumentsOwnCopy) {

@@ -100,7 +100,6 @@ TEST_F(EmbeddedPlotTest, FailedPlotsReturnFalseWithTheirReasonInTheHostLog) {
   auto doc = OpenPlan();
   auto plot = doc->GetPlot();
   Show(*doc, "Coupe");
-  EXPECT_FALSE(plot->PlotToDevice(std::nullopt));  // its device is "Aucun"
   EXPECT_FALSE(plot->PlotToDevice("Absent.pc3"));
   EXPECT_FALSE(plot->PlotToDevice("Casse.pc3"));
   EXPECT_FALSE(plot->PlotToFile(files.File("absent/x.pdf"), "PDF.pc3"));
@@ -110,13 +109,12 @@ TEST_F(EmbeddedPlotTest, FailedPlotsReturnFalseWithTheirReasonInTheHostLog) {
 
   const std::string start = "Échec du tracé : dessin " + planPath + ", présentation Coupe, ";
   const auto log = HostLog();
-  ASSERT_EQ(log.size(), 5u);
-  EXPECT_EQ(log[0], start + "périphérique Aucun : aucun périphérique de traçage (« Aucun »)");
-  EXPECT_EQ(log[1],
+  ASSERT_EQ(log.size(), 4u);
+  EXPECT_EQ(log[0],
             start + "périphérique Absent.pc3 : périphérique de traçage introuvable : Absent.pc3");
-  EXPECT_THAT(log[2], HasSubstr("Casse.pc3 : aucun papier"));
-  EXPECT_THAT(log[3], HasSubstr("dossier de sortie introuvable : " + files.File("absent")));
-  EXPECT_EQ(log[4], start + "périphérique PDF.pc3 : police introuvable");
+  EXPECT_THAT(log[1], HasSubstr("Casse.pc3 : aucun papier"));
+  EXPECT_THAT(log[2], HasSubstr("dossier de sortie introuvable : " + files.File("absent")));
+  EXPECT_EQ(log[3], start + "périphérique PDF.pc3 : police introuvable");
   EXPECT_EQ(display->failures, log);
 }
 

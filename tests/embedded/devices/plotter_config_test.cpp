@@ -33,6 +33,48 @@ TEST(PlotterConfigTest, TheShippedPdfConfigurationOffersIsoAndAnsiSheetsBothWays
   EXPECT_NEAR(letter->width, 215.9, 1e-9);
 }
 
+// A paper as another program stores it, and the shipped PDF device's paper
+// it stands for (empty: none, the caller falls back).
+struct StoredPaper {
+  const char* name;
+  double width;
+  double height;
+  const char* matched;
+};
+
+TEST(PlotterConfigTest, AStoredPaperIsFoundByNameByNameWrittenOtherwiseThenBySize) {
+  const PlotterConfig pdf =
+      ReadPlotterConfigFile(std::string(SHEAFWORK_SOURCE_DIR) + "/data/plotters/PDF.pc3");
+  const StoredPaper cases[] = {
+      {"ISO A3 (297.00 x 420.00 mm)", 0, 0, "ISO A3 (297.00 x 420.00 mm)"},
+      // Underscores, letter case, "MM", trailing zeros.
+      {"ISO_A4_(210.00_x_297.00_MM)", 0, 0, "ISO A4 (210.00 x 297.00 mm)"},
+      {"iso a4 (297 x 210 mm)", 0, 0, "ISO A4 (297.00 x 210.00 mm)"},
+      // Inches written in English.
+      {"ANSI_B_(11.00_x_17.00_Inches)", 0, 0, "ANSI B (11.00 x 17.00 pouces)"},
+      // A name without its size: the first of that name, or the one of the
+      // stored size.
+      {"ISO A2", 0, 0, "ISO A2 (594.00 x 420.00 mm)"},
+      {"ISO A2", 420, 594, "ISO A2 (420.00 x 594.00 mm)"},
+      // Unknown names: by size within half a millimetre, then turned.
+      {"Letter_(8.50_x_11.00_Inches)", 215.9, 279.4, "ANSI A (8.50 x 11.00 pouces)"},
+      {"ISO_full_bleed_A1_(841.00_x_594.00_MM)", 841.3, 593.8, "ISO A1 (841.00 x 594.00 mm)"},
+      {"Sur mesure", 1189.4, 841, "ISO A0 (1189.00 x 841.00 mm)"},
+      // Another size under a known name's size, or nothing usable.
+      {"ISO A2 (100.00 x 100.00 mm)", 0, 0, ""},
+      {"Feuille maison", 500, 250, ""},
+      {"Sur mesure", 841.6, 594, ""},
+      {"", 0, 0, ""},
+  };
+  for (const StoredPaper& c : cases) {
+    SCOPED_TRACE(std::string(c.name) + " " + std::to_string(c.width));
+    const Paper* paper = pdf.MatchPaper(c.name, c.width, c.height);
+    EXPECT_EQ(paper ? paper->name : std::string(), c.matched);
+  }
+  ASSERT_NE(pdf.DefaultPaper(), nullptr);
+  EXPECT_EQ(pdf.DefaultPaper()->name, "ISO A3 (420.00 x 297.00 mm)");
+}
+
 TEST(PlotterConfigTest, ReadsEveryKeyWithCommentsBlanksAndLineEnds) {
   const PlotterConfig config = ParsePlotterConfig(
       "\xEF\xBB\xBF# en-tête\r\n"
