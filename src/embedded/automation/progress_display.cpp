@@ -87,6 +87,8 @@ class ConsoleDisplay : public ProgressDisplay {
     drawn_ = false;
   }
 
+  void Warn(const std::string& message) override { PlotFailed(message); }
+
  private:
   std::ostream& out_;
   bool terminal_;

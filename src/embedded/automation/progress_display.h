@@ -26,6 +26,9 @@ class ProgressDisplay {
   /// A plot failed, or a drawing that exists could not be opened; `reason`
   /// says why, in French.
   virtual void PlotFailed(const std::string& reason) { (void)reason; }
+  /// Something the user should know that does not stop a plot (a file a
+  /// drawing shows that is missing), in French.
+  virtual void Warn(const std::string& message) { (void)message; }
 };
 
 /// The command line's display on `out`: with `terminal`, a bar redrawn in

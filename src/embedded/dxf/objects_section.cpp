@@ -1,7 +1,8 @@
 // The OBJECTS section: dictionaries, layouts, plot settings, the clip
-// boundaries of block references and the wipeout variables. Only what the
-// layouts, the named page setups, the clipped references and the wipeout
-// frames need is kept; they are linked up in FinishDrawing.
+// boundaries of block references, the image definitions and the wipeout and
+// raster variables. Only what the layouts, the named page setups, the
+// clipped references, the images and the frames need is kept; they are
+// linked up in FinishDrawing.
 
 #include <string>
 
@@ -99,6 +100,20 @@ void ReadSpatialFilter(Context& ctx, const Record& r) {
   ctx.spatialFilters[handle] = std::move(filter);
 }
 
+// IMAGEDEF: the file an image shows.
+void ReadImageDefinition(Context& ctx, const Record& r) {
+  const std::string handle = HandleOf(r);
+  if (handle.empty()) return;
+  ImageDefinition definition;
+  for (const DataTag& d : r.data) {
+    const std::string_view sub = r.SubclassOf(d);
+    if (d.tag.code == 1 && (sub.empty() || sub == "AcDbRasterImageDef")) {
+      definition.storedPath = ctx.Text(d.tag);
+    }
+  }
+  ctx.drawing.images[handle] = std::move(definition);
+}
+
 }  // namespace
 
 void ReadObjectsSection(Context& ctx, const Tag& start) {
@@ -115,6 +130,10 @@ void ReadObjectsSection(Context& ctx, const Tag& start) {
       ReadSpatialFilter(ctx, r);
     } else if (r.type == "WIPEOUTVARIABLES") {
       if (const Tag* frame = r.Find(70)) ctx.drawing.header.wipeoutFrame = ctx.Short(*frame);
+    } else if (r.type == "IMAGEDEF") {
+      ReadImageDefinition(ctx, r);
+    } else if (r.type == "RASTERVARIABLES") {
+      if (const Tag* frame = r.Find(70)) ctx.drawing.header.imageFrame = ctx.Short(*frame);
     }
   }
   throw DxfError(dxfmsg::SectionWithoutEnd(ctx.stream.PlaceOf(start), "OBJECTS"));

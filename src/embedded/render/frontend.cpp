@@ -10,10 +10,10 @@
 #include "embedded/render/hatch_pattern.h"
 #include "embedded/render/linetypes.h"
 #include "embedded/render/plot_style_look.h"
-#include "embedded/render/truetype_text.h"
 #include "embedded/render/stroke_font.h"
 #include "embedded/render/text_codes.h"
 #include "embedded/render/text_drawing.h"
+#include "embedded/render/truetype_text.h"
 
 namespace sheafwork::embedded {
 
@@ -26,14 +26,6 @@ constexpr std::int32_t kViewportOff = 131072;
 
 Transform3 WithOcs(const Transform3& t, const Vec3& extrusion) {
   return IsUnitZ(extrusion) ? t : t * Transform3::Ocs(extrusion);
-}
-
-/// The sheet map of the plane through `origin` spanned by `xAxis`, `yAxis`.
-Affine2 PlanarMap(const Transform3& t, const Vec3& origin, const Vec3& xAxis, const Vec3& yAxis) {
-  const Vec2 o = t.ApplyXY(origin);
-  const Vec2 x = t.ApplyXY({origin.x + xAxis.x, origin.y + xAxis.y, origin.z + xAxis.z});
-  const Vec2 y = t.ApplyXY({origin.x + yAxis.x, origin.y + yAxis.y, origin.z + yAxis.z});
-  return {x.x - o.x, x.y - o.y, y.x - o.x, y.y - o.y, o.x, o.y};
 }
 
 /// The corners of a viewport's frame in paper space, counter-clockwise.
@@ -290,6 +282,8 @@ void Frontend::DrawEntity(const Entity& e, const Transform3& t) {
             DrawLeader(g, t, r.style);
           } else if constexpr (std::is_same_v<G, Wipeout>) {
             DrawWipeout(g, t, r.style);
+          } else if constexpr (std::is_same_v<G, RasterImage>) {
+            DrawRasterImage(g, t, r.style);
           } else {
             static_assert(std::is_same_v<G, void>, "every kind of entity is drawn");
           }
@@ -632,7 +626,8 @@ void Frontend::DrawText(const Text& g, const Transform3& t, const Style& s) {
   } else {
     backend_.DrawText(run, s);
   }
-  TextMeasure& measure = options_.textMeasure != nullptr ? *options_.textMeasure : TrueTypeMeasure();
+  TextMeasure& measure =
+      options_.textMeasure != nullptr ? *options_.textMeasure : TrueTypeMeasure();
   DrawTextToggles(backend_, g.text, run, stroke, measure, s, options_.cull);
 }
 
@@ -666,7 +661,8 @@ void Frontend::DrawMText(const MText& g, const Transform3& t, const Resolved& r)
   block.columnWidth = g.width > 0 ? g.width : 0;
   block.attachment = std::clamp<int>(g.attachment, 1, 9);
   block.lineSpacing = g.lineSpacing > 0 ? g.lineSpacing : 1.0;
-  TextMeasure& measure = options_.textMeasure != nullptr ? *options_.textMeasure : TrueTypeMeasure();
+  TextMeasure& measure =
+      options_.textMeasure != nullptr ? *options_.textMeasure : TrueTypeMeasure();
   ShapedText shaped = ShapeText(pieces, block, measure);
   if (const PlotStyleTable* table = options_.plotStyles.get()) {
     const auto plotted = [&](std::optional<std::uint32_t>& rgb, int aci) {

@@ -109,6 +109,9 @@ class Frontend {
                 const Style& s);
   void DrawPointSymbol(const Point& g, const Transform3& t, const Style& s);
   void DrawWipeout(const Wipeout& g, const Transform3& t, const Style& s);
+  /// A raster image's pixels, clipped to its boundary, and its frame; only
+  /// the frame when the file was not found or cannot be drawn.
+  void DrawRasterImage(const RasterImage& g, const Transform3& t, const Style& s);
 
   // Linetypes (frontend_strokes.cpp).
   /// Sets up the dash pattern of the entity about to be drawn through `t`.
@@ -128,6 +131,10 @@ class Frontend {
   /// Clips what follows to a block reference's boundary (block coordinates
   /// mapped by `t`; two points are a rectangle) until PopClip.
   void PushBlockClip(std::span<const Vec2> boundary, const Transform3& t);
+  /// Puts into `out_` the boundary of a wipeout or image (its clip boundary
+  /// when clipped, else the whole image) mapped by `t`; false when it has
+  /// no area.
+  bool ImageBoundary(const Wipeout& g, const Transform3& t);
 
   Resolved Resolve(const EntityProps& props);
   const LayerLook& LookFor(std::string_view layer);
