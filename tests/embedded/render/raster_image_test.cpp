@@ -102,6 +102,15 @@ TEST(RasterImageTest, AnOutputThatDrawsNoImagesGetsTheirFrames) {
   ExpectNear(Of(backend, Recorded::Kind::Polyline)[1]->points, {{20, 0}, {36, 0}, {28, 16}}, 1e-9);
 }
 
+// The model layout of `drawing` plotted to the PDF file `path`; its bytes.
+std::string PlotPdf(const Drawing& drawing, const PlotSettings& settings, const std::string& path) {
+  PlotJob job = testing::MakeJob(drawing, drawing.layouts[0], settings);
+  job.output = OutputKind::Pdf;
+  job.outputPath = path;
+  RunPlotJob(job);
+  return sheafwork::testing::TempFolder::Read(path);
+}
+
 // The sheet of clipped.dxf painted or rasterised at `k` pixels per mm:
 // the picture's pixels inside each clip boundary, white around them.
 void ExpectClippedPictures(const QImage& sheet, double k) {
@@ -148,13 +157,10 @@ TEST(RasterImageTest, PaintedOutputsShowTheClippedPictures) {
 TEST(RasterImageTest, PdfShowsTheClippedPicturesFromOneImageObject) {
   const Drawing drawing = ReadImages("clipped.dxf", "");
   sheafwork::testing::TempFolder folder;
-  PlotJob job = testing::MakeJob(drawing, drawing.layouts[0], testing::OneToOneSettings(60, 20));
-  job.output = OutputKind::Pdf;
-  job.outputPath = folder.File("clipped.pdf");
-  RunPlotJob(job);
-  const std::string pdf = sheafwork::testing::TempFolder::Read(job.outputPath);
+  const std::string path = folder.File("clipped.pdf");
+  const std::string pdf = PlotPdf(drawing, testing::OneToOneSettings(60, 20), path);
   EXPECT_EQ(testing::Count(pdf, "/Subtype /Image"), 1u);  // one file, drawn three times
-  const QImage sheet = testing::RasterisePdf(job.outputPath, 203, folder.File("clipped"));
+  const QImage sheet = testing::RasterisePdf(path, 203, folder.File("clipped"));
   if (sheet.isNull()) GTEST_SKIP() << "pdftoppm is not installed";
   ExpectClippedPictures(sheet, 203 / 25.4);
 }
@@ -162,11 +168,8 @@ TEST(RasterImageTest, PdfShowsTheClippedPicturesFromOneImageObject) {
 TEST(RasterImageTest, PdfEmbedsAJpegFileAsItIs) {
   const Drawing drawing = ReadImages("images.dxf", kRaster);
   sheafwork::testing::TempFolder folder;
-  PlotJob job = testing::MakeJob(drawing, drawing.layouts[0], testing::OneToOneSettings(60, 60));
-  job.output = OutputKind::Pdf;
-  job.outputPath = folder.File("images.pdf");
-  RunPlotJob(job);
-  const std::string pdf = sheafwork::testing::TempFolder::Read(job.outputPath);
+  const std::string pdf =
+      PlotPdf(drawing, testing::OneToOneSettings(60, 60), folder.File("images.pdf"));
   EXPECT_EQ(testing::Count(pdf, "/Subtype /Image"), 2u);
   EXPECT_EQ(testing::Count(pdf, "/Filter /DCTDecode"), 1u);
   const std::string jpeg = sheafwork::testing::TempFolder::Read(kRaster + "/python.jpg");
