@@ -30,8 +30,11 @@ TEST(SampleSheet, HoldsEveryKindOfEntityAndItsSettings) {
   collect(paper->entities);
   collect(d.LayoutBlock(d.layouts[0])->entities);
   for (const embedded::Block& b : d.blocks) collect(b.entities);
+  // A raster image needs its file beside the drawing: the drawings of
+  // tests/data/dxf/images show them instead.
+  const std::size_t image = embedded::Geometry(embedded::RasterImage{}).index();
   for (std::size_t i = 0; i < std::variant_size_v<embedded::Geometry>; ++i) {
-    EXPECT_TRUE(kinds.count(i)) << "no entity of kind " << i;
+    EXPECT_TRUE(i == image || kinds.count(i)) << "no entity of kind " << i;
   }
   EXPECT_TRUE(d.skippedEntities.empty());
 

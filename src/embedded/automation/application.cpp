@@ -1,6 +1,7 @@
 // The application, its documents, preferences and state.
 
 #include "embedded/automation/embedded_host.h"
+#include "embedded/automation/image_report.h"
 #include "embedded/automation/objects.h"
 #include "embedded/automation/variables.h"
 
@@ -31,7 +32,9 @@ class DocumentsObject : public host::Documents {
       // The external-reference log is written when the host-wide XREFCTL
       // asks for it at the time of opening.
       if (host::SysVarAsInteger(core_->hostVariables.at("XREFCTL")) > 0) WriteXrefLog(drawing);
-      return MakeDocumentObject(core_, core_->AddDocument(fileName, std::move(drawing), readOnly));
+      auto doc = core_->AddDocument(fileName, std::move(drawing), readOnly);
+      ReportUnusableImages(*core_, *doc);
+      return MakeDocumentObject(core_, doc);
     });
   }
 

@@ -9,6 +9,7 @@
 #include "embedded/automation/default_seams.h"
 #include "embedded/automation/dwg_converter.h"
 #include "embedded/automation/variables.h"
+#include "embedded/model/referenced_files.h"
 #include "embedded/model/xrefs.h"
 #include "log/paths.h"
 #include "platform/program_folders.h"
@@ -51,6 +52,15 @@ std::vector<std::size_t> TabOrder(Drawing& drawing) {
   return tabs;
 }
 
+// The image definitions in the order of their stored paths.
+std::vector<const ImageDefinition*> SortedImages(const Drawing& drawing) {
+  std::vector<const ImageDefinition*> images;
+  for (const auto& [handle, image] : drawing.images) images.push_back(&image);
+  std::sort(images.begin(), images.end(),
+            [](const auto* a, const auto* b) { return a->storedPath < b->storedPath; });
+  return images;
+}
+
 void WriteXrefLines(const Drawing& drawing, std::ofstream& out, const std::string& indent) {
   const std::string& mark = CachedText<ids::kXrefNotFoundMark>();
   for (const ExternalReference& reference : drawing.xrefs) {
@@ -60,6 +70,12 @@ void WriteXrefLines(const Drawing& drawing, std::ofstream& out, const std::strin
             : msg::XrefFound(reference.blockName, reference.storedPath, reference.resolvedPath);
     out << indent << line << "\r\n";
     if (reference.drawing) WriteXrefLines(*reference.drawing, out, indent + "  ");
+  }
+  // Raster images are external files too: a missing one is listed with the
+  // same mark.
+  for (const ImageDefinition* image : SortedImages(drawing)) {
+    const std::string& found = image->resolvedPath;
+    out << indent << msg::ImageReference(image->storedPath, found.empty() ? mark : found) << "\r\n";
   }
 }
 
@@ -138,13 +154,19 @@ Drawing HostCore::ReadFile(const std::string& path) {
 Drawing HostCore::LoadDrawing(const std::string& path) {
   auto readAny = [this](const std::string& file) -> Drawing {
     if (!IsFile(file)) throw host::Error(host::kFileNotFound, msg::FileNotFound(file));
-    if (EndsWithIgnoreCase(file, ".dxf")) return ReadFile(file);
+    if (EndsWithIgnoreCase(file, ".dxf")) {
+      Drawing drawing = ReadFile(file);
+      drawing.path = file;
+      ResolveImageFiles(drawing, supportPath);
+      return drawing;
+    }
     if (!EndsWithIgnoreCase(file, ".dwg") && !EndsWithIgnoreCase(file, ".dwt")) {
       throw host::Error(msg::kUnsupportedFile, msg::UnsupportedFile(file));
     }
     if (dwgConverter.empty()) throw host::Error(msg::kNoDwgConverter, msg::NoDwgConverter(file));
     Drawing drawing = ReadFile(conversions.Convert(dwgConverter, file, options.dwgTimeLimit));
     drawing.path = file;
+    ResolveImageFiles(drawing, supportPath);
     return drawing;
   };
   Drawing drawing = readAny(path);
@@ -233,7 +255,7 @@ Drawing UntitledDrawing() {
 void WriteXrefLog(const Drawing& drawing) {
   std::ofstream out(XrefLogName(drawing.path), std::ios::binary | std::ios::trunc);
   out << msg::XrefLogTitle(drawing.path) << "\r\n";
-  if (drawing.xrefs.empty()) out << msg::XrefNone() << "\r\n";
+  if (drawing.xrefs.empty() && drawing.images.empty()) out << msg::XrefNone() << "\r\n";
   WriteXrefLines(drawing, out, "");
 }
 

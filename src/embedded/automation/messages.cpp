@@ -188,6 +188,19 @@ std::string XrefNotFound(std::string_view block, std::string_view stored,
 
 std::string XrefNone() { return "Aucune référence externe"; }
 
+std::string ImageReference(std::string_view stored, std::string_view foundOrMark) {
+  return "Image " + S(stored) + " -> " + S(foundOrMark);
+}
+
+std::string ImageNotFound(std::string_view drawing, std::string_view stored) {
+  return "Image introuvable : " + S(stored) + " (dessin " + S(drawing) +
+         ") ; seul son cadre est tracé";
+}
+
+std::string ImageUnreadable(std::string_view drawing, std::string_view path) {
+  return "Image illisible : " + S(path) + " (dessin " + S(drawing) + ") ; seul son cadre est tracé";
+}
+
 std::string CombinedPageFailed(std::string_view reason) {
   return "PDF combiné : page non ajoutée, " + S(reason);
 }

@@ -88,6 +88,13 @@ std::string XrefFound(std::string_view block, std::string_view stored, std::stri
 std::string XrefNotFound(std::string_view block, std::string_view stored,
                          std::string_view notFoundMark);
 std::string XrefNone();
+/// An image file in the external-reference log: where it was found, or the
+/// not-found mark.
+std::string ImageReference(std::string_view stored, std::string_view foundOrMark);
+/// A raster image of `drawing` whose file was not found, or was found and
+/// cannot be read; its frame is plotted instead.
+std::string ImageNotFound(std::string_view drawing, std::string_view stored);
+std::string ImageUnreadable(std::string_view drawing, std::string_view path);
 
 // The combined PDF.
 std::string CombinedPageFailed(std::string_view reason);

@@ -533,9 +533,9 @@ Viewport DecodeViewport(Context& ctx, const Record& r, Own own) {
   return g;
 }
 
-// WIPEOUT, laid out like a raster image: placement, size in pixels and the
-// clip boundary in pixel coordinates.
-Wipeout DecodeWipeout(Context& ctx, Own own) {
+// WIPEOUT and IMAGE: placement, size in pixels and the clip boundary in
+// pixel coordinates; an image also names its definition (340).
+Wipeout DecodeWipeout(Context& ctx, Own own, std::string* definition = nullptr) {
   Wipeout g;
   Vec3 size{1, 1, 0};
   std::vector<Vec3> vertices;
@@ -558,6 +558,9 @@ Wipeout DecodeWipeout(Context& ctx, Own own) {
         break;
       case 91:
         Reserve(vertices, ctx.Long(t), own.size());
+        break;
+      case 340:
+        if (definition != nullptr) *definition = HandleKey(t.value);
         break;
       default:
         break;
@@ -621,6 +624,10 @@ Decoded DecodeEntity(Context& ctx, const Record& r, Entity& out, bool& paperSpac
     out.geometry = DecodeViewport(ctx, r, own);
   } else if (type == "WIPEOUT") {
     out.geometry = DecodeWipeout(ctx, own);
+  } else if (type == "IMAGE") {
+    RasterImage g;
+    g.placement = DecodeWipeout(ctx, own, &g.definition);
+    out.geometry = std::move(g);
   } else if (type == "ATTDEF") {
     // Attribute definitions are the templates of a block's attributes; a
     // block reference shows its own ATTRIBs instead.

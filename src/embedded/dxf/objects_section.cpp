@@ -1,8 +1,8 @@
 // The OBJECTS section: dictionaries, layouts, plot settings, the clip
-// boundaries of block references, draw orders and the wipeout variables.
-// Only what the layouts, the named page setups, the clipped references, the
-// draw orders and the wipeout frames need is kept; they are linked up in
-// FinishDrawing.
+// boundaries of block references, draw orders, the image definitions and the
+// wipeout and raster variables. Only what the layouts, the named page setups,
+// the clipped references, the draw orders, the images and the frames need is
+// kept; they are linked up in FinishDrawing.
 
 #include <string>
 
@@ -85,6 +85,20 @@ void ReadPlotSettings(Context& ctx, const Record& r) {
   ctx.plotSettings[handle] = std::move(settings);
 }
 
+// IMAGEDEF: the file an image shows.
+void ReadImageDefinition(Context& ctx, const Record& r) {
+  const std::string handle = HandleOf(r);
+  if (handle.empty()) return;
+  ImageDefinition definition;
+  for (const DataTag& d : r.data) {
+    const std::string_view sub = r.SubclassOf(d);
+    if (d.tag.code == 1 && (sub.empty() || sub == "AcDbRasterImageDef")) {
+      definition.storedPath = ctx.Text(d.tag);
+    }
+  }
+  ctx.drawing.images[handle] = std::move(definition);
+}
+
 }  // namespace
 
 void ReadObjectsSection(Context& ctx, const Tag& start) {
@@ -106,6 +120,10 @@ void ReadObjectsSection(Context& ctx, const Tag& start) {
       ReadSortentsTable(ctx, r);
     } else if (r.type == "WIPEOUTVARIABLES") {
       if (const Tag* frame = r.Find(70)) ctx.drawing.header.wipeoutFrame = ctx.Short(*frame);
+    } else if (r.type == "IMAGEDEF") {
+      ReadImageDefinition(ctx, r);
+    } else if (r.type == "RASTERVARIABLES") {
+      if (const Tag* frame = r.Find(70)) ctx.drawing.header.imageFrame = ctx.Short(*frame);
     }
   }
   if (ctx.stream.AtRecord("SECTION")) return;

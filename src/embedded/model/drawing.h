@@ -40,6 +40,9 @@ struct Header {
   /// Frames of wipeouts: 0 hidden, 1 shown and plotted, 2 shown only
   /// (kept in the drawing's wipeout variables object).
   std::int16_t wipeoutFrame = 0;
+  /// Frames of raster images, the same way (kept in the raster variables
+  /// object).
+  std::int16_t imageFrame = 1;
 };
 
 struct Layer {
@@ -139,6 +142,12 @@ struct ExternalReference {
   std::shared_ptr<const struct Drawing> drawing;  ///< the loaded drawing when found
 };
 
+/// The file a raster image shows (IMAGEDEF) and where it was found.
+struct ImageDefinition {
+  std::string storedPath;    ///< as stored, often a Windows path
+  std::string resolvedPath;  ///< empty when not found
+};
+
 struct Drawing {
   std::string path;  ///< the file it was read from
   Header header;
@@ -151,6 +160,8 @@ struct Drawing {
   std::vector<Layout> layouts;  ///< in tab order, the model layout first
   std::vector<NamedPageSetup> pageSetups;
   std::vector<ExternalReference> xrefs;
+  /// Image definitions by handle key; see ResolveImageFiles.
+  std::unordered_map<std::string, ImageDefinition> images;
   /// Entities of kinds the reader does not know, by type name.
   std::map<std::string, int> skippedEntities;
   /// Index in `layouts` of the layout that was active when saved.

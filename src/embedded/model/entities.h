@@ -278,8 +278,15 @@ struct Wipeout {
   std::vector<Vec2> clipVertices;  ///< image pixel coordinates
 };
 
-using Geometry = std::variant<Line, Circle, Arc, Ellipse, Polyline, Spline, Point, Solid, Face3d,
-                              Text, MText, Insert, Hatch, Dimension, Leader, Viewport, Wipeout>;
+/// IMAGE: the pixels of a raster file, placed and clipped like a wipeout.
+struct RasterImage {
+  Wipeout placement;
+  std::string definition;  ///< handle key of its image definition (IMAGEDEF)
+};
+
+using Geometry =
+    std::variant<Line, Circle, Arc, Ellipse, Polyline, Spline, Point, Solid, Face3d, Text, MText,
+                 Insert, Hatch, Dimension, Leader, Viewport, Wipeout, RasterImage>;
 
 struct Entity {
   EntityProps props;

@@ -5,43 +5,13 @@
 #include <set>
 #include <system_error>
 
-#include "log/paths.h"
+#include "embedded/model/referenced_files.h"
 
 namespace sheafwork::embedded {
 
 namespace fs = std::filesystem;
 
 namespace {
-
-// Stored paths often come from Windows: "\" separates their folders too.
-fs::path StoredPath(std::string stored) {
-  for (char& c : stored) {
-    if (c == '\\') c = '/';
-  }
-  return fs::path(stored);
-}
-
-std::vector<fs::path> SupportFolders(const std::string& supportPath) {
-  const std::vector<std::string> folders = SplitSearchPath(supportPath);
-  return {folders.begin(), folders.end()};
-}
-
-// Where the reference is found; empty when nowhere.
-std::string Locate(const std::string& stored, const fs::path& drawingFolder,
-                   const std::vector<fs::path>& support) {
-  const fs::path path = StoredPath(stored);
-  if (path.empty()) return {};
-  const fs::path asGiven = path.is_absolute() ? path : drawingFolder / path;
-  if (IsRegularFile(asGiven)) return asGiven.lexically_normal().string();
-  const fs::path name = path.filename();
-  if (name.empty()) return {};
-  if (IsRegularFile(drawingFolder / name))
-    return (drawingFolder / name).lexically_normal().string();
-  for (const fs::path& folder : support) {
-    if (IsRegularFile(folder / name)) return (folder / name).lexically_normal().string();
-  }
-  return {};
-}
 
 std::string Identity(const std::string& path) {
   std::error_code ec;
@@ -59,7 +29,7 @@ void Resolve(Drawing& drawing, const std::vector<fs::path>& support, const Drawi
     // An overlay inside a reference is not part of the referencing drawing.
     const bool overlay = (block.flags & 8) != 0;
     if (!(nested && overlay)) {
-      reference.resolvedPath = Locate(block.xrefPath, folder, support);
+      reference.resolvedPath = LocateReferencedFile(block.xrefPath, folder, support);
     }
     if (!reference.resolvedPath.empty()) {
       const std::string identity = Identity(reference.resolvedPath);
@@ -89,7 +59,7 @@ void Resolve(Drawing& drawing, const std::vector<fs::path>& support, const Drawi
 void ResolveExternalReferences(Drawing& drawing, const std::string& supportPath,
                                const DrawingLoader& load) {
   std::set<std::string> chain = {Identity(drawing.path)};
-  Resolve(drawing, SupportFolders(supportPath), load, chain, false);
+  Resolve(drawing, SearchFolders(supportPath), load, chain, false);
 }
 
 }  // namespace sheafwork::embedded

@@ -4,9 +4,11 @@
 // Lines and areas go out in device units (see DeviceGrid), the painter's
 // world transform set to identity while the backend lives.
 
+#include <QImage>
 #include <QLineF>
 #include <QPointF>
 #include <QTransform>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -31,6 +33,7 @@ class PainterBackend final : public Backend {
                  const Style& style) override;
   void FillPath(const CurvePath& path, const Style& style) override;
   void DrawPoint(Vec2 at, const Style& style) override;
+  bool DrawImage(const ImageRun& image) override;  // painter_images.cpp
   void PushClip(std::span<const Vec2> polygon) override;
   void PushClipLoops(std::span<const Vec2> points, std::span<const int> loopSizes) override;
   void PopClip() override;
@@ -50,6 +53,7 @@ class PainterBackend final : public Backend {
   std::uint32_t fill_ = 0;
   bool fillSet_ = false;
   std::vector<QPointF> points_;
+  std::map<std::string, QImage> images_;  ///< by path; null when unreadable
 };
 
 }  // namespace sheafwork::embedded

@@ -78,6 +78,33 @@ void Document::EndPage() {
   open_->writer.Object(page.object, std::move(body));
 }
 
+std::string Document::AddImage(const std::string& key, int width, int height, int components,
+                               std::string samples, bool jpeg) {
+  if (!open_) throw FileError(FileError::Stage::Write, path_);
+  const std::string name = "/Im" + std::to_string(images_.size() + 1);
+  const int object = NewObject();
+  const char* space = components == 1   ? "/DeviceGray"
+                      : components == 4 ? "/DeviceCMYK"
+                                        : "/DeviceRGB";
+  std::string dictionary = "/Type /XObject /Subtype /Image /Width " + std::to_string(width) +
+                           " /Height " + std::to_string(height) + " /ColorSpace " + space +
+                           " /BitsPerComponent 8";
+  if (jpeg) {
+    open_->writer.EncodedStream(object, std::move(dictionary) + " /Filter /DCTDecode",
+                                std::move(samples));
+  } else {
+    open_->writer.Stream(object, std::move(dictionary), std::move(samples));
+  }
+  images_[key] = name;
+  imageResources_ += name + " " + Reference(object) + " ";
+  return name;
+}
+
+const std::string* Document::FindImage(const std::string& key) const {
+  const auto it = images_.find(key);
+  return it != images_.end() ? &it->second : nullptr;
+}
+
 void Document::Close() {
   if (!open_) throw FileError(FileError::Stage::Write, path_);
   EndPage();
@@ -103,6 +130,7 @@ void Document::Close() {
                            " /CreationDate " + LiteralString(DateString(created)) + " >>");
   writer.Object(kResources, "<< /Font << " + std::string(kHelvetica) + " " + Reference(kFont) +
                                 " >>" + (layered ? " " + layers_.PropertiesEntry(groups) : "") +
+                                (images_.empty() ? "" : " /XObject << " + imageResources_ + ">>") +
                                 " >>");
   writer.Object(kFont,
                 "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica "

@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <ctime>
+#include <map>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -71,6 +72,16 @@ class Document {
   /// The document's layers, shared by all its pages.
   OptionalContent& Layers() { return layers_; }
 
+  /// An image every page may draw (`/Name Do`), written at once; returns
+  /// its resource name ("/Im1"). `samples` are 8-bit, `components` (1 grey,
+  /// 3 RGB, 4 CMYK) per pixel, row by row from the top, and are deflated;
+  /// with `jpeg` they are a JPEG file, embedded as it is. `key` finds it
+  /// again (FindImage).
+  std::string AddImage(const std::string& key, int width, int height, int components,
+                       std::string samples, bool jpeg);
+  /// The resource name of the image added under `key`, null when none.
+  const std::string* FindImage(const std::string& key) const;
+
   /// Ends an open page, writes the rest and renames the file onto `path`.
   /// Throws FileError (Write); the file is abandoned then.
   void Close();
@@ -95,6 +106,8 @@ class Document {
   std::vector<Page> pages_;
   std::unique_ptr<ContentStream> content_;  // of the open page
   OptionalContent layers_;
+  std::map<std::string, std::string> images_;  ///< key -> resource name
+  std::string imageResources_;                 ///< "/Im1 7 0 R ..."
   int nextObject_ = 1;
 };
 

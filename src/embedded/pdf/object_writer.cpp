@@ -34,6 +34,10 @@ void ObjectWriter::Stream(int number, std::string dictionary, std::string data) 
   Push({Kind::Stream, number, std::move(dictionary), std::move(data)});
 }
 
+void ObjectWriter::EncodedStream(int number, std::string dictionary, std::string data) {
+  Push({Kind::EncodedStream, number, std::move(dictionary), std::move(data)});
+}
+
 void ObjectWriter::Push(Task task) {
   const std::size_t bytes = task.head.size() + task.data.size();
   std::unique_lock lock(mutex_);
@@ -109,16 +113,18 @@ bool ObjectWriter::Emit(Task& task) {
     head += "\nendobj\n";
     return file_.Write(head);
   }
-  if (!deflater_.Compress(task.data, compressed_)) return false;
+  const bool encoded = task.kind == Kind::EncodedStream;
+  if (!encoded && !deflater_.Compress(task.data, compressed_)) return false;
+  const std::string& data = encoded ? task.data : compressed_;
   head += "<< ";
   if (!task.head.empty()) {
     head += task.head;
     head += ' ';
   }
   head += "/Length ";
-  head += std::to_string(compressed_.size());
-  head += " /Filter /FlateDecode >>\nstream\n";
-  return file_.Write(head) && file_.Write(compressed_) && file_.Write("\nendstream\nendobj\n");
+  head += std::to_string(data.size());
+  head += encoded ? " >>\nstream\n" : " /Filter /FlateDecode >>\nstream\n";
+  return file_.Write(head) && file_.Write(data) && file_.Write("\nendstream\nendobj\n");
 }
 
 }  // namespace sheafwork::embedded::pdf

@@ -38,6 +38,9 @@ class ObjectWriter {
   /// Object `number`: a stream of `data`, deflated, with `dictionary`'s
   /// entries (without the << >>) before /Length and /Filter.
   void Stream(int number, std::string dictionary, std::string data);
+  /// Object `number`: a stream of `data` already encoded as `dictionary`
+  /// (its /Filter included) says, written as it is.
+  void EncodedStream(int number, std::string dictionary, std::string data);
 
   /// Waits until everything handed over is in the file. Returns false when
   /// a write or a compression failed.
@@ -47,7 +50,7 @@ class ObjectWriter {
   const std::vector<std::uint64_t>& Offsets() const { return offsets_; }
 
  private:
-  enum class Kind { Raw, Object, Stream };
+  enum class Kind { Raw, Object, Stream, EncodedStream };
   struct Task {
     Kind kind = Kind::Raw;
     int number = 0;

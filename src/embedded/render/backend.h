@@ -46,6 +46,14 @@ struct TextRun {
   double tracking = 1;  ///< factor on every character's advance
 };
 
+/// A raster image: the pixels of a file over the parallelogram onto which
+/// `toSheet` maps the unit square, the image's lower-left corner at the
+/// origin and its top row along y = 1.
+struct ImageRun {
+  std::string_view path;  ///< the file, found
+  Affine2 toSheet;
+};
+
 class Backend {
  public:
   virtual ~Backend();
@@ -73,6 +81,12 @@ class Backend {
   /// By default the run's glyph outlines, filled (FillPath), so that a
   /// backend without text of its own still draws it.
   virtual void DrawText(const TextRun& text, const Style& style);
+  /// Draws a raster image; false when the output draws no images or the
+  /// file cannot be read (the frontend then draws the image's frame).
+  virtual bool DrawImage(const ImageRun& image) {
+    (void)image;
+    return false;
+  }
   /// Restricts what follows to the inside of `polygon` until PopClip.
   virtual void PushClip(std::span<const Vec2> polygon) { (void)polygon; }
   /// Restricts what follows to the odd-even inside of the loops (each

@@ -30,14 +30,6 @@ Transform3 WithOcs(const Transform3& t, const Vec3& extrusion) {
   return IsUnitZ(extrusion) ? t : t * Transform3::Ocs(extrusion);
 }
 
-/// The sheet map of the plane through `origin` spanned by `xAxis`, `yAxis`.
-Affine2 PlanarMap(const Transform3& t, const Vec3& origin, const Vec3& xAxis, const Vec3& yAxis) {
-  const Vec2 o = t.ApplyXY(origin);
-  const Vec2 x = t.ApplyXY({origin.x + xAxis.x, origin.y + xAxis.y, origin.z + xAxis.z});
-  const Vec2 y = t.ApplyXY({origin.x + yAxis.x, origin.y + yAxis.y, origin.z + yAxis.z});
-  return {x.x - o.x, x.y - o.y, y.x - o.x, y.y - o.y, o.x, o.y};
-}
-
 /// The corners of a viewport's frame in paper space, counter-clockwise.
 std::array<Vec2, 4> FrameCorners(const Viewport& vp) {
   const double hw = vp.width / 2, hh = vp.height / 2;
@@ -304,6 +296,8 @@ void Frontend::DrawEntity(const Entity& e, const Transform3& t) {
             DrawLeader(g, t, r.style);
           } else if constexpr (std::is_same_v<G, Wipeout>) {
             DrawWipeout(g, t, r.style);
+          } else if constexpr (std::is_same_v<G, RasterImage>) {
+            DrawRasterImage(g, t, r.style);
           } else {
             static_assert(std::is_same_v<G, void>, "every kind of entity is drawn");
           }

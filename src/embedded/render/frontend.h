@@ -120,6 +120,9 @@ class Frontend {
                 const Style& s);
   void DrawPointSymbol(const Point& g, const Transform3& t, const Style& s);
   void DrawWipeout(const Wipeout& g, const Transform3& t, const Style& s);
+  /// A raster image's pixels, clipped to its boundary, and its frame; only
+  /// the frame when the file was not found or cannot be drawn.
+  void DrawRasterImage(const RasterImage& g, const Transform3& t, const Style& s);
 
   // Linetypes (frontend_strokes.cpp).
   /// Sets up the dash pattern of the entity about to be drawn through `t`.
@@ -140,6 +143,10 @@ class Frontend {
   /// coordinates to output units, until PopBlockClip.
   void PushBlockClip(const BlockClip& clip, const Transform3& t);
   void PopBlockClip();
+  /// Puts into `out_` the boundary of a wipeout or image (its clip boundary
+  /// when clipped, else the whole image) mapped by `t`; false when it has
+  /// no area.
+  bool ImageBoundary(const Wipeout& g, const Transform3& t);
 
   Resolved Resolve(const EntityProps& props);
   const LayerLook& LookFor(std::string_view layer);

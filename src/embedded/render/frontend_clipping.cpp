@@ -1,5 +1,6 @@
-// The frontend's masks and clips: wipeouts, viewports clipped by an entity
-// instead of their rectangle, and clipped block references.
+// The frontend's masks and clips: wipeouts and raster images, viewports
+// clipped by an entity instead of their rectangle, and clipped block
+// references.
 
 #include <algorithm>
 #include <array>
@@ -105,8 +106,7 @@ void Frontend::PopBlockClip() {
   savedCulls_.pop_back();
 }
 
-void Frontend::DrawWipeout(const Wipeout& g, const Transform3& t, const Style& s) {
-  if ((g.displayFlags & 1) == 0) return;
+bool Frontend::ImageBoundary(const Wipeout& g, const Transform3& t) {
   // The boundary in pixel coordinates: the whole image unless clipped.
   const double w = g.imageSize.x > 0 ? g.imageSize.x : 1.0;
   const double h = g.imageSize.y > 0 ? g.imageSize.y : 1.0;
@@ -124,7 +124,7 @@ void Frontend::DrawWipeout(const Wipeout& g, const Transform3& t, const Style& s
     }
     local_ = {lo, {hi.x, lo.y}, hi, {lo.x, hi.y}};
   }
-  if (local_.size() < 3) return;
+  if (local_.size() < 3) return false;
   out_.clear();
   for (const Vec2& p : local_) {
     const double i = p.x + 0.5, j = h - p.y - 0.5;
@@ -132,10 +132,35 @@ void Frontend::DrawWipeout(const Wipeout& g, const Transform3& t, const Style& s
                               g.insert.y + i * g.uPixel.y + j * g.vPixel.y,
                               g.insert.z + i * g.uPixel.z + j * g.vPixel.z}));
   }
-  if (!InCull(out_)) return;
+  return true;
+}
+
+void Frontend::DrawWipeout(const Wipeout& g, const Transform3& t, const Style& s) {
+  if ((g.displayFlags & 1) == 0) return;
+  if (!ImageBoundary(g, t) || !InCull(out_)) return;
   const int size = static_cast<int>(out_.size());
   backend_.FillLoops(out_, {&size, 1}, Style{kSheetBackground, s.widthMm});
   if (root_.header.wipeoutFrame == 1) backend_.DrawPolyline(out_, true, s);
+}
+
+void Frontend::DrawRasterImage(const RasterImage& g, const Transform3& t, const Style& s) {
+  const Wipeout& p = g.placement;
+  if (!ImageBoundary(p, t) || !InCull(out_)) return;
+  bool drawn = false;
+  const auto definition = drawing_->images.find(g.definition);
+  if ((p.displayFlags & 1) != 0 && definition != drawing_->images.end() &&
+      !definition->second.resolvedPath.empty()) {
+    const double w = p.imageSize.x > 0 ? p.imageSize.x : 1.0;
+    const double h = p.imageSize.y > 0 ? p.imageSize.y : 1.0;
+    const Affine2 toSheet = PlanarMap(t, p.insert, {p.uPixel.x * w, p.uPixel.y * w, p.uPixel.z * w},
+                                      {p.vPixel.x * h, p.vPixel.y * h, p.vPixel.z * h});
+    // A clip boundary that is the whole image clips nothing.
+    const bool clipped = p.clipping && p.clipVertices.size() >= 2;
+    if (clipped) backend_.PushClip(out_);
+    drawn = backend_.DrawImage({definition->second.resolvedPath, toSheet});
+    if (clipped) backend_.PopClip();
+  }
+  if (!drawn || root_.header.imageFrame == 1) backend_.DrawPolyline(out_, true, s);
 }
 
 }  // namespace sheafwork::embedded

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "embedded/render/pdf_text_layer.h"
+#include "embedded/render/raster_cache.h"
 
 namespace sheafwork::embedded {
 
@@ -46,8 +47,8 @@ std::int64_t Units(double mm) {
 }  // namespace
 
 PdfBackend::PdfBackend(pdf::ContentStream& page, std::string_view font,
-                       pdf::OptionalContent* layers)
-    : out_(page), font_(font), layers_(layers) {
+                       pdf::OptionalContent* layers, pdf::Document* images)
+    : out_(page), font_(font), layers_(layers), images_(images) {
   out_.Real(kPointsPerUnit, 6).Int(0).Int(0).Real(kPointsPerUnit, 6).Int(0).Int(0).Op("cm");
   out_.Int(1).Op("J");
   out_.Int(1).Op("j");
@@ -343,6 +344,32 @@ void PdfBackend::EndMark() {
   if (!marked_) return;
   out_.Op("EMC");
   marked_ = false;
+}
+
+bool PdfBackend::DrawImage(const ImageRun& image) {
+  if (images_ == nullptr) return false;
+  const std::string key(image.path);
+  std::string name;
+  if (const std::string* found = images_->FindImage(key)) {
+    name = *found;
+  } else {
+    const std::shared_ptr<const RasterFile> file = LoadRasterImage(key);
+    if (!file) return false;
+    const bool jpeg = file->encoding == RasterFile::Encoding::Jpeg;
+    name = images_->AddImage(key, file->width, file->height, file->components, file->bytes, jpeg);
+  }
+  EndPath();
+  EndMark();
+  const Affine2& m = image.toSheet;
+  const double u = kUnitsPerMm;
+  out_.Op("q");
+  out_.Real(m.a * u, 4).Real(m.b * u, 4).Real(m.c * u, 4).Real(m.d * u, 4);
+  out_.Real(m.e * u, 2).Real(m.f * u, 2).Op("cm");
+  MarkLayer();
+  out_.Token(name).Op("Do");
+  EndMark();
+  out_.Op("Q");
+  return true;
 }
 
 void PdfBackend::PushClip(std::span<const Vec2> polygon) {

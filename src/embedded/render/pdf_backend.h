@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "embedded/pdf/content_stream.h"
+#include "embedded/pdf/document.h"
 #include "embedded/pdf/optional_content.h"
 #include "embedded/render/backend.h"
 #include "embedded/render/box.h"
@@ -30,8 +31,10 @@ class PdfBackend final : public Backend {
   /// corner; `font` names its Helvetica resource, for the invisible text.
   /// With `layers`, what is drawn is marked with its drawing layer's
   /// optional content group.
+  /// Raster images become image objects of `images` (none are drawn
+  /// without it).
   PdfBackend(pdf::ContentStream& page, std::string_view font,
-             pdf::OptionalContent* layers = nullptr);
+             pdf::OptionalContent* layers = nullptr, pdf::Document* images = nullptr);
   /// Flushes and closes any clip left open.
   ~PdfBackend() override;
   PdfBackend(const PdfBackend&) = delete;
@@ -50,6 +53,7 @@ class PdfBackend final : public Backend {
                  const Style& style) override;
   void DrawPoint(Vec2 at, const Style& style) override;
   void DrawText(const TextRun& text, const Style& style) override;
+  bool DrawImage(const ImageRun& image) override;
   void BeginLayer(std::string_view name) override;
   void PushClip(std::span<const Vec2> polygon) override;
   void PushClipLoops(std::span<const Vec2> points, std::span<const int> loopSizes) override;
@@ -103,6 +107,7 @@ class PdfBackend final : public Backend {
   // Marked content never spans a q or Q: it ends before either and begins
   // again with the next thing drawn.
   pdf::OptionalContent* layers_;
+  pdf::Document* images_;
   std::string layer_;  ///< of what is drawn next
   bool marked_ = false;
   std::string markedLayer_;

@@ -99,4 +99,13 @@ inline bool IsUnitZ(const Vec3& v) {
   return std::fabs(v.x) < 1e-12 && std::fabs(v.y) < 1e-12 && v.z > 0;
 }
 
+/// The sheet map of the plane through `origin` spanned by `xAxis`, `yAxis`.
+inline Affine2 PlanarMap(const Transform3& t, const Vec3& origin, const Vec3& xAxis,
+                         const Vec3& yAxis) {
+  const Vec2 o = t.ApplyXY(origin);
+  const Vec2 x = t.ApplyXY({origin.x + xAxis.x, origin.y + xAxis.y, origin.z + xAxis.z});
+  const Vec2 y = t.ApplyXY({origin.x + yAxis.x, origin.y + yAxis.y, origin.z + yAxis.z});
+  return {x.x - o.x, x.y - o.y, y.x - o.x, y.y - o.y, o.x, o.y};
+}
+
 }  // namespace sheafwork::embedded

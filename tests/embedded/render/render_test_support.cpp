@@ -172,7 +172,19 @@ void RecordingBackend::DrawText(const TextRun& text, const Style& style) {
   Add({Recorded::Kind::Text, {text.toSheet.Apply({0, 0})}, style, std::string(text.text), {}});
 }
 
-void RecordingBackend::PushClip(std::span<const Vec2>) {
+bool RecordingBackend::DrawImage(const ImageRun& image) {
+  if (!drawsImages) return false;
+  const Affine2& m = image.toSheet;
+  Add({Recorded::Kind::Image,
+       {m.Apply({0, 0}), m.Apply({1, 0}), m.Apply({1, 1}), m.Apply({0, 1})},
+       {},
+       std::string(image.path),
+       {}});
+  return true;
+}
+
+void RecordingBackend::PushClip(std::span<const Vec2> polygon) {
+  clips.emplace_back(items.size(), std::vector<Vec2>(polygon.begin(), polygon.end()));
   ++clipDepth;
   maxClipDepth = std::max(maxClipDepth, clipDepth);
 }

@@ -43,7 +43,9 @@ PlotSettings OneToOneSettings(double width, double height);
 PlotJob MakeJob(const Drawing& drawing, const Layout& layout, const PlotSettings& settings);
 
 struct Recorded {
-  enum class Kind { Lines, Polyline, Fill, Point, Text } kind;
+  /// An image's points are the corners of its unit square on the sheet,
+  /// (0,0), (1,0), (1,1), (0,1); its text is the file's path.
+  enum class Kind { Lines, Polyline, Fill, Point, Text, Image } kind;
   std::vector<Vec2> points;
   Style style;
   std::string text;
@@ -58,6 +60,7 @@ class RecordingBackend final : public Backend {
                  const Style& style) override;
   void DrawPoint(Vec2 at, const Style& style) override;
   void DrawText(const TextRun& text, const Style& style) override;
+  bool DrawImage(const ImageRun& image) override;
   void PushClip(std::span<const Vec2> polygon) override;
   void PopClip() override;
   void BeginLayer(std::string_view name) override;
@@ -68,6 +71,11 @@ class RecordingBackend final : public Backend {
   std::vector<std::string> layers;  ///< the layer each item was drawn on
   int clipDepth = 0;
   int maxClipDepth = 0;
+  /// Whether DrawImage draws (records) images, as the PDF and painted
+  /// outputs do, or refuses them, as HP-GL/2 does.
+  bool drawsImages = true;
+  /// Each clip pushed, with the number of items recorded before it.
+  std::vector<std::pair<std::size_t, std::vector<Vec2>>> clips;
 
  private:
   void Add(Recorded item);

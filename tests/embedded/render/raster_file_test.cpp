@@ -1,0 +1,158 @@
+// The raster decoders against the pictures of tests/data/raster: files
+// written by other programs (python.*) and variants of the same picture in
+// every layout the decoders read (make_variants.py), each compared pixel
+// by pixel with the picture as plain RGB (a .ppm, .pgm or .pbm file).
+
+#include "embedded/render/raster_file.h"
+
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "embedded/render/raster_cache.h"
+
+namespace sheafwork::embedded {
+namespace {
+
+std::string RasterPath(const std::string& name) {
+  return std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/raster/" + name;
+}
+
+std::string Bytes(const std::string& name) {
+  std::ifstream in(RasterPath(name), std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+// A binary portable any-map (P4, P5 or P6) as 8-bit RGB.
+RasterFile ReadPnm(const std::string& name) {
+  const std::string data = Bytes(name);
+  std::size_t at = 0;
+  auto field = [&] {
+    while (at < data.size() && std::isspace(static_cast<unsigned char>(data[at]))) ++at;
+    const std::size_t start = at;
+    while (at < data.size() && !std::isspace(static_cast<unsigned char>(data[at]))) ++at;
+    return data.substr(start, at - start);
+  };
+  const std::string kind = field();
+  RasterFile out;
+  out.width = std::stoi(field());
+  out.height = std::stoi(field());
+  if (kind != "P4") field();  // the largest value, 255
+  ++at;
+  const auto pixels = static_cast<std::size_t>(out.width) * static_cast<std::size_t>(out.height);
+  for (std::size_t i = 0; i < pixels; ++i) {
+    if (kind == "P6") {
+      out.bytes.append(data, at + 3 * i, 3);
+    } else if (kind == "P5") {
+      out.bytes.append(3, data[at + i]);
+    } else {
+      const std::size_t x = i % static_cast<std::size_t>(out.width);
+      const std::size_t y = i / static_cast<std::size_t>(out.width);
+      const std::size_t stride = (static_cast<std::size_t>(out.width) + 7) / 8;
+      const bool black =
+          (static_cast<unsigned char>(data[at + y * stride + x / 8]) >> (7 - x % 8)) & 1;
+      out.bytes.append(3, black ? '\0' : '\xFF');
+    }
+  }
+  return out;
+}
+
+struct Case {
+  const char* file;
+  const char* picture;
+};
+
+class RasterDecodeTest : public ::testing::TestWithParam<Case> {};
+
+TEST_P(RasterDecodeTest, GivesThePixelsOfThePicture) {
+  const std::optional<RasterFile> decoded = DecodeRasterFile(Bytes(GetParam().file));
+  ASSERT_TRUE(decoded.has_value());
+  const RasterFile expected = ReadPnm(GetParam().picture);
+  EXPECT_EQ(decoded->encoding, RasterFile::Encoding::Rgb);
+  ASSERT_EQ(decoded->width, expected.width);
+  ASSERT_EQ(decoded->height, expected.height);
+  ASSERT_EQ(decoded->bytes.size(), expected.bytes.size());
+  for (std::size_t i = 0; i < expected.bytes.size(); i += 3) {
+    const auto pixel = static_cast<int>(i / 3);
+    ASSERT_EQ(decoded->bytes.substr(i, 3), expected.bytes.substr(i, 3))
+        << "pixel " << pixel % expected.width << ", " << pixel / expected.width;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, RasterDecodeTest,
+    ::testing::Values(
+        // Written by other programs; their background is transparent.
+        Case{"python.png", "python-over-white.ppm"}, Case{"python.bmp", "python-over-white.ppm"},
+        Case{"python.tiff", "python-over-white.ppm"},
+        // PNG: each row filter, interlacing, 1 to 16 bits, palettes,
+        // transparency over white.
+        Case{"rgb8.png", "python.ppm"}, Case{"rgb16-interlaced.png", "python.ppm"},
+        Case{"palette8-interlaced.png", "python.ppm"}, Case{"grey8.png", "python.pgm"},
+        Case{"grey16.png", "python.pgm"}, Case{"grey1.png", "python.pbm"},
+        Case{"palette2-bw.png", "python.pbm"}, Case{"rgba8-half.png", "rgba8-half-over-white.ppm"},
+        Case{"rgb8-key.png", "rgb8-key-over-white.ppm"},
+        // BMP: rows top-down, palettes of 8 and 1 bits.
+        Case{"rgb24-top-down.bmp", "python.ppm"}, Case{"palette8.bmp", "python.ppm"},
+        Case{"bw1.bmp", "python.pbm"},
+        // TIFF: LZW, Deflate with the predictor, PackBits big-endian,
+        // grey, white-is-zero black and white, palette.
+        Case{"rgb-lzw.tif", "python.ppm"}, Case{"rgb-deflate-predictor.tif", "python.ppm"},
+        Case{"rgb-packbits-big-endian.tif", "python.ppm"}, Case{"grey-lzw.tif", "python.pgm"},
+        Case{"bw-white-is-zero.tif", "python.pbm"}, Case{"palette-uncompressed.tif", "python.ppm"}),
+    [](const auto& info) {
+      std::string name = info.param.file;
+      for (char& c : name) {
+        if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+      }
+      return name;
+    });
+
+TEST(RasterDecodeTest, JpegIsKeptWholeWithItsSizeAndComponents) {
+  const std::string bytes = Bytes("python.jpg");
+  const std::optional<RasterFile> jpeg = DecodeRasterFile(bytes);
+  ASSERT_TRUE(jpeg.has_value());
+  EXPECT_EQ(jpeg->encoding, RasterFile::Encoding::Jpeg);
+  EXPECT_EQ(jpeg->width, 16);
+  EXPECT_EQ(jpeg->height, 16);
+  EXPECT_EQ(jpeg->components, 3);
+  EXPECT_EQ(jpeg->bytes, bytes);
+}
+
+// Damaged files are refused, never read past their end.
+TEST(RasterDecodeTest, TruncatedOrUnknownFilesAreRefused) {
+  for (const char* file : {"python.png", "rgb16-interlaced.png", "python.bmp", "python.tiff",
+                           "rgb-lzw.tif", "rgb-deflate-predictor.tif", "python.jpg"}) {
+    SCOPED_TRACE(file);
+    const std::string bytes = Bytes(file);
+    ASSERT_FALSE(bytes.empty());
+    // Cut before the pixels are complete (a JPEG's before its frame header).
+    const std::size_t cut = std::string_view(file).ends_with(".jpg") ? 20 : bytes.size() / 3;
+    EXPECT_FALSE(DecodeRasterFile(std::string_view(bytes).substr(0, cut)).has_value());
+  }
+  EXPECT_FALSE(DecodeRasterFile(Bytes("python.ppm")).has_value());
+  EXPECT_FALSE(DecodeRasterFile("").has_value());
+}
+
+TEST(RasterCacheTest, AFileChangedOnDiskIsReadAgain) {
+  const std::string path = ::testing::TempDir() + "/raster-cache.png";
+  auto copy = [&](const char* from) {
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << Bytes(from);
+  };
+  copy("python.png");
+  const auto first = LoadRasterImage(path);
+  ASSERT_NE(first, nullptr);
+  EXPECT_EQ(LoadRasterImage(path), first);  // the same decoded file, not read again
+  copy("grey8.png");
+  const auto second = LoadRasterImage(path);
+  ASSERT_NE(second, nullptr);
+  EXPECT_EQ(second->bytes, ReadPnm("python.pgm").bytes);
+  std::ofstream(path, std::ios::binary | std::ios::trunc) << "not an image";
+  EXPECT_EQ(LoadRasterImage(path), nullptr);
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded
