@@ -53,7 +53,10 @@ struct Record {
   std::vector<std::string_view> subclasses;
   std::vector<DataTag> data;  ///< 100, 102 groups and embedded objects left out
   std::vector<Tag> xdata;     ///< from the first 1001 on
-  std::string_view owner;     ///< the 330 before the first subclass marker
+  /// The tags after a 101 marker (an embedded object), up to the extended
+  /// data.
+  std::vector<Tag> embedded;
+  std::string_view owner;  ///< the 330 before the first subclass marker
   /// The 360 of its {ACAD_XDICTIONARY group: its extension dictionary.
   std::string_view extensionDictionary;
 

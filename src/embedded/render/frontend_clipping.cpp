@@ -11,7 +11,6 @@ namespace sheafwork::embedded {
 namespace {
 
 constexpr std::int32_t kViewportClippedByEntity = 65536;
-constexpr std::uint32_t kSheetBackground = 0xFFFFFF;
 
 }  // namespace
 

@@ -216,6 +216,7 @@ class Reader {
       case 'N':
       case 'X':
         Paragraph();
+        pieces_.back().columnBreak = code == 'N';
         return;
       case '~':
         AppendChar(kNoBreakSpace);
