@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <numbers>
 #include <string>
 
@@ -120,6 +121,9 @@ void ReadXDataColumns(std::span<const Tag> tags, MTextColumns& c) {
 
 MText DecodeMText(Context& ctx, const Record& r, std::span<const DataTag* const> own) {
   MText g;
+  MText::Extras extras;
+  MTextColumns& columns = extras.columns;
+  MTextBackground& background = extras.background;
   std::string raw;  // chunks (3) in order, then the last piece (1)
   std::string_view last;
   bool columnCodes = false;  // 50 is the rotation until a column type came
@@ -131,7 +135,7 @@ MText DecodeMText(Context& ctx, const Record& r, std::span<const DataTag* const>
       g.hasXAxis = true;
       continue;
     }
-    if (columnCodes && ApplyColumnCode(t.code, ctx.Real(t), g.columns)) continue;
+    if (columnCodes && ApplyColumnCode(t.code, ctx.Real(t), columns)) continue;
     switch (t.code) {
       case 1:
         last = t.value;
@@ -152,10 +156,10 @@ MText DecodeMText(Context& ctx, const Record& r, std::span<const DataTag* const>
         g.lineSpacing = ctx.Real(t);
         break;
       case 45:
-        g.background.scale = ctx.Real(t);
+        background.scale = ctx.Real(t);
         break;
       case 46:
-        g.columns.height = ctx.Real(t);
+        columns.height = ctx.Real(t);
         break;
       case 50:
         if (!columnCodes) {
@@ -163,27 +167,27 @@ MText DecodeMText(Context& ctx, const Record& r, std::span<const DataTag* const>
         } else if (!heightCount) {
           heightCount = true;
         } else {
-          AddColumnHeight(ctx.Real(t), g.columns);
+          AddColumnHeight(ctx.Real(t), columns);
         }
         break;
       case 63:
-        g.background.color = ctx.Short(t);
+        background.color = ctx.Short(t);
         break;
       case 71:
         g.attachment = ctx.Short(t);
         break;
       case 75:
         columnCodes = true;
-        ApplyColumnCode(75, ctx.Real(t), g.columns);
+        ApplyColumnCode(75, ctx.Real(t), columns);
         break;
       case 90:
-        g.background.flags = ctx.Long(t);
+        background.flags = ctx.Long(t);
         break;
       case 421:
-        g.background.trueColor = static_cast<std::uint32_t>(ctx.Long(t)) & 0xFFFFFF;
+        background.trueColor = static_cast<std::uint32_t>(ctx.Long(t)) & 0xFFFFFF;
         break;
       case 441:
-        g.background.transparency = ctx.Long(t);
+        background.transparency = ctx.Long(t);
         break;
       default:
         break;
@@ -191,8 +195,11 @@ MText DecodeMText(Context& ctx, const Record& r, std::span<const DataTag* const>
   }
   raw.append(last);
   g.text = ctx.text.Decode(raw);
-  if (!r.embedded.empty()) ReadEmbeddedColumns(ctx, r.embedded, g.columns);
-  if (g.columns.type == 0) ReadXDataColumns(r.XData("ACAD"), g.columns);
+  if (!r.embedded.empty()) ReadEmbeddedColumns(ctx, r.embedded, columns);
+  if (columns.type == 0) ReadXDataColumns(r.XData("ACAD"), columns);
+  if (columns.type != 0 || background.flags != 0) {
+    g.extras = std::make_shared<const MText::Extras>(std::move(extras));
+  }
   // Keep the direction and the angle in step where the object's plane is
   // the world's; elsewhere the direction (a world vector) is what counts.
   if (g.hasXAxis && g.xAxis.x == 0 && g.xAxis.y == 0 && g.xAxis.z == 0) g.hasXAxis = false;

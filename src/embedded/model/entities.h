@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <variant>
@@ -157,13 +158,18 @@ struct MText {
   double height = 0;
   double width = 0;             ///< reference column width, 0 for no wrapping
   std::int16_t attachment = 1;  ///< 1 top left ... 9 bottom right
+  bool hasXAxis = false;        ///< whether the file gave xAxis
   Vec3 xAxis{1, 0, 0};          ///< world direction of the baseline, when `hasXAxis`
-  bool hasXAxis = false;
-  double rotation = 0;  ///< degrees in the object's plane, used without xAxis
+  double rotation = 0;          ///< degrees in the object's plane, used without xAxis
   double lineSpacing = 1;
   Vec3 extrusion = kUnitZ;
-  MTextColumns columns;
-  MTextBackground background;
+  /// Columns and background, kept apart (most texts have neither) so that
+  /// every entity stays as small as before.
+  struct Extras {
+    MTextColumns columns;
+    MTextBackground background;
+  };
+  std::shared_ptr<const Extras> extras;  ///< null: one column, no background
 };
 
 /// An attribute attached to an insert: already placed in world position.

@@ -10,10 +10,10 @@
 #include "embedded/render/hatch_pattern.h"
 #include "embedded/render/linetypes.h"
 #include "embedded/render/plot_style_look.h"
-#include "embedded/render/truetype_text.h"
 #include "embedded/render/stroke_font.h"
 #include "embedded/render/text_codes.h"
 #include "embedded/render/text_drawing.h"
+#include "embedded/render/truetype_text.h"
 
 namespace sheafwork::embedded {
 
@@ -639,7 +639,8 @@ void Frontend::DrawText(const Text& g, const Transform3& t, const Style& s) {
   } else {
     backend_.DrawText(run, s);
   }
-  TextMeasure& measure = options_.textMeasure != nullptr ? *options_.textMeasure : TrueTypeMeasure();
+  TextMeasure& measure =
+      options_.textMeasure != nullptr ? *options_.textMeasure : TrueTypeMeasure();
   DrawTextToggles(backend_, g.text, run, stroke, measure, s, options_.cull);
 }
 
@@ -677,7 +678,9 @@ void Frontend::DrawMText(const MText& g, const Transform3& t, const Resolved& r)
   block.columnWidth = g.width > 0 ? g.width : 0;
   block.attachment = std::clamp<int>(g.attachment, 1, 9);
   block.lineSpacing = g.lineSpacing > 0 ? g.lineSpacing : 1.0;
-  const MTextColumns& columns = g.columns;
+  static const MText::Extras kNoExtras;
+  const MText::Extras& extras = g.extras ? *g.extras : kNoExtras;
+  const MTextColumns& columns = extras.columns;
   if (columns.type == 1 || columns.type == 2) {
     if (columns.width > 0) block.columnWidth = columns.width;
     block.columns.type = columns.type;
@@ -687,8 +690,9 @@ void Frontend::DrawMText(const MText& g, const Transform3& t, const Resolved& r)
     if (columns.type == 2 && !columns.autoHeight) block.columns.heights = columns.heights;
     block.columns.reversed = columns.reversed;
   }
-  block.boxes = (g.background.flags & (1 | 2 | 16)) != 0;
-  TextMeasure& measure = options_.textMeasure != nullptr ? *options_.textMeasure : TrueTypeMeasure();
+  block.boxes = (extras.background.flags & (1 | 2 | 16)) != 0;
+  TextMeasure& measure =
+      options_.textMeasure != nullptr ? *options_.textMeasure : TrueTypeMeasure();
   ShapedText shaped = ShapeText(pieces, block, measure);
   if (const PlotStyleTable* table = options_.plotStyles.get()) {
     const auto plotted = [&](std::optional<std::uint32_t>& rgb, int aci) {
@@ -699,9 +703,10 @@ void Frontend::DrawMText(const MText& g, const Transform3& t, const Resolved& r)
   }
   const Affine2 toSheet = PlanarMap(t, g.insert, xAxis, yAxis);
   if (block.boxes) {
-    const double scale = g.background.scale >= 1 ? std::min(g.background.scale, 5.0) : 1.5;
-    DrawTextBackground(backend_, shaped.columns, base.height * (scale - 1), g.background, toSheet,
-                       r.style, options_.cull);
+    const double scale =
+        extras.background.scale >= 1 ? std::min(extras.background.scale, 5.0) : 1.5;
+    DrawTextBackground(backend_, shaped.columns, base.height * (scale - 1), extras.background,
+                       toSheet, r.style, options_.cull);
   }
   DrawFormattedText(backend_, shaped, toSheet, r.style, options_.cull);
 }

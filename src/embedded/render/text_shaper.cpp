@@ -34,6 +34,7 @@ struct Line {
   double nominalHeight = 0;
   int paragraphAlign = -1;
   bool startsColumn = false;  ///< after \N
+  std::size_t column = 0;     ///< the column it ends up in
 };
 
 bool IsStroke(const MTextFormat& f) { return f.strokeFont; }
@@ -170,7 +171,6 @@ class Shaper {
     const TextColumns& c = block_.columns;
     const bool flowing = c.type == 1 || c.type == 2;
     std::vector<double> heights(n), widths(n), baselines(n);
-    std::vector<std::size_t> columnOf(n, 0);
     double boxWidth = block_.columnWidth;
     for (std::size_t k = 0; k < n; ++k) {
       heights[k] = LineHeight(lines_[k]);
@@ -180,27 +180,24 @@ class Shaper {
     // Baselines below the top of their column: a column ends at \N, or
     // (dynamic columns) where the next line would pass its height.
     baselines[0] = -heights[0];
+    double depth = -baselines[0];
     for (std::size_t k = 1; k < n; ++k) {
-      columnOf[k] = columnOf[k - 1];
+      lines_[k].column = lines_[k - 1].column;
       const double next =
           baselines[k - 1] - block_.lineSpacing * kPitch * std::max(heights[k - 1], heights[k]);
-      const double limit = ColumnLimit(columnOf[k]);
+      const double limit = ColumnLimit(lines_[k].column);
       if (flowing && (lines_[k].startsColumn || (limit > 0 && -next > limit * (1 + 1e-9)))) {
-        ++columnOf[k];
+        ++lines_[k].column;
         baselines[k] = -heights[k];
       } else {
         baselines[k] = next;
       }
+      depth = std::max(depth, -baselines[k]);
     }
-    std::size_t columns = columnOf[n - 1] + 1;
+    std::size_t columns = lines_[n - 1].column + 1;
     if (c.type == 1 && c.count > 0) columns = std::max(columns, static_cast<std::size_t>(c.count));
-    std::vector<double> depths(columns, 0.0);
-    for (std::size_t k = 0; k < n; ++k) {
-      depths[columnOf[k]] = std::max(depths[columnOf[k]], -baselines[k]);
-    }
     // The block runs from the top of its columns to their lowest baseline
     // (or their given height); the attachment point is on its box.
-    double depth = *std::max_element(depths.begin(), depths.end());
     if (flowing && c.heights.empty()) depth = std::max(depth, c.height);
     const double pitch = boxWidth + c.gutter;
     const double blockWidth = boxWidth + static_cast<double>(columns - 1) * pitch;
@@ -216,14 +213,19 @@ class Shaper {
       const int align = lines_[k].paragraphAlign >= 0 ? lines_[k].paragraphAlign : column;
       const double slack = boxWidth - widths[k];
       const double x =
-          columnLeft(columnOf[k]) + (align == 0 ? 0 : (align == 1 ? slack / 2 : slack));
+          columnLeft(lines_[k].column) + (align == 0 ? 0 : (align == 1 ? slack / 2 : slack));
       EmitLine(lines_[k], x, baselines[k] + shift, heights[k]);
     }
     if (!block_.boxes) return;
+    // Each column's box: down to its lowest baseline, or its given height.
     for (std::size_t k = 0; k < columns; ++k) {
-      double bottom = depths[k];
-      if (flowing) bottom = std::max(bottom, c.heights.empty() ? c.height : ColumnLimit(k));
-      if (!flowing) bottom = depth;
+      double bottom = depth;
+      if (flowing) {
+        bottom = c.heights.empty() ? c.height : ColumnLimit(k);
+        for (std::size_t i = 0; i < n; ++i) {
+          if (lines_[i].column == k) bottom = std::max(bottom, -baselines[i]);
+        }
+      }
       out_.columns.push_back(
           Box2::Of({columnLeft(k), shift - bottom}, {columnLeft(k) + boxWidth, shift}));
     }

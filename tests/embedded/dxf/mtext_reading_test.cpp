@@ -9,10 +9,13 @@
 #include <variant>
 #include <vector>
 
+#include "embedded/dxf/dxf_text.h"
 #include "embedded/dxf/reader.h"
 
 namespace sheafwork::embedded {
 namespace {
+
+using testing::All;
 
 std::string DataFile(const std::string& name) {
   return std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/mtext/" + name;
@@ -24,15 +27,6 @@ const Block& Model(const Drawing& drawing) {
   return *model;
 }
 
-template <typename Kind>
-std::vector<const Kind*> All(const Block& block) {
-  std::vector<const Kind*> found;
-  for (const Entity& entity : block.entities) {
-    if (const auto* geometry = std::get_if<Kind>(&entity.geometry)) found.push_back(geometry);
-  }
-  return found;
-}
-
 TEST(MTextReadingTest, ColumnLayoutsInBothForms) {
   // Static columns, dynamic columns of one height, of their own heights;
   // the older form adds a linked MTEXT per further column, with no layout.
@@ -41,22 +35,22 @@ TEST(MTextReadingTest, ColumnLayoutsInBothForms) {
     const Drawing drawing = ReadDxfFile(DataFile(file));
     std::vector<const MText*> laidOut;
     for (const MText* m : All<MText>(Model(drawing))) {
-      if (m->columns.type != 0) laidOut.push_back(m);
+      if (m->extras && m->extras->columns.type != 0) laidOut.push_back(m);
     }
     ASSERT_EQ(laidOut.size(), 3u);
-    const MTextColumns& fixed = laidOut[0]->columns;
+    const MTextColumns& fixed = laidOut[0]->extras->columns;
     EXPECT_EQ(fixed.type, 1);
     EXPECT_EQ(fixed.count, 3);
     EXPECT_DOUBLE_EQ(fixed.width, 30);
     EXPECT_DOUBLE_EQ(fixed.gutter, 5);
     EXPECT_DOUBLE_EQ(fixed.height, 40);
-    const MTextColumns& flowing = laidOut[1]->columns;
+    const MTextColumns& flowing = laidOut[1]->extras->columns;
     EXPECT_EQ(flowing.type, 2);
     EXPECT_TRUE(flowing.autoHeight);
     EXPECT_DOUBLE_EQ(flowing.width, 40);
     EXPECT_DOUBLE_EQ(flowing.gutter, 4);
     EXPECT_DOUBLE_EQ(flowing.height, 20);
-    const MTextColumns& manual = laidOut[2]->columns;
+    const MTextColumns& manual = laidOut[2]->extras->columns;
     EXPECT_EQ(manual.type, 2);
     EXPECT_FALSE(manual.autoHeight);
     EXPECT_EQ(manual.count, 2);
@@ -83,10 +77,12 @@ TEST(MTextReadingTest, BackgroundFillAndFrame) {
                                {16, 0, std::nullopt, 1.5}};
   for (std::size_t i = 0; i < texts.size(); ++i) {
     SCOPED_TRACE(texts[i]->text);
-    EXPECT_EQ(texts[i]->background.flags, expected[i].flags);
-    EXPECT_EQ(texts[i]->background.color, expected[i].color);
-    EXPECT_EQ(texts[i]->background.trueColor, expected[i].trueColor);
-    EXPECT_DOUBLE_EQ(texts[i]->background.scale, expected[i].scale);
+    ASSERT_NE(texts[i]->extras, nullptr);
+    const MTextBackground& background = texts[i]->extras->background;
+    EXPECT_EQ(background.flags, expected[i].flags);
+    EXPECT_EQ(background.color, expected[i].color);
+    EXPECT_EQ(background.trueColor, expected[i].trueColor);
+    EXPECT_DOUBLE_EQ(background.scale, expected[i].scale);
   }
 }
 
