@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <string>
 #include <vector>
 
@@ -259,8 +258,10 @@ void DecodeTextPart(Context& ctx, const Record& r, Own own, Text& g, Attribute* 
   for (const DataTag* d : own) {
     const Tag& t = d->tag;
     const std::string_view sub = r.SubclassOf(*d);
-    if (attribute != nullptr) {
-      // The attribute's own codes, in whichever part they stand.
+    if (attribute != nullptr && (sub.empty() || sub == "AcDbAttribute" || sub == "AcDbText")) {
+      // The attribute's own codes, also where a writer left its subclass
+      // marker out; a part that follows (the xrecord of release 2018) has
+      // codes 2 and 70 of its own, whose 70 is no visibility.
       if (t.code == 2) {
         attribute->tag = ctx.Text(t);
         continue;
@@ -312,59 +313,6 @@ void DecodeTextPart(Context& ctx, const Record& r, Own own, Text& g, Attribute* 
         break;
     }
   }
-}
-
-MText DecodeMText(Context& ctx, Own own) {
-  MText g;
-  std::string raw;  // chunks (3) in order, then the last piece (1)
-  std::string_view last;
-  bool hasXAxis = false;
-  for (const DataTag* d : own) {
-    const Tag& t = d->tag;
-    if (SetPoint(ctx, t, 10, g.insert) || SetPoint(ctx, t, 210, g.extrusion)) continue;
-    if (SetPoint(ctx, t, 11, g.xAxis)) {
-      hasXAxis = true;
-      continue;
-    }
-    switch (t.code) {
-      case 1:
-        last = t.value;
-        break;
-      case 3:
-        raw.append(t.value);
-        break;
-      case 7:
-        g.style = ctx.Text(t);
-        break;
-      case 40:
-        g.height = ctx.Real(t);
-        break;
-      case 41:
-        g.width = ctx.Real(t);
-        break;
-      case 44:
-        g.lineSpacing = ctx.Real(t);
-        break;
-      case 50:
-        g.rotation = ctx.Real(t);
-        break;
-      case 71:
-        g.attachment = ctx.Short(t);
-        break;
-      default:
-        break;
-    }
-  }
-  raw.append(last);
-  g.text = ctx.text.Decode(raw);
-  // Keep the direction and the angle in step, whichever the file gave.
-  constexpr double kDegrees = 180 / std::numbers::pi;
-  if (hasXAxis && (g.xAxis.x != 0 || g.xAxis.y != 0)) {
-    g.rotation = std::atan2(g.xAxis.y, g.xAxis.x) * kDegrees;
-  } else {
-    g.xAxis = {std::cos(g.rotation / kDegrees), std::sin(g.rotation / kDegrees), 0};
-  }
-  return g;
 }
 
 Insert DecodeInsert(Context& ctx, Own own) {
@@ -594,7 +542,7 @@ Decoded DecodeEntity(Context& ctx, const Record& r, Entity& out, bool& paperSpac
     DecodeTextPart(ctx, r, own, g, nullptr);
     out.geometry = std::move(g);
   } else if (type == "MTEXT") {
-    out.geometry = DecodeMText(ctx, own);
+    out.geometry = DecodeMText(ctx, r, own);
   } else if (type == "INSERT") {
     out.geometry = DecodeInsert(ctx, own);
     if (!r.extensionDictionary.empty() && !out.handle.empty()) {

@@ -24,6 +24,9 @@ void AddVertex(Context& ctx, const Record& r, const Record& polylineRecord, Poly
 /// Decodes the ATTRIB in `r`.
 Attribute DecodeAttribute(Context& ctx, const Record& r);
 
+/// The MTEXT in `r`, whose own tags are `own`.
+MText DecodeMText(Context& ctx, const Record& r, std::span<const DataTag* const> own);
+
 /// The hatch in `own` (tags of AcDbHatch, in file order).
 Hatch DecodeHatch(Context& ctx, std::span<const DataTag* const> own);
 

@@ -59,6 +59,7 @@ bool ReadRecord(TagStream& stream, Record& record) {
   record.subclasses.assign(1, std::string_view());
   record.data.clear();
   record.xdata.clear();
+  record.embedded.clear();
   record.owner = {};
   record.extensionDictionary = {};
   if (!stream.Next(record.start)) return false;
@@ -66,7 +67,7 @@ bool ReadRecord(TagStream& stream, Record& record) {
 
   bool inXDictionary = false;
   bool inGroup = false;   // inside 102 {NAME ... 102 }
-  bool embedded = false;  // after 101: an embedded object, not read
+  bool embedded = false;  // after 101: an embedded object, kept apart
   bool inXData = false;
   for (const Tag* t = stream.Peek(); t != nullptr && t->code != 0; t = stream.Peek()) {
     // Read in place: copying the tag through a temporary costs more than
@@ -91,7 +92,11 @@ bool ReadRecord(TagStream& stream, Record& record) {
     if (inXDictionary && tag.code == 360 && record.extensionDictionary.empty()) {
       record.extensionDictionary = tag.value;
     }
-    if (inGroup || embedded) continue;
+    if (inGroup) continue;
+    if (embedded) {
+      record.embedded.push_back(tag);
+      continue;
+    }
     if (tag.code == 101) {
       embedded = true;
       continue;

@@ -55,6 +55,9 @@ struct Record {
   /// section of an XRECORD's data) is kept.
   std::vector<DataTag> data;
   std::vector<Tag> xdata;  ///< from the first 1001 on
+  /// The tags after a 101 marker (an embedded object), up to the extended
+  /// data.
+  std::vector<Tag> embedded;
   std::string_view owner;  ///< the 330 before the first subclass marker
   /// The 360 of its {ACAD_XDICTIONARY group: its extension dictionary.
   std::string_view extensionDictionary;

@@ -1,5 +1,6 @@
 #include "embedded/fonts/font_catalog.h"
 
+#include <array>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -9,6 +10,7 @@
 
 #include "embedded/fonts/font_files.h"
 #include "log/paths.h"
+#include "text/strings.h"
 
 namespace sheafwork::embedded {
 
@@ -22,12 +24,59 @@ std::string_view Stem(std::string_view file) {
   return dot == std::string_view::npos ? file : file.substr(0, dot);
 }
 
+// Families with the advance widths of one that drawings often ask for and
+// that systems other than the drawing's lack: text in a stand-in of other
+// widths would wrap elsewhere and run longer or shorter than drawn.
+struct MetricTwins {
+  std::string_view family;
+  std::array<std::string_view, 4> twins;
+};
+constexpr MetricTwins kMetricTwins[] = {
+    {"arial", {"Liberation Sans", "Arimo", "Nimbus Sans", "Nimbus Sans L"}},
+    {"helvetica", {"Liberation Sans", "Arimo", "Nimbus Sans", "Nimbus Sans L"}},
+    {"arial narrow", {"Liberation Sans Narrow", "Nimbus Sans Narrow", "", ""}},
+    {"times new roman", {"Liberation Serif", "Tinos", "Nimbus Roman", "Nimbus Roman No9 L"}},
+    {"courier new", {"Liberation Mono", "Cousine", "Nimbus Mono PS", "Nimbus Mono L"}},
+    {"calibri", {"Carlito", "", "", ""}},
+    {"cambria", {"Caladea", "", "", ""}},
+};
+// The file names of those families' faces: a stem, then at most two letters
+// of weight and slant ("arialbd", "timesi", "calibriz").
+constexpr std::pair<std::string_view, std::string_view> kFileStems[] = {
+    {"arialn", "arial narrow"}, {"arial", "arial"},     {"times", "times new roman"},
+    {"cour", "courier new"},    {"calibri", "calibri"}, {"cambria", "cambria"},
+};
+
+// A face with the widths of the family asked for, or of the family whose
+// file was named.
+std::optional<FaceFile> FindMetricTwin(const FontFace& r) {
+  std::string_view family = r.family;
+  if (family.empty() && !r.file.empty()) {
+    const std::string_view stem = Stem(r.file);
+    for (const auto& [start, owner] : kFileStems) {
+      if (StartsWithIgnoreCase(stem, start) && stem.size() <= start.size() + 2) {
+        family = owner;
+        break;
+      }
+    }
+  }
+  for (const MetricTwins& m : kMetricTwins) {
+    if (!EqualsIgnoreCase(m.family, family)) continue;
+    for (const std::string_view twin : m.twins) {
+      if (twin.empty()) break;
+      if (auto found = FindFamily(twin, r.bold, r.italic)) return found;
+    }
+  }
+  return std::nullopt;
+}
+
 std::optional<FaceFile> Locate(const FontFace& r) {
   if (auto found = FindFamily(r.family, r.bold, r.italic)) return found;
   if (!r.file.empty()) {
     if (auto found = FindFontFile(r.file)) return found;
     if (auto found = FindFamily(Stem(r.file), r.bold, r.italic)) return found;
   }
+  if (auto found = FindMetricTwin(r)) return found;
   if (auto found = FindFamily(kFallbackFamily, r.bold, r.italic)) return found;
   return FindAnyFace();
 }

@@ -24,8 +24,10 @@ struct ChosenFace {
 
 /// The family asked for when the system has it; else the font file named
 /// when the system has a file of that name; else the family named like
-/// the file's stem ("Verdana" for "verdana.ttf"); else DejaVu Sans; else
-/// any face. Bold and italic as close as the family has them.
+/// the file's stem ("Verdana" for "verdana.ttf"); else a family of the same
+/// advance widths (Liberation Sans or Nimbus Sans for Arial, and the like
+/// for Times New Roman, Courier New, Calibri, Cambria); else DejaVu Sans;
+/// else any face. Bold and italic as close as the family has them.
 ChosenFace ChooseFace(const FontFace& request);
 
 }  // namespace sheafwork::embedded

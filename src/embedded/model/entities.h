@@ -130,6 +130,27 @@ struct Text {
   Vec3 extrusion = kUnitZ;
 };
 
+/// How multi-line text flows into columns.
+struct MTextColumns {
+  std::int16_t type = 0;        ///< 0 one column, 1 static, 2 dynamic
+  std::int16_t count = 0;       ///< static and dynamic of given heights
+  bool autoHeight = true;       ///< dynamic: every column `height` high
+  bool reversed = false;        ///< columns from right to left
+  double width = 0;             ///< of one column, 0 for the text's width
+  double gutter = 0;            ///< between two columns
+  double height = 0;            ///< of every column (static, dynamic auto height)
+  std::vector<double> heights;  ///< dynamic of given heights, one per column
+};
+
+/// The box behind multi-line text.
+struct MTextBackground {
+  std::int32_t flags = 0;                  ///< 1 fill colour, 2 the drawing's background, 16 frame
+  std::int16_t color = 0;                  ///< ACI of the fill
+  std::optional<std::uint32_t> trueColor;  ///< 0xRRGGBB, wins over `color`
+  double scale = 1.5;                      ///< margin: (scale - 1) text heights around the text
+  std::int32_t transparency = 0;           ///< 0x020000AA: alpha AA (255 opaque); 0 none
+};
+
 struct MText {
   std::string text;  ///< UTF-8 with its inline formatting codes
   std::string style = "Standard";
@@ -137,10 +158,18 @@ struct MText {
   double height = 0;
   double width = 0;             ///< reference column width, 0 for no wrapping
   std::int16_t attachment = 1;  ///< 1 top left ... 9 bottom right
-  Vec3 xAxis{1, 0, 0};
-  double rotation = 0;  ///< used when xAxis was not given
+  bool hasXAxis = false;        ///< whether the file gave xAxis
+  Vec3 xAxis{1, 0, 0};          ///< world direction of the baseline, when `hasXAxis`
+  double rotation = 0;          ///< degrees in the object's plane, used without xAxis
   double lineSpacing = 1;
   Vec3 extrusion = kUnitZ;
+  /// Columns and background, kept apart (most texts have neither) so that
+  /// every entity stays as small as before.
+  struct Extras {
+    MTextColumns columns;
+    MTextBackground background;
+  };
+  std::shared_ptr<const Extras> extras;  ///< null: one column, no background
 };
 
 /// An attribute attached to an insert: already placed in world position.

@@ -13,6 +13,9 @@
 
 namespace sheafwork::embedded {
 
+/// The colour of the sheet, which masks paint with.
+inline constexpr std::uint32_t kSheetBackground = 0xFFFFFF;
+
 struct Style {
   std::uint32_t rgb = 0;  ///< 0xRRGGBB
   double widthMm = 0.25;  ///< pen width on the sheet, never 0

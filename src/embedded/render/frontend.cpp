@@ -662,7 +662,14 @@ void Frontend::DrawText(const Text& g, const Transform3& t, const Style& s) {
   }
   Affine2 local = WithOcs(t, g.extrusion).PlaneAt(anchor.z) *
                   Affine2::Translation(anchor.x, anchor.y) * Affine2::Rotation(rotation);
-  if ((g.generation & 2) != 0) local = local * Affine2::Scaling(-1, 1);
+  if ((g.generation & 2) != 0) {
+    // Backwards text still runs between its two points when they give
+    // its baseline.
+    if (run.horizontalAlign == 3 || run.horizontalAlign == 5) {
+      local = local * Affine2::Translation(run.fitLength, 0);
+    }
+    local = local * Affine2::Scaling(-1, 1);
+  }
   if ((g.generation & 4) != 0) local = local * Affine2::Scaling(1, -1);
   run.toSheet = local;
   run.text = text_;
@@ -701,15 +708,19 @@ void Frontend::DrawMText(const MText& g, const Transform3& t, const Resolved& r)
   const TextStyle* style = drawing_->FindTextStyle(g.style);
   const Vec3 normal = Normalized(g.extrusion);
   Vec3 xAxis;
-  const bool defaultAxis = g.xAxis.x == 1 && g.xAxis.y == 0 && g.xAxis.z == 0;
-  if (defaultAxis || (g.xAxis.x == 0 && g.xAxis.y == 0 && g.xAxis.z == 0)) {
+  if (g.hasXAxis) {
+    // A world direction, kept in the text's plane.
+    const Vec3 d = Normalized(g.xAxis);
+    const double along = d.x * normal.x + d.y * normal.y + d.z * normal.z;
+    xAxis = Normalized({d.x - along * normal.x, d.y - along * normal.y, d.z - along * normal.z});
+  }
+  if (!g.hasXAxis || (xAxis.x == 0 && xAxis.y == 0 && xAxis.z == 0)) {
+    // An angle in the object's own plane.
     const double a = Radians(g.rotation);
     const Transform3 ocs = Transform3::Ocs(g.extrusion);
     const Vec3 o = ocs.Apply({0, 0, 0});
     const Vec3 d = ocs.Apply({std::cos(a), std::sin(a), 0});
     xAxis = Normalized({d.x - o.x, d.y - o.y, d.z - o.z});
-  } else {
-    xAxis = Normalized(g.xAxis);
   }
   const Vec3 yAxis = Cross(normal, xAxis);
   MTextFormat base;
@@ -731,6 +742,19 @@ void Frontend::DrawMText(const MText& g, const Transform3& t, const Resolved& r)
   block.columnWidth = g.width > 0 ? g.width : 0;
   block.attachment = std::clamp<int>(g.attachment, 1, 9);
   block.lineSpacing = g.lineSpacing > 0 ? g.lineSpacing : 1.0;
+  static const MText::Extras kNoExtras;
+  const MText::Extras& extras = g.extras ? *g.extras : kNoExtras;
+  const MTextColumns& columns = extras.columns;
+  if (columns.type == 1 || columns.type == 2) {
+    if (columns.width > 0) block.columnWidth = columns.width;
+    block.columns.type = columns.type;
+    block.columns.count = columns.count;
+    block.columns.gutter = std::max(columns.gutter, 0.0);
+    block.columns.height = std::max(columns.height, 0.0);
+    if (columns.type == 2 && !columns.autoHeight) block.columns.heights = columns.heights;
+    block.columns.reversed = columns.reversed;
+  }
+  block.boxes = (extras.background.flags & (1 | 2 | 16)) != 0;
   TextMeasure& measure =
       options_.textMeasure != nullptr ? *options_.textMeasure : TrueTypeMeasure();
   ShapedText shaped = ShapeText(pieces, block, measure);
@@ -741,7 +765,14 @@ void Frontend::DrawMText(const MText& g, const Transform3& t, const Resolved& r)
     for (ShapedRun& run : shaped.runs) plotted(run.format.rgb, run.format.aci);
     for (ShapedLine& line : shaped.lines) plotted(line.rgb, line.aci);
   }
-  DrawFormattedText(backend_, shaped, PlanarMap(t, g.insert, xAxis, yAxis), r.style, options_.cull);
+  const Affine2 toSheet = PlanarMap(t, g.insert, xAxis, yAxis);
+  if (block.boxes) {
+    const double scale =
+        extras.background.scale >= 1 ? std::min(extras.background.scale, 5.0) : 1.5;
+    DrawTextBackground(backend_, shaped.columns, base.height * (scale - 1), extras.background,
+                       toSheet, r.style, options_.cull);
+  }
+  DrawFormattedText(backend_, shaped, toSheet, r.style, options_.cull);
 }
 
 void Frontend::AppendHatchLoop(const HatchLoop& loop, double scale) {

@@ -13,7 +13,6 @@ namespace sheafwork::embedded {
 namespace {
 
 constexpr std::int32_t kViewportClippedByEntity = 65536;
-constexpr std::uint32_t kSheetBackground = 0xFFFFFF;
 
 /// Appends the clip outline `stored` (two points are the corners of a
 /// rectangle) mapped by `toOutput`.

@@ -217,6 +217,7 @@ class Reader {
       case 'N':
       case 'X':
         Paragraph();
+        pieces_.back().columnBreak = code == 'N';
         return;
       case '~':
         AppendChar(kNoBreakSpace);

@@ -43,6 +43,8 @@ struct MTextPiece {
   std::string bottom;    ///< Stack: the lower part
   char stackKind = '/';  ///< '/' over a bar, '#' diagonal, '^' without a bar
   MTextFormat format;
+  /// Paragraph: made by \N, which ends a column too.
+  bool columnBreak = false;
 };
 
 /// Reads MTEXT contents starting from `base`: \P (and \N, \X) break the

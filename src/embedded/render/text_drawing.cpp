@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "embedded/render/aci_palette.h"
 #include "embedded/render/glyph_strokes.h"
 #include "embedded/render/stroke_font.h"
 #include "embedded/render/text_codes.h"
@@ -172,6 +173,46 @@ void DrawTextToggles(Backend& backend, std::string_view raw, const TextRun& run,
   if (!pairs.empty()) backend.DrawLines(pairs, style);
 }
 
+void DrawTextBackground(Backend& backend, std::span<const Box2> columns, double margin,
+                        const MTextBackground& background, const Affine2& toSheet,
+                        const Style& frameStyle, const std::optional<Box2>& cull) {
+  const bool fill = (background.flags & 3) != 0;
+  const bool frame = (background.flags & 16) != 0;
+  if (!fill && !frame) return;
+  Style fillStyle = frameStyle;
+  if ((background.flags & 2) != 0) {
+    fillStyle.rgb = kSheetBackground;
+  } else if (background.trueColor) {
+    fillStyle.rgb = *background.trueColor;
+  } else if (background.color >= 1 && background.color <= 255) {
+    fillStyle.rgb = AciToRgb(background.color);
+  }
+  // A transparent fill on white paper: its colour faded towards the paper.
+  if (fill && (background.transparency & 0x02000000) != 0) {
+    const std::uint32_t alpha = static_cast<std::uint32_t>(background.transparency) & 0xFF;
+    auto mix = [&](int shift) {
+      const std::uint32_t c = (fillStyle.rgb >> shift) & 0xFF;
+      return ((c * alpha + 0xFF * (0xFF - alpha) + 127) / 0xFF) << shift;
+    };
+    fillStyle.rgb = mix(16) | mix(8) | mix(0);
+  }
+  for (const Box2& box : columns) {
+    if (box.Empty()) continue;
+    const Vec2 corners[4] = {toSheet.Apply({box.min.x - margin, box.min.y - margin}),
+                             toSheet.Apply({box.max.x + margin, box.min.y - margin}),
+                             toSheet.Apply({box.max.x + margin, box.max.y + margin}),
+                             toSheet.Apply({box.min.x - margin, box.max.y + margin})};
+    if (cull) {
+      Box2 bound;
+      for (const Vec2& p : corners) bound.Extend(p);
+      if (!bound.Intersects(*cull)) continue;
+    }
+    const int size = 4;
+    if (fill) backend.FillLoops(corners, {&size, 1}, fillStyle);
+    if (frame) backend.DrawPolyline(corners, true, frameStyle);
+  }
+}
+
 void DrawFormattedText(Backend& backend, const ShapedText& shaped, const Affine2& toSheet,
                        const Style& style, const std::optional<Box2>& cull) {
   auto styleOf = [&](const std::optional<std::uint32_t>& rgb) {
@@ -209,7 +250,20 @@ void DrawFormattedText(Backend& backend, const ShapedText& shaped, const Affine2
   for (const ShapedLine& line : shaped.lines) {
     const Vec2 pair[2] = {toSheet.Apply(line.from), toSheet.Apply(line.to)};
     if (cull && !Box2::Of(pair[0], pair[1]).Intersects(*cull)) continue;
-    backend.DrawLines(pair, styleOf(line.rgb));
+    const double length = std::hypot(line.to.x - line.from.x, line.to.y - line.from.y);
+    if (line.thickness <= 0 || length <= 0) {
+      backend.DrawLines(pair, styleOf(line.rgb));
+      continue;
+    }
+    // The band around the line, in text space, then onto the sheet.
+    const double nx = -(line.to.y - line.from.y) / length * line.thickness / 2;
+    const double ny = (line.to.x - line.from.x) / length * line.thickness / 2;
+    const Vec2 band[4] = {toSheet.Apply({line.from.x + nx, line.from.y + ny}),
+                          toSheet.Apply({line.to.x + nx, line.to.y + ny}),
+                          toSheet.Apply({line.to.x - nx, line.to.y - ny}),
+                          toSheet.Apply({line.from.x - nx, line.from.y - ny})};
+    const int size = 4;
+    backend.FillLoops(band, {&size, 1}, styleOf(line.rgb));
   }
 }
 

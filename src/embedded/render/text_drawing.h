@@ -4,8 +4,10 @@
 // run by run.
 
 #include <optional>
+#include <span>
 #include <string_view>
 
+#include "embedded/model/entities.h"
 #include "embedded/render/backend.h"
 #include "embedded/render/box.h"
 #include "embedded/render/mtext_format.h"
@@ -35,6 +37,14 @@ void DrawStrokeRun(Backend& backend, const TextRun& run, const Style& style,
 void DrawTextToggles(Backend& backend, std::string_view raw, const TextRun& run,
                      const ShapeFace* face, TextMeasure& measure, const Style& style,
                      const std::optional<Box2>& cull);
+
+/// Draws the box behind multi-line text: each of `columns` (text space)
+/// grown by `margin` on every side, filled as `background` asks (its own
+/// colour, the sheet's) and framed with `frameStyle` when it asks for a
+/// frame.
+void DrawTextBackground(Backend& backend, std::span<const Box2> columns, double margin,
+                        const MTextBackground& background, const Affine2& toSheet,
+                        const Style& frameStyle, const std::optional<Box2>& cull);
 
 /// Draws formatted multi-line text: runs in a TrueType face go to the
 /// backend as single-line runs placed at their baseline's left end, runs

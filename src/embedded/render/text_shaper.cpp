@@ -16,6 +16,9 @@ constexpr double kUnderline = -0.2;
 constexpr double kOverline = 1.2;
 constexpr double kStrike = 0.5;
 constexpr double kPitch = 5.0 / 3.0;
+// How thick the bar of a fraction in a TrueType face is: about a font's
+// underline.
+constexpr double kBarThickness = 0.07;
 
 // A word, a run of blanks, or a stacked fraction, as the wrapping sees it.
 struct Atom {
@@ -30,6 +33,8 @@ struct Line {
   std::vector<double> xs;  ///< each atom's start
   double nominalHeight = 0;
   int paragraphAlign = -1;
+  bool startsColumn = false;  ///< after \N
+  std::size_t column = 0;     ///< the column it ends up in
 };
 
 bool IsStroke(const MTextFormat& f) { return f.strokeFont; }
@@ -98,6 +103,7 @@ class Shaper {
       if (IsBreak(a)) {
         lines_.emplace_back();
         lines_.back().nominalHeight = a.piece->format.height;
+        lines_.back().startsColumn = a.piece->columnBreak;
         x = 0;
         ++i;
         continue;
@@ -151,8 +157,19 @@ class Shaper {
     return w;
   }
 
+  // How deep column `k` may run before the text flows on; 0 for no limit.
+  double ColumnLimit(std::size_t k) const {
+    const TextColumns& c = block_.columns;
+    if (c.type != 2) return 0;
+    if (c.heights.empty()) return c.height;
+    if (c.count > 0 && k + 1 >= static_cast<std::size_t>(c.count)) return 0;  // the last: the rest
+    return c.heights[std::min(k, c.heights.size() - 1)];
+  }
+
   void Place() {
     const std::size_t n = lines_.size();
+    const TextColumns& c = block_.columns;
+    const bool flowing = c.type == 1 || c.type == 2;
     std::vector<double> heights(n), widths(n), baselines(n);
     double boxWidth = block_.columnWidth;
     for (std::size_t k = 0; k < n; ++k) {
@@ -160,24 +177,57 @@ class Shaper {
       widths[k] = LineWidth(lines_[k]);
       if (block_.columnWidth <= 0) boxWidth = std::max(boxWidth, widths[k]);
     }
-    // Baselines below the top of the first line, then moved by the row of
-    // the attachment point: the block runs from the first line's cap height
-    // to the last line's baseline.
+    // Baselines below the top of their column: a column ends at \N, or
+    // (dynamic columns) where the next line would pass its height.
     baselines[0] = -heights[0];
+    double depth = -baselines[0];
     for (std::size_t k = 1; k < n; ++k) {
-      baselines[k] =
+      lines_[k].column = lines_[k - 1].column;
+      const double next =
           baselines[k - 1] - block_.lineSpacing * kPitch * std::max(heights[k - 1], heights[k]);
+      const double limit = ColumnLimit(lines_[k].column);
+      if (flowing && (lines_[k].startsColumn || (limit > 0 && -next > limit * (1 + 1e-9)))) {
+        ++lines_[k].column;
+        baselines[k] = -heights[k];
+      } else {
+        baselines[k] = next;
+      }
+      depth = std::max(depth, -baselines[k]);
     }
-    const double depth = -baselines[n - 1];
+    std::size_t columns = lines_[n - 1].column + 1;
+    if (c.type == 1 && c.count > 0) columns = std::max(columns, static_cast<std::size_t>(c.count));
+    // The block runs from the top of its columns to their lowest baseline
+    // (or their given height); the attachment point is on its box.
+    if (flowing && c.heights.empty()) depth = std::max(depth, c.height);
+    const double pitch = boxWidth + c.gutter;
+    const double blockWidth = boxWidth + static_cast<double>(columns - 1) * pitch;
     const int attachment = std::clamp(block_.attachment, 1, 9);
     const int row = (attachment - 1) / 3, column = (attachment - 1) % 3;
     const double shift = row == 0 ? 0 : (row == 1 ? depth / 2 : depth);
-    const double boxLeft = column == 0 ? 0 : (column == 1 ? -boxWidth / 2 : -boxWidth);
+    const double blockLeft = column == 0 ? 0 : (column == 1 ? -blockWidth / 2 : -blockWidth);
+    auto columnLeft = [&](std::size_t k) {
+      const std::size_t slot = c.reversed ? columns - 1 - k : k;
+      return blockLeft + static_cast<double>(slot) * pitch;
+    };
     for (std::size_t k = 0; k < n; ++k) {
       const int align = lines_[k].paragraphAlign >= 0 ? lines_[k].paragraphAlign : column;
       const double slack = boxWidth - widths[k];
-      const double x = boxLeft + (align == 0 ? 0 : (align == 1 ? slack / 2 : slack));
+      const double x =
+          columnLeft(lines_[k].column) + (align == 0 ? 0 : (align == 1 ? slack / 2 : slack));
       EmitLine(lines_[k], x, baselines[k] + shift, heights[k]);
+    }
+    if (!block_.boxes) return;
+    // Each column's box: down to its lowest baseline, or its given height.
+    for (std::size_t k = 0; k < columns; ++k) {
+      double bottom = depth;
+      if (flowing) {
+        bottom = c.heights.empty() ? c.height : ColumnLimit(k);
+        for (std::size_t i = 0; i < n; ++i) {
+          if (lines_[i].column == k) bottom = std::max(bottom, -baselines[i]);
+        }
+      }
+      out_.columns.push_back(
+          Box2::Of({columnLeft(k), shift - bottom}, {columnLeft(k) + boxWidth, shift}));
     }
   }
 
@@ -251,12 +301,16 @@ class Shaper {
     const double sh = part.height;
     const double top = FormattedWidth(p.text, part, measure_);
     const double bottom = FormattedWidth(p.bottom, part, measure_);
+    // A pen line beside stroke-font digits, a thin band beside TrueType
+    // ones (the pen would be as thick as the digits are small).
+    const double thickness = IsStroke(part) ? 0 : kBarThickness * h;
     if (p.stackKind == '#') {  // top, a slash, bottom
       EmitPart(p.text, part, {at.x, at.y + 0.45 * h});
       out_.lines.push_back({{at.x + top + 0.05 * h, at.y - 0.05 * h},
                             {at.x + top + 0.35 * h, at.y + h},
                             part.rgb,
-                            part.aci});
+                            part.aci,
+                            thickness});
       EmitPart(p.bottom, part, {at.x + top + 0.4 * h, at.y});
       return;
     }
@@ -270,7 +324,7 @@ class Shaper {
     EmitPart(p.text, part, {at.x + (width - top) / 2, bar + kStackGap * h});
     EmitPart(p.bottom, part, {at.x + (width - bottom) / 2, bar - kStackGap * h - sh});
     out_.lines.push_back(
-        {{at.x + 0.05 * h, bar}, {at.x + width - 0.05 * h, bar}, part.rgb, part.aci});
+        {{at.x + 0.05 * h, bar}, {at.x + width - 0.05 * h, bar}, part.rgb, part.aci, thickness});
   }
 
   const TextBlock& block_;

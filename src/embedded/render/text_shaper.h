@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "embedded/model/geometry.h"
+#include "embedded/render/box.h"
 #include "embedded/render/mtext_format.h"
 #include "embedded/render/text_layout.h"
 
@@ -32,17 +33,37 @@ struct ShapedLine {
   Vec2 to;
   std::optional<std::uint32_t> rgb;  ///< none for the entity's colour
   int aci = 0;                       ///< the colour number of `rgb`, 0 for none
+  /// A band this thick (drawing units), filled like TrueType glyphs; 0 for
+  /// a line in the pen, like stroke-font glyphs.
+  double thickness = 0;
 };
 
 struct ShapedText {
   std::vector<ShapedRun> runs;
   std::vector<ShapedLine> lines;
+  /// Each column's box (its width, from its top to the lowest baseline or
+  /// its given height), when TextBlock::boxes asks for them.
+  std::vector<Box2> columns;
+};
+
+/// How text flows from column to column.
+struct TextColumns {
+  int type = 0;       ///< 0 one column, 1 static (\N ends a column), 2 dynamic
+  int count = 0;      ///< static: columns at least; dynamic of given heights: columns
+  double gutter = 0;  ///< between two columns
+  double height = 0;  ///< of every column; 0 for as deep as its text
+  /// Dynamic columns of their own heights (the last column takes the rest);
+  /// empty for columns all `height` high.
+  std::span<const double> heights;
+  bool reversed = false;  ///< the first column on the right
 };
 
 struct TextBlock {
   double columnWidth = 0;  ///< 0: no wrapping
   int attachment = 1;      ///< 1 top left ... 9 bottom right
   double lineSpacing = 1;  ///< factor on 5/3 of the tallest cap height of a line
+  TextColumns columns;
+  bool boxes = false;  ///< fill ShapedText::columns
 };
 
 ShapedText ShapeText(std::span<const MTextPiece> pieces, const TextBlock& block,

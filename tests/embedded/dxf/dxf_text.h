@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "embedded/dxf/reader.h"
@@ -62,6 +63,16 @@ inline Drawing ReadEntities(const std::string& entities, const std::string& tabl
 
 inline const std::vector<Entity>& ModelEntities(const Drawing& d) {
   return d.FindBlock("*Model_Space")->entities;
+}
+
+/// The geometries of kind `Kind` in `block`, in order.
+template <typename Kind>
+std::vector<const Kind*> All(const Block& block) {
+  std::vector<const Kind*> found;
+  for (const Entity& entity : block.entities) {
+    if (const auto* geometry = std::get_if<Kind>(&entity.geometry)) found.push_back(geometry);
+  }
+  return found;
 }
 
 }  // namespace sheafwork::embedded::testing

@@ -9,10 +9,13 @@
 #include <variant>
 #include <vector>
 
+#include "embedded/dxf/dxf_text.h"
 #include "embedded/dxf/reader.h"
 
 namespace sheafwork::embedded {
 namespace {
+
+using testing::All;
 
 struct OtherWriterFile {
   const char* name;
@@ -21,15 +24,6 @@ struct OtherWriterFile {
 
 std::string PathOf(const OtherWriterFile& file) {
   return std::string(SHEAFWORK_SOURCE_DIR) + "/tests/embedded/dxf/other_writer/" + file.name;
-}
-
-template <typename Kind>
-std::vector<const Kind*> All(const Block& block) {
-  std::vector<const Kind*> found;
-  for (const Entity& entity : block.entities) {
-    if (const auto* geometry = std::get_if<Kind>(&entity.geometry)) found.push_back(geometry);
-  }
-  return found;
 }
 
 class OtherWriterTest : public ::testing::TestWithParam<OtherWriterFile> {};

@@ -107,6 +107,45 @@ TEST(TextShaperTest, ParagraphAlignmentWithinTheColumn) {
   ExpectRuns(Shape("\\pxqr;ab", block), {{"ab", 3, -1}}, "centred box");
 }
 
+TEST(TextShaperTest, ColumnsStandSideBySide) {
+  // Columns 3 wide, 1 apart; every character 1 wide and 1 high.
+  struct Case {
+    const char* what;
+    const char* in;
+    int type;
+    int attachment;
+    bool reversed;
+    double height;
+    std::vector<Expected> runs;
+  };
+  const Case cases[] = {
+      {"static", "a\\Nb", 1, 1, false, 0, {{"a", 0, -1}, {"b", 4, -1}}},
+      {"right to left", "a\\Nb", 1, 1, true, 0, {{"a", 4, -1}, {"b", 0, -1}}},
+      {"top right", "a\\Nb", 1, 3, false, 0, {{"a", -5, -1}, {"b", -1, -1}}},
+      {"bottom left", "a\\Nb", 1, 7, false, 0, {{"a", 0, 0}, {"b", 4, 0}}},
+      {"\\P stays in its column", "a\\Pb", 1, 1, false, 0, {{"a", 0, -1}, {"b", 0, -1 - kPitch}}},
+      {"dynamic, 2 deep", "a\\Pb\\Pc", 2, 1, false, 2, {{"a", 0, -1}, {"b", 4, -1}, {"c", 8, -1}}},
+      {"dynamic, 3 deep",
+       "a\\Pb\\Pc",
+       2,
+       1,
+       false,
+       3,
+       {{"a", 0, -1}, {"b", 0, -1 - kPitch}, {"c", 4, -1}}},
+  };
+  for (const Case& c : cases) {
+    TextBlock block;
+    block.columnWidth = 3;
+    block.attachment = c.attachment;
+    block.columns.type = c.type;
+    block.columns.count = 2;
+    block.columns.gutter = 1;
+    block.columns.height = c.height;
+    block.columns.reversed = c.reversed;
+    ExpectRuns(Shape(c.in, block), c.runs, c.what);
+  }
+}
+
 TEST(TextShaperTest, LinesOfMixedHeights) {
   // The tallest character sets the line; \A moves smaller text up in it.
   ExpectRuns(Shape("a{\\H3x;b}", {}), {{"a", 0, -3}, {"b", 1, -3}}, "bottom");
