@@ -7,6 +7,7 @@
 #include "embedded/automation/plot_configuration.h"
 #include "embedded/automation/plot_styles.h"
 #include "embedded/automation/variables.h"
+#include "embedded/model/undrawn.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
@@ -171,6 +172,12 @@ class PlotObject : public host::Plot {
     if (core_->combined) core_->combined->Add(job);
     core_->WriteLog(HostLogFile(*core_, doc),
                     msg::PlotDone(doc.fullName, layoutName, shownDevice, output));
+    if (const auto undrawn = UndrawnEntities(doc.drawing, layout); !undrawn.empty()) {
+      const std::string line =
+          msg::UndrawnEntities(doc.fullName, layoutName, FormatUndrawn(undrawn));
+      core_->WriteLog(HostLogFile(*core_, doc), line);
+      core_->options.progress->PlotWarning(line);
+    }
     return true;
   }
 

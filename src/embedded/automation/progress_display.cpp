@@ -81,9 +81,11 @@ class ConsoleDisplay : public ProgressDisplay {
     catcher_.reset();
   }
 
-  void PlotFailed(const std::string& reason) override {
+  void PlotFailed(const std::string& reason) override { PlotWarning(reason); }
+
+  void PlotWarning(const std::string& line) override {
     if (terminal_ && drawn_) out_ << "\r\033[K";
-    out_ << "sheafwork: " << reason << '\n' << std::flush;
+    out_ << "sheafwork: " << line << '\n' << std::flush;
     drawn_ = false;
   }
 

@@ -26,6 +26,8 @@ class ProgressDisplay {
   /// A plot failed, or a drawing that exists could not be opened; `reason`
   /// says why, in French.
   virtual void PlotFailed(const std::string& reason) { (void)reason; }
+  /// A plot was made but left something out; `line` says what, in French.
+  virtual void PlotWarning(const std::string& line) { (void)line; }
 };
 
 /// The command line's display on `out`: with `terminal`, a bar redrawn in

@@ -10,10 +10,10 @@
 #include "embedded/render/hatch_pattern.h"
 #include "embedded/render/linetypes.h"
 #include "embedded/render/plot_style_look.h"
-#include "embedded/render/truetype_text.h"
 #include "embedded/render/stroke_font.h"
 #include "embedded/render/text_codes.h"
 #include "embedded/render/text_drawing.h"
+#include "embedded/render/truetype_text.h"
 
 namespace sheafwork::embedded {
 
@@ -290,6 +290,17 @@ void Frontend::DrawEntity(const Entity& e, const Transform3& t) {
             DrawLeader(g, t, r.style);
           } else if constexpr (std::is_same_v<G, Wipeout>) {
             DrawWipeout(g, t, r.style);
+          } else if constexpr (std::is_same_v<G, ConstructionLine>) {
+            DrawConstructionLine(g, t, r.style);
+          } else if constexpr (std::is_same_v<G, MeshEdges>) {
+            DrawMeshEdges(g, t, r.style);
+          } else if constexpr (std::is_same_v<G, MultiLeader>) {
+            DrawMultiLeader(g, t, r);
+          } else if constexpr (std::is_same_v<G, AttributeDefinition>) {
+            // Inside a block reference the attributes stand in for it.
+            if (blocks_.empty()) DrawText(g.tag, t, r.style);
+          } else if constexpr (std::is_same_v<G, Undrawn>) {
+            // Counted for the plot's report (UndrawnEntities).
           } else {
             static_assert(std::is_same_v<G, void>, "every kind of entity is drawn");
           }
@@ -632,7 +643,8 @@ void Frontend::DrawText(const Text& g, const Transform3& t, const Style& s) {
   } else {
     backend_.DrawText(run, s);
   }
-  TextMeasure& measure = options_.textMeasure != nullptr ? *options_.textMeasure : TrueTypeMeasure();
+  TextMeasure& measure =
+      options_.textMeasure != nullptr ? *options_.textMeasure : TrueTypeMeasure();
   DrawTextToggles(backend_, g.text, run, stroke, measure, s, options_.cull);
 }
 
@@ -666,7 +678,8 @@ void Frontend::DrawMText(const MText& g, const Transform3& t, const Resolved& r)
   block.columnWidth = g.width > 0 ? g.width : 0;
   block.attachment = std::clamp<int>(g.attachment, 1, 9);
   block.lineSpacing = g.lineSpacing > 0 ? g.lineSpacing : 1.0;
-  TextMeasure& measure = options_.textMeasure != nullptr ? *options_.textMeasure : TrueTypeMeasure();
+  TextMeasure& measure =
+      options_.textMeasure != nullptr ? *options_.textMeasure : TrueTypeMeasure();
   ShapedText shaped = ShapeText(pieces, block, measure);
   if (const PlotStyleTable* table = options_.plotStyles.get()) {
     const auto plotted = [&](std::optional<std::uint32_t>& rgb, int aci) {
@@ -799,23 +812,11 @@ void Frontend::DrawLeader(const Leader& g, const Transform3& t, const Style& s) 
   if (!InCull(out_)) return;
   Stroke(out_, false, s);
   if (!g.arrowhead) return;
-  // A filled arrowhead at the first vertex, in drawing units, no longer
-  // than half the first segment.
+  // No longer than half the first segment.
   const Vec3& tip = g.vertices[0];
   const Vec3& next = g.vertices[1];
-  const double dx = next.x - tip.x, dy = next.y - tip.y;
-  const double length = std::hypot(dx, dy);
-  if (length <= 0) return;
-  const double size = std::min(root_.header.measurement == 0 ? 0.18 : 2.5, length / 2);
-  const double ux = dx / length, uy = dy / length;
-  const double half = size / 6;
-  const Vec3 corners[3] = {tip,
-                           {tip.x + ux * size - uy * half, tip.y + uy * size + ux * half, tip.z},
-                           {tip.x + ux * size + uy * half, tip.y + uy * size - ux * half, tip.z}};
-  out_.clear();
-  for (const Vec3& c : corners) out_.push_back(t.ApplyXY(c));
-  const int size3 = 3;
-  backend_.FillLoops(out_, {&size3, 1}, s);
+  const double length = std::hypot(next.x - tip.x, next.y - tip.y);
+  DrawArrowhead(tip, next, std::min(root_.header.measurement == 0 ? 0.18 : 2.5, length / 2), t, s);
 }
 
 }  // namespace sheafwork::embedded

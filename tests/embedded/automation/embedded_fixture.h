@@ -33,8 +33,10 @@ struct RecordingDisplay : ProgressDisplay {
   bool Cancelled() override { return cancel; }
   void Finish() override { events.push_back("finish"); }
   void PlotFailed(const std::string& reason) override { failures.push_back(reason); }
+  void PlotWarning(const std::string& line) override { warnings.push_back(line); }
   std::vector<std::string> events;
   std::vector<std::string> failures;
+  std::vector<std::string> warnings;
   bool cancel = false;
 };
 
