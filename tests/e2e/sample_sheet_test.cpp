@@ -30,8 +30,17 @@ TEST(SampleSheet, HoldsEveryKindOfEntityAndItsSettings) {
   collect(paper->entities);
   collect(d.LayoutBlock(d.layouts[0])->entities);
   for (const embedded::Block& b : d.blocks) collect(b.entities);
+  // Kinds our writer has no use for, read from other writers' drawings
+  // (tests/data/dxf/entities), and the kinds the host cannot draw.
+  const std::set<std::size_t> fromOthers = {
+      embedded::Geometry(embedded::ConstructionLine{}).index(),
+      embedded::Geometry(embedded::MeshEdges{}).index(),
+      embedded::Geometry(embedded::MultiLeader{}).index(),
+      embedded::Geometry(embedded::Undrawn{}).index()};
   for (std::size_t i = 0; i < std::variant_size_v<embedded::Geometry>; ++i) {
-    EXPECT_TRUE(kinds.count(i)) << "no entity of kind " << i;
+    if (!fromOthers.count(i)) {
+      EXPECT_TRUE(kinds.count(i)) << "no entity of kind " << i;
+    }
   }
   EXPECT_TRUE(d.skippedEntities.empty());
 
