@@ -22,6 +22,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/sysvar.h"
@@ -259,6 +260,11 @@ class Document {
 
   /// Regenerates the drawing; 1 regenerates every viewport.
   virtual void Regen(std::int16_t which) = 0;
+
+  /// The kinds of entity in the drawing's layouts that the host cannot
+  /// draw, each with its count, in name order. A host that draws every kind
+  /// keeps this default.
+  virtual std::vector<std::pair<std::string, std::int32_t>> UndrawnEntities() { return {}; }
 };
 
 class Documents {

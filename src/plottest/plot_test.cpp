@@ -235,6 +235,7 @@ class PlotTestScan {
       // Before the drawing is closed, so that the layouts' own devices are
       // those of this drawing.
       Guard([&] { CheckDevice(device, layout, true); });
+      Guard([&] { CheckUndrawnEntities(); });
       host_.CloseDrawing(row.FileName);
     } else {
       Line(opened.errorNumber == host::kFileNotFound
@@ -317,6 +318,16 @@ class PlotTestScan {
     }
     Line(LoadResourceText(ids::kTestMissingPageSetupStart) + plotSetup +
          LoadResourceText(ids::kTestMissingPageSetupEnd));
+  }
+
+  // What the host will leave out of the drawing's plots, by kind.
+  void CheckUndrawnEntities() {
+    std::string kinds;
+    for (const auto& [kind, count] : host_.Doc().UndrawnEntities()) {
+      if (!kinds.empty()) kinds += ", ";
+      kinds += kind + " (" + std::to_string(count) + ")";
+    }
+    if (!kinds.empty()) Line(LoadResourceText(ids::kTestUndrawnEntities) + kinds);
   }
 
   // The row's device; with `opened`, also the devices of the layouts the row

@@ -248,5 +248,6 @@ inline constexpr int kCurrentTabShort = 305;  // "Onglet courant"
 inline constexpr int kFileNameTooLong = 306;  // "Le nom de fichier entré est trop lo..."
 inline constexpr int kSettingsNone = 308;     // "(aucun(e))"
 inline constexpr int kModelShort = 312;       // "Objet"
+inline constexpr int kTestUndrawnEntities = 330;  // "AVERTISSEMENT: Entités que l'hôte ..."
 
 }  // namespace sheafwork::ids

@@ -95,5 +95,18 @@ TEST_F(CheckCommand, ReportsEachMissingPieceOnItsRowAndNothingForAGoodRow) {
   }
 }
 
+TEST_F(CheckCommand, WarnsAboutKindsOfEntityThePlotWillLeaveOut) {
+  // Written by ezdxf: tests/data/dxf/entities/make_entities.py.
+  const std::string data = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/entities/";
+  List("new " + Quoted(list_) + " " + Quoted(data + "undrawn.dxf"));
+  AddRow(data + "meshes.dxf");
+
+  const ProgramRun run = Sheafwork("check " + Quoted(list_), folder_);
+  EXPECT_EQ(run.status, 0) << run.out;  // a warning, not an error
+  const std::vector<std::vector<std::string>> expected = {
+      {LoadResourceText(ids::kTestUndrawnEntities) + "MLINE (2), TOLERANCE (1)"}, {}};
+  EXPECT_EQ(ProblemsByRow(run.out), expected) << run.out;
+}
+
 }  // namespace
 }  // namespace sheafwork::e2e

@@ -156,6 +156,24 @@ TEST_F(PlotCommand, ImageDrawingAndPlotterDevicesWriteTheirFilesBesideTheDrawing
   ExpectNoErrorLogged();
 }
 
+TEST_F(PlotCommand, KindsOfEntityLeftOutAreNamedOnStderr) {
+  // Written by ezdxf: tests/data/dxf/entities/make_entities.py.
+  const std::string data = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/entities/";
+  const std::string model = " --layout " + Quoted(LoadResourceText(ids::kLayoutModelTab));
+  AddRow(data + "undrawn.dxf", model + " --plot-file " + Quoted(Out("u.pdf")));
+  AddRow(data + "meshes.dxf", model + " --plot-file " + Quoted(Out("m.pdf")));
+
+  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
+  EXPECT_EQ(run.status, 0) << run.err;
+  std::vector<std::string> named;
+  for (const auto& line : Lines(run.err)) {
+    if (line.find("MLINE") != std::string::npos) named.push_back(line);
+  }
+  ASSERT_EQ(named.size(), 1u) << run.err;
+  EXPECT_NE(named[0].find("MLINE (2), TOLERANCE (1)"), std::string::npos) << named[0];
+  EXPECT_NE(named[0].find("undrawn.dxf"), std::string::npos) << named[0];
+}
+
 TEST_F(PlotCommand, AFailingRowIsLoggedAndTheRunGoesOn) {
   const std::string rdc = Plan("rez-de-chaussee.dxf");
   const std::string missing = Plan("sous-sol.dxf");

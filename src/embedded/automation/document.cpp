@@ -10,6 +10,7 @@
 #include "embedded/automation/variables.h"
 #include "embedded/render/shape_font.h"
 #include "text/strings.h"
+#include "embedded/model/undrawn.h"
 
 namespace sheafwork::embedded {
 
@@ -255,6 +256,16 @@ class DocumentObject : public host::Document {
   // Nothing is displayed, so there is nothing to regenerate.
   void Regen(std::int16_t) override {
     h_([] {});
+  }
+
+  std::vector<std::pair<std::string, std::int32_t>> UndrawnEntities() override {
+    return h_([&] {
+      std::vector<std::pair<std::string, std::int32_t>> kinds;
+      for (const auto& [kind, count] : embedded::UndrawnEntities(h_.doc->drawing)) {
+        kinds.emplace_back(kind, count);
+      }
+      return kinds;
+    });
   }
 
  private:

@@ -154,6 +154,12 @@ std::string DefaultPaperUsed(std::string_view drawing, std::string_view layout,
 
 std::string PrinterOutput(std::string_view printer) { return "imprimante " + S(printer); }
 
+std::string UndrawnEntities(std::string_view drawing, std::string_view layout,
+                            std::string_view kinds) {
+  return "Entités non tracées (types que l'hôte ne sait pas tracer) : " + S(kinds) + " (dessin " +
+         S(drawing) + ", présentation " + S(layout) + ")";
+}
+
 std::string PlotStyleNotFound(std::string_view drawing, std::string_view layout,
                               std::string_view table) {
   return "Table de styles de tracé introuvable : " + S(table) + " (dessin " + S(drawing) +

@@ -81,6 +81,10 @@ std::string PlotStyleUnreadable(std::string_view drawing, std::string_view layou
 std::string NamedPlotStylesIgnored(std::string_view drawing, std::string_view layout,
                                    std::string_view table);
 
+/// What the plot of a layout left out: `kinds` as FormatUndrawn writes them.
+std::string UndrawnEntities(std::string_view drawing, std::string_view layout,
+                            std::string_view kinds);
+
 // The external-reference log.
 std::string XrefLogTitle(std::string_view drawing);
 std::string XrefFound(std::string_view block, std::string_view stored, std::string_view found);

@@ -8,6 +8,7 @@
 #include "embedded/automation/plot_styles.h"
 #include "embedded/automation/sheet_paper.h"
 #include "embedded/automation/variables.h"
+#include "embedded/model/undrawn.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
@@ -207,6 +208,12 @@ class PlotObject : public host::Plot {
     }
     if (core_->combined) core_->combined->Add(job);
     core_->WriteLog(logFile, msg::PlotDone(doc.fullName, layoutName, shownDevice, output));
+    if (const auto undrawn = UndrawnEntities(doc.drawing, layout); !undrawn.empty()) {
+      const std::string line =
+          msg::UndrawnEntities(doc.fullName, layoutName, FormatUndrawn(undrawn));
+      core_->WriteLog(logFile, line);
+      core_->options.progress->Notice(line);
+    }
     return true;
   }
 

@@ -62,6 +62,7 @@ class Context {
   std::unordered_map<std::string, std::string> blockRecordLayouts;  ///< handle → layout handle
   std::unordered_map<std::string, std::string> layerNames;          ///< handle → name
   std::unordered_set<std::string> layerKeys;                        ///< NameKey of every layer read
+  std::unordered_map<std::string, std::string> textStyleNames;      ///< handle → name
   // Entities
   std::vector<PendingEntity> pending;
   // Objects

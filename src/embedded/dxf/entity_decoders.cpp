@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "embedded/dxf/mesh_decoder.h"
+#include "embedded/dxf/multileader_decoder.h"
 #include "embedded/dxf/reader.h"
 
 namespace sheafwork::embedded {
@@ -199,12 +201,11 @@ Polyline DecodeLwPolyline(Context& ctx, Own own) {
 }
 
 // The POLYLINE header; its vertices come from the VERTEX records after it.
-Decoded DecodePolyline(Context& ctx, Own own, Polyline& g) {
+void DecodePolyline(Context& ctx, Own own, Polyline& g) {
   for (const DataTag* d : own) {
     const Tag& t = d->tag;
     if (t.code == 70) {
       const int flags = ctx.Short(t);
-      if ((flags & (16 | 64)) != 0) return Decoded::kIgnored;  // polygon and polyface meshes
       g.closed = (flags & 1) != 0;
       g.is3d = (flags & 8) != 0;
       g.linetypeGeneration = (flags & 128) != 0;
@@ -214,12 +215,14 @@ Decoded DecodePolyline(Context& ctx, Own own, Polyline& g) {
       SetPoint(ctx, t, 210, g.extrusion);
     }
   }
-  return Decoded::kEntity;
 }
 
-Spline DecodeSpline(Context& ctx, Own own) {
+// SPLINE; with `onlySubclass`, the tags of that part only (the spline part
+// of HELIX).
+Spline DecodeSpline(Context& ctx, const Record& r, Own own, std::string_view onlySubclass = {}) {
   Spline g;
   for (const DataTag* d : own) {
+    if (!onlySubclass.empty() && r.SubclassOf(*d) != onlySubclass) continue;
     const Tag& t = d->tag;
     switch (t.code) {
       case 70:
@@ -315,9 +318,12 @@ void DecodeTextPart(Context& ctx, const Record& r, Own own, Text& g, Attribute* 
   }
 }
 
-Insert DecodeInsert(Context& ctx, Own own) {
+// INSERT; with `onlySubclass`, the tags of that part only (the block
+// reference part of ACAD_TABLE).
+Insert DecodeInsert(Context& ctx, const Record& r, Own own, std::string_view onlySubclass = {}) {
   Insert g;
   for (const DataTag* d : own) {
+    if (!onlySubclass.empty() && r.SubclassOf(*d) != onlySubclass) continue;
     const Tag& t = d->tag;
     if (SetPoint(ctx, t, 10, g.insert) || SetPoint(ctx, t, 210, g.extrusion)) continue;
     switch (t.code) {
@@ -372,6 +378,14 @@ Dimension DecodeDimension(Context& ctx, const Record& r, Own own) {
     if (t.code == 2) g.block = ctx.Text(t);
     if (t.code == 70) g.type = ctx.Short(t);
   }
+  return g;
+}
+
+ConstructionLine DecodeConstructionLine(Context& ctx, Own own, bool ray) {
+  ConstructionLine g;
+  g.ray = ray;
+  for (const DataTag* d : own)
+    SetPoint(ctx, d->tag, 10, g.base) || SetPoint(ctx, d->tag, 11, g.direction);
   return g;
 }
 
@@ -520,6 +534,9 @@ Wipeout DecodeWipeout(Context& ctx, Own own, std::string* definition = nullptr) 
   return g;
 }
 
+// Kinds that a plot never shows: lights and cameras of a rendered scene.
+bool IsNeverDrawn(std::string_view type) { return type == "LIGHT" || type == "CAMERA"; }
+
 }  // namespace
 
 Decoded DecodeEntity(Context& ctx, const Record& r, Entity& out, bool& paperSpace) {
@@ -534,9 +551,13 @@ Decoded DecodeEntity(Context& ctx, const Record& r, Entity& out, bool& paperSpac
   } else if (type == "LWPOLYLINE") {
     out.geometry = DecodeLwPolyline(ctx, own);
   } else if (type == "POLYLINE") {
-    Polyline g;
-    if (DecodePolyline(ctx, own, g) == Decoded::kIgnored) return Decoded::kIgnored;
-    out.geometry = std::move(g);
+    if (IsPolylineMesh(ctx, own)) {
+      out.geometry = MeshEdges{};  // filled from the VERTEX records
+    } else {
+      Polyline g;
+      DecodePolyline(ctx, own, g);
+      out.geometry = std::move(g);
+    }
   } else if (type == "TEXT") {
     Text g;
     DecodeTextPart(ctx, r, own, g, nullptr);
@@ -544,14 +565,16 @@ Decoded DecodeEntity(Context& ctx, const Record& r, Entity& out, bool& paperSpac
   } else if (type == "MTEXT") {
     out.geometry = DecodeMText(ctx, r, own);
   } else if (type == "INSERT") {
-    out.geometry = DecodeInsert(ctx, own);
+    out.geometry = DecodeInsert(ctx, r, own);
     if (!r.extensionDictionary.empty() && !out.handle.empty()) {
       ctx.insertDictionaries[HandleKey(out.handle)] = HandleKey(r.extensionDictionary);
     }
   } else if (type == "ELLIPSE") {
     out.geometry = DecodeEllipse(ctx, own);
   } else if (type == "SPLINE") {
-    out.geometry = DecodeSpline(ctx, own);
+    out.geometry = DecodeSpline(ctx, r, own);
+  } else if (type == "HELIX") {
+    out.geometry = DecodeSpline(ctx, r, own, "AcDbSpline");
   } else if (type == "POINT") {
     out.geometry = DecodePoint(ctx, own);
   } else if (type == "SOLID" || type == "TRACE") {
@@ -564,7 +587,7 @@ Decoded DecodeEntity(Context& ctx, const Record& r, Entity& out, bool& paperSpac
     out.geometry = g;
   } else if (type == "HATCH") {
     out.geometry = DecodeHatch(ctx, own);
-  } else if (type == "DIMENSION") {
+  } else if (type == "DIMENSION" || type == "ARC_DIMENSION" || type == "LARGE_RADIAL_DIMENSION") {
     out.geometry = DecodeDimension(ctx, r, own);
   } else if (type == "LEADER") {
     out.geometry = DecodeLeader(ctx, own);
@@ -576,12 +599,29 @@ Decoded DecodeEntity(Context& ctx, const Record& r, Entity& out, bool& paperSpac
     RasterImage g;
     g.placement = DecodeWipeout(ctx, own, &g.definition);
     out.geometry = std::move(g);
+  } else if (type == "XLINE" || type == "RAY") {
+    out.geometry = DecodeConstructionLine(ctx, own, type == "RAY");
+  } else if (type == "ACAD_TABLE") {
+    // Drawn through its anonymous block, like a block reference.
+    out.geometry = DecodeInsert(ctx, r, own, "AcDbBlockReference");
+  } else if (type == "MESH") {
+    out.geometry = DecodeSubDMesh(ctx, own);
+  } else if (type == "MULTILEADER" || type == "MLEADER") {
+    out.geometry = DecodeMultiLeader(ctx, own);
   } else if (type == "ATTDEF") {
-    // Attribute definitions are the templates of a block's attributes; a
-    // block reference shows its own ATTRIBs instead.
+    // The template of a block's attributes: a block reference shows its own
+    // ATTRIBs instead, and a definition outside its block shows its tag.
+    Attribute a;
+    AttributeDefinition g;
+    DecodeTextPart(ctx, r, own, g.tag, &a);
+    g.tag.text = std::move(a.tag);
+    out.geometry = std::move(g);
+  } else if (IsNeverDrawn(type)) {
     return Decoded::kIgnored;
   } else {
-    return Decoded::kUnknown;
+    // Kept, so that a plot can say what it left out.
+    ctx.Skip(type);
+    out.geometry = Undrawn{std::string(type)};
   }
   return Decoded::kEntity;
 }

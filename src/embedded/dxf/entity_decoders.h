@@ -10,11 +10,13 @@ namespace sheafwork::embedded {
 
 enum class Decoded {
   kEntity,   ///< `out` holds the entity
-  kIgnored,  ///< a kind that is read but never drawn (ATTDEF) or not drawn yet (meshes)
-  kUnknown,  ///< a kind the reader does not know
+  kIgnored,  ///< a kind that a plot never shows (lights)
 };
 
-/// Decodes the entity in `r`; `paperSpace` receives its 67 flag.
+/// Decodes the entity in `r`; `paperSpace` receives its 67 flag. A kind the
+/// host cannot draw becomes an Undrawn entity, counted in the drawing's
+/// skipped entities. A polyline mesh comes back as empty MeshEdges, to be
+/// filled from its VERTEX records (PolylineMeshBuilder).
 Decoded DecodeEntity(Context& ctx, const Record& r, Entity& out, bool& paperSpace);
 
 /// Adds the VERTEX in `r` to `polyline`, unless it is a spline frame point.

@@ -1,9 +1,11 @@
 #include "embedded/dxf/entity_reader.h"
 
 #include <algorithm>
+#include <optional>
 #include <variant>
 
 #include "embedded/dxf/entity_decoders.h"
+#include "embedded/dxf/mesh_decoder.h"
 
 namespace sheafwork::embedded {
 
@@ -23,12 +25,15 @@ std::string_view ReadEntities(Context& ctx, std::initializer_list<std::string_vi
     const Decoded decoded = DecodeEntity(ctx, r, entity, paperSpace);
     if (r.type == "POLYLINE") {
       auto* polyline = std::get_if<Polyline>(&entity.geometry);
+      std::optional<PolylineMeshBuilder> mesh;
+      if (std::holds_alternative<MeshEdges>(entity.geometry)) mesh.emplace(ctx, r);
       while (ctx.stream.AtRecord("VERTEX")) {
         ReadRecord(ctx.stream, part);
-        if (decoded == Decoded::kEntity && polyline != nullptr) AddVertex(ctx, part, r, *polyline);
+        if (polyline != nullptr) AddVertex(ctx, part, r, *polyline);
+        if (mesh) mesh->AddVertex(part);
       }
       if (ctx.stream.AtRecord("SEQEND")) ReadRecord(ctx.stream, part);
-      if (decoded == Decoded::kIgnored) ctx.Skip("POLYLINE (maillage)");
+      if (mesh) entity.geometry = mesh->Finish();
     } else if (r.type == "INSERT") {
       auto* insert = std::get_if<Insert>(&entity.geometry);
       bool any = false;
@@ -39,7 +44,6 @@ std::string_view ReadEntities(Context& ctx, std::initializer_list<std::string_vi
       }
       if (any && ctx.stream.AtRecord("SEQEND")) ReadRecord(ctx.stream, part);
     }
-    if (decoded == Decoded::kUnknown) ctx.Skip(r.type);
     if (decoded != Decoded::kEntity) continue;
     sink(std::move(entity), r.owner, paperSpace);
   }

@@ -110,6 +110,9 @@ void ReadTextStyle(Context& ctx, const Record& r) {
       break;
     }
   }
+  if (const Tag* handle = r.Find(5); handle != nullptr && !style.name.empty()) {
+    ctx.textStyleNames[HandleKey(handle->value)] = style.name;
+  }
   // A shape-file record has no name; it is kept so that the renderer can
   // find the shapes a linetype uses.
   ctx.drawing.textStyles.push_back(std::move(style));

@@ -311,11 +311,55 @@ struct Wipeout {
 struct RasterImage {
   Wipeout placement;
   std::string definition;  ///< handle key of its image definition (IMAGEDEF)
+/// XLINE (endless both ways) and RAY (endless from its base point), world
+/// coordinates; drawn as far as the plot reaches.
+struct ConstructionLine {
+  Vec3 base;
+  Vec3 direction{1, 0, 0};
+  bool ray = false;
+};
+
+/// Polyface and polygon meshes (POLYLINE) and MESH as the edges they show,
+/// world coordinates: `edges` holds pairs of indexes into `vertices`.
+struct MeshEdges {
+  std::vector<Vec3> vertices;
+  std::vector<std::uint32_t> edges;
+};
+
+/// A stand-alone attribute definition (ATTDEF outside the block it
+/// belongs to): shows its tag. Inside a block reference it shows nothing.
+struct AttributeDefinition {
+  Text tag;  ///< placed and formatted as the definition's text
+};
+
+/// MULTILEADER: leader lines with arrowheads, a landing, and either
+/// multi-line text or a block as content. World coordinates.
+/// Kept small: most drawings have none, and every entity is as large as the
+/// largest kind.
+struct MultiLeader {
+  /// Each leader line, arrow end first: the points of `points` from
+  /// lineEnds[i - 1] (0 for the first) to lineEnds[i].
+  std::vector<Vec3> points;
+  std::vector<std::uint32_t> lineEnds;
+  bool arrowhead = true;
+  double arrowSize = 0;
+  std::vector<MText> text;  ///< the text content, none or one
+  std::string block;        ///< the block content, empty for none
+  Vec3 blockInsert;
+  Vec3 blockScale{1, 1, 1};
+  double blockRotation = 0;  ///< degrees
+};
+
+/// An entity of a kind the host reads but cannot draw (REGION, MLINE,
+/// OLE2FRAME ...), kept so that a plot can say what it left out.
+struct Undrawn {
+  std::string kind;
 };
 
 using Geometry =
     std::variant<Line, Circle, Arc, Ellipse, Polyline, Spline, Point, Solid, Face3d, Text, MText,
-                 Insert, Hatch, Dimension, Leader, Viewport, Wipeout, RasterImage>;
+                 Insert, Hatch, Dimension, Leader, Viewport, Wipeout, RasterImage, ConstructionLine,
+                 MeshEdges, AttributeDefinition, MultiLeader, Undrawn>;
 
 struct Entity {
   EntityProps props;

@@ -298,6 +298,17 @@ void Frontend::DrawEntity(const Entity& e, const Transform3& t) {
             DrawWipeout(g, t, r.style);
           } else if constexpr (std::is_same_v<G, RasterImage>) {
             DrawRasterImage(g, t, r.style);
+          } else if constexpr (std::is_same_v<G, ConstructionLine>) {
+            DrawConstructionLine(g, t, r.style);
+          } else if constexpr (std::is_same_v<G, MeshEdges>) {
+            DrawMeshEdges(g, t, r.style);
+          } else if constexpr (std::is_same_v<G, MultiLeader>) {
+            DrawMultiLeader(g, t, r);
+          } else if constexpr (std::is_same_v<G, AttributeDefinition>) {
+            // Inside a block reference the attributes stand in for it.
+            if (blocks_.empty()) DrawText(g.tag, t, r.style);
+          } else if constexpr (std::is_same_v<G, Undrawn>) {
+            // Counted for the plot's report (UndrawnEntities).
           } else {
             static_assert(std::is_same_v<G, void>, "every kind of entity is drawn");
           }
@@ -927,23 +938,11 @@ void Frontend::DrawLeader(const Leader& g, const Transform3& t, const Style& s) 
   if (!InCull(out_)) return;
   Stroke(out_, false, s);
   if (!g.arrowhead) return;
-  // A filled arrowhead at the first vertex, in drawing units, no longer
-  // than half the first segment.
+  // No longer than half the first segment.
   const Vec3& tip = g.vertices[0];
   const Vec3& next = g.vertices[1];
-  const double dx = next.x - tip.x, dy = next.y - tip.y;
-  const double length = std::hypot(dx, dy);
-  if (length <= 0) return;
-  const double size = std::min(root_.header.measurement == 0 ? 0.18 : 2.5, length / 2);
-  const double ux = dx / length, uy = dy / length;
-  const double half = size / 6;
-  const Vec3 corners[3] = {tip,
-                           {tip.x + ux * size - uy * half, tip.y + uy * size + ux * half, tip.z},
-                           {tip.x + ux * size + uy * half, tip.y + uy * size - ux * half, tip.z}};
-  out_.clear();
-  for (const Vec3& c : corners) out_.push_back(t.ApplyXY(c));
-  const int size3 = 3;
-  backend_.FillLoops(out_, {&size3, 1}, s);
+  const double length = std::hypot(next.x - tip.x, next.y - tip.y);
+  DrawArrowhead(tip, next, std::min(root_.header.measurement == 0 ? 0.18 : 2.5, length / 2), t, s);
 }
 
 }  // namespace sheafwork::embedded

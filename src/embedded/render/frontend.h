@@ -124,6 +124,16 @@ class Frontend {
   /// the frame when the file was not found or cannot be drawn.
   void DrawRasterImage(const RasterImage& g, const Transform3& t, const Style& s);
 
+  // Construction lines, meshes, multileaders (frontend_entities.cpp).
+  /// XLINE and RAY, cut to the cull box; nothing without one (extents).
+  void DrawConstructionLine(const ConstructionLine& g, const Transform3& t, const Style& s);
+  void DrawMeshEdges(const MeshEdges& g, const Transform3& t, const Style& s);
+  void DrawMultiLeader(const MultiLeader& g, const Transform3& t, const Resolved& r);
+  /// A filled arrowhead `size` long (drawing units) at `tip`, pointing away
+  /// from `next`.
+  void DrawArrowhead(const Vec3& tip, const Vec3& next, double size, const Transform3& t,
+                     const Style& s);
+
   // Linetypes (frontend_strokes.cpp).
   /// Sets up the dash pattern of the entity about to be drawn through `t`.
   void BeginStrokes(const Resolved& r, const Transform3& t);

@@ -136,6 +136,27 @@ TEST_F(EmbeddedPlotTest, ALayoutWhoseBlockIsLostFailsAndTheOthersPlot) {
   EXPECT_EQ(plots[0].layout, "Alpha");
 }
 
+TEST_F(EmbeddedPlotTest, WhatAPlotLeftOutIsLoggedAndShownByKind) {
+  auto doc = OpenPlan(
+      ReadDxfFile(std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/entities/undrawn.dxf"));
+  using Kinds = std::vector<std::pair<std::string, std::int32_t>>;
+  EXPECT_EQ(doc->UndrawnEntities(), (Kinds{{"MLINE", 2}, {"TOLERANCE", 1}}));
+  auto plot = doc->GetPlot();
+  ASSERT_TRUE(plot->PlotToFile(files.File("objet.pdf"), "PDF.pc3"));  // the model tab
+  const auto log = HostLog();
+  ASSERT_EQ(log.size(), 2u);
+  EXPECT_EQ(log[1],
+            "Entités non tracées (types que l'hôte ne sait pas tracer) : MLINE (2), TOLERANCE (1)"
+            " (dessin " +
+                planPath + ", présentation Objet)");
+  EXPECT_EQ(display->notices, std::vector<std::string>{log[1]});
+  // A paper layout without viewports does not show them: nothing to say.
+  Show(*doc, doc->GetLayouts()->Item(1)->Name());
+  ASSERT_TRUE(plot->PlotToFile(files.File("papier.pdf"), "PDF.pc3"));
+  EXPECT_EQ(HostLog().size(), 3u);
+  EXPECT_EQ(display->notices.size(), 1u);
+}
+
 TEST_F(EmbeddedPlotTest, SwitchingTheLogOffAndOnStartsAFreshLog) {
   auto doc = OpenPlan();
   auto plot = doc->GetPlot();

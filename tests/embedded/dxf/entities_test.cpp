@@ -167,7 +167,7 @@ TEST(ReaderEntities, PolylinesOfBothKinds) {
             {41, "0.7"},
             {70, "8"}}) +
       Tags({{0, "SEQEND"}, {100, "AcDbEntity"}, {8, "0"}}) +
-      // A polyface mesh: read past, counted, not drawn.
+      // A polyface mesh without faces: read with its vertices, no edge.
       Tags({{0, "POLYLINE"},
             {8, "0"},
             {66, "1"},
@@ -182,7 +182,7 @@ TEST(ReaderEntities, PolylinesOfBothKinds) {
             {8, "0"}}) +
       Tags({{0, "POINT"}, {8, "0"}, {10, "9"}, {20, "9"}}));
   const std::vector<Entity>& all = ModelEntities(d);
-  ASSERT_EQ(all.size(), 3u);
+  ASSERT_EQ(all.size(), 4u);
   const auto& lw = std::get<Polyline>(all[0].geometry);
   ASSERT_EQ(lw.vertices.size(), 3u);
   EXPECT_TRUE(lw.closed);
@@ -197,8 +197,9 @@ TEST(ReaderEntities, PolylinesOfBothKinds) {
   EXPECT_EQ(pl.vertices[0].bulge, -0.5);
   EXPECT_EQ(pl.vertices[0].startWidth, 0.2);  // the polyline's default
   EXPECT_EQ(pl.vertices[1].endWidth, 0.7);
-  EXPECT_TRUE(std::holds_alternative<Point>(all[2].geometry));
-  EXPECT_EQ(d.skippedEntities.at("POLYLINE (maillage)"), 1);
+  EXPECT_EQ(std::get<MeshEdges>(all[2].geometry).vertices.size(), 2u);
+  EXPECT_TRUE(std::holds_alternative<Point>(all[3].geometry));
+  EXPECT_TRUE(d.skippedEntities.empty());
 }
 
 TEST(ReaderEntities, HatchPathsPatternAndClockwiseArcs) {
@@ -388,7 +389,7 @@ TEST(ReaderEntities, CurvesSolidsAndUnknownKinds) {
       Tags({{0, "MLINE"}, {8, "0"}, {10, "0"}}) + Tags({{0, "MLINE"}, {8, "0"}}) +
       Tags({{0, "ATTDEF"}, {8, "0"}, {1, "x"}}));
   const std::vector<Entity>& all = ModelEntities(d);
-  ASSERT_EQ(all.size(), 7u);
+  ASSERT_EQ(all.size(), 10u);
   EXPECT_EQ(std::get<Ellipse>(all[0].geometry).majorAxis.x, 4);
   EXPECT_EQ(std::get<Ellipse>(all[0].geometry).endParam, 3.14);
   EXPECT_EQ(std::get<Spline>(all[1].geometry).fitPoints.size(), 3u);
@@ -403,7 +404,9 @@ TEST(ReaderEntities, CurvesSolidsAndUnknownKinds) {
   const auto& leader = std::get<Leader>(all[6].geometry);
   EXPECT_EQ(leader.vertices.size(), 2u);
   EXPECT_FALSE(leader.arrowhead);
+  EXPECT_EQ(std::get<Undrawn>(all[7].geometry).kind, "MLINE");
   EXPECT_EQ(d.skippedEntities.at("MLINE"), 2);
+  EXPECT_TRUE(std::holds_alternative<AttributeDefinition>(all[9].geometry));
   EXPECT_EQ(d.skippedEntities.count("ATTDEF"), 0u);
 }
 
