@@ -261,10 +261,12 @@ void DecodeTextPart(Context& ctx, const Record& r, Own own, Text& g, Attribute* 
   for (const DataTag* d : own) {
     const Tag& t = d->tag;
     const std::string_view sub = r.SubclassOf(*d);
-    if (attribute != nullptr && (sub.empty() || sub == "AcDbAttribute" || sub == "AcDbText")) {
-      // The attribute's own codes, also where a writer left its subclass
-      // marker out; a part that follows (the xrecord of release 2018) has
-      // codes 2 and 70 of its own, whose 70 is no visibility.
+    if (attribute != nullptr && (sub.empty() || sub == "AcDbAttribute" ||
+                              sub == "AcDbAttributeDefinition" || sub == "AcDbText")) {
+      // The attribute's (or its definition's) own codes, also where a writer
+      // left its subclass marker out; a part that follows (the xrecord of
+      // release 2018) has codes 2 and 70 of its own, whose 70 is no
+      // visibility.
       if (t.code == 2) {
         attribute->tag = ctx.Text(t);
         continue;

@@ -311,6 +311,8 @@ struct Wipeout {
 struct RasterImage {
   Wipeout placement;
   std::string definition;  ///< handle key of its image definition (IMAGEDEF)
+};
+
 /// XLINE (endless both ways) and RAY (endless from its base point), world
 /// coordinates; drawn as far as the plot reaches.
 struct ConstructionLine {
