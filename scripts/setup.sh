@@ -12,6 +12,7 @@ packages=(
   libcli11-dev nlohmann-json3-dev
   libcups2-dev libfontconfig-dev libharfbuzz-dev   # printers; fonts found and shaped
   fonts-dejavu-core          # TrueType fonts: the platform tests, the example drawings' text
+  fonts-urw-base35           # Nimbus Sans: the metric stand-in for Arial in the example sheets
   clang libclang-rt-14-dev   # libFuzzer for the fuzz targets
   qt6-base-dev qt6-svg-dev libgl-dev   # the plot engine and the desktop application
   libbenchmark-dev           # scripts/bench.sh
