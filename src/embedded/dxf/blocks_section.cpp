@@ -20,8 +20,14 @@ std::size_t StartBlock(Context& ctx, const Record& r) {
     block.recordHandle = std::string(TrimSpaces(r.owner));
     // The block names its record too: layouts and entities still find their
     // block when the record itself was lost.
+    // A record that some writers name otherwise ("*U" for model space) takes
+    // the name of the layout block that points to it.
     std::string record = HandleKey(r.owner);
-    if (record != "0") ctx.blockRecordNames.try_emplace(std::move(record), block.name);
+    if (record != "0") {
+      const auto [it, added] = ctx.blockRecordNames.try_emplace(std::move(record), block.name);
+      const bool layoutBlock = SameName(block.name, kModelSpace) || IsPaperSpaceName(block.name);
+      if (!added && layoutBlock && !SameName(it->second, block.name)) it->second = block.name;
+    }
   }
   for (const DataTag& d : r.data) {
     const Tag& t = d.tag;
@@ -80,16 +86,16 @@ void ReadEntitiesSection(Context& ctx, const Tag& start) {
       return;
     }
     std::string key = HandleKey(owner);
-    std::string_view name = paperSpace ? kPaperSpace : kModelSpace;
+    std::string_view record;
     if (!key.empty()) {
       const auto it = ctx.blockRecordNames.find(key);
       if (it == ctx.blockRecordNames.end()) {
         ctx.pending.push_back({std::move(e), std::move(key), paperSpace});
         return;
       }
-      name = it->second;
+      record = it->second;
     }
-    Block& block = ctx.BlockNamed(name);
+    Block& block = ctx.BlockNamed(EntitiesSectionBlock(record, paperSpace));
     block.entities.push_back(std::move(e));
     haveLast = !owner.empty();
     lastOwner = owner;

@@ -22,6 +22,11 @@ bool IsPaperSpaceName(std::string_view name) {
          SameName(name.substr(0, kPaperSpace.size()), kPaperSpace);
 }
 
+std::string_view EntitiesSectionBlock(std::string_view ownerRecord, bool paperSpace) {
+  if (SameName(ownerRecord, kModelSpace) || IsPaperSpaceName(ownerRecord)) return ownerRecord;
+  return paperSpace ? kPaperSpace : kModelSpace;
+}
+
 Context::Context(Drawing& d, std::string_view bytes, const std::string& name)
     : drawing(d), stream(bytes, name) {}
 

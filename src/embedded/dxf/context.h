@@ -106,6 +106,13 @@ inline constexpr std::string_view kPaperSpace = "*Paper_Space";
 /// True for "*Paper_Space", "*Paper_Space0" ... (case ignored).
 bool IsPaperSpaceName(std::string_view name);
 
+/// The block an entity of the ENTITIES section goes to: its owner's, named
+/// by `ownerRecord` (empty when unknown), when that is model or paper space;
+/// otherwise code 67 decides. The section holds only those two, and some
+/// writers give model space's record another name ("*U", its true name kept
+/// in extended data).
+std::string_view EntitiesSectionBlock(std::string_view ownerRecord, bool paperSpace);
+
 /// Names compared as the drawing's indexes compare them.
 inline bool SameName(std::string_view a, std::string_view b) { return NameKey(a) == NameKey(b); }
 

@@ -13,19 +13,19 @@
 namespace sheafwork::embedded {
 namespace {
 
-// ENTITIES-section entities go to the block of their owner's block record;
-// without a known owner, 67 tells paper space from model space.
+// ENTITIES-section entities go to the block of their owner's block record
+// (EntitiesSectionBlock).
 void PlaceEntities(Context& ctx) {
   std::string lastOwner;
   std::size_t lastIndex = 0;
   bool haveLast = false;
   for (PendingEntity& p : ctx.pending) {
     if (!haveLast || p.owner != lastOwner || p.owner.empty()) {
-      std::string_view name = p.paperSpace ? kPaperSpace : kModelSpace;
       const auto it =
           p.owner.empty() ? ctx.blockRecordNames.end() : ctx.blockRecordNames.find(p.owner);
-      if (it != ctx.blockRecordNames.end()) name = it->second;
-      Block& block = ctx.BlockNamed(name);
+      const std::string_view record =
+          it != ctx.blockRecordNames.end() ? std::string_view(it->second) : std::string_view();
+      Block& block = ctx.BlockNamed(EntitiesSectionBlock(record, p.paperSpace));
       lastIndex = static_cast<std::size_t>(&block - ctx.drawing.blocks.data());
       lastOwner = p.owner;
       haveLast = true;

@@ -107,3 +107,14 @@ drop += [(a, b) for a, b in spans
          if pairs[a][1] in ("BLOCK", "ENDBLK") and has(a, b, "330", record)]
 kept = [p for i, p in enumerate(pairs) if not any(a <= i < b for a, b in drop)]
 write_pairs("layout-block-missing.dxf", kept)
+
+# Model space's block record renamed "*U" (its true name kept in extended
+# data), as an export to an old release writes it: the entities of the
+# ENTITIES section name that record as their owner.
+pairs = list(base)
+starts = records(pairs)
+s, e = record_of(pairs, starts, "BLOCK_RECORD", "2", "*Model_Space")
+name = [i for i in range(s, e) if pairs[i][0].strip() == "2"][0]
+pairs[name] = (pairs[name][0], "*U")
+pairs[e:e] = [("1001", "ACDBDYNAMICBLOCKTRUENAME2"), ("1000", "*MODEL_SPACE")]
+write_pairs("model-space-record-renamed.dxf", pairs)
