@@ -48,8 +48,7 @@ const DamagedCase kCases[] = {
     {"no-entities-section-end.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
     {"layout-link-wrong.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
     {"layout-block-missing.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", nullptr}}},
-    {"model-space-record-renamed.dxf",
-     {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
+    {"model-space-record-renamed.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
 };
 
 TEST(DamagedFiles, LayoutsAreLinkedToTheirOwnBlocksOrFailWithTheReason) {
