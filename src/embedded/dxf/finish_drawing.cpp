@@ -150,6 +150,12 @@ void BuildLayouts(Context& ctx) {
     if (layout.name.empty()) layout.name = key;
     layout.blockName = BlockNameOf(ctx, *object, recordOfLayout);
     const bool model = SameName(layout.name, "Model") || layout.IsModel();
+    // The model's record under a name of no layout block (damaged, or named
+    // otherwise by its writer) still stands for model space.
+    if (model && !layout.blockName.empty() && !SameName(layout.blockName, kModelSpace) &&
+        !IsPaperSpaceName(layout.blockName)) {
+      layout.blockName = std::string(kModelSpace);
+    }
     const bool linked = !object->blockRecord.empty() && object->blockRecord != "0";
     if (layout.blockName.empty() && linked && !model) {
       layout.blockError = dxfmsg::LayoutBlockMissing(d.path, layout.name, object->blockRecord);
