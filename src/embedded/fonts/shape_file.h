@@ -1,7 +1,7 @@
 #pragma once
 // Compiled shape files (.shx): the shapes of a shape font or shape file, of
 // a Unicode shape font and of a big font, read from the file's bytes. A
-// shape is kept as its specification bytes (the vectors, arcs and codes
+// shape is kept as its definition bytes (the vectors, arcs and codes
 // that draw it); render/shape_glyphs.h turns them into strokes.
 
 #include <cstdint>
@@ -46,7 +46,7 @@ class ShapeFile {
   /// Big font: whether `byte` starts a two-byte code.
   bool IsLeadByte(std::uint8_t byte) const;
 
-  /// The specification bytes of shape `number` (its name left out), ending
+  /// The definition bytes of shape `number` (its name left out), ending
   /// with the 0 that ends the shape when the file has it; empty when the
   /// file has no such shape.
   std::span<const std::uint8_t> Shape(std::uint32_t number) const;

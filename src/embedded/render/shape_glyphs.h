@@ -1,5 +1,5 @@
 #pragma once
-// The strokes of one shape of a compiled shape file: its specification
+// The strokes of one shape of a compiled shape file: its definition
 // bytes played as pen moves (vectors in sixteen directions, displacements,
 // octant, fractional and bulge arcs, the position stack, scale changes and
 // subshapes), as a glyph of the stroke-font kind.
