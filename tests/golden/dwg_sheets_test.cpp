@@ -108,12 +108,9 @@ TEST_P(DwgSample, ConvertsWithTheLayerStatesAndSheetsOfTheReference) {
     options.maxDiffering = sample.maxDiffering;
     const Comparison comparison = CompareImages(wanted, got, options);
     if (comparison.Matches(options)) continue;
-    const fs::path out(SHEAFWORK_GOLDEN_OUTPUT);
-    fs::create_directories(out);
-    const std::string stem = std::string("dwg-") + sample.release + "-" + expected.name;
-    got.save(QString::fromStdString((out / (stem + "-actual.png")).string()));
-    comparison.diff.save(QString::fromStdString((out / (stem + "-diff.png")).string()));
-    ADD_FAILURE() << comparison.Describe() << "; images in " << out;
+    const FailureImages files = SaveFailureImages(
+        std::string("dwg-") + sample.release + "-" + expected.name, got, comparison);
+    ADD_FAILURE() << comparison.Describe() << "; images in " << files.actual.parent_path();
   }
 }
 

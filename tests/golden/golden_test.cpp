@@ -117,16 +117,11 @@ TEST_P(GoldenImage, MatchesItsReference) {
 
   const Comparison comparison = CompareImages(expected, actual);
   if (comparison.Matches(CompareOptions{})) return;
-  const fs::path out(SHEAFWORK_GOLDEN_OUTPUT);
-  fs::create_directories(out);
-  const fs::path actualFile = out / (sheet.name + "-actual.png");
-  const fs::path diffFile = out / (sheet.name + "-diff.png");
-  actual.save(QString::fromStdString(actualFile.string()), "PNG");
-  if (!comparison.diff.isNull()) comparison.diff.save(QString::fromStdString(diffFile.string()));
+  const FailureImages files = SaveFailureImages(sheet.name, actual, comparison);
   ADD_FAILURE() << sheet.drawing << ", layout " << sheet.layout << ": " << comparison.Describe()
                 << " (" << expected.width() << "x" << expected.height() << " against "
                 << actual.width() << "x" << actual.height() << ")\n  expected: " << reference
-                << "\n  actual:   " << actualFile << "\n  diff:     " << diffFile
+                << "\n  actual:   " << files.actual << "\n  diff:     " << files.diff
                 << "\nIf the change is meant, run scripts/update-golden.sh.";
 }
 

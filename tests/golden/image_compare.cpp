@@ -93,4 +93,14 @@ Comparison CompareImages(const QImage& expectedImage, const QImage& actualImage,
   return result;
 }
 
+FailureImages SaveFailureImages(const std::string& stem, const QImage& actual,
+                                const Comparison& comparison) {
+  const std::filesystem::path out(SHEAFWORK_GOLDEN_OUTPUT);
+  std::filesystem::create_directories(out);
+  FailureImages files{out / (stem + "-actual.png"), out / (stem + "-diff.png")};
+  actual.save(QString::fromStdString(files.actual.string()), "PNG");
+  if (!comparison.diff.isNull()) comparison.diff.save(QString::fromStdString(files.diff.string()));
+  return files;
+}
+
 }  // namespace sheafwork::golden

@@ -7,6 +7,7 @@
 // other image has within a pixel's distance.
 
 #include <QImage>
+#include <filesystem>
 #include <string>
 
 namespace sheafwork::golden {
@@ -39,5 +40,16 @@ struct Comparison {
 
 Comparison CompareImages(const QImage& expected, const QImage& actual,
                          const CompareOptions& options = {});
+
+/// Where a failed comparison's pictures were written.
+struct FailureImages {
+  std::filesystem::path actual;  ///< "<stem>-actual.png"
+  std::filesystem::path diff;    ///< "<stem>-diff.png", when there is a diff
+};
+
+/// Writes the rendered sheet and the diff of a failed comparison to the
+/// tests' failure folder, for a person to look at.
+FailureImages SaveFailureImages(const std::string& stem, const QImage& actual,
+                                const Comparison& comparison);
 
 }  // namespace sheafwork::golden
