@@ -110,8 +110,7 @@ void CopyRecordInto(host::Layout& layout, const PlotSetupRecord& record, HostSes
   // The device may write the same paper's name otherwise ("ISO A2" for
   // "ISO A2 (594.00 x 420.00 mm)"): it is set by the device's own name.
   const std::vector<std::string> media = layout.GetCanonicalMediaNames();
-  const auto offered =
-      FindPaperName(media, record.canonicalMediaName, [](const std::string& n) { return n; });
+  const auto offered = FindPaperName(media, record.canonicalMediaName);
   if (offered) {
     layout.SetCanonicalMediaName(media[*offered]);
   } else {

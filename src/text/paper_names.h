@@ -5,6 +5,7 @@
 // that such names mean the same paper.
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,10 +25,11 @@ bool SamePaperName(std::string_view a, std::string_view b);
 
 /// The position in `papers` of the paper `name` stands for: the first of
 /// exactly that name, else the first of the same paper name (SamePaperName);
-/// nullopt when none. `nameOf(paper)` gives a paper's name.
-template <typename Papers, typename NameOf>
+/// nullopt when none. `nameOf(paper)` gives a paper's name (the paper
+/// itself by default).
+template <typename Papers, typename NameOf = std::identity>
 std::optional<std::size_t> FindPaperName(const Papers& papers, std::string_view name,
-                                         NameOf nameOf) {
+                                         NameOf nameOf = {}) {
   std::size_t i = 0;
   for (const auto& paper : papers) {
     if (std::string_view(nameOf(paper)) == name) return i;

@@ -353,7 +353,7 @@ void ConfigurationObject<Interface>::CopyThroughInterface(host::PlotConfiguratio
   SetConfigName(source.ConfigName());
   const std::string media = source.CanonicalMediaName();
   const auto offered = GetCanonicalMediaNames();
-  if (const auto i = FindPaperName(offered, media, [](const std::string& n) { return n; })) {
+  if (const auto i = FindPaperName(offered, media)) {
     SetCanonicalMediaName(offered[*i]);
   }
   SetPaperUnits(source.PaperUnits());
