@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 #include <type_traits>
 #include <variant>
 
@@ -335,21 +336,28 @@ void Frontend::DrawBlockReference(const Resolved& r, const Block& block, const T
   // A clipped reference (XCLIP), its attributes included.
   const bool clipped = insert != nullptr && insert->clip != nullptr;
   if (clipped) PushBlockClip(*insert->clip, placed * inner);
-  int copies = 0;
-  for (int row = 0; row < rows && copies < kMaxInsertCopies; ++row) {
-    for (int col = 0; col < columns && copies < kMaxInsertCopies; ++col, ++copies) {
-      Transform3 m = placed;
-      if (insert != nullptr && (row != 0 || col != 0)) {
-        m = m * Transform3::Translation({col * insert->columnSpacing, row * insert->rowSpacing, 0});
-      }
-      m = m * inner;
-      if (block.IsXref()) {
-        DrawXref(block, m);
-      } else {
-        DrawEntities(block, m);
+  // The cells of an array of references (MINSERT), the first at the
+  // insertion point; `f` gets the cell's offset in the reference's axes.
+  const auto forEachCell = [&](const auto& f) {
+    int copies = 0;
+    for (int row = 0; row < rows && copies < kMaxInsertCopies; ++row) {
+      for (int col = 0; col < columns && copies < kMaxInsertCopies; ++col, ++copies) {
+        if (row == 0 && col == 0) {
+          f(std::nullopt);
+        } else {
+          f(Vec3{col * insert->columnSpacing, row * insert->rowSpacing, 0});
+        }
       }
     }
-  }
+  };
+  forEachCell([&](const std::optional<Vec3>& step) {
+    const Transform3 m = (step ? placed * Transform3::Translation(*step) : placed) * inner;
+    if (block.IsXref()) {
+      DrawXref(block, m);
+    } else {
+      DrawEntities(block, m);
+    }
+  });
   // Attributes are placed already: they follow the reference's own space.
   // An array of references repeats them in every cell, moved as the cell is.
   if (insert != nullptr && !insert->attributes.empty()) {
@@ -359,15 +367,10 @@ void Frontend::DrawBlockReference(const Resolved& r, const Block& block, const T
       if (attribute.invisible) continue;
       const Resolved ar = Resolve(attribute.props);
       if (!ar.visible) continue;
-      DrawText(attribute.text, parent, ar.style);
-      int cells = 1;
-      for (int row = 0; row < rows && cells < kMaxInsertCopies; ++row) {
-        for (int col = row == 0 ? 1 : 0; col < columns && cells < kMaxInsertCopies;
-             ++col, ++cells) {
-          const Vec3 step = turn.Apply({col * insert->columnSpacing, row * insert->rowSpacing, 0});
-          DrawText(attribute.text, parent * Transform3::Translation(step), ar.style);
-        }
-      }
+      forEachCell([&](const std::optional<Vec3>& step) {
+        const Transform3 m = step ? parent * Transform3::Translation(turn.Apply(*step)) : parent;
+        DrawText(attribute.text, m, ar.style);
+      });
     }
   }
   if (clipped) PopBlockClip();
