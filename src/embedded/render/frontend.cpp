@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <optional>
 #include <type_traits>
 #include <variant>
 
@@ -337,21 +336,19 @@ void Frontend::DrawBlockReference(const Resolved& r, const Block& block, const T
   const bool clipped = insert != nullptr && insert->clip != nullptr;
   if (clipped) PushBlockClip(*insert->clip, placed * inner);
   // The cells of an array of references (MINSERT), the first at the
-  // insertion point; `f` gets the cell's offset in the reference's axes.
+  // insertion point; `f` gets whether the cell is moved from there and by
+  // how much, in the reference's axes.
   const auto forEachCell = [&](const auto& f) {
     int copies = 0;
     for (int row = 0; row < rows && copies < kMaxInsertCopies; ++row) {
       for (int col = 0; col < columns && copies < kMaxInsertCopies; ++col, ++copies) {
-        if (row == 0 && col == 0) {
-          f(std::nullopt);
-        } else {
-          f(Vec3{col * insert->columnSpacing, row * insert->rowSpacing, 0});
-        }
+        const bool moved = row != 0 || col != 0;
+        f(moved, moved ? Vec3{col * insert->columnSpacing, row * insert->rowSpacing, 0} : Vec3{});
       }
     }
   };
-  forEachCell([&](const std::optional<Vec3>& step) {
-    const Transform3 m = (step ? placed * Transform3::Translation(*step) : placed) * inner;
+  forEachCell([&](bool moved, const Vec3& step) {
+    const Transform3 m = (moved ? placed * Transform3::Translation(step) : placed) * inner;
     if (block.IsXref()) {
       DrawXref(block, m);
     } else {
@@ -367,8 +364,8 @@ void Frontend::DrawBlockReference(const Resolved& r, const Block& block, const T
       if (attribute.invisible) continue;
       const Resolved ar = Resolve(attribute.props);
       if (!ar.visible) continue;
-      forEachCell([&](const std::optional<Vec3>& step) {
-        const Transform3 m = step ? parent * Transform3::Translation(turn.Apply(*step)) : parent;
+      forEachCell([&](bool moved, const Vec3& step) {
+        const Transform3 m = moved ? parent * Transform3::Translation(turn.Apply(step)) : parent;
         DrawText(attribute.text, m, ar.style);
       });
     }
