@@ -123,8 +123,9 @@ INSTANTIATE_TEST_SUITE_P(Releases, DwgSample,
                              // The reference, exported from R14, keeps no page settings: its sheets
                              // are not those of the drawing.
                              Sample{"r14", "", -1}, Sample{"2000", "", 400},
-                             // LibreDWG's writer fails inside the module.
-                             Sample{"2004", "table index is out of bounds", 0},
+                             // Converted only with the larger stack the converter gives the
+                             // library (on the library's own stack it fails inside the module).
+                             Sample{"2004", "", 400},
                              Sample{"2007", "", 400}, Sample{"2010", "", 800},
                              Sample{"2013", "", 800}, Sample{"2018", "", 1100}),
                          [](const ::testing::TestParamInfo<Sample>& info) {

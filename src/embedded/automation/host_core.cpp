@@ -9,6 +9,7 @@
 #include "embedded/automation/default_seams.h"
 #include "embedded/automation/dwg_converter.h"
 #include "embedded/automation/variables.h"
+#include "embedded/dxf/messages.h"
 #include "embedded/model/referenced_files.h"
 #include "embedded/model/xrefs.h"
 #include "log/paths.h"
@@ -164,7 +165,26 @@ Drawing HostCore::LoadDrawing(const std::string& path) {
       throw host::Error(msg::kUnsupportedFile, msg::UnsupportedFile(file));
     }
     if (dwgConverter.empty()) throw host::Error(msg::kNoDwgConverter, msg::NoDwgConverter(file));
-    Drawing drawing = ReadFile(conversions.Convert(dwgConverter, file, options.dwgTimeLimit));
+    const std::string converted = conversions.Convert(dwgConverter, file, options.dwgTimeLimit);
+    Drawing drawing;
+    try {
+      drawing = ReadFile(converted);
+    } catch (const host::Error& error) {
+      // The reader names the converted file, a temporary the user never
+      // saw: the message names the drawing instead, with the place.
+      if (error.number() != msg::kBadDrawing) throw;
+      std::string_view reason = error.description();
+      for (const std::string_view temporary :
+           {std::string_view(converted), dxfmsg::ShownName(converted)}) {
+        if (reason.substr(0, temporary.size()) != temporary) continue;
+        reason.remove_prefix(temporary.size());
+        break;
+      }
+      while (!reason.empty() && (reason.front() == ',' || reason.front() == ' ')) {
+        reason.remove_prefix(1);
+      }
+      throw host::Error(msg::kBadDrawing, msg::ConvertedDrawingUnreadable(file, reason));
+    }
     drawing.path = file;
     ResolveImageFiles(drawing, supportPath);
     return drawing;

@@ -27,6 +27,10 @@ std::string ConversionFailed(std::string_view path, std::string_view reason) {
   return "la conversion DWG a échoué (" + S(reason) + ") : " + S(path);
 }
 
+std::string ConvertedDrawingUnreadable(std::string_view path, std::string_view reason) {
+  return "le DXF converti de ce dessin DWG est illisible (" + S(reason) + ") : " + S(path);
+}
+
 std::string ConverterExit(int status) {
   return "le convertisseur a rendu le code " + std::to_string(status);
 }

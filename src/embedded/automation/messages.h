@@ -28,6 +28,7 @@ std::string FileNotFound(std::string_view path);
 std::string NoDwgConverter(std::string_view path);
 std::string NoNode(std::string_view path);
 std::string ConversionFailed(std::string_view path, std::string_view reason);
+std::string ConvertedDrawingUnreadable(std::string_view path, std::string_view reason);
 std::string ConverterExit(int status);
 std::string ConverterNoOutput();
 std::string ConverterTimedOut(int seconds);

@@ -87,6 +87,15 @@ INSTANTIATE_TEST_SUITE_P(
                               "le convertisseur n'a pas écrit de fichier DXF"},
                       Failure{"hangs.sh", 300, "le convertisseur a été arrêté au bout de 1 s"}));
 
+TEST_F(EmbeddedHostTest, AnUnreadableConversionNamesTheDrawingNotTheTemporaryFile) {
+  options.dwgConverter = Converter("unreadable-output.sh");
+  options.reader = [](const std::string& path) { return ReadDxfFile(path); };
+  const std::string dwg = AddDrawing("Plan.dwg");
+  const host::Error error = ErrorOf([&] { Open(dwg); });
+  EXPECT_EQ(error.description(), "le DXF converti de ce dessin DWG est illisible (ligne 1 : " +
+                                     std::string("section TABLES sans ENDSEC) : ") + dwg);
+}
+
 TEST_F(EmbeddedHostTest, AConverterRunByNodeSaysWhatToInstallWhenNodeIsMissing) {
   testing::TempFolder emptyPath;
   options.dwgConverter = (data.path() / "dwg2dxf" / "dwg2dxf.js").string();

@@ -14,6 +14,23 @@ const wasmFolder = path.join(here, '..', 'node_modules', '@mlightcad', 'libredwg
 const DWG_ERR_CRITICAL = 128;
 const TYPE_LAYER = 51;
 
+// What the critical bits of LibreDWG's error code say, for the user.
+const CRITICAL_ERRORS = [
+  [128, 'classes introuvables'],
+  [256, 'section introuvable'],
+  [512, 'page introuvable'],
+  [1024, 'erreur interne de LibreDWG'],
+  [2048, 'fichier DWG non valide'],
+  [4096, "erreur d'entrée-sortie"],
+  [8192, 'mémoire insuffisante'],
+];
+
+/** "section introuvable, fichier DWG non valide (erreur 2304)" */
+export function describeError(status) {
+  const reasons = CRITICAL_ERRORS.filter(([bit]) => (status & bit) !== 0).map(([, text]) => text);
+  return reasons.length > 0 ? `${reasons.join(', ')} (erreur ${status})` : `erreur ${status}`;
+}
+
 /** A failure with the exit status it gives. */
 export class ConversionError extends Error {
   constructor(message, status) {
@@ -22,28 +39,58 @@ export class ConversionError extends Error {
   }
 }
 
+// The module is linked with a small stack in front of its static data; the
+// decoder's recursion through some drawings (nested blocks and dictionaries of
+// 2004-format files) runs past it and overwrites that data, which shows up
+// later as "table index is out of bounds". Every call into the library runs
+// on this much stack, taken from the module's heap.
+const STACK_BYTES = 64 * 1024 * 1024;
+
 async function loadLibrary() {
   const glue = path.join(wasmFolder, 'libredwg-web.js');
-  if (!fs.existsSync(glue)) {
+  const binary = path.join(wasmFolder, 'libredwg-web.wasm');
+  if (!fs.existsSync(glue) || !fs.existsSync(binary)) {
     throw new ConversionError(
       `la bibliothèque LibreDWG n'est pas installée dans ${path.dirname(here)} (lancez « npm ci » dans ce dossier, ou scripts/setup.sh)`,
       2,
     );
   }
   const { default: createModule } = await import(glue);
+  let exports;
   // The module prints LibreDWG's warnings on stdout/stderr; they are not
-  // ours to pass on.
-  return createModule({
+  // ours to pass on. It is instantiated here, rather than by its glue, to
+  // reach the exports that move its stack pointer.
+  const module = await createModule({
     locateFile: (file) => path.join(wasmFolder, file),
     print: () => {},
     printErr: () => {},
+    instantiateWasm(imports, receiveInstance) {
+      const compiled = new WebAssembly.Module(fs.readFileSync(binary));
+      const instance = new WebAssembly.Instance(compiled, imports);
+      exports = instance.exports;
+      return receiveInstance(instance, compiled);
+    },
   });
+  const stackBase = exports.malloc(STACK_BYTES);
+  if (!stackBase) throw new ConversionError('mémoire insuffisante pour LibreDWG', 1);
+  // Returns what `call` returns, run with the stack pointer at the top of
+  // the block taken above (16-byte aligned) and put back afterwards.
+  module.withLargeStack = (call) => {
+    const saved = exports.emscripten_stack_get_current();
+    exports._emscripten_stack_restore((stackBase + STACK_BYTES - 16) & ~15);
+    try {
+      return call();
+    } finally {
+      exports._emscripten_stack_restore(saved);
+    }
+  };
+  return module;
 }
 
 function layerStates(module, fileName) {
-  const result = module.dwg_read_file(fileName);
+  const result = module.withLargeStack(() => module.dwg_read_file(fileName));
   if (!result || result.error >= DWG_ERR_CRITICAL || !result.data) {
-    throw new ConversionError(`LibreDWG ne sait pas lire les calques de ce dessin (erreur ${result?.error})`, 1);
+    throw new ConversionError(`LibreDWG ne sait pas lire les calques de ce dessin : ${describeError(result?.error ?? 0)}`, 1);
   }
   const byHandle = new Map();
   const byName = new Map();
@@ -89,9 +136,9 @@ export async function convertDwg(input) {
   content = null;
   let dxf;
   try {
-    const status = module.dwg_write_dxf(dwgName, dxfName);
+    const status = module.withLargeStack(() => module.dwg_write_dxf(dwgName, dxfName));
     if (status >= DWG_ERR_CRITICAL || !module.FS.analyzePath(dxfName, false).exists) {
-      throw new ConversionError(`LibreDWG ne sait pas lire ce dessin (erreur ${status})`, 1);
+      throw new ConversionError(`LibreDWG ne sait pas lire ce dessin : ${describeError(status)}`, 1);
     }
     dxf = Buffer.from(module.FS.readFile(dxfName)).toString('latin1');
     module.FS.unlink(dxfName);

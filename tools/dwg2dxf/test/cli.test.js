@@ -24,7 +24,8 @@ const cases = [
   { name: 'wrong command line', args: ['seul.dwg'], status: 2, reason: 'utilisation' },
   { name: 'missing drawing', args: [path.join(out, 'absent.dwg'), path.join(out, 'b.dxf')], status: 2, reason: 'lecture impossible' },
   { name: 'not a drawing', args: [path.join(samples, 'NOTICE.md'), path.join(out, 'c.dxf')], status: 1, reason: 'ne sait pas lire ce dessin' },
-  { name: 'a fault inside the library', args: [path.join(samples, 'example_2004.dwg'), path.join(out, 'd.dxf')], status: 1, reason: 'table index is out of bounds' },
+  { name: 'a drawing whose decoding runs deep', args: [path.join(samples, 'example_2004.dwg'), path.join(out, 'd.dxf')], status: 0, reason: '' },
+  { name: 'a truncated drawing', args: [path.join(samples, 'truncated.dwg'), path.join(out, 'f.dxf')], status: 1, reason: 'ne sait pas lire ce dessin : section introuvable \\(erreur 256\\)' },
   { name: 'output folder missing', args: [path.join(samples, 'example_2013.dwg'), path.join(out, 'nulle-part', 'e.dxf')], status: 2, reason: 'écriture impossible' },
 ];
 
