@@ -1,0 +1,286 @@
+#!/usr/bin/env python3
+"""Mutation score of the test suite on a fixed sample of mutants.
+
+    python3 scripts/mutants.py [--list] [--limit N] [--build-dir DIR]
+
+Finds every place in a chosen set of source files where a simple mutation
+applies (a comparison flipped, && and || swapped, an integer constant changed
+by one, a statement dropped, a condition negated, break and continue
+swapped), draws a fixed sample of them with a fixed seed, and for each one:
+applies it to the source tree, rebuilds the tests of the library that holds
+the file, runs them, and puts the file back. A mutant is killed when the
+tests fail or time out, survives when they pass, and is stillborn when it
+does not compile (stillborn mutants do not count).
+
+The sample is drawn from the source as it stands: it stays the same as long
+as the sampled files do not change, which is what makes scores taken before
+and after a change of the tests comparable. The results go to
+out/mutants/results.tsv (one line per mutant, kept between runs: a run
+resumes where the last one stopped) and the score to standard output.
+"""
+
+import argparse
+import os
+import random
+import re
+import subprocess
+import sys
+import time
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent
+SEED = 2026
+
+# Areas of the sample: (name, source folders or files, mutants drawn).
+AREAS = [
+    ("core", ["src/log", "src/plotrun", "src/plottest", "src/plotcfg", "src/host", "src/text"], 100),
+    ("list file", ["src/batch"], 60),
+    ("DXF reader", ["src/embedded/dxf"], 80),
+    ("plot engine", ["src/embedded/render"], 80),
+]
+
+COMPARISONS = {"==": "!=", "!=": "==", "<=": ">", ">=": "<", " < ": " >= ", " > ": " <= "}
+DECLARATION_START = re.compile(
+    r"^\s*(const\s+|static\s+|constexpr\s+)*"
+    r"(auto|bool|int|char|double|float|std::|size_t|unsigned|long|short|[A-Z]\w*\s*[&*]?\s+\w)")
+STATEMENT = re.compile(r"^(\s*)([A-Za-z_][\w:]*(\.|->|\(|\s*[-+*/|&]?=[^=]|\+\+|--)).*;\s*$")
+KEYWORDS = ("return", "if", "for", "while", "else", "case", "break", "continue", "throw",
+            "delete", "using", "namespace", "template", "typename", "goto", "default", "do")
+INTEGER = re.compile(r"(?<![\w.])(\d+)(?![\w.'])")
+
+
+def masked(line):
+    """The line with comments removed and string/char contents blanked."""
+    out, quote, i = [], None, 0
+    while i < len(line):
+        c = line[i]
+        if quote:
+            if c == "\\":
+                out.append("  ")
+                i += 2
+                continue
+            out.append(c if c == quote else " ")
+            if c == quote:
+                quote = None
+        elif c in "\"'":
+            quote = c
+            out.append(c)
+        elif line.startswith("//", i):
+            break
+        else:
+            out.append(c)
+        i += 1
+    return "".join(out)[: len(line)]
+
+
+def balanced(text):
+    return text.count("(") == text.count(")")
+
+
+def sites_of(path):
+    """Every (line number, operator, old text, new text) of a file."""
+    lines = path.read_text(encoding="utf-8").split("\n")
+    in_block_comment = False
+    # Open conditional blocks: "windows" where the code is compiled only on
+    # Windows (skipped here), "posix" for its other side, "other" for the rest.
+    blocks = []
+    for number, line in enumerate(lines, 1):
+        view = masked(line)
+        stripped = view.strip()
+        directive = re.match(r"#\s*(if|ifdef|ifndef|else|elif|endif)\b(.*)", stripped)
+        if directive:
+            word, rest = directive.groups()
+            if word in ("if", "ifdef", "ifndef"):
+                negated = word == "ifndef" or "!" in rest
+                blocks.append("other" if "_WIN32" not in rest else
+                              "posix" if negated else "windows")
+            elif word in ("else", "elif") and blocks:
+                blocks[-1] = {"windows": "posix", "posix": "windows"}.get(blocks[-1], "other")
+            elif word == "endif" and blocks:
+                blocks.pop()
+            continue
+        if "windows" in blocks:
+            continue
+        if in_block_comment:
+            if "*/" in stripped:
+                in_block_comment = False
+            continue
+        if stripped.startswith("/*"):
+            in_block_comment = "*/" not in stripped
+            continue
+        if not stripped or stripped.startswith("#") or stripped.startswith("static_assert"):
+            continue
+        for old, new in COMPARISONS.items():
+            for match in re.finditer(re.escape(old), view):
+                if old in ("==", "!=") and view[match.end():match.end() + 1] == "=":
+                    continue
+                if old in ("<=", ">=") and (view[match.start() - 1:match.start()] in "<>"
+                                            or view[match.end():match.end() + 1] == ">"):
+                    continue
+                yield number, "comparison", match.start(), old, new
+        for old, new in ((" && ", " || "), (" || ", " && ")):
+            for match in re.finditer(re.escape(old), view):
+                yield number, "logic", match.start(), old, new
+        if not re.search(r"\[\s*\]|\boperator\b|\btemplate\b", view):
+            for match in INTEGER.finditer(view):
+                value = match.group(1)
+                if len(value) > 1 and value.startswith("0"):
+                    continue
+                yield number, "constant", match.start(), value, str(int(value) + 1)
+        statement = STATEMENT.match(view)
+        if (statement and balanced(view) and not stripped.startswith(KEYWORDS)
+                and not DECLARATION_START.match(view) and not stripped.endswith("{};")):
+            yield number, "statement", len(statement.group(1)), line.strip(), ";"
+        condition = re.match(r"^(\s*(?:\}\s*else\s+)?if \()(.*)(\)\s*\{?)\s*$", view)
+        if (condition and balanced(condition.group(2)) and "constexpr" not in view
+                and not re.search(r"[^=!<>]=[^=]|;", condition.group(2))):
+            start = len(condition.group(1))
+            old = line[start:start + len(condition.group(2))]
+            yield number, "condition", start, old, "!(" + old + ")"
+        for old, new in (("break;", "continue;"), ("continue;", "break;")):
+            if stripped == old:
+                yield number, "loop exit", view.index(old), old, new
+
+
+def source_files(folders):
+    for folder in folders:
+        base = ROOT / folder
+        yield from sorted(base.rglob("*.cpp")) if base.is_dir() else [base]
+
+
+def test_target(path):
+    """The test binary of the library that holds `path`."""
+    parts = path.relative_to(ROOT / "src").parts
+    name = "_".join(parts[:2]) if parts[0] == "embedded" else parts[0]
+    folder = "/".join(parts[:2]) if parts[0] == "embedded" else parts[0]
+    return f"{name}_tests", f"tests/{folder}/{name}_tests"
+
+
+def sample():
+    rng = random.Random(SEED)
+    chosen = []
+    for area, folders, count in AREAS:
+        candidates = []
+        for path in source_files(folders):
+            relative = path.relative_to(ROOT).as_posix()
+            for number, operator, column, old, new in sites_of(path):
+                candidates.append((area, relative, number, operator, column, old, new))
+        chosen += sorted(rng.sample(candidates, min(count, len(candidates))),
+                         key=lambda m: (m[1], m[2], m[4]))
+    return chosen
+
+
+def key(mutant):
+    area, file, number, operator, column, old, new = mutant
+    return f"{file}:{number}:{column}:{operator}"
+
+
+def apply(mutant):
+    area, file, number, operator, column, old, new = mutant
+    path = ROOT / file
+    original = path.read_text(encoding="utf-8")
+    lines = original.split("\n")
+    line = lines[number - 1]
+    if operator == "statement":
+        lines[number - 1] = line[:column] + new
+    else:
+        assert line[column:column + len(old)] == old, (file, number, line, old)
+        lines[number - 1] = line[:column] + new + line[column + len(old):]
+    path.write_text("\n".join(lines), encoding="utf-8")
+    return path, original
+
+
+def run(command, timeout=None):
+    try:
+        return subprocess.run(command, cwd=ROOT, capture_output=True, timeout=timeout).returncode
+    except subprocess.TimeoutExpired:
+        return "timeout"
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n")[1].strip(),
+                                     formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--list", action="store_true", help="print the sample and stop")
+    parser.add_argument("--limit", type=int, default=0, help="test at most N more mutants")
+    parser.add_argument("--build-dir", default="build-mutants")
+    parser.add_argument("--results", default="out/mutants/results.tsv")
+    args = parser.parse_args()
+
+    mutants = sample()
+    if args.list:
+        for m in mutants:
+            print(f"{m[0]}\t{key(m)}\t{m[5]!r} -> {m[6]!r}")
+        print(f"{len(mutants)} mutants", file=sys.stderr)
+        return 0
+
+    results_path = ROOT / args.results
+    results_path.parent.mkdir(parents=True, exist_ok=True)
+    done = {}
+    if results_path.exists():
+        for line in results_path.read_text(encoding="utf-8").splitlines():
+            fields = line.split("\t")
+            done[fields[1]] = fields
+    build = ROOT / args.build_dir
+    if not (build / "build.ninja").exists():
+        subprocess.run(["cmake", "-S", ".", "-B", str(build), "-G", "Ninja",
+                        "-DCMAKE_BUILD_TYPE=Release", "-DCMAKE_CXX_FLAGS_RELEASE=-O1",
+                        "-DSHEAFWORK_TESTS=ON", "-DSHEAFWORK_WERROR=OFF"],
+                       cwd=ROOT, check=True, stdout=subprocess.DEVNULL)
+
+    baseline = {}
+    tested = 0
+    with results_path.open("a", encoding="utf-8") as results:
+        for m in mutants:
+            if key(m) in done or (args.limit and tested >= args.limit):
+                continue
+            target, binary = test_target(ROOT / m[1])
+            if target not in baseline:
+                if run(["ninja", "-C", str(build), target]) != 0:
+                    sys.exit(f"mutants: {target} does not build unmutated")
+                start = time.monotonic()
+                if run([str(build / binary), "--gtest_brief=1"]) != 0:
+                    sys.exit(f"mutants: {target} fails unmutated")
+                baseline[target] = time.monotonic() - start
+            path, original = apply(m)
+            try:
+                if run(["ninja", "-C", str(build), target]) != 0:
+                    verdict = "stillborn"
+                else:
+                    status = run([str(build / binary), "--gtest_brief=1"],
+                                 timeout=max(60, 10 * baseline[target]))
+                    verdict = "survived" if status == 0 else "killed"
+            finally:
+                path.write_text(original, encoding="utf-8")
+            fields = [m[0], key(m), verdict, f"{m[5]!r} -> {m[6]!r}"]
+            results.write("\t".join(fields) + "\n")
+            results.flush()
+            done[key(m)] = fields
+            tested += 1
+            print(f"{len(done)}/{len(mutants)} {verdict:9} {key(m)}", file=sys.stderr)
+        # Put the build back to the unmutated sources.
+        run(["ninja", "-C", str(build)])
+
+    wanted = {key(m) for m in mutants}
+    by_area = {}
+    for fields in done.values():
+        if fields[1] in wanted:
+            by_area.setdefault(fields[0], []).append(fields[2])
+    total_killed = total_counted = 0
+    for area, _, _ in AREAS:
+        verdicts = by_area.get(area, [])
+        killed = verdicts.count("killed")
+        counted = killed + verdicts.count("survived")
+        total_killed += killed
+        total_counted += counted
+        share = f"{100 * killed / counted:.1f} %" if counted else "-"
+        print(f"{area:12} {killed:4} killed of {counted:4} ({share}); "
+              f"{verdicts.count('stillborn')} stillborn")
+    missing = len(wanted) - sum(len(v) for v in by_area.values())
+    share = f"{100 * total_killed / total_counted:.1f} %" if total_counted else "-"
+    print(f"{'all':12} {total_killed:4} killed of {total_counted:4} ({share})"
+          + (f"; {missing} not yet tested" if missing else ""))
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
