@@ -5,18 +5,7 @@
 # process that holds it, and leaves the first run's journal whole.
 #
 # Usage: concurrent_logs.sh SHEAFWORK SOURCE_DIR
-set -u
-exe=$1
-source_dir=$2
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-export XDG_DATA_HOME="$work/xdg"
-unset DISPLAY WAYLAND_DISPLAY SHEAFWORK_DWG_CONVERTER
-failed=0
-fail() {
-  echo "FAIL: $*"
-  failed=1
-}
+source "$(dirname "$0")/script_setup.sh"
 
 rows=400
 for run in a b; do

@@ -5,18 +5,7 @@
 # was writing; the next run that writes that file removes it.
 #
 # Usage: stop_signals.sh SHEAFWORK SOURCE_DIR
-set -u
-exe=$1
-source_dir=$2
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-export XDG_DATA_HOME="$work/xdg"
-unset DISPLAY WAYLAND_DISPLAY SHEAFWORK_DWG_CONVERTER
-failed=0
-fail() {
-  echo "FAIL: $*"
-  failed=1
-}
+source "$(dirname "$0")/script_setup.sh"
 
 cp "$source_dir/tests/data/dxf/slow/slow.dxf" "$work/"
 mkdir -p "$work/out"
