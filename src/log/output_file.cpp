@@ -67,8 +67,14 @@ int TakeSlot(const std::string& name) {
       return -2;
     }
     // Without locks on this file system a temporary cannot be told from a
-    // live one; it is taken as ours.
-    if (StillNamed(fd, name) && ::ftruncate(fd, 0) == 0) return fd;
+    // live one; it is taken as ours. A new one is not truncated: ext4 writes
+    // out at the close what was written to a file it saw emptied (see
+    // log_file.cpp), which cost every plot file a wait.
+    struct stat status {};
+    if (StillNamed(fd, name) && ::fstat(fd, &status) == 0 &&
+        (status.st_size == 0 || ::ftruncate(fd, 0) == 0)) {
+      return fd;
+    }
     ::close(fd);
   }
   return -2;
@@ -102,7 +108,8 @@ void TakeOverAttributes(int fd, const std::string& replaced) {
       [[maybe_unused]] const int ignored = ::fchown(fd, static_cast<uid_t>(-1), old.st_gid);
     }
   }
-  ::fchmod(fd, old.st_mode & 07777);  // after the owner, which clears set-id bits
+  // After the owner, which clears set-id bits; most often nothing to change.
+  if ((now.st_mode & 07777) != (old.st_mode & 07777)) ::fchmod(fd, old.st_mode & 07777);
 }
 
 // Writes the folder's entry for a renamed file out to the disk.
