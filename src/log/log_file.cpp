@@ -173,8 +173,8 @@ bool LogFile::Open(const std::string& path, bool append, Locking locking) {
 
 bool LogFile::IsFile(const std::string& path) const {
 #ifndef _WIN32
-  struct stat open {
-  }, named{};
+  struct stat open {};
+  struct stat named {};
   return fd_ >= 0 && ::fstat(fd_, &open) == 0 && ::stat(path.c_str(), &named) == 0 &&
          open.st_dev == named.st_dev && open.st_ino == named.st_ino;
 #else

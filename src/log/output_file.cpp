@@ -46,23 +46,22 @@ std::string SlotName(const std::string& target, int slot) {
 }
 
 #ifndef _WIN32
-// True when `fd` is still the file named `path`: a writer that removed a
-// stale temporary between our open and our lock leaves us an unnamed file.
-bool StillNamed(int fd, const std::string& path) {
-  struct stat open {
-  }, named{};
-  return ::fstat(fd, &open) == 0 && ::lstat(path.c_str(), &named) == 0 &&
-         open.st_dev == named.st_dev && open.st_ino == named.st_ino;
+// True when `fd` is still the file named `path` (and `status` its status): a
+// writer that removed a stale temporary between our open and our lock leaves
+// us an unnamed file.
+bool StillNamed(int fd, const std::string& path, struct stat& status) {
+  struct stat named {};
+  return ::fstat(fd, &status) == 0 && ::lstat(path.c_str(), &named) == 0 &&
+         status.st_dev == named.st_dev && status.st_ino == named.st_ino;
 }
 
-// Opens slot `slot` of `target` and locks it. -1 with errno when the folder
-// refuses; -2 when another writer holds the slot.
+// Opens the temporary `name` and locks it. -1 with errno when the folder
+// refuses; -2 when another writer holds it.
 int TakeSlot(const std::string& name) {
   for (int attempt = 0; attempt < 4; ++attempt) {
     const int fd = ::open(name.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
     if (fd < 0) return -1;
-    const FileLock lock = TryLockFile(fd);
-    if (lock.busy) {
+    if (TryLockFile(fd).busy) {
       ::close(fd);
       return -2;
     }
@@ -71,8 +70,7 @@ int TakeSlot(const std::string& name) {
     // out at the close what was written to a file it saw emptied (see
     // log_file.cpp), which cost every plot file a wait.
     struct stat status {};
-    if (StillNamed(fd, name) && ::fstat(fd, &status) == 0 &&
-        (status.st_size == 0 || ::ftruncate(fd, 0) == 0)) {
+    if (StillNamed(fd, name, status) && (status.st_size == 0 || ::ftruncate(fd, 0) == 0)) {
       return fd;
     }
     ::close(fd);
@@ -90,7 +88,8 @@ void RemoveStale(const std::string& target, int first) {
       if (errno == ENOENT) return;
       continue;
     }
-    if (TryLockFile(fd).held && StillNamed(fd, name)) ::unlink(name.c_str());
+    struct stat status {};
+    if (TryLockFile(fd).held && StillNamed(fd, name, status)) ::unlink(name.c_str());
     ::close(fd);
   }
 }

@@ -5,9 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -125,31 +123,6 @@ TEST_F(LogFileTest, LogsThatAreOffOrFailing) {
     EXPECT_EQ(Errors(), cases[i].errors) << "case " << i;
     fs::remove(defaults.JournalLogFileName);
     fs::remove(defaults.ErrorLogFileName);
-  }
-}
-
-// A log that cannot be opened or written says why, and whether it was opened
-// at all (the run's summary and messages depend on it).
-TEST_F(LogFileTest, AFailedLogSaysWhyAndWhetherItWasOpened) {
-  struct Case {
-    std::string path;
-    bool opened;
-    int error;
-  };
-  const Case cases[] = {
-      {kFull, true, ENOSPC},
-      {dir_.path().string(), false, EISDIR},
-      {dir_.File("manquant/j.log"), false, ENOENT},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.path);
-    LogFile log;
-    EXPECT_EQ(log.Open(c.path, /*append=*/false), c.opened);
-    EXPECT_EQ(log.WriteLogLine("ligne"), !c.opened);  // a closed log ignores the line
-    log.Close();
-    EXPECT_EQ(log.Opened(), c.opened);
-    EXPECT_EQ(log.Failure(), std::strerror(c.error));
-    EXPECT_EQ(log.Path(), c.path);
   }
 }
 

@@ -22,17 +22,5 @@ TEST(StopSignalsTest, EachStopSignalRequestsAStopOnce) {
   }
 }
 
-// The second signal ends the program as the signal does.
-TEST(StopSignalsTest, ASecondSignalEndsTheProgram) {
-  EXPECT_EXIT(
-      {
-        const StopSignals signals("");
-        std::raise(SIGTERM);
-        std::raise(SIGTERM);
-        std::exit(0);
-      },
-      ::testing::KilledBySignal(SIGTERM), "");
-}
-
 }  // namespace
 }  // namespace sheafwork
