@@ -122,14 +122,11 @@ bool HasErrorLine(const std::string& results) {
   return false;
 }
 
-std::string LogSummary(const LogSettings& log) {
+// The logs that hold the whole run; one that was not written is not named.
+std::string LogSummary(const LogSettings& log, const RunResult& result) {
   std::string text;
-  if (log.JournalLogOn && !log.JournalLogFileName.empty()) {
-    text += " ; journal : " + log.JournalLogFileName;
-  }
-  if (log.ErrorLogOn && !log.ErrorLogFileName.empty()) {
-    text += " ; erreurs : " + log.ErrorLogFileName;
-  }
+  if (result.journalWritten) text += " ; journal : " + log.JournalLogFileName;
+  if (result.errorLogWritten) text += " ; erreurs : " + log.ErrorLogFileName;
   return text;
 }
 
@@ -208,6 +205,7 @@ int RunPlot(const PlotOptions& options, const CommandIo& io) {
   run.End();  // the host writes the combined PDF at the latest when it quits
   const bool combinedOk = !options.combine || ReportCombined(*combined, combinedPath, io.err);
 
+  for (const std::string& problem : result.logProblems) io.err << "sheafwork: " << problem << '\n';
   io.err << "sheafwork: " << result.plotted << " ligne(s) tracée(s), " << result.failed
          << " en échec";
   if (result.cancelled) {
@@ -215,8 +213,9 @@ int RunPlot(const PlotOptions& options, const CommandIo& io) {
   } else if (result.endedEarly) {
     io.err << ", traçage arrêté avant la fin";
   }
-  io.err << LogSummary(run.session().Log) << '\n';
-  return result.failed > 0 || result.endedEarly || !combinedOk ? kExitFailed : kExitOk;
+  io.err << LogSummary(run.session().Log, result) << '\n';
+  const bool logsOk = result.logProblems.empty();
+  return result.failed > 0 || result.endedEarly || !combinedOk || !logsOk ? kExitFailed : kExitOk;
 }
 
 int RunCheck(const CheckOptions& options, const CommandIo& io) {

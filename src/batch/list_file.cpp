@@ -337,8 +337,9 @@ ListFileResult WriteListFile(Session& session, const std::string& path) {
   } catch (const std::exception& e) {
     return fail(e.what());
   }
-  // Written beside and renamed into place: a failure leaves the old file.
-  OutputFile out(path);
+  // Written beside and renamed into place: a failure leaves the old file, and
+  // the new one is on the disk before it takes the old one's place.
+  OutputFile out(path, OutputFile::Durability::Durable);
   if (!out.IsOpen()) return fail(out.Failure());
   out.Write(bytes);
   if (!out.Commit()) return fail(out.Failure());

@@ -1,13 +1,22 @@
 #include "log/log_file.h"
 
 #include <cerrno>
+#include <charconv>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
 
-#ifndef _WIN32
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#include <sys/stat.h>
+#else
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #endif
 
+#include "log/file_lock.h"
 #include "log/wide_path.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -17,39 +26,41 @@ namespace sheafwork {
 
 namespace {
 
-// Opens a file named in UTF-8 for appending or, with `append` false, emptied.
-std::FILE* OpenFile(const std::string& path, bool append) {
 #ifdef _WIN32
+int OpenDescriptor(const std::string& path, bool append) {
   const auto wide = WidePath(path);
   if (!wide) {
     errno = EINVAL;
-    return nullptr;
+    return -1;
   }
-  return _wfopen(wide->c_str(), append ? L"ab" : L"wb");
-#else
-  if (append) return std::fopen(path.c_str(), "ab");
-  // ext4 writes out what is written to a file it saw emptied as soon as the
-  // file is closed, and the next run's emptying waits for it: the two logs
-  // cost more than plotting a small drawing. Closed at once while still
-  // empty, the file is reopened as any other. A pipe or a device is kept
-  // open: closing it would end what reads it.
-  int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-  if (fd < 0) return nullptr;
-  struct stat status {};
-  if (::fstat(fd, &status) == 0 && S_ISREG(status.st_mode)) {
-    ::close(fd);
-    fd = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
-    if (fd < 0) return nullptr;
-  }
-  std::FILE* file = ::fdopen(fd, "wb");
-  if (file == nullptr) {
-    const int reason = errno;
-    ::close(fd);
-    errno = reason;
-  }
-  return file;
-#endif
+  return _wopen(wide->c_str(), _O_WRONLY | _O_CREAT | _O_BINARY | (append ? _O_APPEND : _O_TRUNC),
+                _S_IREAD | _S_IWRITE);
 }
+int WriteSome(int fd, const char* bytes, std::size_t size) {
+  return _write(fd, bytes, static_cast<unsigned>(size));
+}
+int CloseDescriptor(int fd) { return _close(fd); }
+#else
+// Opened without emptying: an overwritten log is emptied only once its lock is
+// held, so that a run waiting for another leaves the other's lines alone.
+int OpenDescriptor(const std::string& path, bool append) {
+  return ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | (append ? O_APPEND : 0), 0666);
+}
+ssize_t WriteSome(int fd, const char* bytes, std::size_t size) { return ::write(fd, bytes, size); }
+int CloseDescriptor(int fd) { return ::close(fd); }
+
+// Empties a locked log. ext4 writes out what is written to a file it saw
+// emptied as soon as the file is closed, and the next run's emptying waits for
+// it: the two logs cost more than plotting a small drawing. Another descriptor
+// of the file closed while it is still empty settles that at no cost (closing
+// it does not drop the lock, which belongs to the first one).
+bool Empty(int fd, const std::string& path) {
+  if (::ftruncate(fd, 0) != 0) return false;
+  const int other = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+  if (other >= 0) ::close(other);
+  return true;
+}
+#endif
 
 // The bytes of one log line: the text in Windows-1252 and CR LF.
 std::string LineBytes(std::string_view text) {
@@ -58,35 +69,132 @@ std::string LineBytes(std::string_view text) {
   return bytes;
 }
 
-// Writes and flushes; false when any part of it failed.
-bool WriteAndFlush(std::FILE* file, const std::string& bytes) {
-  return std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() && std::fflush(file) == 0;
+// One write for the whole line where the system takes it whole (always, for a
+// file appended to, short of a full disk); the rest follows when it does not.
+bool WriteAll(int fd, const std::string& bytes) {
+  std::size_t done = 0;
+  while (done < bytes.size()) {
+    const auto written = WriteSome(fd, bytes.data() + done, bytes.size() - done);
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) {
+      if (written == 0) errno = EIO;
+      return false;
+    }
+    done += static_cast<std::size_t>(written);
+  }
+  return true;
 }
 
 }  // namespace
 
-void LogFile::Closer::operator()(std::FILE* f) const { std::fclose(f); }
+std::chrono::milliseconds LogLockWait() {
+  constexpr std::chrono::milliseconds kDefault{5000};
+  const char* text = std::getenv("SHEAFWORK_LOG_LOCK_WAIT");
+  if (!text) return kDefault;
+  long value = 0;
+  const char* end = text + std::strlen(text);
+  const auto [stop, error] = std::from_chars(text, end, value);
+  if (error != std::errc() || stop != end || value < 0) return kDefault;
+  return std::chrono::milliseconds(value);
+}
 
-LogFile::~LogFile() = default;
+LogFile::LogFile(LogFile&& other) noexcept
+    : fd_(std::exchange(other.fd_, -1)),
+      opened_(other.opened_),
+      path_(std::move(other.path_)),
+      failure_(std::move(other.failure_)),
+      busy_(other.busy_),
+      holder_(other.holder_) {}
 
-bool LogFile::Open(const std::string& path, bool append) {
-  file_.reset();
-  file_.reset(OpenFile(path, append));
-  return IsOpen();
+LogFile& LogFile::operator=(LogFile&& other) noexcept {
+  if (this != &other) {
+    if (fd_ >= 0) CloseDescriptor(fd_);
+    fd_ = std::exchange(other.fd_, -1);
+    opened_ = other.opened_;
+    path_ = std::move(other.path_);
+    failure_ = std::move(other.failure_);
+    busy_ = other.busy_;
+    holder_ = other.holder_;
+  }
+  return *this;
+}
+
+LogFile::~LogFile() {
+  if (fd_ >= 0) CloseDescriptor(fd_);
+}
+
+void LogFile::Fail(int error) {
+  failure_ = std::strerror(error);
+  if (fd_ >= 0) CloseDescriptor(fd_);  // an error of the close changes nothing now
+  fd_ = -1;
+  errno = error;  // the first failure's, for callers that report it
+}
+
+bool LogFile::Open(const std::string& path, bool append, Locking locking) {
+  if (fd_ >= 0) CloseDescriptor(fd_);
+  fd_ = -1;
+  opened_ = false;
+  path_ = path;
+  failure_.clear();
+  busy_ = false;
+  holder_ = 0;
+  fd_ = OpenDescriptor(path, append);
+  if (fd_ < 0) {
+    Fail(errno);
+    return false;
+  }
+  opened_ = true;
+#ifndef _WIN32
+  // Pipes and devices are shared by nature (two runs may well both log to
+  // /dev/null); only a file on disk is locked and emptied.
+  struct stat status {};
+  if (::fstat(fd_, &status) != 0 || !S_ISREG(status.st_mode)) return true;
+  if (locking == Locking::Exclusive) {
+    const FileLock lock = LockFileWaiting(fd_, LogLockWait());
+    if (lock.busy) {
+      opened_ = false;
+      busy_ = true;
+      holder_ = lock.holder;
+      Fail(EAGAIN);
+      return false;
+    }
+  }
+  if (!append && !Empty(fd_, path)) {
+    opened_ = false;
+    Fail(errno);
+    return false;
+  }
+  if (locking == Locking::Exclusive) MarkLockHolder(fd_);
+#else
+  (void)locking;
+#endif
+  return true;
+}
+
+bool LogFile::IsFile(const std::string& path) const {
+#ifndef _WIN32
+  struct stat open {};
+  struct stat named {};
+  return fd_ >= 0 && ::fstat(fd_, &open) == 0 && ::stat(path.c_str(), &named) == 0 &&
+         open.st_dev == named.st_dev && open.st_ino == named.st_ino;
+#else
+  return fd_ >= 0 && path == path_;
+#endif
 }
 
 bool LogFile::WriteLogLine(std::string_view text) {
-  if (!file_) return true;
-  if (WriteAndFlush(file_.get(), LineBytes(text))) return true;
-  const int reason = errno;  // the write's, for callers that report it
-  file_.reset();             // closes; an error of the close changes nothing now
-  errno = reason;
+  if (fd_ < 0) return true;
+  if (WriteAll(fd_, LineBytes(text))) return true;
+  Fail(errno);
   return false;
 }
 
 bool LogFile::Close() {
-  if (!file_) return true;
-  return std::fclose(file_.release()) == 0;
+  if (fd_ < 0) return true;
+  const int result = CloseDescriptor(std::exchange(fd_, -1));
+  if (result == 0) return true;
+  failure_ = std::strerror(errno);
+  return false;
 }
 
 void WriteJournalLine(LogFile& journal, LogFile& errorLog, std::string_view text) {
@@ -95,23 +203,34 @@ void WriteJournalLine(LogFile& journal, LogFile& errorLog, std::string_view text
   }
 }
 
-void OpenLogFiles(const LogSettings& settings, RunLogs& logs) {
+bool OpenLogFiles(const LogSettings& settings, RunLogs& logs) {
   logs.journal.Close();
   logs.errorLog.Close();
 
-  if (!settings.ErrorLogFileName.empty() && settings.ErrorLogOn &&
-      logs.errorLog.Open(settings.ErrorLogFileName, settings.ErrorAppend)) {
-    logs.errorLog.WriteLogLine(settings.ErrorHeader);
+  if (!settings.ErrorLogFileName.empty() && settings.ErrorLogOn) {
+    if (logs.errorLog.Open(settings.ErrorLogFileName, settings.ErrorAppend)) {
+      logs.errorLog.WriteLogLine(settings.ErrorHeader);
+    } else if (logs.errorLog.Busy()) {
+      return false;
+    }
   }
 
-  if (settings.JournalLogFileName.empty() || !settings.JournalLogOn) return;
-  if (logs.journal.Open(settings.JournalLogFileName, settings.JournalAppend)) {
+  if (settings.JournalLogFileName.empty() || !settings.JournalLogOn) return true;
+  // Both logs in one file: this run already holds it.
+  const auto locking = logs.errorLog.IsFile(settings.JournalLogFileName)
+                           ? LogFile::Locking::Shared
+                           : LogFile::Locking::Exclusive;
+  if (logs.journal.Open(settings.JournalLogFileName, settings.JournalAppend, locking)) {
     WriteJournalLine(logs.journal, logs.errorLog, settings.JournalHeader);
     WriteJournalLine(logs.journal, logs.errorLog, settings.JournalUserComment);
+  } else if (logs.journal.Busy()) {
+    logs.errorLog.Close();
+    return false;
   } else {
     logs.errorLog.WriteLogLine(LoadResourceText(ids::kJournalNotAccessible) +
                                settings.JournalLogFileName);
   }
+  return true;
 }
 
 void CloseLogFiles(const LogSettings& settings, RunLogs& logs) {

@@ -7,6 +7,13 @@
 #include <filesystem>
 #include <system_error>
 
+#ifndef _WIN32
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+#include "log/file_lock.h"
 #include "log/file_replace.h"
 
 namespace sheafwork {
@@ -16,44 +23,169 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kBufferBytes = 1 << 20;
-constexpr int kNameAttempts = 16;
+// Temporaries of one target written at once, stale ones included.
+constexpr int kSlots = 16;
+// Links followed before giving up on a loop.
+constexpr int kLinkDepth = 40;
 
-// A name no other writer in this or another process is likely to pick; the
-// exclusive open below settles the rest.
-std::string TemporaryName(const std::string& target) {
-  static std::atomic<unsigned> counter{0};
-  const auto ticks = std::chrono::steady_clock::now().time_since_epoch().count();
-  return target + ".sheafwork-" + std::to_string(ticks % 1000000007) + "-" +
-         std::to_string(counter.fetch_add(1)) + ".tmp";
+// The file `path` names once its symbolic links are followed; a link to a
+// file that does not exist yet names where that file will be.
+std::string ThroughLinks(std::string path) {
+  for (int depth = 0; depth < kLinkDepth; ++depth) {
+    std::error_code ec;
+    if (!fs::is_symlink(fs::symlink_status(path, ec))) return path;
+    const fs::path link = fs::read_symlink(path, ec);
+    if (ec) return path;
+    path = link.is_absolute() ? link.string() : (fs::path(path).parent_path() / link).string();
+  }
+  return path;
 }
+
+std::string SlotName(const std::string& target, int slot) {
+  return target + ".sheafwork-" + std::to_string(slot) + ".tmp";
+}
+
+#ifndef _WIN32
+// True when `fd` is still the file named `path` (and `status` its status): a
+// writer that removed a stale temporary between our open and our lock leaves
+// us an unnamed file.
+bool StillNamed(int fd, const std::string& path, struct stat& status) {
+  struct stat named {};
+  return ::fstat(fd, &status) == 0 && ::lstat(path.c_str(), &named) == 0 &&
+         status.st_dev == named.st_dev && status.st_ino == named.st_ino;
+}
+
+// Opens the temporary `name` and locks it. -1 with errno when the folder
+// refuses; -2 when another writer holds it.
+int TakeSlot(const std::string& name) {
+  for (int attempt = 0; attempt < 4; ++attempt) {
+    const int fd = ::open(name.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+    if (fd < 0) return -1;
+    if (TryLockFile(fd).busy) {
+      ::close(fd);
+      return -2;
+    }
+    // Without locks on this file system a temporary cannot be told from a
+    // live one; it is taken as ours. A new one is not truncated: ext4 writes
+    // out at the close what was written to a file it saw emptied (see
+    // log_file.cpp), which cost every plot file a wait.
+    struct stat status {};
+    if (StillNamed(fd, name, status) && (status.st_size == 0 || ::ftruncate(fd, 0) == 0)) {
+      return fd;
+    }
+    ::close(fd);
+  }
+  return -2;
+}
+
+// Removes the temporaries of `target` from slot `first` on that no live
+// writer holds, up to the first free slot.
+void RemoveStale(const std::string& target, int first) {
+  for (int slot = first; slot < kSlots; ++slot) {
+    const std::string name = SlotName(target, slot);
+    const int fd = ::open(name.c_str(), O_WRONLY | O_CLOEXEC);
+    if (fd < 0) {
+      if (errno == ENOENT) return;
+      continue;
+    }
+    struct stat status {};
+    if (TryLockFile(fd).held && StillNamed(fd, name, status)) ::unlink(name.c_str());
+    ::close(fd);
+  }
+}
+
+// The file's mode, and its owner where we may give it, from the file it
+// replaces.
+void TakeOverAttributes(int fd, const std::string& replaced) {
+  struct stat old {};
+  if (::stat(replaced.c_str(), &old) != 0 || !S_ISREG(old.st_mode)) return;
+  struct stat now {};
+  if (::fstat(fd, &now) != 0) return;
+  if (now.st_uid != old.st_uid || now.st_gid != old.st_gid) {
+    // Only root gives a file away; any owner may give it one of their groups.
+    if (::fchown(fd, old.st_uid, old.st_gid) != 0) {
+      [[maybe_unused]] const int ignored = ::fchown(fd, static_cast<uid_t>(-1), old.st_gid);
+    }
+  }
+  // After the owner, which clears set-id bits; most often nothing to change.
+  if ((now.st_mode & 07777) != (old.st_mode & 07777)) ::fchmod(fd, old.st_mode & 07777);
+}
+
+// Writes the folder's entry for a renamed file out to the disk.
+bool SyncFolder(const std::string& file) {
+  fs::path folder = fs::path(file).parent_path();
+  if (folder.empty()) folder = ".";
+  const int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (fd < 0) return false;
+  const bool synced = ::fsync(fd) == 0;
+  ::close(fd);
+  return synced;
+}
+#endif
 
 }  // namespace
 
-OutputFile::OutputFile(std::string target) : target_(std::move(target)) {
+OutputFile::OutputFile(std::string target, Durability durability)
+    : target_(std::move(target)), durability_(durability) {
   if (target_.empty()) {
     failure_ = std::strerror(ENOENT);
     return;
   }
+  placed_ = ThroughLinks(target_);
   std::error_code ec;
-  if (fs::is_directory(target_, ec)) {
+  if (fs::is_directory(placed_, ec)) {
     failure_ = std::strerror(EISDIR);
     return;
   }
-  int error = 0;
-  for (int attempt = 0; attempt < kNameAttempts && !file_; ++attempt) {
-    temp_ = TemporaryName(target_);
-    // "x": fails rather than reuse a file that is already there.
-    file_.reset(std::fopen(temp_.c_str(), "wbx"));
-    error = errno;
-    if (!file_ && !fs::exists(temp_, ec)) break;  // not a name clash: the folder refuses
-  }
-  if (!file_) {
-    failure_ = std::strerror(error);
+  if (!CreateTemporary()) {
+    failure_ = std::strerror(errno);
     temp_.clear();
     return;
   }
   std::setvbuf(file_.get(), nullptr, _IOFBF, kBufferBytes);
 }
+
+#ifndef _WIN32
+bool OutputFile::CreateTemporary() {
+  for (int slot = 0; slot < kSlots; ++slot) {
+    temp_ = SlotName(placed_, slot);
+    const int fd = TakeSlot(temp_);
+    if (fd == -1) return false;  // the folder refuses
+    if (fd == -2) continue;      // another writer's
+    RemoveStale(placed_, slot + 1);
+    file_.reset(::fdopen(fd, "wb"));
+    if (!file_) {
+      const int error = errno;
+      ::close(fd);
+      ::unlink(temp_.c_str());
+      errno = error;
+      return false;
+    }
+    return true;
+  }
+  errno = EBUSY;
+  return false;
+}
+#else
+bool OutputFile::CreateTemporary() {
+  static std::atomic<unsigned> counter{0};
+  for (int attempt = 0; attempt < kSlots; ++attempt) {
+    const auto ticks = std::chrono::steady_clock::now().time_since_epoch().count();
+    temp_ = placed_ + ".sheafwork-" + std::to_string(ticks % 1000000007) + "-" +
+            std::to_string(counter.fetch_add(1)) + ".tmp";
+    // "x": fails rather than reuse a file that is already there.
+    file_.reset(std::fopen(temp_.c_str(), "wbx"));
+    const int error = errno;
+    std::error_code ec;
+    if (file_) return true;
+    if (!fs::exists(temp_, ec)) {  // not a name clash: the folder refuses
+      errno = error;
+      return false;
+    }
+  }
+  return false;
+}
+#endif
 
 OutputFile::~OutputFile() { Abandon(); }
 
@@ -68,32 +200,65 @@ bool OutputFile::Write(std::string_view bytes) {
   return true;
 }
 
+// Everything up to the rename, the temporary still open and locked so that no
+// other writer takes it for a stale one.
+bool OutputFile::Finish() {
+  if (failed_) return false;
+  if (std::fflush(file_.get()) != 0) return false;
+#ifndef _WIN32
+  const int fd = ::fileno(file_.get());
+  if (durability_ == Durability::Durable && ::fsync(fd) != 0) return false;
+  TakeOverAttributes(fd, placed_);
+#endif
+  return true;
+}
+
 bool OutputFile::Commit() {
   if (!file_) return false;
-  const bool flushed = !failed_ && std::fflush(file_.get()) == 0;
-  if (!flushed && failure_.empty()) failure_ = std::strerror(errno);
-  const bool closed = std::fclose(file_.release()) == 0;
-  if (!closed && failure_.empty()) failure_ = std::strerror(errno);
+  bool done = Finish();
+  if (!done && failure_.empty()) failure_ = std::strerror(errno);
+#ifdef _WIN32
+  done = Close(done);  // Windows renames and removes only closed files
+#endif
   std::error_code ec;
-  if (flushed && closed) {
-    PutInPlace(temp_, target_, ec);
-    if (!ec) {
-      temp_.clear();
-      return true;
+  if (done) {
+    PutInPlace(temp_, placed_, ec);
+    if (ec) {
+      failure_ = ec.message();
+      done = false;
     }
-    failure_ = ec.message();
   }
-  fs::remove(temp_, ec);
+  // Removed while still locked, so that no other writer takes it meanwhile.
+  if (!done) fs::remove(temp_, ec);
   temp_.clear();
+#ifndef _WIN32
+  // Closing a flushed file reports only errors of the file systems that
+  // write at the close, and then the file is in place with what it holds.
+  done = Close(done);
+  if (done && durability_ == Durability::Durable && !SyncFolder(placed_)) {
+    failure_ = std::strerror(errno);
+    done = false;
+  }
+#endif
+  return done;
+}
+
+bool OutputFile::Close(bool done) {
+  if (std::fclose(file_.release()) == 0 || !done) return done;
+  failure_ = std::strerror(errno);
   return false;
 }
 
 void OutputFile::Abandon() {
+#ifdef _WIN32
   file_.reset();
-  if (temp_.empty()) return;
-  std::error_code ec;
-  fs::remove(temp_, ec);
-  temp_.clear();
+#endif
+  if (!temp_.empty()) {
+    std::error_code ec;
+    fs::remove(temp_, ec);  // while still locked, as in Commit
+    temp_.clear();
+  }
+  file_.reset();
 }
 
 }  // namespace sheafwork

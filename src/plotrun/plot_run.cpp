@@ -34,6 +34,8 @@ class Run {
   RunResult Go();
 
  private:
+  void PlotAll();
+  void ReportLogs();
   bool CountPlots();
   void PlotRow(int row);
   bool ReadExternalSetup(const NpsInfo& nps);
@@ -54,18 +56,28 @@ class Run {
 };
 
 RunResult Run::Go() {
-  OpenLogFiles(session_.Log, logs_);
+  if (!OpenLogFiles(session_.Log, logs_)) {
+    result_.endedEarly = true;
+    ReportLogs();
+    return result_;
+  }
+  PlotAll();
+  CloseLogFiles(session_.Log, logs_);
+  ReportLogs();
+  return result_;
+}
+
+void Run::PlotAll() {
   try {
     if (!CountPlots()) {
       result_.endedEarly = true;
-      return result_;
+      return;
     }
     auto plot = host_.App().ActiveDocument()->GetPlot();
     plot->StartBatchMode(result_.totalPlots);
     if (!StillGoing(*plot)) {
       result_.endedEarly = true;
-      CloseLogFiles(session_.Log, logs_);
-      return result_;
+      return;
     }
     if (services_.observer) services_.observer->RowsCleared();
     const int count = session_.List.EntryCount();
@@ -76,8 +88,33 @@ RunResult Run::Go() {
     LogHostError(error);
     result_.endedEarly = true;
   }
-  CloseLogFiles(session_.Log, logs_);
-  return result_;
+}
+
+// Says which logs hold the whole run and, for each other log asked for, why
+// not: never opened, a failed write, or held by another run.
+void Run::ReportLogs() {
+  const LogSettings& settings = session_.Log;
+  const auto check = [this](const LogFile& log, bool asked, int notWritten, int incomplete) {
+    if (!asked || log.Path().empty()) return false;  // not even tried: another log was held
+    if (log.Busy()) {
+      std::string line = log.Path() + ": " + LoadResourceText(ids::kLogHeldByOtherRun);
+      if (log.LockHolder() > 0) {
+        line += LoadResourceText(ids::kLogHolderProcess) + std::to_string(log.LockHolder()) + ")";
+      }
+      result_.logProblems.push_back(line + LoadResourceText(ids::kRunNotStarted));
+      return false;
+    }
+    if (log.Opened() && log.Failure().empty()) return true;
+    const int id = log.Opened() ? incomplete : notWritten;
+    result_.logProblems.push_back(log.Path() + ": " + LoadResourceText(id) + log.Failure());
+    return false;
+  };
+  result_.errorLogWritten =
+      check(logs_.errorLog, settings.ErrorLogOn && !settings.ErrorLogFileName.empty(),
+            ids::kErrorLogNotWritten, ids::kErrorLogIncomplete);
+  result_.journalWritten =
+      check(logs_.journal, settings.JournalLogOn && !settings.JournalLogFileName.empty(),
+            ids::kJournalNotWritten, ids::kJournalIncomplete);
 }
 
 // The host is told beforehand how many layouts follow. A drawing that cannot

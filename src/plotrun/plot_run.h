@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "batch/session.h"
 #include "host/host_session.h"
@@ -44,6 +45,13 @@ struct RunResult {
   bool endedEarly = false;
   bool cancelled = false;
   std::int16_t totalPlots = 0;  ///< layouts announced to the host
+  /// The logs asked for that hold the whole run.
+  bool journalWritten = false;
+  bool errorLogWritten = false;
+  /// One French line per log asked for that was not written whole, or that
+  /// another run held so that this one did not start (then nothing was
+  /// plotted and `endedEarly` is set): "<file>: <what> <system's reason>".
+  std::vector<std::string> logProblems;
 };
 
 /// Plots every row of the session's list and writes the journal and the error

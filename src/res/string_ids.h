@@ -249,5 +249,12 @@ inline constexpr int kFileNameTooLong = 306;  // "Le nom de fichier entré est t
 inline constexpr int kSettingsNone = 308;     // "(aucun(e))"
 inline constexpr int kModelShort = 312;       // "Objet"
 inline constexpr int kTestUndrawnEntities = 330;  // "AVERTISSEMENT: Entités que l'hôte ..."
+inline constexpr int kJournalNotWritten = 340;    // "journal de traçage non écrit : "
+inline constexpr int kErrorLogNotWritten = 341;   // "journal des erreurs non écrit : "
+inline constexpr int kJournalIncomplete = 342;    // "journal de traçage incomplet, une é..."
+inline constexpr int kErrorLogIncomplete = 343;   // "journal des erreurs incomplet, une ..."
+inline constexpr int kLogHeldByOtherRun = 344;    // "fichier journal utilisé par un autre..."
+inline constexpr int kLogHolderProcess = 345;     // " (processus "
+inline constexpr int kRunNotStarted = 346;        // " ; traçage non lancé"
 
 }  // namespace sheafwork::ids

@@ -449,6 +449,10 @@ void MainWindow::Plot() {
     summary += QStringLiteral(", traçage arrêté avant la fin");
   }
   status_->setText(summary);
+  for (const std::string& problem : result.logProblems) {
+    ctx_.prompt->Ask(
+        {problem, LoadResourceText(ids::kErrorTitle), PromptIcon::Exclamation, PromptButtons::Ok});
+  }
   Refresh();
 }
 

@@ -4,8 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -237,6 +242,57 @@ TEST_F(PlotCommand, APdfPlotDoesNotStartQt) {
       sheafwork::testing::RunCommand("pdftotext " + Quoted(Out("etage.pdf")) + " -", status);
   ASSERT_EQ(status, 0);
   EXPECT_NE(text.find("Salle de bains"), std::string::npos) << text;
+}
+
+// A log that cannot be written (a full device, a folder, a read-only folder)
+// is named once on stderr with the system's reason, the run ends with status
+// 1, and the summary names only the logs that hold the run.
+TEST_F(PlotCommand, ALogThatCannotBeWrittenIsReportedAndNotNamedInTheSummary) {
+  const std::string rdc = Plan("rez-de-chaussee.dxf");
+  List("new " + Quoted(list_) + " " + Quoted(rdc));
+  const std::string folderLog = folder_.File("un-dossier");
+  std::filesystem::create_directories(folderLog);
+  const std::string readOnly = folder_.File("lecture-seule");
+  std::filesystem::create_directories(readOnly);
+  std::filesystem::permissions(
+      readOnly, std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
+  struct Case {
+    std::string journal, errors;
+    std::string problem;  ///< the one line expected on stderr
+    bool journalNamed, errorsNamed;
+  };
+  const Case cases[] = {
+      {"/dev/full", errors_,
+       "/dev/full: " + LoadResourceText(ids::kJournalIncomplete) + std::strerror(ENOSPC), false,
+       true},
+      {journal_, folderLog,
+       folderLog + ": " + LoadResourceText(ids::kErrorLogNotWritten) + std::strerror(EISDIR), true,
+       false},
+      {readOnly + "/journal.log", errors_,
+       readOnly + "/journal.log: " + LoadResourceText(ids::kJournalNotWritten) +
+           std::strerror(EACCES),
+       false, true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.problem);
+    if (geteuid() == 0 && c.journal.rfind(readOnly, 0) == 0) continue;  // root writes anywhere
+    List("set " + Quoted(list_) + " --journal on --journal-file " + Quoted(c.journal) +
+         " --journal-mode overwrite --error-log on --error-file " + Quoted(c.errors) +
+         " --error-mode overwrite");
+    const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
+    EXPECT_EQ(run.status, 1) << run.err;
+    std::size_t count = 0;
+    for (const std::string& line : Lines(run.err)) {
+      if (line == "sheafwork: " + c.problem) ++count;
+    }
+    EXPECT_EQ(count, 1u) << run.err;
+    const std::string summary = Lines(run.err).back();
+    EXPECT_NE(summary.find("1 ligne(s) tracée(s), 0 en échec"), std::string::npos) << summary;
+    EXPECT_EQ(summary.find("journal : " + c.journal) != std::string::npos, c.journalNamed)
+        << summary;
+    EXPECT_EQ(summary.find("erreurs : " + c.errors) != std::string::npos, c.errorsNamed) << summary;
+  }
+  std::filesystem::permissions(readOnly, std::filesystem::perms::owner_all);
 }
 
 }  // namespace

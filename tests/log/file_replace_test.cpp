@@ -1,6 +1,8 @@
 #include "log/file_replace.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -8,6 +10,7 @@
 #include <vector>
 
 #include "fakes/temp_folder.h"
+#include "log/output_file.h"
 
 namespace sheafwork {
 namespace {
@@ -52,6 +55,97 @@ TEST(PutInPlaceTest, ReplacesOrCreatesTheTargetAndLeavesNothingBehind) {
 
   PutInPlace(folder.File("absent.tmp"), folder.File("x.pdf"), ec);
   EXPECT_TRUE(ec);
+}
+
+bool Replace(const std::string& target, const std::string& bytes,
+             OutputFile::Durability durability = OutputFile::Durability::Ordinary) {
+  OutputFile out(target, durability);
+  return out.IsOpen() && out.Write(bytes) && out.Commit();
+}
+
+// The file that takes an older one's place keeps its mode, durable or not.
+TEST(OutputFileTest, TheReplacingFileKeepsTheMode) {
+  TempFolder folder;
+  for (const mode_t mode : {0600, 0640, 0664, 0444}) {
+    SCOPED_TRACE(mode);
+    const std::string target = folder.Write("liste.qx3", "ancienne");
+    ASSERT_EQ(chmod(target.c_str(), mode), 0);
+    for (const auto durability :
+         {OutputFile::Durability::Ordinary, OutputFile::Durability::Durable}) {
+      ASSERT_TRUE(Replace(target, "nouvelle", durability));
+      struct stat status {};
+      ASSERT_EQ(stat(target.c_str(), &status), 0);
+      EXPECT_EQ(status.st_mode & 07777, mode);
+    }
+    EXPECT_EQ(TempFolder::Read(target), "nouvelle");
+  }
+}
+
+// Only root may give a file away: there the owner is kept too.
+TEST(OutputFileTest, TheReplacingFileKeepsTheOwnerWherePermitted) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can give a file to another user";
+  TempFolder folder;
+  const std::string target = folder.Write("plan.pdf", "ancien");
+  ASSERT_EQ(chown(target.c_str(), 65534, 65534), 0);
+  ASSERT_TRUE(Replace(target, "nouveau"));
+  struct stat status {};
+  ASSERT_EQ(stat(target.c_str(), &status), 0);
+  EXPECT_EQ(status.st_uid, 65534u);
+  EXPECT_EQ(status.st_gid, 65534u);
+}
+
+// A target that is a link, absolute or relative, through another link or to a
+// file not there yet, is written where it leads; the link stays.
+TEST(OutputFileTest, ALinkIsWrittenThroughToItsFile) {
+  TempFolder folder;
+  fs::create_directories(folder.path() / "reel");
+  const std::string real = folder.Write("reel/liste.qx3", "ancienne");
+  struct Case {
+    const char* link;
+    std::string to;
+    std::string file;  ///< what the link leads to in the end
+  };
+  const Case cases[] = {
+      {"absolu.qx3", real, real},
+      {"relatif.qx3", "reel/liste.qx3", real},
+      {"double.qx3", "relatif.qx3", real},
+      {"neuf.qx3", "reel/neuf.qx3", folder.File("reel/neuf.qx3")},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.link);
+    const std::string link = folder.File(c.link);
+    fs::create_symlink(c.to, link);
+    ASSERT_TRUE(Replace(link, std::string("par ") + c.link));
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(TempFolder::Read(c.file), std::string("par ") + c.link);
+  }
+  EXPECT_EQ(Names(folder.path() / "reel"), (std::vector<std::string>{"liste.qx3", "neuf.qx3"}));
+}
+
+// Temporaries of the target that no writer holds, left by a run that was
+// killed, are gone once the target is written again; another target's and a
+// live writer's are left alone.
+TEST(OutputFileTest, StaleTemporariesOfTheTargetAreRemovedLiveOnesKept) {
+  TempFolder folder;
+  const std::string target = folder.File("plan.pdf");
+  folder.Write("plan.pdf.sheafwork-0.tmp", std::string(1000, 'x'));
+  folder.Write("plan.pdf.sheafwork-1.tmp", "y");
+  folder.Write("plan.pdf.sheafwork-2.tmp", "z");
+  folder.Write("autre.pdf.sheafwork-0.tmp", "autre");
+  ASSERT_TRUE(Replace(target, "premier"));
+  EXPECT_EQ(Names(folder.path()),
+            (std::vector<std::string>{"autre.pdf.sheafwork-0.tmp", "plan.pdf"}));
+
+  OutputFile live(target);
+  ASSERT_TRUE(live.IsOpen());
+  ASSERT_TRUE(live.Write("vivant"));
+  ASSERT_TRUE(Replace(target, "second"));
+  EXPECT_EQ(TempFolder::Read(target), "second");
+  EXPECT_EQ(Names(folder.path()).size(), 3u);  // the live writer's temporary is still there
+  ASSERT_TRUE(live.Commit());
+  EXPECT_EQ(TempFolder::Read(target), "vivant");
+  EXPECT_EQ(Names(folder.path()),
+            (std::vector<std::string>{"autre.pdf.sheafwork-0.tmp", "plan.pdf"}));
 }
 
 }  // namespace

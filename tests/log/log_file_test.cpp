@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -120,6 +124,63 @@ TEST_F(LogFileTest, LogsThatAreOffOrFailing) {
     fs::remove(defaults.JournalLogFileName);
     fs::remove(defaults.ErrorLogFileName);
   }
+}
+
+// Pipes and devices are not locked (two runs may both log to /dev/null), and
+// a run whose two logs are one file does not wait for itself.
+TEST_F(LogFileTest, SharedDevicesAndOneFileForBothLogsDoNotWait) {
+  LogFile first, second;
+  ASSERT_TRUE(first.Open("/dev/null", false));
+  EXPECT_TRUE(second.Open("/dev/null", false));
+
+  s_.JournalLogFileName = s_.ErrorLogFileName;
+  s_.JournalAppend = s_.ErrorAppend = true;
+  s_.ErrorHeader = "E";
+  Run({"a"}, "e");
+  EXPECT_EQ(Errors(), "E\r\n\r\n\r\na\r\ne\r\n");
+}
+
+// A run that finds its log held by another one waits, then gives up without
+// emptying or writing it and names the process that holds it; once the other
+// run is over, the log is its own.
+TEST_F(LogFileTest, ALogHeldByAnotherProcessIsLeftAloneAndItsHolderNamed) {
+  const std::string path = dir_.Write("journal.log", "ligne de l'autre\r\n");
+  int ready[2], release[2];
+  ASSERT_EQ(pipe(ready), 0);
+  ASSERT_EQ(pipe(release), 0);
+  const pid_t holder = fork();
+  ASSERT_GE(holder, 0);
+  if (holder == 0) {
+    LogFile held;
+    char answer = held.Open(path, /*append=*/true) ? 'y' : 'n';
+    if (write(ready[1], &answer, 1) != 1 || read(release[0], &answer, 1) != 1) _exit(1);
+    _exit(0);
+  }
+  char answer = 0;
+  ASSERT_EQ(read(ready[0], &answer, 1), 1);
+  ASSERT_EQ(answer, 'y');
+
+  setenv("SHEAFWORK_LOG_LOCK_WAIT", "150", 1);
+  for (const bool append : {false, true}) {
+    LogFile second;
+    EXPECT_FALSE(second.Open(path, append));
+    EXPECT_TRUE(second.Busy());
+    EXPECT_EQ(second.LockHolder(), holder);
+    EXPECT_FALSE(second.Opened());
+  }
+  RunLogs logs;
+  s_.JournalLogFileName = path;
+  EXPECT_FALSE(OpenLogFiles(s_, logs));
+  EXPECT_FALSE(logs.errorLog.IsOpen());
+  EXPECT_EQ(testing::TempFolder::Read(path), "ligne de l'autre\r\n");
+
+  ASSERT_EQ(write(release[1], "x", 1), 1);
+  int status = 0;
+  waitpid(holder, &status, 0);
+  LogFile after;
+  EXPECT_TRUE(after.Open(path, /*append=*/false));
+  unsetenv("SHEAFWORK_LOG_LOCK_WAIT");
+  for (int fd : {ready[0], ready[1], release[0], release[1]}) close(fd);
 }
 
 }  // namespace

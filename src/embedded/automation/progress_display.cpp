@@ -3,55 +3,14 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <csignal>
 #include <iostream>
 
 #include "embedded/automation/messages.h"
+#include "platform/stop_request.h"
 
 namespace sheafwork::embedded {
 
 namespace {
-
-// Ctrl+C while a batch runs asks the run to stop after the plot under way;
-// a second Ctrl+C ends the program at once, as it would without a batch.
-volatile std::sig_atomic_t interrupted = 0;
-
-extern "C" void OnInterrupt(int signal) {
-  if (interrupted) {
-    std::signal(signal, SIG_DFL);
-    std::raise(signal);
-    return;
-  }
-  interrupted = 1;
-  const char* note = host_messages::kStopRequested;
-  std::size_t length = 0;
-  while (note[length] != '\0') ++length;
-  [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, note, length);
-}
-
-// Catches Ctrl+C from construction to destruction.
-class InterruptCatcher {
- public:
-  InterruptCatcher() {
-    interrupted = 0;
-    struct sigaction action = {};
-    action.sa_handler = OnInterrupt;
-    sigemptyset(&action.sa_mask);
-    installed_ = sigaction(SIGINT, &action, &previous_) == 0;
-  }
-  ~InterruptCatcher() {
-    if (installed_) sigaction(SIGINT, &previous_, nullptr);
-    interrupted = 0;
-  }
-  InterruptCatcher(const InterruptCatcher&) = delete;
-  InterruptCatcher& operator=(const InterruptCatcher&) = delete;
-
-  bool Interrupted() const { return interrupted != 0; }
-
- private:
-  struct sigaction previous_ = {};
-  bool installed_ = false;
-};
 
 class ConsoleDisplay : public ProgressDisplay {
  public:
@@ -60,7 +19,7 @@ class ConsoleDisplay : public ProgressDisplay {
   void Start(int) override {
     drawn_ = false;
     catcher_.reset();  // the previous batch's, if it was never finished
-    catcher_ = std::make_unique<InterruptCatcher>();
+    catcher_ = std::make_unique<StopSignals>(host_messages::kStopRequested);
   }
 
   void Step(const std::string& drawing, const std::string& layout, int n, int total) override {
@@ -73,7 +32,7 @@ class ConsoleDisplay : public ProgressDisplay {
     drawn_ = true;
   }
 
-  bool Cancelled() override { return catcher_ && catcher_->Interrupted(); }
+  bool Cancelled() override { return catcher_ && StopRequested(); }
 
   void Finish() override {
     if (terminal_ && drawn_) out_ << "\r\033[K" << std::flush;
@@ -93,7 +52,7 @@ class ConsoleDisplay : public ProgressDisplay {
   std::ostream& out_;
   bool terminal_;
   bool drawn_ = false;
-  std::unique_ptr<InterruptCatcher> catcher_;
+  std::unique_ptr<StopSignals> catcher_;
 };
 
 }  // namespace

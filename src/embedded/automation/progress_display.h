@@ -34,9 +34,10 @@ class ProgressDisplay {
 
 /// The command line's display on `out`: with `terminal`, a bar redrawn in
 /// place and a line per failure; otherwise only the failures, one line each
-/// ("sheafwork: <reason>"). From Start to Finish it catches Ctrl+C (SIGINT):
-/// the first one cancels the batch, which stops after the plot under way,
-/// a second one ends the program.
+/// ("sheafwork: <reason>"). From Start to Finish it catches Ctrl+C, SIGTERM
+/// and SIGHUP (`StopSignals`, platform/stop_request.h): the first one cancels
+/// the batch, which stops after the plot under way, a second one ends the
+/// program.
 std::shared_ptr<ProgressDisplay> ConsoleProgressDisplay(std::ostream& out, bool terminal);
 
 /// The command line's display on stderr, a bar only when stderr is a
