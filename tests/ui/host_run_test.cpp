@@ -47,12 +47,12 @@ class HostRunTest : public QObject {
     QVERIFY(progress.Dialog()->isVisible());
     QVERIFY(progress.Dialog()->isModal());
     progress.Step("Plan.dxf", "A1", 1, 2);
-    QCOMPARE(progress.Dialog()->labelText(), QStringLiteral("Tracé 1 sur 2 : Plan.dxf - A1"));
+    QCOMPARE(progress.Dialog()->labelText(), QStringLiteral("Tracé 1 sur 2\u00a0: Plan.dxf - A1"));
     QVERIFY(!progress.Cancelled());
     // More plots than announced stretch the bar instead of overflowing it.
     progress.Step("Plan.dxf", "A3", 3, 2);
     QCOMPARE(progress.Dialog()->maximum(), 3);
-    QCOMPARE(progress.Dialog()->labelText(), QStringLiteral("Tracé 3 sur 3 : Plan.dxf - A3"));
+    QCOMPARE(progress.Dialog()->labelText(), QStringLiteral("Tracé 3 sur 3\u00a0: Plan.dxf - A3"));
     progress.Dialog()->cancel();
     QVERIFY(progress.Cancelled());
     progress.Finish();
