@@ -12,7 +12,6 @@
 #include <filesystem>
 
 #include "batch/list_row.h"
-#include "embedded/automation/embedded_host.h"
 #include "host/startup.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -110,15 +109,8 @@ class DesktopTest : public QObject {
     std::filesystem::copy_file(
         std::filesystem::path(SHEAFWORK_SOURCE_DIR) / "tests/data/ui/damaged.dxf", damaged);
     auto progress = std::make_shared<ui::ProgressDialog>();
-    embedded::EmbeddedHostOptions options;
-    options.dataFolder = std::string(SHEAFWORK_SOURCE_DIR) + "/data";
-    options.userFolder = folder.File("utilisateur");
-    options.printers = std::make_shared<ListedPrinters>();
-    options.progress = progress;
     ScriptedPrompt prompt;
-    AttachResult attached =
-        AttachHost([&] { return embedded::MakeEmbeddedHost(options); },
-                   ProgramFiles{folder.File("data"), folder.path().string()}, prompt);
+    AttachResult attached = AttachEmbeddedHost(folder, progress, prompt);
     QVERIFY(attached.ok);
     Session session(folder.path().string());
     session.List.Append().FileName = damaged.string();

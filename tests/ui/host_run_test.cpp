@@ -87,15 +87,8 @@ class HostRunTest : public QObject {
     std::filesystem::copy_file(
         std::filesystem::path(SHEAFWORK_SOURCE_DIR) / "examples/plans/etage.dxf", drawing);
     auto progress = std::make_shared<WatchedProgress>();
-    embedded::EmbeddedHostOptions options;
-    options.dataFolder = std::string(SHEAFWORK_SOURCE_DIR) + "/data";
-    options.userFolder = folder.File("utilisateur");
-    options.printers = std::make_shared<ListedPrinters>();
-    options.progress = progress;
     ScriptedPrompt prompt;
-    AttachResult attached =
-        AttachHost([&] { return embedded::MakeEmbeddedHost(options); },
-                   ProgramFiles{folder.File("data"), folder.path().string()}, prompt);
+    AttachResult attached = AttachEmbeddedHost(folder, progress, prompt);
     QVERIFY(attached.ok);
     Session session(folder.path().string());
     BatchEntry& good = session.List.Append();
