@@ -286,28 +286,6 @@ class DialogsTest : public QObject {
     QVERIFY(!text.contains(QString::fromStdString(LoadResourceText(ids::kSysInfoUnavailable))));
   }
 
-  // The windows' own titles do not name the program (its main window and
-  // splash do, as they must).
-  void titlesDoNotRepeatTheProgramName() {
-    UiWorld world;
-    world.AddRow("Plan.dwg");
-    world.session.Selection.SelectCountCache(std::vector<int>{1});
-    const QString program = QString::fromStdString(LoadResourceText(ids::kAppTitle));
-    ui::DevicesDialog devices(world.session, &world.printers, world.hostSession.get(), world.prompt,
-                              nullptr);
-    LogSettings log = SomeSettings();
-    ui::LoggingDialog logging(log, world.prompt, nullptr);
-    ui::AboutDialog about(world.prompt, nullptr, [] { return true; });
-    ui::SystemInfoDialog info(ui::CollectSystemFacts(world.Context()));
-    ui::HtmlHelp help(ui::HelpFolder(""));
-    help.ShowTopic(QString::fromLatin1(ui::topic::kDevices));
-    for (const QWidget* window :
-         std::initializer_list<const QWidget*>{&devices, &logging, &about, &info, help.Window()}) {
-      QVERIFY2(!window->windowTitle().isEmpty(), qPrintable(window->objectName()));
-      QVERIFY2(!window->windowTitle().contains(program), qPrintable(window->windowTitle()));
-    }
-  }
-
   void helpTopicsByButtonAndF1() {
     QCOMPARE(ui::TopicForContext(ui::context::kLogging + 5), QStringLiteral("LoggingDialog"));
     QCOMPARE(ui::TopicForContext(ui::context::kSettingsLayers),
