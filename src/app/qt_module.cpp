@@ -2,6 +2,7 @@
 // of the core included, is hidden: it never binds to the program's copy.
 
 #include <exception>
+#include <memory>
 #include <string>
 #include <type_traits>
 
@@ -36,10 +37,14 @@ extern "C" __attribute__((visibility("default"))) int sheafwork_qt_run_desktop(
     sheafwork::embedded::SetPaintedOutputs(sheafwork::embedded::PaintOutputs());
     // The desktop application drives the embedded host with its own
     // progress dialog.
+    const auto progress = std::make_shared<ui::ProgressDialog>();
     sheafwork::HostRegistry hosts;
-    hosts.Register(sheafwork::kEmbeddedHostName, ui::MakeDesktopEmbeddedHost, /*makeDefault=*/true);
+    hosts.Register(
+        sheafwork::kEmbeddedHostName, [progress] { return ui::MakeDesktopEmbeddedHost(progress); },
+        /*makeDefault=*/true);
     ui::DesktopOptions options;
     options.hosts = &hosts;
+    options.progress = progress.get();
     options.listName = *argc == 2 ? argv[1] : "";
     options.dataFolder = sheafwork::ProgramFolder();
     options.userFolder = sheafwork::UserDataFolder();

@@ -5,9 +5,7 @@
 #include <QFrame>
 #include <QGridLayout>
 #include <QLabel>
-#include <QProcess>
 #include <QPushButton>
-#include <QStandardPaths>
 #include <QVBoxLayout>
 
 #include "res/string_ids.h"
@@ -15,6 +13,7 @@
 #include "ui/dialog_parts.h"
 #include "ui/help.h"
 #include "ui/icons.h"
+#include "ui/system_info_dialog.h"
 
 namespace sheafwork::ui {
 namespace {
@@ -28,18 +27,15 @@ QLabel* Label(const QString& text, const char* name, QWidget* parent) {
 
 }  // namespace
 
-bool StartSystemInfoTool() {
-  for (const char* tool : {"hardinfo", "gnome-system-monitor", "plasma-systemmonitor", "ksysguard",
-                           "xfce4-taskmanager"}) {
-    const QString path = QStandardPaths::findExecutable(QString::fromLatin1(tool));
-    if (!path.isEmpty() && QProcess::startDetached(path, {})) return true;
-  }
-  return false;
-}
-
 AboutDialog::AboutDialog(Prompt& prompt, QWidget* parent, std::function<bool()> startSysInfo)
     : QDialog(parent), prompt_(prompt), startSysInfo_(std::move(startSysInfo)) {
-  if (!startSysInfo_) startSysInfo_ = StartSystemInfoTool;
+  if (!startSysInfo_) {
+    startSysInfo_ = [this] {
+      SystemInfoDialog info(CollectSystemFacts({}), this);
+      info.exec();
+      return true;
+    };
+  }
   setObjectName(QStringLiteral("frmAbout"));
   setWindowTitle(Res(ids::kAboutTitle));
   int helpId = context::kAbout;

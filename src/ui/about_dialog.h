@@ -12,8 +12,9 @@ class AboutDialog : public QDialog {
   Q_OBJECT
 
  public:
-  /// `startSysInfo` starts the system information tool and tells whether it
-  /// could; by default a tool found on the PATH is started.
+  /// `startSysInfo` shows the system information and tells whether it
+  /// could; by default the program's own window shows what it knows
+  /// without a host.
   explicit AboutDialog(Prompt& prompt, QWidget* parent = nullptr,
                        std::function<bool()> startSysInfo = {});
 
@@ -25,9 +26,6 @@ class AboutDialog : public QDialog {
   Prompt& prompt_;
   std::function<bool()> startSysInfo_;
 };
-
-/// Starts the first system information tool found on the PATH.
-bool StartSystemInfoTool();
 
 /// The window shown while the host starts: the program's title and the
 /// loading text.

@@ -4,6 +4,7 @@
 #include <QUrl>
 
 #include "batch/list_row.h"
+#include "res/string_ids.h"
 #include "ui/icons.h"
 #include "ui/qt_text.h"
 
@@ -47,8 +48,12 @@ QVariant BatchModel::data(const QModelIndex& index, int role) const {
   switch (role) {
     case Qt::DisplayRole:
       return row.texts[static_cast<std::size_t>(index.column())];
-    case Qt::ToolTipRole:
-      return index.column() <= 1 ? row.path : row.texts[static_cast<std::size_t>(index.column())];
+    case Qt::ToolTipRole: {
+      QString tip =
+          index.column() <= 1 ? row.path : row.texts[static_cast<std::size_t>(index.column())];
+      if (row.status == RowStatus::Failed) tip += u'\n' + FailureText(row);
+      return tip;
+    }
     case Qt::DecorationRole:
       if (index.column() != 0) return {};
       if (index.row() + 1 == activeRow_) return pending_;
@@ -136,17 +141,41 @@ RowStatus BatchModel::Status(int n) const {
   return rows_[static_cast<std::size_t>(n - 1)].status;
 }
 
-void BatchModel::SetStatus(int n, RowStatus status) {
+void BatchModel::SetStatus(int n, RowStatus status, QStringList reasons) {
   if (n < 1 || n > rowCount()) return;
-  rows_[static_cast<std::size_t>(n - 1)].status = status;
+  Row& row = rows_[static_cast<std::size_t>(n - 1)];
+  row.status = status;
+  row.reasons = status == RowStatus::Failed ? std::move(reasons) : QStringList();
   if (activeRow_ == n) activeRow_ = 0;
-  emit dataChanged(index(n - 1, 0), index(n - 1, 0), {Qt::DecorationRole});
+  emit dataChanged(index(n - 1, 0), index(n - 1, kListColumns - 1),
+                   {Qt::DecorationRole, Qt::ToolTipRole});
 }
 
 void BatchModel::ClearStatuses() {
-  for (Row& row : rows_) row.status = RowStatus::NotPlotted;
+  for (Row& row : rows_) {
+    row.status = RowStatus::NotPlotted;
+    row.reasons.clear();
+  }
   activeRow_ = 0;
-  if (!rows_.empty()) emit dataChanged(index(0, 0), index(rowCount() - 1, 0), {Qt::DecorationRole});
+  if (!rows_.empty()) {
+    emit dataChanged(index(0, 0), index(rowCount() - 1, kListColumns - 1),
+                     {Qt::DecorationRole, Qt::ToolTipRole});
+  }
+}
+
+QString BatchModel::FailureText(const Row& row) {
+  return row.reasons.isEmpty() ? Res(ids::kDetailsNoReason) : row.reasons.join(u'\n');
+}
+
+QString BatchModel::Details(int n) const {
+  if (n < 1 || n > rowCount()) return {};
+  const Row& row = rows_[static_cast<std::size_t>(n - 1)];
+  const int state = row.status == RowStatus::Plotted  ? ids::kDetailsPlotted
+                    : row.status == RowStatus::Failed ? ids::kDetailsFailed
+                                                      : ids::kDetailsNotPlotted;
+  QString text = row.path + u'\n' + Res(ids::kDetailsState) + Res(state);
+  if (row.status == RowStatus::Failed) text += u'\n' + FailureText(row);
+  return text;
 }
 
 void BatchModel::SetActiveRow(int n) {

@@ -39,7 +39,12 @@ class BatchModel : public QAbstractTableModel, public ListObserver {
 
   /// The status icon of entry `n` (from 1).
   RowStatus Status(int n) const;
-  void SetStatus(int n, RowStatus status);
+  /// Sets the status of entry `n`; a failed one keeps the reasons the host
+  /// gave, which its tooltips and details show.
+  void SetStatus(int n, RowStatus status, QStringList reasons = {});
+  /// Entry `n` for a person: its drawing, its status and, when it failed,
+  /// why (or that the host gave no reason).
+  QString Details(int n) const;
   void ClearStatuses();
   /// Marks entry `n` as the one being plotted (0: none).
   void SetActiveRow(int n);
@@ -58,7 +63,10 @@ class BatchModel : public QAbstractTableModel, public ListObserver {
     std::array<QString, 5> texts;
     QString path;
     RowStatus status = RowStatus::NotPlotted;
+    QStringList reasons;
   };
+  /// Why a failed row failed, one reason a line.
+  static QString FailureText(const Row& row);
   Row RowOf(int n) const;
 
   Session& session_;

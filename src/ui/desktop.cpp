@@ -57,7 +57,7 @@ void ShowError(Prompt& prompt, int messageId) {
 int RunDesktop(int& argc, char** argv, const DesktopOptions& options) {
   if (!DisplayAvailable()) {
     std::cerr << "sheafwork: aucun écran n'est disponible pour l'application de bureau.\n"
-                 "Essayez « sheafwork --help » pour les commandes.\n";
+                 "Essayez «\u00a0sheafwork --help\u00a0» pour les commandes.\n";
     return 2;
   }
   QApplication app(argc, argv);
@@ -66,7 +66,7 @@ int RunDesktop(int& argc, char** argv, const DesktopOptions& options) {
   std::setlocale(LC_NUMERIC, "C");
   QApplication::setOrganizationName(QStringLiteral("Sheafwork"));
   QApplication::setApplicationName(QStringLiteral("sheafwork"));
-  QApplication::setApplicationDisplayName(QString::fromStdString(LoadResourceText(ids::kAppTitle)));
+  // No display name: the platform would add it to every window's title.
   QApplication::setWindowIcon(MakeIcon(IconId::App));
   QLocale::setDefault(QLocale(QLocale::French, QLocale::France));
   // Qt's own texts (file dialogs, context menus) in French when installed.
@@ -77,6 +77,10 @@ int RunDesktop(int& argc, char** argv, const DesktopOptions& options) {
   }
 
   QtPrompt prompt;
+  return RunDesktopSession(options, prompt);
+}
+
+int RunDesktopSession(const DesktopOptions& options, Prompt& prompt) {
   SingleInstance instance;
   if (!instance.TryLock()) {
     ShowError(prompt, ids::kSecondInstance);
@@ -117,9 +121,19 @@ int RunDesktop(int& argc, char** argv, const DesktopOptions& options) {
   context.prompt = &prompt;
   context.host = attached.host.get();
   context.help = &help;
+  context.progress = options.progress;
   context.rememberGeometry = true;
+  context.dataFolder = options.dataFolder;
+  context.userFolder = options.userFolder;
+  context.hostName = options.hosts ? options.hosts->DefaultName() : std::string();
   MainWindow window(context);
-  prompt.SetParent(&window);
+  if (auto* qtPrompt = dynamic_cast<QtPrompt*>(&prompt)) qtPrompt->SetParent(&window);
+  // The program ends with its main window, even while the help window or
+  // another window of its own is still open.
+  const bool quitOnLastWindow = QApplication::quitOnLastWindowClosed();
+  QApplication::setQuitOnLastWindowClosed(false);
+  QObject::connect(&window, &MainWindow::Closed, qApp, &QCoreApplication::quit,
+                   Qt::QueuedConnection);
   // The first time, the window is centred on the screen; later it comes back
   // where it was.
   if (QScreen* screen = QGuiApplication::primaryScreen(); screen && !window.GeometryRestored()) {
@@ -134,6 +148,7 @@ int RunDesktop(int& argc, char** argv, const DesktopOptions& options) {
   LoadCommandLineList(session, prompt, options.listName);
   window.Refresh();
   const int status = QApplication::exec();
+  QApplication::setQuitOnLastWindowClosed(quitOnLastWindow);
   session.Host = nullptr;
   return status;
 }

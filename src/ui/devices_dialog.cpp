@@ -64,6 +64,8 @@ DevicesDialog::DevicesDialog(Session& session, PrinterCatalog* printers, HostSes
   ConnectButtonRow(this, buttons, help, topic::kDevices);
   connect(browse, &QPushButton::clicked, this, &DevicesDialog::Browse);
   connect(list_, &QListWidget::currentRowChanged, this, &DevicesDialog::Describe);
+  // A mouse click makes the item current before it selects it.
+  connect(list_, &QListWidget::itemSelectionChanged, this, &DevicesDialog::Describe);
   connect(list_, &QListWidget::itemDoubleClicked, this, &DevicesDialog::accept);
   connect(showDescription_, &QCheckBox::toggled, this, &DevicesDialog::Describe);
   InstallContextHelp(this, help, QString::fromLatin1(topic::kDevices));

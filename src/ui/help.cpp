@@ -11,6 +11,9 @@
 #include <QVariant>
 #include <QWidget>
 
+#include "res/string_ids.h"
+#include "ui/qt_text.h"
+
 namespace sheafwork::ui {
 namespace {
 
@@ -86,7 +89,8 @@ void HtmlHelp::ShowTopic(const QString& name) {
   if (!window_) {
     window_ = new QDialog(nullptr, Qt::Window);
     window_->setObjectName(QStringLiteral("frmHelp"));
-    window_->setWindowTitle(QStringLiteral("Aide du traçage en différé"));
+    // The program ends with its main window, not with this one.
+    window_->setAttribute(Qt::WA_QuitOnClose, false);
     window_->resize(640, 520);
     browser_ = new QTextBrowser(window_);
     browser_->setObjectName(QStringLiteral("txtHelp"));
@@ -95,9 +99,9 @@ void HtmlHelp::ShowTopic(const QString& name) {
     browser_->setSearchPaths({folder_});
     auto* bar = new QToolBar(window_);
     bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    QAction* back = bar->addAction(QStringLiteral("Précédent"), browser_, &QTextBrowser::backward);
-    QAction* forward = bar->addAction(QStringLiteral("Suivant"), browser_, &QTextBrowser::forward);
-    bar->addAction(QStringLiteral("Sommaire"), browser_, [this] {
+    QAction* back = bar->addAction(Res(ids::kHelpBack), browser_, &QTextBrowser::backward);
+    QAction* forward = bar->addAction(Res(ids::kHelpForward), browser_, &QTextBrowser::forward);
+    bar->addAction(Res(ids::kHelpContents), browser_, [this] {
       browser_->setSource(QUrl::fromLocalFile(
           QDir(folder_).filePath(QString::fromLatin1(topic::kMain) + QStringLiteral(".html"))));
     });
@@ -115,12 +119,11 @@ void HtmlHelp::ShowTopic(const QString& name) {
   if (QFileInfo::exists(file)) {
     browser_->setSource(QUrl::fromLocalFile(file));
   } else {
-    browser_->setHtml(QStringLiteral("<h2>%1</h2><p>Cette rubrique d'aide est introuvable.</p>")
-                          .arg(name.toHtmlEscaped()));
+    browser_->setHtml(
+        QStringLiteral("<p>%1</p>").arg((Res(ids::kHelpTopicMissing) + name).toHtmlEscaped()));
   }
-  window_->setWindowTitle(
-      QStringLiteral("Aide du traçage en différé - %1")
-          .arg(browser_->documentTitle().isEmpty() ? name : browser_->documentTitle()));
+  window_->setWindowTitle(Res(ids::kHelpTitle) +
+                          (browser_->documentTitle().isEmpty() ? name : browser_->documentTitle()));
   window_->show();
   window_->raise();
   window_->activateWindow();

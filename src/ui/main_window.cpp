@@ -3,12 +3,15 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDockWidget>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QMenuBar>
+#include <QPlainTextEdit>
 #include <QProgressDialog>
+#include <QScrollBar>
 #include <QSettings>
 #include <QStatusBar>
 #include <QTableView>
@@ -32,10 +35,12 @@
 #include "ui/layouts_dialog.h"
 #include "ui/logging_dialog.h"
 #include "ui/page_setups_dialog.h"
+#include "ui/progress_dialog.h"
 #include "ui/qt_prompt.h"
 #include "ui/qt_text.h"
 #include "ui/results_dialog.h"
 #include "ui/settings_dialog.h"
+#include "ui/system_info_dialog.h"
 
 namespace sheafwork::ui {
 namespace {
@@ -46,24 +51,36 @@ bool IsDrawingFile(const std::string& path) {
          EndsWithIgnoreCase(path, "dxf");
 }
 
-/// The list view's icons and the status line during a plot run.
+/// The list view's icons and the status line during a plot run; a failed
+/// row keeps the reasons the host gave while it was plotted.
 class RowIcons : public RunObserver {
  public:
-  RowIcons(BatchModel& model, QTableView& view, QLabel& status)
-      : model_(model), view_(view), status_(status) {}
+  RowIcons(BatchModel& model, QTableView& view, QLabel& status, ProgressDialog* progress)
+      : model_(model), view_(view), status_(status), progress_(progress) {
+    if (progress_) {
+      progress_->SetFailureListener([this](const std::string& reason) { reasons_ << Q(reason); });
+    }
+  }
+  ~RowIcons() override {
+    if (progress_) progress_->SetFailureListener({});
+  }
+  RowIcons(const RowIcons&) = delete;
+  RowIcons& operator=(const RowIcons&) = delete;
+
   void RowsCleared() override {
     model_.ClearStatuses();
     QApplication::processEvents();
   }
   void RowStarted(int row, int count, const BatchEntry& entry) override {
+    reasons_.clear();
     model_.SetActiveRow(row);
     view_.scrollTo(model_.index(row - 1, 0));
-    status_.setText(
-        QStringLiteral("Ligne %1 sur %2 : %3").arg(row).arg(count).arg(Q(entry.FileName)));
+    status_.setText(Res(ids::kStatusRow).arg(row).arg(count).arg(Q(entry.FileName)));
     QApplication::processEvents();
   }
   void RowFinished(int row, RowStatus status) override {
-    model_.SetStatus(row, status);
+    model_.SetStatus(row, status, reasons_);
+    reasons_.clear();
     QApplication::processEvents();
   }
 
@@ -71,6 +88,8 @@ class RowIcons : public RunObserver {
   BatchModel& model_;
   QTableView& view_;
   QLabel& status_;
+  ProgressDialog* progress_;
+  QStringList reasons_;
 };
 
 }  // namespace
@@ -96,8 +115,13 @@ MainWindow::MainWindow(UiContext context, QWidget* parent) : QMainWindow(parent)
   list_->horizontalHeader()->setStretchLastSection(true);
   list_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   list_->horizontalHeader()->setSectionsClickable(true);
-  const int widths[] = {230, 300, 190, 170};
+  const int widths[] = {200, 260, 190, 170};
   for (int column = 0; column < 4; ++column) list_->setColumnWidth(column, widths[column]);
+  // The first size shows every column whole, the last one (which takes the
+  // rest of the width) at least as wide as its heading.
+  int listWidth = list_->horizontalHeader()->sectionSizeHint(kListColumns - 1) + 40;
+  for (int width : widths) listWidth += width;
+  listWidth += 2 * list_->frameWidth() + list_->verticalScrollBar()->sizeHint().width();
   list_->setAcceptDrops(true);
   list_->setDragDropMode(QAbstractItemView::DropOnly);
   list_->setDropIndicatorShown(false);
@@ -105,6 +129,16 @@ MainWindow::MainWindow(UiContext context, QWidget* parent) : QMainWindow(parent)
   list_->setContextMenuPolicy(Qt::ActionsContextMenu);
   SetHelpId(list_, context::kMainList);
   setCentralWidget(list_);
+
+  auto* detailsPane = new QDockWidget(Res(ids::kDetailsTitle), this);
+  detailsPane->setObjectName(QStringLiteral("dockDetails"));
+  detailsPane->setFeatures(QDockWidget::NoDockWidgetFeatures);
+  details_ = new QPlainTextEdit(detailsPane);
+  details_->setObjectName(QStringLiteral("txtDetails"));
+  details_->setReadOnly(true);
+  details_->setFixedHeight(details_->fontMetrics().lineSpacing() * 4 + 12);
+  detailsPane->setWidget(details_);
+  addDockWidget(Qt::BottomDockWidgetArea, detailsPane);
 
   connect(model_, &BatchModel::filesDropped, this, &MainWindow::AddFiles);
   connect(model_, &QAbstractItemModel::modelAboutToBeReset, this,
@@ -117,6 +151,10 @@ MainWindow::MainWindow(UiContext context, QWidget* parent) : QMainWindow(parent)
   connect(model_, &QAbstractItemModel::rowsRemoved, this, &MainWindow::UpdateCommands);
   connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
           &MainWindow::UpdateCommands);
+  connect(list_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+          &MainWindow::ShowDetails);
+  connect(model_, &QAbstractItemModel::dataChanged, this, &MainWindow::ShowDetails);
+  connect(model_, &QAbstractItemModel::modelReset, this, &MainWindow::ShowDetails);
   // A click on a column heading rebuilds the view.
   connect(list_->horizontalHeader(), &QHeaderView::sectionClicked, this,
           [this] { ctx_.session->ReloadMainListview(ctx_.session->ListModified, true); });
@@ -138,7 +176,7 @@ MainWindow::MainWindow(UiContext context, QWidget* parent) : QMainWindow(parent)
   count_->setObjectName(QStringLiteral("lblCount"));
   statusBar()->addPermanentWidget(count_);
 
-  resize(980, 560);
+  resize(std::max(980, listWidth), 560);
   if (ctx_.rememberGeometry) {
     QSettings settings;
     geometryRestored_ =
@@ -239,6 +277,14 @@ void MainWindow::BuildMenus() {
     connect(Command(QString::fromLatin1(name)), &QAction::triggered, this, slot);
   }
   connect(Command(QStringLiteral("mnuFileExit")), &QAction::triggered, this, &QWidget::close);
+
+  // Two items of one menu never share a mnemonic.
+  for (QMenu* menu : {file, options, help}) {
+    QStringList captions;
+    for (QAction* action : menu->actions()) captions << action->text();
+    const QStringList distinct = DistinctMnemonics(captions);
+    for (qsizetype i = 0; i < captions.size(); ++i) menu->actions()[i]->setText(distinct[i]);
+  }
 }
 
 void MainWindow::BuildToolbar() {
@@ -311,9 +357,8 @@ void MainWindow::SelectPositions(const std::vector<int>& positions) {
 void MainWindow::UpdateCommands() {
   const int entries = ctx_.session->List.EntryCount();
   if (count_) {
-    count_->setText(entries == 0   ? QStringLiteral("Liste vide")
-                    : entries == 1 ? QStringLiteral("1 dessin")
-                                   : QStringLiteral("%1 dessins").arg(entries));
+    count_->setText(entries == 0 ? Res(ids::kStatusEmptyList)
+                                 : Res(ids::kStatusDrawings).arg(entries));
   }
   const bool hasEntries = entries > 0;
   const std::size_t selected = hasEntries ? list_->selectionModel()->selectedRows().size() : 0;
@@ -325,6 +370,11 @@ void MainWindow::UpdateCommands() {
     Command(QString::fromLatin1(name))->setEnabled(selected >= 1);
   }
   Command(QStringLiteral("mnuOptionsLayers"))->setEnabled(selected == 1);
+}
+
+void MainWindow::ShowDetails() {
+  const QModelIndex current = list_->selectionModel()->currentIndex();
+  details_->setPlainText(current.isValid() ? model_->Details(current.row() + 1) : QString());
 }
 
 void MainWindow::Refresh() {
@@ -430,7 +480,7 @@ void MainWindow::Plot() {
   if (ctx_.session->List.Empty()) return;
   HostSession* host = RequireHost();
   if (!host) return;
-  RowIcons icons(*model_, *list_, *status_);
+  RowIcons icons(*model_, *list_, *status_, ctx_.progress);
   RunServices services;
   services.clock = ctx_.clock;
   services.observer = &icons;
@@ -441,17 +491,22 @@ void MainWindow::Plot() {
     result = PlotAllEntries(*ctx_.session, *host, services);
   }
   model_->SetActiveRow(0);
-  QString summary =
-      QStringLiteral("%1 ligne(s) tracée(s), %2 en échec").arg(result.plotted).arg(result.failed);
+  QString summary = Res(ids::kStatusSummary).arg(result.plotted).arg(result.failed);
   if (result.cancelled) {
-    summary += QStringLiteral(", traçage annulé");
+    summary += Res(ids::kStatusCancelled);
   } else if (result.endedEarly) {
-    summary += QStringLiteral(", traçage arrêté avant la fin");
+    summary += Res(ids::kStatusEndedEarly);
   }
   status_->setText(summary);
   for (const std::string& problem : result.logProblems) {
     ctx_.prompt->Ask(
         {problem, LoadResourceText(ids::kErrorTitle), PromptIcon::Exclamation, PromptButtons::Ok});
+  }
+  // The first failed row becomes the current one, its reason in view.
+  for (int n = 1; n <= model_->rowCount(); ++n) {
+    if (model_->Status(n) != RowStatus::Failed) continue;
+    list_->setCurrentIndex(model_->index(n - 1, 0));
+    break;
   }
   Refresh();
 }
@@ -476,10 +531,8 @@ void MainWindow::PlotTest() {
   progress.setAutoClose(false);
   progress.setMinimumWidth(460);
   services.progress = [this, &progress](int row, int count, const std::string& drawing) {
-    const QString text = QStringLiteral("Essai de traçage, ligne %1 sur %2 : %3")
-                             .arg(row)
-                             .arg(count)
-                             .arg(Q(FileNameFromPath(drawing)));
+    const QString text =
+        Res(ids::kStatusTestRow).arg(row).arg(count).arg(Q(FileNameFromPath(drawing)));
     status_->setText(text);
     progress.setMaximum(count);
     progress.setValue(row - 1);
@@ -546,7 +599,11 @@ void MainWindow::HelpMain() {
 }
 
 void MainWindow::About() {
-  AboutDialog dialog(*ctx_.prompt, this);
+  AboutDialog dialog(*ctx_.prompt, this, [this] {
+    SystemInfoDialog info(CollectSystemFacts(ctx_), this);
+    info.exec();
+    return true;
+  });
   dialog.exec();
 }
 
@@ -590,6 +647,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   }
   EndSession(*ctx_.session, ctx_.host, *ctx_.prompt);
   event->accept();
+  emit Closed();
 }
 
 }  // namespace sheafwork::ui

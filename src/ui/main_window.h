@@ -9,6 +9,7 @@
 
 class QAction;
 class QLabel;
+class QPlainTextEdit;
 class QTableView;
 class QToolBar;
 
@@ -47,6 +48,14 @@ class MainWindow : public QMainWindow {
   /// it is now.
   void Refresh();
 
+  /// The "Détails" pane: the current row's drawing, status and, when it
+  /// failed, why.
+  QPlainTextEdit* Details() const { return details_; }
+
+ signals:
+  /// The window closed for good (the exit was confirmed).
+  void Closed();
+
  public slots:
   void AddDrawings();
   void RemoveSelected();
@@ -73,6 +82,7 @@ class MainWindow : public QMainWindow {
   void BuildMenus();
   void BuildToolbar();
   void UpdateCommands();
+  void ShowDetails();
   /// Caches the selection for the dialogs; false (after message 302) when it
   /// is too large, or when nothing is selected.
   bool CacheSelection();
@@ -99,6 +109,7 @@ class MainWindow : public QMainWindow {
   QTableView* list_ = nullptr;
   QLabel* status_ = nullptr;
   QLabel* count_ = nullptr;
+  QPlainTextEdit* details_ = nullptr;
   QMap<QString, QAction*> commands_;
   std::vector<int> savedSelection_;
   bool forcedExit_ = false;

@@ -4,20 +4,11 @@
 #include <QPushButton>
 
 #include "embedded/automation/embedded_host.h"
+#include "res/string_ids.h"
 #include "ui/icons.h"
 #include "ui/qt_text.h"
 
 namespace sheafwork::ui {
-namespace {
-
-// The dialog's own texts.
-constexpr const char* kTitle = "Traçage en cours";
-constexpr const char* kStarting = "Préparation du traçage...";
-constexpr const char* kStep = "Tracé %1 sur %2 : %3 - %4";
-constexpr const char* kFailures = "\n%1 tracé(s) en échec";
-constexpr const char* kCancel = "Annuler";
-
-}  // namespace
 
 ProgressDialog::~ProgressDialog() { delete dialog_.data(); }
 
@@ -26,19 +17,19 @@ void ProgressDialog::Start(int total) {
   failures_ = 0;
   dialog_ = new QProgressDialog(QApplication::activeWindow());
   dialog_->setObjectName(QStringLiteral("frmProgress"));
-  dialog_->setWindowTitle(QString::fromUtf8(kTitle));
+  dialog_->setWindowTitle(Res(ids::kProgressTitle));
   dialog_->setWindowIcon(MakeIcon(IconId::Plot));
   dialog_->setWindowModality(Qt::ApplicationModal);
   dialog_->setAutoClose(false);
   dialog_->setAutoReset(false);
   dialog_->setMinimumDuration(0);
   dialog_->setMinimumWidth(460);
-  auto* cancel = new QPushButton(QString::fromUtf8(kCancel), dialog_);
+  auto* cancel = new QPushButton(Res(ids::kProgressCancel), dialog_);
   cancel->setObjectName(QStringLiteral("cmdProgressCancel"));
   dialog_->setCancelButton(cancel);
   dialog_->setRange(0, std::max(total, 1));
   dialog_->setValue(0);
-  dialog_->setLabelText(QString::fromUtf8(kStarting));
+  dialog_->setLabelText(Res(ids::kProgressStarting));
   dialog_->show();
   QApplication::processEvents();
 }
@@ -47,8 +38,8 @@ void ProgressDialog::Step(const std::string& drawing, const std::string& layout,
   if (!dialog_) return;
   dialog_->setMaximum(std::max({total, n, 1}));
   dialog_->setValue(std::max(n - 1, 0));
-  QString text = QString::fromUtf8(kStep).arg(n).arg(std::max(total, n)).arg(Q(drawing), Q(layout));
-  if (failures_ > 0) text += QString::fromUtf8(kFailures).arg(failures_);
+  QString text = Res(ids::kProgressStep).arg(n).arg(std::max(total, n)).arg(Q(drawing), Q(layout));
+  if (failures_ > 0) text += u'\n' + Res(ids::kProgressFailures).arg(failures_);
   dialog_->setLabelText(text);
   QApplication::processEvents();
 }
@@ -68,15 +59,17 @@ void ProgressDialog::Finish() {
   QApplication::processEvents();
 }
 
-std::shared_ptr<host::Application> MakeDesktopEmbeddedHost() {
+std::shared_ptr<host::Application> MakeDesktopEmbeddedHost(
+    std::shared_ptr<ProgressDialog> progress) {
   embedded::EmbeddedHostOptions options;
-  options.progress = std::make_shared<ProgressDialog>();
+  options.progress = std::move(progress);
   return embedded::MakeEmbeddedHost(std::move(options));
 }
 
 void ProgressDialog::PlotFailed(const std::string& reason) {
   ++failures_;
   if (dialog_) dialog_->setToolTip(Q(reason));
+  if (failureListener_) failureListener_(reason);
 }
 
 }  // namespace sheafwork::ui

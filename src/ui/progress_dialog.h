@@ -3,7 +3,9 @@
 // dialog with a bar and a Cancel button while a plot run goes on.
 #include <QPointer>
 #include <QProgressDialog>
+#include <functional>
 #include <memory>
+#include <string>
 
 #include "embedded/automation/progress_display.h"
 #include "host/automation.h"
@@ -24,13 +26,21 @@ class ProgressDialog : public embedded::ProgressDisplay {
   /// The dialog while a batch runs; null otherwise.
   QProgressDialog* Dialog() const { return dialog_; }
 
+  /// From now on `listener` hears the reason of every failed plot, the text
+  /// the command line prints on stderr (an empty function: nobody).
+  void SetFailureListener(std::function<void(const std::string&)> listener) {
+    failureListener_ = std::move(listener);
+  }
+
  private:
   QPointer<QProgressDialog> dialog_;
   int failures_ = 0;
+  std::function<void(const std::string&)> failureListener_;
 };
 
-/// The embedded host as the desktop application starts it: with this dialog
+/// The embedded host as the desktop application starts it: with `progress`
 /// as its progress display.
-std::shared_ptr<host::Application> MakeDesktopEmbeddedHost();
+std::shared_ptr<host::Application> MakeDesktopEmbeddedHost(
+    std::shared_ptr<ProgressDialog> progress);
 
 }  // namespace sheafwork::ui

@@ -29,9 +29,9 @@ QMessageBox::Icon BoxIcon(PromptIcon icon) {
 // The dialog's own labels in French, whether or not Qt's translations are
 // installed.
 void FrenchLabels(QFileDialog& dialog, bool save) {
-  dialog.setLabelText(QFileDialog::LookIn, QStringLiteral("Regarder dans :"));
-  dialog.setLabelText(QFileDialog::FileName, QStringLiteral("Nom du fichier :"));
-  dialog.setLabelText(QFileDialog::FileType, QStringLiteral("Type de fichier :"));
+  dialog.setLabelText(QFileDialog::LookIn, QStringLiteral("Regarder dans\u00a0:"));
+  dialog.setLabelText(QFileDialog::FileName, QStringLiteral("Nom du fichier\u00a0:"));
+  dialog.setLabelText(QFileDialog::FileType, QStringLiteral("Type de fichier\u00a0:"));
   dialog.setLabelText(QFileDialog::Accept,
                       save ? QStringLiteral("&Enregistrer") : QStringLiteral("&Ouvrir"));
   dialog.setLabelText(QFileDialog::Reject, QStringLiteral("Annuler"));

@@ -2,6 +2,7 @@
 // Text between the core (UTF-8 std::string) and Qt (QString), and the string
 // table's texts in the forms Qt widgets take.
 #include <QString>
+#include <QStringList>
 #include <string>
 #include <string_view>
 
@@ -27,5 +28,11 @@ std::string DrawingFilter();
 
 /// The first pattern of each pair, for the suffix a save dialog adds.
 QString FirstSuffix(std::string_view tableFilter);
+
+/// The captions of one menu, in order, with no two sharing a mnemonic (the
+/// letter after "&"): a caption whose letter an earlier one took gets the
+/// first free initial of its words, else its first free letter; it keeps
+/// its letter when none is free. The text itself is never changed.
+QStringList DistinctMnemonics(const QStringList& captions);
 
 }  // namespace sheafwork::ui

@@ -230,8 +230,8 @@ TEST_F(PlotTestScanTest, ALayoutsDeviceMissingHereIsWarnedAfterTheNoneDevices) {
   Row(Path("Ailleurs.dwg"), "Autre PDF", "", "PDF.pc3");  // the row's device plots
 
   const auto standIn = [](const std::string& device, const std::string& layout) {
-    return "AVERTISSEMENT: Périphérique <" + device + "> de la présentation <" + layout +
-           "> absent de cette machine; la présentation sera tracée sur le périphérique de "
+    return "AVERTISSEMENT\u00a0: Périphérique <" + device + "> de la présentation <" + layout +
+           "> absent de cette machine\u00a0; la présentation sera tracée sur le périphérique de "
            "remplacement de l'hôte";
   };
   const std::vector<std::string> lines = Run();

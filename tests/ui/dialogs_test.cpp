@@ -1,6 +1,7 @@
 // The logging, plot devices, results and about dialogs; help; the single
 // instance lock; file-dialog filters.
 #include <QCheckBox>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -9,6 +10,7 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSysInfo>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -22,6 +24,7 @@
 #include "ui/qt_text.h"
 #include "ui/results_dialog.h"
 #include "ui/single_instance.h"
+#include "ui/system_info_dialog.h"
 #include "ui_fixture.h"
 
 using namespace sheafwork;
@@ -191,6 +194,23 @@ class DialogsTest : public QObject {
     QCOMPARE(world.session.List.Entry(2).PlotDevice, "/srv/traceurs/Grand.Pc3");
   }
 
+  void devicesDescribesTheItemClicked() {
+    UiWorld world;
+    world.AddRow("A.dwg");
+    world.printers.printers = {{"Bureau", "HP LaserJet", "ipp://imprimante/bureau"}};
+    world.session.Selection.SelectCountCache(std::vector<int>{1});
+    ui::DevicesDialog dialog(world.session, &world.printers, world.hostSession.get(), world.prompt,
+                             nullptr);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    auto* list = Child<QListWidget>(dialog, "lstDevices2");
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                      list->visualItemRect(list->item(1)).center());
+    QCOMPARE(list->currentRow(), 1);
+    const QString described = Child<QPlainTextEdit>(dialog, "txtDevicesDescr")->toPlainText();
+    QVERIFY2(described.contains(QStringLiteral("HP LaserJet")), qPrintable(described));
+  }
+
   void devicesReportsAnUnreadableSearchPath() {
     UiWorld world;
     world.AddRow("A.dwg");
@@ -249,6 +269,23 @@ class DialogsTest : public QObject {
     QVERIFY(about.isVisible());
   }
 
+  void systemInfoNamesTheSystemHostAndFolders() {
+    UiWorld world;
+    ui::UiContext context = world.Context();
+    context.hostName = "embarque";
+    context.dataFolder = "/opt/sheafwork/donnees";
+    context.userFolder = "/home/moi/.local/share/sheafwork";
+    ui::SystemInfoDialog dialog(ui::CollectSystemFacts(context));
+    const QString text = Child<QPlainTextEdit>(dialog, "txtSysInfo")->toPlainText();
+    for (const QString& expected :
+         {QSysInfo::prettyProductName(), QString::fromLatin1(qVersion()),
+          QStringLiteral("embarque"), QString::fromStdString(world.host.printerConfigPath),
+          QString::fromStdString(context.dataFolder), QString::fromStdString(context.userFolder)}) {
+      QVERIFY2(text.contains(expected), qPrintable(expected + QStringLiteral(" in ") + text));
+    }
+    QVERIFY(!text.contains(QString::fromStdString(LoadResourceText(ids::kSysInfoUnavailable))));
+  }
+
   void helpTopicsByButtonAndF1() {
     QCOMPARE(ui::TopicForContext(ui::context::kLogging + 5), QStringLiteral("LoggingDialog"));
     QCOMPARE(ui::TopicForContext(ui::context::kSettingsLayers),
@@ -273,6 +310,11 @@ class DialogsTest : public QObject {
 
   void everyTopicHasAHelpPage() {
     const QString folder = ui::HelpFolder("");
+    // The main page tells which drawings the program reads.
+    QFile main(folder + QStringLiteral("/UsingTheSheafworkUtility.html"));
+    QVERIFY(main.open(QIODevice::ReadOnly));
+    const QString page = QString::fromUtf8(main.readAll());
+    QVERIFY(page.contains(QStringLiteral("DXF")) && page.contains(QStringLiteral("DWG")));
     for (const char* name : {ui::topic::kMain, ui::topic::kLogging, ui::topic::kLayoutsSingle,
                              ui::topic::kLayoutsMulti, ui::topic::kPageSetups, ui::topic::kDevices,
                              ui::topic::kSettingsPlot, ui::topic::kSettingsLayers}) {

@@ -1,13 +1,18 @@
 // The desktop application with the embedded host: a plot run on a real
 // drawing through the progress dialog, and the progress dialog itself.
+#include <QPlainTextEdit>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QTableView>
 #include <QtTest>
 #include <filesystem>
 
 #include "app/command_line.h"
+#include "batch/list_row.h"
 #include "embedded/automation/embedded_host.h"
 #include "host/startup.h"
+#include "res/string_ids.h"
+#include "res/string_table.h"
 #include "ui/batch_model.h"
 #include "ui/main_window.h"
 #include "ui/progress_dialog.h"
@@ -47,12 +52,12 @@ class HostRunTest : public QObject {
     QVERIFY(progress.Dialog()->isVisible());
     QVERIFY(progress.Dialog()->isModal());
     progress.Step("Plan.dxf", "A1", 1, 2);
-    QCOMPARE(progress.Dialog()->labelText(), QStringLiteral("Tracé 1 sur 2 : Plan.dxf - A1"));
+    QCOMPARE(progress.Dialog()->labelText(), QStringLiteral("Tracé 1 sur 2\u00a0: Plan.dxf - A1"));
     QVERIFY(!progress.Cancelled());
     // More plots than announced stretch the bar instead of overflowing it.
     progress.Step("Plan.dxf", "A3", 3, 2);
     QCOMPARE(progress.Dialog()->maximum(), 3);
-    QCOMPARE(progress.Dialog()->labelText(), QStringLiteral("Tracé 3 sur 3 : Plan.dxf - A3"));
+    QCOMPARE(progress.Dialog()->labelText(), QStringLiteral("Tracé 3 sur 3\u00a0: Plan.dxf - A3"));
     progress.Dialog()->cancel();
     QVERIFY(progress.Cancelled());
     progress.Finish();
@@ -81,21 +86,17 @@ class HostRunTest : public QObject {
     QCOMPARE(WantsDesktop(static_cast<int>(argv.size()), argv.data()), desktop);
   }
 
+  // A plot run through the progress dialog. A failed row says why: its
+  // tooltips and the details pane show the reason the host gave (the text
+  // the command line prints on stderr), or that it gave none.
   void plotRunWithTheEmbeddedHost() {
     TempFolder folder;
     const std::filesystem::path drawing = folder.path() / "etage.dxf";
     std::filesystem::copy_file(
         std::filesystem::path(SHEAFWORK_SOURCE_DIR) / "examples/plans/etage.dxf", drawing);
     auto progress = std::make_shared<WatchedProgress>();
-    embedded::EmbeddedHostOptions options;
-    options.dataFolder = std::string(SHEAFWORK_SOURCE_DIR) + "/data";
-    options.userFolder = folder.File("utilisateur");
-    options.printers = std::make_shared<ListedPrinters>();
-    options.progress = progress;
     ScriptedPrompt prompt;
-    AttachResult attached =
-        AttachHost([&] { return embedded::MakeEmbeddedHost(options); },
-                   ProgramFiles{folder.File("data"), folder.path().string()}, prompt);
+    AttachResult attached = AttachEmbeddedHost(folder, progress, prompt);
     QVERIFY(attached.ok);
     Session session(folder.path().string());
     BatchEntry& good = session.List.Append();
@@ -107,12 +108,17 @@ class HostRunTest : public QObject {
     good.PlotFile = folder.File("sortie/etage.pdf");
     BatchEntry& missing = session.List.Append();
     missing.FileName = folder.File("absent.dxf");
+    const std::filesystem::path damaged = folder.path() / "endommage.dxf";
+    std::filesystem::copy_file(
+        std::filesystem::path(SHEAFWORK_SOURCE_DIR) / "tests/data/ui/damaged.dxf", damaged);
+    session.List.Append().FileName = damaged.string();
     std::filesystem::create_directories(folder.path() / "sortie");
 
     ui::UiContext context;
     context.session = &session;
     context.prompt = &prompt;
     context.host = attached.host.get();
+    context.progress = progress.get();
     ListedPrinters printers;
     context.printers = &printers;
     ui::MainWindow window(context);
@@ -122,11 +128,35 @@ class HostRunTest : public QObject {
     QCOMPARE(progress->steps, 1);
     QCOMPARE(progress->parent, &window);
     QVERIFY(progress->cancelUsable);
-    QCOMPARE(window.Model()->Status(1), RowStatus::Plotted);
-    QCOMPARE(window.Model()->Status(2), RowStatus::Failed);
+    ui::BatchModel& model = *window.Model();
+    QCOMPARE(model.Status(1), RowStatus::Plotted);
+    QCOMPARE(model.Status(2), RowStatus::Failed);
+    QCOMPARE(model.Status(3), RowStatus::Failed);
     QVERIFY(std::filesystem::file_size(folder.File("sortie/etage.pdf")) > 0);
     // The progress dialog went away with the batch.
     QVERIFY(!progress->Dialog());
+
+    // The reader's reason names the file and what it found.
+    for (int column = 0; column < kListColumns; ++column) {
+      const QString tip = model.index(2, column).data(Qt::ToolTipRole).toString();
+      QVERIFY2(tip.contains(QStringLiteral("endommage.dxf")) &&
+                   tip.contains(QStringLiteral("pas un nombre")),
+               qPrintable(tip));
+    }
+    // A missing drawing has no reason from the host: the row says so, and
+    // the next row does not borrow its reason.
+    const QString none = QString::fromStdString(LoadResourceText(ids::kDetailsNoReason));
+    QVERIFY(model.index(1, 0).data(Qt::ToolTipRole).toString().contains(none));
+    QVERIFY(!model.index(2, 0).data(Qt::ToolTipRole).toString().contains(none));
+    QVERIFY(!model.index(0, 0).data(Qt::ToolTipRole).toString().contains(none));
+    // The first failed row becomes the current one, its details in view
+    // (plain text gives non-breaking spaces back as spaces).
+    QVERIFY(window.Details()->toPlainText().contains(QString(none).replace(u'\u00a0', u' ')));
+    QVERIFY(window.Details()->toPlainText().contains(
+        QString::fromStdString(LoadResourceText(ids::kDetailsFailed))));
+    window.List()->setCurrentIndex(model.index(2, 3));
+    const QString details = window.Details()->toPlainText();
+    QVERIFY2(details.contains(QStringLiteral("pas un nombre")), qPrintable(details));
     EndSession(session, attached.host.get(), prompt);
   }
 };

@@ -2,6 +2,8 @@
 // list shows, dropping files, removing rows, the plot run's icons, closing.
 #include <QAbstractItemModelTester>
 #include <QAction>
+#include <QHeaderView>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPlainTextEdit>
@@ -310,6 +312,67 @@ class MainWindowTest : public QObject {
     QVERIFY(second.GeometryRestored());
     QCOMPARE(second.size(), QSize(720, 410));
     QCOMPARE(second.List()->columnWidth(1), 123);
+  }
+
+  void firstSizeShowsEveryColumnWhole() {
+    UiWorld world;
+    world.AddRow("Plan.dwg");
+    MainWindow window(world.Context());
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const QHeaderView& header = *window.List()->horizontalHeader();
+    const int visible = window.List()->viewport()->width();
+    for (int column = 0; column < kListColumns; ++column) {
+      const int right = header.sectionViewportPosition(column) + header.sectionSize(column);
+      QVERIFY2(right <= visible, qPrintable(QStringLiteral("column %1").arg(column)));
+      QVERIFY2(header.sectionSize(column) >= header.sectionSizeHint(column),
+               qPrintable(QStringLiteral("column %1").arg(column)));
+    }
+  }
+
+  void noTwoItemsOfAMenuShareAMnemonic() {
+    UiWorld world;
+    MainWindow window(world.Context());
+    for (QMenu* menu : window.menuBar()->findChildren<QMenu*>()) {
+      QSet<QChar> letters;
+      for (QAction* action : menu->actions()) {
+        const QString text = action->text();
+        const qsizetype marker = text.indexOf(u'&');
+        if (action->isSeparator() || marker < 0) continue;
+        const QChar letter = text[marker + 1].toLower();
+        QVERIFY2(!letters.contains(letter), qPrintable(menu->title() + u' ' + text));
+        letters.insert(letter);
+        QCOMPARE(QString(text).remove(u'&'),
+                 QString(action->text()).remove(u'&'));  // the caption's words stay
+      }
+    }
+    const QString about = window.Command("mnuHelpAbout")->text();
+    QCOMPARE(QString(about).remove(u'&'),
+             QString::fromStdString(LoadResourceText(ids::kMenuHelpAbout)).remove(u'&'));
+  }
+
+  void distinctMnemonics_data() {
+    QTest::addColumn<QStringList>("captions");
+    QTest::addColumn<QStringList>("expected");
+    QTest::newRow("already distinct")
+        << QStringList{"&Ouvrir", "&Fermer", ""} << QStringList{"&Ouvrir", "&Fermer", ""};
+    QTest::newRow("next word's initial")
+        << QStringList{"&Aide sur le traçage", "", "&A propos du traçage"}
+        << QStringList{"&Aide sur le traçage", "", "A &propos du traçage"};
+    QTest::newRow("letter case ignored") << QStringList{"&Tracer", "Essai de &traçage"}
+                                         << QStringList{"&Tracer", "&Essai de traçage"};
+    QTest::newRow("any free letter")
+        << QStringList{"&Ab", "&Ba", "&Abc"} << QStringList{"&Ab", "&Ba", "Ab&c"};
+    QTest::newRow("none free") << QStringList{"&Ab", "&Ba", "&Ab"}
+                               << QStringList{"&Ab", "&Ba", "&Ab"};
+    QTest::newRow("a plain ampersand")
+        << QStringList{"&Dessins", "R && &D"} << QStringList{"&Dessins", "&R && D"};
+  }
+
+  void distinctMnemonics() {
+    QFETCH(QStringList, captions);
+    QFETCH(QStringList, expected);
+    QCOMPARE(ui::DistinctMnemonics(captions), expected);
   }
 
   void newListAsksAndClears() {

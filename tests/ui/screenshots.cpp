@@ -39,6 +39,7 @@
 #include "ui/qt_text.h"
 #include "ui/results_dialog.h"
 #include "ui/settings_dialog.h"
+#include "ui/system_info_dialog.h"
 #include "ui_fixture.h"
 
 using namespace sheafwork;
@@ -148,15 +149,19 @@ int main(int argc, char** argv) {
   context.help = &help;
   ui::MainWindow window(context);
   qtPrompt.SetParent(&window);
-  window.resize(1180, 600);
   // After a plot run: rows plotted, one failed.
   window.Model()->SetStatus(1, RowStatus::Plotted);
   window.Model()->SetStatus(2, RowStatus::Plotted);
   window.Model()->SetStatus(3, RowStatus::Plotted);
   window.Model()->SetStatus(4, RowStatus::Plotted);
   window.Model()->SetStatus(5, RowStatus::Plotted);
-  window.Model()->SetStatus(6, RowStatus::Failed);
-  window.SelectPositions({2});
+  window.Model()->SetStatus(
+      6, RowStatus::Failed,
+      {QStringLiteral("Échec du tracé\u00a0: dessin %1/A-301 Coupes.dwg, présentation A1 Plan, "
+                      "périphérique PDF.pc3\u00a0: fichier introuvable")
+           .arg(ui::Q(project))});
+  window.List()->setCurrentIndex(window.Model()->index(5, 0));
+  window.SelectPositions({6});
   window.Refresh();
   Save(window, "01-fenetre-principale");
 
@@ -167,6 +172,12 @@ int main(int argc, char** argv) {
   ui::AboutDialog about(world.prompt, &window);
   Save(about, "03-a-propos");
   about.close();
+  context.dataFolder = work + "/sheafwork";
+  context.userFolder = work + "/.local/share/sheafwork";
+  context.hostName = "embarque";
+  ui::SystemInfoDialog info(ui::CollectSystemFacts(context), &window);
+  Save(info, "03-infos-systeme");
+  info.close();
 
   ui::LoggingDialog logging(world.session.Log, world.prompt, &help, &window);
   Save(logging, "04-journalisation");
