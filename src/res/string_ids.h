@@ -249,5 +249,7 @@ inline constexpr int kFileNameTooLong = 306;  // "Le nom de fichier entré est t
 inline constexpr int kSettingsNone = 308;     // "(aucun(e))"
 inline constexpr int kModelShort = 312;       // "Objet"
 inline constexpr int kTestUndrawnEntities = 330;  // "AVERTISSEMENT: Entités que l'hôte ..."
+inline constexpr int kDataFolderMissing = 450;    // "le dossier des données du programme..."
+inline constexpr int kNoProgramFolder = 451;      // "le dossier du programme est introuvable"
 
 }  // namespace sheafwork::ids
