@@ -34,7 +34,8 @@ TEST_F(WithoutData, PlotCheckAndTheDesktopSayWhereTheyLooked) {
   AddRow(Plan("rez-de-chaussee.dxf"), " --layout 'Plan A3' --plot-file " + Quoted(pdf));
   const std::string message =
       "sheafwork: " + LoadResourceText(ids::kDataFolderMissing) + searched_ + "\n";
-  for (const std::string args : {"plot " + Quoted(list_), "check " + Quoted(list_), ""}) {
+  const std::string runs[] = {"plot " + Quoted(list_), "check " + Quoted(list_), ""};
+  for (const std::string& args : runs) {
     SCOPED_TRACE(args);
     const ProgramRun run = RunProgram(exe_, args, folder_);
     EXPECT_EQ(run.status, 2);
