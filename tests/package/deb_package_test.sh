@@ -57,7 +57,6 @@ run() {
   (cd "$work" && env -u DISPLAY -u WAYLAND_DISPLAY -u SHEAFWORK_DWG_CONVERTER HOME="$work/home" \
      XDG_DATA_HOME="$work/home/data" XDG_CACHE_HOME="$work/home/cache" "$root/usr/bin/sheafwork" "$@")
 }
-run list new lot.qx3 >/dev/null
 run list add lot.qx3 rez-de-chaussee.dxf --layout "Plan A3" --plot-file "$work/rdc.pdf" >/dev/null
 run list add lot.qx3 rez-de-chaussee.dxf --layout "Plan A3" --device PNG.pc3 \
   --plot-file "$work/rdc.png" >/dev/null
