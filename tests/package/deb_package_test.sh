@@ -84,9 +84,10 @@ for text in "NOM" "sheafwork list add" "sheafwork plot" "sheafwork check" "--com
   [[ $page == *"$text"* ]] || fail "the manual page lacks « $text »"
 done
 
-# The completion, with the unpacked program's own help.
+# The completion, with the unpacked program's own help, in the user's folder
+# (its files are offered beside the commands).
 complete_words() {
-  PATH="$root/usr/bin:$PATH" bash -c '
+  cd "$work" && PATH="$root/usr/bin:$PATH" bash -c '
     source "$1"; shift
     COMP_WORDS=("$@"); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); COMPREPLY=()
     _sheafwork; printf "%s\n" "${COMPREPLY[@]}" | sort | tr "\n" " "' \
