@@ -22,6 +22,9 @@ packages=(
   xvfb xauth                 # screenshots of the desktop application on a virtual display
   poppler-utils              # pdfinfo, pdftoppm: looking at the plotted PDF files
   cups-daemon cups-client cups-filters   # printing tests: a CUPS queue writing to a file
+  dpkg-dev                   # cpack -G DEB: dpkg-shlibdeps finds the package's dependencies
+  man-db groff-base bsdextrautils   # the manual page: man, groff, col
+  desktop-file-utils shared-mime-info   # the desktop entry and the .qx3 type checked
 )
 # The DWG converter runs on Node.js: the machine's own when it has one.
 command -v node >/dev/null 2>&1 || packages+=(nodejs)

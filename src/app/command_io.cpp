@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "res/string_ids.h"
 #include "res/string_table.h"
 
 namespace sheafwork {
@@ -27,6 +28,13 @@ int FailWith(const CommandIo& io, const std::string& file, const ListFileResult&
   }
   if (!result.reason.empty()) message += " (" + result.reason + ")";
   return Fail(io, file, message);
+}
+
+std::string MissingDataFolder(const std::vector<std::string>& searched) {
+  if (searched.empty()) return LoadResourceText(ids::kNoProgramFolder);
+  std::string message = LoadResourceText(ids::kDataFolderMissing);
+  for (std::size_t i = 0; i < searched.size(); ++i) message += (i ? ", " : "") + searched[i];
+  return message;
 }
 
 bool LoadList(Session& session, const std::string& path, const CommandIo& io, int& status) {

@@ -4,6 +4,7 @@
 
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include "app/command_line.h"
 #include "batch/list_file.h"
@@ -27,6 +28,9 @@ int Fail(const CommandIo& io, const std::string& file, const std::string& messag
 
 /// Fails with the message of a list-file result (with its line and reason).
 int FailWith(const CommandIo& io, const std::string& file, const ListFileResult& result);
+
+/// Why the program's data folder was not found, naming the folders looked at.
+std::string MissingDataFolder(const std::vector<std::string>& searched);
 
 /// Reads an existing list into `session`; false after reporting the failure
 /// and setting `status`.

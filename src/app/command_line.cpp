@@ -225,7 +225,8 @@ HostRegistry& ProgramHosts() {
 int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
   CommandEnvironment env;
   env.defaultLogFolder = UserDataFolder();
-  env.dataFolder = ProgramFolder();
+  env.dataFolder = RunningProgramLayout().dataFolder;
+  env.dataSearched = RunningProgramLayout().searched;
   return RunCommandLine(argc, argv, out, err, env);
 }
 

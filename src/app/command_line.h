@@ -3,6 +3,7 @@
 
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include "host/registry.h"
 #include "platform/clock.h"
@@ -24,8 +25,11 @@ struct CommandEnvironment {
   /// Where the logs go unless a list says otherwise, and where the program
   /// writes its scratch files.
   std::string defaultLogFolder;
-  /// The program's shipped files (help file, template drawing).
+  /// The program's shipped files (help file, template drawing). Empty when
+  /// they are missing: `plot` and `check` then refuse to start, naming the
+  /// folders in `dataSearched`.
   std::string dataFolder;
+  std::vector<std::string> dataSearched;
   /// The hosts `plot` and `check` can drive.
   const HostRegistry* hosts = nullptr;
   PrinterCatalog* printers = nullptr;

@@ -46,7 +46,7 @@ extern "C" __attribute__((visibility("default"))) int sheafwork_qt_run_desktop(
     options.hosts = &hosts;
     options.progress = progress.get();
     options.listName = *argc == 2 ? argv[1] : "";
-    options.dataFolder = sheafwork::ProgramFolder();
+    options.dataFolder = sheafwork::ProgramDataFolder();
     options.userFolder = sheafwork::UserDataFolder();
     return ui::RunDesktop(*argc, argv, options);
   } catch (...) {

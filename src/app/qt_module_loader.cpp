@@ -7,13 +7,14 @@
 #include "app/command_line.h"
 #include "app/qt_module_abi.h"
 #include "platform/program_folders.h"
+#include "res/string_ids.h"
+#include "res/string_table.h"
 
 namespace sheafwork {
 
 namespace {
 
 // The messages of this file, in French.
-std::string NoProgramFolder() { return "le dossier du programme est introuvable"; }
 std::string MissingEntry(const char* name) {
   return std::string("le point d'entrée ") + name + " est absent du module";
 }
@@ -34,7 +35,7 @@ void* QtModule::Entry(const char* name) {
     tried_ = true;
     // A bare name would be searched along the library path instead.
     if (path_.find('/') == std::string::npos) {
-      failure_ = NoProgramFolder();
+      failure_ = LoadResourceText(ids::kNoProgramFolder);
     } else {
       // The module's own copy of the core binds to itself only.
       handle_ = dlopen(path_.c_str(), RTLD_NOW | RTLD_LOCAL);
@@ -85,7 +86,7 @@ int QtModule::RunDesktop(int argc, char** argv, std::ostream& err) {
 }
 
 std::string ProgramQtModulePath() {
-  const std::string folder = ProgramFolder();
+  const std::string& folder = RunningProgramLayout().moduleFolder;
   return folder.empty() ? std::string(kQtModuleFile) : folder + "/" + kQtModuleFile;
 }
 

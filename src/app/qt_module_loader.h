@@ -40,7 +40,8 @@ class QtModule {
   std::string failure_;
 };
 
-/// The module beside the running program (ProgramFolder()).
+/// The running program's module: beside it in a build, in its lib/sheafwork
+/// folder once installed (RunningProgramLayout()).
 std::string ProgramQtModulePath();
 
 }  // namespace sheafwork

@@ -30,6 +30,11 @@ class RunSession {
   /// false with `status` set otherwise.
   bool Start(const std::string& list, const std::string& hostName, int& status,
              const HostFactory* given = nullptr) {
+    if (io_.env.dataFolder.empty()) {
+      io_.err << "sheafwork: " << MissingDataFolder(io_.env.dataSearched) << '\n';
+      status = kExitBadInput;
+      return false;
+    }
     if (!LoadList(session_, FullPath(list), io_, status)) return false;
     const HostRegistry& hosts = io_.env.hosts ? *io_.env.hosts : ProgramHosts();
     const HostFactory* factory = given ? given : hosts.Find(hostName);

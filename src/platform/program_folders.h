@@ -2,6 +2,7 @@
 // Where the program reads its shipped files from and writes its own files to.
 
 #include <string>
+#include <vector>
 
 namespace sheafwork {
 
@@ -23,5 +24,30 @@ std::string UserCacheFolder();
 /// The folder of the running program's executable; empty when the system
 /// cannot tell.
 std::string ProgramFolder();
+
+/// Where a program keeps its shipped files (plotters, plot styles, help, the
+/// DWG converter) and its Qt module.
+struct ProgramLayout {
+  /// The data folder; empty when none of `searched` holds the data.
+  std::string dataFolder;
+  /// The folder the Qt module is loaded from.
+  std::string moduleFolder;
+  /// The folders looked at for the data, in the order they were tried.
+  std::vector<std::string> searched;
+};
+
+/// The layout around an executable in `programFolder`. A build keeps the
+/// data and the module beside the executable; an installed program keeps
+/// them in its share/sheafwork and lib/sheafwork folders, found from its bin
+/// folder. A folder holds the data when it has a `plotters` folder. Without
+/// data, the module is looked for beside the executable.
+ProgramLayout FindProgramLayout(const std::string& programFolder);
+
+/// The running program's layout (FindProgramLayout(ProgramFolder())), found
+/// once.
+const ProgramLayout& RunningProgramLayout();
+
+/// The running program's data folder; empty when it is missing.
+std::string ProgramDataFolder();
 
 }  // namespace sheafwork

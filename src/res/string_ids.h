@@ -248,7 +248,7 @@ inline constexpr int kCurrentTabShort = 305;  // "Onglet courant"
 inline constexpr int kFileNameTooLong = 306;  // "Le nom de fichier entré est trop lo..."
 inline constexpr int kSettingsNone = 308;     // "(aucun(e))"
 inline constexpr int kModelShort = 312;       // "Objet"
-inline constexpr int kTestUndrawnEntities = 330;  // "AVERTISSEMENT : Entités que ..."
+inline constexpr int kTestUndrawnEntities = 330;  // "AVERTISSEMENT: Entités que l'hôte ..."
 inline constexpr int kJournalNotWritten = 340;    // "journal de traçage non écrit : "
 inline constexpr int kErrorLogNotWritten = 341;   // "journal des erreurs non écrit : "
 inline constexpr int kJournalIncomplete = 342;    // "journal de traçage incomplet, une é..."
@@ -256,6 +256,8 @@ inline constexpr int kErrorLogIncomplete = 343;   // "journal des erreurs incomp
 inline constexpr int kLogHeldByOtherRun = 344;    // "fichier journal utilisé par un autre..."
 inline constexpr int kLogHolderProcess = 345;     // " (processus "
 inline constexpr int kRunNotStarted = 346;        // " ; traçage non lancé"
+inline constexpr int kDataFolderMissing = 450;    // "le dossier des données du programme..."
+inline constexpr int kNoProgramFolder = 451;      // "le dossier du programme est introuvable"
 
 // The desktop application's own texts.
 inline constexpr int kHelpTitle = 470;           // "Aide : " + the topic's title

@@ -31,10 +31,11 @@ using Plotter = std::function<void(const PlotJob& job)>;
 
 struct EmbeddedHostOptions {
   /// The host's installation folder (Path()), holding "plotters/",
-  /// "plotstyles/" and "support/". Empty: the program's folder.
+  /// "plotstyles/", "support/" and "fonts/" (shape fonts). Empty: the
+  /// program's data folder (ProgramDataFolder()).
   std::string dataFolder;
-  /// The per-user folder: the host's log folder and a second "plotters/"
-  /// and "plotstyles/".
+  /// The per-user folder: the host's log folder and a second "plotters/",
+  /// "plotstyles/" and "fonts/".
   /// Empty: the per-user data folder.
   std::string userFolder;
   /// The system printers. Null: the system's catalogue, read once.

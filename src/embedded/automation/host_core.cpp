@@ -88,7 +88,7 @@ void DocumentState::Activate(std::size_t index) {
 }
 
 HostCore::HostCore(EmbeddedHostOptions given) : options(std::move(given)) {
-  if (options.dataFolder.empty()) options.dataFolder = ProgramFolder();
+  if (options.dataFolder.empty()) options.dataFolder = ProgramDataFolder();
   if (options.userFolder.empty()) options.userFolder = UserDataFolder();
   if (!options.printers) options.printers = SystemPrinterCatalog();
   if (!options.progress) options.progress = ConsoleProgressDisplay();
@@ -117,7 +117,10 @@ HostCore::HostCore(EmbeddedHostOptions given) : options(std::move(given)) {
   const fs::path user(options.userFolder);
   printerConfigPath = (data / "plotters").string() + ";" + (user / "plotters").string();
   plotStylePath = (data / "plotstyles").string() + ";" + (user / "plotstyles").string();
-  supportPath = (data / "support").string();
+  // Shape fonts are found along the support path: the program's own and the
+  // user's, beside the user's plotters and plot styles.
+  supportPath = (data / "support").string() + ";" + (data / "fonts").string() + ";" +
+                (user / "fonts").string();
   logFilePath = options.userFolder;
   dwgConverter = *options.dwgConverter;
   fallbackDevice = *options.fallbackDevice;

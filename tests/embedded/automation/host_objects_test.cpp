@@ -200,7 +200,9 @@ TEST_F(EmbeddedHostTest, PreferencesStartFromTheDataAndUserFolders) {
   auto preferences = Host()->GetPreferences();
   EXPECT_EQ(preferences->PrinterConfigPath(),
             (data.path() / "plotters").string() + ";" + (user.path() / "plotters").string());
-  EXPECT_EQ(preferences->SupportPath(), (data.path() / "support").string());
+  EXPECT_EQ(preferences->SupportPath(), (data.path() / "support").string() + ";" +
+                                            (data.path() / "fonts").string() + ";" +
+                                            (user.path() / "fonts").string());
   EXPECT_EQ(preferences->LogFilePath(), user.path().string());
   EXPECT_FALSE(preferences->LogFileOn());
 
@@ -381,6 +383,16 @@ TEST_F(EmbeddedHostTest, SaveAsWritesTheDrawingUnderTheNewName) {
 namespace sheafwork::embedded {
 namespace {
 
+// Whether the host finds the font of each text style, by style name.
+std::map<std::string, bool> FontAvailability(host::Document& doc) {
+  auto styles = doc.GetTextStyles();
+  std::map<std::string, bool> available;
+  for (std::int32_t i = 0; i < styles->Count(); ++i) {
+    available[styles->Item(i)->Name()] = styles->Item(i)->FontAvailable();
+  }
+  return available;
+}
+
 // The plot test asks the host about fonts it finds no file of: ours draws
 // the standard shape fonts with its stroke font, and finds shape fonts
 // along its support path in any letter case, ".shx" added.
@@ -391,12 +403,23 @@ TEST_F(EmbeddedHostTest, AFontIsAvailableWhenFoundOnTheSupportPathOrStandard) {
   const std::map<std::string, bool> expected = {{"Standard", true}, {"TRAIT", true},
                                                 {"UNI", true},      {"ROMANS", true},
                                                 {"PERDU", false},   {"ARIAL", false}};
-  auto styles = doc->GetTextStyles();
-  std::map<std::string, bool> available;
-  for (std::int32_t i = 0; i < styles->Count(); ++i) {
-    available[styles->Item(i)->Name()] = styles->Item(i)->FontAvailable();
-  }
+  const std::map<std::string, bool> available = FontAvailability(*doc);
   EXPECT_EQ(available, expected);
+}
+
+// Without a support path of its own, the host finds shape fonts in the
+// program's fonts/ folder and in the user's, beside the user's plotters.
+TEST_F(EmbeddedHostTest, ShapeFontsAreFoundInTheProgramsAndTheUsersFontFolders) {
+  const std::string fonts = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/fonts";
+  std::filesystem::create_directories(data.path() / "fonts");
+  std::filesystem::create_directories(user.path() / "fonts");
+  std::filesystem::copy_file(fonts + "/trait.shx", data.path() / "fonts" / "trait.shx");
+  std::filesystem::copy_file(fonts + "/uni.shx", user.path() / "fonts" / "UNI.SHX");
+  auto doc = Open(AddDrawing("Polices.dxf", ReadDxfFile(fonts + "/shape_fonts.dxf")));
+  const std::map<std::string, bool> available = FontAvailability(*doc);
+  EXPECT_TRUE(available.at("TRAIT"));
+  EXPECT_TRUE(available.at("UNI"));
+  EXPECT_FALSE(available.at("PERDU"));
 }
 
 }  // namespace
