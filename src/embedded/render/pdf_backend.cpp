@@ -46,9 +46,9 @@ std::int64_t Units(double mm) {
 
 }  // namespace
 
-PdfBackend::PdfBackend(pdf::ContentStream& page, std::string_view font,
+PdfBackend::PdfBackend(pdf::ContentStream& page, pdf::TextFonts& fonts,
                        pdf::OptionalContent* layers, pdf::Document* images)
-    : out_(page), font_(font), layers_(layers), images_(images) {
+    : out_(page), fonts_(fonts), layers_(layers), images_(images) {
   out_.Real(kPointsPerUnit, 6).Int(0).Int(0).Real(kPointsPerUnit, 6).Int(0).Int(0).Op("cm");
   out_.Int(1).Op("J");
   out_.Int(1).Op("j");
@@ -318,11 +318,27 @@ void PdfBackend::DrawPoint(Vec2 at, const Style& style) {
 void PdfBackend::DrawText(const TextRun& run, const Style& style) {
   EndPath();
   MarkLayer();
+  inTrueType_ = true;
   Backend::DrawText(run, style);  // the glyphs, filled
+  inTrueType_ = false;
+  TextLayer layer(out_, fonts_, kUnitsPerMm, Visible());
+  WriteTextLayer(layer, run);
+  layer.End();
+}
+
+void PdfBackend::TextDrawn(std::string_view text, const Affine2& lineToSheet) {
+  if (inTrueType_) return;
+  EndPath();
+  MarkLayer();
+  TextLayer layer(out_, fonts_, kUnitsPerMm, Visible());
+  layer.Line(text, lineToSheet);
+  layer.End();
+}
+
+Box2 PdfBackend::Visible() const {
+  if (!clipBoxes_.empty()) return clipBoxes_.back();
   const double far = kFarUnits / kUnitsPerMm;
-  const Box2 everywhere = Box2::Of({-far, -far}, {far, far});
-  WriteTextLayer(out_, font_, run, kUnitsPerMm,
-                 clipBoxes_.empty() ? everywhere : clipBoxes_.back());
+  return Box2::Of({-far, -far}, {far, far});
 }
 
 void PdfBackend::BeginLayer(std::string_view name) {
