@@ -1,6 +1,7 @@
 #include "embedded/pdf/text_fonts.h"
 
 #include <algorithm>
+#include <cstdio>
 
 #include "embedded/pdf/helvetica_widths.h"
 #include "embedded/pdf/pdf_strings.h"
@@ -40,19 +41,16 @@ std::uint16_t CharacterWidth(char32_t c) {
 }
 
 void AppendHexByte(std::string& out, int code) {
-  constexpr char kHex[] = "0123456789ABCDEF";
-  out += '<';
-  out += kHex[(code >> 4) & 0xF];
-  out += kHex[code & 0xF];
-  out += '>';
+  char hex[8];
+  std::snprintf(hex, sizeof hex, "<%02X>", static_cast<unsigned>(code) & 0xFFu);
+  out += hex;
 }
 
+// The name the glyph list gives a character by its code point.
 std::string GlyphName(char32_t c) {
-  constexpr char kHex[] = "0123456789ABCDEF";
-  std::string digits;
-  for (int shift = c >= 0x10000 ? 20 : 12; shift >= 0; shift -= 4)
-    digits += kHex[(c >> shift) & 0xF];
-  return (c >= 0x10000 ? "/u" : "/uni") + digits;
+  char name[16];
+  std::snprintf(name, sizeof name, c >= 0x10000 ? "/u%06X" : "/uni%04X", static_cast<unsigned>(c));
+  return name;
 }
 
 }  // namespace

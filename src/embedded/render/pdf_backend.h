@@ -20,6 +20,7 @@
 #include "embedded/pdf/text_fonts.h"
 #include "embedded/render/backend.h"
 #include "embedded/render/box.h"
+#include "embedded/render/pdf_text_layer.h"
 
 namespace sheafwork::embedded {
 
@@ -92,12 +93,20 @@ class PdfBackend final : public Backend {
   void EndMark();
   /// The box in which text can be seen (sheet mm): the clip in force.
   Box2 Visible() const;
+  /// Writes the text held back, if any.
+  void WriteStrokeText();
 
   pdf::ContentStream& out_;
   pdf::TextFonts& fonts_;
   /// Inside DrawText, whose invisible text is written from its layout: the
   /// strokes it may fall back on write none of their own.
   bool inTrueType_ = false;
+  /// The invisible text of lines drawn as strokes, held back until the
+  /// path of their strokes ends: the strokes of many texts still share one
+  /// path, and their text one text object. Never cut: it goes to the page
+  /// whole (WriteStrokeText).
+  pdf::ContentStream strokeTextLater_;
+  std::optional<TextLayer> strokeText_;
   bool pathOpen_ = false;  ///< a stroked path of pathStyle_ waits for its S
   Style pathStyle_;
   int pathSubpaths_ = 0;
