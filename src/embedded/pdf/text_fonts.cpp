@@ -134,9 +134,16 @@ std::string TextFonts::FontDictionary(std::size_t font, int toUnicode) const {
     }
     out += " ]";
   }
-  out += " >> /FirstChar 0 /LastChar 255 /Widths [";
-  for (std::size_t code = 0; code < f.widths.size(); ++code) {
-    out += code % 32 == 0 ? '\n' : ' ';
+  // The widths of the codes in use: ASCII's and those given out.
+  std::size_t first = 0x20, last = 0x7E;
+  for (const auto& [code, c] : f.characters) {
+    first = std::min<std::size_t>(first, code);
+    last = std::max<std::size_t>(last, code);
+  }
+  out += " >> /FirstChar " + std::to_string(first) + " /LastChar " + std::to_string(last) +
+         " /Widths [";
+  for (std::size_t code = first; code <= last; ++code) {
+    out += (code - first) % 32 == 0 ? '\n' : ' ';
     out += std::to_string(f.widths[code]);
   }
   out += "] /ToUnicode " + std::to_string(toUnicode) + " 0 R >>";
