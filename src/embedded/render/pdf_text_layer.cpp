@@ -45,7 +45,9 @@ void TextLayer::Line(std::string_view text, const Affine2& lineToSheet) {
     font_ = encoded.pieces.front().font;
     out_.Token(pdf::TextFonts::Resource(font_)).Int(1).Op("Tf");
   }
-  out_.Real(m.a, 3).Real(m.b, 3).Real(m.c, 3).Real(m.d, 3).Real(m.e, 2).Real(m.f, 2).Op("Tm");
+  // The line's start on the page's grid of whole units, as the drawing is.
+  out_.Real(m.a, 3).Real(m.b, 3).Real(m.c, 3).Real(m.d, 3);
+  out_.Int(std::llround(m.e)).Int(std::llround(m.f)).Op("Tm");
   for (const pdf::TextFonts::Piece& piece : encoded.pieces) {
     if (piece.font != font_) {
       font_ = piece.font;
