@@ -49,7 +49,7 @@ TEST(PdfDocumentTest, PagesOfTheirOwnSizeInAFileWhoseTableFindsEveryObject) {
   ASSERT_EQ(pdf.error, "");
   EXPECT_EQ(testing::PageContents(pdf).size(), sizes.size());
   EXPECT_EQ(testing::ObjectText(pdf, 1).find("/OCProperties"), std::string::npos);  // no layers
-  EXPECT_EQ(pdf.bytes.find("/Font"), std::string::npos);  // no text, no font
+  EXPECT_EQ(pdf.bytes.find("/Font"), std::string::npos);                     // no text, no font
   EXPECT_EQ(FilesIn(folder.path()), std::vector<std::string>{"livre.pdf"});  // nothing beside
 
   if (!testing::HavePoppler()) GTEST_SKIP() << "poppler's tools are not installed";
