@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "e2e/program.h"
+#include "embedded/pdf/pdf_reading.h"
 #include "fakes/cups_queue.h"
 
 namespace sheafwork::e2e {
@@ -93,6 +94,34 @@ TEST_F(CombineCommand, GathersEverySheetPlottedInPlotOrder) {
   for (const auto& [page, single] : same) {
     SCOPED_TRACE("page " + std::to_string(page) + " against " + single);
     ExpectSamePicture(RenderPage(combined, page, folder_), RenderPage(single, 1, folder_));
+  }
+
+  // The outline: each drawing where its first sheet is, its sheets under it
+  // by layout, the drawing's rows apart in the list or not.
+  namespace reading = embedded::pdf::testing;
+  std::string error;
+  const std::vector<reading::OutlineEntry> outline =
+      reading::ReadOutline(reading::ReadStructure(combined), error);
+  EXPECT_EQ(error, "");
+  struct Expected {
+    std::string title;
+    int page;
+    std::vector<std::pair<std::string, int>> sheets;
+  };
+  const std::vector<Expected> expected = {
+      {"rez-de-chaussee.dxf", 0, {{"Plan A3", 0}, {"Plan A1", 1}}},
+      {"etage.dxf", 2, {{"Plan étage", 2}, {"Détail chambres", 3}, {"Détail salle de bains", 4}}},
+  };
+  ASSERT_EQ(outline.size(), expected.size());
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    SCOPED_TRACE(expected[i].title);
+    EXPECT_EQ(outline[i].title, expected[i].title);
+    EXPECT_EQ(outline[i].page, expected[i].page);
+    ASSERT_EQ(outline[i].children.size(), expected[i].sheets.size());
+    for (std::size_t j = 0; j < expected[i].sheets.size(); ++j) {
+      EXPECT_EQ(outline[i].children[j].title, expected[i].sheets[j].first);
+      EXPECT_EQ(outline[i].children[j].page, expected[i].sheets[j].second);
+    }
   }
 }
 

@@ -295,5 +295,19 @@ TEST_F(PlotCommand, ALogThatCannotBeWrittenIsReportedAndNotNamedInTheSummary) {
   std::filesystem::permissions(readOnly, std::filesystem::perms::owner_all);
 }
 
+// Text in a shape font (here missing, drawn by the stroke font that stands
+// in) is found in the PDF as TrueType text is.
+TEST_F(PlotCommand, ShapeFontTextIsFoundInThePdf) {
+  AddRow(Plan("planche-essais.dxf"),
+         " --layout 'Planche A3' --device PDF.pc3 --plot-file " + Quoted(Out("planche.pdf")));
+  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
+  ASSERT_EQ(run.status, 0) << run.err;
+  int status = -1;
+  const std::string text =
+      sheafwork::testing::RunCommand("pdftotext " + Quoted(Out("planche.pdf")) + " -", status);
+  ASSERT_EQ(status, 0);
+  EXPECT_NE(text.find("Style ROMANS (romans.shx)"), std::string::npos) << text;
+}
+
 }  // namespace
 }  // namespace sheafwork::e2e

@@ -182,6 +182,8 @@ class PlotObject : public host::Plot {
     job.layout = &layout;
     job.resolutionDpi = device->config.resolutionDpi;
     job.title = drawingName + " - " + layoutName;
+    job.drawingName = drawingName;
+    job.layoutName = layoutName;
     job.copies = doc.copies;
     job.fontSearchPath = core_->supportPath;
     std::string output;

@@ -46,6 +46,12 @@ class ContentStream {
     if (text_.size() >= chunkBytes_) Cut(true);
   }
 
+  /// Whole lines written elsewhere (each ending with '\n'), as they are.
+  void Lines(std::string_view lines) {
+    text_.append(lines);
+    if (text_.size() >= chunkBytes_) Cut(true);
+  }
+
   /// Hands on what is left. Call once, when the page is done.
   void Finish();
 

@@ -13,8 +13,7 @@ constexpr int kCatalog = 1;
 constexpr int kPageTree = 2;
 constexpr int kInfo = 3;
 constexpr int kResources = 4;
-constexpr int kFont = 5;
-constexpr int kFirstFree = 6;
+constexpr int kFirstFree = 5;
 
 std::string Number(double value) {
   std::string text;
@@ -122,19 +121,35 @@ void Document::Close() {
     writer.Object(groups.back(), std::move(group));
   }
   const bool layered = !groups.empty();
+  std::string outline;
+  if (!outline_.empty()) {
+    std::vector<int> pageObjects;
+    for (const Page& page : pages_) pageObjects.push_back(page.object);
+    const int root = nextObject_;
+    for (std::string& body : OutlineObjects(outline_, pageObjects, root)) {
+      writer.Object(NewObject(), std::move(body));
+    }
+    outline = " /Outlines " + Reference(root) + " /PageMode /UseOutlines";
+  }
   writer.Object(kCatalog, "<< /Type /Catalog /Pages " + Reference(kPageTree) +
-                              (layered ? " " + layers_.CatalogEntry(groups) : "") + " >>");
+                              (layered ? " " + layers_.CatalogEntry(groups) : "") + outline +
+                              " >>");
   const std::time_t created = info_.created != 0 ? info_.created : std::time(nullptr);
   writer.Object(kInfo, "<< /Title " + TextString(info_.title) + " /Creator " +
                            TextString(info_.creator) + " /Producer " + TextString(info_.producer) +
                            " /CreationDate " + LiteralString(DateString(created)) + " >>");
-  writer.Object(kResources, "<< /Font << " + std::string(kHelvetica) + " " + Reference(kFont) +
-                                " >>" + (layered ? " " + layers_.PropertiesEntry(groups) : "") +
+  std::vector<int> fonts;
+  for (std::size_t font = 0; font < fonts_.Size(); ++font) {
+    const int toUnicode = NewObject();
+    writer.Stream(toUnicode, {}, fonts_.ToUnicodeMap(font));
+    fonts.push_back(NewObject());
+    writer.Object(fonts.back(), fonts_.FontDictionary(font, toUnicode));
+  }
+  const std::string fontEntry = fonts_.ResourceEntry(fonts);
+  writer.Object(kResources, "<<" + (fontEntry.empty() ? "" : " " + fontEntry) +
+                                (layered ? " " + layers_.PropertiesEntry(groups) : "") +
                                 (images_.empty() ? "" : " /XObject << " + imageResources_ + ">>") +
                                 " >>");
-  writer.Object(kFont,
-                "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica "
-                "/Encoding /WinAnsiEncoding >>");
   bool ok = writer.Drain();
   if (ok) {
     // Every object is in the file now; the table that finds them follows.

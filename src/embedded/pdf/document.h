@@ -19,6 +19,8 @@
 
 #include "embedded/pdf/content_stream.h"
 #include "embedded/pdf/optional_content.h"
+#include "embedded/pdf/outline.h"
+#include "embedded/pdf/text_fonts.h"
 
 namespace sheafwork::embedded::pdf {
 
@@ -51,10 +53,6 @@ struct WriterOptions {
 
 class Document {
  public:
-  /// The font resource every page has: the standard Helvetica in the
-  /// Windows code page (WinAnsiEncoding).
-  static constexpr const char* kHelvetica = "/F1";
-
   /// Creates the file beside `path`. Throws FileError (Create).
   Document(std::string path, DocumentInfo info, WriterOptions options = {});
   /// Abandons the file unless Close() succeeded: nothing is left behind and
@@ -71,6 +69,11 @@ class Document {
   int Pages() const { return static_cast<int>(pages_.size()); }
   /// The document's layers, shared by all its pages.
   OptionalContent& Layers() { return layers_; }
+  /// The fonts of the pages' invisible text, shared by all its pages.
+  TextFonts& Fonts() { return fonts_; }
+  /// The outline written with the document, replacing any given before;
+  /// its entries open pages by their index.
+  void SetOutline(std::vector<OutlineItem> outline) { outline_ = std::move(outline); }
 
   /// An image every page may draw (`/Name Do`), written at once; returns
   /// its resource name ("/Im1"). `samples` are 8-bit, `components` (1 grey,
@@ -106,6 +109,8 @@ class Document {
   std::vector<Page> pages_;
   std::unique_ptr<ContentStream> content_;  // of the open page
   OptionalContent layers_;
+  TextFonts fonts_;
+  std::vector<OutlineItem> outline_;
   std::map<std::string, std::string> images_;  ///< key -> resource name
   std::string imageResources_;                 ///< "/Im1 7 0 R ..."
   int nextObject_ = 1;

@@ -26,12 +26,11 @@ constexpr std::array<std::uint16_t, 224> kWidths = {
 
 }  // namespace
 
+int HelveticaCodeWidth(unsigned char code) { return code >= 32 ? kWidths[code - 32u] : 0; }
+
 double HelveticaWidth(std::string_view text) {
   long total = 0;
-  for (char c : text) {
-    const auto code = static_cast<unsigned char>(c);
-    if (code >= 32) total += kWidths[code - 32u];
-  }
+  for (char c : text) total += HelveticaCodeWidth(static_cast<unsigned char>(c));
   return static_cast<double>(total) / 1000.0;
 }
 

@@ -11,4 +11,8 @@ namespace sheafwork::embedded::pdf {
 /// as nothing; the few codes the code page leaves undefined as a digit.
 double HelveticaWidth(std::string_view text);
 
+/// The width of code `code` of WinAnsiEncoding in thousandths of the em;
+/// 0 for control codes.
+int HelveticaCodeWidth(unsigned char code);
+
 }  // namespace sheafwork::embedded::pdf

@@ -53,17 +53,20 @@ std::string TextString(std::string_view text) {
   for (std::size_t i = 0; i < text.size();) {
     const DecodedChar next = DecodeUtf8(text, i);
     i += next.length;
-    const char32_t cp = next.valid ? next.codePoint : 0xFFFD;
-    if (cp >= 0x10000) {
-      const char32_t v = cp - 0x10000;
-      AppendUnit(out, static_cast<std::uint16_t>(0xD800 + (v >> 10)));
-      AppendUnit(out, static_cast<std::uint16_t>(0xDC00 + (v & 0x3FF)));
-    } else {
-      AppendUnit(out, static_cast<std::uint16_t>(cp));
-    }
+    AppendUtf16Hex(out, next.valid ? next.codePoint : 0xFFFD);
   }
   out += '>';
   return out;
+}
+
+void AppendUtf16Hex(std::string& out, char32_t c) {
+  if (c >= 0x10000) {
+    const char32_t v = c - 0x10000;
+    AppendUnit(out, static_cast<std::uint16_t>(0xD800 + (v >> 10)));
+    AppendUnit(out, static_cast<std::uint16_t>(0xDC00 + (v & 0x3FF)));
+  } else {
+    AppendUnit(out, static_cast<std::uint16_t>(c));
+  }
 }
 
 std::string DateString(std::time_t when) {

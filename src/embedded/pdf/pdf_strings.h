@@ -17,6 +17,10 @@ std::string LiteralString(std::string_view bytes);
 /// hexadecimal. Malformed UTF-8 bytes become U+FFFD.
 std::string TextString(std::string_view text);
 
+/// Appends `c` in UTF-16BE as hexadecimal digits: four, or eight for a
+/// surrogate pair.
+void AppendUtf16Hex(std::string& out, char32_t c);
+
 /// `when` as a date string's content, in UTC: D:YYYYMMDDHHmmSSZ.
 std::string DateString(std::time_t when);
 

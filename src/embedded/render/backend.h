@@ -84,6 +84,15 @@ class Backend {
   /// By default the run's glyph outlines, filled (FillPath), so that a
   /// backend without text of its own still draws it.
   virtual void DrawText(const TextRun& text, const Style& style);
+  /// A line of UTF-8 `text` has just been drawn as strokes (shape fonts,
+  /// the stroke font); `lineToSheet` maps the line's own box (x from 0 to 1
+  /// along its drawn advance, y from 0 on its baseline to 1 at its cap
+  /// height) onto the sheet. An output that holds text (PDF) holds it
+  /// there too, unseen, to be searched; by default nothing.
+  virtual void TextDrawn(std::string_view text, const Affine2& lineToSheet) {
+    (void)text;
+    (void)lineToSheet;
+  }
   /// Draws a raster image; false when the output draws no images or the
   /// file cannot be read (the frontend then draws the image's frame).
   virtual bool DrawImage(const ImageRun& image) {

@@ -6,7 +6,6 @@
 #include <numbers>
 #include <string>
 
-#include "embedded/render/pdf_text_layer.h"
 #include "embedded/render/raster_cache.h"
 
 namespace sheafwork::embedded {
@@ -19,6 +18,8 @@ constexpr int kSubpathsPerPath = 4096;
 constexpr double kPointsPerUnit = 72.0 / PdfBackend::kUnitsPerInch;
 // Coordinates beyond this many units (25 km) are held there.
 constexpr double kFarUnits = 1e12;
+// Chunk size of text that must reach the page whole.
+constexpr std::size_t kNeverCut = std::size_t{1} << 40;
 // Smallest dot radius, as on the other outputs.
 constexpr double kMinDotRadiusMm = 0.05;
 
@@ -46,9 +47,13 @@ std::int64_t Units(double mm) {
 
 }  // namespace
 
-PdfBackend::PdfBackend(pdf::ContentStream& page, std::string_view font,
+PdfBackend::PdfBackend(pdf::ContentStream& page, pdf::TextFonts& fonts,
                        pdf::OptionalContent* layers, pdf::Document* images)
-    : out_(page), font_(font), layers_(layers), images_(images) {
+    : out_(page),
+      fonts_(fonts),
+      strokeTextLater_([this](std::string chunk) { out_.Lines(chunk); }, kNeverCut),
+      layers_(layers),
+      images_(images) {
   out_.Real(kPointsPerUnit, 6).Int(0).Int(0).Real(kPointsPerUnit, 6).Int(0).Int(0).Op("cm");
   out_.Int(1).Op("J");
   out_.Int(1).Op("j");
@@ -99,11 +104,20 @@ void PdfBackend::Stroke(const Style& style, const Dash& dash) {
 }
 
 void PdfBackend::EndPath() {
-  if (!pathOpen_) return;
-  out_.Op("S");
-  pathOpen_ = false;
-  pathSubpaths_ = 0;
-  currentKnown_ = false;
+  if (pathOpen_) {
+    out_.Op("S");
+    pathOpen_ = false;
+    pathSubpaths_ = 0;
+    currentKnown_ = false;
+  }
+  WriteStrokeText();
+}
+
+void PdfBackend::WriteStrokeText() {
+  if (!strokeText_) return;
+  strokeText_->End();
+  strokeText_.reset();
+  strokeTextLater_.Finish();
 }
 
 void PdfBackend::MoveTo(Point p) {
@@ -318,11 +332,25 @@ void PdfBackend::DrawPoint(Vec2 at, const Style& style) {
 void PdfBackend::DrawText(const TextRun& run, const Style& style) {
   EndPath();
   MarkLayer();
+  inTrueType_ = true;
   Backend::DrawText(run, style);  // the glyphs, filled
+  inTrueType_ = false;
+  TextLayer layer(out_, fonts_, kUnitsPerMm, Visible());
+  WriteTextLayer(layer, run);
+  layer.End();
+}
+
+void PdfBackend::TextDrawn(std::string_view text, const Affine2& lineToSheet) {
+  if (inTrueType_) return;
+  MarkLayer();
+  if (!strokeText_) strokeText_.emplace(strokeTextLater_, fonts_, kUnitsPerMm, Visible());
+  strokeText_->Line(text, lineToSheet);
+}
+
+Box2 PdfBackend::Visible() const {
+  if (!clipBoxes_.empty()) return clipBoxes_.back();
   const double far = kFarUnits / kUnitsPerMm;
-  const Box2 everywhere = Box2::Of({-far, -far}, {far, far});
-  WriteTextLayer(out_, font_, run, kUnitsPerMm,
-                 clipBoxes_.empty() ? everywhere : clipBoxes_.back());
+  return Box2::Of({-far, -far}, {far, far});
 }
 
 void PdfBackend::BeginLayer(std::string_view name) {
@@ -341,6 +369,7 @@ void PdfBackend::MarkLayer() {
 }
 
 void PdfBackend::EndMark() {
+  WriteStrokeText();  // inside the mark of the strokes it goes with
   if (!marked_) return;
   out_.Op("EMC");
   marked_ = false;

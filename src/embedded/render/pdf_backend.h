@@ -17,8 +17,10 @@
 #include "embedded/pdf/content_stream.h"
 #include "embedded/pdf/document.h"
 #include "embedded/pdf/optional_content.h"
+#include "embedded/pdf/text_fonts.h"
 #include "embedded/render/backend.h"
 #include "embedded/render/box.h"
+#include "embedded/render/pdf_text_layer.h"
 
 namespace sheafwork::embedded {
 
@@ -28,12 +30,10 @@ class PdfBackend final : public Backend {
   static constexpr double kUnitsPerMm = kUnitsPerInch / 25.4;
 
   /// Writes into `page`, a page whose origin is the sheet's lower-left
-  /// corner; `font` names its Helvetica resource, for the invisible text.
-  /// With `layers`, what is drawn is marked with its drawing layer's
-  /// optional content group.
-  /// Raster images become image objects of `images` (none are drawn
-  /// without it).
-  PdfBackend(pdf::ContentStream& page, std::string_view font,
+  /// corner; the invisible text is in `fonts`. With `layers`, what is drawn is marked with its
+  /// drawing layer's optional content group. Raster images become image objects of `images` (none
+  /// are drawn without it).
+  PdfBackend(pdf::ContentStream& page, pdf::TextFonts& fonts,
              pdf::OptionalContent* layers = nullptr, pdf::Document* images = nullptr);
   /// Flushes and closes any clip left open.
   ~PdfBackend() override;
@@ -53,6 +53,7 @@ class PdfBackend final : public Backend {
                  const Style& style) override;
   void DrawPoint(Vec2 at, const Style& style) override;
   void DrawText(const TextRun& text, const Style& style) override;
+  void TextDrawn(std::string_view text, const Affine2& lineToSheet) override;
   bool DrawImage(const ImageRun& image) override;
   void BeginLayer(std::string_view name) override;
   void PushClip(std::span<const Vec2> polygon) override;
@@ -90,9 +91,22 @@ class PdfBackend final : public Backend {
   void Forget();
   void MarkLayer();
   void EndMark();
+  /// The box in which text can be seen (sheet mm): the clip in force.
+  Box2 Visible() const;
+  /// Writes the text held back, if any.
+  void WriteStrokeText();
 
   pdf::ContentStream& out_;
-  std::string font_;
+  pdf::TextFonts& fonts_;
+  /// Inside DrawText, whose invisible text is written from its layout: the
+  /// strokes it may fall back on write none of their own.
+  bool inTrueType_ = false;
+  /// The invisible text of lines drawn as strokes, held back until the
+  /// path of their strokes ends: the strokes of many texts still share one
+  /// path, and their text one text object. Never cut: it goes to the page
+  /// whole (WriteStrokeText).
+  pdf::ContentStream strokeTextLater_;
+  std::optional<TextLayer> strokeText_;
   bool pathOpen_ = false;  ///< a stroked path of pathStyle_ waits for its S
   Style pathStyle_;
   int pathSubpaths_ = 0;

@@ -1,7 +1,10 @@
 #include "embedded/render/pdf_book.h"
 
 #include <filesystem>
+#include <map>
+#include <string>
 #include <system_error>
+#include <vector>
 
 #include "embedded/pdf/document.h"
 #include "embedded/render/messages.h"
@@ -13,7 +16,26 @@ namespace sheafwork::embedded {
 struct PdfBook::Impl {
   explicit Impl(const std::string& path, pdf::DocumentInfo info)
       : document(path, std::move(info)) {}
+
+  /// Files page `page` under its drawing (by the drawing's path), the
+  /// drawing's entry made with its first page.
+  void AddToOutline(const PlotJob& job, int page) {
+    const std::string path = job.drawing != nullptr ? job.drawing->path : std::string();
+    auto [at, added] = drawings.try_emplace(path.empty() ? job.drawingName : path, outline.size());
+    if (added) {
+      const std::string name = !job.drawingName.empty()
+                                   ? job.drawingName
+                                   : std::filesystem::path(path).filename().string();
+      outline.push_back({name, page, {}});
+    }
+    const std::string layout =
+        !job.layoutName.empty() || job.layout == nullptr ? job.layoutName : job.layout->name;
+    outline[at->second].children.push_back({layout, page, {}});
+  }
+
   pdf::Document document;
+  std::vector<pdf::OutlineItem> outline;
+  std::map<std::string, std::size_t> drawings;  ///< path → its entry in `outline`
 };
 
 PdfBook::PdfBook(std::string path) : path_(std::move(path)) {
@@ -42,12 +64,17 @@ void PdfBook::AddPage(const PlotJob& job) {
   if (!impl_) throw PlotError(render_messages::FileCannotWrite("PDF", path_));
   const SheetLayout sheet = PlanSheet(job);
   try {
-    // The page stays, drawn as far as it went, when drawing throws.
+    // The page stays, drawn as far as it went, when drawing throws, and is
+    // in the outline.
     struct Count {
       int& pages;
-      pdf::Document& document;
-      ~Count() { pages = document.Pages(); }
-    } count{pages_, impl_->document};
+      Impl& book;
+      const PlotJob& job;
+      ~Count() {
+        if (book.document.Pages() > pages) book.AddToOutline(job, pages);
+        pages = book.document.Pages();
+      }
+    } count{pages_, *impl_, job};
     AddSheetPage(impl_->document, job, sheet, kPdfDpi);  // one grid for every page
   } catch (const pdf::FileError& error) {
     ThrowPdfFileError(error, path_);
@@ -58,6 +85,7 @@ void PdfBook::Close() {
   if (!impl_) return;
   const std::unique_ptr<Impl> book = std::move(impl_);
   if (pages_ == 0) return;  // abandoned: the file already there stays
+  book->document.SetOutline(std::move(book->outline));
   try {
     book->document.Close();
   } catch (const pdf::FileError& error) {

@@ -1,6 +1,8 @@
 #pragma once
 // One PDF file that collects sheets: a page per sheet, in the order they
-// come, each page the size of its own sheet.
+// come, each page the size of its own sheet. Its outline has an entry per
+// drawing, where the drawing's first page is, and under it one per sheet,
+// named after the sheet's layout.
 
 #include <memory>
 #include <string>
@@ -22,7 +24,8 @@ class PdfBook {
   PdfBook& operator=(const PdfBook&) = delete;
 
   /// Paints the job's sheet (its drawing, layout and settings; the output
-  /// fields are ignored) as the next page. Throws PlotError; a page that
+  /// fields are ignored) as the next page, in the outline under the job's
+  /// drawing name and layout name. Throws PlotError; a page that
   /// could not be planned is not added.
   void AddPage(const PlotJob& job);
 

@@ -31,7 +31,7 @@ FrontendStats AddSheetPage(pdf::Document& document, const PlotJob& job, const Sh
   };
   pdf::ContentStream& content = document.BeginPage(page.width, page.height);
   const PageScope scope{document};
-  PdfBackend backend(content, pdf::Document::kHelvetica, &document.Layers(), &document);
+  PdfBackend backend(content, document.Fonts(), &document.Layers(), &document);
   const Box2 whole = Box2::Of({0, 0}, {sheet.frame.width, sheet.frame.height});
   return DrawSheet(backend, job, sheet, whole, (dpi > 0 ? dpi : kPdfDpi) / 25.4);
 }

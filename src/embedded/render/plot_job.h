@@ -30,6 +30,10 @@ struct PlotJob {
   std::string printerName;
   int resolutionDpi = 1200;
   std::string title;  ///< document title: drawing and layout
+  /// The drawing's file name and the layout's name as the user knows them
+  /// (the model's by its tab), for a combined PDF's outline.
+  std::string drawingName;
+  std::string layoutName;
   /// The table the settings name (styleSheet), applied when they plot with
   /// plot styles; none when null.
   std::shared_ptr<const PlotStyleTable> plotStyles;

@@ -82,6 +82,7 @@ void DrawStrokeLine(Backend& backend, const ShapeFace& face, std::string_view te
     first += n;
   }
   if (!filledSizes.empty()) backend.FillLoops(filledPoints, filledSizes, style);
+  if (x > 0) backend.TextDrawn(text, glyphToSheet * Affine2::Scaling(x, 1));
 }
 
 void DrawStrokeRun(Backend& backend, const TextRun& run, const Style& style,

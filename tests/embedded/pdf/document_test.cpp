@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <sstream>
 
 #include "embedded/pdf/pdf_reading.h"
@@ -48,6 +49,7 @@ TEST(PdfDocumentTest, PagesOfTheirOwnSizeInAFileWhoseTableFindsEveryObject) {
   ASSERT_EQ(pdf.error, "");
   EXPECT_EQ(testing::PageContents(pdf).size(), sizes.size());
   EXPECT_EQ(testing::ObjectText(pdf, 1).find("/OCProperties"), std::string::npos);  // no layers
+  EXPECT_EQ(pdf.bytes.find("/Font"), std::string::npos);                     // no text, no font
   EXPECT_EQ(FilesIn(folder.path()), std::vector<std::string>{"livre.pdf"});  // nothing beside
 
   if (!testing::HavePoppler()) GTEST_SKIP() << "poppler's tools are not installed";
@@ -100,6 +102,51 @@ TEST(PdfDocumentTest, LayersAreOptionalContentGroupsListedByName) {
 
   if (!testing::HavePoppler()) GTEST_SKIP() << "poppler's tools are not installed";
   testing::ExpectPopplerRenders(path, "-r 10 -gray", folder.File("p"));
+}
+
+// The outline as the reader shows it: entries and their children in order,
+// titles in any script, each opening its page; a document without one has
+// no /Outlines.
+TEST(PdfDocumentTest, TheOutlineIsATreeOfTitledEntriesOpeningPages) {
+  sheafwork::testing::TempFolder folder;
+  const std::string path = folder.File("livre.pdf");
+  const std::vector<OutlineItem> outline = {
+      {"rez-de-chaussee.dxf", 0, {{"Plan A3", 0, {}}, {"Plan A1", 2, {}}}},
+      {"étage (1).dxf", 1, {{"Détail Ω ⌀ 😀", 1, {}}}},
+      {"sans page", 9, {}},
+  };
+  {
+    Document document(path, {});
+    for (int i = 0; i < 3; ++i) DrawSquares(document.BeginPage(595, 842), 1);
+    document.SetOutline(outline);
+    document.Close();
+  }
+  const testing::ReadPdf pdf = ReadStructure(path);
+  ASSERT_EQ(pdf.error, "");
+  std::string error;
+  const std::vector<testing::OutlineEntry> read = testing::ReadOutline(pdf, error);
+  EXPECT_EQ(error, "");
+  // What was given, each entry without a page opening none.
+  std::function<void(const std::vector<OutlineItem>&, const std::vector<testing::OutlineEntry>&)>
+      expectSame = [&](const auto& given, const auto& found) {
+        ASSERT_EQ(found.size(), given.size());
+        for (std::size_t i = 0; i < given.size(); ++i) {
+          SCOPED_TRACE(given[i].title);
+          EXPECT_EQ(found[i].title, given[i].title);
+          EXPECT_EQ(found[i].page, given[i].page < 3 ? given[i].page : -1);
+          expectSame(given[i].children, found[i].children);
+        }
+      };
+  expectSame(outline, read);
+  EXPECT_NE(testing::ObjectText(pdf, 1).find("/PageMode /UseOutlines"), std::string::npos);
+
+  const std::string plain = folder.File("simple.pdf");
+  {
+    Document document(plain, {});
+    DrawSquares(document.BeginPage(595, 842), 1);
+    document.Close();
+  }
+  EXPECT_EQ(testing::ObjectText(ReadStructure(plain), 1).find("/Outlines"), std::string::npos);
 }
 
 TEST(PdfDocumentTest, APageInManyStreamsReadsAsTheSamePage) {

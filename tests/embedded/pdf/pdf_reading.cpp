@@ -4,10 +4,13 @@
 #include <zlib.h>
 
 #include <cstdlib>
+#include <functional>
+#include <span>
 #include <sstream>
 
 #include "fakes/cups_queue.h"
 #include "fakes/temp_folder.h"
+#include "text/utf8.h"
 
 namespace sheafwork::embedded::pdf::testing {
 
@@ -29,7 +32,89 @@ std::vector<int> References(const std::string& text, const std::string& key) {
   return objects;
 }
 
+// The object "N 0 R" after `key` in `text`, 0 when none.
+int ReferenceAfter(const std::string& text, const std::string& key) {
+  const std::size_t at = text.find(key + " ");
+  return at == std::string::npos ? 0 : static_cast<int>(NumberAfter(text, at + key.size() + 1));
+}
+
+// A text string's characters in UTF-8: a literal of ASCII or hexadecimal
+// UTF-16BE after its byte order mark.
+std::string TextStringValue(const std::string& text, std::size_t at) {
+  std::string out;
+  if (text[at] == '(') {
+    for (std::size_t i = at + 1; i < text.size() && text[i] != ')'; ++i) {
+      if (text[i] == '\\') ++i;
+      out += text[i];
+    }
+    return out;
+  }
+  const std::size_t end = text.find('>', at);
+  const std::string hex = text.substr(at + 1, end - at - 1);
+  if (hex.rfind("FEFF", 0) != 0) return "?";
+  for (std::size_t i = 4; i + 4 <= hex.size(); i += 4) {
+    char32_t c = static_cast<char32_t>(std::stoul(hex.substr(i, 4), nullptr, 16));
+    if (c >= 0xD800 && c < 0xDC00 && i + 8 <= hex.size()) {
+      const auto low = static_cast<char32_t>(std::stoul(hex.substr(i + 4, 4), nullptr, 16));
+      c = 0x10000 + ((c - 0xD800) << 10) + (low - 0xDC00);
+      i += 4;
+    }
+    AppendUtf8(out, c);
+  }
+  return out;
+}
+
+// The children of outline object `parent`, followed from its /First.
+std::vector<OutlineEntry> Children(const ReadPdf& pdf, int parent, std::span<const int> pages,
+                                   std::string& error, int depth) {
+  std::vector<OutlineEntry> entries;
+  const std::string parentText = ObjectText(pdf, parent);
+  int previous = 0;
+  int last = 0;
+  for (int item = ReferenceAfter(parentText, "/First"); item != 0 && depth < 8;
+       item = ReferenceAfter(ObjectText(pdf, item), "/Next")) {
+    const std::string text = ObjectText(pdf, item);
+    if (entries.size() > 1000) break;
+    OutlineEntry entry;
+    const std::size_t title = text.find("/Title ");
+    if (title != std::string::npos) entry.title = TextStringValue(text, title + 7);
+    const std::vector<int> dest = References(text, "/Dest [");
+    for (std::size_t i = 0; !dest.empty() && i < pages.size(); ++i) {
+      if (pages[i] == dest.front()) entry.page = static_cast<int>(i);
+    }
+    if (ReferenceAfter(text, "/Parent") != parent) error += "wrong /Parent; ";
+    if (ReferenceAfter(text, "/Prev") != previous) error += "wrong /Prev; ";
+    entry.children = Children(pdf, item, pages, error, depth + 1);
+    entries.push_back(std::move(entry));
+    previous = last = item;
+  }
+  if (ReferenceAfter(parentText, "/Last") != last) error += "wrong /Last; ";
+  const std::size_t count = parentText.find("/Count ");
+  const long expected = count == std::string::npos ? 0 : NumberAfter(parentText, count + 7);
+  long open = 0;
+  const std::function<void(const std::vector<OutlineEntry>&)> countOpen =
+      [&](const std::vector<OutlineEntry>& list) {
+        for (const OutlineEntry& e : list) {
+          ++open;
+          countOpen(e.children);
+        }
+      };
+  countOpen(entries);
+  if (expected != open) error += "wrong /Count; ";
+  return entries;
+}
+
 }  // namespace
+
+std::vector<OutlineEntry> ReadOutline(const ReadPdf& pdf, std::string& error) {
+  const int root = ReferenceAfter(ObjectText(pdf, 1), "/Outlines");
+  if (root == 0) {
+    error = "no /Outlines in the catalog";
+    return {};
+  }
+  std::vector<int> pages = References(ObjectText(pdf, 2), "/Kids [");
+  return Children(pdf, root, pages, error, 0);
+}
 
 ReadPdf ReadStructure(const std::string& path) {
   ReadPdf pdf;

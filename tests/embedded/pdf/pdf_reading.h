@@ -30,6 +30,18 @@ std::vector<std::vector<int>> PageContents(const ReadPdf& pdf);
 /// be.
 std::string InflatedStream(const ReadPdf& pdf, int number, std::string& error);
 
+/// An entry of the document's outline as read back.
+struct OutlineEntry {
+  std::string title;  ///< UTF-8, from a literal or a UTF-16BE text string
+  int page = -1;      ///< from 0: its destination among the pages, -1 for none
+  std::vector<OutlineEntry> children;
+};
+
+/// The outline the catalog's /Outlines points at, followed from /First
+/// through /Next; `error` says what does not hold together (a /Count, a
+/// /Parent, a /Last or /Prev that does not match the chain).
+std::vector<OutlineEntry> ReadOutline(const ReadPdf& pdf, std::string& error);
+
 /// Whether poppler's tools are installed.
 bool HavePoppler();
 
