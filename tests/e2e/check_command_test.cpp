@@ -97,9 +97,8 @@ TEST_F(CheckCommand, ReportsEachMissingPieceOnItsRowAndNothingForAGoodRow) {
 
 TEST_F(CheckCommand, WarnsAboutKindsOfEntityThePlotWillLeaveOut) {
   // Written by ezdxf: tests/data/dxf/entities/make_entities.py.
-  const std::string data = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/entities/";
-  List("new " + Quoted(list_) + " " + Quoted(data + "undrawn.dxf"));
-  AddRow(data + "meshes.dxf");
+  List("new " + Quoted(list_) + " " + Quoted(Fixture("dxf/entities/undrawn.dxf")));
+  AddRow(Fixture("dxf/entities/meshes.dxf"));
 
   const ProgramRun run = Sheafwork("check " + Quoted(list_), folder_);
   EXPECT_EQ(run.status, 0) << run.out;  // a warning, not an error

@@ -163,10 +163,9 @@ TEST_F(PlotCommand, ImageDrawingAndPlotterDevicesWriteTheirFilesBesideTheDrawing
 
 TEST_F(PlotCommand, KindsOfEntityLeftOutAreNamedOnStderr) {
   // Written by ezdxf: tests/data/dxf/entities/make_entities.py.
-  const std::string data = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/entities/";
   const std::string model = " --layout " + Quoted(LoadResourceText(ids::kLayoutModelTab));
-  AddRow(data + "undrawn.dxf", model + " --plot-file " + Quoted(Out("u.pdf")));
-  AddRow(data + "meshes.dxf", model + " --plot-file " + Quoted(Out("m.pdf")));
+  AddRow(Fixture("dxf/entities/undrawn.dxf"), model + " --plot-file " + Quoted(Out("u.pdf")));
+  AddRow(Fixture("dxf/entities/meshes.dxf"), model + " --plot-file " + Quoted(Out("m.pdf")));
 
   const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
   EXPECT_EQ(run.status, 0) << run.err;

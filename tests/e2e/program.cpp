@@ -79,6 +79,14 @@ ExampleListTest::ExampleListTest()
   fs::create_directories(out_);
 }
 
+std::string ExampleListTest::Fixture(const std::string& relative) const {
+  const std::filesystem::path source =
+      std::filesystem::path(SHEAFWORK_SOURCE_DIR) / "tests/data" / relative;
+  const std::string copy = Plan(source.filename().string());
+  std::filesystem::copy_file(source, copy, std::filesystem::copy_options::overwrite_existing);
+  return copy;
+}
+
 void ExampleListTest::List(const std::string& args) {
   const ProgramRun run = Sheafwork("list " + args, folder_);
   ASSERT_EQ(run.status, 0) << args << "\n" << run.err;

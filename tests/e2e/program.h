@@ -50,6 +50,10 @@ class ExampleListTest : public ::testing::Test {
 
   std::string Plan(const std::string& name) const { return plans_ + "/" + name; }
   std::string Out(const std::string& name) const { return out_ + "/" + name; }
+  /// Copies tests/data/`relative` beside the example drawings and returns
+  /// the copy's path: a plot writes files beside its drawing, and the source
+  /// tree is not the place for them.
+  std::string Fixture(const std::string& relative) const;
   /// Runs `sheafwork list <args>`, which must succeed.
   void List(const std::string& args);
   /// Adds a row for `drawing` to the list, with the `sheafwork list add`
