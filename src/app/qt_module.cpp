@@ -2,6 +2,7 @@
 // of the core included, is hidden: it never binds to the program's copy.
 
 #include <exception>
+#include <new>
 #include <string>
 #include <type_traits>
 
@@ -10,6 +11,8 @@
 #include "embedded/paint/painted_files.h"
 #include "host/registry.h"
 #include "platform/program_folders.h"
+#include "res/string_ids.h"
+#include "res/string_table.h"
 #include "ui/desktop.h"
 #include "ui/progress_dialog.h"
 
@@ -18,6 +21,8 @@ namespace {
 std::string Describe(const std::exception_ptr& failure) {
   try {
     std::rethrow_exception(failure);
+  } catch (const std::bad_alloc&) {
+    return sheafwork::LoadResourceText(sheafwork::ids::kOutOfMemory);
   } catch (const std::exception& e) {
     return e.what();
   } catch (...) {

@@ -3,6 +3,8 @@
 #include <cerrno>
 #include <cstring>
 #include <new>
+#include <stdexcept>
+#include <utility>
 
 #include "res/string_ids.h"
 #include "res/string_table.h"
