@@ -23,7 +23,8 @@ int Fail(const CommandIo& io, const std::string& file, const std::string& messag
 
 int FailWith(const CommandIo& io, const std::string& file, const ListFileResult& result) {
   std::string message = LoadResourceText(MessageIdFor(result.status));
-  if (result.status == ListFileStatus::Malformed) {
+  if (result.status == ListFileStatus::Malformed ||
+      result.status == ListFileStatus::TooManyEntries) {
     message += " (ligne " + std::to_string(result.line) + ")";
   }
   if (!result.reason.empty()) message += " (" + result.reason + ")";

@@ -1,6 +1,7 @@
 #include "app/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <new>
 #include <string_view>
 
 #include "app/list_commands_cli.h"
@@ -8,6 +9,8 @@
 #include "app/version.h"
 #include "embedded/automation/embedded_host.h"
 #include "platform/program_folders.h"
+#include "res/string_ids.h"
+#include "res/string_table.h"
 
 namespace sheafwork {
 namespace {
@@ -294,6 +297,9 @@ int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
     if (chosen(listed.setCmd)) return RunListSet(listed.set, io);
     if (*plotCmd) return RunPlot(plot, io);
     if (*checkCmd) return RunCheck(check, io);
+  } catch (const std::bad_alloc&) {
+    // Memory ran out outside the plot of a row (which fails on its own).
+    err << "sheafwork: " << LoadResourceText(ids::kOutOfMemory) << '\n';
   } catch (const std::exception& e) {
     // Nothing above throws on bad input; this is the last line of defence.
     err << "sheafwork: " << e.what() << '\n';

@@ -1,12 +1,14 @@
 #include "app/list_commands_cli.h"
 
 #include <filesystem>
+#include <initializer_list>
 #include <system_error>
 
 #include "app/command_io.h"
 #include "app/list_report.h"
 #include "batch/list_commands.h"
 #include "batch/list_file.h"
+#include "batch/list_value.h"
 #include "batch/session.h"
 #include "log/paths.h"
 #include "res/string_ids.h"
@@ -23,16 +25,54 @@ int Save(Session& session, const std::string& path, const CommandIo& io) {
   return kExitOk;
 }
 
-// Appends a row for each drawing; false after reporting a path without a
-// folder or a file name.
+// A value given on the command line for a field of the list.
+struct GivenValue {
+  ListField field;
+  const std::optional<std::string>& value;
+};
+
+// Checks the values given before anything is changed: false after reporting
+// the first one a list file cannot hold; a shown text that loses characters
+// to "?" is named on stderr and kept.
+bool CheckGivenValues(std::initializer_list<GivenValue> values, const std::string& list,
+                      const CommandIo& io, int& status) {
+  for (const GivenValue& given : values) {
+    if (!given.value) continue;
+    const ValueFault fault = CheckListValue(given.field, *given.value);
+    if (IsRefused(fault)) {
+      status = Fail(io, list, ValueFaultMessage(given.field, fault));
+      return false;
+    }
+    if (fault != ValueFault::None) {
+      io.err << "sheafwork: " << list << ": " << ValueFaultMessage(given.field, fault) << '\n';
+    }
+  }
+  return true;
+}
+
+bool CheckEntryFields(const EntryFieldOptions& fields, const std::string& list, const CommandIo& io,
+                      int& status) {
+  return CheckGivenValues({{ListField::Layout, fields.layout},
+                           {ListField::PageSetup, fields.setup},
+                           {ListField::Device, fields.device},
+                           {ListField::Layers, fields.layers},
+                           {ListField::PlotArea, fields.area},
+                           {ListField::PlotScale, fields.scale},
+                           {ListField::PlotFile, fields.plotFile}},
+                          list, io, status);
+}
+
+// Appends a row for each drawing; false after reporting a path that cannot
+// make a row (no folder or file name, not held by a list file, list full).
 bool AddDrawings(Session& session, const std::vector<std::string>& drawings,
                  const EntryFieldOptions& fields, const CommandIo& io, int& status) {
   for (const std::string& drawing : drawings) {
-    BatchEntry* entry = AddDrawingToList(session, FullPath(drawing));
-    if (!entry) {
-      status = Fail(io, drawing, LoadResourceText(ids::kFileNameNotValid));
+    const std::string full = FullPath(drawing);
+    if (const std::string problem = DrawingRowProblem(session, full); !problem.empty()) {
+      status = Fail(io, drawing, problem);
       return false;
     }
+    BatchEntry* entry = AddDrawingToList(session, full);
     entry->Layout = fields.layout.value_or("");
     entry->PlotSetup = fields.setup.value_or("");
     entry->PlotDevice = fields.device.value_or("");
@@ -81,6 +121,7 @@ int RunListAdd(const ListAddOptions& options, const CommandIo& io) {
   const std::string path = FullPath(options.list);
   int status = kExitOk;
   if (!ValidListName(path, io, status)) return status;
+  if (!CheckEntryFields(options.fields, path, io, status)) return status;
   Session session(io.env.defaultLogFolder);
   std::error_code ec;
   if (fs::exists(path, ec) && !LoadList(session, path, io, status)) return status;
@@ -102,6 +143,14 @@ int RunListSet(const ListSetOptions& options, const CommandIo& io) {
   const std::string path = FullPath(options.list);
   Session session(io.env.defaultLogFolder);
   int status = kExitOk;
+  if (!CheckGivenValues({{ListField::JournalFile, options.journalFile},
+                         {ListField::JournalHeader, options.journalHeader},
+                         {ListField::JournalComment, options.journalComment},
+                         {ListField::ErrorFile, options.errorFile},
+                         {ListField::ErrorHeader, options.errorHeader}},
+                        path, io, status)) {
+    return status;
+  }
   if (!LoadList(session, path, io, status)) return status;
   LogSettings& log = session.Log;
   if (options.journalOn) log.JournalLogOn = *options.journalOn;

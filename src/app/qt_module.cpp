@@ -3,6 +3,7 @@
 
 #include <exception>
 #include <memory>
+#include <new>
 #include <string>
 #include <type_traits>
 
@@ -11,6 +12,8 @@
 #include "embedded/paint/painted_files.h"
 #include "host/registry.h"
 #include "platform/program_folders.h"
+#include "res/string_ids.h"
+#include "res/string_table.h"
 #include "ui/desktop.h"
 #include "ui/progress_dialog.h"
 
@@ -19,6 +22,8 @@ namespace {
 std::string Describe(const std::exception_ptr& failure) {
   try {
     std::rethrow_exception(failure);
+  } catch (const std::bad_alloc&) {
+    return sheafwork::LoadResourceText(sheafwork::ids::kOutOfMemory);
   } catch (const std::exception& e) {
     return e.what();
   } catch (...) {

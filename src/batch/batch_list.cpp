@@ -2,6 +2,9 @@
 
 #include <string>
 
+#include "res/string_ids.h"
+#include "res/string_table.h"
+
 namespace sheafwork {
 
 std::size_t BatchList::Index(int n) const {
@@ -22,7 +25,7 @@ BatchEntry& BatchList::Append() {
 
 void BatchList::Resize(int count) {
   if (count < 0 || count > kMaxEntries) {
-    throw std::length_error("a batch list holds 0 to 32767 entries, not " + std::to_string(count));
+    throw std::length_error(LoadResourceText(ids::kListTooManyEntries));
   }
   entries_.resize(static_cast<std::size_t>(count));
 }

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "batch/list_file.h"
+#include "batch/list_value.h"
 #include "batch/session.h"
 #include "log/paths.h"
 #include "prompt/prompt.h"
@@ -41,10 +42,22 @@ std::optional<std::string> AskListFileToOpen(Prompt& prompt, int titleId) {
 
 }  // namespace
 
+std::string DrawingRowProblem(const Session& session, std::string_view fullPath) {
+  if (FolderFromPath(fullPath).empty() || FileNameFromPath(fullPath).empty()) {
+    return LoadResourceText(ids::kFileNameNotValid);
+  }
+  const ValueFault fault = CheckListValue(ListField::Drawing, fullPath);
+  if (IsRefused(fault)) return ValueFaultMessage(ListField::Drawing, fault);
+  if (session.List.EntryCount() >= BatchList::kMaxEntries) {
+    return LoadResourceText(ids::kListTooManyEntries);
+  }
+  return {};
+}
+
 BatchEntry* AddDrawingToList(Session& session, std::string_view fullPath) {
+  if (!DrawingRowProblem(session, fullPath).empty()) return nullptr;
   const std::string folder = FolderFromPath(fullPath);
   const std::string name = FileNameFromPath(fullPath);
-  if (folder.empty() || name.empty()) return nullptr;
   BatchEntry& entry = session.List.Append();
   entry.FileName = folder + name;
   session.ListModified = true;

@@ -13,9 +13,14 @@ class Prompt;
 class Session;
 struct BatchEntry;
 
-/// Splits `fullPath` into folder and name and, when both are non-empty,
-/// appends an entry for it (layout and page setup empty) and shows its row.
-/// Returns the new entry, or null when the path has no folder or no name.
+/// Why a row for `fullPath` cannot be added, in French; empty when it can.
+/// The path needs a folder and a name, must be one the list file holds, and
+/// the list must have room.
+std::string DrawingRowProblem(const Session& session, std::string_view fullPath);
+
+/// Splits `fullPath` into folder and name and, when DrawingRowProblem finds
+/// nothing, appends an entry for it (layout and page setup empty) and shows
+/// its row. Returns the new entry, or null when the row cannot be added.
 BatchEntry* AddDrawingToList(Session& session, std::string_view fullPath);
 
 /// Removes the entries at the 1-based `selected` positions. Two or more ask

@@ -1,12 +1,8 @@
 #include "batch/list_file.h"
 
-#include <cerrno>
 #include <charconv>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <limits>
+#include <new>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -14,7 +10,9 @@
 #include "batch/list_line.h"
 #include "batch/session.h"
 #include "log/output_file.h"
+#include "log/regular_file.h"
 #include "res/string_ids.h"
+#include "res/string_table.h"
 #include "text/strings.h"
 #include "text/windows1252.h"
 
@@ -164,28 +162,15 @@ std::string CurrentWinSize(Session& session) {
   return FormatWinSize(toInt16(session.Host->Width()), toInt16(session.Host->Height()));
 }
 
-bool ReadWholeFile(const std::string& path, std::string& bytes, std::string& reason) {
-  std::error_code ec;
-  if (std::filesystem::is_directory(path, ec)) {
-    reason = std::strerror(EISDIR);
-    return false;
-  }
-  try {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-      reason = std::strerror(errno);
-      return false;
-    }
-    bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    if (in.bad()) {
-      reason = std::strerror(errno);
-      return false;
-    }
-  } catch (const std::exception& e) {
-    reason = e.what();
-    return false;
-  }
-  return true;
+// A whole number beyond the 16-bit range of a count.
+bool IsLargeCount(const ListValue& value) {
+  const std::string text = ValueAsText(value);
+  const std::string_view digits = TrimSpaces(text);
+  long long n = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), n);
+  return error == std::errc::result_out_of_range ||
+         (error == std::errc() && end == digits.data() + digits.size() &&
+          n > BatchList::kMaxEntries);
 }
 
 // Applies one key and value to the session; false when the value has the
@@ -201,7 +186,9 @@ class ListReader {
     if (StartsWithIgnoreCase(key, kEntryPrefix)) return ApplyEntryLine(key, value);
     if (EqualsIgnoreCase(key, kNumFiles)) {
       const auto count = ValueAsInteger(value);
-      if (!count || *count < 0 || base_ + *count > BatchList::kMaxEntries) return false;
+      if (!count) return IsLargeCount(value) ? TooMany() : false;
+      if (*count < 0) return false;
+      if (base_ + *count > BatchList::kMaxEntries) return TooMany();
       session_.List.Resize(base_ + *count);
       return true;
     }
@@ -231,7 +218,7 @@ class ListReader {
     // Without a number the line names no entry and is skipped.
     if (digits == 0 || number == 0) return true;
     number += base_;
-    if (number > BatchList::kMaxEntries) return false;
+    if (number > BatchList::kMaxEntries) return TooMany();
     if (number > session_.List.EntryCount()) session_.List.Resize(static_cast<int>(number));
     const std::string_view fieldName = rest.substr(digits);
     BatchEntry& entry = session_.List.Entry(static_cast<int>(number));
@@ -241,9 +228,20 @@ class ListReader {
     return true;
   }
 
+  bool TooMany() {
+    tooMany_ = true;
+    return false;
+  }
+
+ public:
+  /// Whether the last refused line asked for more entries than a list holds.
+  bool tooMany() const { return tooMany_; }
+
+ private:
   Session& session_;
   bool append_;
   int base_;
+  bool tooMany_ = false;
 };
 
 }  // namespace
@@ -261,18 +259,21 @@ int MessageIdFor(ListFileStatus status) {
       return ids::kListFileSaveProblem;
     case ListFileStatus::EmptyList:
       return ids::kEmptyList;
+    case ListFileStatus::TooManyEntries:
+      return ids::kListTooManyEntries;
   }
   return 0;
 }
 
 ListFileResult ReadListFile(Session& session, const std::string& path, bool append) {
   ListFileResult result;
-  std::string bytes;
-  if (!ReadWholeFile(path, bytes, result.reason)) {
+  RegularFileRead file = ReadRegularFile(path, kTextInputLimit);
+  if (!file.ok) {
     result.status = ListFileStatus::CannotOpen;
+    result.reason = std::move(file.reason);
     return result;
   }
-  std::string_view raw = bytes;
+  std::string_view raw = file.bytes;
   constexpr std::string_view kUtf8Bom = "\xEF\xBB\xBF";
   if (raw.starts_with(kUtf8Bom)) raw.remove_prefix(kUtf8Bom.size());
   const std::string text = IsValidUtf8(raw) ? std::string(raw) : Windows1252ToUtf8(raw);
@@ -292,7 +293,7 @@ ListFileResult ReadListFile(Session& session, const std::string& path, bool appe
     if (line.find_first_not_of(" \t") == std::string_view::npos) continue;
     const auto parsed = ParseListLine(line);
     if (!parsed || !reader.Apply(*parsed)) {
-      result.status = ListFileStatus::Malformed;
+      result.status = reader.tooMany() ? ListFileStatus::TooManyEntries : ListFileStatus::Malformed;
       result.line = lines.number();
       return result;
     }
@@ -334,6 +335,8 @@ ListFileResult WriteListFile(Session& session, const std::string& path) {
   std::string bytes;
   try {
     bytes = FormatListFile(session, path, CurrentWinSize(session));
+  } catch (const std::bad_alloc&) {
+    return fail(LoadResourceText(ids::kOutOfMemory));
   } catch (const std::exception& e) {
     return fail(e.what());
   }

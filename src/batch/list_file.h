@@ -19,18 +19,19 @@ enum class ListFileStatus {
   CannotOpen,      ///< the file could not be opened or read
   CannotWrite,     ///< the file could not be written; the previous file is intact
   EmptyList,       ///< a list without entries is never written
+  TooManyEntries,  ///< the file names more entries than a list holds
 };
 
 struct ListFileResult {
   ListFileStatus status = ListFileStatus::Done;
-  int line = 0;        ///< the line at fault (1-based), for Malformed
+  int line = 0;        ///< the line at fault (1-based), for Malformed and TooManyEntries
   std::string reason;  ///< the system's description, for CannotOpen and CannotWrite
 
   bool ok() const { return status == ListFileStatus::Done; }
 };
 
-/// The string-table id of the message that goes with a result (89, 91, 92 or
-/// 98), or 0 for Done.
+/// The string-table id of the message that goes with a result (89, 91, 92,
+/// 98 or the list's limit), or 0 for Done.
 int MessageIdFor(ListFileStatus status);
 
 /// Reads `path` into the session. With append false the log settings, the

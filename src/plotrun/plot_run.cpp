@@ -1,5 +1,7 @@
 #include "plotrun/plot_run.h"
 
+#include <new>
+
 #include "batch/list_row.h"
 #include "host/error.h"
 #include "log/log_file.h"
@@ -38,6 +40,7 @@ class Run {
   void ReportLogs();
   bool CountPlots();
   void PlotRow(int row);
+  void PlotRowOrFail(int row);
   bool ReadExternalSetup(const NpsInfo& nps);
   void PlotAllLayouts(int row, const BatchEntry& entry, bool planFound);
   void OpenFailed(const OpenResult& open, const std::string& fileName);
@@ -81,7 +84,7 @@ void Run::PlotAll() {
     }
     if (services_.observer) services_.observer->RowsCleared();
     const int count = session_.List.EntryCount();
-    for (int row = 1; row <= count && !result_.cancelled; ++row) PlotRow(row);
+    for (int row = 1; row <= count && !result_.cancelled; ++row) PlotRowOrFail(row);
     if (result_.cancelled) result_.endedEarly = true;
     host_.App().ActiveDocument()->GetPlot()->SetSheafworkProgress(false);
   } catch (const host::Error& error) {
@@ -193,6 +196,21 @@ void Run::PlotRow(int row) {
     MarkEntryFailed(row, entry);
   }
   host_.CloseDrawing(entry.FileName);
+}
+
+// A row that runs out of memory fails with its reason; the memory it held is
+// given back as the exception unwinds, and the run goes on.
+void Run::PlotRowOrFail(int row) {
+  try {
+    PlotRow(row);
+  } catch (const std::bad_alloc&) {
+    const std::string& fileName = session_.List.Entry(row).FileName;
+    logs_.errorLog.WriteLogLine(LoadResourceText(ids::kPlotFailed) + fileName + " : " +
+                                LoadResourceText(ids::kOutOfMemory));
+    ++result_.failed;
+    if (services_.observer) services_.observer->RowFinished(row, RowStatus::Failed);
+    host_.CloseDrawing(fileName);
+  }
 }
 
 void Run::PlotAllLayouts(int row, const BatchEntry& entry, bool planFound) {

@@ -17,6 +17,7 @@
 #include "ui/dialog_parts.h"
 #include "ui/help.h"
 #include "ui/icons.h"
+#include "ui/list_value_check.h"
 
 namespace sheafwork::ui {
 
@@ -149,6 +150,7 @@ void DevicesDialog::accept() {
     return;
   }
   const std::string device = S(chosen.front()->text());
+  if (!AcceptListValue(prompt_, ListField::Device, device, list_)) return;
   for (int n : CachedSelection(session_)) session_.List.Entry(n).PlotDevice = device;
   QDialog::accept();
 }

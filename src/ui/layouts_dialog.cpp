@@ -18,6 +18,7 @@
 #include "ui/drawing_reader.h"
 #include "ui/help.h"
 #include "ui/icons.h"
+#include "ui/list_value_check.h"
 
 namespace sheafwork::ui {
 
@@ -28,7 +29,7 @@ std::vector<std::string> CommonLayoutChoices() {
 
 LayoutsSingleDialog::LayoutsSingleDialog(Session& session, int row, HostSession* host,
                                          Prompt& prompt, HelpViewer* help, QWidget* parent)
-    : QDialog(parent), session_(session), row_(row) {
+    : QDialog(parent), session_(session), prompt_(prompt), row_(row) {
   const BatchEntry& entry = session_.List.Entry(row_);
   setObjectName(QStringLiteral("frmLayoutsSingle"));
   setWindowTitle(Res(ids::kLayoutsTitle) + Q(FileNameFromPath(entry.FileName)));
@@ -129,19 +130,22 @@ void LayoutsSingleDialog::Fill() {
 }
 
 void LayoutsSingleDialog::accept() {
-  BatchEntry& entry = session_.List.Entry(row_);
+  std::string layout;
   if (all_->isChecked()) {
-    entry.Layout = LoadResourceText(ids::kLayoutAll);
+    layout = LoadResourceText(ids::kLayoutAll);
   } else if (QListWidgetItem* item = list_->currentItem()) {
-    entry.Layout = S(item->data(Qt::UserRole).toString());
+    layout = S(item->data(Qt::UserRole).toString());
   } else {
     return;  // nothing chosen: the dialog stays open
   }
+  if (!AcceptListValue(prompt_, ListField::Layout, layout, list_)) return;
+  session_.List.Entry(row_).Layout = layout;
   QDialog::accept();
 }
 
-LayoutsMultiDialog::LayoutsMultiDialog(Session& session, HelpViewer* help, QWidget* parent)
-    : QDialog(parent), session_(session) {
+LayoutsMultiDialog::LayoutsMultiDialog(Session& session, Prompt& prompt, HelpViewer* help,
+                                       QWidget* parent)
+    : QDialog(parent), session_(session), prompt_(prompt) {
   setObjectName(QStringLiteral("frmLayoutsMulti"));
   setWindowTitle(Res(ids::kLayoutsMultiTitle));
   setWindowIcon(MakeIcon(IconId::Layouts));
@@ -197,6 +201,7 @@ void LayoutsMultiDialog::accept() {
     QDialog::reject();  // nothing chosen: the rows keep their layouts
     return;
   }
+  if (!AcceptListValue(prompt_, ListField::Layout, layout, choice_)) return;
   for (int n : CachedSelection(session_)) session_.List.Entry(n).Layout = layout;
   QDialog::accept();
 }

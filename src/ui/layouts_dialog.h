@@ -31,6 +31,7 @@ class LayoutsSingleDialog : public QDialog {
   void Fill();
 
   Session& session_;
+  Prompt& prompt_;
   int row_;
   std::vector<std::string> drawingLayouts_;  ///< the drawing's paper-space layouts
   QRadioButton* all_ = nullptr;
@@ -44,11 +45,12 @@ class LayoutsMultiDialog : public QDialog {
 
  public:
   /// Edits every row of the session's selection cache.
-  LayoutsMultiDialog(Session& session, HelpViewer* help, QWidget* parent = nullptr);
+  LayoutsMultiDialog(Session& session, Prompt& prompt, HelpViewer* help, QWidget* parent = nullptr);
   void accept() override;
 
  private:
   Session& session_;
+  Prompt& prompt_;
   QComboBox* choice_ = nullptr;
 };
 

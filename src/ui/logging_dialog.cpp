@@ -13,6 +13,7 @@
 #include "res/string_table.h"
 #include "ui/dialog_parts.h"
 #include "ui/help.h"
+#include "ui/list_value_check.h"
 
 namespace sheafwork::ui {
 
@@ -146,6 +147,21 @@ void LoggingDialog::accept() {
   if (error_.enable->isChecked() && !IsValidFileName(S(error_.name->text()))) {
     refuse(ids::kErrorLogNameNotValid);
     error_.name->setFocus();
+    return;
+  }
+  // Only the values of a log that is on are kept.
+  if (journal_.enable->isChecked() &&
+      !(AcceptListValue(prompt_, ListField::JournalFile, S(journal_.name->text()), journal_.name) &&
+        AcceptListValue(prompt_, ListField::JournalHeader, S(journal_.header->text()),
+                        journal_.header) &&
+        AcceptListValue(prompt_, ListField::JournalComment, S(journal_.user->text()),
+                        journal_.user))) {
+    return;
+  }
+  if (error_.enable->isChecked() &&
+      !(AcceptListValue(prompt_, ListField::ErrorFile, S(error_.name->text()), error_.name) &&
+        AcceptListValue(prompt_, ListField::ErrorHeader, S(error_.header->text()),
+                        error_.header))) {
     return;
   }
   settings_.JournalLogOn = journal_.enable->isChecked();

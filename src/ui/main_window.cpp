@@ -416,7 +416,7 @@ void MainWindow::AddFiles(const QStringList& paths) {
     const QFileInfo info(path);
     if (!info.isFile()) continue;
     if (IsDrawingFile(S(path))) {
-      changed |= AddDrawingToList(session, S(info.absoluteFilePath())) != nullptr;
+      changed |= AddDrawing(S(info.absoluteFilePath()));
     } else if (EndsWithIgnoreCase(S(path), "qx3")) {
       if (session.List.Empty() && session.ListName.empty() && !changed) {
         LoadListFile(session, *ctx_.prompt, S(info.absoluteFilePath()));
@@ -438,9 +438,19 @@ void MainWindow::AddDrawings() {
     chosen.push_back(*name);
   }
   for (const std::string& name : chosen) {
-    if (IsDrawingFile(name)) AddDrawingToList(*ctx_.session, name);
+    if (IsDrawingFile(name)) AddDrawing(name);
   }
   Refresh();
+}
+
+bool MainWindow::AddDrawing(const std::string& path) {
+  const std::string problem = DrawingRowProblem(*ctx_.session, path);
+  if (!problem.empty()) {
+    ctx_.prompt->Ask({path + " : " + problem, LoadResourceText(ids::kErrorTitle),
+                      PromptIcon::Exclamation, PromptButtons::Ok});
+    return false;
+  }
+  return AddDrawingToList(*ctx_.session, path) != nullptr;
 }
 
 void MainWindow::RemoveSelected() {
@@ -568,7 +578,7 @@ void MainWindow::Layouts() {
                                this);
     if (dialog.exec() == QDialog::Accepted) AfterEdit();
   } else {
-    LayoutsMultiDialog dialog(*ctx_.session, ctx_.help, this);
+    LayoutsMultiDialog dialog(*ctx_.session, *ctx_.prompt, ctx_.help, this);
     if (dialog.exec() == QDialog::Accepted) AfterEdit();
   }
 }

@@ -3,6 +3,7 @@
 // the session. Every command runs the core's operation on the session.
 #include <QMainWindow>
 #include <QMap>
+#include <string>
 #include <vector>
 
 #include "ui/ui_context.h"
@@ -78,6 +79,8 @@ class MainWindow : public QMainWindow {
   void closeEvent(QCloseEvent* event) override;
 
  private:
+  /// Adds a row for `path`, or names on screen why it cannot be added.
+  bool AddDrawing(const std::string& path);
   QAction* AddCommand(const QString& name, int captionId, int tipId, int icon, QKeySequence key);
   void BuildMenus();
   void BuildToolbar();

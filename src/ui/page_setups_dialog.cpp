@@ -15,6 +15,7 @@
 #include "ui/drawing_reader.h"
 #include "ui/help.h"
 #include "ui/icons.h"
+#include "ui/list_value_check.h"
 
 namespace sheafwork::ui {
 
@@ -120,6 +121,7 @@ void PageSetupsDialog::accept() {
   const std::string name = S(item->text());
   // A page setup of another drawing is written as "drawing|name".
   const std::string value = IsDefaultPageSetup(name) || !external_ ? name : source_ + "|" + name;
+  if (!AcceptListValue(prompt_, ListField::PageSetup, value, list_)) return;
   for (int n : CachedSelection(session_)) session_.List.Entry(n).PlotSetup = value;
   QDialog::accept();
 }

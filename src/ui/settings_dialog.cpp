@@ -26,6 +26,7 @@
 #include "ui/dialog_parts.h"
 #include "ui/help.h"
 #include "ui/icons.h"
+#include "ui/list_value_check.h"
 
 namespace sheafwork::ui {
 namespace {
@@ -502,6 +503,11 @@ void SettingsDialog::accept() {
       if (!layers.empty()) layers += ' ';
       layers += name + (item->data(1, Qt::UserRole).toBool() ? " 1" : " 0");
     }
+  }
+  if ((area && !AcceptListValue(prompt_, ListField::PlotArea, *area)) ||
+      (fileTouched_ && !AcceptListValue(prompt_, ListField::PlotFile, file, fileName_)) ||
+      (single && layersTouched_ && !AcceptListValue(prompt_, ListField::Layers, layers))) {
+    return;
   }
   for (int n : rows_) {
     BatchEntry& entry = session_.List.Entry(n);

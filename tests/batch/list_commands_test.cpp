@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 #include "batch/list_commands.h"
 #include "batch/list_file.h"
 #include "batch/session.h"
 #include "fakes/scripted_prompt.h"
 #include "fakes/temp_folder.h"
+#include "res/string_ids.h"
 #include "res/string_table.h"
 
 namespace sheafwork {
@@ -110,6 +113,24 @@ TEST_F(ListCommandsTest, ANewListWhoseSaveFailsIsNotStarted) {
   prompt.ThenChoose(folder.File("empty.qx3"));
   EXPECT_FALSE(SaveList(session, prompt));
   EXPECT_EQ(prompt.messages.back().text, LoadResourceText(89));
+}
+
+// A full list takes no further row, and says its limit in French.
+TEST_F(ListCommandsTest, AFullListRefusesARowNamingTheLimit) {
+  Session s("/logs");
+  s.List.Resize(BatchList::kMaxEntries);
+  EXPECT_EQ(DrawingRowProblem(s, "/p/a.dwg"), LoadResourceText(ids::kListTooManyEntries));
+  EXPECT_EQ(AddDrawingToList(s, "/p/a.dwg"), nullptr);
+  EXPECT_EQ(s.List.EntryCount(), BatchList::kMaxEntries);
+  try {
+    s.List.Append();
+    ADD_FAILURE() << "a full list grew";
+  } catch (const std::length_error& error) {
+    EXPECT_EQ(error.what(), LoadResourceText(ids::kListTooManyEntries));
+  }
+  s.List.Remove(1);
+  EXPECT_EQ(DrawingRowProblem(s, "/p/a.dwg"), "");
+  EXPECT_NE(AddDrawingToList(s, "/p/a.dwg"), nullptr);
 }
 
 }  // namespace

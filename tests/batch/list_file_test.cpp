@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <stdexcept>
+#include <utility>
 
 #include "batch/list_file.h"
 #include "batch/session.h"
@@ -114,13 +115,20 @@ TEST_F(ListFileTest, RefusesAWrongFirstLineWithoutChangingAnything) {
 }
 
 TEST_F(ListFileTest, StopsAtAMalformedLineKeepingWhatCameBefore) {
-  for (const char* bad :
-       {"\"NO VALUE\"", "\"BATCH JOURNAL LOG ON?\",\"perhaps\"", "\"DWG#1SCALELW\",\"x\"",
-        "\"BATCH NUM FILES\",-1", "\"DWG#40000LAYOUT\",\"x\""}) {
+  // A line naming more entries than a list holds says so.
+  const std::pair<const char*, ListFileStatus> cases[] = {
+      {"\"NO VALUE\"", ListFileStatus::Malformed},
+      {"\"BATCH JOURNAL LOG ON?\",\"perhaps\"", ListFileStatus::Malformed},
+      {"\"DWG#1SCALELW\",\"x\"", ListFileStatus::Malformed},
+      {"\"BATCH NUM FILES\",-1", ListFileStatus::Malformed},
+      {"\"DWG#40000LAYOUT\",\"x\"", ListFileStatus::TooManyEntries},
+      {"\"BATCH NUM FILES\",32768", ListFileStatus::TooManyEntries},
+  };
+  for (const auto& [bad, status] : cases) {
     Session s("/logs");
     const auto result = Read(s, std::string(kMagic) + "\"DWG#1FILENAME\",\"/a.dwg\"\r\n" + bad +
                                     "\r\n\"DWG#2FILENAME\",\"/b.dwg\"\r\n");
-    EXPECT_EQ(result.status, ListFileStatus::Malformed) << bad;
+    EXPECT_EQ(result.status, status) << bad;
     EXPECT_EQ(result.line, 3) << bad;
     ASSERT_EQ(s.List.EntryCount(), 1) << bad;
   }

@@ -216,6 +216,35 @@ TEST_F(PlotCommand, AFailingRowIsLoggedAndTheRunGoesOn) {
   EXPECT_EQ(testing::PdfPageSizes(out_ + "/" + pdfs[0]).size(), 1u);
 }
 
+// A layout whose plot style table is missing or cut short fails its row,
+// named on stderr with the table and the fault; the other rows plot.
+TEST_F(PlotCommand, ALayoutWhosePlotStyleTableCannotBeReadFailsItsRow) {
+  // Written by ezdxf: tests/data/dxf/plot-styles/make_drawings.py.
+  const std::string data = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/";
+  const std::string drawing = data + "dxf/plot-styles/tables.dxf";
+  const std::string tables = folder_.File("xdg/sheafwork/plotstyles");
+  std::filesystem::create_directories(tables);
+  std::filesystem::copy_file(data + "plotstyle/broken/truncated.ctb", tables + "/truncated.ctb");
+  AddRow(drawing, " --layout Monochrome --plot-file " + Quoted(Out("mono.pdf")));
+  AddRow(drawing, " --layout Absente --plot-file " + Quoted(Out("absente.pdf")));
+  AddRow(drawing, " --layout Tronquee --plot-file " + Quoted(Out("tronquee.pdf")));
+  SetLogs();
+
+  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
+  EXPECT_EQ(run.status, 1) << run.err;
+  EXPECT_NE(run.err.find("Table de styles de tracé introuvable : absente.ctb"), std::string::npos)
+      << run.err;
+  EXPECT_NE(run.err.find("truncated.ctb : données compressées tronquées"), std::string::npos)
+      << run.err;
+  const std::vector<std::string> errors = testing::ReadLogLines(errors_);
+  EXPECT_EQ(std::count(errors.begin(), errors.end(), LoadResourceText(ids::kPlotFailed) + drawing),
+            2)
+      << testing::TempFolder::Read(errors_);
+  EXPECT_FALSE(PlotOutput(Out("mono.pdf")).empty());
+  EXPECT_TRUE(PlotOutput(Out("absente.pdf")).empty());
+  EXPECT_TRUE(PlotOutput(Out("tronquee.pdf")).empty());
+}
+
 // Qt cannot start with a platform plugin that does not exist: a PDF plot
 // must not need it, TrueType text (drawn and searchable) included.
 TEST_F(PlotCommand, APdfPlotDoesNotStartQt) {

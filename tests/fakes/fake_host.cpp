@@ -4,6 +4,7 @@
 #include <charconv>
 #include <filesystem>
 #include <functional>
+#include <new>
 #include <stdexcept>
 #include <type_traits>
 
@@ -615,6 +616,10 @@ void FakeHost::FailOn(const std::string& rule, host::Error error, int afterSucce
   failures_.push_back({rule, std::move(error), afterSuccesses});
 }
 
+void FakeHost::RunOutOfMemoryOn(const std::string& rule) {
+  failures_.push_back({rule, host::Error(0, {}), 0, true});
+}
+
 void FakeHost::CancelAtPoll(int poll) { cancelAtPoll_ = poll; }
 
 std::vector<std::string> FakeHost::Calls(std::string_view filter) const {
@@ -638,6 +643,7 @@ void FakeHost::Record(const std::string& object, const std::string& member,
       --failure.remaining;
       continue;
     }
+    if (failure.outOfMemory) throw std::bad_alloc();
     throw failure.error;
   }
 }

@@ -155,6 +155,9 @@ class FakeHost {
   /// matching calls went through.
   void FailOn(const std::string& rule, host::Error error = host::Error(-2147467259, "Échec simulé"),
               int afterSuccesses = 0);
+  /// Calls matching `rule` as for FailOn throw std::bad_alloc, as when the
+  /// memory runs out.
+  void RunOutOfMemoryOn(const std::string& rule);
   /// The `poll`-th read (counted from 1) of SheafworkProgress, and every
   /// later one, returns false.
   void CancelAtPoll(int poll);
@@ -200,6 +203,7 @@ class FakeHost {
     std::string rule;
     host::Error error;
     int remaining;  ///< successes still let through
+    bool outOfMemory = false;
   };
 
   TempFolder folder_;

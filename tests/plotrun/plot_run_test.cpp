@@ -1,6 +1,7 @@
 #include <filesystem>
 
 #include "plot_run_fixture.h"
+#include "res/string_ids.h"
 
 namespace sheafwork {
 namespace {
@@ -219,6 +220,23 @@ TEST_F(PlotAllEntriesTest, AHostFailureOutsideAPlotLosesTheRowNotTheRun) {
   EXPECT_EQ(result.failed, 2);
   EXPECT_THAT(Errors(), ElementsAre("ERREUR: #-5, Traceur occupé", Text(122) + plan.path,
                                     "ERREUR: #-5, Traceur occupé", Text(122) + plan.path));
+}
+
+// Memory that runs out in one row fails that row with a French line; the
+// run goes on with the next.
+TEST_F(PlotAllEntriesTest, ARowThatRunsOutOfMemoryFailsAndTheRunGoesOn) {
+  const auto& plan = Drawing("Plan.dwg", {"Vue A"});
+  const auto& big = Drawing("Enorme.dwg", {"Vue A"});
+  Row(big, "Vue A");
+  Row(plan, "Vue A");
+  host.RunOutOfMemoryOn("Plot(Enorme.dwg).PlotToDevice");
+  const RunResult result = Run();
+  EXPECT_EQ(result.failed, 1);
+  EXPECT_EQ(result.plotted, 1);
+  EXPECT_THAT(Errors(), ElementsAre(Text(122) + big.path + " : " + Text(ids::kOutOfMemory)));
+  EXPECT_THAT(observer.events,
+              ElementsAre("cleared", "start 1/2", "1 failed", "start 2/2", "2 plotted"));
+  EXPECT_THAT(Sheets(), ElementsAre("Plan.dwg|Vue A|"));
 }
 
 }  // namespace

@@ -111,6 +111,56 @@ class DialogsTest : public QObject {
     QTest::newRow("255 characters") << true << longName.chopped(1) << false << "" << 0;
   }
 
+  // Values the list file cannot hold: the dialog names the field and stays
+  // open, the settings untouched; a shown text is kept after a warning.
+  void loggingOkRefusesValuesTheListFileCannotHold() {
+    QFETCH(QString, name);
+    QFETCH(QString, header);
+    QFETCH(QString, comment);
+    QFETCH(int, field);
+    QFETCH(int, reason);
+    LogSettings log = SomeSettings();
+    const LogSettings before = log;
+    ScriptedPrompt prompt;
+    ui::LoggingDialog dialog(log, prompt, nullptr);
+    Child<QCheckBox>(dialog, "chkJournalEnable")->setChecked(true);
+    SetText(dialog, "txtJournalFilename", ui::S(name));
+    SetText(dialog, "txtJournalHeader", ui::S(header));
+    SetText(dialog, "txtJournalUser", ui::S(comment));
+    Child<QPushButton>(dialog, "cmdJournalOK")->click();
+    QCOMPARE(prompt.messages.size(), std::size_t{1});
+    QCOMPARE(prompt.messages[0].text, LoadResourceText(field) + " : " + LoadResourceText(reason));
+    if (reason != ids::kValueKeptWithMarks) {
+      QCOMPARE(dialog.result(), int(QDialog::Rejected));
+      QVERIFY(log == before);
+      return;
+    }
+    QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    QCOMPARE(QString::fromStdString(log.JournalUserComment), comment);
+  }
+
+  void loggingOkRefusesValuesTheListFileCannotHold_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("header");
+    QTest::addColumn<QString>("comment");
+    QTest::addColumn<int>("field");
+    QTest::addColumn<int>("reason");
+    QTest::newRow("line break in the header")
+        << "/tmp/j.log"
+        << "un\ndeux"
+        << "" << ids::kFieldJournalHeader << ids::kValueHasLineBreak;
+    QTest::newRow("name outside the code page")
+        << QString::fromUtf8("/tmp/\u65e5.log") << ""
+        << "" << ids::kFieldJournalFile << ids::kValueNotWindows1252;
+    QTest::newRow("quote in the name") << "/tmp/\"j\".log"
+                                       << ""
+                                       << "" << ids::kFieldJournalFile << ids::kValueHasQuote;
+    QTest::newRow("comment outside the code page: kept")
+        << "/tmp/j.log"
+        << "" << QString::fromUtf8("Nord \u5317") << ids::kFieldJournalComment
+        << ids::kValueKeptWithMarks;
+  }
+
   void loggingOkValidatesOnlyTheGroupsSwitchedOn() {
     QFETCH(bool, journalOn);
     QFETCH(QString, journalName);

@@ -95,7 +95,7 @@ class EditingDialogsTest : public QObject {
     world.session.List.Entry(1).Layout = "Toutes les présentations";
     world.session.List.Entry(3).Layout = "Toutes les présentations";
     Select(world.session, {1, 3});
-    ui::LayoutsMultiDialog same(world.session, nullptr);
+    ui::LayoutsMultiDialog same(world.session, world.prompt, nullptr);
     auto* choice = Child<QComboBox>(same, "cboLayouts");
     QCOMPARE(choice->currentText(), QStringLiteral("Toutes les présentations"));
     QCOMPARE(choice->count(), 4);
@@ -106,7 +106,7 @@ class EditingDialogsTest : public QObject {
     QCOMPARE(world.session.List.Entry(3).Layout, "Onglet Objet");
 
     Select(world.session, {1, 2});
-    ui::LayoutsMultiDialog differ(world.session, nullptr);
+    ui::LayoutsMultiDialog differ(world.session, world.prompt, nullptr);
     QCOMPARE(Child<QComboBox>(differ, "cboLayouts")->currentText(), QString());
     differ.accept();  // left empty: nothing changes
     QCOMPARE(world.session.List.Entry(2).Layout, "");

@@ -195,7 +195,7 @@ int main(int argc, char** argv) {
   layouts.close();
 
   world.session.Selection.SelectCountCache(std::vector<int>{1, 2, 5});
-  ui::LayoutsMultiDialog layoutsMulti(world.session, &help, &window);
+  ui::LayoutsMultiDialog layoutsMulti(world.session, world.prompt, &help, &window);
   Save(layoutsMulti, "07-presentations-multiples");
   layoutsMulti.close();
 

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <new>
 #include <system_error>
 
 #include "embedded/automation/default_seams.h"
@@ -150,6 +151,8 @@ Drawing HostCore::ReadFile(const std::string& path) {
     return options.reader(path);
   } catch (const host::Error&) {
     throw;
+  } catch (const std::bad_alloc&) {
+    throw host::Error(msg::kBadDrawing, msg::OutOfMemoryReading(path));
   } catch (const std::exception& error) {
     throw host::Error(msg::kBadDrawing, error.what());
   }

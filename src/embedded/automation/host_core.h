@@ -5,6 +5,7 @@
 
 #include <map>
 #include <memory>
+#include <new>
 #include <optional>
 #include <set>
 #include <string>
@@ -130,6 +131,8 @@ auto Guarded(const HostCore& core, Body&& body) -> decltype(body()) {
     throw host::Error(host_messages::kBadDrawing, error.what());
   } catch (const PlotError& error) {
     throw host::Error(host_messages::kInternal, error.what());
+  } catch (const std::bad_alloc&) {
+    throw host::Error(host_messages::kInternal, host_messages::OutOfMemory());
   } catch (const std::exception& error) {
     throw host::Error(host_messages::kInternal, host_messages::Internal(error.what()));
   }

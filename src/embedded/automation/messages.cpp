@@ -112,6 +112,12 @@ std::string BadCopies(int copies) {
 
 std::string Internal(std::string_view what) { return "erreur interne de l'hôte : " + S(what); }
 
+std::string OutOfMemory() { return "mémoire insuffisante"; }
+
+std::string OutOfMemoryReading(std::string_view path) {
+  return "mémoire insuffisante pour lire le dessin " + S(path);
+}
+
 std::string DeviceNotFound(std::string_view name) {
   return "périphérique de traçage introuvable : " + S(name);
 }
@@ -164,16 +170,8 @@ std::string UndrawnEntities(std::string_view drawing, std::string_view layout,
          S(drawing) + ", présentation " + S(layout) + ")";
 }
 
-std::string PlotStyleNotFound(std::string_view drawing, std::string_view layout,
-                              std::string_view table) {
-  return "Table de styles de tracé introuvable : " + S(table) + " (dessin " + S(drawing) +
-         ", présentation " + S(layout) + ") ; tracé sans table";
-}
-
-std::string PlotStyleUnreadable(std::string_view drawing, std::string_view layout,
-                                std::string_view reason) {
-  return S(reason) + " (dessin " + S(drawing) + ", présentation " + S(layout) +
-         ") ; tracé sans table";
+std::string PlotStyleNotFound(std::string_view table) {
+  return "Table de styles de tracé introuvable : " + S(table);
 }
 
 std::string NamedPlotStylesIgnored(std::string_view drawing, std::string_view layout,

@@ -52,6 +52,8 @@ std::string OutOfRange(std::string_view what, int value, int min, int max);
 std::string BadCustomScale();
 std::string BadCopies(int copies);
 std::string Internal(std::string_view what);
+std::string OutOfMemory();
+std::string OutOfMemoryReading(std::string_view path);
 
 // Reasons a plot fails, for the host's log.
 std::string DeviceNotFound(std::string_view name);
@@ -74,11 +76,9 @@ std::string DefaultPaperUsed(std::string_view drawing, std::string_view layout,
                              std::string_view paper);
 /// A printer's output as the log names it.
 std::string PrinterOutput(std::string_view printer);
+/// A layout's plot style table found nowhere (the plot fails).
+std::string PlotStyleNotFound(std::string_view table);
 // A layout's plot style table that the plot goes on without.
-std::string PlotStyleNotFound(std::string_view drawing, std::string_view layout,
-                              std::string_view table);
-std::string PlotStyleUnreadable(std::string_view drawing, std::string_view layout,
-                                std::string_view reason);
 std::string NamedPlotStylesIgnored(std::string_view drawing, std::string_view layout,
                                    std::string_view table);
 

@@ -1,6 +1,7 @@
 // The plot object of a document: batch mode and plotting the active layout.
 
 #include <filesystem>
+#include <new>
 #include <system_error>
 
 #include "embedded/automation/objects.h"
@@ -9,6 +10,7 @@
 #include "embedded/automation/sheet_paper.h"
 #include "embedded/automation/variables.h"
 #include "embedded/model/undrawn.h"
+#include "embedded/plotstyle/plot_style_file.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
@@ -202,9 +204,15 @@ class PlotObject : public host::Plot {
       output = msg::PrinterOutput(job.printerName);
     }
 
-    job.plotStyles = LayoutPlotStyles(*core_, doc, layoutName, job.settings);
+    try {
+      job.plotStyles = LayoutPlotStyles(*core_, doc, layoutName, job.settings);
+    } catch (const PlotStyleError& error) {
+      return fail(error.what());
+    }
     try {
       core_->options.plotter(job);
+    } catch (const std::bad_alloc&) {
+      return fail(msg::OutOfMemory());
     } catch (const std::exception& error) {
       return fail(error.what());
     }

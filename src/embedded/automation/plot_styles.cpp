@@ -13,20 +13,16 @@ std::shared_ptr<const PlotStyleTable> LayoutPlotStyles(HostCore& core, const Doc
                                                        const PlotSettings& settings) {
   const std::string& name = settings.styleSheet;
   if (!settings.Has(kPlotPlotStyles) || name.empty()) return nullptr;
-  const auto note = [&](const std::string& line) {
-    core.WriteLog(HostLogFile(core, doc), line);
-    return nullptr;
-  };
   if (IsNamedPlotStyleTable(name)) {
-    return note(msg::NamedPlotStylesIgnored(doc.fullName, layoutName, name));
+    core.WriteLog(HostLogFile(core, doc),
+                  msg::NamedPlotStylesIgnored(doc.fullName, layoutName, name));
+    return nullptr;
   }
+  // A table named but missing or unreadable fails the plot: without it a
+  // layout set up for monochrome would come out in colour.
   const auto path = FindPlotStyleFile(name, core.plotStylePath);
-  if (!path) return note(msg::PlotStyleNotFound(doc.fullName, layoutName, name));
-  try {
-    return std::make_shared<const PlotStyleTable>(ReadPlotStyleFile(*path));
-  } catch (const PlotStyleError& error) {
-    return note(msg::PlotStyleUnreadable(doc.fullName, layoutName, error.what()));
-  }
+  if (!path) throw PlotStyleError(msg::PlotStyleNotFound(name));
+  return std::make_shared<const PlotStyleTable>(ReadPlotStyleFile(*path));
 }
 
 }  // namespace sheafwork::embedded

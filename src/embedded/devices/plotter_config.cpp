@@ -4,13 +4,13 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstring>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <set>
+#include <string>
+#include <unordered_set>
 
 #include "embedded/devices/messages.h"
+#include "log/regular_file.h"
 #include "text/paper_names.h"
 #include "text/windows1252.h"
 
@@ -192,7 +192,9 @@ class Parser {
       paper.marginRight = margins[2];
       paper.marginTop = margins[3];
     }
-    if (config_.FindPaper(paper.name)) Fail(number, msg::RepeatedPaper(paper.name));
+    // A set of the names so far: looking each new one up among the papers
+    // made a file of many papers take quadratic time.
+    if (!paperNames_.insert(paper.name).second) Fail(number, msg::RepeatedPaper(paper.name));
     config_.papers.push_back(std::move(paper));
   }
 
@@ -216,6 +218,7 @@ class Parser {
   const std::string& file_;
   PlotterConfig config_;
   std::set<std::string> seen_;
+  std::unordered_set<std::string> paperNames_;
   int defaultPaperLine_ = 0;
 };
 
@@ -279,11 +282,9 @@ PlotterConfig ParsePlotterConfig(std::string_view text, const std::string& fileN
 }
 
 PlotterConfig ReadPlotterConfigFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) throw DeviceError(msg::InFile(path, msg::CannotRead(std::strerror(errno))));
-  const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  if (in.bad()) throw DeviceError(msg::InFile(path, msg::CannotRead(std::strerror(errno))));
-  return ParsePlotterConfig(bytes, path);
+  const RegularFileRead file = ReadRegularFile(path, kTextInputLimit);
+  if (!file.ok) throw DeviceError(msg::InFile(path, msg::CannotRead(file.reason)));
+  return ParsePlotterConfig(file.bytes, path);
 }
 
 std::vector<Paper> StandardPrinterPapers() {

@@ -1,12 +1,10 @@
 #include "embedded/dxf/reader.h"
 
-#include <cerrno>
-#include <cstring>
-#include <fstream>
 #include <string>
 
 #include "embedded/dxf/context.h"
 #include "embedded/dxf/sections.h"
+#include "log/regular_file.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -83,16 +81,10 @@ Drawing ReadDxf(std::string_view bytes, const std::string& name) {
 }
 
 Drawing ReadDxfFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) throw DxfError(dxfmsg::CannotRead(path, std::strerror(errno)));
-  in.seekg(0, std::ios::end);
-  const std::streamoff size = in.tellg();
-  in.seekg(0, std::ios::beg);
-  if (size < 0 || !in) throw DxfError(dxfmsg::CannotRead(path, std::strerror(errno)));
-  std::string bytes(static_cast<std::size_t>(size), '\0');
-  in.read(bytes.data(), size);
-  if (in.gcount() != size) throw DxfError(dxfmsg::CannotRead(path, std::strerror(errno)));
-  return ReadDxf(bytes, path);
+  // No limit on the size: a drawing can be very large.
+  RegularFileRead file = ReadRegularFile(path, kNoSizeLimit);
+  if (!file.ok) throw DxfError(dxfmsg::CannotRead(path, file.reason));
+  return ReadDxf(file.bytes, path);
 }
 
 }  // namespace sheafwork::embedded

@@ -10,6 +10,7 @@
 
 #include "compress/zlib_stream.h"
 #include "embedded/plotstyle/messages.h"
+#include "log/regular_file.h"
 
 namespace sheafwork::embedded {
 
@@ -110,12 +111,11 @@ PlotStyleTable ReadPlotStyleTable(std::span<const unsigned char> bytes,
 }
 
 PlotStyleTable ReadPlotStyleFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) throw PlotStyleError(msg::InFile(path, msg::CannotRead(std::strerror(errno))));
-  const std::vector<unsigned char> bytes((std::istreambuf_iterator<char>(in)),
-                                         std::istreambuf_iterator<char>());
-  if (in.bad()) throw PlotStyleError(msg::InFile(path, msg::CannotRead(std::strerror(errno))));
-  return ReadPlotStyleTable(bytes, path);
+  // A table is a few kilobytes; its text is refused beyond kMaxTextSize.
+  const RegularFileRead file = ReadRegularFile(path, kTextInputLimit);
+  if (!file.ok) throw PlotStyleError(msg::InFile(path, msg::CannotRead(file.reason)));
+  const auto* data = reinterpret_cast<const unsigned char*>(file.bytes.data());
+  return ReadPlotStyleTable(std::span<const unsigned char>(data, file.bytes.size()), path);
 }
 
 std::vector<unsigned char> WritePlotStyleTable(const PlotStyleTable& table) {

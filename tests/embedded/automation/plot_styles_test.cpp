@@ -1,6 +1,5 @@
 // The plot style table of a layout: found along the host's plot-style path
-// and handed to the plot engine, or noted in the host's log when it cannot
-// be applied, the plot going on without it.
+// and handed to the plot engine; a table that cannot be read fails the plot.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,6 +9,7 @@
 
 #include "embedded/automation/embedded_fixture.h"
 #include "embedded/plotstyle/plot_style_file.h"
+#include "fakes/temp_folder.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -68,30 +68,50 @@ TEST_F(PlotStylesHostTest, DataFolderBeforeUserFolderAndThePreferenceDecides) {
   EXPECT_THAT(PlanLog(), Not(HasSubstr("Table de styles")));
 }
 
-TEST_F(PlotStylesHostTest, TablesThatCannotBeAppliedAreNotedAndThePlotGoesOn) {
-  Put(data, "plotstyles/abime.ctb", TableBytes(0).substr(0, 70));
+// A table named but missing or unreadable fails the plot of the sheet, with
+// a line naming the table and the fault: plotting without it would give a
+// colour plot where the layout asked for monochrome. A named-style table
+// (.stb), which the host does not apply, is noted and the plot goes on.
+TEST_F(PlotStylesHostTest, ATableThatCannotBeReadFailsThePlotNamingTableAndFault) {
+  const std::string broken = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/plotstyle/broken/";
+  for (const char* name : {"truncated.ctb", "lying.ctb", "damaged.ctb", "notes.ctb"}) {
+    Put(data, std::string("plotstyles/") + name, testing::TempFolder::Read(broken + name));
+  }
   Put(data, "plotstyles/noms.stb", TableBytes(0));
   struct Case {
     const char* table;
-    const char* logged;
+    const char* fault;  ///< null: the plot goes on without a table
   };
   const Case cases[] = {
       {"absente.ctb", "Table de styles de tracé introuvable : absente.ctb"},
-      {"abime.ctb", "abime.ctb : données compressées tronquées"},
-      {"noms.stb", "Table de styles nommés « noms.stb » non appliquée"},
+      {"truncated.ctb", "truncated.ctb : données compressées tronquées"},
+      {"lying.ctb", "lying.ctb : "},
+      {"damaged.ctb", "damaged.ctb : "},
+      {"notes.ctb", "notes.ctb : "},
+      {"noms.stb", nullptr},
   };
   for (const Case& c : cases) {
+    SCOPED_TRACE(c.table);
     plots.clear();
+    display->failures.clear();
     const std::size_t before = PlanLog().size();
-    ASSERT_TRUE(PlotWith(c.table)) << c.table;
+    const bool plotted = PlotWith(c.table);
     const std::string added = PlanLog().substr(before);
-    ASSERT_EQ(plots.size(), 1u) << c.table;
-    EXPECT_EQ(plots[0].plotStyles, nullptr) << c.table;
-    EXPECT_THAT(added, HasSubstr(c.logged)) << c.table;
-    EXPECT_THAT(added, HasSubstr("Présentation1) ; tracé sans table")) << c.table;
-    EXPECT_THAT(added, HasSubstr("Tracé : dessin")) << c.table;
+    if (!c.fault) {
+      EXPECT_TRUE(plotted);
+      ASSERT_EQ(plots.size(), 1u);
+      EXPECT_EQ(plots[0].plotStyles, nullptr);
+      EXPECT_THAT(added, HasSubstr("Table de styles nommés « noms.stb » non appliquée"));
+      EXPECT_THAT(display->failures, IsEmpty());
+      continue;
+    }
+    EXPECT_FALSE(plotted);
+    EXPECT_THAT(plots, IsEmpty());
+    EXPECT_THAT(added, HasSubstr("Échec du tracé : dessin"));
+    EXPECT_THAT(added, HasSubstr(c.fault));
+    ASSERT_EQ(display->failures.size(), 1u);
+    EXPECT_THAT(display->failures[0], HasSubstr(c.fault));
   }
-  EXPECT_THAT(display->failures, IsEmpty());
 }
 
 }  // namespace

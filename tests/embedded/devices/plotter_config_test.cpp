@@ -171,3 +171,37 @@ TEST(PlotterConfigTest, AFileThatCannotBeReadIsNamed) {
 
 }  // namespace
 }  // namespace sheafwork::embedded
+
+namespace sheafwork::embedded {
+namespace {
+
+// A configuration of many papers reads in time proportional to its size. At
+// 400 000 papers a reading that compares each new paper with those before
+// takes minutes, beyond the test's time limit; a linear one, a second.
+TEST(PlotterConfigTest, ManyPapersAreReadInLinearTime) {
+  constexpr int kPapers = 400000;
+  std::string text = "driver = pdf\n";
+  text.reserve(static_cast<std::size_t>(kPapers) * 40);
+  for (int i = 0; i < kPapers; ++i) {
+    text +=
+        "paper = Feuille " + std::to_string(i) + " | " + std::to_string(100 + i % 900) + " x 200\n";
+  }
+  testing::TempFolder folder;
+  const std::string path = folder.Write("many.pc3", text);
+  const PlotterConfig config = ReadPlotterConfigFile(path);
+  ASSERT_EQ(config.papers.size(), static_cast<std::size_t>(kPapers));
+  EXPECT_EQ(config.defaultPaper, "Feuille 0");
+
+  // A name given twice is still found, on its line.
+  text += "paper = Feuille 17 | 100 x 100\n";
+  try {
+    ParsePlotterConfig(text, "many.pc3");
+    ADD_FAILURE() << "a repeated paper was accepted";
+  } catch (const DeviceError& error) {
+    EXPECT_THAT(error.what(), HasSubstr("ligne " + std::to_string(kPapers + 2)));
+    EXPECT_THAT(error.what(), HasSubstr("Feuille 17"));
+  }
+}
+
+}  // namespace
+}  // namespace sheafwork::embedded

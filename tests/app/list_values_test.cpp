@@ -1,0 +1,120 @@
+// Values a list file cannot hold (line breaks, double quotes, characters
+// outside Windows-1252 in paths and names) are refused by `list add`,
+// `list new` and `list set` with status 2 and the list left as it was; texts
+// that are only shown keep "?" with a warning.
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "command_runner.h"
+#include "fakes/temp_folder.h"
+#include "res/string_ids.h"
+#include "res/string_table.h"
+
+namespace sheafwork {
+namespace {
+
+using testing::TempFolder;
+
+class ListValuesTest : public ::testing::Test {
+ protected:
+  ListValuesTest() { env.defaultLogFolder = "/logs"; }
+  testing::Outcome Run(std::vector<std::string> args) { return testing::RunSheafwork(args, env); }
+  CommandEnvironment env;
+  TempFolder folder;
+};
+
+TEST_F(ListValuesTest, RefusedValuesLeaveTheListAsItWas) {
+  const std::string list = folder.File("v.qx3");
+  ASSERT_EQ(Run({"list", "new", list, "/p/1.dwg"}).status, 0);
+  const std::string before = TempFolder::Read(list);
+
+  struct Case {
+    std::vector<std::string> args;
+    int field;
+    int reason;
+  };
+  const Case cases[] = {
+      {{"add", list, "/p/a\nb.dwg"}, ids::kFieldDrawing, ids::kValueHasLineBreak},
+      {{"add", list, "/p/plan.dwg", "--layout", "Plan\r"},
+       ids::kFieldLayout,
+       ids::kValueHasLineBreak},
+      {{"add", list, "/p/plan.dwg", "--plot-file", "/out/\"x\".pdf"},
+       ids::kFieldPlotFile,
+       ids::kValueHasQuote},
+      {{"add", list, "/p/\xE6\xA4\x8D.dwg"}, ids::kFieldDrawing, ids::kValueNotWindows1252},
+      {{"add", list, "/p/plan.dwg", "--device", "/cfg/\xCE\xA9.pc3"},
+       ids::kFieldDevice,
+       ids::kValueNotWindows1252},
+      {{"add", list, "/p/plan.dwg", "--setup", "\xFF"},
+       ids::kFieldPageSetup,
+       ids::kValueNotWindows1252},
+      {{"set", list, "--journal-file", "/logs/j\n.log"},
+       ids::kFieldJournalFile,
+       ids::kValueHasLineBreak},
+      {{"set", list, "--journal-comment", "un\ndeux"},
+       ids::kFieldJournalComment,
+       ids::kValueHasLineBreak},
+      {{"set", list, "--error-file", "/logs/\xE6\x97\xA5.log"},
+       ids::kFieldErrorFile,
+       ids::kValueNotWindows1252},
+  };
+  for (const Case& c : cases) {
+    std::vector<std::string> args = c.args;
+    args.insert(args.begin(), "list");
+    SCOPED_TRACE(args[1] + " " + args[3]);
+    const testing::Outcome o = Run(args);
+    EXPECT_EQ(o.status, 2) << o.err;
+    EXPECT_NE(o.err.find(LoadResourceText(c.field) + " : " + LoadResourceText(c.reason)),
+              std::string::npos)
+        << o.err;
+    EXPECT_EQ(TempFolder::Read(list), before);
+  }
+  // A new list with such a path is not created at all.
+  const std::string fresh = folder.File("n.qx3");
+  EXPECT_EQ(Run({"list", "new", fresh, "/p/a\rb.dwg"}).status, 2);
+  EXPECT_FALSE(std::filesystem::exists(fresh));
+}
+
+TEST_F(ListValuesTest, ShownTextsKeepQuestionMarksWithAWarning) {
+  const std::string list = folder.File("h.qx3");
+  ASSERT_EQ(Run({"list", "new", list, "/p/caf\xC3\xA9 \xE2\x82\xAC.dwg"}).status, 0);
+  testing::Outcome o = Run({"list", "set", list, "--journal-header", "Plan \xE5\x8C\x97"});
+  ASSERT_EQ(o.status, 0) << o.err;
+  EXPECT_NE(o.err.find(LoadResourceText(ids::kFieldJournalHeader) + " : " +
+                       LoadResourceText(ids::kValueKeptWithMarks)),
+            std::string::npos)
+      << o.err;
+
+  o = Run({"list", "show", "--json", list});
+  ASSERT_EQ(o.status, 0) << o.err;
+  const auto doc = nlohmann::json::parse(o.out);
+  EXPECT_EQ(doc["log"]["JournalHeader"], "Plan ?");
+  // Characters of the code page are kept as they are, without a word.
+  EXPECT_EQ(doc["entries"][0]["FileName"], "/p/caf\xC3\xA9 \xE2\x82\xAC.dwg");
+  o = Run({"list", "set", list, "--error-header", "\xC3\x89tage \xE2\x80\x93 2"});
+  EXPECT_EQ(o.status, 0);
+  EXPECT_EQ(o.err, "");
+}
+
+TEST_F(ListValuesTest, ListsThatAreNotFilesOrTooLongAreRefusedByName) {
+  // A list that names more drawings than a list holds says the limit.
+  const std::string big =
+      folder.Write("big.qx3", "Orvane 2000 Sheafwork List File\r\n\"BATCH NUM FILES\",40000\r\n");
+  testing::Outcome o = Run({"list", "show", big});
+  EXPECT_EQ(o.status, 2);
+  EXPECT_NE(o.err.find(big + ": " + LoadResourceText(ids::kListTooManyEntries)), std::string::npos)
+      << o.err;
+  // A folder and a device are no list.
+  o = Run({"list", "show", "/dev/zero"});
+  EXPECT_EQ(o.status, 2);
+  EXPECT_NE(o.err.find("/dev/zero: "), std::string::npos);
+  EXPECT_NE(o.err.find(LoadResourceText(ids::kNotRegularFile)), std::string::npos) << o.err;
+}
+
+}  // namespace
+}  // namespace sheafwork
