@@ -249,5 +249,8 @@ inline constexpr int kFileNameTooLong = 306;  // "Le nom de fichier entré est t
 inline constexpr int kSettingsNone = 308;     // "(aucun(e))"
 inline constexpr int kModelShort = 312;       // "Objet"
 inline constexpr int kTestUndrawnEntities = 330;  // "AVERTISSEMENT: Entités que l'hôte ..."
+inline constexpr int kXrefLeftOutMark = 380;      // "Non chargée"
+inline constexpr int kTestXrefLeftOut = 381;      // "AVERTISSEMENT: XREF non chargée, au..."
+inline constexpr int kPlotCancelled = 382;        // "AVERTISSEMENT: Traçage interrompu p..."
 
 }  // namespace sheafwork::ids
