@@ -13,7 +13,7 @@ std::atomic<std::size_t> peak{0};
 
 }  // namespace
 
-// The array and sized forms, and the nothrow ones, call these two.
+// The array and nothrow forms call these.
 void* operator new(std::size_t size) {
   void* block = std::malloc(size == 0 ? 1 : size);
   if (block == nullptr) throw std::bad_alloc();
@@ -29,6 +29,8 @@ void operator delete(void* block) noexcept {
   held -= malloc_usable_size(block);
   std::free(block);
 }
+
+void operator delete(void* block, std::size_t) noexcept { operator delete(block); }
 
 namespace sheafwork::embedded::testing {
 
