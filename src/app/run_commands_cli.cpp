@@ -97,6 +97,7 @@ class ProgressLines : public RunObserver {
   void RowFinished(int row, RowStatus status) override {
     err_ << Prefix(row) << (status == RowStatus::Plotted ? "tracé" : "échec") << '\n';
   }
+  void RowCancelled(int row) override { err_ << Prefix(row) << "annulé" << '\n'; }
 
  private:
   std::string Prefix(int row) const {

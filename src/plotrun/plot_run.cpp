@@ -45,6 +45,10 @@ class Run {
   void PlotAllLayouts(int row, const BatchEntry& entry, bool planFound);
   void OpenFailed(const OpenResult& open, const std::string& fileName);
   void MarkEntryFailed(int row, const BatchEntry& entry);
+  /// The plot of the row failed: marks it failed, or cancelled when the
+  /// user stopped the run while it was under way. False once cancelled.
+  bool MarkEntryFailedOrCancelled(int row, const BatchEntry& entry);
+  void MarkEntryCancelled(int row, const BatchEntry& entry);
   void MarkEntryPlotted(int row, const BatchEntry& entry, const std::string& elapsed);
   void LogHostError(const host::Error& error);
   bool StillGoing(host::Plot& plot);
@@ -184,8 +188,8 @@ void Run::PlotRow(int row) {
       std::string elapsed;
       if (PlotLayout(context_, entry, entry.Layout, planFound, elapsed)) {
         MarkEntryPlotted(row, entry, elapsed);
-      } else {
-        MarkEntryFailed(row, entry);
+      } else if (!MarkEntryFailedOrCancelled(row, entry)) {
+        return;  // the drawing stays open
       }
     }
     if (!StillGoing(*host_.App().ActiveDocument()->GetPlot())) return;
@@ -228,6 +232,10 @@ void Run::PlotAllLayouts(int row, const BatchEntry& entry, bool planFound) {
     first = false;
     std::string elapsed;
     if (!PlotLayout(context_, entry, name, planFound, elapsed)) {
+      if (!StillGoing(*host_.App().ActiveDocument()->GetPlot())) {
+        MarkEntryCancelled(row, entry);
+        return;
+      }
       logs_.errorLog.WriteLogLine(LoadResourceText(ids::kPlotFailed) + entry.FileName + ", " +
                                   LoadResourceText(ids::kLayoutWord) + name);
       allLayoutsOk = false;
@@ -273,6 +281,20 @@ void Run::OpenFailed(const OpenResult& open, const std::string& fileName) {
   const int id = open.errorNumber == host::kFileNotFound ? ids::kCannotOpenDrawing
                                                          : ids::kProblemOpeningDrawing;
   logs_.errorLog.WriteLogLine(LoadResourceText(id) + fileName);
+}
+
+bool Run::MarkEntryFailedOrCancelled(int row, const BatchEntry& entry) {
+  if (StillGoing(*host_.App().ActiveDocument()->GetPlot())) {
+    MarkEntryFailed(row, entry);
+    return true;
+  }
+  MarkEntryCancelled(row, entry);
+  return false;
+}
+
+void Run::MarkEntryCancelled(int row, const BatchEntry& entry) {
+  logs_.errorLog.WriteLogLine(LoadResourceText(ids::kPlotCancelled) + entry.FileName);
+  if (services_.observer) services_.observer->RowCancelled(row);
 }
 
 void Run::MarkEntryFailed(int row, const BatchEntry& entry) {

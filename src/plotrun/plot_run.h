@@ -27,6 +27,9 @@ class RunObserver {
   }
   /// Row `row` was plotted or failed.
   virtual void RowFinished(int row, RowStatus status) { (void)row, (void)status; }
+  /// The user stopped the run while row `row` was being plotted; its status
+  /// stays as it was.
+  virtual void RowCancelled(int row) { (void)row; }
 };
 
 struct RunServices {

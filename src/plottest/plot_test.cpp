@@ -265,9 +265,12 @@ class PlotTestScan {
       return;
     }
     const std::string mark = LoadResourceText(ids::kXrefNotFoundMark);
+    const std::string leftOut = LoadResourceText(ids::kXrefLeftOutMark);
     for (const auto& line : *lines) {
       if (ContainsIgnoreCase(line, mark)) {
         Line(LoadResourceText(ids::kTestMissingXref) + std::string(TrimSpaces(line)));
+      } else if (ContainsIgnoreCase(line, leftOut)) {
+        Line(LoadResourceText(ids::kTestXrefLeftOut) + std::string(TrimSpaces(line)));
       }
     }
   }

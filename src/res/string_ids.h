@@ -256,6 +256,9 @@ inline constexpr int kErrorLogIncomplete = 343;   // "journal des erreurs incomp
 inline constexpr int kLogHeldByOtherRun = 344;    // "fichier journal utilisé par un autre..."
 inline constexpr int kLogHolderProcess = 345;     // " (processus "
 inline constexpr int kRunNotStarted = 346;        // " ; traçage non lancé"
+inline constexpr int kXrefLeftOutMark = 380;      // "Non chargée"
+inline constexpr int kTestXrefLeftOut = 381;      // "AVERTISSEMENT: XREF non chargée, au..."
+inline constexpr int kPlotCancelled = 382;        // "AVERTISSEMENT: Traçage interrompu p..."
 inline constexpr int kDataFolderMissing = 450;    // "le dossier des données du programme..."
 inline constexpr int kNoProgramFolder = 451;      // "le dossier du programme est introuvable"
 

@@ -31,9 +31,12 @@ class DocumentsObject : public host::Documents {
       Drawing drawing = LoadOrReport(fileName);
       // The external-reference log is written when the host-wide XREFCTL
       // asks for it at the time of opening.
-      if (host::SysVarAsInteger(core_->hostVariables.at("XREFCTL")) > 0) WriteXrefLog(drawing);
+      if (host::SysVarAsInteger(core_->hostVariables.at("XREFCTL")) > 0) {
+        WriteXrefLog(drawing, core_->options.xrefLimits);
+      }
       auto doc = core_->AddDocument(fileName, std::move(drawing), readOnly);
       ReportUnusableImages(*core_, *doc);
+      ReportXrefsLeftOut(*core_, *doc);
       return MakeDocumentObject(core_, doc);
     });
   }

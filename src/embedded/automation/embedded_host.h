@@ -16,6 +16,7 @@
 
 #include "embedded/automation/progress_display.h"
 #include "embedded/model/drawing.h"
+#include "embedded/model/xrefs.h"
 #include "embedded/render/plot_job.h"
 #include "host/automation.h"
 #include "platform/printers.h"
@@ -64,6 +65,12 @@ struct EmbeddedHostOptions {
   /// not be written (empty when it was). A run that plotted nothing writes
   /// no file.
   std::function<void(int pages, const std::string& error)> combinedPdfClosed;
+  /// How far the external references of a drawing opened are followed.
+  XrefLimits xrefLimits;
+  /// How many entities the plot of one sheet may draw (each entity of a
+  /// block once per reference to it); zero: the environment variable
+  /// SHEAFWORK_SHEET_LIMIT, else kDefaultSheetEntityLimit.
+  std::uint64_t sheetEntityLimit = 0;
 };
 
 /// Starts an embedded host with one untitled, empty document active.

@@ -1,10 +1,13 @@
 #include "embedded/automation/host_core.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <new>
+#include <set>
 #include <system_error>
 
 #include "embedded/automation/default_seams.h"
@@ -63,15 +66,26 @@ std::vector<const ImageDefinition*> SortedImages(const Drawing& drawing) {
   return images;
 }
 
-void WriteXrefLines(const Drawing& drawing, std::ofstream& out, const std::string& indent) {
+// A drawing that several references share lists its own references under
+// the first one only.
+void WriteXrefLines(const Drawing& drawing, std::ofstream& out, const std::string& indent,
+                    const XrefLimits& limits, std::set<const Drawing*>& listed) {
   const std::string& mark = CachedText<ids::kXrefNotFoundMark>();
   for (const ExternalReference& reference : drawing.xrefs) {
-    const std::string line =
-        reference.resolvedPath.empty()
-            ? msg::XrefNotFound(reference.blockName, reference.storedPath, mark)
-            : msg::XrefFound(reference.blockName, reference.storedPath, reference.resolvedPath);
+    std::string line;
+    if (reference.resolvedPath.empty()) {
+      line = msg::XrefNotFound(reference.blockName, reference.storedPath, mark);
+    } else if (reference.beyond != XrefLimit::None) {
+      line = msg::XrefLeftOut(reference.blockName, reference.storedPath, reference.resolvedPath,
+                              CachedText<ids::kXrefLeftOutMark>(),
+                              XrefLimitReason(reference.beyond, limits));
+    } else {
+      line = msg::XrefFound(reference.blockName, reference.storedPath, reference.resolvedPath);
+    }
     out << indent << line << "\r\n";
-    if (reference.drawing) WriteXrefLines(*reference.drawing, out, indent + "  ");
+    if (reference.drawing && listed.insert(reference.drawing.get()).second) {
+      WriteXrefLines(*reference.drawing, out, indent + "  ", limits, listed);
+    }
   }
   // Raster images are external files too: a missing one is listed with the
   // same mark.
@@ -108,6 +122,18 @@ HostCore::HostCore(EmbeddedHostOptions given) : options(std::move(given)) {
   }
   if (options.dwgTimeLimit <= std::chrono::milliseconds::zero()) {
     options.dwgTimeLimit = DefaultDwgTimeLimit();
+  }
+  if (options.sheetEntityLimit == 0) {
+    // The environment's limit, for tests and for the rare drawing that
+    // needs more.
+    const char* fromEnvironment = std::getenv("SHEAFWORK_SHEET_LIMIT");
+    std::uint64_t limit = 0;
+    if (fromEnvironment != nullptr) {
+      const char* end = fromEnvironment + std::strlen(fromEnvironment);
+      const auto parsed = std::from_chars(fromEnvironment, end, limit);
+      if (parsed.ec != std::errc() || parsed.ptr != end) limit = 0;
+    }
+    options.sheetEntityLimit = limit > 0 ? limit : kDefaultSheetEntityLimit;
   }
   if (!options.fallbackDevice) {
     const char* fromEnvironment = std::getenv("SHEAFWORK_FALLBACK_DEVICE");
@@ -197,9 +223,10 @@ Drawing HostCore::LoadDrawing(const std::string& path) {
   };
   Drawing drawing = readAny(path);
   drawing.path = path;
-  ResolveExternalReferences(drawing, supportPath, [&](const std::string& file) {
-    return std::make_shared<const Drawing>(readAny(file));
-  });
+  ResolveExternalReferences(
+      drawing, supportPath,
+      [&](const std::string& file) { return std::make_shared<const Drawing>(readAny(file)); },
+      options.xrefLimits);
   return drawing;
 }
 
@@ -278,11 +305,17 @@ Drawing UntitledDrawing() {
   return drawing;
 }
 
-void WriteXrefLog(const Drawing& drawing) {
+void WriteXrefLog(const Drawing& drawing, const XrefLimits& limits) {
   std::ofstream out(XrefLogName(drawing.path), std::ios::binary | std::ios::trunc);
   out << msg::XrefLogTitle(drawing.path) << "\r\n";
   if (drawing.xrefs.empty() && drawing.images.empty()) out << msg::XrefNone() << "\r\n";
-  WriteXrefLines(drawing, out, "");
+  std::set<const Drawing*> listed;
+  WriteXrefLines(drawing, out, "", limits, listed);
+}
+
+std::string XrefLimitReason(XrefLimit limit, const XrefLimits& limits) {
+  return limit == XrefLimit::Depth ? msg::XrefDepthLimit(limits.maxDepth)
+                                   : msg::XrefSizeLimit(limits.maxTotalBytes);
 }
 
 }  // namespace sheafwork::embedded

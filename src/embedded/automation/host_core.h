@@ -158,7 +158,11 @@ void CheckIndex(std::int32_t index, std::size_t count);
 Drawing UntitledDrawing();
 
 /// Writes the external-reference log beside `drawing` (see XrefLogName), one
-/// line per reference, nested ones indented.
-void WriteXrefLog(const Drawing& drawing);
+/// line per reference, nested ones indented; those left out name the limit
+/// of `limits` they were beyond.
+void WriteXrefLog(const Drawing& drawing, const XrefLimits& limits);
+
+/// Why a reference was left out, in French.
+std::string XrefLimitReason(XrefLimit limit, const XrefLimits& limits);
 
 }  // namespace sheafwork::embedded

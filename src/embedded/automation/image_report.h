@@ -1,6 +1,7 @@
 #pragma once
-// Raster images a drawing shows whose files are missing or unreadable: the
-// plot draws their frames, and the user is told which files they are.
+// Files a drawing names that its plot goes without: raster images whose
+// files are missing or unreadable (the plot draws their frames), external
+// references left out beyond the host's limits. The user is told which.
 
 #include "embedded/automation/host_core.h"
 
@@ -10,5 +11,9 @@ namespace sheafwork::embedded {
 /// references) that was not found or cannot be read, in the host's log and
 /// on the progress display (stderr on the command line).
 void ReportUnusableImages(HostCore& core, const DocumentState& doc);
+
+/// Names, the same way, each external reference found but not loaded
+/// because it lies beyond the host's limits (XrefLimits).
+void ReportXrefsLeftOut(HostCore& core, const DocumentState& doc);
 
 }  // namespace sheafwork::embedded

@@ -143,6 +143,12 @@ std::string PlotFailed(std::string_view drawing, std::string_view layout, std::s
          ", périphérique " + S(device) + " : " + S(reason);
 }
 
+std::string PlotCancelled(std::string_view drawing, std::string_view layout,
+                          std::string_view device) {
+  return "Tracé interrompu à la demande de l'utilisateur : dessin " + S(drawing) +
+         ", présentation " + S(layout) + ", périphérique " + S(device);
+}
+
 std::string NoFallbackDevice(std::string_view name) {
   return "périphérique de remplacement introuvable : " + S(name);
 }
@@ -195,6 +201,27 @@ std::string XrefNotFound(std::string_view block, std::string_view stored,
 }
 
 std::string XrefNone() { return "Aucune référence externe"; }
+
+std::string XrefLeftOut(std::string_view block, std::string_view stored, std::string_view found,
+                        std::string_view leftOutMark, std::string_view reason) {
+  return "Xréf " + S(block) + " : " + S(stored) + " -> " + S(found) + " : " + S(leftOutMark) +
+         " (" + S(reason) + ")";
+}
+
+std::string XrefDepthLimit(int levels) {
+  return "plus de " + std::to_string(levels) + (levels > 1 ? " niveaux" : " niveau") +
+         " de références imbriquées";
+}
+
+std::string XrefSizeLimit(std::uintmax_t bytes) {
+  return "les fichiers référencés dépassent ensemble " + std::to_string(bytes >> 20) + " Mo";
+}
+
+std::string XrefNotLoaded(std::string_view drawing, std::string_view block, std::string_view found,
+                          std::string_view reason) {
+  return "Référence externe non chargée : " + S(block) + " (" + S(found) + ", dessin " +
+         S(drawing) + ") : " + S(reason) + " ; le dessin est tracé sans elle";
+}
 
 std::string ImageReference(std::string_view stored, std::string_view foundOrMark) {
   return "Image " + S(stored) + " -> " + S(foundOrMark);

@@ -82,6 +82,10 @@ std::string PlotStyleNotFound(std::string_view table);
 std::string NamedPlotStylesIgnored(std::string_view drawing, std::string_view layout,
                                    std::string_view table);
 
+/// The plot of a layout was stopped by the user while under way.
+std::string PlotCancelled(std::string_view drawing, std::string_view layout,
+                          std::string_view device);
+
 /// What the plot of a layout left out: `kinds` as FormatUndrawn writes them.
 std::string UndrawnEntities(std::string_view drawing, std::string_view layout,
                             std::string_view kinds);
@@ -93,6 +97,16 @@ std::string XrefFound(std::string_view block, std::string_view stored, std::stri
 std::string XrefNotFound(std::string_view block, std::string_view stored,
                          std::string_view notFoundMark);
 std::string XrefNone();
+/// A reference found but not loaded, beyond a limit: `reason` says which
+/// (XrefDepthLimit, XrefSizeLimit); `leftOutMark` is the word a reader
+/// looks for.
+std::string XrefLeftOut(std::string_view block, std::string_view stored, std::string_view found,
+                        std::string_view leftOutMark, std::string_view reason);
+std::string XrefDepthLimit(int levels);
+std::string XrefSizeLimit(std::uintmax_t bytes);
+/// A reference of `drawing` left out for `reason`: the drawing plots without it.
+std::string XrefNotLoaded(std::string_view drawing, std::string_view block, std::string_view found,
+                          std::string_view reason);
 /// An image file in the external-reference log: where it was found, or the
 /// not-found mark.
 std::string ImageReference(std::string_view stored, std::string_view foundOrMark);

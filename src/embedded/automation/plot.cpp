@@ -209,11 +209,19 @@ class PlotObject : public host::Plot {
     } catch (const PlotStyleError& error) {
       return fail(error.what());
     }
+    job.work.entityLimit = core_->options.sheetEntityLimit;
+    job.work.cancelled = [progress = core_->options.progress] { return progress->Cancelled(); };
     try {
       core_->options.plotter(job);
     } catch (const std::bad_alloc&) {
       return fail(msg::OutOfMemory());
     } catch (const std::exception& error) {
+      // Stopped by the user: not a failure of the sheet; the caller learns
+      // it from SheafworkProgress.
+      if (batch.started && core_->options.progress->Cancelled()) {
+        core_->WriteLog(logFile, msg::PlotCancelled(doc.fullName, layoutName, shownDevice));
+        return false;
+      }
       return fail(error.what());
     }
     if (core_->combined) core_->combined->Add(job);

@@ -135,11 +135,19 @@ struct NamedPageSetup {
 };
 
 /// An external reference of the drawing and where it was found.
+/// Why a reference that was found was not loaded.
+enum class XrefLimit : std::uint8_t {
+  None,
+  Depth,  ///< nested deeper than references are followed
+  Size,   ///< the referenced files loaded already weigh too much
+};
+
 struct ExternalReference {
   std::string blockName;
   std::string storedPath;
   std::string resolvedPath;                       ///< empty when not found
   std::shared_ptr<const struct Drawing> drawing;  ///< the loaded drawing when found
+  XrefLimit beyond = XrefLimit::None;             ///< found but left out, and why
 };
 
 /// The file a raster image shows (IMAGEDEF) and where it was found.

@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <type_traits>
 #include <variant>
 
 #include "embedded/render/aci_palette.h"
 #include "embedded/render/hatch_pattern.h"
 #include "embedded/render/linetypes.h"
+#include "embedded/render/messages.h"
 #include "embedded/render/plot_style_look.h"
 #include "embedded/render/stroke_font.h"
 #include "embedded/render/text_codes.h"
@@ -25,6 +27,19 @@ constexpr int kMaxInsertCopies = 100000;
 constexpr std::size_t kMaxPatternSegments = 200000;
 constexpr std::int32_t kViewportOff = 131072;
 constexpr std::int32_t kHatchTextBox = 8;
+// How often the walk looks at its bounds: entities, and time between two
+// questions whether it was cancelled.
+constexpr std::uint64_t kWorkCheckEvery = 4096;
+constexpr auto kCancelPollEvery = std::chrono::milliseconds(50);
+
+// The entity count at which a walk that drew `drawn` looks again: after
+// kWorkCheckEvery more, or as soon as it is past the limit.
+std::uint64_t NextWorkCheck(std::uint64_t drawn, const SheetWork* work) {
+  if (work == nullptr) return UINT64_MAX;
+  const std::uint64_t pastLimit =
+      work->entityLimit == UINT64_MAX ? UINT64_MAX : work->entityLimit + 1;
+  return std::min(drawn + kWorkCheckEvery, pastLimit);
+}
 
 Transform3 WithOcs(const Transform3& t, const Vec3& extrusion) {
   return IsUnitZ(extrusion) ? t : t * Transform3::Ocs(extrusion);
@@ -60,7 +75,25 @@ double SweepDegrees(double start, double end) {
 }  // namespace
 
 Frontend::Frontend(const Drawing& drawing, Backend& backend, FrontendOptions options)
-    : root_(drawing), drawing_(&drawing), backend_(backend), options_(std::move(options)) {}
+    : root_(drawing),
+      drawing_(&drawing),
+      backend_(backend),
+      options_(std::move(options)),
+      nextWorkCheck_(NextWorkCheck(0, options_.work)),
+      lastCancelPoll_(std::chrono::steady_clock::now()) {}
+
+void Frontend::CheckWork() {
+  const SheetWork& work = *options_.work;
+  if (entitiesDrawn_ > work.entityLimit) {
+    throw PlotError(render_messages::SheetEntityLimit(work.entityLimit));
+  }
+  nextWorkCheck_ = NextWorkCheck(entitiesDrawn_, &work);
+  if (!work.cancelled) return;
+  const auto now = std::chrono::steady_clock::now();
+  if (now - lastCancelPoll_ < kCancelPollEvery) return;
+  lastCancelPoll_ = now;
+  if (work.cancelled()) throw PlotError(render_messages::SheetCancelled());
+}
 
 // ---------------------------------------------------------------- layouts
 
@@ -237,6 +270,7 @@ void Frontend::DrawEntities(const Block& block, const Transform3& t) {
 }
 
 void Frontend::DrawEntity(const Entity& e, const Transform3& t) {
+  if (++entitiesDrawn_ >= nextWorkCheck_) CheckWork();
   const Resolved r = Resolve(e.props);
   backend_.BeginLayer(r.look->name);
   std::visit(

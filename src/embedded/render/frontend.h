@@ -3,7 +3,9 @@
 // colour, pen width, block and viewport transforms) and hands the backend
 // flattened primitives on the sheet.
 
+#include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -17,6 +19,7 @@
 #include "embedded/render/box.h"
 #include "embedded/render/curves.h"
 #include "embedded/render/dasher.h"
+#include "embedded/render/plot_job.h"
 #include "embedded/render/properties.h"
 #include "embedded/render/shape_font.h"
 #include "embedded/render/text_layout.h"
@@ -42,6 +45,8 @@ struct FrontendOptions {
   /// The ";"-separated folders shape font files (.shx) are looked for in;
   /// text in a shape font found nowhere is drawn with our stroke font.
   std::string fontSearchPath;
+  /// What bounds the walk (entities drawn, cancelling); none when null.
+  const SheetWork* work = nullptr;
 };
 
 /// What the frontend left out, for the plot's report.
@@ -90,6 +95,9 @@ class Frontend {
   /// The entities of `block` in its draw order.
   void DrawEntities(const Block& block, const Transform3& t);
   void DrawEntity(const Entity& entity, const Transform3& t);
+  /// Throws PlotError once the walk drew more entities than options_.work
+  /// allows or was cancelled; called every kWorkCheckEvery entities.
+  void CheckWork();
   void DrawViewportContent(const Viewport& vp, const Affine2& paperToOutput);
   void DrawViewportFrame(const Viewport& vp, const Transform3& t, const Style& style);
   void DrawBlockReference(const Resolved& r, const Block& block, const Transform3& placed,
@@ -189,6 +197,10 @@ class Frontend {
   /// size of point symbols.
   double viewHeight_ = 0;
   Dasher dasher_;
+  /// Entities drawn so far, and the count at which CheckWork comes next.
+  std::uint64_t entitiesDrawn_ = 0;
+  std::uint64_t nextWorkCheck_;
+  std::chrono::steady_clock::time_point lastCancelPoll_;
 
   // Scratch buffers reused from entity to entity.
   std::vector<Vec2> local_;

@@ -1,6 +1,7 @@
 #include "embedded/render/messages.h"
 
 #include <charconv>
+#include <string>
 
 namespace sheafwork::embedded::render_messages {
 
@@ -20,6 +21,13 @@ std::string Size(double widthMm, double heightMm) {
 }  // namespace
 
 std::string NothingToPlot() { return "aucun dessin ou aucune présentation à tracer"; }
+
+std::string SheetEntityLimit(unsigned long long limit) {
+  return "la feuille demande plus de " + std::to_string(limit) +
+         " entités tracées (références de blocs imbriquées trop nombreuses ?) ; tracé abandonné";
+}
+
+std::string SheetCancelled() { return "tracé interrompu à la demande de l'utilisateur"; }
 
 std::string InvalidPaper(double widthMm, double heightMm) {
   return "format de papier invalide : " + Size(widthMm, heightMm);

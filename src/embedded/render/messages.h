@@ -6,6 +6,9 @@
 namespace sheafwork::embedded::render_messages {
 
 std::string NothingToPlot();
+/// The sheet needed more than `limit` entities drawn.
+std::string SheetEntityLimit(unsigned long long limit);
+std::string SheetCancelled();
 std::string InvalidPaper(double widthMm, double heightMm);
 std::string NoGuiApplication();
 /// `format` names the kind of file: "PDF", "PNG", "SVG", "HP-GL/2".

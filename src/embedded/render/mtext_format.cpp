@@ -216,8 +216,7 @@ class Reader {
       case 'P':
       case 'N':
       case 'X':
-        Paragraph();
-        pieces_.back().columnBreak = code == 'N';
+        Paragraph(code == 'N');
         return;
       case '~':
         AppendChar(kNoBreakSpace);
@@ -438,11 +437,20 @@ class Reader {
     buffer_.clear();
   }
 
-  void Paragraph() {
+  void Paragraph(bool columnBreak = false) {
     Flush();
+    if (!pieces_.empty()) {
+      MTextPiece& last = pieces_.back();
+      if (last.kind == MTextPiece::Kind::Paragraph && last.columnBreak == columnBreak &&
+          last.breaks < UINT32_MAX && last.format == format_) {
+        ++last.breaks;
+        return;
+      }
+    }
     MTextPiece piece;
     piece.kind = MTextPiece::Kind::Paragraph;
     piece.format = format_;
+    piece.columnBreak = columnBreak;
     pieces_.push_back(std::move(piece));
   }
 

@@ -45,6 +45,9 @@ struct MTextPiece {
   MTextFormat format;
   /// Paragraph: made by \N, which ends a column too.
   bool columnBreak = false;
+  /// Paragraph: how many breaks in a row it stands for, all of one kind
+  /// and format (a text of nothing but breaks stays one piece).
+  std::uint32_t breaks = 1;
 };
 
 /// Reads MTEXT contents starting from `base`: \P (and \N, \X) break the

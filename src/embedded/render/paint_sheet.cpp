@@ -26,7 +26,7 @@ SheetLayout PlanSheet(const PlotJob& job) {
   if (!s.HasUsablePaper()) {
     throw PlotError(render_messages::InvalidPaper(s.paperWidth, s.paperHeight));
   }
-  return ComputeSheetLayout(s, ComputePlotRegion(*job.drawing, *job.layout, s));
+  return ComputeSheetLayout(s, ComputePlotRegion(*job.drawing, *job.layout, s, &job.work));
 }
 
 FrontendOptions SheetFrontendOptions(const PlotJob& job, const SheetLayout& sheet, Box2 cull,
@@ -43,6 +43,7 @@ FrontendOptions SheetFrontendOptions(const PlotJob& job, const SheetLayout& shee
   fo.cull = cull;
   fo.viewportsFirst = s.Has(kDrawViewportsFirst);
   fo.fontSearchPath = job.fontSearchPath;
+  fo.work = &job.work;
   return fo;
 }
 

@@ -30,10 +30,10 @@ PlotRegion SheetRegion(const PlotSettings& settings) {
   return region;
 }
 
-PlotRegion ExtentsRegion(const Drawing& drawing, const Layout& layout,
-                         const PlotSettings& settings) {
+PlotRegion ExtentsRegion(const Drawing& drawing, const Layout& layout, const PlotSettings& settings,
+                         const SheetWork* work) {
   PlotRegion region;
-  region.area = ComputeLayoutExtents(drawing, layout, settings);
+  region.area = ComputeLayoutExtents(drawing, layout, settings, work);
   if (region.area.Empty()) region.area = Limits(drawing, layout);
   return region;
 }
@@ -41,19 +41,20 @@ PlotRegion ExtentsRegion(const Drawing& drawing, const Layout& layout,
 }  // namespace
 
 Box2 ComputeLayoutExtents(const Drawing& drawing, const Layout& layout,
-                          const PlotSettings& settings) {
+                          const PlotSettings& settings, const SheetWork* work) {
   ExtentsBackend extents;
   FrontendOptions options;
   options.flattening = {0, 64};
   options.viewportContents = false;
   options.lineweights.plotLineweights = settings.Has(kPrintLineweights);
+  options.work = work;
   Frontend frontend(drawing, extents, options);
   frontend.DrawLayout(layout, Affine2{});
   return extents.Extents();
 }
 
 PlotRegion ComputePlotRegion(const Drawing& drawing, const Layout& layout,
-                             const PlotSettings& settings) {
+                             const PlotSettings& settings, const SheetWork* work) {
   PlotRegion region;
   switch (settings.plotType) {
     case kPlotDisplay:
@@ -64,9 +65,9 @@ PlotRegion ComputePlotRegion(const Drawing& drawing, const Layout& layout,
                              v.height * (v.aspect > 0 ? v.aspect : 1.0), v.height);
         return region;
       }
-      return ExtentsRegion(drawing, layout, settings);
+      return ExtentsRegion(drawing, layout, settings, work);
     case kPlotExtents:
-      return ExtentsRegion(drawing, layout, settings);
+      return ExtentsRegion(drawing, layout, settings, work);
     case kPlotLimits:
       region.area = Limits(drawing, layout);
       return region;
@@ -76,7 +77,7 @@ PlotRegion ComputePlotRegion(const Drawing& drawing, const Layout& layout,
                              view->width, view->height);
         return region;
       }
-      return ExtentsRegion(drawing, layout, settings);
+      return ExtentsRegion(drawing, layout, settings, work);
     case kPlotWindow:
       region.area = Box2::Of(settings.windowMin, settings.windowMax);
       return region;
@@ -87,7 +88,7 @@ PlotRegion ComputePlotRegion(const Drawing& drawing, const Layout& layout,
     default:
       break;
   }
-  return ExtentsRegion(drawing, layout, settings);
+  return ExtentsRegion(drawing, layout, settings, work);
 }
 
 }  // namespace sheafwork::embedded

@@ -1,6 +1,8 @@
 #pragma once
 // One plot of one layout to one output: what the host hands the plot engine.
 
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -17,6 +19,20 @@ enum class OutputKind {
   Png,      ///< a raster PNG file of the whole sheet at `resolutionDpi`
   Svg,      ///< a vector SVG file at the sheet's size in millimetres
   Hpgl,     ///< an HP-GL/2 plot file, 40 plotter units per millimetre
+};
+
+/// How many entities the plot of one sheet may draw by default: far more
+/// than any real drawing needs, few enough to end a runaway one.
+inline constexpr std::uint64_t kDefaultSheetEntityLimit = 50'000'000;
+
+/// What bounds the plot of one sheet; past either, the plot throws PlotError.
+struct SheetWork {
+  /// Entities drawn at most, each entity of a block once per reference to
+  /// it, per walk over the sheet.
+  std::uint64_t entityLimit = kDefaultSheetEntityLimit;
+  /// Asked about every 50 ms while the sheet is drawn; true stops the plot.
+  /// Empty: never.
+  std::function<bool()> cancelled;
 };
 
 struct PlotJob {
@@ -41,6 +57,7 @@ struct PlotJob {
   /// The ";"-separated folders shape font files are looked for in (the
   /// host's support path).
   std::string fontSearchPath;
+  SheetWork work;
 };
 
 /// The plot could not be made; the message says why, in French, for the

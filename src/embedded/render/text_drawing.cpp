@@ -19,6 +19,8 @@ namespace sheafwork::embedded {
 namespace {
 
 constexpr FontMetrics kStrokeMetrics{1.0, 4.0 / 12.0};
+// Points of strokes a line of text gathers before they go to the backend.
+constexpr std::size_t kStrokePiecePoints = 8192;
 
 /// Glyph space (cap heights) into text space: width factor and slant, then
 /// the baseline's left end at `origin`.
@@ -49,12 +51,32 @@ void DrawStrokeLine(Backend& backend, const ShapeFace& face, std::string_view te
   thread_local std::vector<int> sizes;
   thread_local std::vector<Vec2> filledPoints;
   thread_local std::vector<int> filledSizes;
+  glyphs.Use(glyphToSheet);
+  Box2 box;
+  bool drawn = false;
+  // The strokes go out a piece of the line at a time, so that a long text
+  // needs no more room than one piece.
+  const auto flush = [&] {
+    if ((!sizes.empty() || !filledSizes.empty()) && (inside || box.Intersects(*cull))) {
+      drawn = true;
+      std::size_t first = 0;
+      for (const int size : sizes) {
+        const auto n = static_cast<std::size_t>(size);
+        backend.DrawPolyline(std::span<const Vec2>(points).subspan(first, n), false, style);
+        first += n;
+      }
+      if (!filledSizes.empty()) backend.FillLoops(filledPoints, filledSizes, style);
+    }
+    points.clear();
+    sizes.clear();
+    filledPoints.clear();
+    filledSizes.clear();
+    box = Box2{};
+  };
   points.clear();
   sizes.clear();
   filledPoints.clear();
   filledSizes.clear();
-  glyphs.Use(glyphToSheet);
-  Box2 box;
   double x = 0;
   for (std::size_t i = 0; i < text.size();) {
     const DecodedChar c = DecodeUtf8(text, i);
@@ -72,17 +94,11 @@ void DrawStrokeLine(Backend& backend, const ShapeFace& face, std::string_view te
     for (const Vec2& p : strokes.points) to.push_back({p.x + origin.x, p.y + origin.y});
     std::vector<int>& toSizes = glyph.filled ? filledSizes : sizes;
     toSizes.insert(toSizes.end(), strokes.sizes.begin(), strokes.sizes.end());
+    if (points.size() + filledPoints.size() >= kStrokePiecePoints) flush();
   }
-  if (sizes.empty() && filledSizes.empty()) return;
-  if (!inside && !box.Intersects(*cull)) return;
-  std::size_t first = 0;
-  for (const int size : sizes) {
-    const auto n = static_cast<std::size_t>(size);
-    backend.DrawPolyline(std::span<const Vec2>(points).subspan(first, n), false, style);
-    first += n;
-  }
-  if (!filledSizes.empty()) backend.FillLoops(filledPoints, filledSizes, style);
-  if (x > 0) backend.TextDrawn(text, glyphToSheet * Affine2::Scaling(x, 1));
+  flush();
+  // What was drawn of the line is also searchable text.
+  if (drawn && x > 0) backend.TextDrawn(text, glyphToSheet * Affine2::Scaling(x, 1));
 }
 
 void DrawStrokeRun(Backend& backend, const TextRun& run, const Style& style,

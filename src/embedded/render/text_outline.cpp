@@ -16,9 +16,7 @@ void Backend::DrawText(const TextRun& run, const Style& style) {
     return;
   }
   thread_local CurvePath outlines;
-  outlines.Clear();
-  AppendRunOutlines(run, laid, outlines);
-  if (!outlines.Empty()) FillPath(outlines, style);
+  OutlineRun(run, laid, outlines, [&](const CurvePath& piece) { FillPath(piece, style); });
 }
 
 }  // namespace sheafwork::embedded

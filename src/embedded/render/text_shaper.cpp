@@ -34,7 +34,10 @@ struct Line {
   double nominalHeight = 0;
   int paragraphAlign = -1;
   bool startsColumn = false;  ///< after \N
-  std::size_t column = 0;     ///< the column it ends up in
+  std::size_t column = 0;     ///< the column it ends up in (its last copy)
+  /// How many lines alike it stands for: empty lines in a row, made by
+  /// breaks in a row, are one Line.
+  std::uint32_t copies = 1;
 };
 
 bool IsStroke(const MTextFormat& f) { return f.strokeFont; }
@@ -101,9 +104,14 @@ class Shaper {
     while (i < atoms_.size()) {
       const Atom& a = atoms_[i];
       if (IsBreak(a)) {
-        lines_.emplace_back();
-        lines_.back().nominalHeight = a.piece->format.height;
-        lines_.back().startsColumn = a.piece->columnBreak;
+        // Of n breaks in a row, the first n - 1 make lines that stay empty.
+        for (const std::uint32_t copies : {a.piece->breaks - 1, 1u}) {
+          if (copies == 0) continue;
+          lines_.emplace_back();
+          lines_.back().nominalHeight = a.piece->format.height;
+          lines_.back().startsColumn = a.piece->columnBreak;
+          lines_.back().copies = copies;
+        }
         x = 0;
         ++i;
         continue;
@@ -179,22 +187,36 @@ class Shaper {
     }
     // Baselines below the top of their column: a column ends at \N, or
     // (dynamic columns) where the next line would pass its height.
-    baselines[0] = -heights[0];
-    double depth = -baselines[0];
-    for (std::size_t k = 1; k < n; ++k) {
-      lines_[k].column = lines_[k - 1].column;
-      const double next =
-          baselines[k - 1] - block_.lineSpacing * kPitch * std::max(heights[k - 1], heights[k]);
-      const double limit = ColumnLimit(lines_[k].column);
-      if (flowing && (lines_[k].startsColumn || (limit > 0 && -next > limit * (1 + 1e-9)))) {
-        ++lines_[k].column;
-        baselines[k] = -heights[k];
-      } else {
-        baselines[k] = next;
+    // A Line of several copies gets the baseline of its last one.
+    double depth = 0;
+    std::vector<double> columnDepths;  // each column's lowest baseline, for its box
+    std::size_t lastColumn = 0;
+    for (std::size_t k = 0; k < n; ++k) {
+      for (std::uint32_t copy = 0; copy < lines_[k].copies; ++copy) {
+        if (k == 0 && copy == 0) {
+          baselines[0] = -heights[0];
+        } else {
+          const double before = copy > 0 ? baselines[k] : baselines[k - 1];
+          const double beforeHeight = copy > 0 ? heights[k] : heights[k - 1];
+          const double next =
+              before - block_.lineSpacing * kPitch * std::max(beforeHeight, heights[k]);
+          const double limit = ColumnLimit(lastColumn);
+          if (flowing && (lines_[k].startsColumn || (limit > 0 && -next > limit * (1 + 1e-9)))) {
+            ++lastColumn;
+            baselines[k] = -heights[k];
+          } else {
+            baselines[k] = next;
+          }
+        }
+        depth = std::max(depth, -baselines[k]);
+        if (block_.boxes && flowing) {
+          if (columnDepths.size() <= lastColumn) columnDepths.resize(lastColumn + 1, 0);
+          columnDepths[lastColumn] = std::max(columnDepths[lastColumn], -baselines[k]);
+        }
       }
-      depth = std::max(depth, -baselines[k]);
+      lines_[k].column = lastColumn;
     }
-    std::size_t columns = lines_[n - 1].column + 1;
+    std::size_t columns = lastColumn + 1;
     if (c.type == 1 && c.count > 0) columns = std::max(columns, static_cast<std::size_t>(c.count));
     // The block runs from the top of its columns to their lowest baseline
     // (or their given height); the attachment point is on its box.
@@ -222,9 +244,7 @@ class Shaper {
       double bottom = depth;
       if (flowing) {
         bottom = c.heights.empty() ? c.height : ColumnLimit(k);
-        for (std::size_t i = 0; i < n; ++i) {
-          if (lines_[i].column == k) bottom = std::max(bottom, -baselines[i]);
-        }
+        if (k < columnDepths.size()) bottom = std::max(bottom, columnDepths[k]);
       }
       out_.columns.push_back(
           Box2::Of({columnLeft(k), shift - bottom}, {columnLeft(k) + boxWidth, shift}));

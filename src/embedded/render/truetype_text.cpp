@@ -11,6 +11,8 @@ namespace {
 
 // The slant given to upright faces when italic is asked.
 constexpr double kSyntheticSlant = 0.2;
+// Points of glyph outlines a run gathers before they are filled.
+constexpr std::size_t kOutlinePiecePoints = 16384;
 
 bool Blank(std::string_view line) {
   return std::all_of(line.begin(), line.end(), [](char c) { return c == ' ' || c == '\t'; });
@@ -58,14 +60,14 @@ RunLines LayOutRunLines(const TextRun& run) {
   return laid;
 }
 
-void AppendRunOutlines(const TextRun& run, const RunLines& laid, CurvePath& out) {
+void OutlineRun(const TextRun& run, const RunLines& laid, CurvePath& out,
+                const std::function<void(const CurvePath&)>& fill) {
   const TrueTypeFace* face = laid.font.face;
   if (face == nullptr) return;
   const RunPlacement& p = laid.placement;
+  out.Clear();
   for (std::size_t i = 0; i < laid.lines.size(); ++i) {
     if (Blank(laid.lines[i])) continue;
-    const std::size_t first = out.points.size();
-    for (const PlacedGlyph& g : laid.glyphs[i]) face->AppendOutline(g.id, g.at, out);
     // Design units into the run's space, then onto the sheet.
     const Affine2 toSheet = run.toSheet * Affine2{p.xScale,
                                                   0,
@@ -73,10 +75,23 @@ void AppendRunOutlines(const TextRun& run, const RunLines& laid, CurvePath& out)
                                                   p.yScale,
                                                   laid.placements[i].x,
                                                   laid.placements[i].baseline};
-    for (std::size_t k = first; k < out.points.size(); ++k) {
-      out.points[k] = toSheet.Apply(out.points[k]);
+    std::size_t first = out.points.size();
+    const auto place = [&] {
+      for (std::size_t k = first; k < out.points.size(); ++k) {
+        out.points[k] = toSheet.Apply(out.points[k]);
+      }
+    };
+    for (const PlacedGlyph& g : laid.glyphs[i]) {
+      face->AppendOutline(g.id, g.at, out);
+      if (out.points.size() < kOutlinePiecePoints) continue;
+      place();
+      fill(out);
+      out.Clear();
+      first = 0;
     }
+    place();
   }
+  if (!out.Empty()) fill(out);
 }
 
 TextMeasure& TrueTypeMeasure() {

@@ -4,6 +4,7 @@
 // layer. When the system has no font at all, the stroke font stands in, so
 // that text is never lost.
 
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -28,9 +29,12 @@ struct RunLines {
 
 RunLines LayOutRunLines(const TextRun& run);
 
-/// Appends the glyph outlines of `run` on the sheet. Nothing when the run
-/// has no face.
-void AppendRunOutlines(const TextRun& run, const RunLines& laid, CurvePath& out);
+/// Puts the glyph outlines of `run` on the sheet into `out` and hands them
+/// to `fill`: a long run a piece at a time (whole glyphs, `out` emptied
+/// between pieces), so that its outlines need no more room than a piece.
+/// Nothing when the run has no face.
+void OutlineRun(const TextRun& run, const RunLines& laid, CurvePath& out,
+                const std::function<void(const CurvePath&)>& fill);
 
 /// Measures with the faces above.
 TextMeasure& TrueTypeMeasure();

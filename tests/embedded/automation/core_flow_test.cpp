@@ -81,6 +81,66 @@ TEST_F(CoreFlowTest, ThePlotRunPlotsRowsThroughTheEmbeddedHost) {
   EXPECT_THAT(display->events.front(), "start 5");
 }
 
+struct RowsSeen : RunObserver {
+  void RowFinished(int row, RowStatus status) override {
+    rows.push_back(std::to_string(row) + (status == RowStatus::Plotted ? " tracé" : " échec"));
+  }
+  void RowCancelled(int row) override { rows.push_back(std::to_string(row) + " annulé"); }
+  std::vector<std::string> rows;
+};
+
+TEST_F(CoreFlowTest, ACancelDuringASheetStopsTheRunAndReportsItsRowCancelled) {
+  const std::string plan = AddDrawing("Plan.dxf");
+  Row(plan, "Présentation1");
+  Row(plan, "Coupe");
+  // The engine asks whether to stop while it draws; the user said so
+  // during the first sheet.
+  options.plotter = [this](const PlotJob& job) {
+    display->cancel = true;
+    if (job.work.cancelled && job.work.cancelled()) throw PlotError("interrompu");
+  };
+  RowsSeen seen;
+  RunServices services;
+  services.observer = &seen;
+
+  const RunResult result = PlotAllEntries(session, Attach(), services);
+  EXPECT_TRUE(result.cancelled);
+  EXPECT_EQ(result.plotted, 0);
+  EXPECT_EQ(result.failed, 0);
+  EXPECT_THAT(seen.rows, ElementsAre("1 annulé"));
+  EXPECT_THAT(
+      testing::ReadLogLines(session.Log.ErrorLogFileName),
+      ElementsAre("erreurs", AllOf(HasSubstr("interrompu par l'utilisateur"), EndsWith(plan))));
+  EXPECT_EQ(display->failures.size(), 0u);
+}
+
+TEST_F(CoreFlowTest, ThePlotTestWarnsOfAReferenceLeftOutBeyondTheLimits) {
+  options.xrefLimits.maxDepth = 1;
+  Block trame;
+  trame.name = "TRAME";
+  trame.flags = 4;
+  trame.xrefPath = "Trame.dxf";
+  Drawing fond = SampleDrawing();
+  fond.blocks.push_back(trame);
+  AddDrawing("Fond.dxf", fond);
+  AddDrawing("Trame.dxf");
+  Block reference = trame;
+  reference.name = "FOND";
+  reference.xrefPath = "Fond.dxf";
+  Drawing drawing = SampleDrawing();
+  drawing.blocks.push_back(reference);
+  Row(AddDrawing("Plan.dxf", drawing), "Présentation1");
+
+  HostSession& host = Attach();
+  FakePrinters printers;
+  NoFonts fonts;
+  const std::string results = RunPlotTest(session, host, PlotTestServices{printers, fonts, {}, {}});
+  EXPECT_THAT(results, HasSubstr("AVERTISSEMENT: XREF non chargée, au-delà des limites de l'hôte: "
+                                 "Xréf TRAME : Trame.dxf -> " +
+                                 files.File("Trame.dxf") + " : Non chargée"));
+  EXPECT_THAT(results, Not(HasSubstr("ERREUR:  XREF")));
+}
+
 TEST_F(CoreFlowTest, ThePlotTestReportsAnUnresolvedExternalReference) {
   Drawing drawing = SampleDrawing();
   Block xref;

@@ -18,7 +18,7 @@ std::string Describe(const std::vector<MTextPiece>& pieces) {
         out += p.text;
         break;
       case MTextPiece::Kind::Paragraph:
-        out += '|';
+        out += std::string(p.breaks, '|');
         break;
       case MTextPiece::Kind::Stack:
         out += "[" + p.text + p.stackKind + p.bottom + "]";
