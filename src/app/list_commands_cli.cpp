@@ -23,27 +23,27 @@ int Save(Session& session, const std::string& path, const CommandIo& io) {
   return kExitOk;
 }
 
-// Appends a row for each drawing; false after reporting a path without a
-// folder or a file name.
-bool AddDrawings(Session& session, const std::vector<std::string>& drawings,
-                 const EntryFieldOptions& fields, const CommandIo& io, int& status) {
+// Tells on stderr which drawings do not exist: their rows are added all the
+// same, since the drawing may be there when the list is plotted.
+void WarnMissingDrawings(const std::vector<std::string>& drawings, const CommandIo& io) {
   for (const std::string& drawing : drawings) {
-    BatchEntry* entry = AddDrawingToList(session, FullPath(drawing));
-    if (!entry) {
-      status = Fail(io, drawing, LoadResourceText(ids::kFileNameNotValid));
-      return false;
+    std::error_code ec;
+    if (!fs::exists(FullPath(drawing), ec)) {
+      io.err << "sheafwork: " << drawing << ": " << LoadResourceText(ids::kCliDrawingMissing)
+             << '\n';
     }
-    entry->Layout = fields.layout.value_or("");
-    entry->PlotSetup = fields.setup.value_or("");
-    entry->PlotDevice = fields.device.value_or("");
-    entry->Layers = fields.layers.value_or("");
-    entry->PlotArea = fields.area.value_or("");
-    entry->PlotScale = fields.scale.value_or("");
-    entry->PlotFile = fields.plotFile.value_or("");
-    entry->ScaleCustom = fields.customScale;
-    entry->ScaleLW = fields.scaleLineweights;
   }
-  return true;
+}
+
+// False after reporting a row number outside the list.
+bool RowInList(const Session& session, int row, const std::string& path, const CommandIo& io,
+               int& status) {
+  const int count = session.List.EntryCount();
+  if (row >= 1 && row <= count) return true;
+  status = Fail(io, path,
+                std::to_string(row) + " : " + LoadResourceText(ids::kCliNoSuchRow) +
+                    std::to_string(count) + ")");
+  return false;
 }
 
 bool ValidListName(const std::string& path, const CommandIo& io, int& status) {
@@ -53,6 +53,25 @@ bool ValidListName(const std::string& path, const CommandIo& io, int& status) {
 }
 
 }  // namespace
+
+bool AddDrawings(Session& session, const std::vector<std::string>& drawings,
+                 const EntryFieldOptions& fields, const CommandIo& io, int& status) {
+  // The values are checked before any row is added.
+  BatchEntry checked;
+  if (std::string problem = ApplyRowOptions(fields, checked); !problem.empty()) {
+    status = Refuse(io, problem);
+    return false;
+  }
+  for (const std::string& drawing : drawings) {
+    BatchEntry* entry = AddDrawingToList(session, FullPath(drawing));
+    if (!entry) {
+      status = Fail(io, drawing, LoadResourceText(ids::kFileNameNotValid));
+      return false;
+    }
+    ApplyRowOptions(fields, *entry);
+  }
+  return true;
+}
 
 int RunListShow(const ListShowOptions& options, const CommandIo& io) {
   Session session(io.env.defaultLogFolder);
@@ -74,6 +93,7 @@ int RunListNew(const ListNewOptions& options, const CommandIo& io) {
   }
   Session session(io.env.defaultLogFolder);
   if (!AddDrawings(session, options.drawings, {}, io, status)) return status;
+  WarnMissingDrawings(options.drawings, io);
   return Save(session, path, io);
 }
 
@@ -85,6 +105,46 @@ int RunListAdd(const ListAddOptions& options, const CommandIo& io) {
   std::error_code ec;
   if (fs::exists(path, ec) && !LoadList(session, path, io, status)) return status;
   if (!AddDrawings(session, options.drawings, options.fields, io, status)) return status;
+  WarnMissingDrawings(options.drawings, io);
+  return Save(session, path, io);
+}
+
+int RunListEdit(const ListEditOptions& options, const CommandIo& io) {
+  const std::string path = FullPath(options.list);
+  Session session(io.env.defaultLogFolder);
+  int status = kExitOk;
+  if (!LoadList(session, path, io, status)) return status;
+  if (!RowInList(session, options.row, path, io, status)) return status;
+  if (!options.fields.Any()) return Refuse(io, LoadResourceText(ids::kCliNothingToEdit));
+  if (std::string problem = ApplyRowOptions(options.fields, session.List.Entry(options.row));
+      !problem.empty()) {
+    return Refuse(io, problem);
+  }
+  return Save(session, path, io);
+}
+
+int RunListRemove(const ListRemoveOptions& options, const CommandIo& io) {
+  const std::string path = FullPath(options.list);
+  Session session(io.env.defaultLogFolder);
+  int status = kExitOk;
+  if (!LoadList(session, path, io, status)) return status;
+  for (int row : options.rows) {
+    if (!RowInList(session, row, path, io, status)) return status;
+  }
+  RemoveEntries(session, options.rows);
+  return Save(session, path, io);
+}
+
+int RunListMove(const ListMoveOptions& options, const CommandIo& io) {
+  const std::string path = FullPath(options.list);
+  Session session(io.env.defaultLogFolder);
+  int status = kExitOk;
+  if (!LoadList(session, path, io, status)) return status;
+  if (!RowInList(session, options.from, path, io, status) ||
+      !RowInList(session, options.to, path, io, status)) {
+    return status;
+  }
+  MoveEntry(session, options.from, options.to);
   return Save(session, path, io);
 }
 

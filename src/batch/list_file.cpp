@@ -272,6 +272,11 @@ ListFileResult ReadListFile(Session& session, const std::string& path, bool appe
     result.status = ListFileStatus::CannotOpen;
     return result;
   }
+  return ReadListBytes(session, bytes, append);
+}
+
+ListFileResult ReadListBytes(Session& session, std::string_view bytes, bool append) {
+  ListFileResult result;
   std::string_view raw = bytes;
   constexpr std::string_view kUtf8Bom = "\xEF\xBB\xBF";
   if (raw.starts_with(kUtf8Bom)) raw.remove_prefix(kUtf8Bom.size());

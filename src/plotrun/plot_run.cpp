@@ -27,9 +27,12 @@ class Run {
       : session_(session),
         host_(host),
         services_(services),
-        context_{host, logs_.errorLog,
-                 PaperChangeReport{logs_.errorLog, session.Log, services.prompt}, record_,
-                 services.clock ? services.clock : Clock(LocalTimeNow)} {}
+        context_{host,
+                 logs_.errorLog,
+                 PaperChangeReport{logs_.errorLog, session.Log, services.prompt},
+                 record_,
+                 services.clock ? services.clock : Clock(LocalTimeNow),
+                 services.plotStyle} {}
 
   RunResult Go();
 
@@ -42,6 +45,9 @@ class Run {
   void MarkEntryFailed(int row, const BatchEntry& entry);
   void MarkEntryPlotted(int row, const BatchEntry& entry, const std::string& elapsed);
   void LogHostError(const host::Error& error);
+  void SheetPlotted(int row) {
+    if (services_.observer) services_.observer->SheetPlotted(row);
+  }
   bool StillGoing(host::Plot& plot);
 
   Session& session_;
@@ -143,6 +149,7 @@ void Run::PlotRow(int row) {
     } else {
       std::string elapsed;
       if (PlotLayout(context_, entry, entry.Layout, planFound, elapsed)) {
+        SheetPlotted(row);
         MarkEntryPlotted(row, entry, elapsed);
       } else {
         MarkEntryFailed(row, entry);
@@ -172,7 +179,9 @@ void Run::PlotAllLayouts(int row, const BatchEntry& entry, bool planFound) {
     if (!first && !StillGoing(*host_.App().ActiveDocument()->GetPlot())) return;
     first = false;
     std::string elapsed;
-    if (!PlotLayout(context_, entry, name, planFound, elapsed)) {
+    if (PlotLayout(context_, entry, name, planFound, elapsed)) {
+      SheetPlotted(row);
+    } else {
       logs_.errorLog.WriteLogLine(LoadResourceText(ids::kPlotFailed) + entry.FileName + ", " +
                                   LoadResourceText(ids::kLayoutWord) + name);
       allLayoutsOk = false;

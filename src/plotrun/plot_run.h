@@ -24,6 +24,8 @@ class RunObserver {
   virtual void RowStarted(int row, int count, const BatchEntry& entry) {
     (void)row, (void)count, (void)entry;
   }
+  /// A sheet of row `row` was plotted (one per layout).
+  virtual void SheetPlotted(int row) { (void)row; }
   /// Row `row` was plotted or failed.
   virtual void RowFinished(int row, RowStatus status) { (void)row, (void)status; }
 };
@@ -33,6 +35,9 @@ struct RunServices {
   RunObserver* observer = nullptr;
   /// Asked only when a paper-size line can be written to no error log at all.
   Prompt* prompt = nullptr;
+  /// The plot style table every sheet of the run plots with, as the host
+  /// finds tables; empty: each layout's own.
+  std::string plotStyle;
 };
 
 /// How a run went.

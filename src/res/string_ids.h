@@ -250,4 +250,30 @@ inline constexpr int kSettingsNone = 308;     // "(aucun(e))"
 inline constexpr int kModelShort = 312;       // "Objet"
 inline constexpr int kTestUndrawnEntities = 330;  // "AVERTISSEMENT: Entités que l'hôte ..."
 
+// The command line (400 to 439).
+inline constexpr int kCliRawCodes = 400;
+inline constexpr int kCliCustomScaleHint = 401;
+inline constexpr int kCliBadArea = 402;
+inline constexpr int kCliBadScale = 403;
+inline constexpr int kCliNotStandardScale = 404;
+inline constexpr int kCliBadCustomScale = 405;
+inline constexpr int kCliScaleConflict = 406;
+inline constexpr int kCliUnknownCommand = 407;
+inline constexpr int kCliClosestCommand = 408;
+inline constexpr int kCliDrawingMissing = 409;
+inline constexpr int kCliNoSuchRow = 410;
+inline constexpr int kCliNothingToEdit = 411;
+inline constexpr int kCliPlotFileOfOneDrawing = 412;
+inline constexpr int kCliListOrDrawings = 413;
+inline constexpr int kCliRowOptionsNeedDrawings = 414;
+inline constexpr int kCliStandardInput = 415;
+inline constexpr int kCliPlotStyleNotCtb = 416;
+inline constexpr int kCliPlotStyleNotFound = 417;
+inline constexpr int kCliProgressRow = 418;
+inline constexpr int kCliRowPlotted = 419;
+inline constexpr int kCliRowFailed = 420;
+inline constexpr int kCliProgressSheets = 421;
+inline constexpr int kCliProgressElapsed = 422;
+inline constexpr int kCliProgressLeft = 423;
+
 }  // namespace sheafwork::ids

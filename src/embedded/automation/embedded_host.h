@@ -63,6 +63,11 @@ struct EmbeddedHostOptions {
   /// not be written (empty when it was). A run that plotted nothing writes
   /// no file.
   std::function<void(int pages, const std::string& error)> combinedPdfClosed;
+  /// A folder that receives every sheet written to a file, as
+  /// "<drawing>-<layout>.<extension>" whatever file the plot names; a name a
+  /// sheet of this host already took gets "-2", "-3"... before its
+  /// extension. Empty: each plot writes where its file or device says.
+  std::string outputFolder;
 };
 
 /// Starts an embedded host with one untitled, empty document active.
