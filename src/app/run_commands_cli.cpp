@@ -197,7 +197,10 @@ bool LoadPlotInput(Session& session, const PlotOptions& options, const CommandIo
       status = Refuse(io, LoadResourceText(ids::kCliPlotFileOfOneDrawing));
       return false;
     }
-    return AddDrawings(session, inputs, options.fields, io, status);
+    // A list made for the run only: nothing to offer to save.
+    const bool added = AddDrawings(session, inputs, options.fields, io, status);
+    session.ListModified = false;
+    return added;
   }
   if (inputs.size() != 1) {
     status = Refuse(io, LoadResourceText(ids::kCliListOrDrawings));

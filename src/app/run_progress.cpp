@@ -81,7 +81,15 @@ void RunProgress::RowFinished(int, RowStatus status) {
   err_.flush();
 }
 
-void RunProgress::PlotFailed(const std::string& reason) {
+void RunProgress::PlotFailed(const std::string& reason) { AddReason(reason); }
+
+void RunProgress::ErrorLogged(const std::string& line) {
+  // The row's own line says that it failed.
+  if (inRow_ && line == LoadResourceText(ids::kPlotFailed) + drawing_) return;
+  AddReason(line);
+}
+
+void RunProgress::AddReason(const std::string& reason) {
   if (!inRow_) {
     PrintReason(reason);
     return;

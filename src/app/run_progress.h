@@ -23,9 +23,10 @@ enum class ProgressStyle {
   Quiet,
 };
 
-/// Follows the run (row by row) and the host (reasons and notices). The
-/// reasons of a failed row are printed once each, after the row's line;
-/// those that come outside a row at once.
+/// Follows the run (row by row, and its error log) and the host (reasons and
+/// notices). The reasons of a failed row, the host's and the error log's,
+/// are printed once each after the row's line; those that come outside a
+/// row at once.
 class RunProgress : public RunObserver, public embedded::ConsoleReports {
  public:
   /// `seconds` tells the time in seconds from any fixed point; `width` is
@@ -35,6 +36,7 @@ class RunProgress : public RunObserver, public embedded::ConsoleReports {
 
   void RowStarted(int row, int count, const BatchEntry& entry) override;
   void SheetPlotted(int row) override;
+  void ErrorLogged(const std::string& line) override;
   void RowFinished(int row, RowStatus status) override;
   void PlotFailed(const std::string& reason) override;
   void Notice(const std::string& text) override;
@@ -47,6 +49,7 @@ class RunProgress : public RunObserver, public embedded::ConsoleReports {
   void Draw();
   void Clear();
   void PrintReason(const std::string& reason);
+  void AddReason(const std::string& reason);
 
   std::ostream& err_;
   ProgressStyle style_;

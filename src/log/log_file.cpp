@@ -76,6 +76,7 @@ bool LogFile::Open(const std::string& path, bool append) {
 }
 
 bool LogFile::WriteLogLine(std::string_view text) {
+  if (echo_) echo_(text);
   if (!file_) return true;
   if (WriteAndFlush(file_.get(), LineBytes(text))) return true;
   const int reason = errno;  // the write's, for callers that report it

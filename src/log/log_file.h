@@ -5,6 +5,7 @@
 // the rest of the run; no logging failure ever stops a run.
 
 #include <cstdio>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -35,11 +36,16 @@ class LogFile {
   /// Closes the log; false when the close reported an error.
   bool Close();
 
+  /// Also hands every line written from now on to `echo`, whether the log
+  /// is open or not (the command line prints a failed row's reasons).
+  void SetEcho(std::function<void(std::string_view)> echo) { echo_ = std::move(echo); }
+
  private:
   struct Closer {
     void operator()(std::FILE* f) const;
   };
   std::unique_ptr<std::FILE, Closer> file_;
+  std::function<void(std::string_view)> echo_;
 };
 
 /// Writes a journal line; when the journal fails, string 99 goes to the error

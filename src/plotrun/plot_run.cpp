@@ -61,6 +61,10 @@ class Run {
 
 RunResult Run::Go() {
   OpenLogFiles(session_.Log, logs_);
+  if (RunObserver* observer = services_.observer) {
+    logs_.errorLog.SetEcho(
+        [observer](std::string_view line) { observer->ErrorLogged(std::string(line)); });
+  }
   try {
     if (!CountPlots()) {
       result_.endedEarly = true;

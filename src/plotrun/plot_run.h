@@ -26,6 +26,8 @@ class RunObserver {
   }
   /// A sheet of row `row` was plotted (one per layout).
   virtual void SheetPlotted(int row) { (void)row; }
+  /// A line went to the run's error log (whether the log is on or not).
+  virtual void ErrorLogged(const std::string& line) { (void)line; }
   /// Row `row` was plotted or failed.
   virtual void RowFinished(int row, RowStatus status) { (void)row, (void)status; }
 };

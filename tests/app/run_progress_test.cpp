@@ -7,13 +7,17 @@
 
 #include <sstream>
 
+#include "res/string_ids.h"
+#include "res/string_table.h"
+
 namespace sheafwork {
 namespace {
 
 class RunProgressTest : public ::testing::Test {
  protected:
   // Row 1 plots two sheets in 10 s; row 2 fails after 5 s, the host giving
-  // the same reason twice and a notice; then a failure outside any row.
+  // the same reason twice and a notice, the run logging why and that it
+  // failed; then a failure outside any row.
   std::string Play(ProgressStyle style, int width = 200) {
     std::ostringstream err;
     RunProgress progress(
@@ -31,7 +35,9 @@ class RunProgressTest : public ::testing::Test {
     progress.RowStarted(2, 3, b);
     progress.Notice("b.dxf : périphérique remplacé");
     progress.PlotFailed("b.dxf : introuvable");
+    progress.ErrorLogged("ERREUR: Impossible d'ouvrir le dessin: /plans/b.dxf");
     progress.PlotFailed("b.dxf : introuvable");
+    progress.ErrorLogged(LoadResourceText(ids::kPlotFailed) + "/plans/b.dxf");
     now = 115;
     progress.RowFinished(2, RowStatus::Failed);
     progress.PlotFailed("PDF combiné non écrit");
@@ -49,6 +55,7 @@ TEST_F(RunProgressTest, LinesForPipesGiveTheReasonOnceAfterTheRow) {
             "sheafwork: b.dxf : périphérique remplacé\n"
             "ligne 2/3 : échec\n"
             "sheafwork: b.dxf : introuvable\n"
+            "sheafwork: ERREUR: Impossible d'ouvrir le dessin: /plans/b.dxf\n"
             "sheafwork: PDF combiné non écrit\n");
 }
 
@@ -56,6 +63,7 @@ TEST_F(RunProgressTest, QuietGivesOnlyFailures) {
   EXPECT_EQ(Play(ProgressStyle::Quiet),
             "ligne 2/3 : échec : /plans/b.dxf\n"
             "sheafwork: b.dxf : introuvable\n"
+            "sheafwork: ERREUR: Impossible d'ouvrir le dessin: /plans/b.dxf\n"
             "sheafwork: PDF combiné non écrit\n");
 }
 
@@ -65,22 +73,23 @@ TEST_F(RunProgressTest, TerminalRedrawsOneLineWithTimeLeft) {
   const std::string redraw = "\r\033[K";
   // After row 1 (10 s for 1 row of 3): 2 sheets, 00:10 elapsed, 00:20 left.
   EXPECT_NE(shown.find(redraw +
-                       "ligne 1/3 · 2 feuille(s) tracée(s) · 00:10 écoulé · reste environ "
+                       "ligne 1/3 · 2 feuille(s) · 00:10 écoulé · reste environ "
                        "00:20" +
                        redraw),
             std::string::npos)
       << shown;
   EXPECT_NE(shown.find(redraw +
-                       "ligne 2/3 · 2 feuille(s) tracée(s) · 00:10 écoulé · reste "
+                       "ligne 2/3 · 2 feuille(s) · 00:10 écoulé · reste "
                        "environ 00:20 · b.dxf" +
                        redraw + "sheafwork: b.dxf : périphérique remplacé\n"),
             std::string::npos)
       << shown;
   EXPECT_NE(shown.find(redraw +
                        "ligne 2/3 : échec : /plans/b.dxf\nsheafwork: b.dxf : "
-                       "introuvable\n" +
+                       "introuvable\nsheafwork: ERREUR: Impossible d'ouvrir le dessin: "
+                       "/plans/b.dxf\n" +
                        redraw +
-                       "ligne 2/3 · 2 feuille(s) tracée(s) · 00:15 écoulé · reste "
+                       "ligne 2/3 · 2 feuille(s) · 00:15 écoulé · reste "
                        "environ 00:08\r"),
             std::string::npos)
       << shown;
