@@ -52,6 +52,17 @@ bool ValidListName(const std::string& path, const CommandIo& io, int& status) {
   return false;
 }
 
+// Reads the list, lets `change` work on it (false after reporting why it
+// cannot) and writes it back.
+template <typename Change>
+int ChangeList(const std::string& list, const CommandIo& io, Change change) {
+  const std::string path = FullPath(list);
+  Session session(io.env.defaultLogFolder);
+  int status = kExitOk;
+  if (!LoadList(session, path, io, status) || !change(session, path, status)) return status;
+  return Save(session, path, io);
+}
+
 }  // namespace
 
 bool AddDrawings(Session& session, const std::vector<std::string>& drawings,
@@ -110,42 +121,33 @@ int RunListAdd(const ListAddOptions& options, const CommandIo& io) {
 }
 
 int RunListEdit(const ListEditOptions& options, const CommandIo& io) {
-  const std::string path = FullPath(options.list);
-  Session session(io.env.defaultLogFolder);
-  int status = kExitOk;
-  if (!LoadList(session, path, io, status)) return status;
-  if (!RowInList(session, options.row, path, io, status)) return status;
-  if (!options.fields.Any()) return Refuse(io, LoadResourceText(ids::kCliNothingToEdit));
-  if (std::string problem = ApplyRowOptions(options.fields, session.List.Entry(options.row));
-      !problem.empty()) {
-    return Refuse(io, problem);
-  }
-  return Save(session, path, io);
+  return ChangeList(options.list, io, [&](Session& session, const std::string& path, int& status) {
+    if (!RowInList(session, options.row, path, io, status)) return false;
+    std::string problem = options.fields.Any()
+                              ? ApplyRowOptions(options.fields, session.List.Entry(options.row))
+                              : LoadResourceText(ids::kCliNothingToEdit);
+    if (problem.empty()) return true;
+    status = Refuse(io, problem);
+    return false;
+  });
 }
 
 int RunListRemove(const ListRemoveOptions& options, const CommandIo& io) {
-  const std::string path = FullPath(options.list);
-  Session session(io.env.defaultLogFolder);
-  int status = kExitOk;
-  if (!LoadList(session, path, io, status)) return status;
-  for (int row : options.rows) {
-    if (!RowInList(session, row, path, io, status)) return status;
-  }
-  RemoveEntries(session, options.rows);
-  return Save(session, path, io);
+  return ChangeList(options.list, io, [&](Session& session, const std::string& path, int& status) {
+    for (int row : options.rows) {
+      if (!RowInList(session, row, path, io, status)) return false;
+    }
+    RemoveEntries(session, options.rows);
+    return true;
+  });
 }
 
 int RunListMove(const ListMoveOptions& options, const CommandIo& io) {
-  const std::string path = FullPath(options.list);
-  Session session(io.env.defaultLogFolder);
-  int status = kExitOk;
-  if (!LoadList(session, path, io, status)) return status;
-  if (!RowInList(session, options.from, path, io, status) ||
-      !RowInList(session, options.to, path, io, status)) {
-    return status;
-  }
-  MoveEntry(session, options.from, options.to);
-  return Save(session, path, io);
+  return ChangeList(options.list, io, [&](Session& session, const std::string& path, int& status) {
+    return RowInList(session, options.from, path, io, status) &&
+           RowInList(session, options.to, path, io, status) &&
+           MoveEntry(session, options.from, options.to);
+  });
 }
 
 int RunListAppend(const ListAppendOptions& options, const CommandIo& io) {
