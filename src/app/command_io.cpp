@@ -21,6 +21,11 @@ int Fail(const CommandIo& io, const std::string& file, const std::string& messag
   return kExitBadInput;
 }
 
+int Refuse(const CommandIo& io, const std::string& message) {
+  io.err << "sheafwork: " << message << '\n';
+  return kExitBadInput;
+}
+
 int FailWith(const CommandIo& io, const std::string& file, const ListFileResult& result) {
   std::string message = LoadResourceText(MessageIdFor(result.status));
   if (result.status == ListFileStatus::Malformed ||

@@ -26,6 +26,9 @@ std::string FullPath(const std::string& name);
 /// Prints "sheafwork: <file>: <message>" and returns kExitBadInput.
 int Fail(const CommandIo& io, const std::string& file, const std::string& message);
 
+/// Prints "sheafwork: <message>" and returns kExitBadInput.
+int Refuse(const CommandIo& io, const std::string& message);
+
 /// Fails with the message of a list-file result (with its line and reason).
 int FailWith(const CommandIo& io, const std::string& file, const ListFileResult& result);
 

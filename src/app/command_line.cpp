@@ -1,8 +1,12 @@
 #include "app/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <filesystem>
 #include <new>
 #include <string_view>
+#include <system_error>
+#include <vector>
 
 #include "app/list_commands_cli.h"
 #include "app/run_commands_cli.h"
@@ -11,6 +15,7 @@
 #include "platform/program_folders.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
+#include "text/strings.h"
 
 namespace sheafwork {
 namespace {
@@ -32,8 +37,9 @@ constexpr const char* kFooter =
     "SHEAFWORK_DWG_CONVERTER (lancé comme « convertisseur ENTRÉE SORTIE.dxf »).\n"
     "Une présentation sans traceur (« Aucun ») ou dont le traceur manque sur cette machine\n"
     "est tracée sur PDF.pc3, ou sur le périphérique nommé dans SHEAFWORK_FALLBACK_DEVICE.\n"
-    "Sans argument, ou avec le seul nom d'un fichier liste, sheafwork ouvre\n"
-    "l'application de bureau (il faut alors un écran).";
+    "Sans argument, ou avec le seul nom d'un fichier liste (un fichier qui existe, ou un\n"
+    "nom finissant par .qx3), sheafwork ouvre l'application de bureau (il faut alors un\n"
+    "écran).";
 
 // Gives CLI11's help the program's language.
 void FrenchLabels(CLI::App& app) {
@@ -71,12 +77,6 @@ void AddChoice(CLI::App* app, const std::string& name, std::optional<bool>& targ
       ->type_name(words.begin()->first + "|" + std::next(words.begin())->first);
 }
 
-void AddText(CLI::App* app, const std::string& name, std::optional<std::string>& target,
-             const std::string& help) {
-  app->add_option_function<std::string>(
-      name, [&target](const std::string& v) { target = v; }, help);
-}
-
 std::string HostHelp(const CommandEnvironment& env) {
   const HostRegistry& hosts = env.hosts ? *env.hosts : ProgramHosts();
   return hosts.DefaultName().empty() ? "aucun" : hosts.DefaultName();
@@ -88,14 +88,34 @@ struct ListCommands {
   ListShowOptions show;
   ListNewOptions created;
   ListAddOptions added;
+  ListEditOptions edited;
+  ListRemoveOptions removed;
+  ListMoveOptions moved;
   ListAppendOptions appended;
   ListSetOptions set;
   CLI::App* showCmd = nullptr;
   CLI::App* newCmd = nullptr;
   CLI::App* addCmd = nullptr;
+  CLI::App* editCmd = nullptr;
+  CLI::App* removeCmd = nullptr;
+  CLI::App* moveCmd = nullptr;
   CLI::App* appendCmd = nullptr;
   CLI::App* setCmd = nullptr;
 };
+
+// The commands of the program and of `list`, for the help and for the
+// closest match to a mistyped one.
+const std::vector<std::string> kCommands = {"list", "plot", "check"};
+const std::vector<std::string> kListCommands = {"show",   "new",  "add",    "edit",
+                                                "remove", "move", "append", "set"};
+
+constexpr const char* kRowExample =
+    "Exemple :\n"
+    "  sheafwork list add lot.qx3 plans/*.dxf --layout 'Plan A1' --device PDF.pc3 \\\n"
+    "      --area extents --scale 1:50\n"
+    "  sheafwork list add lot.qx3 coupe.dxf --area window:0,0,420,297 --custom-scale 1:25\n"
+    "Les valeurs lisibles sont enregistrées avec les codes du fichier liste (extents : #E,\n"
+    "1:50 : S#25, --custom-scale 1:25 : 1#25) ; « sheafwork list show » affiche les deux.";
 
 // The list subcommands, with their options, on `list`.
 void AddListCommands(CLI::App* list, ListCommands& c) {
@@ -116,17 +136,27 @@ void AddListCommands(CLI::App* list, ListCommands& c) {
       "Ajouter des dessins à une liste (créée avec les réglages par défaut si elle n'existe pas)");
   c.addCmd->add_option("LIST", c.added.list, "Fichier liste")->required();
   c.addCmd->add_option("DRAWING", c.added.drawings, "Dessins à ajouter")->required();
-  EntryFieldOptions& f = c.added.fields;
-  AddText(c.addCmd, "--layout", f.layout, "Présentation (Layout)");
-  AddText(c.addCmd, "--setup", f.setup, "Mise en page (PlotSetup)");
-  AddText(c.addCmd, "--device", f.device, "Périphérique de traçage (PlotDevice)");
-  AddText(c.addCmd, "--layers", f.layers, "Calques : paires « nom 0|1 » (Layers)");
-  AddText(c.addCmd, "--area", f.area, "Aire de tracé (PlotArea)");
-  AddText(c.addCmd, "--scale", f.scale, "Echelle du tracé (PlotScale)");
-  c.addCmd->add_flag("--custom-scale", f.customScale, "Echelle personnalisée (ScaleCustom)");
-  c.addCmd->add_flag("--scale-lineweights", f.scaleLineweights,
-                     "Mettre à l'échelle les épaisseurs de ligne (ScaleLW)");
-  AddText(c.addCmd, "--plot-file", f.plotFile, "Tracer dans ce fichier (PlotFile)");
+  AddRowOptions(*c.addCmd, c.added.fields);
+  c.addCmd->footer(kRowExample);
+
+  c.editCmd = AddSubcommand(*list, "edit",
+                            "Modifier les réglages d'une ligne (les options de « list add »)");
+  c.editCmd->add_option("LIST", c.edited.list, "Fichier liste")->required();
+  c.editCmd->add_option("N", c.edited.row, "Numéro de la ligne (à partir de 1)")->required();
+  AddRowOptions(*c.editCmd, c.edited.fields);
+  c.editCmd->footer(
+      "Seuls les réglages donnés changent ; \"\" vide un réglage (--area \"\" garde l'aire de la\n"
+      "présentation). Exemple : sheafwork list edit lot.qx3 2 --scale fit "
+      "--no-scale-lineweights");
+
+  c.removeCmd = AddSubcommand(*list, "remove", "Supprimer des lignes d'une liste");
+  c.removeCmd->add_option("LIST", c.removed.list, "Fichier liste")->required();
+  c.removeCmd->add_option("N", c.removed.rows, "Numéros des lignes (à partir de 1)")->required();
+
+  c.moveCmd = AddSubcommand(*list, "move", "Déplacer une ligne dans une liste");
+  c.moveCmd->add_option("LIST", c.moved.list, "Fichier liste")->required();
+  c.moveCmd->add_option("N", c.moved.from, "Numéro de la ligne à déplacer")->required();
+  c.moveCmd->add_option("--to", c.moved.to, "Sa nouvelle place (les autres suivent)")->required();
 
   c.appendCmd =
       AddSubcommand(*list, "append", "Ajouter à LIST les dessins d'un autre fichier liste");
@@ -149,12 +179,37 @@ void AddListCommands(CLI::App* list, ListCommands& c) {
 }
 
 void AddPlotOptions(CLI::App& plot, PlotOptions& options, const CommandEnvironment& env) {
-  plot.add_option("LIST", options.list, "Fichier liste (.qx3)")->required();
+  plot.add_option("LIST_OR_DRAWINGS", options.inputs,
+                  "Fichier liste (.qx3 ; « - » : lu sur l'entrée standard), ou dessins (.dxf, "
+                  ".dwg, .dwt) tracés sans liste")
+      ->required();
   plot.add_option("--host", options.host,
                   "Hôte CAO à piloter (par défaut : " + HostHelp(env) + ")");
   AddText(&plot, "--combine", options.combine,
           "Réunir aussi toutes les feuilles tracées, dans l'ordre, en un seul fichier PDF "
           "(hôte embarqué seulement)");
+  AddText(&plot, "--output-dir", options.outputDir,
+          "Ecrire toutes les feuilles dans ce dossier (créé au besoin), nommées "
+          "<dessin>-<présentation>.<ext>, -2, -3... quand le nom est déjà pris "
+          "(hôte embarqué seulement)");
+  AddText(&plot, "--plot-style", options.plotStyle,
+          "Table de styles de tracé (.ctb) de toutes les feuilles, cherchée comme l'hôte "
+          "cherche les tables (par exemple monochrome.ctb)");
+  plot.add_flag("-q,--quiet", options.quiet, "N'afficher que les erreurs et le bilan");
+  AddRowOptions(plot, options.fields);
+  for (CLI::Option* option : plot.get_options()) {
+    const std::string& name = option->get_name();
+    for (const char* row : {"--layout", "--setup", "--device", "--layers", "--area", "--scale",
+                            "--custom-scale", "--scale-lineweights", "--plot-file"}) {
+      if (name.starts_with(row)) option->group("Lignes (avec des dessins)");
+    }
+  }
+  plot.footer(
+      "Avec des dessins, chacun devient une ligne aux réglages par défaut que les options\n"
+      "des lignes changent, comme « list add ». Exemple :\n"
+      "  sheafwork plot plans/*.dxf --output-dir sorties --area extents --scale 1:50\n"
+      "Sur un terminal, une ligne de progression donne la ligne n/N, les feuilles tracées,\n"
+      "le temps écoulé et une estimation du temps restant.");
 }
 
 void AddCheckOptions(CLI::App& check, CheckOptions& options, const CommandEnvironment& env) {
@@ -197,6 +252,56 @@ std::string DescribeParseError(std::string_view message) {
   return "arguments incorrects : " + std::string(message);
 }
 
+// The number of one-character insertions, removals and replacements that
+// make `a` into `b`.
+std::size_t EditDistance(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
+  for (std::size_t i = 1; i <= a.size(); ++i) {
+    std::size_t diagonal = row[0];
+    row[0] = i;
+    for (std::size_t j = 1; j <= b.size(); ++j) {
+      const std::size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
+      diagonal = row[j];
+      row[j] = std::min({row[j] + 1, row[j - 1] + 1, replaced});
+    }
+  }
+  return row[b.size()];
+}
+
+// Refuses a word that is no command, naming the closest one. "--help"
+// counts, for those who type "help".
+int UnknownCommand(const std::string& prefix, std::string_view word,
+                   const std::vector<std::string>& commands, std::ostream& err) {
+  std::vector<std::string> candidates = commands;
+  candidates.push_back("--help");
+  const std::string* closest = &candidates.front();
+  for (const std::string& candidate : candidates) {
+    if (EditDistance(word, candidate) < EditDistance(word, *closest)) closest = &candidate;
+  }
+  err << "sheafwork: " << LoadResourceText(ids::kCliUnknownCommand) << " « " << prefix << word
+      << " » ; " << LoadResourceText(ids::kCliClosestCommand) << " « sheafwork " << prefix
+      << *closest << " » ?\n";
+  return kExitBadInput;
+}
+
+// The word where a command is expected, when it is none: the first
+// argument, or the one after "list".
+int CheckCommandWords(int argc, const char* const* argv, std::ostream& err) {
+  const auto isWord = [](std::string_view arg) { return !arg.empty() && arg.front() != '-'; };
+  const auto known = [](const std::vector<std::string>& commands, std::string_view word) {
+    return std::find(commands.begin(), commands.end(), word) != commands.end();
+  };
+  const std::string_view first = argv[1];
+  if (isWord(first) && !known(kCommands, first)) {
+    return UnknownCommand("", first, kCommands, err);
+  }
+  if (first == "list" && argc > 2 && isWord(argv[2]) && !known(kListCommands, argv[2])) {
+    return UnknownCommand("list ", argv[2], kListCommands, err);
+  }
+  return kExitOk;
+}
+
 void PrintHelp(std::ostream& out, const std::string& help) {
   out << help;
   if (!help.empty() && help.back() != '\n') out << '\n';
@@ -207,12 +312,13 @@ void PrintHelp(std::ostream& out, const std::string& help) {
 bool WantsDesktop(int argc, const char* const* argv) {
   if (argc <= 1) return true;
   if (argc > 2) return false;
-  const std::string_view arg = argv[1];
+  const std::string arg = argv[1];
   if (arg.empty() || arg.front() == '-') return false;
-  for (std::string_view command : {"list", "plot", "check"}) {
+  for (const std::string& command : kCommands) {
     if (arg == command) return false;
   }
-  return true;
+  std::error_code ec;
+  return EndsWithIgnoreCase(arg, ".qx3") || std::filesystem::is_regular_file(arg, ec);
 }
 
 HostRegistry& ProgramHosts() {
@@ -254,7 +360,9 @@ int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
 
   PlotOptions plot;
   CLI::App* plotCmd = AddSubcommand(
-      app, "plot", "Tracer chaque ligne d'une liste (journal et journal des erreurs)");
+      app, "plot",
+      "Tracer chaque ligne d'une liste, ou des dessins sans liste (journal et journal des "
+      "erreurs)");
   if (named == "plot") AddPlotOptions(*plotCmd, plot, env);
 
   CheckOptions check;
@@ -264,6 +372,9 @@ int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
 
   app.footer(kFooter);  // after the subcommands, which would inherit it
 
+  if (argc > 1) {
+    if (const int status = CheckCommandWords(argc, argv, err); status != kExitOk) return status;
+  }
   if (argc <= 1) {
     err << "sheafwork: une commande est attendue (sans argument, sheafwork ouvre l'application "
            "de bureau).\n"
@@ -293,6 +404,9 @@ int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
     if (chosen(listed.showCmd)) return RunListShow(listed.show, io);
     if (chosen(listed.newCmd)) return RunListNew(listed.created, io);
     if (chosen(listed.addCmd)) return RunListAdd(listed.added, io);
+    if (chosen(listed.editCmd)) return RunListEdit(listed.edited, io);
+    if (chosen(listed.removeCmd)) return RunListRemove(listed.removed, io);
+    if (chosen(listed.moveCmd)) return RunListMove(listed.moved, io);
     if (chosen(listed.appendCmd)) return RunListAppend(listed.appended, io);
     if (chosen(listed.setCmd)) return RunListSet(listed.set, io);
     if (*plotCmd) return RunPlot(plot, io);

@@ -1,6 +1,7 @@
 #pragma once
 // The `sheafwork` command line: parses the arguments and runs the command.
 
+#include <istream>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -35,6 +36,8 @@ struct CommandEnvironment {
   PrinterCatalog* printers = nullptr;
   FontFolders* fonts = nullptr;
   Clock clock;
+  /// Where `plot -` reads its list; null: standard input.
+  std::istream* input = nullptr;
 };
 
 /// The name under which the embedded host is registered.
@@ -44,7 +47,9 @@ inline constexpr const char* kEmbeddedHostName = "embarque";
 HostRegistry& ProgramHosts();
 
 /// True when the arguments ask for the desktop application: none at all, or
-/// only the name of a list file (anything but an option or a command).
+/// only the name of a list file (a file that exists, or a name ending in
+/// ".qx3"). Anything else is for the command line, which refuses an unknown
+/// command.
 bool WantsDesktop(int argc, const char* const* argv);
 
 /// Runs the command line; output on `out`, messages on `err`. Returns the

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <initializer_list>
+#include <optional>
 #include <system_error>
 
 #include "app/command_io.h"
@@ -50,40 +51,27 @@ bool CheckGivenValues(std::initializer_list<GivenValue> values, const std::strin
   return true;
 }
 
-bool CheckEntryFields(const EntryFieldOptions& fields, const std::string& list, const CommandIo& io,
-                      int& status) {
-  return CheckGivenValues({{ListField::Layout, fields.layout},
-                           {ListField::PageSetup, fields.setup},
-                           {ListField::Device, fields.device},
-                           {ListField::Layers, fields.layers},
-                           {ListField::PlotArea, fields.area},
-                           {ListField::PlotScale, fields.scale},
-                           {ListField::PlotFile, fields.plotFile}},
-                          list, io, status);
+// Tells on stderr which drawings do not exist: their rows are added all the
+// same, since the drawing may be there when the list is plotted.
+void WarnMissingDrawings(const std::vector<std::string>& drawings, const CommandIo& io) {
+  for (const std::string& drawing : drawings) {
+    std::error_code ec;
+    if (!fs::exists(FullPath(drawing), ec)) {
+      io.err << "sheafwork: " << drawing << ": " << LoadResourceText(ids::kCliDrawingMissing)
+             << '\n';
+    }
+  }
 }
 
-// Appends a row for each drawing; false after reporting a path that cannot
-// make a row (no folder or file name, not held by a list file, list full).
-bool AddDrawings(Session& session, const std::vector<std::string>& drawings,
-                 const EntryFieldOptions& fields, const CommandIo& io, int& status) {
-  for (const std::string& drawing : drawings) {
-    const std::string full = FullPath(drawing);
-    if (const std::string problem = DrawingRowProblem(session, full); !problem.empty()) {
-      status = Fail(io, drawing, problem);
-      return false;
-    }
-    BatchEntry* entry = AddDrawingToList(session, full);
-    entry->Layout = fields.layout.value_or("");
-    entry->PlotSetup = fields.setup.value_or("");
-    entry->PlotDevice = fields.device.value_or("");
-    entry->Layers = fields.layers.value_or("");
-    entry->PlotArea = fields.area.value_or("");
-    entry->PlotScale = fields.scale.value_or("");
-    entry->PlotFile = fields.plotFile.value_or("");
-    entry->ScaleCustom = fields.customScale;
-    entry->ScaleLW = fields.scaleLineweights;
-  }
-  return true;
+// False after reporting a row number outside the list.
+bool RowInList(const Session& session, int row, const std::string& path, const CommandIo& io,
+               int& status) {
+  const int count = session.List.EntryCount();
+  if (row >= 1 && row <= count) return true;
+  status = Fail(io, path,
+                std::to_string(row) + " : " + LoadResourceText(ids::kCliNoSuchRow) +
+                    std::to_string(count) + ")");
+  return false;
 }
 
 bool ValidListName(const std::string& path, const CommandIo& io, int& status) {
@@ -92,7 +80,42 @@ bool ValidListName(const std::string& path, const CommandIo& io, int& status) {
   return false;
 }
 
+// Reads the list, lets `change` work on it (false after reporting why it
+// cannot) and writes it back.
+template <typename Change>
+int ChangeList(const std::string& list, const CommandIo& io, Change change) {
+  const std::string path = FullPath(list);
+  Session session(io.env.defaultLogFolder);
+  int status = kExitOk;
+  if (!LoadList(session, path, io, status) || !change(session, path, status)) return status;
+  return Save(session, path, io);
+}
+
 }  // namespace
+
+bool AddDrawings(Session& session, const std::vector<std::string>& drawings,
+                 const EntryFieldOptions& fields, const CommandIo& io, int& status) {
+  // The values are checked before any row is added.
+  BatchEntry checked;
+  if (std::string problem = ApplyRowOptions(fields, checked); !problem.empty()) {
+    status = Refuse(io, problem);
+    return false;
+  }
+  for (const std::string& drawing : drawings) {
+    const std::string full = FullPath(drawing);
+    if (const std::string problem = DrawingRowProblem(session, full); !problem.empty()) {
+      status = Fail(io, drawing, problem);
+      return false;
+    }
+    BatchEntry* entry = AddDrawingToList(session, full);
+    if (!entry) {
+      status = Fail(io, drawing, LoadResourceText(ids::kFileNameNotValid));
+      return false;
+    }
+    ApplyRowOptions(fields, *entry);
+  }
+  return true;
+}
 
 int RunListShow(const ListShowOptions& options, const CommandIo& io) {
   Session session(io.env.defaultLogFolder);
@@ -114,6 +137,7 @@ int RunListNew(const ListNewOptions& options, const CommandIo& io) {
   }
   Session session(io.env.defaultLogFolder);
   if (!AddDrawings(session, options.drawings, {}, io, status)) return status;
+  WarnMissingDrawings(options.drawings, io);
   return Save(session, path, io);
 }
 
@@ -121,12 +145,42 @@ int RunListAdd(const ListAddOptions& options, const CommandIo& io) {
   const std::string path = FullPath(options.list);
   int status = kExitOk;
   if (!ValidListName(path, io, status)) return status;
-  if (!CheckEntryFields(options.fields, path, io, status)) return status;
   Session session(io.env.defaultLogFolder);
   std::error_code ec;
   if (fs::exists(path, ec) && !LoadList(session, path, io, status)) return status;
   if (!AddDrawings(session, options.drawings, options.fields, io, status)) return status;
+  WarnMissingDrawings(options.drawings, io);
   return Save(session, path, io);
+}
+
+int RunListEdit(const ListEditOptions& options, const CommandIo& io) {
+  return ChangeList(options.list, io, [&](Session& session, const std::string& path, int& status) {
+    if (!RowInList(session, options.row, path, io, status)) return false;
+    std::string problem = options.fields.Any()
+                              ? ApplyRowOptions(options.fields, session.List.Entry(options.row))
+                              : LoadResourceText(ids::kCliNothingToEdit);
+    if (problem.empty()) return true;
+    status = Refuse(io, problem);
+    return false;
+  });
+}
+
+int RunListRemove(const ListRemoveOptions& options, const CommandIo& io) {
+  return ChangeList(options.list, io, [&](Session& session, const std::string& path, int& status) {
+    for (int row : options.rows) {
+      if (!RowInList(session, row, path, io, status)) return false;
+    }
+    RemoveEntries(session, options.rows);
+    return true;
+  });
+}
+
+int RunListMove(const ListMoveOptions& options, const CommandIo& io) {
+  return ChangeList(options.list, io, [&](Session& session, const std::string& path, int& status) {
+    return RowInList(session, options.from, path, io, status) &&
+           RowInList(session, options.to, path, io, status) &&
+           MoveEntry(session, options.from, options.to);
+  });
 }
 
 int RunListAppend(const ListAppendOptions& options, const CommandIo& io) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/command_io.h"
+#include "app/row_options.h"
 
 namespace sheafwork {
 
@@ -23,24 +24,28 @@ struct ListNewOptions {
   bool force = false;  ///< replace an existing file
 };
 
-/// Values for the fields of each added row; an option not given leaves the
-/// field at its default (empty or false).
-struct EntryFieldOptions {
-  std::optional<std::string> layout;
-  std::optional<std::string> setup;
-  std::optional<std::string> device;
-  std::optional<std::string> layers;
-  std::optional<std::string> area;
-  std::optional<std::string> scale;
-  std::optional<std::string> plotFile;
-  bool customScale = false;
-  bool scaleLineweights = false;
-};
-
 struct ListAddOptions {
   std::string list;
   std::vector<std::string> drawings;
   EntryFieldOptions fields;
+};
+
+/// Changes the fields the options give on one row.
+struct ListEditOptions {
+  std::string list;
+  int row = 0;  ///< from 1
+  EntryFieldOptions fields;
+};
+
+struct ListRemoveOptions {
+  std::string list;
+  std::vector<int> rows;  ///< from 1
+};
+
+struct ListMoveOptions {
+  std::string list;
+  int from = 0;  ///< from 1
+  int to = 0;
 };
 
 struct ListAppendOptions {
@@ -61,9 +66,18 @@ struct ListSetOptions {
   std::optional<bool> errorAppend;
 };
 
+/// Appends a row for each drawing with the fields `fields` give; false
+/// after reporting a value the rows cannot hold (before any row is added) or
+/// a path without a folder or a file name.
+bool AddDrawings(Session& session, const std::vector<std::string>& drawings,
+                 const EntryFieldOptions& fields, const CommandIo& io, int& status);
+
 int RunListShow(const ListShowOptions& options, const CommandIo& io);
 int RunListNew(const ListNewOptions& options, const CommandIo& io);
 int RunListAdd(const ListAddOptions& options, const CommandIo& io);
+int RunListEdit(const ListEditOptions& options, const CommandIo& io);
+int RunListRemove(const ListRemoveOptions& options, const CommandIo& io);
+int RunListMove(const ListMoveOptions& options, const CommandIo& io);
 int RunListAppend(const ListAppendOptions& options, const CommandIo& io);
 int RunListSet(const ListSetOptions& options, const CommandIo& io);
 

@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "batch/list_row.h"
+#include "batch/plot_values.h"
 #include "batch/session.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -85,9 +86,12 @@ std::string ListToText(const Session& session) {
       line("   " + ListColumnTitle(column), row[column]);
     }
     if (!e.Layers.empty()) line("   " + Label(230), e.Layers);
-    if (!e.PlotArea.empty()) line("   " + Label(238), e.PlotArea);
+    if (!e.PlotArea.empty())
+      line("   " + Label(238), e.PlotArea + " (" + PlotAreaName(e.PlotArea) + ")");
     if (!e.PlotScale.empty() || e.ScaleCustom) {
-      line("   " + Label(244), e.PlotScale + (e.ScaleCustom ? " (" + Label(257) + ")" : ""));
+      std::string meaning = PlotScaleName(e.PlotScale, e.ScaleCustom);
+      if (e.ScaleCustom) meaning += (meaning.empty() ? "" : ", ") + Label(257);
+      line("   " + Label(244), e.PlotScale + " (" + meaning + ")");
     }
     if (e.ScaleLW) line("   " + Label(249), onOff(true));
     if (!e.PlotFile.empty()) line("   " + Label(250), e.PlotFile);

@@ -1,11 +1,22 @@
 #include "app/run_commands_cli.h"
 
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
 #include <filesystem>
+#include <iostream>
+#include <iterator>
 #include <memory>
 #include <system_error>
 
 #include "app/console_prompt.h"
+#include "app/list_commands_cli.h"
+#include "app/run_progress.h"
 #include "embedded/automation/embedded_host.h"
+#include "embedded/plotstyle/lookup.h"
+#include "embedded/plotstyle/plot_style_file.h"
 #include "host/error.h"
 #include "host/startup.h"
 #include "platform/program_folders.h"
@@ -14,6 +25,7 @@
 #include "plottest/results_actions.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
+#include "text/strings.h"
 
 namespace sheafwork {
 namespace {
@@ -30,12 +42,16 @@ class RunSession {
   /// false with `status` set otherwise.
   bool Start(const std::string& list, const std::string& hostName, int& status,
              const HostFactory* given = nullptr) {
+    return LoadList(session_, FullPath(list), io_, status) && Attach(hostName, status, given);
+  }
+
+  /// Starts the host for the list already in the session.
+  bool Attach(const std::string& hostName, int& status, const HostFactory* given = nullptr) {
     if (io_.env.dataFolder.empty()) {
       io_.err << "sheafwork: " << MissingDataFolder(io_.env.dataSearched) << '\n';
       status = kExitBadInput;
       return false;
     }
-    if (!LoadList(session_, FullPath(list), io_, status)) return false;
     const HostRegistry& hosts = io_.env.hosts ? *io_.env.hosts : ProgramHosts();
     const HostFactory* factory = given ? given : hosts.Find(hostName);
     if (!factory) {
@@ -86,27 +102,6 @@ class RunSession {
   std::unique_ptr<HostSession> host_;
 };
 
-/// Row-by-row progress of a plot run on stderr.
-class ProgressLines : public RunObserver {
- public:
-  explicit ProgressLines(std::ostream& err) : err_(err) {}
-  void RowStarted(int row, int count, const BatchEntry& entry) override {
-    count_ = count;
-    err_ << Prefix(row) << entry.FileName << '\n';
-  }
-  void RowFinished(int row, RowStatus status) override {
-    err_ << Prefix(row) << (status == RowStatus::Plotted ? "tracé" : "échec") << '\n';
-  }
-  void RowCancelled(int row) override { err_ << Prefix(row) << "annulé" << '\n'; }
-
- private:
-  std::string Prefix(int row) const {
-    return "ligne " + std::to_string(row) + "/" + std::to_string(count_) + " : ";
-  }
-  std::ostream& err_;
-  int count_ = 0;
-};
-
 /// The text with LF line ends, as a terminal and a pipe expect it.
 std::string WithNewlines(const std::string& text) {
   std::string out;
@@ -143,19 +138,24 @@ struct CombinedOutcome {
   std::string error;
 };
 
-/// The embedded host writing every sheet also into `path`. An error that
-/// keeps it from starting is printed here, since starting a host only says
-/// that it failed.
-HostFactory CombiningHost(const std::string& path, std::shared_ptr<CombinedOutcome> outcome,
-                          const CommandIo& io) {
-  return [path, outcome, &io] {
-    embedded::EmbeddedHostOptions hostOptions;
-    hostOptions.combinedPdf = path;
+/// The embedded host of a plot run: its failures and notices go to
+/// `reports`, and it writes into the combined PDF and the output folder the
+/// options name. An error that keeps it from starting is printed here, since
+/// starting a host only says that it failed.
+HostFactory RunHost(const PlotOptions& options, std::shared_ptr<CombinedOutcome> outcome,
+                    std::shared_ptr<embedded::ConsoleReports> reports, const CommandIo& io) {
+  embedded::EmbeddedHostOptions hostOptions;
+  hostOptions.progress = embedded::ConsoleProgressDisplay(std::move(reports));
+  if (options.combine) {
+    hostOptions.combinedPdf = FullPath(*options.combine);
     hostOptions.combinedPdfClosed = [outcome](int pages, const std::string& error) {
       *outcome = CombinedOutcome{true, pages, error};
     };
+  }
+  if (options.outputDir) hostOptions.outputFolder = FullPath(*options.outputDir);
+  return [hostOptions, &io] {
     try {
-      return embedded::MakeEmbeddedHost(std::move(hostOptions));
+      return embedded::MakeEmbeddedHost(hostOptions);
     } catch (const host::Error& error) {
       io.err << "sheafwork: " << error.description() << '\n';
       throw;
@@ -181,34 +181,132 @@ bool ReportCombined(const CombinedOutcome& outcome, const std::string& path, std
 
 }  // namespace
 
+bool IsDrawingName(const std::string& name) {
+  for (const char* extension : {".dxf", ".dwg", ".dwt"}) {
+    if (EndsWithIgnoreCase(name, extension) && name.size() > 4) return true;
+  }
+  return false;
+}
+
+namespace {
+
+// The rows of the run: the list file named (or standard input), or a row per
+// drawing with the row options. False after reporting the failure.
+bool LoadPlotInput(Session& session, const PlotOptions& options, const CommandIo& io, int& status) {
+  const std::vector<std::string>& inputs = options.inputs;
+  if (std::all_of(inputs.begin(), inputs.end(), IsDrawingName)) {
+    if (options.fields.plotFile && (inputs.size() > 1 || options.outputDir)) {
+      status = Refuse(io, LoadResourceText(ids::kCliPlotFileOfOneDrawing));
+      return false;
+    }
+    // A list made for the run only: nothing to offer to save.
+    const bool added = AddDrawings(session, inputs, options.fields, io, status);
+    session.ListModified = false;
+    return added;
+  }
+  if (inputs.size() != 1) {
+    status = Refuse(io, LoadResourceText(ids::kCliListOrDrawings));
+    return false;
+  }
+  if (options.fields.Any()) {
+    status = Refuse(io, LoadResourceText(ids::kCliRowOptionsNeedDrawings));
+    return false;
+  }
+  if (inputs.front() != "-") return LoadList(session, FullPath(inputs.front()), io, status);
+  std::istream& in = io.env.input ? *io.env.input : std::cin;
+  const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  const ListFileResult read = ReadListBytes(session, bytes, false);
+  if (read.ok()) return true;
+  status = FailWith(io, LoadResourceText(ids::kCliStandardInput), read);
+  return false;
+}
+
+// The table every sheet plots with, as the embedded host finds it (its full
+// path); another host gets the name as given. False after reporting a table
+// that cannot be used.
+bool FindRunPlotStyle(HostSession& host, const std::string& name, const CommandIo& io,
+                      std::string& found, int& status) {
+  found = name;
+  const auto preferences =
+      std::dynamic_pointer_cast<embedded::EmbeddedPreferences>(host.App().GetPreferences());
+  if (!preferences) return true;
+  if (!EndsWithIgnoreCase(name, ".ctb")) {
+    status = Fail(io, name, LoadResourceText(ids::kCliPlotStyleNotCtb));
+    return false;
+  }
+  const std::string path = preferences->PlotStylePath();
+  const auto file = embedded::FindPlotStyleFile(name, path);
+  if (!file) {
+    status = Fail(io, name, LoadResourceText(ids::kCliPlotStyleNotFound) + path);
+    return false;
+  }
+  try {
+    embedded::ReadPlotStyleFile(*file);
+  } catch (const embedded::PlotStyleError& error) {
+    status = Refuse(io, error.what());
+    return false;
+  }
+  found = *file;
+  return true;
+}
+
+// What the terminal shows, and how wide it is.
+ProgressStyle ChooseProgressStyle(const PlotOptions& options, const CommandIo& io, int& width) {
+  width = 80;
+  if (options.quiet) return ProgressStyle::Quiet;
+  if (&io.err != &std::cerr || isatty(STDERR_FILENO) != 1) return ProgressStyle::Lines;
+  winsize size{};
+  if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) width = size.ws_col;
+  return ProgressStyle::Terminal;
+}
+
+double SteadySeconds() {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+}  // namespace
+
 int RunPlot(const PlotOptions& options, const CommandIo& io) {
   RunSession run(io);
   int status = kExitOk;
-  HostFactory combining;
-  const auto combined = std::make_shared<CombinedOutcome>();
-  std::string combinedPath;
-  if (options.combine) {
-    const HostRegistry& hosts = io.env.hosts ? *io.env.hosts : ProgramHosts();
-    const std::string& name = options.host.empty() ? hosts.DefaultName() : options.host;
-    if (name != kEmbeddedHostName) {
-      io.err << "sheafwork: --combine demande l'hôte embarqué (« " << kEmbeddedHostName
+  if (!LoadPlotInput(run.session(), options, io, status)) return status;
+
+  int width = 80;
+  const ProgressStyle style = ChooseProgressStyle(options, io, width);
+  const auto progress = std::make_shared<RunProgress>(io.err, style, SteadySeconds, width);
+
+  const HostRegistry& hosts = io.env.hosts ? *io.env.hosts : ProgramHosts();
+  const std::string& name = options.host.empty() ? hosts.DefaultName() : options.host;
+  const bool embeddedHost = name == kEmbeddedHostName;
+  for (const auto& [option, given] : {std::pair{"--combine", options.combine.has_value()},
+                                      std::pair{"--output-dir", options.outputDir.has_value()}}) {
+    if (given && !embeddedHost) {
+      io.err << "sheafwork: " << option << " demande l'hôte embarqué (« " << kEmbeddedHostName
              << " »), pas « " << name << " »\n";
       return kExitBadInput;
     }
-    combinedPath = FullPath(*options.combine);
-    combining = CombiningHost(combinedPath, combined, io);
   }
-  if (!run.Start(options.list, options.host, status, options.combine ? &combining : nullptr)) {
+  if (options.outputDir) {
+    std::error_code ec;
+    std::filesystem::create_directories(FullPath(*options.outputDir), ec);
+    if (ec) return Fail(io, *options.outputDir, ec.message());
+  }
+  const auto combined = std::make_shared<CombinedOutcome>();
+  const HostFactory embeddedFactory = RunHost(options, combined, progress, io);
+  if (!run.Attach(options.host, status, embeddedHost ? &embeddedFactory : nullptr)) return status;
+
+  RunServices services;
+  if (options.plotStyle &&
+      !FindRunPlotStyle(run.host(), *options.plotStyle, io, services.plotStyle, status)) {
     return status;
   }
-
-  ProgressLines progress(io.err);
-  RunServices services;
   if (io.env.clock) services.clock = io.env.clock;
-  services.observer = &progress;
+  services.observer = progress.get();
   services.prompt = &run.prompt();
   const RunResult result = PlotAllEntries(run.session(), run.host(), services);
   run.End();  // the host writes the combined PDF at the latest when it quits
+  progress->Finish();
+  const std::string combinedPath = options.combine ? FullPath(*options.combine) : "";
   const bool combinedOk = !options.combine || ReportCombined(*combined, combinedPath, io.err);
 
   for (const std::string& problem : result.logProblems) io.err << "sheafwork: " << problem << '\n';

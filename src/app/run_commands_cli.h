@@ -4,17 +4,28 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "app/command_io.h"
+#include "app/row_options.h"
 
 namespace sheafwork {
 
 struct PlotOptions {
-  std::string list;
+  /// One list file ("-": standard input), or drawings (.dxf, .dwg, .dwt),
+  /// each a row with the fields `fields` give.
+  std::vector<std::string> inputs;
   std::string host;  ///< empty: the default host
   /// Also gather every sheet plotted into this one PDF file (embedded host
   /// only).
   std::optional<std::string> combine;
+  /// Every sheet written into this folder as "<drawing>-<layout>.<ext>"
+  /// (embedded host only); created when missing.
+  std::optional<std::string> outputDir;
+  /// The plot style table (.ctb) every sheet plots with.
+  std::optional<std::string> plotStyle;
+  bool quiet = false;  ///< only failures and the summary
+  EntryFieldOptions fields;
 };
 
 struct CheckOptions {
@@ -23,6 +34,9 @@ struct CheckOptions {
   std::optional<std::string> save;  ///< also write the results to this file
   bool appendJournal = false;       ///< also append the results to the list's journal
 };
+
+/// True for the name of a drawing the hosts open (.dxf, .dwg, .dwt).
+bool IsDrawingName(const std::string& name);
 
 /// Plots every row; progress and the summary on stderr. 0 when every row was
 /// plotted, 1 when a row failed or the run ended early, 2 for unusable input

@@ -65,24 +65,51 @@ BatchEntry* AddDrawingToList(Session& session, std::string_view fullPath) {
   return &entry;
 }
 
-int RemoveSelectedEntries(Session& session, Prompt& prompt, std::span<const int> selected) {
+namespace {
+
+// The positions of `selected` that are in the list, in ascending order,
+// each once.
+std::vector<int> RowsInList(const Session& session, std::span<const int> selected) {
   std::vector<int> rows;
   for (int n : selected) {
     if (n >= 1 && n <= session.List.EntryCount()) rows.push_back(n);
   }
   std::sort(rows.begin(), rows.end());
   rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
-  if (rows.empty()) return 0;
+  return rows;
+}
+
+}  // namespace
+
+int RemoveSelectedEntries(Session& session, Prompt& prompt, std::span<const int> selected) {
+  const std::vector<int> rows = RowsInList(session, selected);
   if (rows.size() > 1 && Ask(prompt, ids::kConfirmRemove, ids::kConfirmRemoveTitle,
                              PromptIcon::Question, PromptButtons::YesNo) != PromptAnswer::Yes) {
     return 0;
   }
+  return RemoveEntries(session, rows);
+}
+
+int RemoveEntries(Session& session, std::span<const int> selected) {
+  const std::vector<int> rows = RowsInList(session, selected);
   for (auto it = rows.rbegin(); it != rows.rend(); ++it) {
     session.List.Remove(*it);
     session.ListModified = true;
     if (session.View) session.View->EntryRemoved(*it);
   }
   return static_cast<int>(rows.size());
+}
+
+bool MoveEntry(Session& session, int from, int to) {
+  const int count = session.List.EntryCount();
+  if (from < 1 || from > count || to < 1 || to > count) return false;
+  if (from == to) return true;
+  BatchEntry moved = session.List.Entry(from);
+  const int step = from < to ? 1 : -1;
+  for (int n = from; n != to; n += step) session.List.Entry(n) = session.List.Entry(n + step);
+  session.List.Entry(to) = std::move(moved);
+  session.ReloadMainListview(true, false);
+  return true;
 }
 
 bool OfferToSaveList(Session& session, Prompt& prompt) {

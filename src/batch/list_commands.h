@@ -28,6 +28,15 @@ BatchEntry* AddDrawingToList(Session& session, std::string_view fullPath);
 /// Returns the number removed.
 int RemoveSelectedEntries(Session& session, Prompt& prompt, std::span<const int> selected);
 
+/// Removes the entries at the 1-based `rows` positions without a question;
+/// positions outside the list and repeats are left out. Returns the number
+/// removed.
+int RemoveEntries(Session& session, std::span<const int> rows);
+
+/// Moves entry `from` to position `to` (both 1-based and in the list), the
+/// entries between shifting by one place. False when either is outside.
+bool MoveEntry(Session& session, int from, int to);
+
 /// Asks whether to save a list that holds entries (Yes/No/Cancel); Yes saves
 /// first. False when the person cancelled or the save did not succeed.
 bool OfferToSaveList(Session& session, Prompt& prompt);

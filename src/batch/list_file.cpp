@@ -273,7 +273,12 @@ ListFileResult ReadListFile(Session& session, const std::string& path, bool appe
     result.reason = std::move(file.reason);
     return result;
   }
-  std::string_view raw = file.bytes;
+  return ReadListBytes(session, file.bytes, append);
+}
+
+ListFileResult ReadListBytes(Session& session, std::string_view bytes, bool append) {
+  ListFileResult result;
+  std::string_view raw = bytes;
   constexpr std::string_view kUtf8Bom = "\xEF\xBB\xBF";
   if (raw.starts_with(kUtf8Bom)) raw.remove_prefix(kUtf8Bom.size());
   const std::string text = IsValidUtf8(raw) ? std::string(raw) : Windows1252ToUtf8(raw);

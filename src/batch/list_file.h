@@ -42,6 +42,10 @@ int MessageIdFor(ListFileStatus status);
 /// The file is Windows-1252; a file that is valid UTF-8 is read as UTF-8.
 ListFileResult ReadListFile(Session& session, const std::string& path, bool append);
 
+/// Reads the bytes of a list file (standard input, for one) as ReadListFile
+/// reads a file's.
+ListFileResult ReadListBytes(Session& session, std::string_view bytes, bool append);
+
 /// Writes the whole list to `path`, replacing any file there only once the new
 /// file is complete. Stores `path` as the list name; on success marks the list
 /// unmodified and sets the caption. A list without entries writes nothing.

@@ -183,6 +183,7 @@ bool LogFile::IsFile(const std::string& path) const {
 }
 
 bool LogFile::WriteLogLine(std::string_view text) {
+  if (echo_) echo_(text);
   if (fd_ < 0) return true;
   if (WriteAll(fd_, LineBytes(text))) return true;
   Fail(errno);

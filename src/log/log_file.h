@@ -11,6 +11,7 @@
 // it, before emptying or writing anything.
 
 #include <chrono>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -66,6 +67,10 @@ class LogFile {
   /// The process that held the file when Open gave up, 0 when not known.
   int LockHolder() const { return holder_; }
 
+  /// Also hands every line written from now on to `echo`, whether the log
+  /// is open or not (the command line prints a failed row's reasons).
+  void SetEcho(std::function<void(std::string_view)> echo) { echo_ = std::move(echo); }
+
  private:
   void Fail(int error);
 
@@ -75,6 +80,7 @@ class LogFile {
   std::string failure_;
   bool busy_ = false;
   int holder_ = 0;
+  std::function<void(std::string_view)> echo_;
 };
 
 /// Writes a journal line; when the journal fails, string 99 goes to the error

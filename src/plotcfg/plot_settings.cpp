@@ -1,11 +1,12 @@
 #include "plotcfg/plot_settings.h"
 
+#include <algorithm>
 #include <charconv>
-#include <cmath>
 #include <cstdint>
 #include <optional>
 #include <string>
 
+#include "batch/plot_values.h"
 #include "host/error.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -20,23 +21,8 @@ constexpr std::int16_t kPlotDisplay = 0;
 constexpr std::int16_t kPlotExtents = 1;
 constexpr std::int16_t kPlotLimits = 2;
 constexpr std::int16_t kPlotView = 3;
+constexpr std::int16_t kPlotWindow = 4;
 constexpr std::int16_t kPlotLayout = 5;
-
-// A custom-scale number: the whole text must be a finite decimal number; the
-// decimal separator may be "." or ",", so that lists written under either
-// convention convert.
-std::optional<double> ParseScaleNumber(std::string_view text) {
-  if (text.empty()) return std::nullopt;
-  std::string number(text);
-  for (char& c : number) {
-    if (c == ',') c = '.';
-  }
-  double value = 0;
-  const char* end = number.data() + number.size();
-  const auto [ptr, ec] = std::from_chars(number.data(), end, value);
-  if (ec != std::errc() || ptr != end || !std::isfinite(value)) return std::nullopt;
-  return value;
-}
 
 // A standard-scale number: a whole number in the 16-bit range.
 std::optional<std::int16_t> ParseStandardScale(std::string_view text) {
@@ -65,6 +51,13 @@ void ApplyPlotArea(HostSession& host, host::Layout& layout, const BatchEntry& en
     layout.SetPlotType(kPlotLimits);
   } else if (area == "#E") {
     layout.SetPlotType(kPlotExtents);
+  } else if (const auto window = ParseWindowCode(area)) {
+    // Corners in drawing units; a window cannot be the name of a view,
+    // whose names hold no comma.
+    const auto [x1, y1, x2, y2] = *window;
+    layout.SetWindowToPlot({std::min(x1, x2), std::min(y1, y2)},
+                           {std::max(x1, x2), std::max(y1, y2)});
+    layout.SetPlotType(kPlotWindow);
   } else {
     auto views = host.Doc().GetViews();
     const std::int32_t count = views->Count();

@@ -63,6 +63,11 @@ bool PlotLayout(const LayoutPlotContext& context, const BatchEntry& entry,
       return false;
     }
     if (!ApplyPlotSettings(host, entry, errorLog)) return false;
+    if (!context.plotStyle.empty()) {
+      auto layout = host.App().ActiveDocument()->ActiveLayout();
+      layout->SetStyleSheet(context.plotStyle);
+      layout->SetPlotWithPlotStyles(true);
+    }
 
     const LocalTime start = context.clock();
     bool plotted;

@@ -19,11 +19,14 @@ struct LayoutPlotContext {
   /// The page setup read from another drawing for the current row.
   const PlotSetupRecord& record;
   Clock clock;
+  /// The run's plot style table for every sheet; empty: the layout's own.
+  std::string plotStyle;
 };
 
 /// Makes `layoutName` active, applies the row's page setup, layers and plot
 /// settings in that order (the first failure stops it, with its error-log
-/// line), then plots to the row's device or plot file. True when the host
+/// line), and the run's plot style table, then plots to the row's device or
+/// plot file. True when the host
 /// accepted the plot; `elapsed` then holds the plot's duration as the journal
 /// writes it. Never throws.
 bool PlotLayout(const LayoutPlotContext& context, const BatchEntry& entry,

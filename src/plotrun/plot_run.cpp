@@ -29,9 +29,12 @@ class Run {
       : session_(session),
         host_(host),
         services_(services),
-        context_{host, logs_.errorLog,
-                 PaperChangeReport{logs_.errorLog, session.Log, services.prompt}, record_,
-                 services.clock ? services.clock : Clock(LocalTimeNow)} {}
+        context_{host,
+                 logs_.errorLog,
+                 PaperChangeReport{logs_.errorLog, session.Log, services.prompt},
+                 record_,
+                 services.clock ? services.clock : Clock(LocalTimeNow),
+                 services.plotStyle} {}
 
   RunResult Go();
 
@@ -51,6 +54,9 @@ class Run {
   void MarkEntryCancelled(int row, const BatchEntry& entry);
   void MarkEntryPlotted(int row, const BatchEntry& entry, const std::string& elapsed);
   void LogHostError(const host::Error& error);
+  void SheetPlotted(int row) {
+    if (services_.observer) services_.observer->SheetPlotted(row);
+  }
   bool StillGoing(host::Plot& plot);
 
   Session& session_;
@@ -67,6 +73,10 @@ RunResult Run::Go() {
     result_.endedEarly = true;
     ReportLogs();
     return result_;
+  }
+  if (RunObserver* observer = services_.observer) {
+    logs_.errorLog.SetEcho(
+        [observer](std::string_view line) { observer->ErrorLogged(std::string(line)); });
   }
   PlotAll();
   CloseLogFiles(session_.Log, logs_);
@@ -187,6 +197,7 @@ void Run::PlotRow(int row) {
     } else {
       std::string elapsed;
       if (PlotLayout(context_, entry, entry.Layout, planFound, elapsed)) {
+        SheetPlotted(row);
         MarkEntryPlotted(row, entry, elapsed);
       } else if (!MarkEntryFailedOrCancelled(row, entry)) {
         return;  // the drawing stays open
@@ -231,7 +242,9 @@ void Run::PlotAllLayouts(int row, const BatchEntry& entry, bool planFound) {
     if (!first && !StillGoing(*host_.App().ActiveDocument()->GetPlot())) return;
     first = false;
     std::string elapsed;
-    if (!PlotLayout(context_, entry, name, planFound, elapsed)) {
+    if (PlotLayout(context_, entry, name, planFound, elapsed)) {
+      SheetPlotted(row);
+    } else {
       if (!StillGoing(*host_.App().ActiveDocument()->GetPlot())) {
         MarkEntryCancelled(row, entry);
         return;

@@ -25,6 +25,10 @@ class RunObserver {
   virtual void RowStarted(int row, int count, const BatchEntry& entry) {
     (void)row, (void)count, (void)entry;
   }
+  /// A sheet of row `row` was plotted (one per layout).
+  virtual void SheetPlotted(int row) { (void)row; }
+  /// A line went to the run's error log (whether the log is on or not).
+  virtual void ErrorLogged(const std::string& line) { (void)line; }
   /// Row `row` was plotted or failed.
   virtual void RowFinished(int row, RowStatus status) { (void)row, (void)status; }
   /// The user stopped the run while row `row` was being plotted; its status
@@ -37,6 +41,9 @@ struct RunServices {
   RunObserver* observer = nullptr;
   /// Asked only when a paper-size line can be written to no error log at all.
   Prompt* prompt = nullptr;
+  /// The plot style table every sheet of the run plots with, as the host
+  /// finds tables; empty: each layout's own.
+  std::string plotStyle;
 };
 
 /// How a run went.

@@ -57,20 +57,6 @@ void ShowLayerState(QTreeWidgetItem& item, bool plotted) {
 
 }  // namespace
 
-const std::vector<StandardScale>& StandardScales() {
-  // The metric scales first (numbers 16 to 31), then the imperial ones.
-  static const std::vector<StandardScale> scales = [] {
-    std::vector<StandardScale> list;
-    for (int id = ids::kScaleNameFirst; id <= ids::kScaleNameFirst + 15; ++id) {
-      list.push_back({id, 16 + id - ids::kScaleNameFirst});
-    }
-    const int imperial[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 12, 13, 14, 15};
-    for (int i = 0; i < 14; ++i) list.push_back({ids::kScaleNameFirst + 16 + i, imperial[i]});
-    return list;
-  }();
-  return scales;
-}
-
 std::vector<std::pair<std::string, bool>> ParseLayerFlags(const std::string& layers) {
   std::vector<std::pair<std::string, bool>> flags;
   std::size_t pos = 0;

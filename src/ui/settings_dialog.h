@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "batch/plot_values.h"
 #include "batch/session.h"
 #include "host/host_session.h"
 #include "prompt/prompt.h"
@@ -25,14 +26,8 @@ namespace sheafwork::ui {
 
 class HelpViewer;
 
-/// The standard scales the scale list offers after "Personnalisé" and
-/// "Ajuster au format": the string-table id of each name and the host's
-/// standard-scale number.
-struct StandardScale {
-  int nameId;
-  int number;
-};
-const std::vector<StandardScale>& StandardScales();
+/// The scale list offers "Personnalisé", "Ajuster au format", then these.
+using sheafwork::StandardScales;
 
 /// The layer flags of a row's Layers text, in order ("name flag" pairs).
 std::vector<std::pair<std::string, bool>> ParseLayerFlags(const std::string& layers);

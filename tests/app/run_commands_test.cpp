@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <sstream>
 #include <vector>
 
 #include "command_runner.h"
@@ -134,6 +136,54 @@ TEST_F(RunCommandsTest, UnusableInputOrNoUsableHostEndWithStatus2) {
   o = Run({"plot", list});
   EXPECT_EQ(o.status, 2);
   EXPECT_THAT(o.err, HasSubstr("sheafwork: Erreur lors du chargement d'Orvane pour Sheafwork\n"));
+}
+
+// Drawings given to `plot` make the list in memory with the row options;
+// a list can come on standard input.
+TEST_F(RunCommandsTest, PlotDrawingsWithoutAListOrAListFromStandardInput) {
+  Outcome o = Run({"plot", plan, plan, "--layout", "Vue A", "--area", "extents", "--scale", "1:50",
+                   "--plot-style", "mono.ctb"});
+  EXPECT_EQ(o.status, 0) << o.err;
+  ASSERT_EQ(host.Plots().size(), 2u);
+  for (const auto& plot : host.Plots()) {
+    EXPECT_EQ(plot.layout, "Vue A");
+    EXPECT_EQ(plot.settings.plotType, 1);
+    EXPECT_EQ(plot.settings.standardScale, 25);
+    // The run's table, on every sheet, whether the layout used one or not.
+    EXPECT_EQ(plot.settings.styleSheet, "mono.ctb");
+    EXPECT_TRUE(plot.settings.plotWithPlotStyles);
+  }
+  EXPECT_FALSE(std::filesystem::exists(list));
+
+  MakeList(false);
+  std::istringstream in(TempFolder::Read(list));
+  env.input = &in;
+  o = Run({"plot", "-"});
+  EXPECT_EQ(o.status, 0) << o.err;
+  EXPECT_EQ(host.Plots().size(), 4u);
+}
+
+TEST_F(RunCommandsTest, PlotRefusesWhatItCannotDoBeforeStartingTheHost) {
+  MakeList(false);
+  const std::vector<std::string> refused[] = {
+      {"plot", plan, "--area", "etendue"},
+      {"plot", list, "--layout", "Vue A"},
+      {"plot", list, plan},
+      {"plot", plan, plan, "--plot-file", "/tmp/x.pdf"},
+      {"plot", list, "--output-dir", home.File("sorties")},
+  };
+  for (const auto& args : refused) {
+    SCOPED_TRACE(args[1] + " " + args[2]);
+    const Outcome o = Run(args);
+    EXPECT_EQ(o.status, 2);
+    EXPECT_THAT(o.err, HasSubstr("sheafwork: "));
+  }
+  std::istringstream in("pas une liste\n");
+  env.input = &in;
+  const Outcome o = Run({"plot", "-"});
+  EXPECT_EQ(o.status, 2);
+  EXPECT_THAT(o.err, HasSubstr("(entrée standard): "));
+  EXPECT_THAT(host.Calls(), IsEmpty());
 }
 
 TEST_F(RunCommandsTest, CheckPrintsTheResultsAndSavesOrAppendsThem) {

@@ -53,6 +53,9 @@ TEST_F(PlotSettingsTest, PlotAreaCodesAndViews) {
       {"Nord", 0, {"SetPlotType(3)", "SetViewToPlot(Nord)"}, {}},
       {"#e", 1, {"SetPlotType(0)"}, {105}},
       {"NORD", 0, {"SetPlotType(5)"}, {105}},
+      // A window, its corners put in order; one without an area is a view.
+      {"#W420,297.5,-10,0", 1, {"SetWindowToPlot((-10, 0), (420, 297.5))", "SetPlotType(4)"}, {}},
+      {"#W0,0,0,5", 0, {"SetPlotType(5)"}, {105}},
   };
   for (const auto& [area, space, sets, messages] : cases) {
     EXPECT_EQ(Apply(space, area, "", false), sets) << area;

@@ -33,7 +33,7 @@ class PlotLayoutTest : public PlotRunTest {
     PlotSetupRecord record;
     LayoutPlotContext context{hostSession, errorLog,
                               PaperChangeReport{errorLog, session.Log, &prompt}, record,
-                              [this] { return Tick(); }};
+                              [this] { return Tick(); }, {}};
     std::string text;
     const bool ok = PlotLayout(context, entry, layout, false, text);
     if (elapsed) *elapsed = text;

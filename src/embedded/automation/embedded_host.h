@@ -71,6 +71,11 @@ struct EmbeddedHostOptions {
   /// block once per reference to it); zero: the environment variable
   /// SHEAFWORK_SHEET_LIMIT, else kDefaultSheetEntityLimit.
   std::uint64_t sheetEntityLimit = 0;
+  /// A folder that receives every sheet written to a file, as
+  /// "<drawing>-<layout>.<extension>" whatever file the plot names; a name a
+  /// sheet of this host already took gets "-2", "-3"... before its
+  /// extension. Empty: each plot writes where its file or device says.
+  std::string outputFolder;
 };
 
 /// Starts an embedded host with one untitled, empty document active.

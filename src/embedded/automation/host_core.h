@@ -84,6 +84,9 @@ class HostCore {
   /// The combined PDF when the options name one (closed once the batch
   /// ends or the host quits).
   std::unique_ptr<CombinedPdf> combined;
+  /// The files written into the options' output folder so far, each a
+  /// sheet's own.
+  std::set<std::string> outputsTaken;
 
   /// Throws host::Error once the host was quit.
   void CheckRunning() const;

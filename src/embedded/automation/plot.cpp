@@ -235,21 +235,34 @@ class PlotObject : public host::Plot {
     return true;
   }
 
-  // The file a plot writes: the name given, with the device's extension when
-  // it has none; without a name "<drawing>-<layout>.<extension>" in the
-  // device's output folder, else beside the drawing.
+  // The file a plot writes: with an output folder in the options
+  // "<drawing>-<layout>.<extension>" there, a name of its own; else the name
+  // given, with the device's extension when it has none; without a name
+  // "<drawing>-<layout>.<extension>" in the device's output folder, else
+  // beside the drawing.
   std::string OutputFile(const std::optional<std::string>& file, const PlotDevice& device,
                          const std::string& layoutName) const {
     const std::string& extension = device.config.extension;
-    if (file) {
+    if (file && core_->options.outputFolder.empty()) {
       if (!fs::path(*file).extension().empty() || extension.empty()) return *file;
       return *file + "." + extension;
+    }
+    const std::string stem =
+        fs::path(doc_->fullName).stem().string() + "-" + FileNamePart(layoutName);
+    const std::string dot = extension.empty() ? "" : "." + extension;
+    if (!core_->options.outputFolder.empty()) {
+      const fs::path folder = core_->options.outputFolder;
+      std::string output = (folder / (stem + dot)).string();
+      for (int n = 2; core_->outputsTaken.count(output) != 0; ++n) {
+        output = (folder / (stem + "-" + std::to_string(n) + dot)).string();
+      }
+      core_->outputsTaken.insert(output);
+      return output;
     }
     fs::path folder = device.config.outputFolder;
     if (folder.empty()) folder = fs::path(doc_->fullName).parent_path();
     if (folder.empty()) folder = core_->options.userFolder;
-    const std::string stem = fs::path(doc_->fullName).stem().string();
-    return (folder / (stem + "-" + FileNamePart(layoutName) + "." + extension)).string();
+    return (folder / (stem + dot)).string();
   }
 
   std::shared_ptr<HostCore> core_;

@@ -55,6 +55,26 @@ class ConsoleDisplay : public ProgressDisplay {
   std::unique_ptr<StopSignals> catcher_;
 };
 
+class ReportingDisplay : public ProgressDisplay {
+ public:
+  explicit ReportingDisplay(std::shared_ptr<ConsoleReports> reports)
+      : reports_(std::move(reports)) {}
+
+  void Start(int) override {
+    catcher_.reset();
+    catcher_ = std::make_unique<InterruptCatcher>();
+  }
+  void Step(const std::string&, const std::string&, int, int) override {}
+  bool Cancelled() override { return catcher_ && catcher_->Interrupted(); }
+  void Finish() override { catcher_.reset(); }
+  void PlotFailed(const std::string& reason) override { reports_->PlotFailed(reason); }
+  void Notice(const std::string& text) override { reports_->Notice(text); }
+
+ private:
+  std::shared_ptr<ConsoleReports> reports_;
+  std::unique_ptr<InterruptCatcher> catcher_;
+};
+
 }  // namespace
 
 void ProgressDisplay::Notice(const std::string& text) {
@@ -63,6 +83,10 @@ void ProgressDisplay::Notice(const std::string& text) {
 
 std::shared_ptr<ProgressDisplay> ConsoleProgressDisplay(std::ostream& out, bool terminal) {
   return std::make_shared<ConsoleDisplay>(out, terminal);
+}
+
+std::shared_ptr<ProgressDisplay> ConsoleProgressDisplay(std::shared_ptr<ConsoleReports> reports) {
+  return std::make_shared<ReportingDisplay>(std::move(reports));
 }
 
 std::shared_ptr<ProgressDisplay> ConsoleProgressDisplay() {

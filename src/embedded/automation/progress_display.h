@@ -44,4 +44,17 @@ std::shared_ptr<ProgressDisplay> ConsoleProgressDisplay(std::ostream& out, bool 
 /// terminal.
 std::shared_ptr<ProgressDisplay> ConsoleProgressDisplay();
 
+/// Where a console display without a bar of its own sends what it would
+/// print: the command line's plot run shows the batch's progress itself.
+class ConsoleReports {
+ public:
+  virtual ~ConsoleReports() = default;
+  virtual void PlotFailed(const std::string& reason) = 0;
+  virtual void Notice(const std::string& text) = 0;
+};
+
+/// The command line's display that draws nothing: failures and notices go
+/// to `reports`, Ctrl+C is caught as by the others.
+std::shared_ptr<ProgressDisplay> ConsoleProgressDisplay(std::shared_ptr<ConsoleReports> reports);
+
 }  // namespace sheafwork::embedded

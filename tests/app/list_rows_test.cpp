@@ -1,0 +1,169 @@
+// `sheafwork list add|edit|remove|move|show` on the rows of a list, and
+// the words the command line does not know.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "command_runner.h"
+#include "fakes/temp_folder.h"
+
+namespace sheafwork {
+namespace {
+
+using testing::Outcome;
+using testing::TempFolder;
+
+class ListRowsTest : public ::testing::Test {
+ protected:
+  ListRowsTest() {
+    env.defaultLogFolder = "/logs";
+    list = folder.File("lot.qx3");
+    for (const char* name : {"a.dxf", "b.dxf", "c.dxf"}) drawings.push_back(folder.Write(name, ""));
+    EXPECT_EQ(Run({"list", "new", list, drawings[0], drawings[1], drawings[2]}).status, 0);
+  }
+  Outcome Run(std::vector<std::string> args) { return testing::RunSheafwork(args, env); }
+  nlohmann::json Rows() {
+    const Outcome o = Run({"list", "show", "--json", list});
+    EXPECT_EQ(o.status, 0) << o.err;
+    return nlohmann::json::parse(o.out)["entries"];
+  }
+  std::vector<std::string> Names() {
+    std::vector<std::string> names;
+    for (const auto& row : Rows()) {
+      names.push_back(std::filesystem::path(row["FileName"].get<std::string>()).filename());
+    }
+    return names;
+  }
+
+  CommandEnvironment env;
+  TempFolder folder;
+  std::string list;
+  std::vector<std::string> drawings;
+};
+
+TEST_F(ListRowsTest, RemoveAndMoveRenumberTheRows) {
+  ASSERT_EQ(Run({"list", "move", list, "3", "--to", "1"}).status, 0);
+  EXPECT_EQ(Names(), (std::vector<std::string>{"c.dxf", "a.dxf", "b.dxf"}));
+  ASSERT_EQ(Run({"list", "move", list, "1", "--to", "2"}).status, 0);
+  EXPECT_EQ(Names(), (std::vector<std::string>{"a.dxf", "c.dxf", "b.dxf"}));
+  // Two rows at once, without a question, whatever their order.
+  ASSERT_EQ(Run({"list", "remove", list, "3", "1"}).status, 0);
+  EXPECT_EQ(Names(), (std::vector<std::string>{"c.dxf"}));
+
+  // A row outside the list changes nothing; nor does emptying the list,
+  // which a list file cannot hold.
+  const std::string before = TempFolder::Read(list);
+  for (const std::vector<std::string>& args :
+       {std::vector<std::string>{"list", "remove", list, "1", "2"},
+        {"list", "move", list, "1", "--to", "0"},
+        {"list", "edit", list, "4", "--layout", "X"},
+        {"list", "remove", list, "1"}}) {
+    SCOPED_TRACE(args[1] + " " + args[3]);
+    const Outcome o = Run(args);
+    EXPECT_EQ(o.status, 2);
+    EXPECT_FALSE(o.err.empty());
+  }
+  EXPECT_EQ(TempFolder::Read(list), before);
+}
+
+TEST_F(ListRowsTest, EditChangesOnlyTheFieldsGivenWithReadableValues) {
+  ASSERT_EQ(Run({"list", "edit", list, "2", "--layout", "Plan A1", "--area", "extents", "--scale",
+                 "1:50", "--scale-lineweights"})
+                .status,
+            0);
+  ASSERT_EQ(Run({"list", "edit", list, "2", "--device", "PDF.pc3"}).status, 0);
+  auto row = Rows()[1];
+  EXPECT_EQ(row["Layout"], "Plan A1");
+  EXPECT_EQ(row["PlotDevice"], "PDF.pc3");
+  EXPECT_EQ(row["PlotArea"], "#E");
+  EXPECT_EQ(row["PlotScale"], "S#25");
+  EXPECT_EQ(row["ScaleCustom"], false);
+  EXPECT_EQ(row["ScaleLW"], true);
+  EXPECT_EQ(Rows()[0]["Layout"], "");
+
+  ASSERT_EQ(Run({"list", "edit", list, "2", "--custom-scale", "1:25", "--no-scale-lineweights",
+                 "--area", "window:0,0,420,297"})
+                .status,
+            0);
+  row = Rows()[1];
+  EXPECT_EQ(row["PlotScale"], "1#25");
+  EXPECT_EQ(row["ScaleCustom"], true);
+  EXPECT_EQ(row["ScaleLW"], false);
+  EXPECT_EQ(row["PlotArea"], "#W0,0,420,297");
+
+  // `list show` gives the readable names beside the codes.
+  const Outcome shown = Run({"list", "show", list});
+  EXPECT_NE(shown.out.find("#W0,0,420,297 (window:0,0,420,297)"), std::string::npos) << shown.out;
+  EXPECT_NE(shown.out.find("1#25 (1:25, Personnalisé)"), std::string::npos) << shown.out;
+}
+
+// An unknown value is refused with the accepted ones, and nothing is
+// written: never stored to be ignored when the list is plotted.
+TEST_F(ListRowsTest, UnknownValuesAreRefusedWithWhatIsAccepted) {
+  const std::string before = TempFolder::Read(list);
+  struct Case {
+    std::vector<std::string> options;
+    const char* named;  // in the message
+  };
+  const Case cases[] = {
+      {{"--area", "etendue"}, "extents, display, limits, layout"},
+      {{"--area", "Nord"}, "view:NOM"},
+      {{"--scale", "1:25"}, "--custom-scale 1:25"},
+      {{"--scale", "moitié"}, "fit, 1:1, 1:2"},
+      {{"--custom-scale", "b.dxf"}, "N:M"},
+      {{"--scale", "1:50", "--custom-scale", "1:25"}, "--custom-scale N:M"},
+      {{"--custom-scale"}, "N:M"},  // the row has no N#M scale
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.options.front() + " " + c.options.back());
+    std::vector<std::string> args = {"list", "edit", list, "1"};
+    args.insert(args.end(), c.options.begin(), c.options.end());
+    Outcome o = Run(args);
+    EXPECT_EQ(o.status, 2);
+    EXPECT_NE(o.err.find(c.named), std::string::npos) << o.err;
+    // `list add` takes the same options and adds no row.
+    args[1] = "add";
+    args[3] = drawings[0];
+    EXPECT_EQ(Run(args).status, 2);
+  }
+  EXPECT_EQ(TempFolder::Read(list), before);
+}
+
+TEST_F(ListRowsTest, AddWarnsOfAMissingDrawingAndAddsItsRow) {
+  const std::string missing = folder.File("absent.dxf");
+  const Outcome o = Run({"list", "add", list, missing, drawings[0]});
+  EXPECT_EQ(o.status, 0);
+  EXPECT_NE(o.err.find(missing + ": "), std::string::npos) << o.err;
+  EXPECT_EQ(o.err.find(drawings[0]), std::string::npos) << o.err;
+  EXPECT_EQ(Rows().size(), 5u);
+}
+
+// A word that is no command gets the closest one, never a desktop start.
+TEST_F(ListRowsTest, UnknownCommandsNameTheClosest) {
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
+      {{"plto", "a.qx3"}, "« sheafwork plot »"},
+      {{"help"}, "« sheafwork --help »"},
+      {{"chek"}, "« sheafwork check »"},
+      {{"list", "shwo", "a.qx3"}, "« sheafwork list show »"},
+      {{"list", "remvoe", "a.qx3", "1"}, "« sheafwork list remove »"},
+  };
+  for (const auto& [args, closest] : cases) {
+    SCOPED_TRACE(args[0]);
+    const Outcome o = Run(args);
+    EXPECT_EQ(o.status, 2);
+    EXPECT_NE(o.err.find("commande inconnue"), std::string::npos) << o.err;
+    EXPECT_NE(o.err.find(closest), std::string::npos) << o.err;
+  }
+  const std::string existing = folder.Write("liste", "");
+  const char* desktop[][2] = {{"sheafwork", "lot.qx3"}, {"sheafwork", existing.c_str()}};
+  for (const auto& argv : desktop) EXPECT_TRUE(WantsDesktop(2, argv)) << argv[1];
+  const char* typo[] = {"sheafwork", "plto"};
+  EXPECT_FALSE(WantsDesktop(2, typo));
+}
+
+}  // namespace
+}  // namespace sheafwork
