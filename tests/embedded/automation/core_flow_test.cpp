@@ -9,6 +9,7 @@
 #include "host/host_session.h"
 #include "plotrun/plot_run.h"
 #include "plottest/plot_test.h"
+#include "res/string_ids.h"
 #include "res/string_table.h"
 
 namespace sheafwork::embedded {
@@ -135,9 +136,9 @@ TEST_F(CoreFlowTest, ThePlotTestWarnsOfAReferenceLeftOutBeyondTheLimits) {
   FakePrinters printers;
   NoFonts fonts;
   const std::string results = RunPlotTest(session, host, PlotTestServices{printers, fonts, {}, {}});
-  EXPECT_THAT(results, HasSubstr("AVERTISSEMENT: XREF non chargée, au-delà des limites de l'hôte: "
-                                 "Xréf TRAME : Trame.dxf -> " +
-                                 files.File("Trame.dxf") + " : Non chargée"));
+  EXPECT_THAT(results, HasSubstr(LoadResourceText(ids::kTestXrefLeftOut) +
+                                 "Xréf TRAME : Trame.dxf -> " + files.File("Trame.dxf") + " : " +
+                                 LoadResourceText(ids::kXrefLeftOutMark)));
   EXPECT_THAT(results, Not(HasSubstr("ERREUR:  XREF")));
 }
 
