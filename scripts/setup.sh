@@ -22,6 +22,8 @@ packages=(
   xvfb xauth                 # screenshots of the desktop application on a virtual display
   poppler-utils              # pdfinfo, pdftoppm: looking at the plotted PDF files
   cups-daemon cups-client cups-filters   # printing tests: a CUPS queue writing to a file
+  # The Windows build (cmake/mingw-w64.cmake) and its tests under Wine.
+  g++-mingw-w64-x86-64-posix mingw-w64-tools libz-mingw-w64-dev wine wine64
 )
 # The DWG converter runs on Node.js: the machine's own when it has one.
 command -v node >/dev/null 2>&1 || packages+=(nodejs)

@@ -21,9 +21,14 @@ if [ ! -f "$WINEPREFIX/system.reg" ]; then
   echo "test-windows: making the Wine prefix $WINEPREFIX"
   wineboot -i >/dev/null 2>&1
 fi
+# The prefix's FONTS folder holds no font of its own: one installed there as
+# a user would, for the font lookups the tests make.
+fonts="$WINEPREFIX/drive_c/windows/Fonts"
+mkdir -p "$fonts"
+cp -u /usr/share/fonts/truetype/dejavu/DejaVuSans.ttf "$fonts/"
 # Persistent until told to stop, which this script does on leaving, whatever
 # the tests did; it only serves this prefix.
-wineserver -p
+wineserver -p 2>/dev/null || true   # already running for this prefix: that one serves
 trap 'wineserver -k 2>/dev/null || true' EXIT
 wineboot >/dev/null 2>&1   # the prefix's services, started outside ctest too
 

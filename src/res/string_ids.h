@@ -249,5 +249,9 @@ inline constexpr int kFileNameTooLong = 306;  // "Le nom de fichier entré est t
 inline constexpr int kSettingsNone = 308;     // "(aucun(e))"
 inline constexpr int kModelShort = 312;       // "Objet"
 inline constexpr int kTestUndrawnEntities = 330;  // "AVERTISSEMENT: Entités que l'hôte ..."
+inline constexpr int kComHostGone = 500;          // "L'hôte d'automatisation ne répond plus ..."
+inline constexpr int kComCallFailed = 501;        // "Échec d'un appel d'automatisation: "
+inline constexpr int kComServerNotFound = 502;    // "Aucun serveur d'automatisation n'est ..."
+inline constexpr int kComServerNotStarted = 503;  // "Impossible de démarrer le serveur d'..."
 
 }  // namespace sheafwork::ids

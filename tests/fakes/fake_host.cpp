@@ -1,5 +1,7 @@
 #include "fakes/fake_host.h"
 
+#include "fakes/native_path.h"
+
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
@@ -579,10 +581,10 @@ FakeHost::FakeHost()
 FakeHost::~FakeHost() = default;
 
 FakeDrawing& FakeHost::AddDrawing(const std::string& name) {
-  std::filesystem::path full = folder_.path() / name;
+  std::filesystem::path full = folder_.path() / PathFromUtf8(name);
   std::filesystem::create_directories(full.parent_path());
-  folder_.Write(std::filesystem::relative(full, folder_.path()).string(), "");
-  return AddDrawingAt(full.string());
+  folder_.Write(Utf8Path(std::filesystem::relative(full, folder_.path())), "");
+  return AddDrawingAt(Utf8Path(full));
 }
 
 FakeDrawing& FakeHost::AddDrawingAt(const std::string& path) {

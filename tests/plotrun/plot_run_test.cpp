@@ -1,5 +1,6 @@
 #include <filesystem>
 
+#include "fakes/native_path.h"
 #include "plot_run_fixture.h"
 
 namespace sheafwork {
@@ -56,7 +57,7 @@ TEST_F(PlotAllEntriesTest, RowsArePlottedInOrderWithOneJournalLineEach) {
   EXPECT_EQ(result.failed, 0);
   EXPECT_EQ(result.totalPlots, 2);
   EXPECT_THAT(Sheets(), ElementsAre("Plan.dwg|Vue A|", "Coupe.dwg|Objet|"));
-  const std::string folder = host.Folder().path().string() + "/";
+  const std::string folder = testing::Utf8Path(host.Folder().path() / "");
   EXPECT_THAT(Journal(),
               ElementsAre("Plan.dwg, " + folder + ", Vue A, Par défaut, PDF.pc3, 00:01:15",
                           "Coupe.dwg, " + folder + ", Onglet Objet, , , 00:01:15"));
@@ -69,12 +70,12 @@ TEST_F(PlotAllEntriesTest, RowsArePlottedInOrderWithOneJournalLineEach) {
 TEST_F(PlotAllEntriesTest, AllLayoutsPlotsEveryPaperLayoutToItsOwnFileButNotTheModelTab) {
   const auto& plan = Drawing("Plan.dwg", {"Vue A", "Vue B"});
   auto& row = Row(plan, kAll);
-  row.PlotFile = "/out/tout.pdf";
+  row.PlotFile = testing::NativePath("/out/tout.pdf");
 
   const RunResult result = Run();
   EXPECT_EQ(result.totalPlots, 2);
-  EXPECT_THAT(Sheets(),
-              ElementsAre("Plan.dwg|Vue A|/out/Plan-Vue A", "Plan.dwg|Vue B|/out/Plan-Vue B"));
+  EXPECT_THAT(Sheets(), ElementsAre("Plan.dwg|Vue A|" + testing::NativePath("/out/Plan-Vue A"),
+                                    "Plan.dwg|Vue B|" + testing::NativePath("/out/Plan-Vue B")));
   // One line stands for all layouts, timed around the whole loop.
   ASSERT_EQ(Journal().size(), 1u);
   EXPECT_THAT(Journal()[0],
