@@ -43,6 +43,9 @@ std::string BaseName(const std::string& path) {
   return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
+// What a call to a server whose process has ended fails with.
+constexpr std::int32_t kServerGone = -2147023174;  // 0x800706BA
+
 void CheckIndex(std::int32_t index, std::size_t count) {
   if (index < 0 || static_cast<std::size_t>(index) >= count) {
     throw host::Error(kBadIndex, "Index hors limites: " + std::to_string(index));
@@ -617,6 +620,10 @@ void FakeHost::FailOn(const std::string& rule, host::Error error, int afterSucce
   failures_.push_back({rule, std::move(error), afterSuccesses});
 }
 
+void FakeHost::GoneOn(const std::string& rule) {
+  failures_.push_back({rule, host::Error(kServerGone, "Serveur arrêté"), 0, true});
+}
+
 void FakeHost::CancelAtPoll(int poll) { cancelAtPoll_ = poll; }
 
 std::vector<std::string> FakeHost::Calls(std::string_view filter) const {
@@ -632,6 +639,7 @@ void FakeHost::Record(const std::string& object, const std::string& member,
   const std::string key = object + "." + member;
   const std::string call = key + "(" + args + ")";
   calls_.push_back(call);
+  if (gone_) throw host::HostGone(kServerGone, "Serveur arrêté");
   for (auto& failure : failures_) {
     const bool matches = failure.rule == key || failure.rule == call ||
                          (key.size() > failure.rule.size() && key.ends_with("." + failure.rule));
@@ -639,6 +647,10 @@ void FakeHost::Record(const std::string& object, const std::string& member,
     if (failure.remaining > 0) {
       --failure.remaining;
       continue;
+    }
+    if (failure.gone) {
+      gone_ = true;
+      throw host::HostGone(failure.error.number(), failure.error.description());
     }
     throw failure.error;
   }

@@ -155,6 +155,9 @@ class FakeHost {
   /// matching calls went through.
   void FailOn(const std::string& rule, host::Error error = host::Error(-2147467259, "Échec simulé"),
               int afterSuccesses = 0);
+  /// Like FailOn, as a host whose process has ended: every call from the
+  /// first matching one on throws host::HostGone.
+  void GoneOn(const std::string& rule);
   /// The `poll`-th read (counted from 1) of SheafworkProgress, and every
   /// later one, returns false.
   void CancelAtPoll(int poll);
@@ -199,13 +202,15 @@ class FakeHost {
   struct FailRule {
     std::string rule;
     host::Error error;
-    int remaining;  ///< successes still let through
+    int remaining;      ///< successes still let through
+    bool gone = false;  ///< throws host::HostGone
   };
 
   TempFolder folder_;
   std::vector<std::unique_ptr<FakeDrawing>> drawings_;
   std::vector<std::string> calls_;
   std::vector<FailRule> failures_;
+  bool gone_ = false;
   std::vector<FakePlotRecord> plots_;
   std::vector<std::shared_ptr<FakeDocument>> open_;  ///< open documents, in order
   std::shared_ptr<FakeDocument> active_;

@@ -222,5 +222,22 @@ TEST_F(PlotAllEntriesTest, AHostFailureOutsideAPlotLosesTheRowNotTheRun) {
                                     "ERREUR: #-5, Traceur occupé", Text(122) + plan.path));
 }
 
+// A host whose process ends during a plot: that row fails, the rows after
+// it are not tried, the error log says why and the logs are closed whole.
+TEST_F(PlotAllEntriesTest, AHostThatHasGoneAwayEndsTheRunAfterFailingItsRow) {
+  const auto& plan = Drawing("Plan.dwg", {"Vue A"});
+  const auto& coupe = Drawing("Coupe.dwg", {"Vue A"});
+  Row(plan, "Vue A").PlotDevice = "PDF.pc3";
+  Row(coupe, "Vue A").PlotDevice = "PDF.pc3";
+  host.GoneOn("PlotToDevice");
+  const RunResult result = Run();
+  EXPECT_EQ(result.plotted, 0);
+  EXPECT_EQ(result.failed, 1);
+  EXPECT_TRUE(result.endedEarly);
+  EXPECT_THAT(observer.events, ElementsAre("cleared", "start 1/2", "1 failed"));
+  EXPECT_THAT(Errors(), ElementsAre(Text(122) + plan.path, "ERREUR: #-2147023174, Serveur arrêté"));
+  EXPECT_THAT(Journal(), IsEmpty());
+}
+
 }  // namespace
 }  // namespace sheafwork
