@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "log/file_replace.h"
+#include "log/wide_path.h"
 
 namespace sheafwork {
 
@@ -35,7 +36,7 @@ OutputFile::OutputFile(std::string target) : target_(std::move(target)) {
     return;
   }
   std::error_code ec;
-  if (fs::is_directory(target_, ec)) {
+  if (fs::is_directory(FsPath(target_), ec)) {
     failure_ = std::strerror(EISDIR);
     return;
   }
@@ -43,9 +44,16 @@ OutputFile::OutputFile(std::string target) : target_(std::move(target)) {
   for (int attempt = 0; attempt < kNameAttempts && !file_; ++attempt) {
     temp_ = TemporaryName(target_);
     // "x": fails rather than reuse a file that is already there.
+#ifdef _WIN32
+    // The C runtime Windows ships has no "x": a leftover temporary file of
+    // the same name is written over.
+    const auto wide = WidePath(temp_);
+    file_.reset(wide ? _wfopen(wide->c_str(), L"wb") : nullptr);
+#else
     file_.reset(std::fopen(temp_.c_str(), "wbx"));
+#endif
     error = errno;
-    if (!file_ && !fs::exists(temp_, ec)) break;  // not a name clash: the folder refuses
+    if (!file_ && !fs::exists(FsPath(temp_), ec)) break;  // not a name clash: the folder refuses
   }
   if (!file_) {
     failure_ = std::strerror(error);
@@ -83,7 +91,7 @@ bool OutputFile::Commit() {
     }
     failure_ = ec.message();
   }
-  fs::remove(temp_, ec);
+  fs::remove(FsPath(temp_), ec);
   temp_.clear();
   return false;
 }
@@ -92,7 +100,7 @@ void OutputFile::Abandon() {
   file_.reset();
   if (temp_.empty()) return;
   std::error_code ec;
-  fs::remove(temp_, ec);
+  fs::remove(FsPath(temp_), ec);
   temp_.clear();
 }
 

@@ -7,7 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "fakes/native_path.h"
 #include "fakes/temp_folder.h"
+#include "log/output_file.h"
+#include "log/paths.h"
 
 namespace sheafwork {
 namespace {
@@ -18,7 +21,7 @@ using testing::TempFolder;
 std::vector<std::string> Names(const fs::path& folder) {
   std::vector<std::string> names;
   for (const auto& entry : fs::directory_iterator(folder)) {
-    names.push_back(entry.path().filename().string());
+    names.push_back(testing::Utf8Path(entry.path().filename()));
   }
   std::sort(names.begin(), names.end());
   return names;
@@ -54,6 +57,24 @@ TEST(PutInPlaceTest, ReplacesOrCreatesTheTargetAndLeavesNothingBehind) {
 
   PutInPlace(folder.File("absent.tmp"), folder.File("x.pdf"), ec);
   EXPECT_TRUE(ec);
+}
+
+// A folder named with accents and a character outside Windows-1252: the
+// file is written there under its own name, found, and replaced again.
+TEST(OutputFileTest, WritesIntoAFolderNamedOutsideTheLocalCodePage) {
+  TempFolder folder;
+  const std::string plans = folder.File("Plans été Ω");
+  fs::create_directory(testing::PathFromUtf8(plans));
+  const std::string target = folder.File(testing::NativePath("Plans été Ω/liste été.qx3"));
+  for (const char* text : {"première", "seconde"}) {
+    OutputFile out(target);
+    ASSERT_TRUE(out.IsOpen()) << out.Failure();
+    ASSERT_TRUE(out.Write(text));
+    ASSERT_TRUE(out.Commit()) << out.Failure();
+    EXPECT_EQ(TempFolder::Read(target), text);
+  }
+  EXPECT_EQ(GetFileStatus(target), kFileFound);
+  EXPECT_EQ(Names(testing::PathFromUtf8(plans)), std::vector<std::string>{"liste été.qx3"});
 }
 
 }  // namespace
