@@ -2,6 +2,13 @@
 # from its static archive where one is installed: each shared library the
 # program needs adds to the start of every run. The archive is built as
 # position-independent code, so the Qt module can take it too.
+# Windows has no libdeflate package here: zlib (libz-mingw-w64-dev) there.
+if(WIN32)
+  set(ZLIB_USE_STATIC_LIBS ON)
+  find_package(ZLIB REQUIRED)
+  add_library(Sheafwork::Deflate ALIAS ZLIB::ZLIB)
+  return()
+endif()
 find_path(SHEAFWORK_DEFLATE_INCLUDE libdeflate.h REQUIRED)
 find_library(SHEAFWORK_DEFLATE_ARCHIVE NAMES libdeflate.a)
 if(SHEAFWORK_DEFLATE_ARCHIVE)

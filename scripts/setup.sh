@@ -25,6 +25,8 @@ packages=(
   dpkg-dev                   # cpack -G DEB: dpkg-shlibdeps finds the package's dependencies
   man-db groff-base bsdextrautils   # the manual page: man, groff, col
   desktop-file-utils shared-mime-info   # the desktop entry and the .qx3 type checked
+  # The Windows build (cmake/mingw-w64.cmake) and its tests under Wine.
+  g++-mingw-w64-x86-64-posix mingw-w64-tools libz-mingw-w64-dev wine wine64
 )
 # The DWG converter runs on Node.js: the machine's own when it has one.
 command -v node >/dev/null 2>&1 || packages+=(nodejs)

@@ -17,6 +17,12 @@ grep -E "tests passed|tests failed" build-asan/ctest.log | sed 's/^/sanitizer bu
 echo "== fuzzing the readers"
 bash scripts/fuzz.sh "${SHEAFWORK_FUZZ_SECONDS:-20}"
 
+echo "== Windows build (mingw-w64), its tests under Wine"
+mkdir -p build-win
+bash scripts/test-windows.sh build-win >build-win/test.log 2>&1 || {
+  cat build-win/test.log; echo "test: the Windows build failed its tests" >&2; exit 1; }
+grep -E "tests passed|tests failed" build-win/test.log | sed 's/^/Windows build: /'
+
 echo "== test suite"
 bash scripts/build.sh build -DSHEAFWORK_SANITIZE=OFF
 cd build && ctest --output-on-failure -j2

@@ -25,6 +25,13 @@ class Error : public std::runtime_error {
   std::string description_;
 };
 
+/// The host is gone (its process ended or stopped answering): the row in
+/// progress fails and the run ends, its logs complete.
+class HostGone : public Error {
+ public:
+  using Error::Error;
+};
+
 /// "ERREUR: #<number>, <description>": how a log or a results text names a
 /// host error.
 std::string HostErrorLine(const Error& error);

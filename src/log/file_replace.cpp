@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "log/wide_path.h"
+
 #ifndef _WIN32
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -25,7 +27,7 @@ void PutInPlace(const std::string& from, const std::string& to, std::error_code&
   }
   // No plain file there, or no swapping on this file system: a plain rename.
 #endif
-  std::filesystem::rename(from, to, ec);
+  std::filesystem::rename(FsPath(from), FsPath(to), ec);
 }
 
 }  // namespace sheafwork

@@ -15,6 +15,7 @@
 
 #include "log/file_lock.h"
 #include "log/file_replace.h"
+#include "log/wide_path.h"
 
 namespace sheafwork {
 
@@ -133,7 +134,7 @@ OutputFile::OutputFile(std::string target, Durability durability)
   }
   placed_ = ThroughLinks(target_);
   std::error_code ec;
-  if (fs::is_directory(placed_, ec)) {
+  if (fs::is_directory(FsPath(placed_), ec)) {
     failure_ = std::strerror(EISDIR);
     return;
   }
@@ -173,12 +174,15 @@ bool OutputFile::CreateTemporary() {
     const auto ticks = std::chrono::steady_clock::now().time_since_epoch().count();
     temp_ = placed_ + ".sheafwork-" + std::to_string(ticks % 1000000007) + "-" +
             std::to_string(counter.fetch_add(1)) + ".tmp";
-    // "x": fails rather than reuse a file that is already there.
-    file_.reset(std::fopen(temp_.c_str(), "wbx"));
-    const int error = errno;
+    // The C runtime Windows ships has no "x" (fail rather than reuse a file
+    // that is already there): a name taken is skipped first.
     std::error_code ec;
+    if (fs::exists(FsPath(temp_), ec)) continue;
+    const auto wide = WidePath(temp_);
+    file_.reset(wide ? _wfopen(wide->c_str(), L"wb") : nullptr);
+    const int error = errno;
     if (file_) return true;
-    if (!fs::exists(temp_, ec)) {  // not a name clash: the folder refuses
+    if (!fs::exists(FsPath(temp_), ec)) {  // not a name clash: the folder refuses
       errno = error;
       return false;
     }
@@ -229,7 +233,7 @@ bool OutputFile::Commit() {
     }
   }
   // Removed while still locked, so that no other writer takes it meanwhile.
-  if (!done) fs::remove(temp_, ec);
+  if (!done) fs::remove(FsPath(temp_), ec);
   temp_.clear();
 #ifndef _WIN32
   // Closing a flushed file reports only errors of the file systems that
@@ -255,7 +259,7 @@ void OutputFile::Abandon() {
 #endif
   if (!temp_.empty()) {
     std::error_code ec;
-    fs::remove(temp_, ec);  // while still locked, as in Commit
+    fs::remove(FsPath(temp_), ec);  // while still locked, as in Commit
     temp_.clear();
   }
   file_.reset();

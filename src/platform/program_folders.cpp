@@ -6,6 +6,12 @@
 
 #include "platform/install_layout.h"
 
+#ifdef _WIN32
+#include <windows.h>
+
+#include "platform/windows_text.h"
+#endif
+
 namespace sheafwork {
 
 namespace fs = std::filesystem;
@@ -18,16 +24,66 @@ bool HoldsData(const fs::path& folder) {
   return fs::is_directory(folder / "plotters", ec);
 }
 
+#ifdef _WIN32
+
+// A folder from a UTF-16 environment variable, as UTF-8; empty when unset.
+std::string WideEnvironmentFolder(const wchar_t* variable) {
+  const wchar_t* value = _wgetenv(variable);
+  return value && *value ? Utf8FromWide(value) : std::string();
+}
+
+std::string TemporaryFolder() {
+  wchar_t buffer[MAX_PATH + 1];
+  const DWORD size = GetTempPathW(MAX_PATH + 1, buffer);
+  if (size == 0 || size > MAX_PATH) return {};
+  std::wstring folder(buffer, size);
+  while (!folder.empty() && folder.back() == L'\\') folder.pop_back();
+  return Utf8FromWide(folder);
+}
+
+#else
+
 // $variable when it is an absolute path, else `underHome` in the home folder
 // (the temporary folder without one).
-
 fs::path XdgFolder(const char* variable, const fs::path& underHome) {
   if (const char* xdg = std::getenv(variable); xdg && *xdg == '/') return xdg;
   if (const char* home = std::getenv("HOME"); home && *home) return fs::path(home) / underHome;
   return fs::temp_directory_path();
 }
 
+#endif
+
 }  // namespace
+
+#ifdef _WIN32
+
+// %LOCALAPPDATA%, else the temporary folder.
+std::string UserDataHome() {
+  std::string folder = WideEnvironmentFolder(L"LOCALAPPDATA");
+  return folder.empty() ? TemporaryFolder() : folder;
+}
+
+// The two logs and the scratch drawing go to the program's folder on Windows.
+std::string UserDataFolder() { return ProgramFolder(); }
+
+std::string UserCacheFolder() { return UserDataHome() + "\\sheafwork\\cache"; }
+
+std::string ProgramFolder() {
+  std::wstring path(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD size = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    if (size == 0) return {};
+    if (size < path.size()) {
+      path.resize(size);
+      break;
+    }
+    path.resize(path.size() * 2);
+  }
+  const std::size_t slash = path.find_last_of(L"\\/");
+  return slash == std::wstring::npos ? std::string() : Utf8FromWide(path.substr(0, slash));
+}
+
+#else
 
 std::string UserDataHome() {
   return XdgFolder("XDG_DATA_HOME", fs::path(".local") / "share").string();
@@ -44,6 +100,8 @@ std::string ProgramFolder() {
   const fs::path exe = fs::read_symlink("/proc/self/exe", ec);
   return ec ? std::string() : exe.parent_path().string();
 }
+
+#endif
 
 ProgramLayout FindProgramLayout(const std::string& programFolder) {
   ProgramLayout layout;

@@ -86,6 +86,8 @@ bool PlotLayout(const LayoutPlotContext& context, const BatchEntry& entry,
     if (!plotted) return false;
     elapsed = FormatElapsedTime(start, end);
     return true;
+  } catch (const host::HostGone&) {
+    throw;  // the run cannot go on: the plot run ends it
   } catch (const host::Error&) {
     return false;
   }

@@ -204,6 +204,11 @@ void Run::PlotRow(int row) {
       }
     }
     if (!StillGoing(*host_.App().ActiveDocument()->GetPlot())) return;
+  } catch (const host::HostGone&) {
+    // Nothing more can be asked of the host: the row is lost and the run
+    // ends, saying why.
+    MarkEntryFailed(row, entry);
+    throw;
   } catch (const host::Error& error) {
     // The host failed outside the plot of a layout: the row is lost, the run
     // goes on with the next one.

@@ -6,11 +6,14 @@
 #include "batch/list_commands.h"
 #include "batch/list_row.h"
 #include "batch/session.h"
+#include "fakes/native_path.h"
 #include "fakes/scripted_prompt.h"
 #include "res/string_table.h"
 
 namespace sheafwork {
 namespace {
+
+using testing::NativePath;
 
 // Records what the session told its view.
 struct RecordingView : ListObserver {
@@ -23,7 +26,9 @@ struct RecordingView : ListObserver {
 class BatchListTest : public ::testing::Test {
  protected:
   BatchListTest() : session("/logs") {
-    for (const char* name : {"/p/a.dwg", "/p/b.dwg", "/p/c.dwg"}) AddDrawingToList(session, name);
+    for (const std::string& name :
+         {NativePath("/p/a.dwg"), NativePath("/p/b.dwg"), NativePath("/p/c.dwg")})
+      AddDrawingToList(session, name);
     session.View = &view;
     session.ListModified = false;
   }
@@ -38,19 +43,19 @@ class BatchListTest : public ::testing::Test {
 };
 
 TEST_F(BatchListTest, AddingTakesAFolderAndANameAndAllowsRepeats) {
-  ASSERT_NE(AddDrawingToList(session, "  /p/a.dwg "), nullptr);
-  EXPECT_EQ(session.List.Entry(4).FileName, "/p/a.dwg");
+  ASSERT_NE(AddDrawingToList(session, "  " + NativePath("/p/a.dwg") + " "), nullptr);
+  EXPECT_EQ(session.List.Entry(4).FileName, NativePath("/p/a.dwg"));
   EXPECT_EQ(session.List.Entry(4).Layout, "");
   EXPECT_TRUE(session.ListModified);
   EXPECT_EQ(AddDrawingToList(session, "a.dwg"), nullptr);
-  EXPECT_EQ(AddDrawingToList(session, "/plans/"), nullptr);
+  EXPECT_EQ(AddDrawingToList(session, NativePath("/plans/")), nullptr);
   EXPECT_EQ(view.events, std::vector<std::string>{"append 4"});
 }
 
 TEST_F(BatchListTest, RemovingOneAsksNothingAndKeepsTheOrder) {
   const int selected[] = {2};
   EXPECT_EQ(RemoveSelectedEntries(session, prompt, selected), 1);
-  EXPECT_EQ(Names(), (std::vector<std::string>{"/p/a.dwg", "/p/c.dwg"}));
+  EXPECT_EQ(Names(), (std::vector<std::string>{NativePath("/p/a.dwg"), NativePath("/p/c.dwg")}));
   EXPECT_TRUE(prompt.messages.empty());
   EXPECT_TRUE(session.ListModified);
 }
@@ -60,7 +65,7 @@ TEST_F(BatchListTest, RemovingSeveralAsksMessage87OnceAndWalksFromTheLast) {
   prompt.ThenAnswer(PromptAnswer::No).ThenAnswer(PromptAnswer::Yes);
   EXPECT_EQ(RemoveSelectedEntries(session, prompt, selected), 0);
   EXPECT_EQ(RemoveSelectedEntries(session, prompt, selected), 2);
-  EXPECT_EQ(Names(), std::vector<std::string>{"/p/b.dwg"});
+  EXPECT_EQ(Names(), std::vector<std::string>{NativePath("/p/b.dwg")});
   ASSERT_EQ(prompt.messages.size(), 2u);
   EXPECT_EQ(prompt.messages[1].text, LoadResourceText(87));
   EXPECT_EQ(prompt.messages[1].title, LoadResourceText(86));
@@ -70,10 +75,10 @@ TEST_F(BatchListTest, RemovingSeveralAsksMessage87OnceAndWalksFromTheLast) {
 
 TEST(BatchList, ARowShowsTheDefaultsForEmptyFields) {
   BatchEntry entry;
-  entry.FileName = "/plans/nord/a.dwg";
+  entry.FileName = NativePath("/plans/nord/a.dwg");
   using Row = std::array<std::string, kListColumns>;
-  EXPECT_EQ(ListRowTexts(entry),
-            (Row{"a.dwg", "/plans/nord/", "*Onglet courant*", "Par défaut", "Par défaut"}));
+  EXPECT_EQ(ListRowTexts(entry), (Row{"a.dwg", NativePath("/plans/nord/"), "*Onglet courant*",
+                                      "Par défaut", "Par défaut"}));
   entry.Layout = "Objet";
   entry.PlotDevice = "PDF.pc3";
   EXPECT_EQ(ListRowTexts(entry)[2], "Objet");

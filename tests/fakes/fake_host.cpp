@@ -1,5 +1,7 @@
 #include "fakes/fake_host.h"
 
+#include "fakes/native_path.h"
+
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
@@ -41,6 +43,9 @@ std::string BaseName(const std::string& path) {
   auto slash = path.find_last_of("/\\");
   return slash == std::string::npos ? path : path.substr(slash + 1);
 }
+
+// What a call to a server whose process has ended fails with.
+constexpr std::int32_t kServerGone = -2147023174;  // 0x800706BA
 
 void CheckIndex(std::int32_t index, std::size_t count) {
   if (index < 0 || static_cast<std::size_t>(index) >= count) {
@@ -580,10 +585,10 @@ FakeHost::FakeHost()
 FakeHost::~FakeHost() = default;
 
 FakeDrawing& FakeHost::AddDrawing(const std::string& name) {
-  std::filesystem::path full = folder_.path() / name;
+  std::filesystem::path full = folder_.path() / PathFromUtf8(name);
   std::filesystem::create_directories(full.parent_path());
-  folder_.Write(std::filesystem::relative(full, folder_.path()).string(), "");
-  return AddDrawingAt(full.string());
+  folder_.Write(Utf8Path(std::filesystem::relative(full, folder_.path())), "");
+  return AddDrawingAt(Utf8Path(full));
 }
 
 FakeDrawing& FakeHost::AddDrawingAt(const std::string& path) {
@@ -617,7 +622,11 @@ void FakeHost::FailOn(const std::string& rule, host::Error error, int afterSucce
 }
 
 void FakeHost::RunOutOfMemoryOn(const std::string& rule) {
-  failures_.push_back({rule, host::Error(0, {}), 0, true});
+  failures_.push_back({rule, host::Error(0, {}), 0, true, false});
+}
+
+void FakeHost::GoneOn(const std::string& rule) {
+  failures_.push_back({rule, host::Error(kServerGone, "Serveur arrêté"), 0, false, true});
 }
 
 void FakeHost::CancelAtPoll(int poll) { cancelAtPoll_ = poll; }
@@ -635,6 +644,7 @@ void FakeHost::Record(const std::string& object, const std::string& member,
   const std::string key = object + "." + member;
   const std::string call = key + "(" + args + ")";
   calls_.push_back(call);
+  if (gone_) throw host::HostGone(kServerGone, "Serveur arrêté");
   for (auto& failure : failures_) {
     const bool matches = failure.rule == key || failure.rule == call ||
                          (key.size() > failure.rule.size() && key.ends_with("." + failure.rule));
@@ -644,6 +654,10 @@ void FakeHost::Record(const std::string& object, const std::string& member,
       continue;
     }
     if (failure.outOfMemory) throw std::bad_alloc();
+    if (failure.gone) {
+      gone_ = true;
+      throw host::HostGone(failure.error.number(), failure.error.description());
+    }
     throw failure.error;
   }
 }

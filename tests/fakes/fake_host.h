@@ -158,6 +158,9 @@ class FakeHost {
   /// Calls matching `rule` as for FailOn throw std::bad_alloc, as when the
   /// memory runs out.
   void RunOutOfMemoryOn(const std::string& rule);
+  /// Like FailOn, as a host whose process has ended: every call from the
+  /// first matching one on throws host::HostGone.
+  void GoneOn(const std::string& rule);
   /// The `poll`-th read (counted from 1) of SheafworkProgress, and every
   /// later one, returns false.
   void CancelAtPoll(int poll);
@@ -202,14 +205,16 @@ class FakeHost {
   struct FailRule {
     std::string rule;
     host::Error error;
-    int remaining;  ///< successes still let through
-    bool outOfMemory = false;
+    int remaining;             ///< successes still let through
+    bool outOfMemory = false;  ///< throws std::bad_alloc
+    bool gone = false;         ///< throws host::HostGone
   };
 
   TempFolder folder_;
   std::vector<std::unique_ptr<FakeDrawing>> drawings_;
   std::vector<std::string> calls_;
   std::vector<FailRule> failures_;
+  bool gone_ = false;
   std::vector<FakePlotRecord> plots_;
   std::vector<std::shared_ptr<FakeDocument>> open_;  ///< open documents, in order
   std::shared_ptr<FakeDocument> active_;

@@ -7,6 +7,8 @@
 
 #include <unistd.h>
 
+#include "fakes/native_path.h"
+
 namespace sheafwork::testing {
 
 namespace fs = std::filesystem;
@@ -24,17 +26,19 @@ TempFolder::~TempFolder() {
   fs::remove_all(path_, ignored);
 }
 
-std::string TempFolder::File(std::string_view name) const { return (path_ / name).string(); }
+std::string TempFolder::File(std::string_view name) const {
+  return Utf8Path(path_ / PathFromUtf8(name));
+}
 
 std::string TempFolder::Write(std::string_view name, std::string_view bytes) const {
   const std::string file = File(name);
-  std::ofstream out(file, std::ios::binary);
+  std::ofstream out(PathFromUtf8(file), std::ios::binary);
   out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   return file;
 }
 
 std::string TempFolder::Read(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
+  std::ifstream in(PathFromUtf8(path), std::ios::binary);
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 

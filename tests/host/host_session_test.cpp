@@ -4,10 +4,13 @@
 #include <gtest/gtest.h>
 
 #include "fakes/fake_host.h"
+#include "fakes/native_path.h"
 #include "host/error.h"
 
 namespace sheafwork {
 namespace {
+
+using testing::NativePath;
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -15,7 +18,7 @@ using ::testing::IsEmpty;
 class HostSessionTest : public ::testing::Test {
  protected:
   testing::FakeHost host;
-  HostSession session{host.App(), "/prog"};
+  HostSession session{host.App(), NativePath("/prog")};
 };
 
 TEST_F(HostSessionTest, SysvarsAreSavedSetAndPutBack) {
@@ -43,7 +46,7 @@ TEST_F(HostSessionTest, AFailedReadSkipsTheRestAndOnlyWhatWasSavedIsRestored) {
               ElementsAre("Document(Dessin1.dwg).SetVariable(PROXYNOTICE, 1)"));
 
   // With nothing saved, nothing is put back.
-  HostSession fresh{host.App(), "/prog"};
+  HostSession fresh{host.App(), NativePath("/prog")};
   host.FailOn("GetVariable");
   fresh.SetMainAppSysvars();
   host.ClearCalls();
@@ -81,7 +84,7 @@ TEST_F(HostSessionTest, SingleDocumentModeSavesAWritableDrawingBeforeReplacingIt
   host.variables["SDI"] = std::int16_t{1};
   const auto& plan = host.AddDrawing("Plan.dwg");
   ASSERT_TRUE(session.OpenDrawing(plan.path).ok);
-  EXPECT_THAT(host.InitialDocument().savedAs, ElementsAre("/prog/QXTEMP.DWG"));
+  EXPECT_THAT(host.InitialDocument().savedAs, ElementsAre(NativePath("/prog/QXTEMP.DWG")));
   EXPECT_THAT(host.OpenDocuments(), ElementsAre("*" + plan.path));
 
   // A read-only drawing is replaced without being saved.

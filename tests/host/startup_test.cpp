@@ -7,12 +7,15 @@
 
 #include "batch/list_commands.h"
 #include "fakes/fake_host.h"
+#include "fakes/native_path.h"
 #include "fakes/scripted_prompt.h"
 #include "fakes/temp_folder.h"
 #include "host/error.h"
 
 namespace sheafwork {
 namespace {
+
+using testing::NativePath;
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -55,12 +58,12 @@ TEST_F(StartupTest, TheHostsHelpFileAndTheTemplateDrawingAreUsedWhenPresent) {
 
   AttachResult attached = AttachHost(Factory(), Files(), prompt);
   ASSERT_TRUE(attached.ok);
-  EXPECT_EQ(attached.helpFilePath, hostFolder.File("Help/quirerun.hlp"));
+  EXPECT_EQ(attached.helpFilePath, hostFolder.File(NativePath("Help/quirerun.hlp")));
   EXPECT_EQ(attached.host->Doc().FullName(), templateDrawing);
 
   // A network folder is replaced by the root.
   host.path = "\\\\serveur\\orvane";
-  EXPECT_EQ(AttachHost(Factory(), Files(), prompt).host->HostPath, "/");
+  EXPECT_EQ(AttachHost(Factory(), Files(), prompt).host->HostPath, NativePath("/"));
 }
 
 TEST_F(StartupTest, AHostThatCannotBeCreatedShowsMessage125AndIsNeverQuit) {

@@ -1,16 +1,21 @@
 #include "log/file_replace.h"
 
 #include <gtest/gtest.h>
+
+#ifndef _WIN32
 #include <sys/stat.h>
 #include <unistd.h>
+#endif
 
 #include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "fakes/native_path.h"
 #include "fakes/temp_folder.h"
 #include "log/output_file.h"
+#include "log/paths.h"
 
 namespace sheafwork {
 namespace {
@@ -21,7 +26,7 @@ using testing::TempFolder;
 std::vector<std::string> Names(const fs::path& folder) {
   std::vector<std::string> names;
   for (const auto& entry : fs::directory_iterator(folder)) {
-    names.push_back(entry.path().filename().string());
+    names.push_back(testing::Utf8Path(entry.path().filename()));
   }
   std::sort(names.begin(), names.end());
   return names;
@@ -43,8 +48,9 @@ TEST(PutInPlaceTest, ReplacesOrCreatesTheTargetAndLeavesNothingBehind) {
   EXPECT_EQ(TempFolder::Read(folder.File("autre.pdf")), "premier");
   EXPECT_EQ(Names(folder.path()), (std::vector<std::string>{"autre.pdf", "plan.pdf"}));
 
+#ifndef _WIN32
   // A link at the target is replaced as a rename replaces it; what it
-  // pointed to is left as it was.
+  // pointed to is left as it was. (Windows links need a privilege.)
   const std::string pointed = folder.Write("vise.pdf", "visé");
   fs::create_symlink(pointed, folder.File("lien.pdf"));
   PutInPlace(folder.Write("lien.tmp", "lien remplacé"), folder.File("lien.pdf"), ec);
@@ -52,11 +58,14 @@ TEST(PutInPlaceTest, ReplacesOrCreatesTheTargetAndLeavesNothingBehind) {
   EXPECT_FALSE(fs::is_symlink(folder.File("lien.pdf")));
   EXPECT_EQ(TempFolder::Read(folder.File("lien.pdf")), "lien remplacé");
   EXPECT_EQ(TempFolder::Read(pointed), "visé");
+#endif
 
   PutInPlace(folder.File("absent.tmp"), folder.File("x.pdf"), ec);
   EXPECT_TRUE(ec);
 }
 
+#ifndef _WIN32
+// What follows needs POSIX modes, owners, links and locks.
 bool Replace(const std::string& target, const std::string& bytes,
              OutputFile::Durability durability = OutputFile::Durability::Ordinary) {
   OutputFile out(target, durability);
@@ -146,6 +155,25 @@ TEST(OutputFileTest, StaleTemporariesOfTheTargetAreRemovedLiveOnesKept) {
   EXPECT_EQ(TempFolder::Read(target), "vivant");
   EXPECT_EQ(Names(folder.path()),
             (std::vector<std::string>{"autre.pdf.sheafwork-0.tmp", "plan.pdf"}));
+}
+#endif
+
+// A folder named with accents and a character outside Windows-1252: the
+// file is written there under its own name, found, and replaced again.
+TEST(OutputFileTest, WritesIntoAFolderNamedOutsideTheLocalCodePage) {
+  TempFolder folder;
+  const std::string plans = folder.File("Plans été Ω");
+  fs::create_directory(testing::PathFromUtf8(plans));
+  const std::string target = folder.File(testing::NativePath("Plans été Ω/liste été.qx3"));
+  for (const char* text : {"première", "seconde"}) {
+    OutputFile out(target);
+    ASSERT_TRUE(out.IsOpen()) << out.Failure();
+    ASSERT_TRUE(out.Write(text));
+    ASSERT_TRUE(out.Commit()) << out.Failure();
+    EXPECT_EQ(TempFolder::Read(target), text);
+  }
+  EXPECT_EQ(GetFileStatus(target), kFileFound);
+  EXPECT_EQ(Names(testing::PathFromUtf8(plans)), std::vector<std::string>{"liste été.qx3"});
 }
 
 }  // namespace

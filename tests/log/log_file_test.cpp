@@ -54,13 +54,18 @@ TEST_F(LogFileTest, OverwriteModeWritesHeadersAndLinesInWindows1252) {
 // A log reached through a link, or with a second name, is rewritten where it
 // is: every name shows the new lines.
 TEST_F(LogFileTest, OverwriteModeWritesThroughLinksAndOtherNames) {
+  // Symbolic links need a privilege on Windows: a second name only there.
+#ifndef _WIN32
   const std::string real = dir_.Write("reel.log", "old journal\r\n");
   fs::remove(s_.JournalLogFileName);
   fs::create_symlink(real, s_.JournalLogFileName);
+#endif
   fs::create_hard_link(dir_.Write("erreurs.log", "old errors\r\n"), s_.ErrorLogFileName);
   Run({"a"}, "e");
+#ifndef _WIN32
   EXPECT_TRUE(fs::is_symlink(s_.JournalLogFileName));
   EXPECT_EQ(testing::TempFolder::Read(real), "\r\n\r\na\r\n");
+#endif
   EXPECT_EQ(testing::TempFolder::Read(dir_.File("erreurs.log")), "\r\ne\r\n");
 }
 

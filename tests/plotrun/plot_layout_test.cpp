@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <tuple>
 
+#include "fakes/native_path.h"
 #include "plot_run_fixture.h"
 
 namespace sheafwork {
@@ -126,6 +127,9 @@ TEST_F(PlotLayoutTest, TheRowsDeviceAndPlotFileChooseThePlotCall) {
   host.printerConfigPath = empty.path().string() + " ; " + configs.path().string();
 
   const std::string toDevice = "Plot(Plan.dwg).PlotToDevice(";
+  const std::string cfg = testing::NativePath("/cfg/Traceur.PC3");
+  const std::string sub = testing::NativePath("sous/Traceur.PC3");
+  const std::string out = testing::NativePath("/out/plan.pdf");
   // device, plot file, plot call
   const std::tuple<std::string, std::string, std::string> cases[] = {
       {"", "", toDevice + ")"},
@@ -134,10 +138,10 @@ TEST_F(PlotLayoutTest, TheRowsDeviceAndPlotFileChooseThePlotCall) {
       {"par défaut", "", toDevice + ")"},
       {"Traceur.PC3", "", toDevice + found + ")"},                       // the second folder
       {"Absent.pc3", "", toDevice + "Absent.pc3)"},                      // not found: bare name
-      {"/cfg/Traceur.PC3", "", toDevice + "/cfg/Traceur.PC3)"},          // a folder: as it stands
-      {"sous/Traceur.PC3", "", toDevice + "sous/Traceur.PC3)"},          // even if found there
+      {cfg, "", toDevice + cfg + ")"},                                   // a folder: as it stands
+      {sub, "", toDevice + sub + ")"},                                   // even if found there
       {"Imprimante du bureau", "", toDevice + "Imprimante du bureau)"},  // a system printer
-      {"PDF.pc3", "  /out/plan.pdf ", "Plot(Plan.dwg).PlotToFile(/out/plan.pdf, PDF.pc3)"},
+      {"PDF.pc3", "  " + out + " ", "Plot(Plan.dwg).PlotToFile(" + out + ", PDF.pc3)"},
       // Blanks only are a plot file with an empty name, on the layout's device.
       {"Par défaut", "   ", "Plot(Plan.dwg).PlotToFile()"},
   };
@@ -153,10 +157,10 @@ TEST_F(PlotLayoutTest, TheRowsDeviceAndPlotFileChooseThePlotCall) {
 
 TEST(PlotFileForTest, AllLayoutsKeepOnlyTheFolderOfTheTypedName) {
   BatchEntry entry;
-  entry.FileName = "/dwg/Plan.dwg";
-  entry.PlotFile = "/out/any.plt";
+  entry.FileName = testing::NativePath("/dwg/Plan.dwg");
+  entry.PlotFile = testing::NativePath("/out/any.plt");
   entry.Layout = "Toutes les présentations";
-  EXPECT_EQ(PlotFileFor(entry, "Vue A"), "/out/Plan-Vue A");
+  EXPECT_EQ(PlotFileFor(entry, "Vue A"), testing::NativePath("/out/Plan-Vue A"));
   entry.PlotFile = "any.plt";
   EXPECT_EQ(PlotFileFor(entry, "Vue A"), "Plan-Vue A");
   entry.Layout = "Vue A";

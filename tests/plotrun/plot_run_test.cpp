@@ -1,5 +1,6 @@
 #include <filesystem>
 
+#include "fakes/native_path.h"
 #include "plot_run_fixture.h"
 #include "res/string_ids.h"
 
@@ -57,7 +58,7 @@ TEST_F(PlotAllEntriesTest, RowsArePlottedInOrderWithOneJournalLineEach) {
   EXPECT_EQ(result.failed, 0);
   EXPECT_EQ(result.totalPlots, 2);
   EXPECT_THAT(Sheets(), ElementsAre("Plan.dwg|Vue A|", "Coupe.dwg|Objet|"));
-  const std::string folder = host.Folder().path().string() + "/";
+  const std::string folder = testing::Utf8Path(host.Folder().path() / "");
   EXPECT_THAT(Journal(),
               ElementsAre("Plan.dwg, " + folder + ", Vue A, Par défaut, PDF.pc3, 00:01:15",
                           "Coupe.dwg, " + folder + ", Onglet Objet, , , 00:01:15"));
@@ -70,12 +71,12 @@ TEST_F(PlotAllEntriesTest, RowsArePlottedInOrderWithOneJournalLineEach) {
 TEST_F(PlotAllEntriesTest, AllLayoutsPlotsEveryPaperLayoutToItsOwnFileButNotTheModelTab) {
   const auto& plan = Drawing("Plan.dwg", {"Vue A", "Vue B"});
   auto& row = Row(plan, kAll);
-  row.PlotFile = "/out/tout.pdf";
+  row.PlotFile = testing::NativePath("/out/tout.pdf");
 
   const RunResult result = Run();
   EXPECT_EQ(result.totalPlots, 2);
-  EXPECT_THAT(Sheets(),
-              ElementsAre("Plan.dwg|Vue A|/out/Plan-Vue A", "Plan.dwg|Vue B|/out/Plan-Vue B"));
+  EXPECT_THAT(Sheets(), ElementsAre("Plan.dwg|Vue A|" + testing::NativePath("/out/Plan-Vue A"),
+                                    "Plan.dwg|Vue B|" + testing::NativePath("/out/Plan-Vue B")));
   // One line stands for all layouts, timed around the whole loop.
   ASSERT_EQ(Journal().size(), 1u);
   EXPECT_THAT(Journal()[0],
@@ -237,6 +238,23 @@ TEST_F(PlotAllEntriesTest, ARowThatRunsOutOfMemoryFailsAndTheRunGoesOn) {
   EXPECT_THAT(observer.events,
               ElementsAre("cleared", "start 1/2", "1 failed", "start 2/2", "2 plotted"));
   EXPECT_THAT(Sheets(), ElementsAre("Plan.dwg|Vue A|"));
+}
+
+// A host whose process ends during a plot: that row fails, the rows after
+// it are not tried, the error log says why and the logs are closed whole.
+TEST_F(PlotAllEntriesTest, AHostThatHasGoneAwayEndsTheRunAfterFailingItsRow) {
+  const auto& plan = Drawing("Plan.dwg", {"Vue A"});
+  const auto& coupe = Drawing("Coupe.dwg", {"Vue A"});
+  Row(plan, "Vue A").PlotDevice = "PDF.pc3";
+  Row(coupe, "Vue A").PlotDevice = "PDF.pc3";
+  host.GoneOn("PlotToDevice");
+  const RunResult result = Run();
+  EXPECT_EQ(result.plotted, 0);
+  EXPECT_EQ(result.failed, 1);
+  EXPECT_TRUE(result.endedEarly);
+  EXPECT_THAT(observer.events, ElementsAre("cleared", "start 1/2", "1 failed"));
+  EXPECT_THAT(Errors(), ElementsAre(Text(122) + plan.path, "ERREUR: #-2147023174, Serveur arrêté"));
+  EXPECT_THAT(Journal(), IsEmpty());
 }
 
 }  // namespace

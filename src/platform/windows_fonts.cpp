@@ -1,0 +1,57 @@
+// The Windows folder's FONTS, listed once per process.
+#include "platform/fonts.h"
+
+#include <windows.h>
+
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "platform/windows_text.h"
+#include "text/strings.h"
+
+namespace sheafwork {
+
+namespace {
+
+std::wstring FontsFolder() {
+  wchar_t windows[MAX_PATH];
+  const UINT size = GetWindowsDirectoryW(windows, MAX_PATH);
+  if (size == 0 || size >= MAX_PATH) return {};
+  return std::wstring(windows, size) + L"\\Fonts";
+}
+
+class WindowsFontFolders final : public FontFolders {
+ public:
+  bool HasFontFile(std::string_view fileName) override {
+    std::call_once(listed_, [this] { List(); });
+    for (const std::string& name : names_) {
+      if (EqualsIgnoreCase(name, fileName)) return true;
+    }
+    return false;
+  }
+
+ private:
+  void List() {
+    const std::wstring folder = FontsFolder();
+    if (folder.empty()) return;
+    WIN32_FIND_DATAW data;
+    HANDLE find = FindFirstFileW((folder + L"\\*").c_str(), &data);
+    if (find == INVALID_HANDLE_VALUE) return;
+    do {
+      if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+        names_.push_back(Utf8FromWide(data.cFileName));
+      }
+    } while (FindNextFileW(find, &data));
+    FindClose(find);
+  }
+
+  std::once_flag listed_;
+  std::vector<std::string> names_;
+};
+
+}  // namespace
+
+std::unique_ptr<FontFolders> SystemFontFolders() { return std::make_unique<WindowsFontFolders>(); }
+
+}  // namespace sheafwork

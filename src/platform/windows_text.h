@@ -1,0 +1,22 @@
+#pragma once
+// UTF-16 text of Windows calls and the program's UTF-8, both ways.
+
+#ifdef _WIN32
+#include <string>
+#include <string_view>
+
+namespace sheafwork {
+
+/// `wide` (UTF-16, a lone surrogate becomes U+FFFD) as UTF-8.
+std::string Utf8FromWide(std::wstring_view wide);
+
+/// `utf8` as UTF-16 (malformed bytes become U+FFFD).
+std::wstring WideFromUtf8(std::string_view utf8);
+
+/// A NUL-terminated UTF-16 string as UTF-8; empty for a null pointer.
+inline std::string Utf8FromWide(const wchar_t* wide) {
+  return wide ? Utf8FromWide(std::wstring_view(wide)) : std::string();
+}
+
+}  // namespace sheafwork
+#endif
