@@ -62,17 +62,17 @@ class ReportingDisplay : public ProgressDisplay {
 
   void Start(int) override {
     catcher_.reset();
-    catcher_ = std::make_unique<InterruptCatcher>();
+    catcher_ = std::make_unique<StopSignals>(host_messages::kStopRequested);
   }
   void Step(const std::string&, const std::string&, int, int) override {}
-  bool Cancelled() override { return catcher_ && catcher_->Interrupted(); }
+  bool Cancelled() override { return catcher_ && StopRequested(); }
   void Finish() override { catcher_.reset(); }
   void PlotFailed(const std::string& reason) override { reports_->PlotFailed(reason); }
   void Notice(const std::string& text) override { reports_->Notice(text); }
 
  private:
   std::shared_ptr<ConsoleReports> reports_;
-  std::unique_ptr<InterruptCatcher> catcher_;
+  std::unique_ptr<StopSignals> catcher_;
 };
 
 }  // namespace
