@@ -42,11 +42,11 @@ std::string ThroughLinks(std::string path) {
   return path;
 }
 
+#ifndef _WIN32
 std::string SlotName(const std::string& target, int slot) {
   return target + ".sheafwork-" + std::to_string(slot) + ".tmp";
 }
 
-#ifndef _WIN32
 // True when `fd` is still the file named `path` (and `status` its status): a
 // writer that removed a stale temporary between our open and our lock leaves
 // us an unnamed file.

@@ -5,6 +5,7 @@
 #include "batch/list_commands.h"
 #include "batch/list_file.h"
 #include "batch/session.h"
+#include "fakes/native_path.h"
 #include "fakes/scripted_prompt.h"
 #include "fakes/temp_folder.h"
 #include "res/string_ids.h"
@@ -118,9 +119,10 @@ TEST_F(ListCommandsTest, ANewListWhoseSaveFailsIsNotStarted) {
 // A full list takes no further row, and says its limit in French.
 TEST_F(ListCommandsTest, AFullListRefusesARowNamingTheLimit) {
   Session s("/logs");
+  const std::string drawing = testing::NativePath("/p/a.dwg");
   s.List.Resize(BatchList::kMaxEntries);
-  EXPECT_EQ(DrawingRowProblem(s, "/p/a.dwg"), LoadResourceText(ids::kListTooManyEntries));
-  EXPECT_EQ(AddDrawingToList(s, "/p/a.dwg"), nullptr);
+  EXPECT_EQ(DrawingRowProblem(s, drawing), LoadResourceText(ids::kListTooManyEntries));
+  EXPECT_EQ(AddDrawingToList(s, drawing), nullptr);
   EXPECT_EQ(s.List.EntryCount(), BatchList::kMaxEntries);
   try {
     s.List.Append();
@@ -129,8 +131,8 @@ TEST_F(ListCommandsTest, AFullListRefusesARowNamingTheLimit) {
     EXPECT_EQ(error.what(), LoadResourceText(ids::kListTooManyEntries));
   }
   s.List.Remove(1);
-  EXPECT_EQ(DrawingRowProblem(s, "/p/a.dwg"), "");
-  EXPECT_NE(AddDrawingToList(s, "/p/a.dwg"), nullptr);
+  EXPECT_EQ(DrawingRowProblem(s, drawing), "");
+  EXPECT_NE(AddDrawingToList(s, drawing), nullptr);
 }
 
 }  // namespace

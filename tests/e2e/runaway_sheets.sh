@@ -26,8 +26,10 @@ cp "$data"/blocks.dxf "$data"/xref-*.dxf "$work"/
 "$exe" list add "$work/blocs.qx3" "$work/blocks.dxf" --plot-file "$work/blocs" >/dev/null
 "$exe" list add "$work/xrefs.qx3" "$work/xref-6.dxf" --plot-file "$work/xrefs" >/dev/null
 
-# Ctrl+C while the sheet is drawn.
-"$exe" plot "$work/blocs.qx3" 2>"$work/cancel.err" &
+# Ctrl+C while the sheet is drawn. A shell starts its background commands
+# with SIGINT ignored, and the program keeps a signal ignored at its start
+# ignored (as under nohup): it is given back its default, as from a terminal.
+env --default-signal=INT "$exe" plot "$work/blocs.qx3" 2>"$work/cancel.err" &
 pid=$!
 # Ends it after 60 s at most, or as soon as it is gone.
 (

@@ -8,9 +8,9 @@
 #include "embedded/automation/objects.h"
 #include "embedded/automation/plot_configuration.h"
 #include "embedded/automation/variables.h"
+#include "embedded/model/undrawn.h"
 #include "embedded/render/shape_font.h"
 #include "text/strings.h"
-#include "embedded/model/undrawn.h"
 
 namespace sheafwork::embedded {
 

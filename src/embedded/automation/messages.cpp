@@ -176,8 +176,11 @@ std::string UndrawnEntities(std::string_view drawing, std::string_view layout,
          S(drawing) + ", présentation " + S(layout) + ")";
 }
 
-std::string PlotStyleNotFound(std::string_view table) {
-  return "Table de styles de tracé introuvable : " + S(table);
+std::string PlotStyleMissing(std::string_view drawing, std::string_view layout,
+                             std::string_view table) {
+  return "Table de styles de tracé « " + S(table) +
+         " » introuvable sur cette machine : présentation tracée sans elle (dessin " + S(drawing) +
+         ", présentation " + S(layout) + ")";
 }
 
 std::string NamedPlotStylesIgnored(std::string_view drawing, std::string_view layout,

@@ -77,7 +77,8 @@ std::string DefaultPaperUsed(std::string_view drawing, std::string_view layout,
 /// A printer's output as the log names it.
 std::string PrinterOutput(std::string_view printer);
 /// A layout's plot style table found nowhere (the plot fails).
-std::string PlotStyleNotFound(std::string_view table);
+std::string PlotStyleMissing(std::string_view drawing, std::string_view layout,
+                             std::string_view table);
 // A layout's plot style table that the plot goes on without.
 std::string NamedPlotStylesIgnored(std::string_view drawing, std::string_view layout,
                                    std::string_view table);

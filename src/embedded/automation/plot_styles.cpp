@@ -18,10 +18,19 @@ std::shared_ptr<const PlotStyleTable> LayoutPlotStyles(HostCore& core, const Doc
                   msg::NamedPlotStylesIgnored(doc.fullName, layoutName, name));
     return nullptr;
   }
-  // A table named but missing or unreadable fails the plot: without it a
-  // layout set up for monochrome would come out in colour.
+  // A table this machine does not have is what drawings from elsewhere
+  // name most often (their authors' own tables): the layout is plotted
+  // without it, as drawn, and the user is told which table to install. A
+  // table that is there but cannot be read fails the plot: it was meant to
+  // apply, and without it a layout set up for monochrome would come out in
+  // colour.
   const auto path = FindPlotStyleFile(name, core.plotStylePath);
-  if (!path) throw PlotStyleError(msg::PlotStyleNotFound(name));
+  if (!path) {
+    const std::string missing = msg::PlotStyleMissing(doc.fullName, layoutName, name);
+    core.WriteLog(HostLogFile(core, doc), missing);
+    core.options.progress->Notice(missing);
+    return nullptr;
+  }
   return std::make_shared<const PlotStyleTable>(ReadPlotStyleFile(*path));
 }
 

@@ -14,6 +14,7 @@
 namespace sheafwork::embedded {
 namespace {
 
+using ::testing::Contains;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
@@ -68,11 +69,12 @@ TEST_F(PlotStylesHostTest, DataFolderBeforeUserFolderAndThePreferenceDecides) {
   EXPECT_THAT(PlanLog(), Not(HasSubstr("Table de styles")));
 }
 
-// A table named but missing or unreadable fails the plot of the sheet, with
-// a line naming the table and the fault: plotting without it would give a
-// colour plot where the layout asked for monochrome. A named-style table
-// (.stb), which the host does not apply, is noted and the plot goes on.
-TEST_F(PlotStylesHostTest, ATableThatCannotBeReadFailsThePlotNamingTableAndFault) {
+// A table named but unreadable fails the plot of the sheet, with a line
+// naming the table and the fault: plotting without it would give a colour
+// plot where the layout asked for monochrome. A table this machine does not
+// have is named on the display and in the log, and the sheet plots without
+// it; so does a named-style table (.stb), which the host does not apply.
+TEST_F(PlotStylesHostTest, ATableThatCannotBeReadFailsThePlotAMissingOneIsNamed) {
   const std::string broken = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/plotstyle/broken/";
   for (const char* name : {"truncated.ctb", "lying.ctb", "damaged.ctb", "notes.ctb"}) {
     Put(data, std::string("plotstyles/") + name, testing::TempFolder::Read(broken + name));
@@ -81,14 +83,17 @@ TEST_F(PlotStylesHostTest, ATableThatCannotBeReadFailsThePlotNamingTableAndFault
   struct Case {
     const char* table;
     const char* fault;  ///< null: the plot goes on without a table
+    const char* note;   ///< what the log says when it goes on
   };
   const Case cases[] = {
-      {"absente.ctb", "Table de styles de tracé introuvable : absente.ctb"},
-      {"truncated.ctb", "truncated.ctb : données compressées tronquées"},
-      {"lying.ctb", "lying.ctb : "},
-      {"damaged.ctb", "damaged.ctb : "},
-      {"notes.ctb", "notes.ctb : "},
-      {"noms.stb", nullptr},
+      {"absente.ctb", nullptr,
+       "Table de styles de tracé « absente.ctb » introuvable sur cette machine : présentation "
+       "tracée sans elle"},
+      {"truncated.ctb", "truncated.ctb : données compressées tronquées", nullptr},
+      {"lying.ctb", "lying.ctb : ", nullptr},
+      {"damaged.ctb", "damaged.ctb : ", nullptr},
+      {"notes.ctb", "notes.ctb : ", nullptr},
+      {"noms.stb", nullptr, "Table de styles nommés « noms.stb » non appliquée"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.table);
@@ -101,7 +106,7 @@ TEST_F(PlotStylesHostTest, ATableThatCannotBeReadFailsThePlotNamingTableAndFault
       EXPECT_TRUE(plotted);
       ASSERT_EQ(plots.size(), 1u);
       EXPECT_EQ(plots[0].plotStyles, nullptr);
-      EXPECT_THAT(added, HasSubstr("Table de styles nommés « noms.stb » non appliquée"));
+      EXPECT_THAT(added, HasSubstr(c.note));
       EXPECT_THAT(display->failures, IsEmpty());
       continue;
     }
@@ -112,6 +117,7 @@ TEST_F(PlotStylesHostTest, ATableThatCannotBeReadFailsThePlotNamingTableAndFault
     ASSERT_EQ(display->failures.size(), 1u);
     EXPECT_THAT(display->failures[0], HasSubstr(c.fault));
   }
+  EXPECT_THAT(display->notices, Contains(HasSubstr("« absente.ctb » introuvable")));
 }
 
 }  // namespace
