@@ -5,11 +5,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <filesystem>
-#include <regex>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "e2e/program.h"
@@ -35,37 +36,53 @@ struct HpglDrawing {
   std::set<std::string> colours;
 };
 
+// The numbers of an HP-GL/2 command's parameters ("1,2.5,-3").
+std::vector<double> Numbers(std::string_view params) {
+  std::vector<double> numbers;
+  std::string item;
+  for (const char c : std::string(params) + ",") {
+    if (c != ',') {
+      item += c;
+    } else if (!item.empty()) {
+      numbers.push_back(std::stod(item));
+      item.clear();
+    }
+  }
+  return numbers;
+}
+
 HpglDrawing ReadHpgl(const std::string& file) {
   const std::string text = testing::TempFolder::Read(file);
   HpglDrawing drawing;
   double minX = 1e12, minY = 1e12, maxX = -1e12, maxY = -1e12;
-  const std::regex command("(PU|PD)([-0-9.,]+);?");
-  for (auto it = std::sregex_iterator(text.begin(), text.end(), command);
-       it != std::sregex_iterator(); ++it) {
-    std::vector<double> numbers;
-    std::string item;
-    for (char c : (*it)[2].str() + ",") {
-      if (c != ',') {
-        item += c;
-      } else if (!item.empty()) {
-        numbers.push_back(std::stod(item));
-        item.clear();
-      }
+  std::size_t start = 0;
+  while (start < text.size()) {
+    const std::size_t end = std::min(text.find(';', start), text.size());
+    std::string_view command = std::string_view(text).substr(start, end - start);
+    start = end + 1;
+    while (!command.empty() && std::isspace(static_cast<unsigned char>(command.front()))) {
+      command.remove_prefix(1);
     }
-    for (std::size_t i = 0; i + 1 < numbers.size(); i += 2) {
-      minX = std::min(minX, numbers[i]);
-      maxX = std::max(maxX, numbers[i]);
-      minY = std::min(minY, numbers[i + 1]);
-      maxY = std::max(maxY, numbers[i + 1]);
+    if (command.size() < 2) continue;
+    const std::string_view mnemonic = command.substr(0, 2);
+    const std::string_view params = command.substr(2);
+    if (mnemonic == "PU" || mnemonic == "PD") {
+      const std::vector<double> numbers = Numbers(params);
+      for (std::size_t i = 0; i + 1 < numbers.size(); i += 2) {
+        minX = std::min(minX, numbers[i]);
+        maxX = std::max(maxX, numbers[i]);
+        minY = std::min(minY, numbers[i + 1]);
+        maxY = std::max(maxY, numbers[i + 1]);
+      }
+    } else if (mnemonic == "PC") {
+      // PCpen,r,g,b: the colour as "r,g,b".
+      const std::size_t comma = params.find(',');
+      if (comma != std::string_view::npos)
+        drawing.colours.insert(std::string(params.substr(comma + 1)));
     }
   }
   drawing.width = (maxX - minX) / 40;
   drawing.height = (maxY - minY) / 40;
-  const std::regex pen("PC[0-9]+,([0-9]+,[0-9]+,[0-9]+)");
-  for (auto it = std::sregex_iterator(text.begin(), text.end(), pen); it != std::sregex_iterator();
-       ++it) {
-    drawing.colours.insert((*it)[1].str());
-  }
   return drawing;
 }
 
