@@ -16,6 +16,7 @@
 #include "host/error.h"
 #include "host/sysvar.h"
 #include "log/paths.h"
+#include "log/wide_path.h"
 #include "plotcfg/devices.h"
 #include "plotcfg/error_output.h"
 #include "plotcfg/layout_setup.h"
@@ -57,8 +58,7 @@ bool IsTrueTypeFont(std::string_view fontFile) {
 // dropped) is taken as it stands, any other as Windows-1252. Lines may end in
 // CR LF, LF or CR. Nullopt when the file cannot be read.
 std::optional<std::vector<std::string>> ReadTextLines(const std::string& path) {
-  std::ifstream in(std::filesystem::path(std::u8string(path.begin(), path.end())),
-                   std::ios::binary);
+  std::ifstream in(FsPath(path), std::ios::binary);
   if (!in) return std::nullopt;
   std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
   if (in.bad()) return std::nullopt;

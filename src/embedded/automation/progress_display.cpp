@@ -12,14 +12,28 @@ namespace sheafwork::embedded {
 
 namespace {
 
-class ConsoleDisplay : public ProgressDisplay {
+// From Start to Finish of a batch on the command line, Ctrl+C, SIGTERM and
+// SIGHUP ask the run to stop.
+class StopOnSignals {
+ protected:
+  void Listen() {
+    signals_.reset();  // the previous batch's, if it was never finished
+    signals_ = std::make_unique<StopSignals>(host_messages::kStopRequested);
+  }
+  bool Stopped() const { return signals_ && StopRequested(); }
+  void Unlisten() { signals_.reset(); }
+
+ private:
+  std::unique_ptr<StopSignals> signals_;
+};
+
+class ConsoleDisplay : public ProgressDisplay, private StopOnSignals {
  public:
   ConsoleDisplay(std::ostream& out, bool terminal) : out_(out), terminal_(terminal) {}
 
   void Start(int) override {
     drawn_ = false;
-    catcher_.reset();  // the previous batch's, if it was never finished
-    catcher_ = std::make_unique<StopSignals>(host_messages::kStopRequested);
+    Listen();
   }
 
   void Step(const std::string& drawing, const std::string& layout, int n, int total) override {
@@ -32,12 +46,12 @@ class ConsoleDisplay : public ProgressDisplay {
     drawn_ = true;
   }
 
-  bool Cancelled() override { return catcher_ && StopRequested(); }
+  bool Cancelled() override { return Stopped(); }
 
   void Finish() override {
     if (terminal_ && drawn_) out_ << "\r\033[K" << std::flush;
     drawn_ = false;
-    catcher_.reset();
+    Unlisten();
   }
 
   void PlotFailed(const std::string& reason) override { Notice(reason); }
@@ -52,27 +66,22 @@ class ConsoleDisplay : public ProgressDisplay {
   std::ostream& out_;
   bool terminal_;
   bool drawn_ = false;
-  std::unique_ptr<StopSignals> catcher_;
 };
 
-class ReportingDisplay : public ProgressDisplay {
+class ReportingDisplay : public ProgressDisplay, private StopOnSignals {
  public:
   explicit ReportingDisplay(std::shared_ptr<ConsoleReports> reports)
       : reports_(std::move(reports)) {}
 
-  void Start(int) override {
-    catcher_.reset();
-    catcher_ = std::make_unique<StopSignals>(host_messages::kStopRequested);
-  }
+  void Start(int) override { Listen(); }
   void Step(const std::string&, const std::string&, int, int) override {}
-  bool Cancelled() override { return catcher_ && StopRequested(); }
-  void Finish() override { catcher_.reset(); }
+  bool Cancelled() override { return Stopped(); }
+  void Finish() override { Unlisten(); }
   void PlotFailed(const std::string& reason) override { reports_->PlotFailed(reason); }
   void Notice(const std::string& text) override { reports_->Notice(text); }
 
  private:
   std::shared_ptr<ConsoleReports> reports_;
-  std::unique_ptr<StopSignals> catcher_;
 };
 
 }  // namespace

@@ -7,6 +7,8 @@
 #include <iterator>
 #include <string_view>
 
+#include "log/wide_path.h"
+
 namespace sheafwork::embedded {
 
 namespace {
@@ -64,8 +66,7 @@ class ShapeFile::Cursor {
 };
 
 ShapeFile ShapeFile::Read(const std::string& path) {
-  std::ifstream in(std::filesystem::path(std::u8string(path.begin(), path.end())),
-                   std::ios::binary);
+  std::ifstream in(FsPath(path), std::ios::binary);
   if (!in) throw ShapeFileError("fichier de formes « " + path + " » illisible");
   std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(in),
                                   std::istreambuf_iterator<char>()};
