@@ -100,6 +100,8 @@ class PlotConfiguration {
   /// The plot style table, by file name.
   virtual std::string StyleSheet() = 0;
   virtual void SetStyleSheet(const std::string& name) = 0;
+  /// The file names of the plot style tables the host has.
+  virtual std::vector<std::string> GetPlotStyleTableNames() = 0;
   virtual bool PlotHidden() = 0;
   virtual void SetPlotHidden(bool hidden) = 0;
 

@@ -6,6 +6,7 @@
 #include "plotcfg/layer_settings.h"
 #include "plotcfg/layout_setup.h"
 #include "plotcfg/plot_settings.h"
+#include "plotcfg/plot_style_check.h"
 #include "plotrun/plot_run.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -19,6 +20,22 @@ namespace {
 std::optional<std::string> RowDevice(const BatchEntry& entry) {
   if (entry.PlotDevice.empty() || IsDefaultDevice(entry.PlotDevice)) return std::nullopt;
   return entry.PlotDevice;
+}
+
+/// Names in the error log a plot style table the layout about to be plotted
+/// asks for and the host does not have; the host plots without it. Only a
+/// warning: a host error while asking leaves the plot to go on.
+void WarnOfMissingPlotStyle(HostSession& host, LogFile& errorLog, const BatchEntry& entry,
+                            const std::string& layoutName) {
+  try {
+    auto layout = host.App().ActiveDocument()->ActiveLayout();
+    if (const auto missing = MissingPlotStyleTable(*layout)) {
+      errorLog.WriteLogLine(MissingPlotStyleWarning(*missing, layoutName, entry.FileName));
+    }
+  } catch (const host::HostGone&) {
+    throw;
+  } catch (const host::Error&) {
+  }
 }
 
 }  // namespace
@@ -68,6 +85,7 @@ bool PlotLayout(const LayoutPlotContext& context, const BatchEntry& entry,
       layout->SetStyleSheet(context.plotStyle);
       layout->SetPlotWithPlotStyles(true);
     }
+    WarnOfMissingPlotStyle(host, errorLog, entry, layoutName);
 
     const LocalTime start = context.clock();
     bool plotted;

@@ -21,6 +21,7 @@
 #include "plotcfg/error_output.h"
 #include "plotcfg/layout_setup.h"
 #include "plotcfg/page_setup.h"
+#include "plotcfg/plot_style_check.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 #include "text/strings.h"
@@ -235,6 +236,7 @@ class PlotTestScan {
       // Before the drawing is closed, so that the layouts' own devices are
       // those of this drawing.
       Guard([&] { CheckDevice(device, layout, true); });
+      Guard([&] { CheckPlotStyles(row.FileName, layout, plotSetup); });
       Guard([&] { CheckUndrawnEntities(); });
       host_.CloseDrawing(row.FileName);
     } else {
@@ -361,38 +363,65 @@ class PlotTestScan {
     return false;
   }
 
-  // Warns about each layout the row plots whose own device is "Aucun", then
-  // about each whose own device is not on this machine, which the host
-  // replaces with a device of its own.
-  void CheckLayoutDevices(const std::string& layout) {
-    const std::string none = LoadResourceText(ids::kNoDevice);
-    std::vector<std::pair<std::string, std::string>> missing;  // layout, device
-    const auto check = [&](const std::string& name, const std::string& device) {
-      if (device == none) {
-        Line(LoadResourceText(ids::kNoneDeviceStart) + name +
-             LoadResourceText(ids::kNoneDeviceEnd));
-      } else if (!device.empty() && !OnThisMachine(device)) {
-        missing.emplace_back(name, device);
-      }
-    };
+  // Calls `visit(name, layout)` for each layout the row plots.
+  template <typename Visit>
+  void ForEachPlottedLayout(const std::string& layout, Visit&& visit) {
     if (IsAllLayouts(layout)) {
       auto layouts = host_.Doc().GetLayouts();
       const std::int32_t count = layouts->Count();
       for (std::int32_t i = 0; i < count; ++i) {
         auto item = layouts->Item(i);
         const std::string name = item->Name();
-        if (name != ModelTabName()) check(name, item->ConfigName());
+        if (name != ModelTabName()) visit(name, *item);
       }
     } else {
       if (!SetupLayout(host_, layout, ErrorOutput::Nowhere())) return;
       auto active = host_.Doc().ActiveLayout();
-      check(active->Name(), active->ConfigName());
+      visit(active->Name(), *active);
     }
+  }
+
+  // Warns about each layout the row plots whose own device is "Aucun", then
+  // about each whose own device is not on this machine, which the host
+  // replaces with a device of its own.
+  void CheckLayoutDevices(const std::string& layout) {
+    const std::string none = LoadResourceText(ids::kNoDevice);
+    std::vector<std::pair<std::string, std::string>> missing;  // layout, device
+    ForEachPlottedLayout(layout, [&](const std::string& name, host::Layout& item) {
+      const std::string device = item.ConfigName();
+      if (device == none) {
+        Line(LoadResourceText(ids::kNoneDeviceStart) + name +
+             LoadResourceText(ids::kNoneDeviceEnd));
+      } else if (!device.empty() && !OnThisMachine(device)) {
+        missing.emplace_back(name, device);
+      }
+    });
     for (const auto& [name, device] : missing) {
       Line(LoadResourceText(ids::kStandInDeviceStart) + device +
            LoadResourceText(ids::kStandInDeviceLayout) + name +
            LoadResourceText(ids::kStandInDeviceEnd));
     }
+  }
+
+  // Warns about each layout the row plots with a plot style table the host
+  // does not have: the row's page setup's table when the drawing has that
+  // page setup, else the layout's own.
+  void CheckPlotStyles(const std::string& drawing, const std::string& layout,
+                       const std::string& plotSetup) {
+    std::shared_ptr<host::PlotConfiguration> setup;
+    if (!IsDefaultPageSetup(plotSetup) && !GetNPSInfoForEntry(plotSetup, drawing).isExternal) {
+      auto setups = host_.Doc().GetPlotConfigurations();
+      const std::int32_t count = setups->Count();
+      for (std::int32_t i = 0; i < count && !setup; ++i) {
+        auto item = setups->Item(i);
+        if (item->Name() == plotSetup) setup = item;
+      }
+    }
+    ForEachPlottedLayout(layout, [&](const std::string& name, host::Layout& item) {
+      if (const auto missing = MissingPlotStyleTable(setup ? *setup : item)) {
+        Line(MissingPlotStyleWarning(*missing, name, drawing));
+      }
+    });
   }
 
   Session& session_;

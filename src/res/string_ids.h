@@ -280,6 +280,9 @@ inline constexpr int kOutOfMemory = 377;          // "mémoire insuffisante"
 inline constexpr int kXrefLeftOutMark = 380;      // "Non chargée"
 inline constexpr int kTestXrefLeftOut = 381;      // "AVERTISSEMENT: XREF non chargée, au..."
 inline constexpr int kPlotCancelled = 382;        // "AVERTISSEMENT: Traçage interrompu p..."
+inline constexpr int kMissingPlotStyleStart = 390;   // "AVERTISSEMENT : Table de styles de..."
+inline constexpr int kMissingPlotStyleLayout = 391;  // " » absente de cette machine, présen..."
+inline constexpr int kMissingPlotStyleEnd = 392;     // "> tracée sans elle : "
 // The command line (400 to 439).
 inline constexpr int kCliRawCodes = 400;
 inline constexpr int kCliCustomScaleHint = 401;

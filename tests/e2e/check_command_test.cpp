@@ -3,11 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "e2e/program.h"
+#include "plotcfg/plot_style_check.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
@@ -104,6 +106,27 @@ TEST_F(CheckCommand, WarnsAboutKindsOfEntityThePlotWillLeaveOut) {
   EXPECT_EQ(run.status, 0) << run.out;  // a warning, not an error
   const std::vector<std::vector<std::string>> expected = {
       {LoadResourceText(ids::kTestUndrawnEntities) + "MLINE (2), TOLERANCE (1)"}, {}};
+  EXPECT_EQ(ProblemsByRow(run.out), expected) << run.out;
+}
+
+// A plot style table the machine does not have is a warning on each row
+// whose layouts plot with it, the all-layouts row included; a table that is
+// there, or no table, is not.
+TEST_F(CheckCommand, WarnsAboutPlotStyleTablesTheMachineDoesNotHave) {
+  // Written by ezdxf: tests/data/dxf/plot-styles/make_drawings.py.
+  const std::string drawing = Fixture("dxf/plot-styles/tables.dxf");
+  const std::string tables = folder_.File("xdg/sheafwork/plotstyles");
+  std::filesystem::create_directories(tables);
+  std::filesystem::copy_file(Fixture("plotstyle/broken/truncated.ctb"), tables + "/truncated.ctb");
+  AddRow(drawing, " --layout Monochrome");
+  AddRow(drawing, " --layout Absente");
+  AddRow(drawing, " --layout Tronquee");
+  AddRow(drawing, " --layout 'Toutes les présentations'");
+
+  const ProgramRun run = Sheafwork("check " + Quoted(list_), folder_);
+  EXPECT_EQ(run.status, 0) << run.out;  // a warning, not an error
+  const std::string absent = MissingPlotStyleWarning("absente.ctb", "Absente", drawing);
+  const std::vector<std::vector<std::string>> expected = {{}, {absent}, {}, {absent}};
   EXPECT_EQ(ProblemsByRow(run.out), expected) << run.out;
 }
 

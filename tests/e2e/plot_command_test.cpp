@@ -17,6 +17,7 @@
 #include "e2e/program.h"
 #include "fakes/cups_queue.h"
 #include "fakes/log_lines.h"
+#include "plotcfg/plot_style_check.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
@@ -218,7 +219,8 @@ TEST_F(PlotCommand, AFailingRowIsLoggedAndTheRunGoesOn) {
 
 // A layout whose plot style table is cut short fails its row, named on
 // stderr with the table and the fault; one whose table is missing plots
-// without it, the table named on stderr; the other rows plot.
+// without it, the table named on stderr and in the error log; the other
+// rows plot.
 TEST_F(PlotCommand, ALayoutWhosePlotStyleTableCannotBeReadFailsItsRow) {
   // Written by ezdxf: tests/data/dxf/plot-styles/make_drawings.py.
   const std::string data = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/";
@@ -240,6 +242,10 @@ TEST_F(PlotCommand, ALayoutWhosePlotStyleTableCannotBeReadFailsItsRow) {
       << run.err;
   const std::vector<std::string> errors = testing::ReadLogLines(errors_);
   EXPECT_EQ(std::count(errors.begin(), errors.end(), LoadResourceText(ids::kPlotFailed) + drawing),
+            1)
+      << testing::TempFolder::Read(errors_);
+  EXPECT_EQ(std::count(errors.begin(), errors.end(),
+                       MissingPlotStyleWarning("absente.ctb", "Absente", drawing)),
             1)
       << testing::TempFolder::Read(errors_);
   EXPECT_FALSE(PlotOutput(Out("mono.pdf")).empty());

@@ -128,6 +128,10 @@ class FakePlotConfig : public host::Layout {
   std::vector<std::string> GetCanonicalMediaNames() override {
     return Get("GetCanonicalMediaNames", &FakePlotSettings::mediaNames);
   }
+  std::vector<std::string> GetPlotStyleTableNames() override {
+    Rec("GetPlotStyleTableNames");
+    return doc_->Host().plotStyleTables;
+  }
   void RefreshPlotDeviceInfo() override { Rec("RefreshPlotDeviceInfo"); }
   void GetWindowToPlot(host::Point2& lowerLeft, host::Point2& upperRight) override {
     Rec("GetWindowToPlot");

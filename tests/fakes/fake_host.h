@@ -174,6 +174,8 @@ class FakeHost {
   bool visible = false;
   std::string printerConfigPath;
   std::string supportPath;
+  /// The plot style tables the host has, by file name.
+  std::vector<std::string> plotStyleTables = {"monochrome.ctb", "acad.ctb"};
   std::string logFilePath = "/opt/orvane/logs";
   bool logFileOn = false;
   /// The host's variables: a document reads its own value when one was set

@@ -5,6 +5,7 @@
 
 #include "fakes/native_path.h"
 #include "plot_run_fixture.h"
+#include "plotcfg/plot_style_check.h"
 
 namespace sheafwork {
 namespace {
@@ -32,9 +33,12 @@ class PlotLayoutTest : public PlotRunTest {
 
   bool Plot(const std::string& layout, std::string* elapsed = nullptr) {
     PlotSetupRecord record;
-    LayoutPlotContext context{hostSession, errorLog,
-                              PaperChangeReport{errorLog, session.Log, &prompt}, record,
-                              [this] { return Tick(); }, {}};
+    LayoutPlotContext context{hostSession,
+                              errorLog,
+                              PaperChangeReport{errorLog, session.Log, &prompt},
+                              record,
+                              [this] { return Tick(); },
+                              {}};
     std::string text;
     const bool ok = PlotLayout(context, entry, layout, false, text);
     if (elapsed) *elapsed = text;
@@ -113,6 +117,46 @@ TEST_F(PlotLayoutTest, AFailedStepStopsTheRestWithItsMessages) {
     EXPECT_EQ(Steps(), c.steps) << c.failOn;
     EXPECT_EQ(Errors(), c.errors) << c.failOn;
   }
+}
+
+// A plot style table the host does not have is named in the error log and
+// the layout still plots (the host plots it without); a table the host has,
+// in any letter case or named with a folder where it is, is not.
+TEST_F(PlotLayoutTest, AMissingPlotStyleTableIsAWarningInTheErrorLog) {
+  testing::TempFolder tables;
+  const std::string here = tables.Write("ici.ctb", "");
+  const std::string warning = MissingPlotStyleWarning("absente.ctb", "Vue A", plan);
+  struct Case {
+    bool withStyles;
+    std::string table;
+    bool warned;
+  };
+  const Case cases[] = {
+      {true, "absente.ctb", true},
+      {true, " absente.ctb ", true},
+      {false, "absente.ctb", false},
+      {true, "", false},
+      {true, "MONOCHROME.CTB", false},
+      {true, "C:\\Tables\\acad.ctb", false},
+      {true, here, false},
+  };
+  auto& layout = host.LastOpened(plan)->data.layouts.at(1).settings;
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.table);
+    ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, false));
+    errorLog.WriteLogLine("errors");
+    layout.plotWithPlotStyles = c.withStyles;
+    layout.styleSheet = c.table;
+    EXPECT_TRUE(Plot("Vue A"));
+    EXPECT_EQ(Errors(), c.warned ? std::vector<std::string>{warning} : std::vector<std::string>{});
+  }
+  // The host failing to list its tables costs the warning, not the plot.
+  host.FailOn("GetPlotStyleTableNames");
+  ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, false));
+  errorLog.WriteLogLine("errors");
+  layout.styleSheet = "absente.ctb";
+  EXPECT_TRUE(Plot("Vue A"));
+  EXPECT_THAT(Errors(), IsEmpty());
 }
 
 // The row's device and plot file decide the host's plot call: the default

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "embedded/automation/sheet_paper.h"
+#include "embedded/plotstyle/lookup.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 #include "text/paper_names.h"
@@ -303,6 +304,11 @@ std::string ConfigurationObject<Interface>::StyleSheet() {
 template <typename Interface>
 void ConfigurationObject<Interface>::SetStyleSheet(const std::string& name) {
   Run([&](PlotSettings& s) { s.styleSheet = name; });
+}
+
+template <typename Interface>
+std::vector<std::string> ConfigurationObject<Interface>::GetPlotStyleTableNames() {
+  return Guarded(*core_, [&] { return PlotStyleFileNames(core_->plotStylePath); });
 }
 
 template <typename Interface>

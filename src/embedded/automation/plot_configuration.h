@@ -75,6 +75,7 @@ class ConfigurationObject : public Interface, public OwnSettings {
   void SetPlotWithPlotStyles(bool with) override;
   std::string StyleSheet() override;
   void SetStyleSheet(const std::string& name) override;
+  std::vector<std::string> GetPlotStyleTableNames() override;
   bool PlotHidden() override;
   void SetPlotHidden(bool hidden) override;
   void CopyFrom(host::PlotConfiguration& source) override;

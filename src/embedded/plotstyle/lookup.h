@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace sheafwork::embedded {
 
@@ -16,5 +17,9 @@ bool IsNamedPlotStyleTable(const std::string& name);
 /// nullopt when found nowhere.
 std::optional<std::string> FindPlotStyleFile(const std::string& name,
                                              const std::string& searchPath);
+
+/// The file names of the plot style tables (.ctb, .stb) in the folders of
+/// `searchPath`, in name order, each name once (letter case aside).
+std::vector<std::string> PlotStyleFileNames(const std::string& searchPath);
 
 }  // namespace sheafwork::embedded
