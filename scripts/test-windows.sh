@@ -32,4 +32,6 @@ wineserver -p 2>/dev/null || true   # already running for this prefix: that one 
 trap 'wineserver -k 2>/dev/null || true' EXIT
 wineboot >/dev/null 2>&1   # the prefix's services, started outside ctest too
 
-(cd "$dir" && ctest --output-on-failure -j2 "${@:2}")
+# A Wine process now and then fails to start under load, without a word
+# and at once; a second try tells that apart from a test that fails.
+(cd "$dir" && ctest --output-on-failure -j2 --repeat until-pass:2 "${@:2}")

@@ -152,14 +152,17 @@ std::string CurrentWinSize(Session& session) {
     if (ParseWinSize(session.WinSize)) return session.WinSize;
     return Session::kDefaultWinSize;
   }
-  const auto toInt16 = [](std::int32_t v) {
-    if (v < std::numeric_limits<std::int16_t>::min() ||
-        v > std::numeric_limits<std::int16_t>::max()) {
-      throw std::range_error("window size out of range");
-    }
-    return v;
+  const std::int32_t width = session.Host->Width();
+  const std::int32_t height = session.Host->Height();
+  const auto fits = [](std::int32_t v) {
+    return v >= std::numeric_limits<std::int16_t>::min() &&
+           v <= std::numeric_limits<std::int16_t>::max();
   };
-  return FormatWinSize(toInt16(session.Host->Width()), toInt16(session.Host->Height()));
+  if (!fits(width) || !fits(height)) {
+    throw std::range_error(LoadResourceText(ids::kWinSizeOutOfRange) + std::to_string(width) +
+                           "," + std::to_string(height));
+  }
+  return FormatWinSize(width, height);
 }
 
 // A whole number beyond the 16-bit range of a count.

@@ -283,6 +283,7 @@ inline constexpr int kPlotCancelled = 382;        // "AVERTISSEMENT: Traçage in
 inline constexpr int kMissingPlotStyleStart = 390;   // "AVERTISSEMENT : Table de styles de..."
 inline constexpr int kMissingPlotStyleLayout = 391;  // " » absente de cette machine, présen..."
 inline constexpr int kMissingPlotStyleEnd = 392;     // "> tracée sans elle : "
+inline constexpr int kWinSizeOutOfRange = 393;    // "taille de la fenêtre de l'hôte ..."
 // The command line (400 to 439).
 inline constexpr int kCliRawCodes = 400;
 inline constexpr int kCliCustomScaleHint = 401;

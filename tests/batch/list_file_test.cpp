@@ -7,6 +7,8 @@
 #include "batch/list_file.h"
 #include "batch/session.h"
 #include "fakes/temp_folder.h"
+#include "res/string_ids.h"
+#include "res/string_table.h"
 
 namespace sheafwork {
 namespace {
@@ -193,7 +195,11 @@ TEST_F(ListFileTest, AFailedOrEmptyWriteLeavesThePreviousFileAlone) {
   s.Host = &window;
   s.List.Append().FileName = "/a/1.dwg";
   s.ListModified = true;
-  EXPECT_EQ(WriteListFile(s, path).status, ListFileStatus::CannotWrite);
+  const ListFileResult refused = WriteListFile(s, path);
+  EXPECT_EQ(refused.status, ListFileStatus::CannotWrite);
+  EXPECT_NE(refused.reason.find(LoadResourceText(ids::kWinSizeOutOfRange) + "70000,"),
+            std::string::npos)
+      << refused.reason;
   EXPECT_EQ(TempFolder::Read(path), "previous content");
   EXPECT_TRUE(s.ListModified);
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);

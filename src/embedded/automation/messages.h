@@ -123,7 +123,7 @@ std::string CombinedNotWritten(std::string_view reason);
 // The console progress display, written from a signal handler.
 inline constexpr const char* kStopRequested =
     "\nsheafwork: arrêt demandé, le traçage s'arrête après la feuille en cours "
-    "(Ctrl+C de nouveau pour quitter)\n";
+    "(une seconde demande d'arrêt, un autre Ctrl+C par exemple, quitte aussitôt)\n";
 
 // Names the host gives.
 inline constexpr const char* kUntitledDrawing = "Dessin1.dwg";
