@@ -237,7 +237,8 @@ void AddLogsCommands(CLI::App* logs, CLI::App*& mergeCmd, LogsMergeOptions& opti
   mergeCmd
       ->add_option("--shards", options.shards,
                    "Nombre de parts (par défaut : celui des relevés trouvés à côté des journaux)")
-      ->check(CLI::Range(1, 32767).description(""));
+      ->check(CLI::Range(1, 32767).description(""))
+      ->type_name("N");
   mergeCmd->footer(
       "Chaque part K de N a écrit, à côté des journaux de la liste, les siens\n"
       "(nom.shard-K-of-N.ext) et son relevé (nom.shard-K-of-N.ext.json : liste, empreinte de\n"
