@@ -13,7 +13,10 @@ if ! command -v parallel >/dev/null 2>&1; then
   exit 77
 fi
 data="$source_dir/tests/data/shards"
-plans="$source_dir/examples/plans"
+# The drawings copied: a row without an output folder plots beside its
+# drawing.
+cp -r "$source_dir/examples/plans" "$work/plans" || exit 1
+plans="$work/plans"
 cd "$work" || exit 1
 
 
@@ -60,6 +63,31 @@ grep -q "4 part(s) réunie(s) : 7 ligne(s) tracée(s), 3 en échec" merge.txt ||
   fail "merge summary: $(cat merge.txt)"
 grep -q "ligne(s) tracée(s)" serial.txt || fail "serial run: $(cat serial.txt)"
 cp -a logs good
+
+# Logs in append mode, two runs, the missing drawing there for the second:
+# each shard's record says where its run starts in its logs, and the merge
+# adds the merged run to the list's logs.
+cp lot.qx3 ajout.qx3
+"$exe" list set ajout.qx3 --journal-file "$work/ajout/plan.log" --journal-mode append \
+  --error-file "$work/ajout/plan.err" --error-mode append >/dev/null || exit 1
+mkdir ajout
+for run in 1 2; do
+  [ "$run" -eq 2 ] && cp "$plans/etage.dxf" "$plans/absent.dxf"
+  "$exe" plot ajout.qx3 --quiet --output-dir ajout-sheets >/dev/null 2>&1
+done
+mkdir ajout-serial && mv ajout/plan.log ajout/plan.err ajout-serial/
+rm "$plans/absent.dxf"
+for run in 1 2; do
+  [ "$run" -eq 2 ] && cp "$plans/etage.dxf" "$plans/absent.dxf"
+  parallel "$exe" plot ajout.qx3 --quiet --output-dir ajout-sheets-{} --shard {}/3 \
+    ::: 1 2 3 >/dev/null 2>&1
+  "$exe" logs merge ajout.qx3 >/dev/null 2>&1
+done
+rm "$plans/absent.dxf"
+for log in plan.log plan.err; do
+  cmp -s <(masked "ajout-serial/$log") <(masked "ajout/$log") ||
+    fail "appended $log differs from two serial runs': $(diff <(masked "ajout-serial/$log") <(masked "ajout/$log"))"
+done
 
 # Each case starts from the four good shards, changes something, and expects
 # the merge to refuse with status 2, naming the file, and to write nothing.
