@@ -200,7 +200,8 @@ void AddPlotOptions(CLI::App& plot, PlotOptions& options, const CommandEnvironme
   AddText(&plot, "--shard", options.shard,
           "K/N : ne tracer que la part K de N de la liste, les lignes r où (r - 1) modulo N "
           "vaut K - 1, avec ses propres journaux (nom.shard-K-of-N.ext) et leur relevé "
-          "(.json) ; « sheafwork logs merge » les réunit");
+          "(.json) ; « sheafwork logs merge » les réunit ; --combine y nomme aussi le PDF de la "
+          "part");
   plot.add_flag("-q,--quiet", options.quiet, "N'afficher que les erreurs et le bilan");
   AddRowOptions(plot, options.fields);
   for (CLI::Option* option : plot.get_options()) {

@@ -272,8 +272,9 @@ std::string RowsSummary(int plotted, int failed) {
   return std::to_string(plotted) + " ligne(s) tracée(s), " + std::to_string(failed) + " en échec";
 }
 
-int RunPlot(const PlotOptions& options, const CommandIo& io) {
+int RunPlot(const PlotOptions& given, const CommandIo& io) {
   std::optional<Shard> shard;
+  PlotOptions options = given;
   if (options.shard) {
     shard = ParseShard(*options.shard);
     if (!shard) {
@@ -283,6 +284,8 @@ int RunPlot(const PlotOptions& options, const CommandIo& io) {
     if (inputs.size() != 1 || inputs.front() == "-" || IsDrawingName(inputs.front())) {
       return Refuse(io, LoadResourceText(ids::kCliShardNeedsList));
     }
+    // Each shard gathers its own sheets, named like its logs.
+    if (options.combine) options.combine = ShardLogName(FullPath(*options.combine), *shard);
   }
   RunSession run(io);
   int status = kExitOk;

@@ -99,6 +99,7 @@ other_split() { "$exe" plot lot.qx3 --quiet --output-dir split-sheets --shard 1/
 missing() { rm logs/plan.shard-3-of-4.log.json; }
 changed_log() { printf 'ajout\r\n' >>logs/plan.shard-4-of-4.err; }
 renamed() { mv logs/plan.shard-3-of-4.log.json logs/plan.shard-2-of-4.log.json; }
+cut_short() { head -c 200 good/plan.shard-1-of-4.log.json >logs/plan.shard-1-of-4.log.json; }
 
 cases=(
   # setup        | file named in the message                   | reason
@@ -107,6 +108,7 @@ cases=(
   "other_split   |lot.qx3|découpages différents .*(en 3, 4 parts)"
   "changed_log   |logs/plan.shard-4-of-4.err|ne correspond pas au relevé"
   "renamed       |logs/plan.shard-2-of-4.log.json|autre découpage.*part 3/4$"
+  "cut_short     |logs/plan.shard-1-of-4.log.json|relevé de part illisible"
 )
 for case in "${cases[@]}"; do
   IFS='|' read -r setup file reason <<<"$case"
