@@ -202,6 +202,7 @@ void AddPlotOptions(CLI::App& plot, PlotOptions& options, const CommandEnvironme
           "vaut K - 1, avec ses propres journaux (nom.shard-K-of-N.ext) et leur relevé "
           "(.json) ; « sheafwork logs merge » les réunit ; --combine y nomme aussi le PDF de la "
           "part");
+  plot.get_option("--shard")->type_name("K/N");
   plot.add_flag("-q,--quiet", options.quiet, "N'afficher que les erreurs et le bilan");
   AddRowOptions(plot, options.fields);
   for (CLI::Option* option : plot.get_options()) {
