@@ -198,7 +198,7 @@ void AddPlotOptions(CLI::App& plot, PlotOptions& options, const CommandEnvironme
           "Table de styles de tracé (.ctb) de toutes les feuilles, cherchée comme l'hôte "
           "cherche les tables (par exemple monochrome.ctb)");
   AddText(&plot, "--shard", options.shard,
-          "K/N : ne tracer que la part K de N de la liste, les lignes r où (r - 1) modulo N "
+          "Ne tracer que la part K de N de la liste, les lignes r où (r - 1) modulo N "
           "vaut K - 1, avec ses propres journaux (nom.shard-K-of-N.ext) et leur relevé "
           "(.json) ; « sheafwork logs merge » les réunit ; --combine y nomme aussi le PDF de la "
           "part");

@@ -153,9 +153,13 @@ grep -q "^sheafwork: $work/slow-logs/plan.shard-1-of-2.log.json: cette part ne s
   killed.txt || fail "killed: $(cat killed.txt)"
 [ ! -e slow-logs/plan.log ] || fail "killed: the merge wrote the journal"
 
-# Values of --shard that cannot be used: status 2, a French message, nothing
-# plotted.
+# Values of --shard that cannot be used, and a list whose two logs are one
+# file, which the merge could not split by row: status 2, a French message,
+# nothing plotted.
+cp lot.qx3 un-seul.qx3
+"$exe" list set un-seul.qx3 --error-file "$work/logs/plan.log" >/dev/null || exit 1
 refusals=(
+  "un-seul.qx3 --shard 1/2|le journal et le journal des erreurs de la liste sont un même fichier"
   "lot.qx3 --shard 0/4|--shard attend K/N"
   "lot.qx3 --shard 5/4|--shard attend K/N"
   "lot.qx3 --shard a/b|--shard attend K/N"
