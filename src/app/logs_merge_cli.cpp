@@ -101,15 +101,16 @@ class Merge {
   bool Read(const Shard& shard) {
     const std::string path = ShardRecordName(settings_, shard);
     std::error_code ec;
-    if (!fs::exists(path, ec))
+    if (!fs::exists(path, ec)) {
       return Problem(path, LoadResourceText(ids::kMergeShardMissing) + shard.Text());
+    }
     std::string reason;
     auto record = ReadShardRecord(path, reason);
     if (!record) return Problem(path, LoadResourceText(ids::kMergeRecordUnreadable) + reason);
     if (record->fingerprint != fingerprint_ || record->rows != rows_) {
       return Problem(path, LoadResourceText(ids::kMergeOtherList) + record->list);
     }
-    if (!(record->shard == shard)) {
+    if (record->shard != shard) {
       return Problem(path, LoadResourceText(ids::kMergeOtherSplit) + record->shard.Text());
     }
     if (!record->complete || !HoldsEveryRow(*record, shard)) {

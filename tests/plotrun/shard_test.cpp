@@ -1,6 +1,6 @@
 #include "plotrun/shard.h"
 
-#include <filesystem>
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 
