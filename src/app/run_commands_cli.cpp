@@ -292,7 +292,7 @@ int RunPlot(const PlotOptions& given, const CommandIo& io) {
   if (!LoadPlotInput(run.session(), options, io, status)) return status;
   ShardRun shardRun;
   if (shard &&
-      !shardRun.Begin(run.session(), FullPath(options.inputs.front()), *shard, io, status)) {
+      !shardRun.Prepare(run.session(), FullPath(options.inputs.front()), *shard, io, status)) {
     return status;
   }
 
@@ -319,6 +319,8 @@ int RunPlot(const PlotOptions& given, const CommandIo& io) {
   const auto combined = std::make_shared<CombinedOutcome>();
   const HostFactory embeddedFactory = RunHost(options, combined, progress, io);
   if (!run.Attach(options.host, status, embeddedHost ? &embeddedFactory : nullptr)) return status;
+  // Once the host is attached: the default logs' folder exists then.
+  if (shard && !shardRun.Begin(io, status)) return status;
 
   RunServices services;
   if (options.plotStyle &&

@@ -25,8 +25,8 @@ bool SameFile(const std::string& a, const std::string& b) {
 
 }  // namespace
 
-bool ShardRun::Begin(Session& session, const std::string& list, const Shard& shard,
-                     const CommandIo& io, int& status) {
+bool ShardRun::Prepare(Session& session, const std::string& list, const Shard& shard,
+                       const CommandIo& io, int& status) {
   LogSettings& log = session.Log;
   const bool journalOn = log.JournalLogOn && !log.JournalLogFileName.empty();
   const bool errorOn = log.ErrorLogOn && !log.ErrorLogFileName.empty();
@@ -49,6 +49,10 @@ bool ShardRun::Begin(Session& session, const std::string& list, const Shard& sha
     errorLog_ = log.ErrorLogFileName = ShardLogName(log.ErrorLogFileName, shard);
     record_.errorLog = ShardLogExtent{log.ErrorAppend ? FileSize(errorLog_) : 0, 0, 0};
   }
+  return true;
+}
+
+bool ShardRun::Begin(const CommandIo& io, int& status) {
   if (recordPath_.empty()) return true;  // no log, nothing to merge
   const std::string failure = WriteShardRecord(recordPath_, record_);
   if (failure.empty()) return true;

@@ -13,12 +13,15 @@ namespace sheafwork {
 
 class ShardRun {
  public:
-  /// Points the session's logs at the shard's and writes the record, not
-  /// complete. False after reporting why, with `status` set: both logs in
-  /// one file (the merge could not tell their lines apart), or a record
-  /// that cannot be written.
-  bool Begin(Session& session, const std::string& list, const Shard& shard, const CommandIo& io,
-             int& status);
+  /// Points the session's logs at the shard's. False after refusing, with
+  /// `status` set, a list whose two logs are one file (the merge could not
+  /// tell their lines apart).
+  bool Prepare(Session& session, const std::string& list, const Shard& shard, const CommandIo& io,
+               int& status);
+
+  /// Writes the record, not complete, once the logs' folder is there. False
+  /// after reporting a record that cannot be written, with `status` set.
+  bool Begin(const CommandIo& io, int& status);
 
   /// Writes the record with how the run went; false after reporting a
   /// record that could not be written.
