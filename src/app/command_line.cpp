@@ -282,6 +282,14 @@ std::string DescribeParseError(std::string_view message) {
       return option + " : « " + std::string(rest.substr(0, notIn)) +
              " » n'est pas une valeur possible (" + std::string(choices) + ")";
     }
+    const auto range = rest.find(" not in range ");
+    const auto to = rest.rfind(" to ");
+    if (rest.starts_with("Value ") && range != std::string_view::npos &&
+        to != std::string_view::npos && to > range) {
+      return option + " : « " + std::string(rest.substr(6, range - 6)) + " » n'est pas entre " +
+             std::string(rest.substr(range + 14, to - range - 14)) + " et " +
+             std::string(rest.substr(to + 4));
+    }
     if (rest.find(" required ") != std::string_view::npos && ends(" missing")) {
       return option + " : valeur manquante";
     }

@@ -108,5 +108,11 @@ TEST_F(LogsMergeTest, NothingToMergeIsSaid) {
   }
 }
 
+TEST_F(LogsMergeTest, ANumberOfShardsOutOfRangeIsRefusedInFrench) {
+  const auto o = Run({"logs", "merge", list, "--shards", "0"});
+  EXPECT_EQ(o.status, 2);
+  EXPECT_THAT(o.err, HasSubstr("--shards : « 0 » n'est pas entre 1 et 32767"));
+}
+
 }  // namespace
 }  // namespace sheafwork
