@@ -128,6 +128,11 @@ après celles du programme, comme le reste du chemin de support.
 Les journaux d'un traçage dont la liste n'en nomme pas
 (\fIQXJOURNL.LOG\fR, \fIQXERROR.LOG\fR).
 .TP
+.IR journal .shard\-K\-of\-N.ext ", " journal .shard\-K\-of\-N.ext.json
+Les journaux de la part K de N d'une liste (\fBplot \-\-shard K/N\fR), à
+côté de ceux de la liste, et le relevé de la part que \fBlogs merge\fR lit
+pour les réunir.
+.TP
 .I ~/.cache/sheafwork/
 Ce que le programme garde pour aller plus vite (les polices trouvées) ; il
 peut être effacé à tout moment.
@@ -151,6 +156,7 @@ Le périphérique qui trace une présentation sans traceur ou dont le traceur
 manque sur cette machine (\fIPDF.pc3\fR par défaut).
 .SH "VOIR AUSSI"
 .BR node (1),
+.BR parallel (1),
 .BR lpstat (1)
 ROFF
 } >"$output.tmp"

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/list_commands_cli.h"
+#include "app/logs_merge_cli.h"
 #include "app/run_commands_cli.h"
 #include "app/version.h"
 #include "embedded/automation/embedded_host.h"
@@ -105,9 +106,10 @@ struct ListCommands {
 
 // The commands of the program and of `list`, for the help and for the
 // closest match to a mistyped one.
-const std::vector<std::string> kCommands = {"list", "plot", "check"};
+const std::vector<std::string> kCommands = {"list", "plot", "check", "logs"};
 const std::vector<std::string> kListCommands = {"show",   "new",  "add",    "edit",
                                                 "remove", "move", "append", "set"};
+const std::vector<std::string> kLogsCommands = {"merge"};
 
 constexpr const char* kRowExample =
     "Exemple :\n"
@@ -195,6 +197,12 @@ void AddPlotOptions(CLI::App& plot, PlotOptions& options, const CommandEnvironme
   AddText(&plot, "--plot-style", options.plotStyle,
           "Table de styles de tracé (.ctb) de toutes les feuilles, cherchée comme l'hôte "
           "cherche les tables (par exemple monochrome.ctb)");
+  AddText(&plot, "--shard", options.shard,
+          "Ne tracer que la part K de N de la liste, les lignes r où (r - 1) modulo N "
+          "vaut K - 1, avec ses propres journaux (nom.shard-K-of-N.ext) et leur relevé "
+          "(.json) ; « sheafwork logs merge » les réunit ; --combine y nomme aussi le PDF de la "
+          "part");
+  plot.get_option("--shard")->type_name("K/N");
   plot.add_flag("-q,--quiet", options.quiet, "N'afficher que les erreurs et le bilan");
   AddRowOptions(plot, options.fields);
   for (CLI::Option* option : plot.get_options()) {
@@ -221,6 +229,35 @@ void AddCheckOptions(CLI::App& check, CheckOptions& options, const CommandEnviro
                  "Ajouter aussi les résultats au journal de la liste");
 }
 
+void AddLogsCommands(CLI::App* logs, CLI::App*& mergeCmd, LogsMergeOptions& options) {
+  logs->require_subcommand(1);
+  mergeCmd = AddSubcommand(
+      *logs, "merge",
+      "Réunir les journaux des parts d'une liste (plot --shard K/N) en son journal et son "
+      "journal des erreurs, dans l'ordre des lignes");
+  mergeCmd->add_option("LIST", options.list, "Fichier liste (.qx3) tracé par parts")->required();
+  mergeCmd
+      ->add_option("--shards", options.shards,
+                   "Nombre de parts (par défaut : celui des relevés trouvés à côté des journaux)")
+      ->check(CLI::Range(1, 32767).description(""))
+      ->type_name("N");
+  mergeCmd->footer(
+      "Chaque part K de N a écrit, à côté des journaux de la liste, les siens\n"
+      "(nom.shard-K-of-N.ext) et son relevé (nom.shard-K-of-N.ext.json : liste, empreinte de\n"
+      "ses lignes, part, octets de chaque ligne). Toutes les parts doivent être là, venir de\n"
+      "cette liste telle qu'elle est et s'être terminées ; sinon rien n'est écrit (statut 2).\n"
+      "Les journaux réunis sont ceux d'un seul traçage de toute la liste : en-têtes et\n"
+      "commentaire écrits une fois, d'après la liste, puis les lignes de chaque ligne de la\n"
+      "liste dans l'ordre ; seuls les temps écoulés sont ceux des parts. Un journal en mode\n"
+      "ajout reçoit le tout à sa suite. Le bilan compte les lignes de toutes les parts.\n"
+      "Statut : 0 toutes les lignes tracées ; 1 une ligne en échec, ou un journal non écrit ;\n"
+      "2 liste illisible, part manquante, d'une autre liste ou d'un autre découpage, ou\n"
+      "inachevée.\n"
+      "Exemple :\n"
+      "  parallel sheafwork plot lot.qx3 --shard {}/4 ::: 1 2 3 4\n"
+      "  sheafwork logs merge lot.qx3");
+}
+
 // Says in French what the argument parser found wrong; a message it does not
 // know is passed on as it stands.
 std::string DescribeParseError(std::string_view message) {
@@ -244,6 +281,14 @@ std::string DescribeParseError(std::string_view message) {
       const std::string_view choices = rest.substr(notIn + 9, rest.size() - notIn - 10);
       return option + " : « " + std::string(rest.substr(0, notIn)) +
              " » n'est pas une valeur possible (" + std::string(choices) + ")";
+    }
+    const auto range = rest.find(" not in range ");
+    const auto to = rest.rfind(" to ");
+    if (rest.starts_with("Value ") && range != std::string_view::npos &&
+        to != std::string_view::npos && to > range) {
+      return option + " : « " + std::string(rest.substr(6, range - 6)) + " » n'est pas entre " +
+             std::string(rest.substr(range + 14, to - range - 14)) + " et " +
+             std::string(rest.substr(to + 4));
     }
     if (rest.find(" required ") != std::string_view::npos && ends(" missing")) {
       return option + " : valeur manquante";
@@ -298,6 +343,9 @@ int CheckCommandWords(int argc, const char* const* argv, std::ostream& err) {
   }
   if (first == "list" && argc > 2 && isWord(argv[2]) && !known(kListCommands, argv[2])) {
     return UnknownCommand("list ", argv[2], kListCommands, err);
+  }
+  if (first == "logs" && argc > 2 && isWord(argv[2]) && !known(kLogsCommands, argv[2])) {
+    return UnknownCommand("logs ", argv[2], kLogsCommands, err);
   }
   return kExitOk;
 }
@@ -370,6 +418,11 @@ int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
       AddSubcommand(app, "check", "Essai de traçage : ce qui échouerait, sans rien tracer");
   if (named == "check") AddCheckOptions(*checkCmd, check, env);
 
+  LogsMergeOptions merged;
+  CLI::App* mergeCmd = nullptr;
+  CLI::App* logs = AddSubcommand(app, "logs", "Réunir les journaux des parts d'une liste");
+  if (named == "logs") AddLogsCommands(logs, mergeCmd, merged);
+
   app.footer(kFooter);  // after the subcommands, which would inherit it
 
   if (argc > 1) {
@@ -411,6 +464,7 @@ int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
     if (chosen(listed.setCmd)) return RunListSet(listed.set, io);
     if (*plotCmd) return RunPlot(plot, io);
     if (*checkCmd) return RunCheck(check, io);
+    if (chosen(mergeCmd)) return RunLogsMerge(merged, io);
   } catch (const std::bad_alloc&) {
     // Memory ran out outside the plot of a row (which fails on its own).
     err << "sheafwork: " << LoadResourceText(ids::kOutOfMemory) << '\n';

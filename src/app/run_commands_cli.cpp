@@ -14,6 +14,7 @@
 #include "app/console_prompt.h"
 #include "app/list_commands_cli.h"
 #include "app/run_progress.h"
+#include "app/shard_run.h"
 #include "embedded/automation/embedded_host.h"
 #include "embedded/plotstyle/lookup.h"
 #include "embedded/plotstyle/plot_style_file.h"
@@ -21,6 +22,7 @@
 #include "host/startup.h"
 #include "platform/program_folders.h"
 #include "plotrun/plot_run.h"
+#include "plotrun/shard.h"
 #include "plottest/plot_test.h"
 #include "plottest/results_actions.h"
 #include "res/string_ids.h"
@@ -266,10 +268,33 @@ double SteadySeconds() {
 
 }  // namespace
 
-int RunPlot(const PlotOptions& options, const CommandIo& io) {
+std::string RowsSummary(int plotted, int failed) {
+  return std::to_string(plotted) + " ligne(s) tracée(s), " + std::to_string(failed) + " en échec";
+}
+
+int RunPlot(const PlotOptions& given, const CommandIo& io) {
+  std::optional<Shard> shard;
+  PlotOptions options = given;
+  if (options.shard) {
+    shard = ParseShard(*options.shard);
+    if (!shard) {
+      return Refuse(io, LoadResourceText(ids::kCliShardBad) + "« " + *options.shard + " »");
+    }
+    const auto& inputs = options.inputs;
+    if (inputs.size() != 1 || inputs.front() == "-" || IsDrawingName(inputs.front())) {
+      return Refuse(io, LoadResourceText(ids::kCliShardNeedsList));
+    }
+    // Each shard gathers its own sheets, named like its logs.
+    if (options.combine) options.combine = ShardLogName(FullPath(*options.combine), *shard);
+  }
   RunSession run(io);
   int status = kExitOk;
   if (!LoadPlotInput(run.session(), options, io, status)) return status;
+  ShardRun shardRun;
+  if (shard &&
+      !shardRun.Prepare(run.session(), FullPath(options.inputs.front()), *shard, io, status)) {
+    return status;
+  }
 
   int width = 80;
   const ProgressStyle style = ChooseProgressStyle(options, io, width);
@@ -294,6 +319,8 @@ int RunPlot(const PlotOptions& options, const CommandIo& io) {
   const auto combined = std::make_shared<CombinedOutcome>();
   const HostFactory embeddedFactory = RunHost(options, combined, progress, io);
   if (!run.Attach(options.host, status, embeddedHost ? &embeddedFactory : nullptr)) return status;
+  // Once the host is attached: the default logs' folder exists then.
+  if (shard && !shardRun.Begin(io, status)) return status;
 
   RunServices services;
   if (options.plotStyle &&
@@ -303,15 +330,21 @@ int RunPlot(const PlotOptions& options, const CommandIo& io) {
   if (io.env.clock) services.clock = io.env.clock;
   services.observer = progress.get();
   services.prompt = &run.prompt();
+  if (shard) {
+    services.plotsRow = [split = *shard](int row) { return split.Holds(row); };
+    progress->PlanRows(shard->RowsOf(run.session().List.EntryCount()));
+  }
   const RunResult result = PlotAllEntries(run.session(), run.host(), services);
+  const bool recordOk = shardRun.End(result, io);
   run.End();  // the host writes the combined PDF at the latest when it quits
   progress->Finish();
   const std::string combinedPath = options.combine ? FullPath(*options.combine) : "";
   const bool combinedOk = !options.combine || ReportCombined(*combined, combinedPath, io.err);
 
   for (const std::string& problem : result.logProblems) io.err << "sheafwork: " << problem << '\n';
-  io.err << "sheafwork: " << result.plotted << " ligne(s) tracée(s), " << result.failed
-         << " en échec";
+  io.err << "sheafwork: ";
+  if (shard) io.err << LoadResourceText(ids::kCliShardWord) << " " << shard->Text() << " : ";
+  io.err << RowsSummary(result.plotted, result.failed);
   if (result.cancelled) {
     io.err << ", traçage annulé";
   } else if (result.endedEarly) {
@@ -319,7 +352,8 @@ int RunPlot(const PlotOptions& options, const CommandIo& io) {
   }
   io.err << LogSummary(run.session().Log, result) << '\n';
   const bool logsOk = result.logProblems.empty();
-  return result.failed > 0 || result.endedEarly || !combinedOk || !logsOk ? kExitFailed : kExitOk;
+  return result.failed > 0 || result.endedEarly || !combinedOk || !logsOk || !recordOk ? kExitFailed
+                                                                                       : kExitOk;
 }
 
 int RunCheck(const CheckOptions& options, const CommandIo& io) {

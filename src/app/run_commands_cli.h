@@ -25,6 +25,9 @@ struct PlotOptions {
   /// The plot style table (.ctb) every sheet plots with.
   std::optional<std::string> plotStyle;
   bool quiet = false;  ///< only failures and the summary
+  /// "K/N": plot only shard K of N of the list's rows (plotrun/shard.h),
+  /// with the shard's own logs and record.
+  std::optional<std::string> shard;
   EntryFieldOptions fields;
 };
 
@@ -42,6 +45,10 @@ bool IsDrawingName(const std::string& name);
 /// plotted, 1 when a row failed or the run ended early, 2 for unusable input
 /// or no usable host.
 int RunPlot(const PlotOptions& options, const CommandIo& io);
+
+/// What a run did, as its summary says it: "N ligne(s) tracée(s), M en
+/// échec".
+std::string RowsSummary(int plotted, int failed);
 
 /// Runs the plot test and prints the results on stdout. 0 when it found no
 /// error, 1 when it did (or the results could not be saved), 2 for unusable

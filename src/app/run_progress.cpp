@@ -129,8 +129,9 @@ void RunProgress::Draw() {
   std::string line = RowLabel() + kSeparator + std::to_string(sheets_) + " " +
                      LoadResourceText(ids::kCliProgressSheets) + kSeparator +
                      FormatDuration(elapsed) + " " + LoadResourceText(ids::kCliProgressElapsed);
-  if (rowsDone_ > 0 && rowsDone_ < count_) {
-    const double left = elapsed / rowsDone_ * (count_ - rowsDone_);
+  const int rows = planned_ > 0 ? planned_ : count_;
+  if (rowsDone_ > 0 && rowsDone_ < rows) {
+    const double left = elapsed / rowsDone_ * (rows - rowsDone_);
     line += kSeparator + LoadResourceText(ids::kCliProgressLeft) + " " + FormatDuration(left);
   }
   if (inRow_) line += kSeparator + FileNameFromPath(drawing_);

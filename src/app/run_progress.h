@@ -42,6 +42,10 @@ class RunProgress : public RunObserver, public embedded::ConsoleReports {
   void PlotFailed(const std::string& reason) override;
   void Notice(const std::string& text) override;
 
+  /// The run plots only `rows` of the list's rows (a shard): the time left
+  /// is reckoned over those.
+  void PlanRows(int rows) { planned_ = rows; }
+
   /// Takes the progress line away, before the run's summary.
   void Finish();
 
@@ -62,6 +66,7 @@ class RunProgress : public RunObserver, public embedded::ConsoleReports {
   bool drawn_ = false;
   int row_ = 0;
   int count_ = 0;
+  int planned_ = 0;  ///< rows the run plots, when not all of them
   int rowsDone_ = 0;
   int sheets_ = 0;
   std::string drawing_;

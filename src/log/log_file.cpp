@@ -62,13 +62,6 @@ bool Empty(int fd, const std::string& path) {
 }
 #endif
 
-// The bytes of one log line: the text in Windows-1252 and CR LF.
-std::string LineBytes(std::string_view text) {
-  std::string bytes = Utf8ToWindows1252(text).bytes;
-  bytes += "\r\n";
-  return bytes;
-}
-
 // One write for the whole line where the system takes it whole (always, for a
 // file appended to, short of a full disk); the rest follows when it does not.
 bool WriteAll(int fd, const std::string& bytes) {
@@ -87,6 +80,12 @@ bool WriteAll(int fd, const std::string& bytes) {
 
 }  // namespace
 
+std::string LogLineBytes(std::string_view text) {
+  std::string bytes = Utf8ToWindows1252(text).bytes;
+  bytes += "\r\n";
+  return bytes;
+}
+
 std::chrono::milliseconds LogLockWait() {
   constexpr std::chrono::milliseconds kDefault{5000};
   const char* text = std::getenv("SHEAFWORK_LOG_LOCK_WAIT");
@@ -104,7 +103,8 @@ LogFile::LogFile(LogFile&& other) noexcept
       path_(std::move(other.path_)),
       failure_(std::move(other.failure_)),
       busy_(other.busy_),
-      holder_(other.holder_) {}
+      holder_(other.holder_),
+      written_(other.written_) {}
 
 LogFile& LogFile::operator=(LogFile&& other) noexcept {
   if (this != &other) {
@@ -115,6 +115,7 @@ LogFile& LogFile::operator=(LogFile&& other) noexcept {
     failure_ = std::move(other.failure_);
     busy_ = other.busy_;
     holder_ = other.holder_;
+    written_ = other.written_;
   }
   return *this;
 }
@@ -138,6 +139,7 @@ bool LogFile::Open(const std::string& path, bool append, Locking locking) {
   failure_.clear();
   busy_ = false;
   holder_ = 0;
+  written_ = 0;
   fd_ = OpenDescriptor(path, append);
   if (fd_ < 0) {
     Fail(errno);
@@ -185,7 +187,11 @@ bool LogFile::IsFile(const std::string& path) const {
 bool LogFile::WriteLogLine(std::string_view text) {
   if (echo_) echo_(text);
   if (fd_ < 0) return true;
-  if (WriteAll(fd_, LineBytes(text))) return true;
+  const std::string bytes = LogLineBytes(text);
+  if (WriteAll(fd_, bytes)) {
+    written_ += bytes.size();
+    return true;
+  }
   Fail(errno);
   return false;
 }

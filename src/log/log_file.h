@@ -11,6 +11,7 @@
 // it, before emptying or writing anything.
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -18,6 +19,9 @@
 #include "log/log_settings.h"
 
 namespace sheafwork {
+
+/// The bytes a log holds for one line: `text` in Windows-1252, then CR LF.
+std::string LogLineBytes(std::string_view text);
 
 /// How long a run waits for a log another run holds: SHEAFWORK_LOG_LOCK_WAIT
 /// milliseconds when set, else five seconds.
@@ -62,6 +66,8 @@ class LogFile {
   /// Why the last Open, a write or the close failed, in the system's words;
   /// empty while nothing failed. A failed log stays failed until reopened.
   const std::string& Failure() const { return failure_; }
+  /// The bytes of the lines written to the file since Open, CR LF included.
+  std::uint64_t BytesWritten() const { return written_; }
   /// Another process held the file: Open gave up waiting.
   bool Busy() const { return busy_; }
   /// The process that held the file when Open gave up, 0 when not known.
@@ -80,6 +86,7 @@ class LogFile {
   std::string failure_;
   bool busy_ = false;
   int holder_ = 0;
+  std::uint64_t written_ = 0;
   std::function<void(std::string_view)> echo_;
 };
 

@@ -58,6 +58,7 @@ class Run {
     if (services_.observer) services_.observer->SheetPlotted(row);
   }
   bool StillGoing(host::Plot& plot);
+  bool Plots(int row) const { return !services_.plotsRow || services_.plotsRow(row); }
 
   Session& session_;
   HostSession& host_;
@@ -98,7 +99,15 @@ void Run::PlotAll() {
     }
     if (services_.observer) services_.observer->RowsCleared();
     const int count = session_.List.EntryCount();
-    for (int row = 1; row <= count && !result_.cancelled; ++row) PlotRowOrFail(row);
+    result_.logBytesBeforeRows = {0, logs_.journal.BytesWritten(), logs_.errorLog.BytesWritten()};
+    for (int row = 1; row <= count && !result_.cancelled; ++row) {
+      if (!Plots(row)) continue;
+      const std::uint64_t journal = logs_.journal.BytesWritten();
+      const std::uint64_t errorLog = logs_.errorLog.BytesWritten();
+      PlotRowOrFail(row);
+      result_.rowLogBytes.push_back(
+          {row, logs_.journal.BytesWritten() - journal, logs_.errorLog.BytesWritten() - errorLog});
+    }
     if (result_.cancelled) result_.endedEarly = true;
     host_.App().ActiveDocument()->GetPlot()->SetSheafworkProgress(false);
   } catch (const host::Error& error) {
@@ -142,6 +151,7 @@ bool Run::CountPlots() {
   result_.totalPlots = 0;
   const int count = session_.List.EntryCount();
   for (int row = 1; row <= count; ++row) {
+    if (!Plots(row)) continue;
     const BatchEntry entry = EntryAsShown(session_.List.Entry(row));
     if (!IsAllLayouts(entry.Layout)) {
       ++result_.totalPlots;

@@ -2,6 +2,7 @@
 // The plot run: every row of the list, in order, plotted in the host.
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -44,6 +45,17 @@ struct RunServices {
   /// The plot style table every sheet of the run plots with, as the host
   /// finds tables; empty: each layout's own.
   std::string plotStyle;
+  /// The rows (from 1) the run counts and plots; empty: every row. The
+  /// others are left as they are, as if they were not in the list.
+  std::function<bool(int row)> plotsRow;
+};
+
+/// What the plotting pass wrote to each log for one row, in bytes (whole
+/// lines with their CR LF): the row's share of each file.
+struct RowLogBytes {
+  int row = 0;
+  std::uint64_t journal = 0;
+  std::uint64_t errorLog = 0;
 };
 
 /// How a run went.
@@ -62,6 +74,10 @@ struct RunResult {
   /// another run held so that this one did not start (then nothing was
   /// plotted and `endedEarly` is set): "<file>: <what> <system's reason>".
   std::vector<std::string> logProblems;
+  /// The bytes each log got before the first row of the plotting pass (its
+  /// header lines), then from each row the pass went through, in order.
+  RowLogBytes logBytesBeforeRows;
+  std::vector<RowLogBytes> rowLogBytes;
 };
 
 /// Plots every row of the session's list and writes the journal and the error

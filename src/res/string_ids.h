@@ -348,4 +348,23 @@ inline constexpr int kComCallFailed = 501;        // "Échec d'un appel d'automa
 inline constexpr int kComServerNotFound = 502;    // "Aucun serveur d'automatisation n'est ..."
 inline constexpr int kComServerNotStarted = 503;  // "Impossible de démarrer le serveur d'..."
 
+inline constexpr int kCliShardBad = 570;
+inline constexpr int kCliShardNeedsList = 571;
+inline constexpr int kCliShardOneLogFile = 572;
+inline constexpr int kCliShardWord = 573;
+inline constexpr int kCliShardRecordNotWritten = 574;
+inline constexpr int kMergeNoShards = 575;
+inline constexpr int kMergeShardMissing = 576;
+inline constexpr int kMergeRecordUnreadable = 577;
+inline constexpr int kMergeOtherList = 578;
+inline constexpr int kMergeOtherSplit = 579;
+inline constexpr int kMergeShardIncomplete = 580;
+inline constexpr int kMergeLogMismatch = 581;
+inline constexpr int kMergeLogMissing = 582;
+inline constexpr int kMergeSplitsMixed = 583;
+inline constexpr int kMergeNoLog = 584;
+inline constexpr int kMergeNotWritten = 585;
+inline constexpr int kMergeShardsJoined = 586;
+inline constexpr int kMergeChooseSplit = 587;
+
 }  // namespace sheafwork::ids

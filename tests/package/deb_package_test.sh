@@ -80,7 +80,7 @@ page=$(zcat "$root/usr/share/man/man1/sheafwork.1.gz" |
        groff -man -ww -Tutf8 -k 2>"$scratch/groff.log" | col -b)
 [ -s "$scratch/groff.log" ] && { cat "$scratch/groff.log"; fail "groff warns about the manual page"; }
 for text in "NOM" "sheafwork list add" "sheafwork plot" "sheafwork check" "--combine" \
-            ".local/share/sheafwork/fonts/"; do
+            "sheafwork logs merge" "--shard K/N" ".local/share/sheafwork/fonts/"; do
   [[ $page == *"$text"* ]] || fail "the manual page lacks « $text »"
 done
 
@@ -102,6 +102,8 @@ expect_completion "plot " sheafwork pl
 expect_completion "add append " sheafwork list a
 expect_completion "--combine " sheafwork plot --co
 expect_completion "--append-journal " sheafwork check lot.qx3 --ap
+expect_completion "merge " sheafwork logs m
+expect_completion "--shards " sheafwork logs merge lot.qx3 --sh
 
 # The desktop entry and the list file type.
 if command -v desktop-file-validate >/dev/null 2>&1; then

@@ -1,0 +1,118 @@
+// `plot --shard` and `logs merge` in-process, with the scripted host: the
+// merged logs are byte for byte those of one run over the whole list when
+// the clock is the same for both.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "command_runner.h"
+#include "fakes/fake_host.h"
+#include "fakes/temp_folder.h"
+#include "res/string_ids.h"
+#include "res/string_table.h"
+
+namespace sheafwork {
+namespace {
+
+using ::testing::HasSubstr;
+
+class LogsMergeTest : public ::testing::Test {
+ protected:
+  LogsMergeTest() {
+    hosts.Register("essai", [this] { return host.App(); });
+    env.defaultLogFolder = (home.path() / "sheafwork").string();
+    env.dataFolder = home.path().string();
+    env.hosts = &hosts;
+    env.clock = [] { return LocalTime{2026, 11, 22, 23, 5, 9}; };
+    plan = host.AddDrawing("Plan.dwg").path;
+    host.Drawing(plan).AddLayout("Vue A");
+    list = home.File("lot.qx3");
+  }
+
+  testing::Outcome Run(std::vector<std::string> args) { return testing::RunSheafwork(args, env); }
+
+  /// Five rows, the third of a layout the drawing lacks.
+  void MakeList() {
+    for (const char* layout : {"Vue A", "Vue A", "Vue Z", "Vue A", "Vue A"}) {
+      ASSERT_EQ(Run({"list", "add", list, plan, "--layout", layout}).status, 0);
+    }
+    ASSERT_EQ(Run({"list", "set", list, "--journal-header", "lot", "--journal-comment", "nuit",
+                   "--error-header", "erreurs"})
+                  .status,
+              0);
+  }
+
+  std::string Log(const std::string& name) const {
+    std::ifstream in(std::filesystem::path(env.defaultLogFolder) / name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  }
+
+  testing::FakeHost host;
+  testing::TempFolder home;
+  HostRegistry hosts;
+  CommandEnvironment env;
+  std::string plan;
+  std::string list;
+};
+
+TEST_F(LogsMergeTest, ThreeShardsMergedAreOneRunOverTheWholeList) {
+  MakeList();
+  ASSERT_EQ(Run({"plot", list}).status, 1);
+  const std::string journal = Log("QXJOURNL.LOG");
+  const std::string errors = Log("QXERROR.LOG");
+  ASSERT_THAT(errors, HasSubstr("ERREUR"));
+  std::filesystem::remove_all(env.defaultLogFolder);
+
+  // Rows 1 and 4, 2 and 5, then 3, which fails; run in any order.
+  const int expected[] = {0, 0, 1};
+  for (int shard = 3; shard >= 1; --shard) {
+    const auto o = Run({"plot", list, "--shard", std::to_string(shard) + "/3"});
+    EXPECT_EQ(o.status, expected[shard - 1]) << o.err;
+  }
+  // Shard 1 wrote rows 1 and 4 after the header and comment.
+  const std::string first = Log("QXJOURNL.shard-1-of-3.LOG");
+  EXPECT_EQ(std::count(first.begin(), first.end(), '\n'), 4);
+  const auto merged = Run({"logs", "merge", list});
+  EXPECT_EQ(merged.status, 1) << merged.err;
+  EXPECT_THAT(merged.err, HasSubstr("3 part(s) réunie(s) : 4 ligne(s) tracée(s), 1 en échec"));
+  EXPECT_EQ(Log("QXJOURNL.LOG"), journal);
+  EXPECT_EQ(Log("QXERROR.LOG"), errors);
+}
+
+// What the merge cannot start from: status 2, the list named with the
+// reason.
+TEST_F(LogsMergeTest, NothingToMergeIsSaid) {
+  MakeList();
+  struct Case {
+    std::vector<std::string> settings;
+    int reason;
+  };
+  const Case cases[] = {
+      {{"--journal", "on"}, ids::kMergeNoShards},
+      {{"--journal", "off", "--error-log", "off"}, ids::kMergeNoLog},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.reason);
+    const std::string reason = LoadResourceText(c.reason);
+    std::vector<std::string> args = {"list", "set", list};
+    args.insert(args.end(), c.settings.begin(), c.settings.end());
+    ASSERT_EQ(Run(args).status, 0);
+    const auto o = Run({"logs", "merge", list});
+    EXPECT_EQ(o.status, 2);
+    EXPECT_THAT(o.err, HasSubstr("sheafwork: " + list + ": " + reason));
+  }
+}
+
+TEST_F(LogsMergeTest, ANumberOfShardsOutOfRangeIsRefusedInFrench) {
+  const auto o = Run({"logs", "merge", list, "--shards", "0"});
+  EXPECT_EQ(o.status, 2);
+  EXPECT_THAT(o.err, HasSubstr("--shards : « 0 » n'est pas entre 1 et 32767"));
+}
+
+}  // namespace
+}  // namespace sheafwork
