@@ -120,6 +120,12 @@ class ComHostTest : public ::testing::Test {
     control.Call("TestControl", std::move(args));
   }
 
+  // Whether the server serves the scripted host, whose drawings and devices
+  // the test knows; the embedded host reads the files themselves.
+  bool ServesScriptedHost() {
+    return com::Dispatch(server).Get("TestHostKind").AsString() == "fake";
+  }
+
   std::string Drawing(std::string_view name) const {
     return testing::Utf8Path(folder.path() / testing::PathFromUtf8(name));
   }
@@ -179,8 +185,13 @@ TEST_F(ComHostTest, MembersCrossTheProcessBoundaryByName) {
 
   layout->SetCanonicalMediaName("ISO_A3_(297.00_x_420.00_MM)");
   EXPECT_EQ(layout->CanonicalMediaName(), "ISO_A3_(297.00_x_420.00_MM)");
-  EXPECT_THAT(layout->GetCanonicalMediaNames(),
-              ElementsAre("ISO_A4_(210.00_x_297.00_MM)", "ISO_A3_(297.00_x_420.00_MM)"));
+  if (ServesScriptedHost()) {
+    EXPECT_THAT(layout->GetCanonicalMediaNames(),
+                ElementsAre("ISO_A4_(210.00_x_297.00_MM)", "ISO_A3_(297.00_x_420.00_MM)"));
+  } else {
+    EXPECT_THAT(layout->GetCanonicalMediaNames(),
+                ::testing::Contains(layout->CanonicalMediaName()));
+  }
   layout->SetPlotRotation(3);
   EXPECT_EQ(layout->PlotRotation(), 3);
   layout->SetWindowToPlot({1.5, -2}, {420.25, 297});

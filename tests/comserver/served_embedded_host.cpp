@@ -8,7 +8,8 @@ namespace {
 class ServedEmbeddedHost : public ServedApplication {
  public:
   std::shared_ptr<host::Application> App() override { return app_; }
-  bool Configure(std::string_view) override { return false; }  // it reads real drawings
+  std::string Kind() const override { return "embarque"; }
+  bool Configure(std::string_view line) override { return line.starts_with("drawing|"); }
 
  private:
   std::shared_ptr<host::Application> app_ = embedded::MakeEmbeddedHost();

@@ -8,6 +8,7 @@ namespace {
 class ServedFakeHost : public ServedApplication {
  public:
   std::shared_ptr<host::Application> App() override { return host_.App(); }
+  std::string Kind() const override { return "fake"; }
   bool Configure(std::string_view line) override {
     std::vector<std::string> parts;
     std::size_t start = 0;

@@ -309,6 +309,7 @@ com::ComRef<IDispatch> ServeApplication(std::shared_ptr<host::Application> o, Se
          o->Quit();
          if (quit) quit();
        }},
+      {"TestHostKind", ReadOnly([kind = hooks.kind] { return Text(kind); })},
       {"TestControl",
        [configure = hooks.configure](ServedCall& call) {
          const std::string text = call.Arg(0).AsString();

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "com/com_ref.h"
@@ -17,11 +18,13 @@ struct ServerHooks {
   std::function<bool(std::string_view line)> configure;
   /// Called after the application's Quit.
   std::function<void()> quit;
+  /// Which host is served (ServedApplication::Kind).
+  std::string kind;
 };
 
-/// The application object, with one member of the test server's own:
+/// The application object, with two members of the test server's own:
 /// TestControl(text), the lines of which are fault rules (AddFaultRule) or
-/// lines for `hooks.configure`.
+/// lines for `hooks.configure`, and TestHostKind (`hooks.kind`).
 com::ComRef<IDispatch> ServeApplication(std::shared_ptr<host::Application> app, ServerHooks hooks);
 
 }  // namespace sheafwork::comserver

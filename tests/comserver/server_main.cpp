@@ -47,8 +47,8 @@ std::wstring ProgramPath() {
 
 bool SetKey(HKEY root, const std::wstring& key, const std::wstring& value) {
   HKEY handle = nullptr;
-  if (RegCreateKeyExW(root, key.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &handle,
-                      nullptr) != ERROR_SUCCESS) {
+  if (RegCreateKeyExW(root, key.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &handle, nullptr) !=
+      ERROR_SUCCESS) {
     return false;
   }
   const LONG written =
@@ -131,6 +131,7 @@ int Serve() {
     comserver::ServerHooks hooks;
     hooks.configure = [&served](std::string_view line) { return served->Configure(line); };
     hooks.quit = [thread] { PostThreadMessageW(thread, WM_QUIT, 0, 0); };
+    hooks.kind = served->Kind();
     com::ComRef<IDispatch> app = comserver::ServeApplication(served->App(), hooks);
     DWORD lastCall = GetTickCount();
     comserver::SetCallListener([&lastCall] { lastCall = GetTickCount(); });
