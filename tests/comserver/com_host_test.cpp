@@ -16,12 +16,14 @@
 #include "com/attach.h"
 #include "com/com_host.h"
 #include "com/dispatch.h"
+#include "fakes/fake_host.h"
 #include "fakes/log_lines.h"
 #include "fakes/native_path.h"
 #include "fakes/temp_folder.h"
 #include "host/error.h"
 #include "host/host_session.h"
 #include "plotrun/plot_run.h"
+#include "plottest/plot_test.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
@@ -131,22 +133,43 @@ class ComHostTest : public ::testing::Test {
   }
 
   // A list of one row per drawing, each plotting its layout "Présentation1"
-  // to a file, with both logs on.
-  RunResult RunList(const std::vector<std::string>& drawings) {
-    session.Log.JournalLogFileName = folder.File("QXJOURNL.LOG");
-    session.Log.ErrorLogFileName = folder.File("QXERROR.LOG");
-    session.Log.JournalHeader = "journal";
-    session.Log.JournalUserComment = "comment";
-    session.Log.ErrorHeader = "errors";
+  // with the defaults, with both logs on.
+  void MakeList(Session& list, const std::vector<std::string>& drawings) const {
+    list.Log.JournalLogFileName = folder.File("QXJOURNL.LOG");
+    list.Log.ErrorLogFileName = folder.File("QXERROR.LOG");
+    list.Log.JournalHeader = "journal";
+    list.Log.JournalUserComment = "comment";
+    list.Log.ErrorHeader = "errors";
     for (const auto& name : drawings) {
-      BatchEntry& entry = session.List.Append();
+      BatchEntry& entry = list.List.Append();
       entry.FileName = Drawing(name);
       entry.Layout = "Présentation1";
       entry.PlotSetup = LoadResourceText(76);
       entry.PlotDevice = LoadResourceText(76);
     }
+  }
+
+  RunResult RunList(const std::vector<std::string>& drawings) {
+    MakeList(session, drawings);
     HostSession hostSession(app, testing::Utf8Path(folder.path()));
     return PlotAllEntries(session, hostSession, RunServices{});
+  }
+
+  // The plot test's results for `drawings` in `host`.
+  std::string CheckList(std::shared_ptr<host::Application> host,
+                        const std::vector<std::string>& drawings) const {
+    struct : PrinterCatalog {
+      std::vector<PrinterInfo> Printers() override { return {{"Bureau", "HP LaserJet", "LPT1:"}}; }
+    } printers;
+    struct : FontFolders {
+      bool HasFontFile(std::string_view) override { return false; }
+    } fonts;
+    Session list{testing::Utf8Path(ProgramFolder())};
+    MakeList(list, drawings);
+    HostSession hostSession(std::move(host), testing::Utf8Path(folder.path()));
+    const PlotTestServices services{
+        printers, fonts, [] { return LocalTime{2026, 11, 26, 9, 0, 0}; }, {}};
+    return RunPlotTest(list, hostSession, services);
   }
 
   std::vector<std::string> LogLines(const std::string& file, std::size_t header) const {
@@ -229,6 +252,7 @@ TEST_F(ComHostTest, MembersCrossTheProcessBoundaryByName) {
   EXPECT_TRUE(plot->PlotToDevice(std::nullopt));
   EXPECT_TRUE(plot->PlotToFile(folder.File("Plan"), std::string("PDF.pc3")));
   EXPECT_TRUE(app->GetOrvaState()->IsQuiescent());
+  EXPECT_TRUE(doc->UndrawnEntities().empty());
 
   try {
     app->GetDocuments()->Open(Drawing("Absent.dxf"), true);
@@ -279,6 +303,23 @@ TEST_F(ComHostTest, AServerThatDiesMidRunEndsTheRunWithCompleteLogs) {
   EXPECT_EQ(errors[1], LoadResourceText(ids::kPlotFailed) + Drawing("Coupe.dxf"));
   EXPECT_THAT(errors[2], HasSubstr(LoadResourceText(ids::kComHostGone)));
   app.reset();  // nothing to quit
+}
+
+// The plot test reads through the server exactly what it reads from the same
+// scripted host in its own process: the same results, line for line. (With
+// the embedded host served there is nothing in process to compare with.)
+TEST_F(ComHostTest, ThePlotTestThroughTheServerReadsWhatItReadsInProcess) {
+  if (!ServesScriptedHost()) GTEST_SKIP() << "the server serves the embedded host";
+  Control(ReadText("error53.control"));
+  const std::vector<std::string> drawings = {"Plan.dxf", "Erreur53.dxf", "Coupe.dxf"};
+  const std::string throughServer = CheckList(app, drawings);
+
+  testing::FakeHost inProcess;
+  for (const auto& name : drawings)
+    inProcess.AddDrawingAt(Drawing(name)).AddLayout("Présentation1");
+  inProcess.Drawing(Drawing("Erreur53.dxf")).openError = host::Error(53, "Fichier introuvable");
+  EXPECT_EQ(throughServer, CheckList(inProcess.App(), drawings));
+  EXPECT_THAT(throughServer, HasSubstr("Erreur53.dxf"));
 }
 
 }  // namespace
