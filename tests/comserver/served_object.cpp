@@ -49,17 +49,6 @@ std::set<ServedObject*>& Live() {
   return live;
 }
 
-std::vector<std::string> Split(std::string_view line, char separator) {
-  std::vector<std::string> parts;
-  std::size_t start = 0;
-  while (true) {
-    const std::size_t end = line.find(separator, start);
-    parts.emplace_back(line.substr(start, end - start));
-    if (end == std::string_view::npos) return parts;
-    start = end + 1;
-  }
-}
-
 // Applies the rules to a call of `member`: ends the process or throws.
 void ApplyFaults(std::string_view member, const ServedCall& call) {
   Faults& faults = TheFaults();
@@ -92,8 +81,19 @@ void FillException(EXCEPINFO* info, const host::Error& error) {
 
 }  // namespace
 
+std::vector<std::string> ControlFields(std::string_view line) {
+  std::vector<std::string> fields;
+  std::size_t start = 0;
+  while (true) {
+    const std::size_t end = line.find('|', start);
+    fields.emplace_back(line.substr(start, end - start));
+    if (end == std::string_view::npos) return fields;
+    start = end + 1;
+  }
+}
+
 bool AddFaultRule(std::string_view line) {
-  const std::vector<std::string> parts = Split(line, '|');
+  const std::vector<std::string> parts = ControlFields(line);
   if (parts.size() == 5 && parts[0] == "fail") {
     TheFaults().failures.push_back(
         {parts[1], parts[2], host::Error(std::atoi(parts[3].c_str()), parts[4])});

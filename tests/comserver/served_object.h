@@ -82,6 +82,9 @@ class ServedObject final : public IDispatch {
 /// Returns false for a line it does not read.
 bool AddFaultRule(std::string_view line);
 
+/// The fields of a control line, split at "|".
+std::vector<std::string> ControlFields(std::string_view line);
+
 /// Called whenever a call is served (the server's idle clock).
 void SetCallListener(std::function<void()> listener);
 
