@@ -8,6 +8,7 @@
 #include <system_error>
 #include <vector>
 
+#include "app/host_choice.h"
 #include "app/list_commands_cli.h"
 #include "app/logs_merge_cli.h"
 #include "app/run_commands_cli.h"
@@ -80,7 +81,19 @@ void AddChoice(CLI::App* app, const std::string& name, std::optional<bool>& targ
 
 std::string HostHelp(const CommandEnvironment& env) {
   const HostRegistry& hosts = env.hosts ? *env.hosts : ProgramHosts();
-  return hosts.DefaultName().empty() ? "aucun" : hosts.DefaultName();
+  const HostChoice choice = ChooseHost({}, {}, hosts);
+  return (choice.name.empty() ? "aucun" : choice.name) + choice.reason;
+}
+
+// --host and, where the program has the COM host, --progid.
+void AddHostOptions(CLI::App& command, std::string& host, std::string& progId,
+                    const CommandEnvironment& env) {
+  command.add_option("--host", host, "Hôte CAO à piloter (par défaut : " + HostHelp(env) + ")");
+  if (HasComHost()) {
+    command.add_option("--progid", progId,
+                       "Serveur d'automatisation de l'hôte COM (par défaut : SHEAFWORK_PROGID, "
+                       "sinon Orvane.Application.15)");
+  }
 }
 
 // What the list subcommands fill in, and the subcommands themselves (null
@@ -185,8 +198,7 @@ void AddPlotOptions(CLI::App& plot, PlotOptions& options, const CommandEnvironme
                   "Fichier liste (.qx3 ; « - » : lu sur l'entrée standard), ou dessins (.dxf, "
                   ".dwg, .dwt) tracés sans liste")
       ->required();
-  plot.add_option("--host", options.host,
-                  "Hôte CAO à piloter (par défaut : " + HostHelp(env) + ")");
+  AddHostOptions(plot, options.host, options.progId, env);
   AddText(&plot, "--combine", options.combine,
           "Réunir aussi toutes les feuilles tracées, dans l'ordre, en un seul fichier PDF "
           "(hôte embarqué seulement)");
@@ -222,8 +234,7 @@ void AddPlotOptions(CLI::App& plot, PlotOptions& options, const CommandEnvironme
 
 void AddCheckOptions(CLI::App& check, CheckOptions& options, const CommandEnvironment& env) {
   check.add_option("LIST", options.list, "Fichier liste (.qx3)")->required();
-  check.add_option("--host", options.host,
-                   "Hôte CAO à piloter (par défaut : " + HostHelp(env) + ")");
+  AddHostOptions(check, options.host, options.progId, env);
   AddText(&check, "--save", options.save, "Enregistrer aussi les résultats dans ce fichier texte");
   check.add_flag("--append-journal", options.appendJournal,
                  "Ajouter aussi les résultats au journal de la liste");

@@ -9,9 +9,11 @@
 #include <iostream>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <system_error>
 
 #include "app/console_prompt.h"
+#include "app/host_choice.h"
 #include "app/list_commands_cli.h"
 #include "app/run_progress.h"
 #include "app/shard_run.h"
@@ -103,6 +105,20 @@ class RunSession {
   Session session_;
   std::unique_ptr<HostSession> host_;
 };
+
+/// The host a command drives, or nothing after saying in French why this
+/// system cannot drive it. `factory` gets the COM host's when it is chosen.
+std::optional<HostChoice> ChosenHost(const std::string& requested, const std::string& progId,
+                                     const CommandIo& io, HostFactory& factory) {
+  const HostRegistry& hosts = io.env.hosts ? *io.env.hosts : ProgramHosts();
+  HostChoice choice = ChooseHost(requested, progId, hosts);
+  if (const std::string why = UnavailableHost(choice.name); !why.empty()) {
+    io.err << "sheafwork: " << why << '\n';
+    return std::nullopt;
+  }
+  if (choice.name == kComHostName) factory = ComHostFactory(progId);
+  return choice;
+}
 
 /// The text with LF line ends, as a terminal and a pipe expect it.
 std::string WithNewlines(const std::string& text) {
@@ -300,8 +316,10 @@ int RunPlot(const PlotOptions& given, const CommandIo& io) {
   const ProgressStyle style = ChooseProgressStyle(options, io, width);
   const auto progress = std::make_shared<RunProgress>(io.err, style, SteadySeconds, width);
 
-  const HostRegistry& hosts = io.env.hosts ? *io.env.hosts : ProgramHosts();
-  const std::string& name = options.host.empty() ? hosts.DefaultName() : options.host;
+  HostFactory comFactory;
+  const auto choice = ChosenHost(options.host, options.progId, io, comFactory);
+  if (!choice) return kExitBadInput;
+  const std::string& name = choice->name;
   const bool embeddedHost = name == kEmbeddedHostName;
   for (const auto& [option, given] : {std::pair{"--combine", options.combine.has_value()},
                                       std::pair{"--output-dir", options.outputDir.has_value()}}) {
@@ -318,7 +336,8 @@ int RunPlot(const PlotOptions& given, const CommandIo& io) {
   }
   const auto combined = std::make_shared<CombinedOutcome>();
   const HostFactory embeddedFactory = RunHost(options, combined, progress, io);
-  if (!run.Attach(options.host, status, embeddedHost ? &embeddedFactory : nullptr)) return status;
+  const HostFactory* factory = embeddedHost ? &embeddedFactory : comFactory ? &comFactory : nullptr;
+  if (!run.Attach(name, status, factory)) return status;
   // Once the host is attached: the default logs' folder exists then.
   if (shard && !shardRun.Begin(io, status)) return status;
 
@@ -364,9 +383,14 @@ int RunCheck(const CheckOptions& options, const CommandIo& io) {
   if (!printers) printers = (systemPrinters = SystemPrinterCatalog()).get();
   if (!fonts) fonts = (systemFonts = SystemFontFolders()).get();
 
+  HostFactory comFactory;
+  const auto choice = ChosenHost(options.host, options.progId, io, comFactory);
+  if (!choice) return kExitBadInput;
   RunSession run(io);
   int status = kExitOk;
-  if (!run.Start(options.list, options.host, status)) return status;
+  if (!run.Start(options.list, choice->name, status, comFactory ? &comFactory : nullptr)) {
+    return status;
+  }
 
   PlotTestServices services{*printers, *fonts, LocalTimeNow, {}};
   if (io.env.clock) services.clock = io.env.clock;

@@ -16,6 +16,9 @@ struct PlotOptions {
   /// each a row with the fields `fields` give.
   std::vector<std::string> inputs;
   std::string host;  ///< empty: the default host
+  /// The COM host's server by its ProgID; empty: SHEAFWORK_PROGID, else the
+  /// host's own.
+  std::string progId;
   /// Also gather every sheet plotted into this one PDF file (embedded host
   /// only).
   std::optional<std::string> combine;
@@ -34,6 +37,7 @@ struct PlotOptions {
 struct CheckOptions {
   std::string list;
   std::string host;
+  std::string progId;               ///< as PlotOptions::progId
   std::optional<std::string> save;  ///< also write the results to this file
   bool appendJournal = false;       ///< also append the results to the list's journal
 };

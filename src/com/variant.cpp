@@ -2,6 +2,9 @@
 
 #include <oleauto.h>
 
+#include <variant>
+
+#include <type_traits>
 #include <utility>
 
 #include "host/error.h"
@@ -59,6 +62,101 @@ Variant::Variant(const ComRef<IDispatch>& object) : Variant() {
   if (v_.pdispVal != nullptr) v_.pdispVal->AddRef();
 }
 
+Variant::Variant(const host::SysVarValue& value) : Variant() {
+  std::visit(
+      [this](const auto& held) {
+        using T = std::decay_t<decltype(held)>;
+        if constexpr (std::is_same_v<T, std::string>) {
+          *this = Variant(std::string_view(held));
+        } else {
+          *this = Variant(held);
+        }
+      },
+      value);
+}
+
+namespace {
+
+// A one-dimensional array of `count` elements of `type`, indexed from 0.
+SAFEARRAY* NewArray(VARTYPE type, std::size_t count) {
+  SAFEARRAYBOUND bound{static_cast<ULONG>(count), 0};
+  return SafeArrayCreate(type, 1, &bound);
+}
+
+// The elements of the array `v` holds, each as a VARIANT; host::Error 13
+// when it holds no array.
+template <typename Read>
+void ForEachElement(const VARIANT& v, Read read) {
+  SAFEARRAY* array = nullptr;
+  if ((v.vt & VT_ARRAY) != 0) array = (v.vt & VT_BYREF) != 0 ? *v.pparray : v.parray;
+  if (array == nullptr || SafeArrayGetDim(array) != 1) {
+    throw host::Error(kTypeMismatch, "Type incompatible: tableau attendu");
+  }
+  VARTYPE type = VT_EMPTY;
+  SafeArrayGetVartype(array, &type);
+  LONG low = 0;
+  LONG high = -1;
+  SafeArrayGetLBound(array, 1, &low);
+  SafeArrayGetUBound(array, 1, &high);
+  for (LONG i = low; i <= high; ++i) {
+    Variant element;
+    if (type == VT_VARIANT) {
+      SafeArrayGetElement(array, &i, element.get());
+    } else {
+      // Read through a VARIANT of the element's own type.
+      element.get()->vt = type;
+      SafeArrayGetElement(array, &i, &element.get()->lVal);
+    }
+    read(element);
+  }
+}
+
+}  // namespace
+
+Variant Variant::Strings(const std::vector<std::string>& texts) {
+  Variant v;
+  SAFEARRAY* array = NewArray(VT_BSTR, texts.size());
+  for (LONG i = 0; i < static_cast<LONG>(texts.size()); ++i) {
+    const std::wstring wide = WideFromUtf8(texts[i]);
+    BSTR text = SysAllocStringLen(wide.data(), static_cast<UINT>(wide.size()));
+    SafeArrayPutElement(array, &i, text);  // copies the text
+    SysFreeString(text);
+  }
+  v.v_.vt = VT_ARRAY | VT_BSTR;
+  v.v_.parray = array;
+  return v;
+}
+
+Variant Variant::Doubles(const std::vector<double>& values) {
+  Variant v;
+  SAFEARRAY* array = NewArray(VT_R8, values.size());
+  for (LONG i = 0; i < static_cast<LONG>(values.size()); ++i) {
+    double value = values[i];
+    SafeArrayPutElement(array, &i, &value);
+  }
+  v.v_.vt = VT_ARRAY | VT_R8;
+  v.v_.parray = array;
+  return v;
+}
+
+Variant Variant::RefTo(Variant& target) {
+  Variant v;
+  switch (target.v_.vt) {
+    case VT_I2:
+      v.v_.vt = VT_BYREF | VT_I2;
+      v.v_.piVal = &target.v_.iVal;
+      break;
+    case VT_R8:
+      v.v_.vt = VT_BYREF | VT_R8;
+      v.v_.pdblVal = &target.v_.dblVal;
+      break;
+    default:
+      v.v_.vt = VT_BYREF | VT_VARIANT;
+      v.v_.pvarVal = &target.v_;
+  }
+  return v;
+}
+
 Variant Variant::Missing() {
   Variant v;
   v.v_.vt = VT_ERROR;
@@ -113,6 +211,71 @@ ComRef<IDispatch> Variant::AsDispatch() const {
     return ComRef<IDispatch>::Share(*v_.ppdispVal);
   }
   throw host::Error(kTypeMismatch, "Type incompatible: objet attendu");
+}
+
+std::vector<std::string> Variant::AsStrings() const {
+  std::vector<std::string> texts;
+  ForEachElement(v_, [&](const Variant& element) { texts.push_back(element.AsString()); });
+  return texts;
+}
+
+std::vector<double> Variant::AsDoubles() const {
+  std::vector<double> values;
+  ForEachElement(v_, [&](const Variant& element) { values.push_back(element.AsDouble()); });
+  return values;
+}
+
+host::SysVarValue Variant::AsSysVar() const {
+  const Variant value = Dereferenced();
+  switch (value.v_.vt) {
+    case VT_BSTR:
+      return value.AsString();
+    case VT_R4:
+    case VT_R8:
+      return value.AsDouble();
+    case VT_I4:
+    case VT_UI4:
+    case VT_INT:
+      return value.AsInt32();
+    default:
+      return value.AsInt16();
+  }
+}
+
+Variant Variant::Dereferenced() const {
+  Variant copy;
+  if (FAILED(VariantCopyInd(copy.get(), const_cast<VARIANT*>(&v_)))) {
+    throw host::Error(kTypeMismatch, "Type incompatible");
+  }
+  return copy;
+}
+
+void Variant::Assign(const Variant& value) {
+  VARIANT* where = v_.vt == (VT_BYREF | VT_VARIANT) ? v_.pvarVal : &v_;
+  if ((where->vt & VT_BYREF) == 0) {
+    Variant copy;
+    VariantCopy(copy.get(), const_cast<VARIANT*>(&value.v_));
+    VariantClear(where);
+    *where = copy.v_;
+    VariantInit(copy.get());
+    return;
+  }
+  switch (where->vt & ~VT_BYREF) {
+    case VT_I2:
+      *where->piVal = value.AsInt16();
+      break;
+    case VT_I4:
+      *where->plVal = value.AsInt32();
+      break;
+    case VT_R8:
+      *where->pdblVal = value.AsDouble();
+      break;
+    case VT_BOOL:
+      *where->pboolVal = value.AsBool() ? VARIANT_TRUE : VARIANT_FALSE;
+      break;
+    default:
+      throw host::Error(kTypeMismatch, "Type incompatible");
+  }
 }
 
 }  // namespace sheafwork::com

@@ -62,6 +62,8 @@ OpenResult HostSession::OpenDrawing(const std::string& path, bool readOnly) {
     objOrvaDoc = App().ActiveDocument();
     objOrvaDoc->SetVariable("REGENMODE", std::int16_t{1});
     return {true, 0, {}};
+  } catch (const host::HostGone& error) {
+    return {false, error.number(), error.description(), true};
   } catch (const host::Error& error) {
     return {false, error.number(), error.description()};
   }

@@ -20,6 +20,8 @@ struct OpenResult {
   bool ok = false;
   std::int32_t errorNumber = 0;
   std::string description;
+  /// The host went away while opening: nothing more can be asked of it.
+  bool hostGone = false;
 };
 
 class HostSession {

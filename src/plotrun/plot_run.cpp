@@ -193,6 +193,8 @@ void Run::PlotRow(int row) {
   if (!open.ok) {
     OpenFailed(open, entry.FileName);
     MarkEntryFailed(row, entry);
+    // A host gone ends the run, as at any other call.
+    if (open.hostGone) throw host::HostGone(open.errorNumber, open.description);
     return;
   }
   try {

@@ -348,6 +348,10 @@ inline constexpr int kComCallFailed = 501;        // "Échec d'un appel d'automa
 inline constexpr int kComServerNotFound = 502;    // "Aucun serveur d'automatisation n'est ..."
 inline constexpr int kComServerNotStarted = 503;  // "Impossible de démarrer le serveur d'..."
 
+// The choice of the host (530-549).
+inline constexpr int kComHostWindowsOnly = 530;       // "L'hôte COM n'existe que sous Windows ..."
+inline constexpr int kDefaultHostRegistered = 531;    // ", car un serveur d'automatisation est ..."
+inline constexpr int kDefaultHostUnregistered = 532;  // ", car aucun serveur d'automatisation ..."
 inline constexpr int kCliShardBad = 570;
 inline constexpr int kCliShardNeedsList = 571;
 inline constexpr int kCliShardOneLogFile = 572;

@@ -13,6 +13,8 @@
 #include "fakes/log_lines.h"
 #include "fakes/temp_folder.h"
 #include "host/error.h"
+#include "res/string_ids.h"
+#include "res/string_table.h"
 
 namespace sheafwork {
 namespace {
@@ -114,6 +116,18 @@ TEST_F(RunCommandsTest, UnusableInputOrNoUsableHostEndWithStatus2) {
   Outcome o = Run({"plot", list, "--host", "autre"});
   EXPECT_EQ(o.status, 2);
   EXPECT_THAT(o.err, HasSubstr("hôte inconnu « autre » (hôtes disponibles : essai)"));
+
+#ifndef _WIN32
+  // The COM host exists only on Windows: refused by both commands, the host
+  // never started.
+  for (const char* command : {"plot", "check"}) {
+    SCOPED_TRACE(command);
+    o = Run({command, list, "--host", "com"});
+    EXPECT_EQ(o.status, 2);
+    EXPECT_THAT(o.err, HasSubstr(LoadResourceText(ids::kComHostWindowsOnly)));
+    EXPECT_THAT(host.Calls(), IsEmpty());
+  }
+#endif
 
   const std::string bad = home.Write("bad.qx3", "pas une liste\r\n");
   o = Run({"check", bad});

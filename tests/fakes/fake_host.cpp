@@ -629,8 +629,9 @@ void FakeHost::RunOutOfMemoryOn(const std::string& rule) {
   failures_.push_back({rule, host::Error(0, {}), 0, true, false});
 }
 
-void FakeHost::GoneOn(const std::string& rule) {
-  failures_.push_back({rule, host::Error(kServerGone, "Serveur arrêté"), 0, false, true});
+void FakeHost::GoneOn(const std::string& rule, int afterSuccesses) {
+  failures_.push_back(
+      {rule, host::Error(kServerGone, "Serveur arrêté"), afterSuccesses, false, true});
 }
 
 void FakeHost::CancelAtPoll(int poll) { cancelAtPoll_ = poll; }

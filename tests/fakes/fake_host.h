@@ -159,8 +159,9 @@ class FakeHost {
   /// memory runs out.
   void RunOutOfMemoryOn(const std::string& rule);
   /// Like FailOn, as a host whose process has ended: every call from the
-  /// first matching one on throws host::HostGone.
-  void GoneOn(const std::string& rule);
+  /// first matching one (after `afterSuccesses` went through) on throws
+  /// host::HostGone.
+  void GoneOn(const std::string& rule, int afterSuccesses = 0);
   /// The `poll`-th read (counted from 1) of SheafworkProgress, and every
   /// later one, returns false.
   void CancelAtPoll(int poll);

@@ -257,5 +257,26 @@ TEST_F(PlotAllEntriesTest, AHostThatHasGoneAwayEndsTheRunAfterFailingItsRow) {
   EXPECT_THAT(Journal(), IsEmpty());
 }
 
+// The same when the host goes away while the next drawing is being opened:
+// the rows before it keep their journal lines.
+TEST_F(PlotAllEntriesTest, AHostGoneWhileOpeningADrawingEndsTheRun) {
+  const auto& plan = Drawing("Plan.dwg", {"Vue A"});
+  const auto& coupe = Drawing("Coupe.dwg", {"Vue A"});
+  const auto& facade = Drawing("Facade.dwg", {"Vue A"});
+  Row(plan, "Vue A");
+  Row(coupe, "Vue A");
+  Row(facade, "Vue A");
+  host.GoneOn("Documents.Open", 1);
+  const RunResult result = Run();
+  EXPECT_EQ(result.plotted, 1);
+  EXPECT_EQ(result.failed, 1);
+  EXPECT_TRUE(result.endedEarly);
+  EXPECT_THAT(observer.events,
+              ElementsAre("cleared", "start 1/3", "1 plotted", "start 2/3", "2 failed"));
+  EXPECT_THAT(Errors(), ElementsAre(Text(120) + coupe.path, Text(122) + coupe.path,
+                                    "ERREUR: #-2147023174, Serveur arrêté"));
+  EXPECT_EQ(Journal().size(), 1u);
+}
+
 }  // namespace
 }  // namespace sheafwork

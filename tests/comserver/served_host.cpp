@@ -1,0 +1,333 @@
+#include "comserver/served_host.h"
+
+#include <string>
+#include <utility>
+
+#include "com/member_names.h"
+#include "comserver/served_object.h"
+#include "host/error.h"
+
+namespace sheafwork::comserver {
+
+namespace {
+
+using com::Variant;
+namespace names = com::names;
+
+constexpr std::int32_t kInvalidCall = 5;
+
+Variant Text(const std::string& text) { return Variant(std::string_view(text)); }
+
+host::Point2 PointOf(const Variant& value) {
+  const std::vector<double> xy = value.AsDoubles();
+  if (xy.size() < 2) throw host::Error(13, "Type incompatible: point attendu");
+  return {xy[0], xy[1]};
+}
+
+Variant PointValue(host::Point2 p) { return Variant::Doubles({p.x, p.y}); }
+
+// A property read by `get` (returning a Variant) and written by `set`
+// (taking the put value).
+template <typename Get, typename Set>
+MemberHandler Property(Get get, Set set) {
+  return [get, set](ServedCall& call) {
+    if (call.IsPut()) {
+      set(call.PutValue());
+    } else {
+      call.result = get();
+    }
+  };
+}
+
+template <typename Get>
+MemberHandler ReadOnly(Get get) {
+  return [get](ServedCall& call) {
+    if (call.IsPut()) throw host::Error(383, "Propriété en lecture seule");
+    call.result = get();
+  };
+}
+
+com::ComRef<IDispatch> Serve(std::shared_ptr<host::PlotConfiguration> o);
+com::ComRef<IDispatch> Serve(std::shared_ptr<host::Layout> o);
+com::ComRef<IDispatch> Serve(std::shared_ptr<host::Layer> o);
+com::ComRef<IDispatch> Serve(std::shared_ptr<host::View> o);
+com::ComRef<IDispatch> Serve(std::shared_ptr<host::TextStyle> o);
+com::ComRef<IDispatch> Serve(std::shared_ptr<host::Document> o);
+
+template <typename T>
+std::shared_ptr<T> TargetArg(const ServedCall& call, std::size_t i) {
+  auto target = std::static_pointer_cast<host::PlotConfiguration>(
+      ServedObject::TargetOf(call.Arg(i).AsDispatch().get()));
+  if (!target) throw host::Error(13, "Type incompatible: objet d'un autre serveur");
+  auto typed = std::dynamic_pointer_cast<T>(target);
+  if (!typed) throw host::Error(13, "Type incompatible");
+  return typed;
+}
+
+com::ComRef<IDispatch> Serve(std::shared_ptr<host::PlotConfiguration> o) {
+  using N = names::PlotConfiguration;
+  MemberTable m = {
+      {N::kName, ReadOnly([o] { return Text(o->Name()); })},
+      {N::kModelType, ReadOnly([o] { return Variant(o->ModelType()); })},
+      {N::kConfigName, Property([o] { return Text(o->ConfigName()); },
+                                [o](const Variant& v) { o->SetConfigName(v.AsString()); })},
+      {N::kCanonicalMediaName,
+       Property([o] { return Text(o->CanonicalMediaName()); },
+                [o](const Variant& v) { o->SetCanonicalMediaName(v.AsString()); })},
+      {N::kGetCanonicalMediaNames,
+       [o](ServedCall& call) { call.result = Variant::Strings(o->GetCanonicalMediaNames()); }},
+      {N::kRefreshPlotDeviceInfo, [o](ServedCall&) { o->RefreshPlotDeviceInfo(); }},
+      {N::kPaperUnits, Property([o] { return Variant(o->PaperUnits()); },
+                                [o](const Variant& v) { o->SetPaperUnits(v.AsInt16()); })},
+      {N::kPlotRotation, Property([o] { return Variant(o->PlotRotation()); },
+                                  [o](const Variant& v) { o->SetPlotRotation(v.AsInt16()); })},
+      {N::kPlotType, Property([o] { return Variant(o->PlotType()); },
+                              [o](const Variant& v) { o->SetPlotType(v.AsInt16()); })},
+      {N::kViewToPlot, Property([o] { return Text(o->ViewToPlot()); },
+                                [o](const Variant& v) { o->SetViewToPlot(v.AsString()); })},
+      {N::kGetWindowToPlot,
+       [o](ServedCall& call) {
+         host::Point2 low;
+         host::Point2 high;
+         o->GetWindowToPlot(low, high);
+         call.SetOut(0, PointValue(low));
+         call.SetOut(1, PointValue(high));
+       }},
+      {N::kSetWindowToPlot,
+       [o](ServedCall& call) { o->SetWindowToPlot(PointOf(call.Arg(0)), PointOf(call.Arg(1))); }},
+      {N::kCenterPlot, Property([o] { return Variant(o->CenterPlot()); },
+                                [o](const Variant& v) { o->SetCenterPlot(v.AsBool()); })},
+      {N::kPlotOrigin, Property([o] { return PointValue(o->PlotOrigin()); },
+                                [o](const Variant& v) { o->SetPlotOrigin(PointOf(v)); })},
+      {N::kUseStandardScale,
+       Property([o] { return Variant(o->UseStandardScale()); },
+                [o](const Variant& v) { o->SetUseStandardScale(v.AsBool()); })},
+      {N::kStandardScale, Property([o] { return Variant(o->StandardScale()); },
+                                   [o](const Variant& v) { o->SetStandardScale(v.AsInt16()); })},
+      {N::kGetCustomScale,
+       [o](ServedCall& call) {
+         double numerator = 0;
+         double denominator = 0;
+         o->GetCustomScale(numerator, denominator);
+         call.SetOut(0, Variant(numerator));
+         call.SetOut(1, Variant(denominator));
+       }},
+      {N::kSetCustomScale,
+       [o](ServedCall& call) {
+         o->SetCustomScale(call.Arg(0).AsDouble(), call.Arg(1).AsDouble());
+       }},
+      {N::kScaleLineweights,
+       Property([o] { return Variant(o->ScaleLineweights()); },
+                [o](const Variant& v) { o->SetScaleLineweights(v.AsBool()); })},
+      {N::kPlotWithLineweights,
+       Property([o] { return Variant(o->PlotWithLineweights()); },
+                [o](const Variant& v) { o->SetPlotWithLineweights(v.AsBool()); })},
+      {N::kPlotWithPlotStyles,
+       Property([o] { return Variant(o->PlotWithPlotStyles()); },
+                [o](const Variant& v) { o->SetPlotWithPlotStyles(v.AsBool()); })},
+      {N::kStyleSheet, Property([o] { return Text(o->StyleSheet()); },
+                                [o](const Variant& v) { o->SetStyleSheet(v.AsString()); })},
+      {N::kGetPlotStyleTableNames,
+       [o](ServedCall& call) { call.result = Variant::Strings(o->GetPlotStyleTableNames()); }},
+      {N::kPlotHidden, Property([o] { return Variant(o->PlotHidden()); },
+                                [o](const Variant& v) { o->SetPlotHidden(v.AsBool()); })},
+      {N::kCopyFrom,
+       [o](ServedCall& call) { o->CopyFrom(*TargetArg<host::PlotConfiguration>(call, 0)); }},
+  };
+  return ServedObject::Make(o, std::move(m));
+}
+
+// Count and Item of a collection, Item from `firstIndex`.
+template <typename Collection>
+com::ComRef<IDispatch> ServeCollection(std::shared_ptr<Collection> c, int firstIndex = 0,
+                                       MemberTable more = {}) {
+  more.emplace_back(names::Collection::kCount, ReadOnly([c] { return Variant(c->Count()); }));
+  more.emplace_back(names::Collection::kItem, [c, firstIndex](ServedCall& call) {
+    call.result = Variant(Serve(c->Item(call.Arg(0).AsInt32() - firstIndex)));
+  });
+  return ServedObject::Make(c, std::move(more));
+}
+
+com::ComRef<IDispatch> Serve(std::shared_ptr<host::Layer> o) {
+  using N = names::Layer;
+  return ServedObject::Make(
+      o, {
+             {N::kName, ReadOnly([o] { return Text(o->Name()); })},
+             {N::kLayerOn, Property([o] { return Variant(o->LayerOn()); },
+                                    [o](const Variant& v) { o->SetLayerOn(v.AsBool()); })},
+             {N::kFreeze, Property([o] { return Variant(o->Freeze()); },
+                                   [o](const Variant& v) { o->SetFreeze(v.AsBool()); })},
+             {N::kPlottable, Property([o] { return Variant(o->Plottable()); },
+                                      [o](const Variant& v) { o->SetPlottable(v.AsBool()); })},
+         });
+}
+
+com::ComRef<IDispatch> Serve(std::shared_ptr<host::View> o) {
+  return ServedObject::Make(o, {{names::View::kName, ReadOnly([o] { return Text(o->Name()); })}});
+}
+
+com::ComRef<IDispatch> Serve(std::shared_ptr<host::TextStyle> o) {
+  using N = names::TextStyle;
+  return ServedObject::Make(
+      o, {
+             {N::kName, ReadOnly([o] { return Text(o->Name()); })},
+             {N::kFontFile, ReadOnly([o] { return Text(o->FontFile()); })},
+             {N::kFontAvailable, ReadOnly([o] { return Variant(o->FontAvailable()); })},
+         });
+}
+
+com::ComRef<IDispatch> ServePlot(std::shared_ptr<host::Plot> o) {
+  using N = names::Plot;
+  const auto optional = [](const ServedCall& call, std::size_t i) {
+    return call.Has(i) ? std::optional<std::string>(call.Arg(i).AsString()) : std::nullopt;
+  };
+  const auto writeOnly = [](auto set) {
+    return Property([]() -> Variant { throw host::Error(394, "Propriété en écriture seule"); },
+                    set);
+  };
+  return ServedObject::Make(
+      o, {
+             {N::kQuietErrorMode,
+              writeOnly([o](const Variant& v) { o->SetQuietErrorMode(v.AsBool()); })},
+             {N::kNumberOfCopies,
+              writeOnly([o](const Variant& v) { o->SetNumberOfCopies(v.AsInt16()); })},
+             {N::kStartBatchMode,
+              [o](ServedCall& call) {
+                std::int16_t count = call.Arg(0).AsInt16();
+                o->StartBatchMode(count);
+                call.SetOut(0, Variant(count));
+              }},
+             {N::kSheafworkProgress,
+              Property([o] { return Variant(o->SheafworkProgress()); },
+                       [o](const Variant& v) { o->SetSheafworkProgress(v.AsBool()); })},
+             {N::kPlotToDevice,
+              [o, optional](ServedCall& call) {
+                call.result = Variant(o->PlotToDevice(optional(call, 0)));
+              }},
+             {N::kPlotToFile,
+              [o, optional](ServedCall& call) {
+                call.result = Variant(o->PlotToFile(call.Arg(0).AsString(), optional(call, 1)));
+              }},
+         });
+}
+
+com::ComRef<IDispatch> ServePreferences(std::shared_ptr<host::Preferences> o) {
+  using N = names::Preferences;
+  return ServedObject::Make(
+      o,
+      {
+          {N::kPrinterConfigPath, ReadOnly([o] { return Text(o->PrinterConfigPath()); })},
+          {N::kSupportPath, ReadOnly([o] { return Text(o->SupportPath()); })},
+          {N::kLogFilePath, Property([o] { return Text(o->LogFilePath()); },
+                                     [o](const Variant& v) { o->SetLogFilePath(v.AsString()); })},
+          {N::kLogFileOn, Property([o] { return Variant(o->LogFileOn()); },
+                                   [o](const Variant& v) { o->SetLogFileOn(v.AsBool()); })},
+      });
+}
+
+com::ComRef<IDispatch> Serve(std::shared_ptr<host::Document> o) {
+  using N = names::Document;
+  MemberTable m = {
+      {N::kFullName, ReadOnly([o] { return Text(o->FullName()); })},
+      {N::kReadOnly, ReadOnly([o] { return Variant(o->ReadOnly()); })},
+      {N::kSaveAs, [o](ServedCall& call) { o->SaveAs(call.Arg(0).AsString()); }},
+      {N::kActivate, [o](ServedCall&) { o->Activate(); }},
+      {N::kClose, [o](ServedCall& call) { o->Close(call.Has(0) && call.Arg(0).AsBool()); }},
+      {N::kGetVariable,
+       [o](ServedCall& call) { call.result = Variant(o->GetVariable(call.Arg(0).AsString())); }},
+      {N::kSetVariable,
+       [o](ServedCall& call) { o->SetVariable(call.Arg(0).AsString(), call.Arg(1).AsSysVar()); }},
+      {N::kActiveSpace, Property([o] { return Variant(o->ActiveSpace()); },
+                                 [o](const Variant& v) { o->SetActiveSpace(v.AsInt16()); })},
+      {N::kActiveLayout,
+       [o](ServedCall& call) {
+         if (call.IsPut()) {
+           o->SetActiveLayout(TargetArg<host::Layout>(call, call.Count() - 1));
+         } else {
+           call.result =
+               Variant(Serve(std::shared_ptr<host::PlotConfiguration>(o->ActiveLayout())));
+         }
+       }},
+      {N::kLayouts, ReadOnly([o] { return Variant(ServeCollection(o->GetLayouts())); })},
+      {N::kPlotConfigurations,
+       ReadOnly([o] { return Variant(ServeCollection(o->GetPlotConfigurations())); })},
+      {N::kLayers, ReadOnly([o] { return Variant(ServeCollection(o->GetLayers())); })},
+      {N::kViews, ReadOnly([o] { return Variant(ServeCollection(o->GetViews())); })},
+      {N::kTextStyles, ReadOnly([o] { return Variant(ServeCollection(o->GetTextStyles())); })},
+      {N::kPlot, ReadOnly([o] { return Variant(ServePlot(o->GetPlot())); })},
+      {N::kRegen, [o](ServedCall& call) { o->Regen(call.Arg(0).AsInt16()); }},
+      {N::kUndrawnEntities,
+       [o](ServedCall& call) {
+         std::vector<std::string> kinds;
+         std::vector<double> counts;
+         for (const auto& [kind, count] : o->UndrawnEntities()) {
+           kinds.push_back(kind);
+           counts.push_back(count);
+         }
+         call.SetOut(0, Variant::Strings(kinds));
+         call.SetOut(1, Variant::Doubles(counts));
+       }},
+  };
+  return ServedObject::Make(o, std::move(m));
+}
+
+com::ComRef<IDispatch> Serve(std::shared_ptr<host::Layout> o) {
+  return Serve(std::shared_ptr<host::PlotConfiguration>(std::move(o)));
+}
+
+com::ComRef<IDispatch> ServeDocuments(std::shared_ptr<host::Documents> o) {
+  MemberTable open = {{names::Documents::kOpen, [o](ServedCall& call) {
+                         call.result = Variant(Serve(
+                             o->Open(call.Arg(0).AsString(), call.Has(1) && call.Arg(1).AsBool())));
+                       }}};
+  return ServeCollection(o, names::Documents::kFirstIndex, std::move(open));
+}
+
+}  // namespace
+
+com::ComRef<IDispatch> ServeApplication(std::shared_ptr<host::Application> o, ServerHooks hooks) {
+  using N = names::Application;
+  MemberTable m = {
+      {N::kVisible, Property([o] { return Variant(o->Visible()); },
+                             [o](const Variant& v) { o->SetVisible(v.AsBool()); })},
+      {N::kPath, ReadOnly([o] { return Text(o->Path()); })},
+      {N::kWidth, Property([o] { return Variant(o->Width()); },
+                           [o](const Variant& v) { o->SetWidth(v.AsInt32()); })},
+      {N::kHeight, Property([o] { return Variant(o->Height()); },
+                            [o](const Variant& v) { o->SetHeight(v.AsInt32()); })},
+      {N::kActiveDocument, ReadOnly([o] { return Variant(Serve(o->ActiveDocument())); })},
+      {N::kDocuments, ReadOnly([o] { return Variant(ServeDocuments(o->GetDocuments())); })},
+      {N::kPreferences, ReadOnly([o] { return Variant(ServePreferences(o->GetPreferences())); })},
+      {N::kGetOrvaState,
+       [o](ServedCall& call) {
+         auto state = o->GetOrvaState();
+         call.result = Variant(ServedObject::Make(
+             state, {{names::State::kIsQuiescent,
+                      ReadOnly([state] { return Variant(state->IsQuiescent()); })}}));
+       }},
+      {N::kUpdate, [o](ServedCall&) { o->Update(); }},
+      {N::kQuit,
+       [o, quit = hooks.quit](ServedCall&) {
+         o->Quit();
+         if (quit) quit();
+       }},
+      {"TestHostKind", ReadOnly([kind = hooks.kind] { return Text(kind); })},
+      {"TestControl",
+       [configure = hooks.configure](ServedCall& call) {
+         const std::string text = call.Arg(0).AsString();
+         std::size_t start = 0;
+         while (start <= text.size()) {
+           std::size_t end = text.find('\n', start);
+           if (end == std::string::npos) end = text.size();
+           const std::string_view line(text.data() + start, end - start);
+           if (!line.empty() && !AddFaultRule(line) && !(configure && configure(line))) {
+             throw host::Error(kInvalidCall, "Ligne de contrôle inconnue : " + std::string(line));
+           }
+           start = end + 1;
+         }
+       }},
+  };
+  return ServedObject::Make(o, std::move(m));
+}
+
+}  // namespace sheafwork::comserver
