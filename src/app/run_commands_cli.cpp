@@ -10,6 +10,7 @@
 #include <iterator>
 #include <memory>
 #include <system_error>
+#include <thread>
 
 #include "app/console_prompt.h"
 #include "app/list_commands_cli.h"
@@ -21,6 +22,8 @@
 #include "host/startup.h"
 #include "platform/program_folders.h"
 #include "plotrun/plot_run.h"
+#include "plotrun/row_record.h"
+#include "plotrun/worker_process.h"
 #include "plottest/plot_test.h"
 #include "plottest/results_actions.h"
 #include "res/string_ids.h"
@@ -260,6 +263,37 @@ ProgressStyle ChooseProgressStyle(const PlotOptions& options, const CommandIo& i
   return ProgressStyle::Terminal;
 }
 
+// The path of the running program, which a parallel run starts again as its
+// workers.
+std::string RunningProgram() {
+  std::error_code ec;
+  const std::filesystem::path exe = std::filesystem::read_symlink("/proc/self/exe", ec);
+  return ec ? std::string("/proc/self/exe") : exe.string();
+}
+
+// The command of a worker of the run: the options that shape its host.
+std::vector<std::string> WorkerCommand(const PlotOptions& options, const RunServices& services) {
+  std::vector<std::string> command = {RunningProgram(), kPlotWorkerCommand};
+  if (!services.plotStyle.empty())
+    command.insert(command.end(), {"--plot-style", services.plotStyle});
+  if (options.outputDir)
+    command.insert(command.end(), {"--output-dir", FullPath(*options.outputDir)});
+  return command;
+}
+
+// Passes what the worker's host reports to the row being recorded.
+class RecordedReports : public embedded::ConsoleReports {
+ public:
+  explicit RecordedReports(RowRecorder& recorder) : recorder_(recorder) {}
+  void PlotFailed(const std::string& reason) override {
+    recorder_.Add(RowEvent::HostFailure, reason);
+  }
+  void Notice(const std::string& text) override { recorder_.Add(RowEvent::HostNotice, text); }
+
+ private:
+  RowRecorder& recorder_;
+};
+
 double SteadySeconds() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
@@ -278,6 +312,14 @@ int RunPlot(const PlotOptions& options, const CommandIo& io) {
   const HostRegistry& hosts = io.env.hosts ? *io.env.hosts : ProgramHosts();
   const std::string& name = options.host.empty() ? hosts.DefaultName() : options.host;
   const bool embeddedHost = name == kEmbeddedHostName;
+  const int jobs = options.jobs == 0
+                       ? std::max(1, static_cast<int>(std::thread::hardware_concurrency()))
+                       : options.jobs;
+  if (jobs > 1 && !embeddedHost) {
+    io.err << "sheafwork: --jobs au-delà de 1 demande l'hôte embarqué (« " << kEmbeddedHostName
+           << " ») : l'hôte « " << name << " » pilote un seul programme de CAO\n";
+    return kExitBadInput;
+  }
   for (const auto& [option, given] : {std::pair{"--combine", options.combine.has_value()},
                                       std::pair{"--output-dir", options.outputDir.has_value()}}) {
     if (given && !embeddedHost) {
@@ -303,6 +345,8 @@ int RunPlot(const PlotOptions& options, const CommandIo& io) {
   if (io.env.clock) services.clock = io.env.clock;
   services.observer = progress.get();
   services.prompt = &run.prompt();
+  services.jobs = jobs;
+  if (jobs > 1) services.workerCommand = WorkerCommand(options, services);
   const RunResult result = PlotAllEntries(run.session(), run.host(), services);
   run.End();  // the host writes the combined PDF at the latest when it quits
   progress->Finish();
@@ -320,6 +364,37 @@ int RunPlot(const PlotOptions& options, const CommandIo& io) {
   io.err << LogSummary(run.session().Log, result) << '\n';
   const bool logsOk = result.logProblems.empty();
   return result.failed > 0 || result.endedEarly || !combinedOk || !logsOk ? kExitFailed : kExitOk;
+}
+
+int RunPlotWorker(const std::vector<std::string>& args, const CommandIo& io) {
+  PlotOptions options;
+  std::string plotStyle;
+  for (std::size_t i = 0; i + 1 < args.size(); i += 2) {
+    if (args[i] == "--plot-style") plotStyle = args[i + 1];
+    if (args[i] == "--output-dir") options.outputDir = args[i + 1];
+  }
+  RowSource rows(3);
+  std::string list;
+  std::string total;
+  if (!rows.ReadBlock(list) || !rows.ReadBlock(total)) return kExitBadInput;
+
+  RunSession run(io);
+  if (!ReadListBytes(run.session(), list, false).ok()) return kExitBadInput;
+  RowRecorder recorder;
+  auto reports = std::make_shared<RecordedReports>(recorder);
+  const auto combined = std::make_shared<CombinedOutcome>();
+  const HostFactory factory = RunHost(options, combined, reports, io);
+  int status = kExitOk;
+  if (!run.Attach(kEmbeddedHostName, status, &factory)) return status;
+
+  RunServices services;
+  services.plotStyle = plotStyle;
+  services.prompt = &run.prompt();
+  if (io.env.clock) services.clock = io.env.clock;
+  const bool written =
+      ServeRows(run.session(), run.host(), services,
+                static_cast<std::int16_t>(std::atoi(total.c_str())), rows, 4, recorder);
+  return written ? kExitOk : kExitFailed;
 }
 
 int RunCheck(const CheckOptions& options, const CommandIo& io) {

@@ -25,6 +25,9 @@ struct PlotOptions {
   /// The plot style table (.ctb) every sheet plots with.
   std::optional<std::string> plotStyle;
   bool quiet = false;  ///< only failures and the summary
+  /// How many worker processes plot the rows (embedded host only); 1: the
+  /// run plots them itself; 0: one per core.
+  int jobs = 1;
   EntryFieldOptions fields;
 };
 
@@ -42,6 +45,15 @@ bool IsDrawingName(const std::string& name);
 /// plotted, 1 when a row failed or the run ended early, 2 for unusable input
 /// or no usable host.
 int RunPlot(const PlotOptions& options, const CommandIo& io);
+
+/// The hidden command a parallel run starts its workers with.
+inline constexpr const char* kPlotWorkerCommand = "plot-worker";
+
+/// A worker of a parallel run (`args` after the command's name: the run's
+/// plot style table and output folder): reads the list and its rows from
+/// descriptor 3 and writes their records to descriptor 4. Returns the exit
+/// status.
+int RunPlotWorker(const std::vector<std::string>& args, const CommandIo& io);
 
 /// Runs the plot test and prints the results on stdout. 0 when it found no
 /// error, 1 when it did (or the results could not be saved), 2 for unusable

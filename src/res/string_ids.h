@@ -343,5 +343,9 @@ inline constexpr int kComHostGone = 500;          // "L'hôte d'automatisation n
 inline constexpr int kComCallFailed = 501;        // "Échec d'un appel d'automatisation: "
 inline constexpr int kComServerNotFound = 502;    // "Aucun serveur d'automatisation n'est ..."
 inline constexpr int kComServerNotStarted = 503;  // "Impossible de démarrer le serveur d'..."
+inline constexpr int kWorkerKilled = 550;         // "ERREUR : le processus ... sur le signal "
+inline constexpr int kWorkerExited = 551;         // "ERREUR : le processus ... avec le code "
+inline constexpr int kWorkerNotStarted = 552;     // "ERREUR : impossible de démarrer un ..."
+inline constexpr int kWorkersUnavailable = 553;   // "les processus de traçage parallèles ..."
 
 }  // namespace sheafwork::ids
