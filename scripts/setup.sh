@@ -21,6 +21,7 @@ packages=(
   qt6-translations-l10n      # Qt's own dialog texts in French
   xvfb xauth                 # screenshots of the desktop application on a virtual display
   poppler-utils              # pdfinfo, pdftoppm: looking at the plotted PDF files
+  parallel                   # bench/batch-run.sh: a list plotted as two shards at once
   cups-daemon cups-client cups-filters   # printing tests: a CUPS queue writing to a file
   dpkg-dev                   # cpack -G DEB: dpkg-shlibdeps finds the package's dependencies
   man-db groff-base bsdextrautils   # the manual page: man, groff, col

@@ -13,6 +13,7 @@
 #include "app/version.h"
 #include "embedded/automation/embedded_host.h"
 #include "platform/program_folders.h"
+#include "plotrun/worker_process.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 #include "text/strings.h"

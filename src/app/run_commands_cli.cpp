@@ -15,6 +15,7 @@
 #include "app/console_prompt.h"
 #include "app/list_commands_cli.h"
 #include "app/run_progress.h"
+#include "embedded/automation/dwg_converter.h"
 #include "embedded/automation/embedded_host.h"
 #include "embedded/plotstyle/lookup.h"
 #include "embedded/plotstyle/plot_style_file.h"
@@ -156,6 +157,7 @@ HostFactory RunHost(const PlotOptions& options, std::shared_ptr<CombinedOutcome>
     };
   }
   if (options.outputDir) hostOptions.outputFolder = FullPath(*options.outputDir);
+  hostOptions.conversionFolder = options.conversionFolder;
   return [hostOptions, &io] {
     try {
       return embedded::MakeEmbeddedHost(hostOptions);
@@ -263,24 +265,6 @@ ProgressStyle ChooseProgressStyle(const PlotOptions& options, const CommandIo& i
   return ProgressStyle::Terminal;
 }
 
-// The path of the running program, which a parallel run starts again as its
-// workers.
-std::string RunningProgram() {
-  std::error_code ec;
-  const std::filesystem::path exe = std::filesystem::read_symlink("/proc/self/exe", ec);
-  return ec ? std::string("/proc/self/exe") : exe.string();
-}
-
-// The command of a worker of the run: the options that shape its host.
-std::vector<std::string> WorkerCommand(const PlotOptions& options, const RunServices& services) {
-  std::vector<std::string> command = {RunningProgram(), kPlotWorkerCommand};
-  if (!services.plotStyle.empty())
-    command.insert(command.end(), {"--plot-style", services.plotStyle});
-  if (options.outputDir)
-    command.insert(command.end(), {"--output-dir", FullPath(*options.outputDir)});
-  return command;
-}
-
 // Passes what the worker's host reports to the row being recorded.
 class RecordedReports : public embedded::ConsoleReports {
  public:
@@ -289,6 +273,7 @@ class RecordedReports : public embedded::ConsoleReports {
     recorder_.Add(RowEvent::HostFailure, reason);
   }
   void Notice(const std::string& text) override { recorder_.Add(RowEvent::HostNotice, text); }
+  bool AnnouncesStop() const override { return false; }
 
  private:
   RowRecorder& recorder_;
@@ -315,6 +300,11 @@ int RunPlot(const PlotOptions& options, const CommandIo& io) {
   const int jobs = options.jobs == 0
                        ? std::max(1, static_cast<int>(std::thread::hardware_concurrency()))
                        : options.jobs;
+  if (jobs > 1 && (options.combine || options.outputDir)) {
+    io.err << "sheafwork: " << (options.combine ? "--combine" : "--output-dir")
+           << " ne se combine pas avec --jobs au-delà de 1\n";
+    return kExitBadInput;
+  }
   if (jobs > 1 && !embeddedHost) {
     io.err << "sheafwork: --jobs au-delà de 1 demande l'hôte embarqué (« " << kEmbeddedHostName
            << " ») : l'hôte « " << name << " » pilote un seul programme de CAO\n";
@@ -334,7 +324,19 @@ int RunPlot(const PlotOptions& options, const CommandIo& io) {
     if (ec) return Fail(io, *options.outputDir, ec.message());
   }
   const auto combined = std::make_shared<CombinedOutcome>();
-  const HostFactory embeddedFactory = RunHost(options, combined, progress, io);
+  // The drawings converted from DWG, the counting pass's included, are kept
+  // for every process of a parallel run.
+  std::unique_ptr<embedded::ScratchFolder> conversions;
+  PlotOptions shared = options;
+  if (jobs > 1) {
+    try {
+      conversions = std::make_unique<embedded::ScratchFolder>();
+    } catch (const host::Error& error) {
+      return Refuse(io, error.description());
+    }
+    shared.conversionFolder = conversions->path();
+  }
+  const HostFactory embeddedFactory = RunHost(shared, combined, progress, io);
   if (!run.Attach(options.host, status, embeddedHost ? &embeddedFactory : nullptr)) return status;
 
   RunServices services;
@@ -346,7 +348,7 @@ int RunPlot(const PlotOptions& options, const CommandIo& io) {
   services.observer = progress.get();
   services.prompt = &run.prompt();
   services.jobs = jobs;
-  if (jobs > 1) services.workerCommand = WorkerCommand(options, services);
+  if (jobs > 1) services.workerCommand = WorkerCommand(services.plotStyle, shared.conversionFolder);
   const RunResult result = PlotAllEntries(run.session(), run.host(), services);
   run.End();  // the host writes the combined PDF at the latest when it quits
   progress->Finish();
@@ -371,7 +373,7 @@ int RunPlotWorker(const std::vector<std::string>& args, const CommandIo& io) {
   std::string plotStyle;
   for (std::size_t i = 0; i + 1 < args.size(); i += 2) {
     if (args[i] == "--plot-style") plotStyle = args[i + 1];
-    if (args[i] == "--output-dir") options.outputDir = args[i + 1];
+    if (args[i] == "--conversions") options.conversionFolder = args[i + 1];
   }
   RowSource rows(3);
   std::string list;

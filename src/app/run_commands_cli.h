@@ -28,6 +28,8 @@ struct PlotOptions {
   /// How many worker processes plot the rows (embedded host only); 1: the
   /// run plots them itself; 0: one per core.
   int jobs = 1;
+  /// The folder the processes of a parallel run keep DWG conversions in.
+  std::string conversionFolder;
   EntryFieldOptions fields;
 };
 
@@ -46,11 +48,8 @@ bool IsDrawingName(const std::string& name);
 /// or no usable host.
 int RunPlot(const PlotOptions& options, const CommandIo& io);
 
-/// The hidden command a parallel run starts its workers with.
-inline constexpr const char* kPlotWorkerCommand = "plot-worker";
-
 /// A worker of a parallel run (`args` after the command's name: the run's
-/// plot style table and output folder): reads the list and its rows from
+/// plot style table and conversion folder): reads the list and its rows from
 /// descriptor 3 and writes their records to descriptor 4. Returns the exit
 /// status.
 int RunPlotWorker(const std::vector<std::string>& args, const CommandIo& io);

@@ -1,6 +1,7 @@
 #include "plotrun/plot_run.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <deque>
 #include <map>
@@ -364,6 +365,7 @@ void Run::LogHostError(const host::Error& error) {
 // rows it had not begun.
 void Run::PlotRowsInWorkers(int count) {
   constexpr std::size_t kRowsAhead = 2;
+  const PipeSignalIgnored pipeSignal;
   const std::string greeting =
       Block(ListForWorkers(session_)) + Block(std::to_string(result_.totalPlots));
   std::deque<int> todo;
@@ -431,7 +433,9 @@ void Run::PlotRowsInWorkers(int count) {
         continue;
       }
       std::string reason = worker.WaitForEnd();
-      if (!worker.rows.empty()) {
+      // A worker ending by itself while the run stops leaves its rows as
+      // they are, like the rows not handed out.
+      if (!worker.rows.empty() && !(stopping && reason.empty())) {
         if (reason.empty()) reason = LoadResourceText(ids::kWorkerExited) + "0";
         done[worker.rows.front()] = LostRow(worker.rows.front(), reason);
         for (auto row = worker.rows.rbegin(); row + 1 != worker.rows.rend(); ++row) {
@@ -517,15 +521,22 @@ bool Run::Serve(std::int16_t totalPlots, RowSource& rows, int recordsFd, RowReco
     auto plot = host_.App().ActiveDocument()->GetPlot();
     plot->SetQuietErrorMode(true);
     plot->StartBatchMode(totalPlots);
+    // The run asks a worker to stop with SIGINT (WorkerProcess::Stop); a
+    // SIGTERM from anyone else ends the worker, and the run fails its row
+    // and goes on.
+    std::signal(SIGTERM, SIG_DFL);
   } catch (const host::Error&) {
     return true;  // the run fails the rows handed out when this worker ends
   }
+  // Once the run is stopped or the host failed, the rows still sent are
+  // answered as not begun, until the run closes the stream.
+  bool finished = false;
   for (int row; (row = rows.NextRow()) > 0;) {
     recorder.Begin(row);
     bool going = false;
     bool ended = false;
     try {
-      going = StillGoing(*host_.App().ActiveDocument()->GetPlot());
+      going = !finished && StillGoing(*host_.App().ActiveDocument()->GetPlot());
       if (going) {
         if (row == abortRow) std::abort();
         PlotRowOrFail(row);
@@ -536,10 +547,10 @@ bool Run::Serve(std::int16_t totalPlots, RowSource& rows, int recordsFd, RowReco
     }
     RowRecord record = recorder.Take();
     record.skipped = !going && !ended;
-    record.cancelled = result_.cancelled && going;
+    record.cancelled = going && result_.cancelled;
     record.ended = ended;
     if (!WriteAllTo(recordsFd, EncodeRecord(record))) return false;
-    if (record.skipped || record.cancelled || record.ended) break;
+    finished = finished || !going || record.cancelled || ended;
   }
   try {
     host_.App().ActiveDocument()->GetPlot()->SetSheafworkProgress(false);

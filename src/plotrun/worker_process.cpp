@@ -3,6 +3,8 @@
 #include <cerrno>
 #include <charconv>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 
 #ifndef _WIN32
 #include <fcntl.h>
@@ -21,6 +23,17 @@ extern char** environ;
 #endif
 
 namespace sheafwork {
+
+std::vector<std::string> WorkerCommand(const std::string& plotStyle,
+                                       const std::string& conversionFolder) {
+  std::error_code ec;
+  const std::filesystem::path exe = std::filesystem::read_symlink("/proc/self/exe", ec);
+  std::vector<std::string> command = {ec ? std::string("/proc/self/exe") : exe.string(),
+                                      kPlotWorkerCommand};
+  if (!plotStyle.empty()) command.insert(command.end(), {"--plot-style", plotStyle});
+  command.insert(command.end(), {"--conversions", conversionFolder});
+  return command;
+}
 
 std::string Block(std::string_view bytes) {
   return std::to_string(bytes.size()) + "\n" + std::string(bytes);
@@ -132,13 +145,15 @@ bool WorkerProcess::ReadRecords(std::vector<RowRecord>& out) {
     n = read(records_, buffer, sizeof buffer);
   } while (n < 0 && errno == EINTR);
   if (n <= 0) return false;
-  return reader_.Feed(std::string_view(buffer, static_cast<std::size_t>(n)), out);
+  if (reader_.Feed(std::string_view(buffer, static_cast<std::size_t>(n)), out)) return true;
+  kill(pid_, SIGKILL);  // it no longer speaks the run's language
+  return false;
 }
 
 void WorkerProcess::Stop() {
   if (stopped_ || pid_ <= 0) return;
   stopped_ = true;
-  kill(pid_, SIGTERM);
+  kill(pid_, SIGINT);
 }
 
 std::string WorkerProcess::WaitForEnd() {
@@ -163,6 +178,10 @@ std::string WorkerProcess::WaitForEnd() {
   }
   return {};
 }
+
+PipeSignalIgnored::PipeSignalIgnored() : previous_(signal(SIGPIPE, SIG_IGN)) {}
+
+PipeSignalIgnored::~PipeSignalIgnored() { signal(SIGPIPE, previous_); }
 
 std::vector<int> WaitForReadable(const std::vector<int>& fds, int timeoutMs) {
   std::vector<pollfd> polled;
@@ -229,6 +248,8 @@ WorkerProcess::~WorkerProcess() = default;
 bool WorkerProcess::SendRow(int) { return false; }
 bool WorkerProcess::ReadRecords(std::vector<RowRecord>&) { return false; }
 void WorkerProcess::Stop() {}
+PipeSignalIgnored::PipeSignalIgnored() = default;
+PipeSignalIgnored::~PipeSignalIgnored() = default;
 std::string WorkerProcess::WaitForEnd() { return {}; }
 std::vector<int> WaitForReadable(const std::vector<int>&, int) { return {}; }
 bool RowSource::ReadLine(std::string&) { return false; }

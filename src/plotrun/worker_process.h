@@ -16,6 +16,16 @@
 
 namespace sheafwork {
 
+/// The hidden command of the program that a parallel run starts its
+/// workers with.
+inline constexpr const char* kPlotWorkerCommand = "plot-worker";
+
+/// The command of a worker: the running program with kPlotWorkerCommand,
+/// the run's plot style table (may be empty) and the folder its processes
+/// keep DWG conversions in.
+std::vector<std::string> WorkerCommand(const std::string& plotStyle,
+                                       const std::string& conversionFolder);
+
 class WorkerProcess {
  public:
   /// Starts `command` (the program's path first) and sends it `greeting`.
@@ -34,7 +44,7 @@ class WorkerProcess {
   /// `out`; false once the worker closed its end or wrote something that is
   /// not a record.
   bool ReadRecords(std::vector<RowRecord>& out);
-  /// Asks the worker to stop after its sheet, as Ctrl+C does (once).
+  /// Asks the worker to stop after its sheet: SIGINT, as Ctrl+C (once).
   void Stop();
   /// Waits for the worker to end; why it ended, as a French sentence, or
   /// empty when it ended normally.
@@ -51,6 +61,19 @@ class WorkerProcess {
   int records_ = -1;
   bool stopped_ = false;
   RecordReader reader_;
+};
+
+/// While it lives, writing to a worker that died fails with EPIPE instead of
+/// ending the program with SIGPIPE.
+class PipeSignalIgnored {
+ public:
+  PipeSignalIgnored();
+  ~PipeSignalIgnored();
+  PipeSignalIgnored(const PipeSignalIgnored&) = delete;
+  PipeSignalIgnored& operator=(const PipeSignalIgnored&) = delete;
+
+ private:
+  void (*previous_)(int) = nullptr;
 };
 
 /// Waits until one of `fds` can be read or `timeoutMs` passes; the

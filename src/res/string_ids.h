@@ -347,5 +347,10 @@ inline constexpr int kWorkerKilled = 550;         // "ERREUR : le processus ... 
 inline constexpr int kWorkerExited = 551;         // "ERREUR : le processus ... avec le code "
 inline constexpr int kWorkerNotStarted = 552;     // "ERREUR : impossible de démarrer un ..."
 inline constexpr int kWorkersUnavailable = 553;   // "les processus de traçage parallèles ..."
+inline constexpr int kMenuJobs = 554;             // "Traçage en &parallèle..."
+inline constexpr int kTipJobs = 555;              // "Nombre de processus qui tracent ..."
+inline constexpr int kJobsTitle = 556;            // "Traçage en parallèle"
+inline constexpr int kJobsLabel = 557;            // "Processus de traçage (0 : un par cœur)"
+inline constexpr int kJobsNote = 558;             // "Avec plus d'un processus, chaque ligne ..."
 
 }  // namespace sheafwork::ids
