@@ -31,7 +31,7 @@ while [ $# -gt 0 ]; do
     *) echo "usage: $0 [--rounds N]" >&2; exit 2 ;;
   esac
 done
-[[ "$rounds" =~ ^[1-9][0-9]*$ ]] || { echo "--rounds wants a whole number >= 1" >&2; exit 2; }
+[[ "$rounds" =~ ^[1-9][0-9]*$ && "$rounds" -ge 2 ]] || { echo "--rounds wants a whole number >= 2" >&2; exit 2; }
 
 if [ -n "${SHEAFWORK:-}" ]; then
   sheafwork=$(realpath "$SHEAFWORK")
@@ -99,7 +99,7 @@ make_list "$work/lot.qx3" lot 1 "$rounds"
 half=$((rounds / 2))
 make_list "$work/moitie-1.qx3" moitie-1 1 "$half"
 make_list "$work/moitie-2.qx3" moitie-2 $((half + 1)) "$rounds"
-rows=$(grep -c 'FILENAME"' "$work/lot.qx3")
+rows=$(grep -c '^"DWG#[0-9]*FILENAME"' "$work/lot.qx3")
 
 now() { date +%s.%N; }
 load() { cut -d' ' -f1 /proc/loadavg; }

@@ -18,7 +18,7 @@ while IFS=$'\t' read -r drawing options; do
 done <"$source_dir/tests/data/parallel/rows.txt"
 "$exe" list set "$list" --journal on --journal-file "$work/journal.log" --journal-mode overwrite \
   --error-log on --error-file "$work/erreurs.log" --error-mode overwrite >/dev/null || exit 1
-rows=$(grep -c 'FILENAME"' "$list")
+rows=$(grep -c '^"DWG#[0-9]*FILENAME"' "$list")
 
 # The logs and the progress lines of a run, elapsed times masked.
 plot() {
