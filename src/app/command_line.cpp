@@ -201,7 +201,7 @@ void AddPlotOptions(CLI::App& plot, PlotOptions& options, const CommandEnvironme
           "-j,--jobs", options.jobs,
           "Nombre de processus qui tracent les lignes en parallèle (1 par défaut ; 0 : un "
           "par cœur ; hôte embarqué seulement) ; les journaux restent dans l'ordre des lignes")
-      ->check(CLI::NonNegativeNumber);
+      ->check(CLI::Range(0, 256));
   AddRowOptions(plot, options.fields);
   for (CLI::Option* option : plot.get_options()) {
     const std::string& name = option->get_name();
