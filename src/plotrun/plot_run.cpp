@@ -398,9 +398,10 @@ void Run::PlotRowsInWorkers(int count) {
     }
     for (auto it = workers.begin(); it != workers.end();) {
       WorkerProcess& worker = **it;
-      while (!stopping && !todo.empty() && worker.rows.size() < kRowsAhead &&
-             worker.SendRow(todo.front())) {
+      while (!stopping && !todo.empty() && worker.rows.size() < kRowsAhead) {
+        const int row = todo.front();
         todo.pop_front();
+        if (!worker.SendRow(row)) break;  // its end fails the row
       }
       if (worker.rows.empty()) {
         worker.WaitForEnd();  // nothing more for it

@@ -133,9 +133,8 @@ WorkerProcess::~WorkerProcess() {
 }
 
 bool WorkerProcess::SendRow(int row) {
-  if (rowsFd_ < 0 || !WriteAllTo(rowsFd_, std::to_string(row) + "\n")) return false;
   rows.push_back(row);
-  return true;
+  return rowsFd_ >= 0 && WriteAllTo(rowsFd_, std::to_string(row) + "\n");
 }
 
 bool WorkerProcess::ReadRecords(std::vector<RowRecord>& out) {

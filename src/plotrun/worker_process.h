@@ -36,7 +36,8 @@ class WorkerProcess {
   WorkerProcess(const WorkerProcess&) = delete;
   WorkerProcess& operator=(const WorkerProcess&) = delete;
 
-  /// Hands the worker a row; false when it can no longer take one.
+  /// Hands the worker a row, which is its own from then on (a worker that
+  /// died fails it); false when the worker can no longer take one.
   bool SendRow(int row);
   /// The descriptor to wait on for records.
   int RecordsFd() const { return records_; }
