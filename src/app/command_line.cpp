@@ -15,6 +15,7 @@
 #include "app/version.h"
 #include "embedded/automation/embedded_host.h"
 #include "platform/program_folders.h"
+#include "plotrun/worker_process.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 #include "text/strings.h"
@@ -216,6 +217,11 @@ void AddPlotOptions(CLI::App& plot, PlotOptions& options, const CommandEnvironme
           "part");
   plot.get_option("--shard")->type_name("K/N");
   plot.add_flag("-q,--quiet", options.quiet, "N'afficher que les erreurs et le bilan");
+  plot.add_option(
+          "-j,--jobs", options.jobs,
+          "Nombre de processus qui tracent les lignes en parallèle (1 par défaut ; 0 : un "
+          "par cœur ; hôte embarqué seulement) ; les journaux restent dans l'ordre des lignes")
+      ->check(CLI::Range(0, 256));
   AddRowOptions(plot, options.fields);
   for (CLI::Option* option : plot.get_options()) {
     const std::string& name = option->get_name();
@@ -412,6 +418,11 @@ int RunCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
   // Building every option of every command was a noticeable part of a short
   // run.
   const std::string_view named = argc > 1 ? argv[1] : "";
+  if (named == kPlotWorkerCommand) {
+    // Started by a parallel run, not by the user: no help, no parser.
+    const CommandIo io{out, err, env};
+    return RunPlotWorker(std::vector<std::string>(argv + 2, argv + argc), io);
+  }
 
   ListCommands listed;
   CLI::App* list = AddSubcommand(app, "list", "Créer, modifier et afficher des fichiers listes");

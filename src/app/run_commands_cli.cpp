@@ -11,12 +11,14 @@
 #include <memory>
 #include <optional>
 #include <system_error>
+#include <thread>
 
 #include "app/console_prompt.h"
 #include "app/host_choice.h"
 #include "app/list_commands_cli.h"
 #include "app/run_progress.h"
 #include "app/shard_run.h"
+#include "embedded/automation/dwg_converter.h"
 #include "embedded/automation/embedded_host.h"
 #include "embedded/plotstyle/lookup.h"
 #include "embedded/plotstyle/plot_style_file.h"
@@ -24,7 +26,9 @@
 #include "host/startup.h"
 #include "platform/program_folders.h"
 #include "plotrun/plot_run.h"
+#include "plotrun/row_record.h"
 #include "plotrun/shard.h"
+#include "plotrun/worker_process.h"
 #include "plottest/plot_test.h"
 #include "plottest/results_actions.h"
 #include "res/string_ids.h"
@@ -171,6 +175,7 @@ HostFactory RunHost(const PlotOptions& options, std::shared_ptr<CombinedOutcome>
     };
   }
   if (options.outputDir) hostOptions.outputFolder = FullPath(*options.outputDir);
+  hostOptions.conversionFolder = options.conversionFolder;
   return [hostOptions, &io] {
     try {
       return embedded::MakeEmbeddedHost(hostOptions);
@@ -278,6 +283,20 @@ ProgressStyle ChooseProgressStyle(const PlotOptions& options, const CommandIo& i
   return ProgressStyle::Terminal;
 }
 
+// Passes what the worker's host reports to the row being recorded.
+class RecordedReports : public embedded::ConsoleReports {
+ public:
+  explicit RecordedReports(RowRecorder& recorder) : recorder_(recorder) {}
+  void PlotFailed(const std::string& reason) override {
+    recorder_.Add(RowEvent::HostFailure, reason);
+  }
+  void Notice(const std::string& text) override { recorder_.Add(RowEvent::HostNotice, text); }
+  bool AnnouncesStop() const override { return false; }
+
+ private:
+  RowRecorder& recorder_;
+};
+
 double SteadySeconds() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
@@ -321,6 +340,20 @@ int RunPlot(const PlotOptions& given, const CommandIo& io) {
   if (!choice) return kExitBadInput;
   const std::string& name = choice->name;
   const bool embeddedHost = name == kEmbeddedHostName;
+  const int jobs = options.jobs == 0
+                       ? std::max(1, static_cast<int>(std::thread::hardware_concurrency()))
+                       : options.jobs;
+  if (jobs > 1 && (options.combine || options.outputDir || shard)) {
+    io.err << "sheafwork: "
+           << (options.combine ? "--combine" : options.outputDir ? "--output-dir" : "--shard")
+           << " ne se combine pas avec --jobs au-delà de 1\n";
+    return kExitBadInput;
+  }
+  if (jobs > 1 && !embeddedHost) {
+    io.err << "sheafwork: --jobs au-delà de 1 demande l'hôte embarqué (« " << kEmbeddedHostName
+           << " ») : l'hôte « " << name << " » pilote un seul programme de CAO\n";
+    return kExitBadInput;
+  }
   for (const auto& [option, given] : {std::pair{"--combine", options.combine.has_value()},
                                       std::pair{"--output-dir", options.outputDir.has_value()}}) {
     if (given && !embeddedHost) {
@@ -335,7 +368,19 @@ int RunPlot(const PlotOptions& given, const CommandIo& io) {
     if (ec) return Fail(io, *options.outputDir, ec.message());
   }
   const auto combined = std::make_shared<CombinedOutcome>();
-  const HostFactory embeddedFactory = RunHost(options, combined, progress, io);
+  // The drawings converted from DWG, the counting pass's included, are kept
+  // for every process of a parallel run.
+  std::unique_ptr<embedded::ScratchFolder> conversions;
+  PlotOptions shared = options;
+  if (jobs > 1) {
+    try {
+      conversions = std::make_unique<embedded::ScratchFolder>();
+    } catch (const host::Error& error) {
+      return Refuse(io, error.description());
+    }
+    shared.conversionFolder = conversions->path();
+  }
+  const HostFactory embeddedFactory = RunHost(shared, combined, progress, io);
   const HostFactory* factory = embeddedHost ? &embeddedFactory : comFactory ? &comFactory : nullptr;
   if (!run.Attach(name, status, factory)) return status;
   // Once the host is attached: the default logs' folder exists then.
@@ -353,6 +398,8 @@ int RunPlot(const PlotOptions& given, const CommandIo& io) {
     services.plotsRow = [split = *shard](int row) { return split.Holds(row); };
     progress->PlanRows(shard->RowsOf(run.session().List.EntryCount()));
   }
+  services.jobs = jobs;
+  if (jobs > 1) services.workerCommand = WorkerCommand(services.plotStyle, shared.conversionFolder);
   const RunResult result = PlotAllEntries(run.session(), run.host(), services);
   const bool recordOk = shardRun.End(result, io);
   run.End();  // the host writes the combined PDF at the latest when it quits
@@ -373,6 +420,37 @@ int RunPlot(const PlotOptions& given, const CommandIo& io) {
   const bool logsOk = result.logProblems.empty();
   return result.failed > 0 || result.endedEarly || !combinedOk || !logsOk || !recordOk ? kExitFailed
                                                                                        : kExitOk;
+}
+
+int RunPlotWorker(const std::vector<std::string>& args, const CommandIo& io) {
+  PlotOptions options;
+  std::string plotStyle;
+  for (std::size_t i = 0; i + 1 < args.size(); i += 2) {
+    if (args[i] == "--plot-style") plotStyle = args[i + 1];
+    if (args[i] == "--conversions") options.conversionFolder = args[i + 1];
+  }
+  RowSource rows(3);
+  std::string list;
+  std::string total;
+  if (!rows.ReadBlock(list) || !rows.ReadBlock(total)) return kExitBadInput;
+
+  RunSession run(io);
+  if (!ReadListBytes(run.session(), list, false).ok()) return kExitBadInput;
+  RowRecorder recorder;
+  auto reports = std::make_shared<RecordedReports>(recorder);
+  const auto combined = std::make_shared<CombinedOutcome>();
+  const HostFactory factory = RunHost(options, combined, reports, io);
+  int status = kExitOk;
+  if (!run.Attach(kEmbeddedHostName, status, &factory)) return status;
+
+  RunServices services;
+  services.plotStyle = plotStyle;
+  services.prompt = &run.prompt();
+  if (io.env.clock) services.clock = io.env.clock;
+  const bool written =
+      ServeRows(run.session(), run.host(), services,
+                static_cast<std::int16_t>(std::atoi(total.c_str())), rows, 4, recorder);
+  return written ? kExitOk : kExitFailed;
 }
 
 int RunCheck(const CheckOptions& options, const CommandIo& io) {

@@ -31,6 +31,11 @@ struct PlotOptions {
   /// "K/N": plot only shard K of N of the list's rows (plotrun/shard.h),
   /// with the shard's own logs and record.
   std::optional<std::string> shard;
+  /// How many worker processes plot the rows (embedded host only); 1: the
+  /// run plots them itself; 0: one per core.
+  int jobs = 1;
+  /// The folder the processes of a parallel run keep DWG conversions in.
+  std::string conversionFolder;
   EntryFieldOptions fields;
 };
 
@@ -53,6 +58,11 @@ int RunPlot(const PlotOptions& options, const CommandIo& io);
 /// What a run did, as its summary says it: "N ligne(s) tracée(s), M en
 /// échec".
 std::string RowsSummary(int plotted, int failed);
+/// A worker of a parallel run (`args` after the command's name: the run's
+/// plot style table and conversion folder): reads the list and its rows from
+/// descriptor 3 and writes their records to descriptor 4. Returns the exit
+/// status.
+int RunPlotWorker(const std::vector<std::string>& args, const CommandIo& io);
 
 /// Runs the plot test and prints the results on stdout. 0 when it found no
 /// error, 1 when it did (or the results could not be saved), 2 for unusable

@@ -93,6 +93,14 @@ void RunProgress::RowCancelled(int) {
 
 void RunProgress::PlotFailed(const std::string& reason) { AddReason(reason); }
 
+void RunProgress::HostReported(const std::string& text, bool failure) {
+  if (failure) {
+    PlotFailed(text);
+  } else {
+    Notice(text);
+  }
+}
+
 void RunProgress::ErrorLogged(const std::string& line) {
   // The row's own line says that it failed.
   if (inRow_ && line == LoadResourceText(ids::kPlotFailed) + drawing_) return;

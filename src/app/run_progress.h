@@ -39,6 +39,7 @@ class RunProgress : public RunObserver, public embedded::ConsoleReports {
   void ErrorLogged(const std::string& line) override;
   void RowFinished(int row, RowStatus status) override;
   void RowCancelled(int row) override;
+  void HostReported(const std::string& text, bool failure) override;
   void PlotFailed(const std::string& reason) override;
   void Notice(const std::string& text) override;
 

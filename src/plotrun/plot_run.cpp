@@ -1,7 +1,14 @@
 #include "plotrun/plot_run.h"
 
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <deque>
+#include <map>
+#include <memory>
 #include <new>
 
+#include "batch/list_file.h"
 #include "batch/list_row.h"
 #include "host/error.h"
 #include "log/log_file.h"
@@ -9,6 +16,8 @@
 #include "plotcfg/layout_setup.h"
 #include "plotcfg/page_setup.h"
 #include "plotrun/plot_layout.h"
+#include "plotrun/row_record.h"
+#include "plotrun/worker_process.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
@@ -37,9 +46,15 @@ class Run {
                  services.plotStyle} {}
 
   RunResult Go();
+  /// A worker's run: see ServeRows.
+  bool Serve(std::int16_t totalPlots, RowSource& rows, int recordsFd, RowRecorder& recorder);
 
  private:
   void PlotAll();
+  void PlotRowsInWorkers(int count);
+  /// Writes what a worker did with a row as if this run had done it.
+  void Replay(const RowRecord& record);
+  RowRecord LostRow(int row, const std::string& reason) const;
   void ReportLogs();
   bool CountPlots();
   void PlotRow(int row);
@@ -100,13 +115,18 @@ void Run::PlotAll() {
     if (services_.observer) services_.observer->RowsCleared();
     const int count = session_.List.EntryCount();
     result_.logBytesBeforeRows = {0, logs_.journal.BytesWritten(), logs_.errorLog.BytesWritten()};
-    for (int row = 1; row <= count && !result_.cancelled; ++row) {
-      if (!Plots(row)) continue;
-      const std::uint64_t journal = logs_.journal.BytesWritten();
-      const std::uint64_t errorLog = logs_.errorLog.BytesWritten();
-      PlotRowOrFail(row);
-      result_.rowLogBytes.push_back(
-          {row, logs_.journal.BytesWritten() - journal, logs_.errorLog.BytesWritten() - errorLog});
+    if (services_.jobs > 1) {
+      // Every row: a share of the rows (plotsRow) is plotted by one process.
+      PlotRowsInWorkers(count);
+    } else {
+      for (int row = 1; row <= count && !result_.cancelled; ++row) {
+        if (!Plots(row)) continue;
+        const std::uint64_t journal = logs_.journal.BytesWritten();
+        const std::uint64_t errorLog = logs_.errorLog.BytesWritten();
+        PlotRowOrFail(row);
+        result_.rowLogBytes.push_back(
+            {row, logs_.journal.BytesWritten() - journal, logs_.errorLog.BytesWritten() - errorLog});
+      }
     }
     if (result_.cancelled) result_.endedEarly = true;
     host_.App().ActiveDocument()->GetPlot()->SetSheafworkProgress(false);
@@ -349,6 +369,210 @@ void Run::LogHostError(const host::Error& error) {
   logs_.errorLog.WriteLogLine(host::HostErrorLine(error));
 }
 
+// The rows go to worker processes, a few at a time each so that none waits
+// for the next; their records come back in any order and are written in row
+// order, a row that finished early waiting for those before it. A stop asked
+// for here is passed on to every worker, which ends after its sheet; the rows
+// it was not handed are not plotted, as in a run that plots them itself. A
+// worker that dies fails the row it was plotting, and another one takes the
+// rows it had not begun.
+void Run::PlotRowsInWorkers(int count) {
+  constexpr std::size_t kRowsAhead = 2;
+  const PipeSignalIgnored pipeSignal;
+  const std::string greeting =
+      Block(ListForWorkers(session_)) + Block(std::to_string(result_.totalPlots));
+  std::deque<int> todo;
+  for (int row = 1; row <= count; ++row) todo.push_back(row);
+  std::vector<std::unique_ptr<WorkerProcess>> workers;
+  std::map<int, RowRecord> done;
+  int next = 1;
+  bool stopping = false;
+  const auto stopAll = [&] {
+    stopping = true;
+    for (const auto& worker : workers) worker->Stop();
+  };
+
+  for (;;) {
+    if (!stopping && !StillGoing(*host_.App().ActiveDocument()->GetPlot())) stopAll();
+    while (!stopping && !todo.empty() &&
+           workers.size() < static_cast<std::size_t>(services_.jobs) &&
+           workers.size() < todo.size()) {
+      std::string error;
+      auto worker = WorkerProcess::Start(services_.workerCommand, greeting, error);
+      if (!worker) {
+        logs_.errorLog.WriteLogLine(LoadResourceText(ids::kWorkerNotStarted) + error);
+        if (workers.empty()) {
+          result_.endedEarly = true;
+          stopping = true;
+        }
+        break;
+      }
+      workers.push_back(std::move(worker));
+    }
+    for (auto it = workers.begin(); it != workers.end();) {
+      WorkerProcess& worker = **it;
+      while (!stopping && !todo.empty() && worker.rows.size() < kRowsAhead) {
+        const int row = todo.front();
+        todo.pop_front();
+        if (!worker.SendRow(row)) break;  // its end fails the row
+      }
+      if (worker.rows.empty()) {
+        worker.WaitForEnd();  // nothing more for it
+        it = workers.erase(it);
+      } else {
+        ++it;
+      }
+    }
+    if (workers.empty()) break;
+
+    std::vector<int> fds;
+    for (const auto& worker : workers) fds.push_back(worker->RecordsFd());
+    const std::vector<int> ready = WaitForReadable(fds, 100);
+    for (auto it = workers.begin(); it != workers.end();) {
+      WorkerProcess& worker = **it;
+      if (std::find(ready.begin(), ready.end(), worker.RecordsFd()) == ready.end()) {
+        ++it;
+        continue;
+      }
+      std::vector<RowRecord> records;
+      const bool alive = worker.ReadRecords(records);
+      for (RowRecord& record : records) {
+        std::erase(worker.rows, record.row);
+        if ((record.cancelled || record.ended || record.skipped) && !stopping) stopAll();
+        const int row = record.row;
+        done[row] = std::move(record);
+      }
+      if (alive) {
+        ++it;
+        continue;
+      }
+      std::string reason = worker.WaitForEnd();
+      // A worker ending by itself while the run stops leaves its rows as
+      // they are, like the rows not handed out.
+      if (!worker.rows.empty() && !(stopping && reason.empty())) {
+        if (reason.empty()) reason = LoadResourceText(ids::kWorkerExited) + "0";
+        done[worker.rows.front()] = LostRow(worker.rows.front(), reason);
+        for (auto row = worker.rows.rbegin(); row + 1 != worker.rows.rend(); ++row) {
+          todo.push_front(*row);
+        }
+      }
+      it = workers.erase(it);
+    }
+    for (auto found = done.find(next); found != done.end(); found = done.find(++next)) {
+      Replay(found->second);
+      done.erase(found);
+    }
+  }
+  // Rows after one that was never plotted (the run was stopped).
+  for (const auto& [row, record] : done) Replay(record);
+}
+
+void Run::Replay(const RowRecord& record) {
+  if (record.skipped) return;
+  const int row = record.row;
+  RunObserver* observer = services_.observer;
+  if (observer) {
+    observer->RowStarted(row, session_.List.EntryCount(), EntryAsShown(session_.List.Entry(row)));
+  }
+  for (const RowEvent& event : record.events) {
+    switch (event.kind) {
+      case RowEvent::ErrorLine:
+        logs_.errorLog.WriteLogLine(event.text);
+        break;
+      case RowEvent::JournalLine:
+        WriteJournalLine(logs_.journal, logs_.errorLog, event.text);
+        break;
+      case RowEvent::HostFailure:
+      case RowEvent::HostNotice:
+        if (observer) observer->HostReported(event.text, event.kind == RowEvent::HostFailure);
+        break;
+      case RowEvent::Sheet:
+        SheetPlotted(row);
+        break;
+      case RowEvent::Plotted:
+        ++result_.plotted;
+        if (observer) observer->RowFinished(row, RowStatus::Plotted);
+        break;
+      case RowEvent::Failed:
+        ++result_.failed;
+        if (observer) observer->RowFinished(row, RowStatus::Failed);
+        break;
+      case RowEvent::Cancelled:
+        if (observer) observer->RowCancelled(row);
+        break;
+    }
+  }
+  if (record.cancelled) result_.cancelled = true;
+  if (record.ended) result_.endedEarly = true;
+}
+
+// The row a worker was plotting when it died: failed, saying how it died.
+RowRecord Run::LostRow(int row, const std::string& reason) const {
+  const std::string& fileName = EntryAsShown(session_.List.Entry(row)).FileName;
+  return RowRecord{row,
+                   false,
+                   false,
+                   false,
+                   {{RowEvent::ErrorLine, reason},
+                    {RowEvent::ErrorLine, LoadResourceText(ids::kPlotFailed) + fileName},
+                    {RowEvent::Failed, {}}}};
+}
+
+// For tests: a worker handed this row ends abnormally, as a crash would.
+int WorkerAbortRow() {
+  const char* value = std::getenv("SHEAFWORK_WORKER_ABORT_ROW");
+  return value ? std::atoi(value) : 0;
+}
+
+bool Run::Serve(std::int16_t totalPlots, RowSource& rows, int recordsFd, RowRecorder& recorder) {
+  logs_.journal.SetEcho([&recorder](std::string_view line) {
+    recorder.Add(RowEvent::JournalLine, std::string(line));
+  });
+  logs_.errorLog.SetEcho(
+      [&recorder](std::string_view line) { recorder.ErrorLogged(std::string(line)); });
+  const int abortRow = WorkerAbortRow();
+  try {
+    auto plot = host_.App().ActiveDocument()->GetPlot();
+    plot->SetQuietErrorMode(true);
+    plot->StartBatchMode(totalPlots);
+    // The run asks a worker to stop with SIGINT (WorkerProcess::Stop); a
+    // SIGTERM from anyone else ends the worker, and the run fails its row
+    // and goes on.
+    std::signal(SIGTERM, SIG_DFL);
+  } catch (const host::Error&) {
+    return true;  // the run fails the rows handed out when this worker ends
+  }
+  // Once the run is stopped or the host failed, the rows still sent are
+  // answered as not begun, until the run closes the stream.
+  bool finished = false;
+  for (int row; (row = rows.NextRow()) > 0;) {
+    recorder.Begin(row);
+    bool going = false;
+    bool ended = false;
+    try {
+      going = !finished && StillGoing(*host_.App().ActiveDocument()->GetPlot());
+      if (going) {
+        if (row == abortRow) std::abort();
+        PlotRowOrFail(row);
+      }
+    } catch (const host::Error& error) {
+      LogHostError(error);
+      ended = true;
+    }
+    RowRecord record = recorder.Take();
+    record.skipped = !going && !ended;
+    record.cancelled = going && result_.cancelled;
+    record.ended = ended;
+    if (!WriteAllTo(recordsFd, EncodeRecord(record))) return false;
+    finished = finished || !going || record.cancelled || ended;
+  }
+  try {
+    host_.App().ActiveDocument()->GetPlot()->SetSheafworkProgress(false);
+  } catch (const host::Error&) {
+  }
+  return true;
+}
+
 bool Run::StillGoing(host::Plot& plot) {
   if (plot.SheafworkProgress()) return true;
   result_.cancelled = true;
@@ -369,6 +593,17 @@ std::string FormatElapsedTime(const LocalTime& start, const LocalTime& end) {
 
 RunResult PlotAllEntries(Session& session, HostSession& host, const RunServices& services) {
   return Run(session, host, services).Go();
+}
+
+bool ServeRows(Session& session, HostSession& host, const RunServices& services,
+               std::int16_t totalPlots, RowSource& rows, int recordsFd, RowRecorder& recorder) {
+  RunServices own = services;
+  own.observer = &recorder;
+  return Run(session, host, own).Serve(totalPlots, rows, recordsFd, recorder);
+}
+
+std::string ListForWorkers(const Session& session) {
+  return FormatListFile(session, session.ListName, session.WinSize);
 }
 
 }  // namespace sheafwork

@@ -35,6 +35,10 @@ class RunObserver {
   /// The user stopped the run while row `row` was being plotted; its status
   /// stays as it was.
   virtual void RowCancelled(int row) { (void)row; }
+  /// The host's reason for a failed plot (`failure`) or its notice about a
+  /// plot that goes on, passed on from a worker process; a host that plots
+  /// in this process tells its own display.
+  virtual void HostReported(const std::string& text, bool failure) { (void)text, (void)failure; }
 };
 
 struct RunServices {
@@ -48,6 +52,12 @@ struct RunServices {
   /// The rows (from 1) the run counts and plots; empty: every row. The
   /// others are left as they are, as if they were not in the list.
   std::function<bool(int row)> plotsRow;
+  /// How many worker processes plot the rows (worker_process.h); 1: this
+  /// process plots them itself.
+  int jobs = 1;
+  /// The command that starts a worker, the program's path first; the
+  /// worker calls ServeRows. Needed when `jobs` is above 1.
+  std::vector<std::string> workerCommand;
 };
 
 /// What the plotting pass wrote to each log for one row, in bytes (whole
@@ -83,6 +93,20 @@ struct RunResult {
 /// Plots every row of the session's list and writes the journal and the error
 /// log by the session's log settings. Never throws.
 RunResult PlotAllEntries(Session& session, HostSession& host, const RunServices& services);
+
+class RowSource;
+class RowRecorder;
+
+/// A worker's side of a parallel run: plots each row `rows` hands it, as
+/// PlotAllEntries would, and writes its record (row_record.h) to
+/// `recordsFd`. The session holds the run's list; `services.observer` is
+/// ignored, `recorder` gathers the rows. Returns when the rows end, the run
+/// is stopped or the host fails; false when a record could not be written.
+bool ServeRows(Session& session, HostSession& host, const RunServices& services,
+               std::int16_t totalPlots, RowSource& rows, int recordsFd, RowRecorder& recorder);
+
+/// The list as a worker reads it first (RowSource::ReadBlock).
+std::string ListForWorkers(const Session& session);
 
 /// The elapsed time between two times of day, as the journal writes it.
 /// Hours count whole hours; the minutes and seconds are those of the

@@ -347,6 +347,15 @@ inline constexpr int kComHostGone = 500;          // "L'hôte d'automatisation n
 inline constexpr int kComCallFailed = 501;        // "Échec d'un appel d'automatisation: "
 inline constexpr int kComServerNotFound = 502;    // "Aucun serveur d'automatisation n'est ..."
 inline constexpr int kComServerNotStarted = 503;  // "Impossible de démarrer le serveur d'..."
+inline constexpr int kWorkerKilled = 550;         // "ERREUR : le processus ... sur le signal "
+inline constexpr int kWorkerExited = 551;         // "ERREUR : le processus ... avec le code "
+inline constexpr int kWorkerNotStarted = 552;     // "ERREUR : impossible de démarrer un ..."
+inline constexpr int kWorkersUnavailable = 553;   // "les processus de traçage parallèles ..."
+inline constexpr int kMenuJobs = 554;             // "Traçage en &parallèle..."
+inline constexpr int kTipJobs = 555;              // "Nombre de processus qui tracent ..."
+inline constexpr int kJobsTitle = 556;            // "Traçage en parallèle"
+inline constexpr int kJobsLabel = 557;            // "Processus de traçage (0 : un par cœur)"
+inline constexpr int kJobsNote = 558;             // "Avec plus d'un processus, chaque ligne ..."
 
 // The choice of the host (530-549).
 inline constexpr int kComHostWindowsOnly = 530;       // "L'hôte COM n'existe que sous Windows ..."

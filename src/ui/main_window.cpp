@@ -17,12 +17,16 @@
 #include <QTableView>
 #include <QToolBar>
 #include <algorithm>
+#include <memory>
 
 #include "batch/list_commands.h"
 #include "batch/list_row.h"
+#include "embedded/automation/dwg_converter.h"
+#include "embedded/automation/embedded_host.h"
 #include "host/startup.h"
 #include "log/paths.h"
 #include "plotrun/plot_run.h"
+#include "plotrun/worker_process.h"
 #include "plottest/plot_test.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -32,6 +36,7 @@
 #include "ui/devices_dialog.h"
 #include "ui/help.h"
 #include "ui/icons.h"
+#include "ui/jobs_dialog.h"
 #include "ui/layouts_dialog.h"
 #include "ui/logging_dialog.h"
 #include "ui/page_setups_dialog.h"
@@ -77,6 +82,9 @@ class RowIcons : public RunObserver {
     view_.scrollTo(model_.index(row - 1, 0));
     status_.setText(Res(ids::kStatusRow).arg(row).arg(count).arg(Q(entry.FileName)));
     QApplication::processEvents();
+  }
+  void HostReported(const std::string& text, bool failure) override {
+    if (failure) reasons_ << Q(text);
   }
   void RowFinished(int row, RowStatus status) override {
     model_.SetStatus(row, status, reasons_);
@@ -244,6 +252,9 @@ void MainWindow::BuildMenus() {
                                 ids::kTipSettings, icon(IconId::Settings), {}));
   options->addAction(AddCommand(QStringLiteral("mnuOptionsLayers"), ids::kMenuLayers,
                                 ids::kTipLayers, icon(IconId::Layers), {}));
+  options->addSeparator();
+  options->addAction(
+      AddCommand(QStringLiteral("mnuOptionsJobs"), ids::kMenuJobs, ids::kTipJobs, -1, {}));
 
   QMenu* help = menuBar()->addMenu(Res(ids::kMenuHelp));
   help->setObjectName(QStringLiteral("mnuHelp"));
@@ -270,6 +281,7 @@ void MainWindow::BuildMenus() {
       {"mnuOptionsPlotDevices", &MainWindow::Devices},
       {"mnuOptionsPlotSettings", &MainWindow::PlotSettings},
       {"mnuOptionsLayers", &MainWindow::Layers},
+      {"mnuOptionsJobs", &MainWindow::Jobs},
       {"mnuHelpMain", &MainWindow::HelpMain},
       {"mnuHelpAbout", &MainWindow::About},
   };
@@ -486,6 +498,11 @@ void MainWindow::SaveList() {
   Refresh();
 }
 
+void MainWindow::Jobs() {
+  JobsDialog dialog(StoredPlotJobs(), this);
+  if (dialog.exec() == QDialog::Accepted) StorePlotJobs(dialog.Jobs());
+}
+
 void MainWindow::Plot() {
   if (ctx_.session->List.Empty()) return;
   HostSession* host = RequireHost();
@@ -495,6 +512,20 @@ void MainWindow::Plot() {
   services.clock = ctx_.clock;
   services.observer = &icons;
   services.prompt = ctx_.prompt;
+  // Worker processes only for the embedded host, which they start for
+  // themselves; they share the drawings converted from DWG.
+  std::unique_ptr<embedded::ScratchFolder> conversions;
+  const int jobs = PlotJobsFor(StoredPlotJobs());
+  if (jobs > 1 &&
+      std::dynamic_pointer_cast<embedded::EmbeddedPreferences>(host->App().GetPreferences())) {
+    try {
+      conversions = std::make_unique<embedded::ScratchFolder>();
+      services.jobs = jobs;
+      services.workerCommand = WorkerCommand({}, conversions->path());
+    } catch (const host::Error&) {
+      // No folder for the conversions: the run plots its rows itself.
+    }
+  }
   RunResult result;
   {
     const Busy busy(*this);

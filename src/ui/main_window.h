@@ -72,6 +72,7 @@ class MainWindow : public QMainWindow {
   void Devices();
   void PlotSettings();
   void Layers();
+  void Jobs();
   void HelpMain();
   void About();
 

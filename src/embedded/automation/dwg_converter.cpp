@@ -8,8 +8,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <system_error>
 #include <thread>
 #include <vector>
@@ -220,15 +222,38 @@ std::string DwgConversions::Convert(const std::string& converter, const std::str
     return found->second.dxf;
   }
 
-  if (!folder_) folder_ = std::make_unique<ScratchFolder>();
-  // Numbered, since two drawings of one name may sit in different folders.
-  now.dxf = (fs::path(folder_->path()) /
-             (std::to_string(++made_) + "-" + fs::path(dwg).stem().string() + ".dxf"))
-                .string();
-  try {
-    RunDwgConverter(converter, dwg, now.dxf, timeLimit);
-  } catch (const host::Error& error) {
-    now.error = error;
+  if (!shared_.empty()) {
+    // Named after what makes the conversion, so that another process of
+    // the run finds it; written under a name of its own, then renamed.
+    const std::string what = key + "|" + std::to_string(now.size) + "|" +
+                             std::to_string(now.modified.time_since_epoch().count()) + "|" +
+                             converter;
+    char hash[17];
+    std::snprintf(hash, sizeof hash, "%016zx", std::hash<std::string>{}(what));
+    now.dxf =
+        (fs::path(shared_) / (std::string(hash) + "-" + fs::path(dwg).stem().string() + ".dxf"))
+            .string();
+    if (!fs::is_regular_file(now.dxf, ec)) {
+      const std::string part = now.dxf + "." + std::to_string(getpid()) + ".part.dxf";
+      try {
+        RunDwgConverter(converter, dwg, part, timeLimit);
+        fs::rename(part, now.dxf, ec);
+        if (ec) now.dxf = part;
+      } catch (const host::Error& error) {
+        now.error = error;
+      }
+    }
+  } else {
+    if (!folder_) folder_ = std::make_unique<ScratchFolder>();
+    // Numbered, since two drawings of one name may sit in different folders.
+    now.dxf = (fs::path(folder_->path()) /
+               (std::to_string(++made_) + "-" + fs::path(dwg).stem().string() + ".dxf"))
+                  .string();
+    try {
+      RunDwgConverter(converter, dwg, now.dxf, timeLimit);
+    } catch (const host::Error& error) {
+      now.error = error;
+    }
   }
   Done& kept = done_[key.empty() ? dwg : key];
   kept = std::move(now);

@@ -58,6 +58,11 @@ class DwgConversions {
                       std::chrono::milliseconds timeLimit);
   /// Forgets every conversion and removes their files.
   void Clear();
+  /// Also keeps the converted drawings in `folder`, which the processes of
+  /// one parallel run share: a drawing converted there by any of them (the
+  /// same file, size, time and converter) is not converted again. The
+  /// folder belongs to the caller; Clear leaves it alone.
+  void ShareThrough(std::string folder) { shared_ = std::move(folder); }
 
  private:
   struct Done {
@@ -70,6 +75,7 @@ class DwgConversions {
   std::unique_ptr<ScratchFolder> folder_;
   std::map<std::string, Done> done_;
   int made_ = 0;
+  std::string shared_;
 };
 
 }  // namespace sheafwork::embedded

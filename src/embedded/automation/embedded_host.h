@@ -76,6 +76,10 @@ struct EmbeddedHostOptions {
   /// sheet of this host already took gets "-2", "-3"... before its
   /// extension. Empty: each plot writes where its file or device says.
   std::string outputFolder;
+  /// A folder where the drawings converted from DWG are kept for the
+  /// processes of one parallel run, which share it (DwgConversions::
+  /// ShareThrough). Empty: each host converts for itself.
+  std::string conversionFolder;
 };
 
 /// Starts an embedded host with one untitled, empty document active.

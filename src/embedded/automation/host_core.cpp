@@ -152,6 +152,7 @@ HostCore::HostCore(EmbeddedHostOptions given) : options(std::move(given)) {
   dwgConverter = *options.dwgConverter;
   fallbackDevice = *options.fallbackDevice;
   hostVariables = DefaultHostVariables();
+  if (!options.conversionFolder.empty()) conversions.ShareThrough(options.conversionFolder);
   if (!options.combinedPdf.empty()) {
     combined = std::make_unique<CombinedPdf>(options.combinedPdf, options.combinedPdfClosed,
                                              options.progress);

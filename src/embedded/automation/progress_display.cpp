@@ -16,9 +16,9 @@ namespace {
 // SIGHUP ask the run to stop.
 class StopOnSignals {
  protected:
-  void Listen() {
+  void Listen(bool announce = true) {
     signals_.reset();  // the previous batch's, if it was never finished
-    signals_ = std::make_unique<StopSignals>(host_messages::kStopRequested);
+    signals_ = std::make_unique<StopSignals>(announce ? host_messages::kStopRequested : "");
   }
   bool Stopped() const { return signals_ && StopRequested(); }
   void Unlisten() { signals_.reset(); }
@@ -73,7 +73,7 @@ class ReportingDisplay : public ProgressDisplay, private StopOnSignals {
   explicit ReportingDisplay(std::shared_ptr<ConsoleReports> reports)
       : reports_(std::move(reports)) {}
 
-  void Start(int) override { Listen(); }
+  void Start(int) override { Listen(reports_->AnnouncesStop()); }
   void Step(const std::string&, const std::string&, int, int) override {}
   bool Cancelled() override { return Stopped(); }
   void Finish() override { Unlisten(); }

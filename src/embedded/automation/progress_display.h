@@ -51,6 +51,9 @@ class ConsoleReports {
   virtual ~ConsoleReports() = default;
   virtual void PlotFailed(const std::string& reason) = 0;
   virtual void Notice(const std::string& text) = 0;
+  /// Whether the first stop signal is acknowledged on stderr; a worker of
+  /// a parallel run, stopped by its run, keeps quiet.
+  virtual bool AnnouncesStop() const { return true; }
 };
 
 /// The command line's display that draws nothing: failures and notices go

@@ -1,0 +1,115 @@
+#!/bin/bash
+# A run whose rows are plotted by worker processes (--jobs) writes the same
+# journal, error log and progress lines as a run that plots them itself,
+# elapsed times aside; a worker that dies (aborts, or is killed from
+# outside) fails its row with the reason and the run goes on; Ctrl+C stops
+# every worker after its sheet and leaves whole logs and no worker behind.
+#
+# Usage: parallel_run.sh SHEAFWORK SOURCE_DIR
+source "$(dirname "$0")/script_setup.sh"
+
+out="$work/out"
+mkdir -p "$out"
+list="$work/lot.qx3"
+while IFS=$'\t' read -r drawing options; do
+  case "$drawing" in '#'* | '') continue ;; esac
+  eval "set -- ${options//OUT/$out}"
+  "$exe" list add "$list" "$source_dir/$drawing" "$@" >/dev/null 2>&1 || exit 1
+done <"$source_dir/tests/data/parallel/rows.txt"
+"$exe" list set "$list" --journal on --journal-file "$work/journal.log" --journal-mode overwrite \
+  --error-log on --error-file "$work/erreurs.log" --error-mode overwrite >/dev/null || exit 1
+rows=$(grep -c '^"DWG#[0-9]*FILENAME"' "$list")
+
+# The logs and the progress lines of a run, elapsed times masked.
+plot() {
+  local name=$1
+  shift
+  "$exe" plot "$list" "$@" </dev/null >/dev/null 2>"$work/$name.err"
+  echo $? >"$work/$name.status"
+  # In UTF-8 for grep; the bytes compared stand one for one for the logs'.
+  sed 's/[0-9][0-9]:[0-9][0-9]:[0-9][0-9]\r$/hh:mm:ss/' "$work/journal.log" |
+    iconv -f WINDOWS-1252 -t UTF-8 >"$work/$name.journal"
+  iconv -f WINDOWS-1252 -t UTF-8 "$work/erreurs.log" >"$work/$name.errors"
+}
+
+plot serial --jobs 1
+plot parallel --jobs 3
+[ "$(cat "$work/serial.status")" = 1 ] || fail "serial run: status $(cat "$work/serial.status")"
+for part in status journal errors err; do
+  cmp -s "$work/serial.$part" "$work/parallel.$part" ||
+    fail "--jobs 3: the $part differs from a serial run's:
+$(diff "$work/serial.$part" "$work/parallel.$part" | head -20)"
+done
+grep -q "tables.dxf" "$work/parallel.journal" || fail "the journal lacks a plotted row"
+grep -q "absent.dxf" "$work/parallel.errors" || fail "the error log lacks the failed row"
+
+# A worker that dies while it plots row 4 fails that row with the reason; the
+# other rows go as before.
+SHEAFWORK_WORKER_ABORT_ROW=4 plot aborted --jobs 2
+grep -q "signal 6 (SIGABRT)" "$work/aborted.errors" ||
+  fail "the dead worker's reason is not in the error log: $(cat "$work/aborted.errors")"
+grep -A1 "signal 6" "$work/aborted.errors" | grep -q "Echec du traçage du dessin: .*tables.dxf" ||
+  fail "the row of the dead worker is not failed"
+diff <(grep -v tables.dxf "$work/serial.journal") "$work/aborted.journal" >/dev/null ||
+  fail "the journal of the other rows changed when a worker died"
+[ "$(cat "$work/aborted.status")" = 1 ] || fail "run with a dead worker: status 1 expected"
+
+# The same, the worker killed from outside while it plots a slow row: the
+# row fails naming the signal, the others are plotted.
+slow="$work/slow.qx3"
+for n in $(seq 1 8); do
+  "$exe" list add "$slow" "$source_dir/tests/data/dxf/slow/slow.dxf" --device PDF.pc3 \
+    --plot-file "$out/slow-$n.pdf" >/dev/null || exit 1
+done
+"$exe" list set "$slow" --journal on --journal-file "$work/journal.log" --journal-mode overwrite \
+  --error-log on --error-file "$work/erreurs.log" --error-mode overwrite >/dev/null || exit 1
+
+# Starts a run of the slow rows with two workers; sets `pid` and `workers`.
+start_slow() {
+  env --default-signal=INT "$exe" plot "$slow" --jobs 2 </dev/null >/dev/null 2>"$work/$1.err" &
+  pid=$!
+  workers=""
+  for _ in $(seq 1 200); do
+    workers=$(pgrep -P "$pid" | tr '\n' ' ')
+    [ "$(wc -w <<<"$workers")" -eq 2 ] && break
+    sleep 0.05
+  done
+  sleep 0.3
+}
+
+# Waits for the run started by start_slow NAME, which must end with status 1
+# and a summary matching PATTERN; sets `summary`.
+end_slow() {
+  local name=$1 pattern=$2 status
+  wait "$pid"
+  status=$?
+  [ "$status" -eq 1 ] || fail "$name: status $status, 1 expected"
+  summary=$(tail -n 1 "$work/$name.err")
+  [[ "$summary" == $pattern ]] || fail "$name: unexpected summary: $summary"
+}
+
+start_slow killed
+victim=${workers%% *}
+[ -n "$victim" ] && kill -s TERM "$victim"
+end_slow killed "*7 ligne(s) tracée(s), 1 en échec ;*"
+iconv -f WINDOWS-1252 -t UTF-8 "$work/erreurs.log" | grep -q "signal 15 (SIGTERM)" ||
+  fail "killed worker: the signal is not named in the error log"
+
+# Ctrl+C during a run of slow rows: every worker stops after its sheet, the
+# logs are whole and no worker is left.
+start_slow int
+kill -s INT "$pid"
+end_slow int "* 0 en échec, traçage annulé*"
+plotted=$(printf '%s\n' "$summary" | sed -n 's/^sheafwork: \([0-9]*\) ligne.*/\1/p')
+[ -n "$plotted" ] && [ "$plotted" -lt 8 ] || fail "Ctrl+C: the run did not stop ($summary)"
+lines=$(grep -c $'\r$' "$work/journal.log")
+[ "$lines" -eq $((2 + ${plotted:-0})) ] || fail "Ctrl+C: $lines journal lines for $plotted rows"
+[ "$(tail -c 2 "$work/erreurs.log" | od -An -c | tr -d ' ')" = '\r\n' ] ||
+  fail "Ctrl+C: the error log does not end with a whole line"
+for worker in $workers; do
+  kill -0 "$worker" 2>/dev/null && fail "Ctrl+C: worker $worker is still running"
+done
+[ -n "$workers" ] || fail "Ctrl+C: no worker was seen"
+[ "$rows" -gt 0 ] || fail "no row in the list"
+
+exit $failed
