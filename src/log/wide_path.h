@@ -15,6 +15,13 @@ inline std::filesystem::path FsPath(std::string_view utf8) {
   return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
 }
 
+/// The path as the program's UTF-8 text (`.string()` gives the local code
+/// page on Windows).
+inline std::string PathText(const std::filesystem::path& path) {
+  const std::u8string text = path.u8string();
+  return std::string(text.begin(), text.end());
+}
+
 }  // namespace sheafwork
 
 #ifdef _WIN32

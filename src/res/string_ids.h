@@ -343,5 +343,6 @@ inline constexpr int kComHostGone = 500;          // "L'hôte d'automatisation n
 inline constexpr int kComCallFailed = 501;        // "Échec d'un appel d'automatisation: "
 inline constexpr int kComServerNotFound = 502;    // "Aucun serveur d'automatisation n'est ..."
 inline constexpr int kComServerNotStarted = 503;  // "Impossible de démarrer le serveur d'..."
+inline constexpr int kNoDesktopOnWindows = 510;   // "La version Windows ... pas l'application de bureau ..."
 
 }  // namespace sheafwork::ids

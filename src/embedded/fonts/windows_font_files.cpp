@@ -1,0 +1,140 @@
+// Windows: the font files of the Windows folder's FONTS, each file's faces
+// read from its own tables the first time a font is looked up, then kept for
+// the program's life.
+#include "embedded/fonts/font_files.h"
+
+#include <windows.h>
+
+#include <cstdio>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "embedded/fonts/font_names.h"
+#include "log/paths.h"
+#include "platform/windows_text.h"
+#include "text/strings.h"
+
+namespace sheafwork::embedded {
+
+namespace {
+
+struct FileCloser {
+  void operator()(std::FILE* f) const { std::fclose(f); }
+};
+
+std::wstring FontsFolder() {
+  wchar_t windows[MAX_PATH];
+  const UINT size = GetWindowsDirectoryW(windows, MAX_PATH);
+  if (size == 0 || size >= MAX_PATH) return {};
+  return std::wstring(windows, size) + L"\\Fonts";
+}
+
+bool IsFontFile(std::string_view name) {
+  for (const std::string_view ext : {".ttf", ".otf", ".ttc", ".otc"}) {
+    if (name.size() > ext.size() && EqualsIgnoreCase(name.substr(name.size() - ext.size()), ext))
+      return true;
+  }
+  return false;
+}
+
+struct Face {
+  FontFaceNames names;
+  std::string path;
+  std::string key;  // FamilyKey of the family
+};
+
+class FontFolder {
+ public:
+  static const FontFolder& Get() {
+    static const FontFolder folder;
+    return folder;
+  }
+  const std::vector<Face>& Faces() const { return faces_; }
+
+ private:
+  FontFolder() {
+    const std::wstring folder = FontsFolder();
+    if (folder.empty()) return;
+    WIN32_FIND_DATAW data;
+    HANDLE find = FindFirstFileW((folder + L"\\*").c_str(), &data);
+    if (find == INVALID_HANDLE_VALUE) return;
+    do {
+      if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) continue;
+      const std::string name = Utf8FromWide(data.cFileName);
+      if (!IsFontFile(name)) continue;
+      Add(folder + L"\\" + data.cFileName, Utf8FromWide(folder) + "\\" + name);
+    } while (FindNextFileW(find, &data));
+    FindClose(find);
+  }
+
+  void Add(const std::wstring& wide, const std::string& path) {
+    const std::unique_ptr<std::FILE, FileCloser> file(_wfopen(wide.c_str(), L"rb"));
+    if (!file) return;
+    const FontFileReader read = [f = file.get()](std::uint64_t offset, std::size_t size,
+                                                 std::string& out) {
+      out.resize(size);
+      if (_fseeki64(f, static_cast<long long>(offset), SEEK_SET) != 0) return false;
+      return std::fread(out.data(), 1, size, f) == size;
+    };
+    for (FontFaceNames& names : ReadFontFaceNames(read)) {
+      std::string key = FamilyKey(names.family);
+      faces_.push_back({std::move(names), path, std::move(key)});
+    }
+  }
+
+  std::vector<Face> faces_;
+};
+
+FaceFile ToFaceFile(const Face& f) { return {f.path, f.names.index, f.names.italic, f.names.bold}; }
+
+// The face of those given closest to bold and italic as asked: the slant
+// matters more than the weight, then the weight nearest the usual one.
+const Face* Closest(const std::vector<const Face*>& faces, bool bold, bool italic) {
+  const Face* best = nullptr;
+  int bestScore = 0;
+  const int wanted = bold ? 700 : 400;
+  for (const Face* f : faces) {
+    const int score = (f->names.italic != italic ? 10000 : 0) + (f->names.bold != bold ? 1000 : 0) +
+                      std::abs(f->names.weight - wanted);
+    if (best == nullptr || score < bestScore) {
+      best = f;
+      bestScore = score;
+    }
+  }
+  return best;
+}
+
+}  // namespace
+
+std::optional<FaceFile> FindFamily(std::string_view family, bool bold, bool italic) {
+  if (family.empty()) return std::nullopt;
+  const std::string key = FamilyKey(family);
+  std::vector<const Face*> faces;
+  for (const Face& f : FontFolder::Get().Faces()) {
+    if (f.key == key) faces.push_back(&f);
+  }
+  if (const Face* f = Closest(faces, bold, italic)) return ToFaceFile(*f);
+  return std::nullopt;
+}
+
+std::optional<FaceFile> FindFontFile(std::string_view fileName) {
+  fileName = LastPathPart(fileName);
+  for (const Face& f : FontFolder::Get().Faces()) {
+    if (f.names.index == 0 && EqualsIgnoreCase(LastPathPart(f.path), fileName))
+      return ToFaceFile(f);
+  }
+  return std::nullopt;
+}
+
+std::optional<FaceFile> FindAnyFace() {
+  for (const std::string_view family : {"Arial", "DejaVu Sans", "Liberation Sans", "Tahoma"}) {
+    if (auto found = FindFamily(family, false, false)) return found;
+  }
+  std::vector<const Face*> faces;
+  for (const Face& f : FontFolder::Get().Faces()) faces.push_back(&f);
+  if (const Face* f = Closest(faces, false, false)) return ToFaceFile(*f);
+  return std::nullopt;
+}
+
+}  // namespace sheafwork::embedded
