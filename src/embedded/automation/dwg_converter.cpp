@@ -246,28 +246,6 @@ std::wstring FindOnPath(const std::wstring& name) {
   return n == 0 || n >= MAX_PATH ? std::wstring() : std::wstring(found, n);
 }
 
-// One argument as CommandLineToArgvW reads it back.
-void AppendArgument(std::wstring& line, const std::wstring& arg) {
-  if (!line.empty()) line += L' ';
-  if (!arg.empty() && arg.find_first_of(L" \t\n\v\"") == std::wstring::npos) {
-    line += arg;
-    return;
-  }
-  line += L'"';
-  std::size_t backslashes = 0;
-  for (const wchar_t c : arg) {
-    if (c == L'\\') {
-      ++backslashes;
-      continue;
-    }
-    line.append(c == L'"' ? 2 * backslashes + 1 : backslashes, L'\\');
-    backslashes = 0;
-    line += c;
-  }
-  line.append(2 * backslashes, L'\\');
-  line += L'"';
-}
-
 std::string SystemReason(DWORD error) {
   wchar_t* text = nullptr;
   const DWORD n = FormatMessageW(
@@ -307,8 +285,8 @@ void RunDwgConverter(const std::string& converter, const std::string& input,
   if (byNode) {
     program = FindOnPath(L"node.exe");
     if (program.empty()) throw host::Error(msg::kNoDwgConverter, msg::NoNode(input));
-    AppendArgument(line, L"node");
-    AppendArgument(line, L"--liftoff-only");
+    AppendCommandLineArgument(line, L"node");
+    AppendCommandLineArgument(line, L"--liftoff-only");
   } else {
     program = WideFromUtf8(converter);
     if (program.find_first_of(L"\\/:") == std::wstring::npos) program = FindOnPath(program);
@@ -318,9 +296,9 @@ void RunDwgConverter(const std::string& converter, const std::string& input,
           msg::ConversionFailed(input, converter + " : " + SystemReason(ERROR_FILE_NOT_FOUND)));
     }
   }
-  AppendArgument(line, WideFromUtf8(converter));
-  AppendArgument(line, WideFromUtf8(input));
-  AppendArgument(line, WideFromUtf8(output));
+  AppendCommandLineArgument(line, WideFromUtf8(converter));
+  AppendCommandLineArgument(line, WideFromUtf8(input));
+  AppendCommandLineArgument(line, WideFromUtf8(output));
 
   SECURITY_ATTRIBUTES inherit{sizeof inherit, nullptr, TRUE};
   HANDLE readEnd = nullptr, writeEnd = nullptr;
