@@ -34,10 +34,10 @@ constexpr int kLinkDepth = 40;
 std::string ThroughLinks(std::string path) {
   for (int depth = 0; depth < kLinkDepth; ++depth) {
     std::error_code ec;
-    if (!fs::is_symlink(fs::symlink_status(path, ec))) return path;
-    const fs::path link = fs::read_symlink(path, ec);
+    if (!fs::is_symlink(fs::symlink_status(FsPath(path), ec))) return path;
+    const fs::path link = fs::read_symlink(FsPath(path), ec);
     if (ec) return path;
-    path = link.is_absolute() ? link.string() : (fs::path(path).parent_path() / link).string();
+    path = PathText(link.is_absolute() ? link : FsPath(path).parent_path() / link);
   }
   return path;
 }
