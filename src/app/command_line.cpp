@@ -12,6 +12,7 @@
 #include "app/run_commands_cli.h"
 #include "app/version.h"
 #include "embedded/automation/embedded_host.h"
+#include "log/wide_path.h"
 #include "platform/program_folders.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -329,7 +330,7 @@ bool WantsDesktop(int argc, const char* const* argv) {
     if (arg == command) return false;
   }
   std::error_code ec;
-  return EndsWithIgnoreCase(arg, ".qx3") || std::filesystem::is_regular_file(arg, ec);
+  return EndsWithIgnoreCase(arg, ".qx3") || std::filesystem::is_regular_file(FsPath(arg), ec);
 }
 
 HostRegistry& ProgramHosts() {

@@ -152,7 +152,7 @@ class DocumentObject : public host::Document {
       DocumentState& doc = *h_.doc;
       std::error_code ec;
       if (doc.untitled) {
-        std::ofstream out(fileName, std::ios::binary | std::ios::trunc);
+        std::ofstream out(FsPath(fileName), std::ios::binary | std::ios::trunc);
         out << kEmptyDxf;
         out.close();
         if (!out) throw host::Error(msg::kFileAccess, msg::SaveFailed(fileName, "écriture"));

@@ -236,7 +236,7 @@ void HostCore::WriteLog(const std::string& path, const std::string& line) {
   std::error_code ec;
   fs::create_directories(FsPath(path).parent_path(), ec);
   const bool fresh = startedLogs_.insert(path).second;
-  std::ofstream out(path,
+  std::ofstream out(FsPath(path),
                     fresh ? std::ios::binary | std::ios::trunc : std::ios::binary | std::ios::app);
   out << line << "\r\n";
 }
@@ -307,7 +307,7 @@ Drawing UntitledDrawing() {
 }
 
 void WriteXrefLog(const Drawing& drawing, const XrefLimits& limits) {
-  std::ofstream out(XrefLogName(drawing.path), std::ios::binary | std::ios::trunc);
+  std::ofstream out(FsPath(XrefLogName(drawing.path)), std::ios::binary | std::ios::trunc);
   out << msg::XrefLogTitle(drawing.path) << "\r\n";
   if (drawing.xrefs.empty() && drawing.images.empty()) out << msg::XrefNone() << "\r\n";
   std::set<const Drawing*> listed;

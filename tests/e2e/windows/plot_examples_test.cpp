@@ -45,11 +45,16 @@ ProgramRun Sheafwork(const std::vector<std::string>& args, const fs::path& scrat
   AppendCommandLineArgument(line, L"sheafwork.exe");
   for (const std::string& a : args) AppendCommandLineArgument(line, WideFromUtf8(a));
   SECURITY_ATTRIBUTES inherit{sizeof inherit, nullptr, TRUE};
-  const fs::path outFile = scratch / "stdout.txt", errFile = scratch / "stderr.txt";
-  HANDLE out = CreateFileW(outFile.c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherit, CREATE_ALWAYS,
-                           0, nullptr);
-  HANDLE err = CreateFileW(errFile.c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherit, CREATE_ALWAYS,
-                           0, nullptr);
+  // Files of their own for each run: the program's output and errors.
+  static int runs = 0;
+  const std::string n = std::to_string(++runs);
+  const fs::path outFile = scratch / ("stdout-" + n + ".txt");
+  const fs::path errFile = scratch / ("stderr-" + n + ".txt");
+  constexpr DWORD kShare = FILE_SHARE_READ | FILE_SHARE_WRITE;
+  HANDLE out =
+      CreateFileW(outFile.c_str(), GENERIC_WRITE, kShare, &inherit, CREATE_NEW, 0, nullptr);
+  HANDLE err =
+      CreateFileW(errFile.c_str(), GENERIC_WRITE, kShare, &inherit, CREATE_NEW, 0, nullptr);
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   startup.dwFlags = STARTF_USESTDHANDLES;
@@ -144,13 +149,14 @@ TEST_P(PlotExamples, PlotsTheListWithItsLogsAndSheets) {
 
   const ProgramRun run = Sheafwork({"plot", list}, folder_.path());
   EXPECT_EQ(run.status, 1u) << run.err;
-  EXPECT_NE(run.err.find("la sortie PNG est indisponible"), std::string::npos) << run.err;
+  EXPECT_NE(run.err.find("la sortie PNG est indisponible"), std::string::npos)
+      << run.err << run.out;
 
   std::vector<std::string> plotted;
   for (const std::string& line : ReadLogLines(journal)) {
     if (line.find(".dxf, ") != std::string::npos) plotted.push_back(line);
   }
-  ASSERT_EQ(plotted.size(), 5u) << TempFolder::Read(journal);
+  ASSERT_EQ(plotted.size(), 5u) << TempFolder::Read(journal) << run.err;
   EXPECT_EQ(plotted[0].rfind("rez-de-chaussee.dxf, " + plans_, 0), 0u) << plotted[0];
   EXPECT_NE(plotted[0].find(", Plan A3, , PDF.pc3, "), std::string::npos) << plotted[0];
   EXPECT_EQ(plotted[2].rfind("etage.dxf, ", 0), 0u) << plotted[2];
