@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <io.h>
 #include <sys/stat.h>
+#include <windows.h>
 #else
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -33,7 +34,9 @@ int OpenDescriptor(const std::string& path, bool append) {
     errno = EINVAL;
     return -1;
   }
-  return _wopen(wide->c_str(), _O_WRONLY | _O_CREAT | _O_BINARY | (append ? _O_APPEND : _O_TRUNC),
+  // Not emptied here: an overwritten log is emptied once its lock is held
+  // (LogFile::Open), so that a run waiting for another leaves its lines alone.
+  return _wopen(wide->c_str(), _O_WRONLY | _O_CREAT | _O_BINARY | (append ? _O_APPEND : 0),
                 _S_IREAD | _S_IWRITE);
 }
 int WriteSome(int fd, const char* bytes, std::size_t size) {
@@ -166,7 +169,24 @@ bool LogFile::Open(const std::string& path, bool append, Locking locking) {
   }
   if (locking == Locking::Exclusive) MarkLockHolder(fd_);
 #else
-  (void)locking;
+  // Devices (NUL, CON) are shared by nature; only a file on disk is locked
+  // and emptied.
+  if (GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(fd_))) != FILE_TYPE_DISK) return true;
+  if (locking == Locking::Exclusive) {
+    const FileLock lock = LockFileWaiting(fd_, LogLockWait());
+    if (lock.busy) {
+      opened_ = false;
+      busy_ = true;
+      holder_ = lock.holder;
+      Fail(EAGAIN);
+      return false;
+    }
+  }
+  if (!append && _chsize_s(fd_, 0) != 0) {
+    opened_ = false;
+    Fail(errno);
+    return false;
+  }
 #endif
   return true;
 }
