@@ -43,6 +43,10 @@ int WriteSome(int fd, const char* bytes, std::size_t size) {
   return _write(fd, bytes, static_cast<unsigned>(size));
 }
 int CloseDescriptor(int fd) { return _close(fd); }
+bool IsDiskFile(int fd) {
+  return GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(fd))) == FILE_TYPE_DISK;
+}
+bool Empty(int fd, const std::string&) { return _chsize_s(fd, 0) == 0; }
 #else
 // Opened without emptying: an overwritten log is emptied only once its lock is
 // held, so that a run waiting for another leaves the other's lines alone.
@@ -51,6 +55,10 @@ int OpenDescriptor(const std::string& path, bool append) {
 }
 ssize_t WriteSome(int fd, const char* bytes, std::size_t size) { return ::write(fd, bytes, size); }
 int CloseDescriptor(int fd) { return ::close(fd); }
+bool IsDiskFile(int fd) {
+  struct stat status {};
+  return ::fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
+}
 
 // Empties a locked log. ext4 writes out what is written to a file it saw
 // emptied as soon as the file is closed, and the next run's emptying waits for
@@ -147,11 +155,9 @@ bool LogFile::Open(const std::string& path, bool append, Locking locking) {
     return false;
   }
   opened_ = true;
-#ifndef _WIN32
   // Pipes and devices are shared by nature (two runs may well both log to
-  // /dev/null); only a file on disk is locked and emptied.
-  struct stat status {};
-  if (::fstat(fd_, &status) != 0 || !S_ISREG(status.st_mode)) return true;
+  // /dev/null or NUL); only a file on disk is locked and emptied.
+  if (!IsDiskFile(fd_)) return true;
   if (locking == Locking::Exclusive) {
     const FileLock lock = LockFileWaiting(fd_, LogLockWait());
     if (lock.busy) {
@@ -168,26 +174,6 @@ bool LogFile::Open(const std::string& path, bool append, Locking locking) {
     return false;
   }
   if (locking == Locking::Exclusive) MarkLockHolder(fd_);
-#else
-  // Devices (NUL, CON) are shared by nature; only a file on disk is locked
-  // and emptied.
-  if (GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(fd_))) != FILE_TYPE_DISK) return true;
-  if (locking == Locking::Exclusive) {
-    const FileLock lock = LockFileWaiting(fd_, LogLockWait());
-    if (lock.busy) {
-      opened_ = false;
-      busy_ = true;
-      holder_ = lock.holder;
-      Fail(EAGAIN);
-      return false;
-    }
-  }
-  if (!append && _chsize_s(fd_, 0) != 0) {
-    opened_ = false;
-    Fail(errno);
-    return false;
-  }
-#endif
   return true;
 }
 

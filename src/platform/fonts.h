@@ -20,4 +20,10 @@ class FontFolders {
 /// fontconfig folders on POSIX).
 std::unique_ptr<FontFolders> SystemFontFolders();
 
+#ifdef _WIN32
+/// The Windows folder's FONTS (UTF-8); empty when Windows does not say
+/// where it is.
+std::string WindowsFontsFolder();
+#endif
+
 }  // namespace sheafwork

@@ -14,13 +14,6 @@ namespace sheafwork {
 
 namespace {
 
-std::wstring FontsFolder() {
-  wchar_t windows[MAX_PATH];
-  const UINT size = GetWindowsDirectoryW(windows, MAX_PATH);
-  if (size == 0 || size >= MAX_PATH) return {};
-  return std::wstring(windows, size) + L"\\Fonts";
-}
-
 class WindowsFontFolders final : public FontFolders {
  public:
   bool HasFontFile(std::string_view fileName) override {
@@ -33,7 +26,7 @@ class WindowsFontFolders final : public FontFolders {
 
  private:
   void List() {
-    const std::wstring folder = FontsFolder();
+    const std::wstring folder = WideFromUtf8(WindowsFontsFolder());
     if (folder.empty()) return;
     WIN32_FIND_DATAW data;
     HANDLE find = FindFirstFileW((folder + L"\\*").c_str(), &data);
@@ -51,6 +44,13 @@ class WindowsFontFolders final : public FontFolders {
 };
 
 }  // namespace
+
+std::string WindowsFontsFolder() {
+  wchar_t windows[MAX_PATH];
+  const UINT size = GetWindowsDirectoryW(windows, MAX_PATH);
+  if (size == 0 || size >= MAX_PATH) return {};
+  return Utf8FromWide(std::wstring_view(windows, size)) + "\\Fonts";
+}
 
 std::unique_ptr<FontFolders> SystemFontFolders() { return std::make_unique<WindowsFontFolders>(); }
 

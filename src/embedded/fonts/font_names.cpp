@@ -1,7 +1,10 @@
 #include "embedded/fonts/font_names.h"
 
 #include <cctype>
+#include <fstream>
 #include <optional>
+
+#include "log/wide_path.h"
 
 namespace sheafwork::embedded {
 
@@ -173,6 +176,18 @@ std::vector<FontFaceNames> ReadFontFaceNames(const FontFileReader& read) {
     faces.push_back(std::move(*face));
   }
   return faces;
+}
+
+std::vector<FontFaceNames> ReadFontFileFaceNames(const std::string& path) {
+  std::ifstream file(FsPath(path), std::ios::binary);
+  if (!file) return {};
+  return ReadFontFaceNames([&file](std::uint64_t offset, std::size_t size, std::string& out) {
+    out.resize(size);
+    file.clear();
+    file.seekg(static_cast<std::streamoff>(offset));
+    return file.read(out.data(), static_cast<std::streamsize>(size)).gcount() ==
+           static_cast<std::streamsize>(size);
+  });
 }
 
 std::string FamilyKey(std::string_view name) {

@@ -36,6 +36,10 @@ using FontFileReader =
 /// named above. Only the tables' directories and those tables are read.
 std::vector<FontFaceNames> ReadFontFaceNames(const FontFileReader& read);
 
+/// The faces of the font file at `path` (UTF-8); empty when it cannot be
+/// read or is no font file.
+std::vector<FontFaceNames> ReadFontFileFaceNames(const std::string& path);
+
 /// `name` without its spaces and letter case, as family names are compared.
 std::string FamilyKey(std::string_view name);
 

@@ -8,7 +8,6 @@
 #include <windows.h>
 
 #include <cstddef>
-#include <cstdio>
 #include <cstring>
 #include <mutex>
 #include <optional>
@@ -21,20 +20,8 @@ namespace sheafwork::embedded {
 
 namespace {
 
-struct FileCloser {
-  void operator()(std::FILE* f) const { std::fclose(f); }
-};
-
-std::optional<FontFaceNames> FaceNames(const std::wstring& path, int index) {
-  const std::unique_ptr<std::FILE, FileCloser> file(_wfopen(path.c_str(), L"rb"));
-  if (!file) return std::nullopt;
-  const FontFileReader read = [f = file.get()](std::uint64_t offset, std::size_t size,
-                                               std::string& out) {
-    out.resize(size);
-    if (_fseeki64(f, static_cast<long long>(offset), SEEK_SET) != 0) return false;
-    return std::fread(out.data(), 1, size, f) == size;
-  };
-  for (FontFaceNames& face : ReadFontFaceNames(read)) {
+std::optional<FontFaceNames> FaceNames(const std::string& path, int index) {
+  for (FontFaceNames& face : ReadFontFileFaceNames(path)) {
     if (face.index == index) return std::move(face);
   }
   return std::nullopt;
@@ -79,7 +66,7 @@ TrueTypeFace::~TrueTypeFace() = default;
 
 std::unique_ptr<TrueTypeFace> TrueTypeFace::Open(const std::string& path, int index) {
   const std::wstring wide = WideFromUtf8(path);
-  const std::optional<FontFaceNames> names = FaceNames(wide, index);
+  const std::optional<FontFaceNames> names = FaceNames(path, index);
   if (!names || names->legacyFamily.empty() || names->unitsPerEm <= 0) return nullptr;
 
   auto handles = std::make_unique<Handles>();

@@ -5,30 +5,18 @@
 
 #include <windows.h>
 
-#include <cstdio>
-#include <memory>
 #include <mutex>
 #include <vector>
 
 #include "embedded/fonts/font_names.h"
 #include "log/paths.h"
+#include "platform/fonts.h"
 #include "platform/windows_text.h"
 #include "text/strings.h"
 
 namespace sheafwork::embedded {
 
 namespace {
-
-struct FileCloser {
-  void operator()(std::FILE* f) const { std::fclose(f); }
-};
-
-std::wstring FontsFolder() {
-  wchar_t windows[MAX_PATH];
-  const UINT size = GetWindowsDirectoryW(windows, MAX_PATH);
-  if (size == 0 || size >= MAX_PATH) return {};
-  return std::wstring(windows, size) + L"\\Fonts";
-}
 
 bool IsFontFile(std::string_view name) {
   for (const std::string_view ext : {".ttf", ".otf", ".ttc", ".otc"}) {
@@ -54,7 +42,7 @@ class FontFolder {
 
  private:
   FontFolder() {
-    const std::wstring folder = FontsFolder();
+    const std::wstring folder = WideFromUtf8(WindowsFontsFolder());
     if (folder.empty()) return;
     WIN32_FIND_DATAW data;
     HANDLE find = FindFirstFileW((folder + L"\\*").c_str(), &data);
@@ -63,21 +51,13 @@ class FontFolder {
       if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) continue;
       const std::string name = Utf8FromWide(data.cFileName);
       if (!IsFontFile(name)) continue;
-      Add(folder + L"\\" + data.cFileName, Utf8FromWide(folder) + "\\" + name);
+      Add(Utf8FromWide(folder) + "\\" + name);
     } while (FindNextFileW(find, &data));
     FindClose(find);
   }
 
-  void Add(const std::wstring& wide, const std::string& path) {
-    const std::unique_ptr<std::FILE, FileCloser> file(_wfopen(wide.c_str(), L"rb"));
-    if (!file) return;
-    const FontFileReader read = [f = file.get()](std::uint64_t offset, std::size_t size,
-                                                 std::string& out) {
-      out.resize(size);
-      if (_fseeki64(f, static_cast<long long>(offset), SEEK_SET) != 0) return false;
-      return std::fread(out.data(), 1, size, f) == size;
-    };
-    for (FontFaceNames& names : ReadFontFaceNames(read)) {
+  void Add(const std::string& path) {
+    for (FontFaceNames& names : ReadFontFileFaceNames(path)) {
       std::string key = FamilyKey(names.family);
       faces_.push_back({std::move(names), path, std::move(key)});
     }
