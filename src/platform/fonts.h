@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace sheafwork {
 
@@ -24,6 +25,8 @@ std::unique_ptr<FontFolders> SystemFontFolders();
 /// The Windows folder's FONTS (UTF-8); empty when Windows does not say
 /// where it is.
 std::string WindowsFontsFolder();
+/// The names of the files in it (no folders), UTF-8.
+std::vector<std::string> WindowsFontFileNames();
 #endif
 
 }  // namespace sheafwork

@@ -3,15 +3,12 @@
 // the program's life.
 #include "embedded/fonts/font_files.h"
 
-#include <windows.h>
-
 #include <mutex>
 #include <vector>
 
 #include "embedded/fonts/font_names.h"
 #include "log/paths.h"
 #include "platform/fonts.h"
-#include "platform/windows_text.h"
 #include "text/strings.h"
 
 namespace sheafwork::embedded {
@@ -42,18 +39,10 @@ class FontFolder {
 
  private:
   FontFolder() {
-    const std::wstring folder = WideFromUtf8(WindowsFontsFolder());
-    if (folder.empty()) return;
-    WIN32_FIND_DATAW data;
-    HANDLE find = FindFirstFileW((folder + L"\\*").c_str(), &data);
-    if (find == INVALID_HANDLE_VALUE) return;
-    do {
-      if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) continue;
-      const std::string name = Utf8FromWide(data.cFileName);
-      if (!IsFontFile(name)) continue;
-      Add(Utf8FromWide(folder) + "\\" + name);
-    } while (FindNextFileW(find, &data));
-    FindClose(find);
+    const std::string folder = WindowsFontsFolder();
+    for (const std::string& name : WindowsFontFileNames()) {
+      if (IsFontFile(name)) Add(folder + "\\" + name);
+    }
   }
 
   void Add(const std::string& path) {
