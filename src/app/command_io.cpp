@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "log/wide_path.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
@@ -12,8 +13,8 @@ namespace fs = std::filesystem;
 
 std::string FullPath(const std::string& name) {
   std::error_code ec;
-  const fs::path full = fs::absolute(fs::path(name), ec);
-  return ec ? name : full.lexically_normal().string();
+  const fs::path full = fs::absolute(FsPath(name), ec);
+  return ec ? name : PathText(full.lexically_normal());
 }
 
 int Fail(const CommandIo& io, const std::string& file, const std::string& message) {

@@ -14,6 +14,7 @@
 #include "app/run_commands_cli.h"
 #include "app/version.h"
 #include "embedded/automation/embedded_host.h"
+#include "log/wide_path.h"
 #include "platform/program_folders.h"
 #include "plotrun/worker_process.h"
 #include "res/string_ids.h"
@@ -33,16 +34,27 @@ constexpr const char* kDescription =
 constexpr const char* kFooter =
     "Les fichiers listes (.qx3) sont en Windows-1252 avec des fins de ligne CR LF ;\n"
     "les chemins des dessins y sont enregistrés en entier.\n"
+#ifdef _WIN32
+    "Sans journal nommé dans la liste, les journaux vont dans le dossier du programme.\n"
+#else
     "Sans journal nommé dans la liste, les journaux vont dans $XDG_DATA_HOME/sheafwork\n"
     "(~/.local/share/sheafwork).\n"
+#endif
     "L'hôte embarqué lit les dessins DXF ; il ouvre les .dwg et .dwt en les convertissant\n"
     "en DXF par son convertisseur dwg2dxf (il faut Node.js), ou par celui que nomme\n"
     "SHEAFWORK_DWG_CONVERTER (lancé comme « convertisseur ENTRÉE SORTIE.dxf »).\n"
     "Une présentation sans traceur (« Aucun ») ou dont le traceur manque sur cette machine\n"
     "est tracée sur PDF.pc3, ou sur le périphérique nommé dans SHEAFWORK_FALLBACK_DEVICE.\n"
+#ifdef _WIN32
+    // No Qt in the Windows program: no desktop application, no painted output.
+    "Cette version pour Windows trace en PDF et en HP-GL/2 ; les sorties PNG et SVG,\n"
+    "l'impression sur les imprimantes du système et l'application de bureau demandent Qt\n"
+    "pour Windows, qu'elle ne contient pas.";
+#else
     "Sans argument, ou avec le seul nom d'un fichier liste (un fichier qui existe, ou un\n"
     "nom finissant par .qx3), sheafwork ouvre l'application de bureau (il faut alors un\n"
     "écran).";
+#endif
 
 // Gives CLI11's help the program's language.
 void FrenchLabels(CLI::App& app) {
@@ -383,7 +395,7 @@ bool WantsDesktop(int argc, const char* const* argv) {
     if (arg == command) return false;
   }
   std::error_code ec;
-  return EndsWithIgnoreCase(arg, ".qx3") || std::filesystem::is_regular_file(arg, ec);
+  return EndsWithIgnoreCase(arg, ".qx3") || std::filesystem::is_regular_file(FsPath(arg), ec);
 }
 
 HostRegistry& ProgramHosts() {

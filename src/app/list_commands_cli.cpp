@@ -12,6 +12,7 @@
 #include "batch/list_value.h"
 #include "batch/session.h"
 #include "log/paths.h"
+#include "log/wide_path.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
@@ -56,7 +57,7 @@ bool CheckGivenValues(std::initializer_list<GivenValue> values, const std::strin
 void WarnMissingDrawings(const std::vector<std::string>& drawings, const CommandIo& io) {
   for (const std::string& drawing : drawings) {
     std::error_code ec;
-    if (!fs::exists(FullPath(drawing), ec)) {
+    if (!fs::exists(FsPath(FullPath(drawing)), ec)) {
       io.err << "sheafwork: " << drawing << ": " << LoadResourceText(ids::kCliDrawingMissing)
              << '\n';
     }
@@ -132,7 +133,7 @@ int RunListNew(const ListNewOptions& options, const CommandIo& io) {
   if (!ValidListName(path, io, status)) return status;
   if (options.drawings.empty()) return Fail(io, path, LoadResourceText(ids::kEmptyList));
   std::error_code ec;
-  if (!options.force && fs::exists(path, ec)) {
+  if (!options.force && fs::exists(FsPath(path), ec)) {
     return Fail(io, path, "le fichier existe déjà ; --force le remplace");
   }
   Session session(io.env.defaultLogFolder);
@@ -147,7 +148,7 @@ int RunListAdd(const ListAddOptions& options, const CommandIo& io) {
   if (!ValidListName(path, io, status)) return status;
   Session session(io.env.defaultLogFolder);
   std::error_code ec;
-  if (fs::exists(path, ec) && !LoadList(session, path, io, status)) return status;
+  if (fs::exists(FsPath(path), ec) && !LoadList(session, path, io, status)) return status;
   if (!AddDrawings(session, options.drawings, options.fields, io, status)) return status;
   WarnMissingDrawings(options.drawings, io);
   return Save(session, path, io);

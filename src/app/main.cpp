@@ -5,9 +5,6 @@
 #include "app/qt_module_loader.h"
 #include "embedded/render/painted_outputs.h"
 #include "platform/program_folders.h"
-#ifdef _WIN32
-#include "app/com_startup_win.h"
-#endif
 
 int main(int argc, char** argv) {
   // Qt lives in the module beside the program (in its lib folder once
@@ -23,8 +20,5 @@ int main(int argc, char** argv) {
     return qt.RunDesktop(argc, argv, std::cerr);
   }
   sheafwork::embedded::SetPaintedOutputsLoader([] { return qt.PaintedOutputs(); });
-#ifdef _WIN32
-  sheafwork::ComStartup com(std::cerr);  // removed again when the command ends
-#endif
   return sheafwork::RunCommandLine(argc, argv, std::cout, std::cerr);
 }

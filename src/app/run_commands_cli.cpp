@@ -1,7 +1,11 @@
 #include "app/run_commands_cli.h"
 
+#ifdef _WIN32
+#include <windows.h>
+#else
 #include <sys/ioctl.h>
 #include <unistd.h>
+#endif
 
 #include <algorithm>
 #include <chrono>
@@ -277,9 +281,18 @@ bool FindRunPlotStyle(HostSession& host, const std::string& name, const CommandI
 ProgressStyle ChooseProgressStyle(const PlotOptions& options, const CommandIo& io, int& width) {
   width = 80;
   if (options.quiet) return ProgressStyle::Quiet;
+#ifdef _WIN32
+  CONSOLE_SCREEN_BUFFER_INFO console{};
+  if (&io.err != &std::cerr ||
+      !GetConsoleScreenBufferInfo(GetStdHandle(STD_ERROR_HANDLE), &console))
+    return ProgressStyle::Lines;
+  const int columns = console.srWindow.Right - console.srWindow.Left + 1;
+  if (columns > 0) width = columns;
+#else
   if (&io.err != &std::cerr || isatty(STDERR_FILENO) != 1) return ProgressStyle::Lines;
   winsize size{};
   if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) width = size.ws_col;
+#endif
   return ProgressStyle::Terminal;
 }
 

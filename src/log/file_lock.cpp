@@ -3,7 +3,10 @@
 #include <cerrno>
 #include <thread>
 
-#ifndef _WIN32
+#ifdef _WIN32
+#include <io.h>
+#include <windows.h>
+#else
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -58,7 +61,21 @@ FileLock TryLockFile(int fd) {
     lock.busy = true;
   }
 #else
-  (void)fd;
+  // Windows: a byte-range lock of the open handle. Such locks are mandatory
+  // where they lie, so the byte is one far past any content: reads and
+  // writes of the file are never in its way. Another handle, in this process
+  // or another, cannot take it while this one holds it; it goes with the
+  // handle's close or the process's end.
+  const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(fd));
+  if (handle == INVALID_HANDLE_VALUE) return lock;
+  OVERLAPPED at{};
+  at.OffsetHigh = 0x40000000;  // byte 2^62
+  if (LockFileEx(handle, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &at)) {
+    lock.held = true;
+  } else if (const DWORD error = GetLastError();
+             error == ERROR_LOCK_VIOLATION || error == ERROR_IO_PENDING) {
+    lock.busy = true;
+  }
 #endif
   return lock;
 }

@@ -8,6 +8,10 @@
 // leave its process id on a byte far beyond any content (a process lock, which
 // the system reports with its owner's id); a process that waits for the file
 // reads it there.
+//
+// On Windows the lock is a byte-range lock of the open handle (LockFileEx) on
+// one byte far past any content, since such locks are mandatory where they
+// lie; it goes with the handle's close. It does not say who holds it.
 
 #include <chrono>
 

@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <io.h>
 #include <sys/stat.h>
+#include <windows.h>
 #else
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -33,13 +34,19 @@ int OpenDescriptor(const std::string& path, bool append) {
     errno = EINVAL;
     return -1;
   }
-  return _wopen(wide->c_str(), _O_WRONLY | _O_CREAT | _O_BINARY | (append ? _O_APPEND : _O_TRUNC),
+  // Not emptied here: an overwritten log is emptied once its lock is held
+  // (LogFile::Open), so that a run waiting for another leaves its lines alone.
+  return _wopen(wide->c_str(), _O_WRONLY | _O_CREAT | _O_BINARY | (append ? _O_APPEND : 0),
                 _S_IREAD | _S_IWRITE);
 }
 int WriteSome(int fd, const char* bytes, std::size_t size) {
   return _write(fd, bytes, static_cast<unsigned>(size));
 }
 int CloseDescriptor(int fd) { return _close(fd); }
+bool IsDiskFile(int fd) {
+  return GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(fd))) == FILE_TYPE_DISK;
+}
+bool Empty(int fd, const std::string&) { return _chsize_s(fd, 0) == 0; }
 #else
 // Opened without emptying: an overwritten log is emptied only once its lock is
 // held, so that a run waiting for another leaves the other's lines alone.
@@ -48,6 +55,10 @@ int OpenDescriptor(const std::string& path, bool append) {
 }
 ssize_t WriteSome(int fd, const char* bytes, std::size_t size) { return ::write(fd, bytes, size); }
 int CloseDescriptor(int fd) { return ::close(fd); }
+bool IsDiskFile(int fd) {
+  struct stat status {};
+  return ::fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
+}
 
 // Empties a locked log. ext4 writes out what is written to a file it saw
 // emptied as soon as the file is closed, and the next run's emptying waits for
@@ -146,11 +157,9 @@ bool LogFile::Open(const std::string& path, bool append, Locking locking) {
     return false;
   }
   opened_ = true;
-#ifndef _WIN32
   // Pipes and devices are shared by nature (two runs may well both log to
-  // /dev/null); only a file on disk is locked and emptied.
-  struct stat status {};
-  if (::fstat(fd_, &status) != 0 || !S_ISREG(status.st_mode)) return true;
+  // /dev/null or NUL); only a file on disk is locked and emptied.
+  if (!IsDiskFile(fd_)) return true;
   if (locking == Locking::Exclusive) {
     const FileLock lock = LockFileWaiting(fd_, LogLockWait());
     if (lock.busy) {
@@ -167,9 +176,6 @@ bool LogFile::Open(const std::string& path, bool append, Locking locking) {
     return false;
   }
   if (locking == Locking::Exclusive) MarkLockHolder(fd_);
-#else
-  (void)locking;
-#endif
   return true;
 }
 

@@ -1,13 +1,15 @@
 #include "log/output_file.h"
 
-#include <atomic>
 #include <cerrno>
-#include <chrono>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
 
-#ifndef _WIN32
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#include <sys/stat.h>
+#else
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -34,18 +36,61 @@ constexpr int kLinkDepth = 40;
 std::string ThroughLinks(std::string path) {
   for (int depth = 0; depth < kLinkDepth; ++depth) {
     std::error_code ec;
-    if (!fs::is_symlink(fs::symlink_status(path, ec))) return path;
-    const fs::path link = fs::read_symlink(path, ec);
+    if (!fs::is_symlink(fs::symlink_status(FsPath(path), ec))) return path;
+    const fs::path link = fs::read_symlink(FsPath(path), ec);
     if (ec) return path;
-    path = link.is_absolute() ? link.string() : (fs::path(path).parent_path() / link).string();
+    path = PathText(link.is_absolute() ? link : FsPath(path).parent_path() / link);
   }
   return path;
 }
 
-#ifndef _WIN32
 std::string SlotName(const std::string& target, int slot) {
   return target + ".sheafwork-" + std::to_string(slot) + ".tmp";
 }
+
+#ifdef _WIN32
+// Windows: the slots as on POSIX, each temporary locked while written
+// (file_lock.h). A file open without sharing its deletion, as the C runtime
+// opens them, cannot be removed while a writer has it: a stale temporary is
+// removed once its lock is taken and the file closed, which fails if another
+// writer has opened it meanwhile.
+int OpenSlot(const std::string& name) {
+  const auto wide = WidePath(name);
+  if (!wide) {
+    errno = EINVAL;
+    return -1;
+  }
+  return _wopen(wide->c_str(), _O_WRONLY | _O_CREAT | _O_BINARY, _S_IREAD | _S_IWRITE);
+}
+
+// Opens the temporary `name` and locks it. -1 with errno when the folder
+// refuses; -2 when another writer holds it.
+int TakeSlot(const std::string& name) {
+  const int fd = OpenSlot(name);
+  if (fd < 0) return errno == EACCES && fs::exists(FsPath(name)) ? -2 : -1;
+  const FileLock lock = TryLockFile(fd);
+  if (lock.busy || _chsize_s(fd, 0) != 0) {
+    _close(fd);
+    return -2;
+  }
+  return fd;
+}
+
+// Removes the temporaries of `target` from slot `first` on that no live
+// writer holds, up to the first free slot.
+void RemoveStale(const std::string& target, int first) {
+  for (int slot = first; slot < kSlots; ++slot) {
+    const std::string name = SlotName(target, slot);
+    std::error_code ec;
+    if (!fs::exists(FsPath(name), ec)) return;
+    const int fd = OpenSlot(name);
+    if (fd < 0) continue;
+    const bool stale = TryLockFile(fd).held;
+    _close(fd);
+    if (stale) fs::remove(FsPath(name), ec);
+  }
+}
+#else
 
 // True when `fd` is still the file named `path` (and `status` its status): a
 // writer that removed a stale temporary between our open and our lock leaves
@@ -146,7 +191,6 @@ OutputFile::OutputFile(std::string target, Durability durability)
   std::setvbuf(file_.get(), nullptr, _IOFBF, kBufferBytes);
 }
 
-#ifndef _WIN32
 bool OutputFile::CreateTemporary() {
   for (int slot = 0; slot < kSlots; ++slot) {
     temp_ = SlotName(placed_, slot);
@@ -154,11 +198,20 @@ bool OutputFile::CreateTemporary() {
     if (fd == -1) return false;  // the folder refuses
     if (fd == -2) continue;      // another writer's
     RemoveStale(placed_, slot + 1);
+#ifdef _WIN32
+    file_.reset(_fdopen(fd, "wb"));
+#else
     file_.reset(::fdopen(fd, "wb"));
+#endif
     if (!file_) {
       const int error = errno;
+#ifdef _WIN32
+      _close(fd);
+#else
       ::close(fd);
-      ::unlink(temp_.c_str());
+#endif
+      std::error_code ec;
+      fs::remove(FsPath(temp_), ec);
       errno = error;
       return false;
     }
@@ -167,29 +220,6 @@ bool OutputFile::CreateTemporary() {
   errno = EBUSY;
   return false;
 }
-#else
-bool OutputFile::CreateTemporary() {
-  static std::atomic<unsigned> counter{0};
-  for (int attempt = 0; attempt < kSlots; ++attempt) {
-    const auto ticks = std::chrono::steady_clock::now().time_since_epoch().count();
-    temp_ = placed_ + ".sheafwork-" + std::to_string(ticks % 1000000007) + "-" +
-            std::to_string(counter.fetch_add(1)) + ".tmp";
-    // The C runtime Windows ships has no "x" (fail rather than reuse a file
-    // that is already there): a name taken is skipped first.
-    std::error_code ec;
-    if (fs::exists(FsPath(temp_), ec)) continue;
-    const auto wide = WidePath(temp_);
-    file_.reset(wide ? _wfopen(wide->c_str(), L"wb") : nullptr);
-    const int error = errno;
-    if (file_) return true;
-    if (!fs::exists(FsPath(temp_), ec)) {  // not a name clash: the folder refuses
-      errno = error;
-      return false;
-    }
-  }
-  return false;
-}
-#endif
 
 OutputFile::~OutputFile() { Abandon(); }
 

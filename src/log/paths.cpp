@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "log/wide_path.h"
 #include "text/strings.h"
 #include "text/utf8.h"
 
@@ -98,7 +99,7 @@ namespace {
 
 std::optional<std::filesystem::path> InFolder(const std::filesystem::path& folder,
                                               const std::string& fileName) {
-  const std::filesystem::path exact = folder / fileName;
+  const std::filesystem::path exact = folder / FsPath(fileName);
   if (IsRegularFile(exact)) return exact;
   std::error_code ec;
   std::filesystem::directory_iterator it(folder, ec);
@@ -109,7 +110,7 @@ std::optional<std::filesystem::path> InFolder(const std::filesystem::path& folde
     const std::filesystem::path candidate = it->path();
     // The first match in name order, so that the choice does not depend on
     // the order the folder lists its files in.
-    if (EqualsIgnoreCase(candidate.filename().string(), fileName) && IsRegularFile(candidate) &&
+    if (EqualsIgnoreCase(PathText(candidate.filename()), fileName) && IsRegularFile(candidate) &&
         (!found || candidate.filename() < found->filename())) {
       found = candidate;
     }

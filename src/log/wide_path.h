@@ -15,10 +15,11 @@ inline std::filesystem::path FsPath(std::string_view utf8) {
   return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
 }
 
-/// The UTF-8 text of a file-system path, the inverse of FsPath.
-inline std::string Utf8Path(const std::filesystem::path& path) {
-  const std::u8string utf8 = path.u8string();
-  return std::string(utf8.begin(), utf8.end());
+/// The path as the program's UTF-8 text (`.string()` gives the local code
+/// page on Windows).
+inline std::string PathText(const std::filesystem::path& path) {
+  const std::u8string text = path.u8string();
+  return std::string(text.begin(), text.end());
 }
 
 }  // namespace sheafwork

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace sheafwork {
 
@@ -19,5 +20,13 @@ class FontFolders {
 /// The system's font folders (the Windows folder's FONTS on Windows, the
 /// fontconfig folders on POSIX).
 std::unique_ptr<FontFolders> SystemFontFolders();
+
+#ifdef _WIN32
+/// The Windows folder's FONTS (UTF-8); empty when Windows does not say
+/// where it is.
+std::string WindowsFontsFolder();
+/// The names of the files in it (no folders), UTF-8.
+std::vector<std::string> WindowsFontFileNames();
+#endif
 
 }  // namespace sheafwork

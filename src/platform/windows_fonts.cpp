@@ -14,13 +14,6 @@ namespace sheafwork {
 
 namespace {
 
-std::wstring FontsFolder() {
-  wchar_t windows[MAX_PATH];
-  const UINT size = GetWindowsDirectoryW(windows, MAX_PATH);
-  if (size == 0 || size >= MAX_PATH) return {};
-  return std::wstring(windows, size) + L"\\Fonts";
-}
-
 class WindowsFontFolders final : public FontFolders {
  public:
   bool HasFontFile(std::string_view fileName) override {
@@ -32,25 +25,35 @@ class WindowsFontFolders final : public FontFolders {
   }
 
  private:
-  void List() {
-    const std::wstring folder = FontsFolder();
-    if (folder.empty()) return;
-    WIN32_FIND_DATAW data;
-    HANDLE find = FindFirstFileW((folder + L"\\*").c_str(), &data);
-    if (find == INVALID_HANDLE_VALUE) return;
-    do {
-      if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
-        names_.push_back(Utf8FromWide(data.cFileName));
-      }
-    } while (FindNextFileW(find, &data));
-    FindClose(find);
-  }
+  void List() { names_ = WindowsFontFileNames(); }
 
   std::once_flag listed_;
   std::vector<std::string> names_;
 };
 
 }  // namespace
+
+std::string WindowsFontsFolder() {
+  wchar_t windows[MAX_PATH];
+  const UINT size = GetWindowsDirectoryW(windows, MAX_PATH);
+  if (size == 0 || size >= MAX_PATH) return {};
+  return Utf8FromWide(std::wstring_view(windows, size)) + "\\Fonts";
+}
+
+std::vector<std::string> WindowsFontFileNames() {
+  std::vector<std::string> names;
+  const std::wstring folder = WideFromUtf8(WindowsFontsFolder());
+  if (folder.empty()) return names;
+  WIN32_FIND_DATAW data;
+  HANDLE find = FindFirstFileW((folder + L"\\*").c_str(), &data);
+  if (find == INVALID_HANDLE_VALUE) return names;
+  do {
+    if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
+      names.push_back(Utf8FromWide(data.cFileName));
+  } while (FindNextFileW(find, &data));
+  FindClose(find);
+  return names;
+}
 
 std::unique_ptr<FontFolders> SystemFontFolders() { return std::make_unique<WindowsFontFolders>(); }
 

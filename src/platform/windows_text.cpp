@@ -25,4 +25,27 @@ std::wstring WideFromUtf8(std::string_view utf8) {
   return wide;
 }
 
+void AppendCommandLineArgument(std::wstring& line, std::wstring_view argument) {
+  if (!line.empty()) line += L' ';
+  if (!argument.empty() && argument.find_first_of(L" \t\n\v\"") == std::wstring_view::npos) {
+    line += argument;
+    return;
+  }
+  // Backslashes count only before a quote: doubled there, and before the
+  // closing quote.
+  line += L'"';
+  std::size_t backslashes = 0;
+  for (const wchar_t c : argument) {
+    if (c == L'\\') {
+      ++backslashes;
+      continue;
+    }
+    line.append(c == L'"' ? 2 * backslashes + 1 : backslashes, L'\\');
+    backslashes = 0;
+    line += c;
+  }
+  line.append(2 * backslashes, L'\\');
+  line += L'"';
+}
+
 }  // namespace sheafwork

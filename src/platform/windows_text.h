@@ -13,6 +13,11 @@ std::string Utf8FromWide(std::wstring_view wide);
 /// `utf8` as UTF-16 (malformed bytes become U+FFFD).
 std::wstring WideFromUtf8(std::string_view utf8);
 
+/// Appends `argument` to a command line, after a blank unless it is the
+/// first, quoted so that CommandLineToArgvW and the C runtime read it back
+/// as it is.
+void AppendCommandLineArgument(std::wstring& line, std::wstring_view argument);
+
 /// A NUL-terminated UTF-16 string as UTF-8; empty for a null pointer.
 inline std::string Utf8FromWide(const wchar_t* wide) {
   return wide ? Utf8FromWide(std::wstring_view(wide)) : std::string();

@@ -347,6 +347,12 @@ inline constexpr int kComHostGone = 500;          // "L'hôte d'automatisation n
 inline constexpr int kComCallFailed = 501;        // "Échec d'un appel d'automatisation: "
 inline constexpr int kComServerNotFound = 502;    // "Aucun serveur d'automatisation n'est ..."
 inline constexpr int kComServerNotStarted = 503;  // "Impossible de démarrer le serveur d'..."
+inline constexpr int kNoDesktopOnWindows = 510;   // "La version Windows ... pas l'application de bureau ..."
+
+// The choice of the host (530-549).
+inline constexpr int kComHostWindowsOnly = 530;       // "L'hôte COM n'existe que sous Windows ..."
+inline constexpr int kDefaultHostRegistered = 531;    // ", car un serveur d'automatisation est ..."
+inline constexpr int kDefaultHostUnregistered = 532;  // ", car aucun serveur d'automatisation ..."
 inline constexpr int kWorkerKilled = 550;         // "ERREUR : le processus ... sur le signal "
 inline constexpr int kWorkerExited = 551;         // "ERREUR : le processus ... avec le code "
 inline constexpr int kWorkerNotStarted = 552;     // "ERREUR : impossible de démarrer un ..."
@@ -356,11 +362,6 @@ inline constexpr int kTipJobs = 555;              // "Nombre de processus qui tr
 inline constexpr int kJobsTitle = 556;            // "Traçage en parallèle"
 inline constexpr int kJobsLabel = 557;            // "Processus de traçage (0 : un par cœur)"
 inline constexpr int kJobsNote = 558;             // "Avec plus d'un processus, chaque ligne ..."
-
-// The choice of the host (530-549).
-inline constexpr int kComHostWindowsOnly = 530;       // "L'hôte COM n'existe que sous Windows ..."
-inline constexpr int kDefaultHostRegistered = 531;    // ", car un serveur d'automatisation est ..."
-inline constexpr int kDefaultHostUnregistered = 532;  // ", car aucun serveur d'automatisation ..."
 inline constexpr int kCliShardBad = 570;
 inline constexpr int kCliShardNeedsList = 571;
 inline constexpr int kCliShardOneLogFile = 572;

@@ -64,13 +64,14 @@ TEST(PutInPlaceTest, ReplacesOrCreatesTheTargetAndLeavesNothingBehind) {
   EXPECT_TRUE(ec);
 }
 
-#ifndef _WIN32
-// What follows needs POSIX modes, owners, links and locks.
 bool Replace(const std::string& target, const std::string& bytes,
              OutputFile::Durability durability = OutputFile::Durability::Ordinary) {
   OutputFile out(target, durability);
   return out.IsOpen() && out.Write(bytes) && out.Commit();
 }
+
+#ifndef _WIN32
+// What follows needs POSIX modes, owners and links.
 
 // The file that takes an older one's place keeps its mode, durable or not.
 TEST(OutputFileTest, TheReplacingFileKeepsTheMode) {
@@ -131,6 +132,8 @@ TEST(OutputFileTest, ALinkIsWrittenThroughToItsFile) {
   EXPECT_EQ(Names(folder.path() / "reel"), (std::vector<std::string>{"liste.qx3", "neuf.qx3"}));
 }
 
+#endif
+
 // Temporaries of the target that no writer holds, left by a run that was
 // killed, are gone once the target is written again; another target's and a
 // live writer's are left alone.
@@ -156,7 +159,6 @@ TEST(OutputFileTest, StaleTemporariesOfTheTargetAreRemovedLiveOnesKept) {
   EXPECT_EQ(Names(folder.path()),
             (std::vector<std::string>{"autre.pdf.sheafwork-0.tmp", "plan.pdf"}));
 }
-#endif
 
 // A folder named with accents and a character outside Windows-1252: the
 // file is written there under its own name, found, and replaced again.

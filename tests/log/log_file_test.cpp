@@ -135,6 +135,39 @@ TEST_F(LogFileTest, LogsThatAreOffOrFailing) {
   }
 }
 
+// A log held by another run (here another open of the same file, which the
+// lock excludes like another process) is waited for, then left alone: not
+// emptied, not written; once the holder closes it, it is the next run's.
+TEST_F(LogFileTest, ALogHeldByAnotherOpenIsWaitedForThenLeftAlone) {
+  const std::string path = dir_.Write("journal.log", "ligne de l'autre\r\n");
+  LogFile holder;
+  ASSERT_TRUE(holder.Open(path, /*append=*/true));
+#ifdef _WIN32
+  _putenv_s("SHEAFWORK_LOG_LOCK_WAIT", "150");
+#else
+  setenv("SHEAFWORK_LOG_LOCK_WAIT", "150", 1);
+#endif
+  for (const bool append : {false, true}) {
+    SCOPED_TRACE(append ? "append" : "overwrite");
+    LogFile second;
+    EXPECT_FALSE(second.Open(path, append));
+    EXPECT_TRUE(second.Busy());
+    EXPECT_FALSE(second.Opened());
+  }
+  EXPECT_EQ(testing::TempFolder::Read(path), "ligne de l'autre\r\n");
+  ASSERT_TRUE(holder.Close());
+  LogFile after;
+  EXPECT_TRUE(after.Open(path, /*append=*/false));
+  EXPECT_TRUE(after.WriteLogLine("nouvelle"));
+  EXPECT_TRUE(after.Close());
+  EXPECT_EQ(testing::TempFolder::Read(path), "nouvelle\r\n");
+#ifdef _WIN32
+  _putenv_s("SHEAFWORK_LOG_LOCK_WAIT", "");
+#else
+  unsetenv("SHEAFWORK_LOG_LOCK_WAIT");
+#endif
+}
+
 #ifndef _WIN32  // devices, locks and processes of POSIX
 // Pipes and devices are not locked (two runs may both log to /dev/null), and
 // a run whose two logs are one file does not wait for itself.

@@ -10,6 +10,7 @@
 #include "embedded/automation/variables.h"
 #include "embedded/model/undrawn.h"
 #include "embedded/render/shape_font.h"
+#include "log/wide_path.h"
 #include "text/strings.h"
 
 namespace sheafwork::embedded {
@@ -151,12 +152,13 @@ class DocumentObject : public host::Document {
       DocumentState& doc = *h_.doc;
       std::error_code ec;
       if (doc.untitled) {
-        std::ofstream out(fileName, std::ios::binary | std::ios::trunc);
+        std::ofstream out(FsPath(fileName), std::ios::binary | std::ios::trunc);
         out << kEmptyDxf;
         out.close();
         if (!out) throw host::Error(msg::kFileAccess, msg::SaveFailed(fileName, "écriture"));
-      } else if (!fs::equivalent(doc.fullName, fileName, ec)) {
-        fs::copy_file(doc.fullName, fileName, fs::copy_options::overwrite_existing, ec);
+      } else if (!fs::equivalent(FsPath(doc.fullName), FsPath(fileName), ec)) {
+        fs::copy_file(FsPath(doc.fullName), FsPath(fileName), fs::copy_options::overwrite_existing,
+                      ec);
         if (ec) throw host::Error(msg::kFileAccess, msg::SaveFailed(fileName, ec.message()));
       }
       doc.fullName = fileName;

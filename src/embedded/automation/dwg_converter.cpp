@@ -1,25 +1,38 @@
 #include "embedded/automation/dwg_converter.h"
 
+#ifdef _WIN32
+#include <process.h>  // _getpid
+#include <windows.h>
+#define getpid _getpid
+#else
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#endif
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
+#include <memory>
 #include <system_error>
 #include <thread>
 #include <vector>
 
 #include "embedded/automation/messages.h"
+#include "log/wide_path.h"
 #include "text/strings.h"
 
+#ifdef _WIN32
+#include "platform/windows_text.h"
+#else
 extern char** environ;
+#endif
 
 namespace sheafwork::embedded {
 
@@ -33,6 +46,7 @@ constexpr std::chrono::seconds kTimeLimit{120};
 // What is kept of the converter's standard error: its last line is the reason.
 constexpr std::size_t kKeptErrorText = 4096;
 
+#ifndef _WIN32
 // Both ends closed on destruction.
 struct Pipe {
   int read = -1;
@@ -66,6 +80,8 @@ struct SpawnSetup {
   SpawnSetup& operator=(const SpawnSetup&) = delete;
 };
 
+#endif
+
 // The last non-empty line of `text`, trimmed.
 std::string LastLine(const std::string& text) {
   std::string_view rest = text;
@@ -80,6 +96,7 @@ std::string LastLine(const std::string& text) {
   return {};
 }
 
+#ifndef _WIN32
 // Reads the child's standard error until it is closed or `deadline` passes;
 // false when the time ran out.
 bool ReadUntilClosed(int fd, Clock::time_point deadline, std::string& text) {
@@ -119,8 +136,11 @@ void EndProcessGroup(pid_t pid) {
   }
 }
 
+#endif
+
 }  // namespace
 
+#ifndef _WIN32
 ScratchFolder::ScratchFolder() {
   std::error_code ec;
   std::string pattern = (fs::temp_directory_path(ec) / "sheafwork-dwg-XXXXXX").string();
@@ -131,13 +151,15 @@ ScratchFolder::ScratchFolder() {
   path_ = pattern;
 }
 
+#endif
+
 ScratchFolder::~ScratchFolder() {
   std::error_code ec;
-  fs::remove_all(path_, ec);
+  fs::remove_all(FsPath(path_), ec);
 }
 
 std::string BundledDwgConverter(const std::string& dataFolder) {
-  return (fs::path(dataFolder) / "dwg2dxf" / "dwg2dxf.js").string();
+  return PathText(FsPath(dataFolder) / "dwg2dxf" / "dwg2dxf.js");
 }
 
 std::chrono::milliseconds DefaultDwgTimeLimit() {
@@ -152,6 +174,7 @@ std::chrono::milliseconds DefaultDwgTimeLimit() {
   return kTimeLimit;
 }
 
+#ifndef _WIN32
 void RunDwgConverter(const std::string& converter, const std::string& input,
                      const std::string& output, std::chrono::milliseconds timeLimit) {
   const bool byNode = EndsWithIgnoreCase(converter, ".js");
@@ -201,19 +224,179 @@ void RunDwgConverter(const std::string& converter, const std::string& input,
         msg::ConversionFailed(input, reason.empty() ? msg::ConverterExit(code) : reason));
   }
   std::error_code ec;
-  if (!fs::is_regular_file(output, ec)) {
+  if (!fs::is_regular_file(FsPath(output), ec)) {
     throw host::Error(msg::kConversionFailed,
                       msg::ConversionFailed(input, msg::ConverterNoOutput()));
   }
 }
 
+#endif
+
+#ifdef _WIN32
+namespace {
+
+struct HandleCloser {
+  void operator()(HANDLE h) const {
+    if (h != nullptr && h != INVALID_HANDLE_VALUE) CloseHandle(h);
+  }
+};
+using Handle = std::unique_ptr<void, HandleCloser>;
+
+// The program `name` along PATH (".exe" added when it has no extension);
+// empty when there is none.
+std::wstring FindOnPath(const std::wstring& name) {
+  wchar_t found[MAX_PATH];
+  const DWORD n = SearchPathW(nullptr, name.c_str(), L".exe", MAX_PATH, found, nullptr);
+  return n == 0 || n >= MAX_PATH ? std::wstring() : std::wstring(found, n);
+}
+
+std::string SystemReason(DWORD error) {
+  wchar_t* text = nullptr;
+  const DWORD n = FormatMessageW(
+      FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
+      nullptr, error, 0, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
+  std::string reason = n > 0 ? std::string(TrimSpaces(Utf8FromWide(text))) : std::string();
+  LocalFree(text);
+  return reason.empty() ? "erreur " + std::to_string(error) : reason;
+}
+
+}  // namespace
+
+ScratchFolder::ScratchFolder() {
+  std::error_code ec;
+  const fs::path base = fs::temp_directory_path(ec);
+  for (unsigned attempt = 0; !ec && attempt < 100; ++attempt) {
+    const fs::path made = base / ("sheafwork-dwg-" + std::to_string(GetCurrentProcessId()) + "-" +
+                                  std::to_string(GetTickCount64() % 100000 + attempt));
+    if (fs::create_directory(made, ec)) {
+      path_ = PathText(made);
+      return;
+    }
+  }
+  throw host::Error(msg::kFileAccess,
+                    msg::ConversionFailed(PathText(base / "sheafwork-dwg"),
+                                          ec ? ec.message() : std::strerror(EEXIST)));
+}
+
+// Windows: the converter started with CreateProcess, its standard error read
+// through a pipe, in a job object so that the time limit ends what it started
+// too.
+void RunDwgConverter(const std::string& converter, const std::string& input,
+                     const std::string& output, std::chrono::milliseconds timeLimit) {
+  const bool byNode = EndsWithIgnoreCase(converter, ".js");
+  std::wstring program;
+  std::wstring line;
+  if (byNode) {
+    program = FindOnPath(L"node.exe");
+    if (program.empty()) throw host::Error(msg::kNoDwgConverter, msg::NoNode(input));
+    AppendCommandLineArgument(line, L"node");
+    AppendCommandLineArgument(line, L"--liftoff-only");
+  } else {
+    program = WideFromUtf8(converter);
+    if (program.find_first_of(L"\\/:") == std::wstring::npos) program = FindOnPath(program);
+    if (program.empty()) {
+      throw host::Error(
+          msg::kConversionFailed,
+          msg::ConversionFailed(input, converter + " : " + SystemReason(ERROR_FILE_NOT_FOUND)));
+    }
+  }
+  AppendCommandLineArgument(line, WideFromUtf8(converter));
+  AppendCommandLineArgument(line, WideFromUtf8(input));
+  AppendCommandLineArgument(line, WideFromUtf8(output));
+
+  SECURITY_ATTRIBUTES inherit{sizeof inherit, nullptr, TRUE};
+  HANDLE readEnd = nullptr, writeEnd = nullptr;
+  if (!CreatePipe(&readEnd, &writeEnd, &inherit, 0)) {
+    throw host::Error(msg::kConversionFailed,
+                      msg::ConversionFailed(input, SystemReason(GetLastError())));
+  }
+  const Handle errorsRead(readEnd);
+  Handle errorsWrite(writeEnd);
+  SetHandleInformation(readEnd, HANDLE_FLAG_INHERIT, 0);
+  const Handle nul(CreateFileW(L"NUL", GENERIC_READ | GENERIC_WRITE,
+                               FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit, OPEN_EXISTING, 0,
+                               nullptr));
+  const Handle job(CreateJobObjectW(nullptr, nullptr));
+  if (job) {
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+    SetInformationJobObject(job.get(), JobObjectExtendedLimitInformation, &limits, sizeof limits);
+  }
+
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  startup.dwFlags = STARTF_USESTDHANDLES;
+  startup.hStdInput = nul.get();
+  startup.hStdOutput = nul.get();
+  startup.hStdError = writeEnd;
+  PROCESS_INFORMATION started{};
+  if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE,
+                      CREATE_NO_WINDOW | CREATE_SUSPENDED, nullptr, nullptr, &startup, &started)) {
+    const DWORD error = GetLastError();
+    if (byNode && error == ERROR_FILE_NOT_FOUND)
+      throw host::Error(msg::kNoDwgConverter, msg::NoNode(input));
+    throw host::Error(msg::kConversionFailed,
+                      msg::ConversionFailed(input, converter + " : " + SystemReason(error)));
+  }
+  const Handle process(started.hProcess);
+  const Handle thread(started.hThread);
+  if (job) AssignProcessToJobObject(job.get(), process.get());
+  ResumeThread(thread.get());
+  errorsWrite.reset();  // the pipe ends when the converter's copy closes
+
+  const Clock::time_point deadline = Clock::now() + timeLimit;
+  std::string errorText;
+  bool finished = false;
+  for (;;) {
+    DWORD available = 0;
+    if (PeekNamedPipe(errorsRead.get(), nullptr, 0, nullptr, &available, nullptr) &&
+        available > 0) {
+      char buffer[1024];
+      DWORD got = 0;
+      if (ReadFile(errorsRead.get(), buffer, sizeof buffer, &got, nullptr) && got > 0) {
+        errorText.append(buffer, got);
+        if (errorText.size() > 2 * kKeptErrorText)
+          errorText.erase(0, errorText.size() - kKeptErrorText);
+      }
+      continue;
+    }
+    if (finished) break;  // ended, and what it wrote has been read
+    finished = WaitForSingleObject(process.get(), 5) == WAIT_OBJECT_0;
+    if (!finished && Clock::now() >= deadline) {
+      if (job) TerminateJobObject(job.get(), 1);
+      TerminateProcess(process.get(), 1);
+      WaitForSingleObject(process.get(), 5000);
+      const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(timeLimit).count();
+      throw host::Error(
+          msg::kConversionFailed,
+          msg::ConversionFailed(
+              input, msg::ConverterTimedOut(static_cast<int>(std::max<long long>(seconds, 1)))));
+    }
+  }
+  DWORD code = 0;
+  GetExitCodeProcess(process.get(), &code);
+  if (code != 0) {
+    const std::string reason = LastLine(errorText);
+    throw host::Error(
+        msg::kConversionFailed,
+        msg::ConversionFailed(
+            input, reason.empty() ? msg::ConverterExit(static_cast<int>(code)) : reason));
+  }
+  std::error_code ec;
+  if (!fs::is_regular_file(FsPath(output), ec)) {
+    throw host::Error(msg::kConversionFailed,
+                      msg::ConversionFailed(input, msg::ConverterNoOutput()));
+  }
+}
+#endif
+
 std::string DwgConversions::Convert(const std::string& converter, const std::string& dwg,
                                     std::chrono::milliseconds timeLimit) {
   std::error_code ec;
-  const std::string key = fs::weakly_canonical(fs::path(dwg), ec).string();
+  const std::string key = PathText(fs::weakly_canonical(FsPath(dwg), ec));
   Done now;
-  now.modified = fs::last_write_time(dwg, ec);
-  now.size = fs::file_size(dwg, ec);
+  now.modified = fs::last_write_time(FsPath(dwg), ec);
+  now.size = fs::file_size(FsPath(dwg), ec);
   now.converter = converter;
   const auto found = done_.find(key.empty() ? dwg : key);
   if (found != done_.end() && found->second.modified == now.modified &&
@@ -230,14 +413,13 @@ std::string DwgConversions::Convert(const std::string& converter, const std::str
                              converter;
     char hash[17];
     std::snprintf(hash, sizeof hash, "%016zx", std::hash<std::string>{}(what));
-    now.dxf =
-        (fs::path(shared_) / (std::string(hash) + "-" + fs::path(dwg).stem().string() + ".dxf"))
-            .string();
-    if (!fs::is_regular_file(now.dxf, ec)) {
+    now.dxf = PathText(FsPath(shared_) /
+                       FsPath(std::string(hash) + "-" + PathText(FsPath(dwg).stem()) + ".dxf"));
+    if (!fs::is_regular_file(FsPath(now.dxf), ec)) {
       const std::string part = now.dxf + "." + std::to_string(getpid()) + ".part.dxf";
       try {
         RunDwgConverter(converter, dwg, part, timeLimit);
-        fs::rename(part, now.dxf, ec);
+        fs::rename(FsPath(part), FsPath(now.dxf), ec);
         if (ec) now.dxf = part;
       } catch (const host::Error& error) {
         now.error = error;
@@ -246,9 +428,8 @@ std::string DwgConversions::Convert(const std::string& converter, const std::str
   } else {
     if (!folder_) folder_ = std::make_unique<ScratchFolder>();
     // Numbered, since two drawings of one name may sit in different folders.
-    now.dxf = (fs::path(folder_->path()) /
-               (std::to_string(++made_) + "-" + fs::path(dwg).stem().string() + ".dxf"))
-                  .string();
+    now.dxf = PathText(FsPath(folder_->path()) / FsPath(std::to_string(++made_) + "-" +
+                                                        PathText(FsPath(dwg).stem()) + ".dxf"));
     try {
       RunDwgConverter(converter, dwg, now.dxf, timeLimit);
     } catch (const host::Error& error) {

@@ -17,6 +17,7 @@
 #include "embedded/model/referenced_files.h"
 #include "embedded/model/xrefs.h"
 #include "log/paths.h"
+#include "log/wide_path.h"
 #include "platform/program_folders.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -31,7 +32,7 @@ namespace {
 
 bool IsFile(const std::string& path) {
   std::error_code ec;
-  return fs::is_regular_file(fs::path(path), ec);
+  return fs::is_regular_file(FsPath(path), ec);
 }
 
 // The host lists the model layout first, then the paper-space layouts in tab
@@ -140,14 +141,14 @@ HostCore::HostCore(EmbeddedHostOptions given) : options(std::move(given)) {
     options.fallbackDevice =
         fromEnvironment && *fromEnvironment ? fromEnvironment : msg::kDefaultFallbackDevice;
   }
-  const fs::path data(options.dataFolder);
-  const fs::path user(options.userFolder);
-  printerConfigPath = (data / "plotters").string() + ";" + (user / "plotters").string();
-  plotStylePath = (data / "plotstyles").string() + ";" + (user / "plotstyles").string();
+  const fs::path data = FsPath(options.dataFolder);
+  const fs::path user = FsPath(options.userFolder);
+  printerConfigPath = PathText(data / "plotters") + ";" + PathText(user / "plotters");
+  plotStylePath = PathText(data / "plotstyles") + ";" + PathText(user / "plotstyles");
   // Shape fonts are found along the support path: the program's own and the
   // user's, beside the user's plotters and plot styles.
-  supportPath = (data / "support").string() + ";" + (data / "fonts").string() + ";" +
-                (user / "fonts").string();
+  supportPath =
+      PathText(data / "support") + ";" + PathText(data / "fonts") + ";" + PathText(user / "fonts");
   logFilePath = options.userFolder;
   dwgConverter = *options.dwgConverter;
   fallbackDevice = *options.fallbackDevice;
@@ -234,9 +235,9 @@ Drawing HostCore::LoadDrawing(const std::string& path) {
 void HostCore::WriteLog(const std::string& path, const std::string& line) {
   if (!logFileOn) return;
   std::error_code ec;
-  fs::create_directories(fs::path(path).parent_path(), ec);
+  fs::create_directories(FsPath(path).parent_path(), ec);
   const bool fresh = startedLogs_.insert(path).second;
-  std::ofstream out(path,
+  std::ofstream out(FsPath(path),
                     fresh ? std::ios::binary | std::ios::trunc : std::ios::binary | std::ios::app);
   out << line << "\r\n";
 }
@@ -307,7 +308,7 @@ Drawing UntitledDrawing() {
 }
 
 void WriteXrefLog(const Drawing& drawing, const XrefLimits& limits) {
-  std::ofstream out(XrefLogName(drawing.path), std::ios::binary | std::ios::trunc);
+  std::ofstream out(FsPath(XrefLogName(drawing.path)), std::ios::binary | std::ios::trunc);
   out << msg::XrefLogTitle(drawing.path) << "\r\n";
   if (drawing.xrefs.empty() && drawing.images.empty()) out << msg::XrefNone() << "\r\n";
   std::set<const Drawing*> listed;

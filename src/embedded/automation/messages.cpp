@@ -18,9 +18,15 @@ std::string NoDwgConverter(std::string_view path) {
 }
 
 std::string NoNode(std::string_view path) {
+#ifdef _WIN32
+  return "Node.js est introuvable (node.exe n'est dans aucun dossier du PATH) : installez Node.js "
+         "pour ouvrir les dessins DWG : " +
+         S(path);
+#else
   return "Node.js est introuvable (commande « node ») : installez le paquet nodejs (ou lancez "
          "scripts/setup.sh) pour ouvrir les dessins DWG : " +
          S(path);
+#endif
 }
 
 std::string ConversionFailed(std::string_view path, std::string_view reason) {

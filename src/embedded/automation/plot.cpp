@@ -11,6 +11,7 @@
 #include "embedded/automation/variables.h"
 #include "embedded/model/undrawn.h"
 #include "embedded/plotstyle/plot_style_file.h"
+#include "log/wide_path.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
@@ -123,7 +124,7 @@ class PlotObject : public host::Plot {
                         const std::optional<std::string>& deviceArgument) {
     DocumentState& doc = *doc_;
     const Layout& layout = doc.ActiveLayout();
-    const std::string drawingName = fs::path(doc.fullName).filename().string();
+    const std::string drawingName = PathText(FsPath(doc.fullName).filename());
     const std::string layoutName =
         layout.IsModel() ? CachedText<ids::kModelTabName>() : layout.name;
     const bool given = deviceArgument && !deviceArgument->empty();
@@ -191,10 +192,10 @@ class PlotObject : public host::Plot {
     std::string output;
     if (device->WritesFiles() || file) {
       output = OutputFile(file, *device, layoutName);
-      const fs::path folder = fs::path(output).parent_path();
+      const fs::path folder = FsPath(output).parent_path();
       std::error_code ec;
       if (!folder.empty() && !fs::is_directory(folder, ec)) {
-        return fail(msg::NoOutputFolder(folder.string()));
+        return fail(msg::NoOutputFolder(PathText(folder)));
       }
       job.output = FileOutput(device->config.driver);
       job.outputPath = output;
@@ -244,25 +245,25 @@ class PlotObject : public host::Plot {
                          const std::string& layoutName) const {
     const std::string& extension = device.config.extension;
     if (file && core_->options.outputFolder.empty()) {
-      if (!fs::path(*file).extension().empty() || extension.empty()) return *file;
+      if (!FsPath(*file).extension().empty() || extension.empty()) return *file;
       return *file + "." + extension;
     }
     const std::string stem =
-        fs::path(doc_->fullName).stem().string() + "-" + FileNamePart(layoutName);
+        PathText(FsPath(doc_->fullName).stem()) + "-" + FileNamePart(layoutName);
     const std::string dot = extension.empty() ? "" : "." + extension;
     if (!core_->options.outputFolder.empty()) {
-      const fs::path folder = core_->options.outputFolder;
-      std::string output = (folder / (stem + dot)).string();
+      const fs::path folder = FsPath(core_->options.outputFolder);
+      std::string output = PathText(folder / FsPath(stem + dot));
       for (int n = 2; core_->outputsTaken.count(output) != 0; ++n) {
-        output = (folder / (stem + "-" + std::to_string(n) + dot)).string();
+        output = PathText(folder / FsPath(stem + "-" + std::to_string(n) + dot));
       }
       core_->outputsTaken.insert(output);
       return output;
     }
     fs::path folder = device.config.outputFolder;
-    if (folder.empty()) folder = fs::path(doc_->fullName).parent_path();
+    if (folder.empty()) folder = FsPath(doc_->fullName).parent_path();
     if (folder.empty()) folder = core_->options.userFolder;
-    return (folder / (stem + dot)).string();
+    return PathText(folder / FsPath(stem + dot));
   }
 
   std::shared_ptr<HostCore> core_;

@@ -1,4 +1,5 @@
 #include "embedded/automation/variables.h"
+#include "log/wide_path.h"
 
 #include <filesystem>
 
@@ -50,13 +51,11 @@ const Variable& Find(const std::string& name) {
   throw host::Error(msg::kUnknownVariable, msg::UnknownVariable(name));
 }
 
-std::string FileName(const DocumentState& doc) {
-  return fs::path(doc.fullName).filename().string();
-}
+std::string FileName(const DocumentState& doc) { return PathText(FsPath(doc.fullName).filename()); }
 
 std::string Folder(const HostCore& core, const DocumentState& doc) {
-  const fs::path folder = fs::path(doc.fullName).parent_path();
-  const std::string text = folder.empty() ? core.options.userFolder : folder.string();
+  const fs::path folder = FsPath(doc.fullName).parent_path();
+  const std::string text = folder.empty() ? core.options.userFolder : PathText(folder);
   return text.ends_with('/') ? text : text + "/";
 }
 
@@ -76,8 +75,8 @@ std::map<std::string, host::SysVarValue> DefaultDocumentVariables() {
 }
 
 std::string HostLogFile(const HostCore& core, const std::string& drawingPath) {
-  const std::string stem = fs::path(drawingPath).stem().string();
-  return (fs::path(core.logFilePath) / (stem + msg::kLogFileSuffix)).string();
+  const std::string stem = PathText(FsPath(drawingPath).stem());
+  return PathText(FsPath(core.logFilePath) / FsPath(stem + msg::kLogFileSuffix));
 }
 
 std::string HostLogFile(const HostCore& core, const DocumentState& doc) {

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "log/paths.h"
+#include "log/wide_path.h"
 #include "text/strings.h"
 
 namespace sheafwork::embedded {
@@ -26,15 +27,15 @@ std::optional<PlotDevice> FindPlotDevice(
     const std::function<const std::vector<PrinterInfo>&()>& printers) {
   if (name.empty()) return std::nullopt;
   if (EndsWithIgnoreCase(name, ".pc3")) {
-    const fs::path given(name);
+    const fs::path given = FsPath(name);
     std::string found;
     if (given.has_parent_path()) {
       if (IsRegularFile(given)) found = name;
     } else {
       for (const std::string& folder : SplitSearchPath(printerConfigPath)) {
-        const fs::path candidate = fs::path(folder) / given;
+        const fs::path candidate = FsPath(folder) / given;
         if (IsRegularFile(candidate)) {
-          found = candidate.string();
+          found = PathText(candidate);
           break;
         }
       }

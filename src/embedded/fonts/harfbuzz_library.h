@@ -15,7 +15,8 @@ namespace sheafwork::embedded {
   X(hb_blob_destroy)                                                                               \
   X(hb_buffer_add_utf8)                                                                            \
   X(hb_buffer_create)                                                                              \
-  X(hb_buffer_destroy) X(hb_buffer_get_glyph_infos) X(hb_buffer_get_glyph_positions)               \
+  X(hb_buffer_destroy)                                                                             \
+  X(hb_buffer_get_glyph_infos) X(hb_buffer_get_glyph_positions)                                    \
       X(hb_buffer_guess_segment_properties) X(hb_draw_funcs_create)                                \
           X(hb_draw_funcs_make_immutable) X(hb_draw_funcs_set_close_path_func)                     \
               X(hb_draw_funcs_set_cubic_to_func) X(hb_draw_funcs_set_line_to_func)                 \

@@ -1,6 +1,7 @@
 #include "embedded/model/referenced_files.h"
 
 #include "log/paths.h"
+#include "log/wide_path.h"
 
 namespace sheafwork::embedded {
 
@@ -13,7 +14,7 @@ fs::path StoredPath(std::string stored) {
   for (char& c : stored) {
     if (c == '\\') c = '/';
   }
-  return fs::path(stored);
+  return FsPath(stored);
 }
 
 }  // namespace
@@ -28,20 +29,19 @@ std::string LocateReferencedFile(const std::string& stored, const fs::path& draw
   const fs::path path = StoredPath(stored);
   if (path.empty()) return {};
   const fs::path asGiven = path.is_absolute() ? path : drawingFolder / path;
-  if (IsRegularFile(asGiven)) return asGiven.lexically_normal().string();
+  if (IsRegularFile(asGiven)) return PathText(asGiven.lexically_normal());
   const fs::path name = path.filename();
   if (name.empty()) return {};
-  if (IsRegularFile(drawingFolder / name))
-    return (drawingFolder / name).lexically_normal().string();
+  if (IsRegularFile(drawingFolder / name)) return PathText((drawingFolder / name).lexically_normal());
   for (const fs::path& folder : support) {
-    if (IsRegularFile(folder / name)) return (folder / name).lexically_normal().string();
+    if (IsRegularFile(folder / name)) return PathText((folder / name).lexically_normal());
   }
   return {};
 }
 
 void ResolveImageFiles(Drawing& drawing, const std::string& supportPath) {
   if (drawing.images.empty()) return;
-  const fs::path folder = fs::path(drawing.path).parent_path();
+  const fs::path folder = FsPath(drawing.path).parent_path();
   const std::vector<fs::path> support = SearchFolders(supportPath);
   for (auto& [handle, definition] : drawing.images) {
     definition.resolvedPath = LocateReferencedFile(definition.storedPath, folder, support);

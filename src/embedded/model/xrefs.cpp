@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "embedded/model/referenced_files.h"
+#include "log/wide_path.h"
 
 namespace sheafwork::embedded {
 
@@ -17,7 +18,7 @@ namespace {
 std::string Identity(const std::string& path) {
   std::error_code ec;
   const fs::path canonical = fs::weakly_canonical(path, ec);
-  return ec ? path : canonical.string();
+  return ec ? path : PathText(canonical);
 }
 
 std::uintmax_t FileSize(const std::string& path) {
@@ -56,7 +57,7 @@ class Resolver {
 
   void ResolveReferences(Drawing& drawing, int level) {
     drawing.xrefs.clear();
-    const fs::path folder = fs::path(drawing.path).parent_path();
+    const fs::path folder = FsPath(drawing.path).parent_path();
     for (const Block& block : drawing.blocks) {
       if (!block.IsXref()) continue;
       ExternalReference reference{block.name, block.xrefPath, {}, nullptr};

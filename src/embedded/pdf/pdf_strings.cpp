@@ -71,7 +71,11 @@ void AppendUtf16Hex(std::string& out, char32_t c) {
 
 std::string DateString(std::time_t when) {
   std::tm utc{};
+#ifdef _WIN32
+  gmtime_s(&utc, &when);
+#else
   gmtime_r(&when, &utc);
+#endif
   std::array<char, 32> buffer{};
   const std::size_t n = std::strftime(buffer.data(), buffer.size(), "D:%Y%m%d%H%M%SZ", &utc);
   return std::string(buffer.data(), n);

@@ -22,7 +22,7 @@ std::vector<std::string> PlotStyleFileNames(const std::string& searchPath) {
     std::error_code ec;
     std::filesystem::directory_iterator it(FsPath(folder), ec);
     for (; !ec && it != std::filesystem::directory_iterator(); it.increment(ec)) {
-      std::string name = Utf8Path(it->path().filename());
+      std::string name = PathText(it->path().filename());
       if (!EndsWithIgnoreCase(name, ".ctb") && !EndsWithIgnoreCase(name, ".stb")) continue;
       if (!IsRegularFile(it->path())) continue;
       const bool known = std::any_of(names.begin(), names.end(), [&](const std::string& other) {

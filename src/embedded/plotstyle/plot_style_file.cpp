@@ -11,6 +11,7 @@
 #include "compress/zlib_stream.h"
 #include "embedded/plotstyle/messages.h"
 #include "log/regular_file.h"
+#include "log/wide_path.h"
 
 namespace sheafwork::embedded {
 
@@ -136,7 +137,7 @@ std::vector<unsigned char> WritePlotStyleTable(const PlotStyleTable& table) {
 
 void WritePlotStyleFile(const PlotStyleTable& table, const std::string& path) {
   const std::vector<unsigned char> bytes = WritePlotStyleTable(table);
-  std::ofstream out(path, std::ios::binary | std::ios::trunc);
+  std::ofstream out(FsPath(path), std::ios::binary | std::ios::trunc);
   out.write(reinterpret_cast<const char*>(bytes.data()),
             static_cast<std::streamsize>(bytes.size()));
   out.close();

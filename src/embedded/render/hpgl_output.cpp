@@ -10,13 +10,14 @@
 #include "embedded/render/hpgl_backend.h"
 #include "embedded/render/messages.h"
 #include "embedded/render/paint_sheet.h"
+#include "log/wide_path.h"
 
 namespace sheafwork::embedded {
 
 void WriteHpgl(const PlotJob& job, const SheetLayout& sheet) {
   const std::string& path = job.outputPath;
   std::ofstream file;
-  if (!path.empty()) file.open(path, std::ios::binary | std::ios::trunc);
+  if (!path.empty()) file.open(FsPath(path), std::ios::binary | std::ios::trunc);
   if (!file.is_open()) throw PlotError(render_messages::FileCannotCreate("HP-GL/2", path));
   const auto removeFile = [&] {
     file.close();

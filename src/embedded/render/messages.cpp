@@ -71,7 +71,15 @@ std::string PrinterCannotFinish(const std::string& name) {
 }
 
 std::string PaintedOutputMissing(const std::string& output) {
+#ifdef _WIN32
+  // The Windows program is built without Qt, which paints these outputs.
+  return output +
+         " est indisponible : la version Windows de ce programme est construite sans Qt, qui "
+         "dessine les sorties PNG et SVG et l'impression sur les imprimantes du système ; seules "
+         "les sorties PDF et HP-GL/2 y sont disponibles";
+#else
   return output + " est indisponible : ce programme n'a pas de module de dessin";
+#endif
 }
 
 std::string PaintedOutputOutOfMemory() { return "mémoire insuffisante pour le dessin"; }

@@ -10,6 +10,7 @@
 #include "embedded/render/messages.h"
 #include "embedded/render/paint_sheet.h"
 #include "embedded/render/pdf_output.h"
+#include "log/wide_path.h"
 
 namespace sheafwork::embedded {
 
@@ -23,9 +24,8 @@ struct PdfBook::Impl {
     const std::string path = job.drawing != nullptr ? job.drawing->path : std::string();
     auto [at, added] = drawings.try_emplace(path.empty() ? job.drawingName : path, outline.size());
     if (added) {
-      const std::string name = !job.drawingName.empty()
-                                   ? job.drawingName
-                                   : std::filesystem::path(path).filename().string();
+      const std::string name =
+          !job.drawingName.empty() ? job.drawingName : PathText(FsPath(path).filename());
       outline.push_back({name, page, {}});
     }
     const std::string layout =
@@ -44,7 +44,7 @@ PdfBook::PdfBook(std::string path) : path_(std::move(path)) {
     throw PlotError(render_messages::FileCannotCreate("PDF", path_));
   }
   pdf::DocumentInfo info;
-  info.title = std::filesystem::path(path_).stem().string();
+  info.title = PathText(FsPath(path_).stem());
   try {
     impl_ = std::make_unique<Impl>(path_, std::move(info));
   } catch (const pdf::FileError& error) {

@@ -1,4 +1,5 @@
 #include "embedded/render/raster_file.h"
+#include "log/wide_path.h"
 
 #include <fstream>
 #include <iterator>
@@ -14,7 +15,7 @@ std::optional<RasterFile> DecodeRasterFile(std::string_view bytes) {
 }
 
 std::optional<RasterFile> ReadRasterFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
+  std::ifstream in(FsPath(path), std::ios::binary);
   if (!in) return std::nullopt;
   const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
   if (in.bad()) return std::nullopt;

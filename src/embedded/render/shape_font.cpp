@@ -1,6 +1,10 @@
 #include "embedded/render/shape_font.h"
 
+#ifdef _WIN32
+#include <windows.h>
+#else
 #include <iconv.h>
+#endif
 
 #include <array>
 #include <cstring>
@@ -57,7 +61,9 @@ ShapeFace::ShapeFace(std::shared_ptr<const ShapeFile> font,
     : font_(std::move(font)), bigFont_(std::move(bigFont)), bigFontCodePage_(bigFontCodePage) {}
 
 ShapeFace::~ShapeFace() {
+#ifndef _WIN32
   if (converter_ != nullptr) iconv_close(static_cast<iconv_t>(converter_));
+#endif
 }
 
 const StrokeGlyph* ShapeFace::Built(const ShapeFile& file, std::uint32_t number) const {
@@ -74,6 +80,25 @@ const StrokeGlyph* ShapeFace::Built(const ShapeFile& file, std::uint32_t number)
 // The two-byte code of `code` in the big font's code page (lead byte
 // first); nullopt when the code page has no such character.
 std::optional<std::uint32_t> ShapeFace::BigFontCode(char32_t code) const {
+#ifdef _WIN32
+  // The system's own tables of the code page.
+  wchar_t in[2];
+  int inSize = 1;
+  if (code >= 0x10000) {
+    in[0] = static_cast<wchar_t>(0xD800 + ((code - 0x10000) >> 10));
+    in[1] = static_cast<wchar_t>(0xDC00 + ((code - 0x10000) & 0x3FF));
+    inSize = 2;
+  } else {
+    in[0] = static_cast<wchar_t>(code);
+  }
+  char out[8];
+  BOOL defaulted = FALSE;
+  const int n = WideCharToMultiByte(static_cast<UINT>(bigFontCodePage_), WC_NO_BEST_FIT_CHARS, in,
+                                    inSize, out, sizeof out, nullptr, &defaulted);
+  if (n != 2 || defaulted) return std::nullopt;
+  return static_cast<std::uint32_t>(static_cast<std::uint8_t>(out[0]) << 8 |
+                                    static_cast<std::uint8_t>(out[1]));
+#else
   if (converter_ == nullptr) {
     const std::string name = "CP" + std::to_string(bigFontCodePage_);
     const iconv_t opened = iconv_open(name.c_str(), "UTF-8");
@@ -95,6 +120,7 @@ std::optional<std::uint32_t> ShapeFace::BigFontCode(char32_t code) const {
   if (outPtr - out != 2) return std::nullopt;
   return static_cast<std::uint32_t>(static_cast<std::uint8_t>(out[0]) << 8 |
                                     static_cast<std::uint8_t>(out[1]));
+#endif
 }
 
 const StrokeGlyph* ShapeFace::FromFiles(char32_t code) const {

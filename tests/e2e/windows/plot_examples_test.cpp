@@ -1,0 +1,197 @@
+// sheafwork.exe plots a list of the example drawings with the embedded host:
+// a journal line per plotted row, the failing rows named in the error log,
+// PDF sheets of the sizes the drawings give; in a plain folder and in one
+// whose name has accents (a list file holds Windows-1252 paths only).
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "fakes/log_lines.h"
+#include "fakes/native_path.h"
+#include "fakes/temp_folder.h"
+#include "platform/windows_text.h"
+#include "res/string_ids.h"
+#include "res/string_table.h"
+
+namespace sheafwork::testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct ProgramRun {
+  DWORD status = 0;
+  std::string out, err;
+};
+
+std::string ReadWhole(const fs::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+// Runs the program with `args`, its output and errors into files of
+// `scratch`, and waits for it.
+ProgramRun Sheafwork(const std::vector<std::string>& args, const fs::path& scratch,
+                     const std::string& program = SHEAFWORK_EXE_FOR_TESTS) {
+  std::wstring line;
+  AppendCommandLineArgument(line, L"sheafwork.exe");
+  for (const std::string& a : args) AppendCommandLineArgument(line, WideFromUtf8(a));
+  SECURITY_ATTRIBUTES inherit{sizeof inherit, nullptr, TRUE};
+  // Files of their own for each run: the program's output and errors.
+  static int runs = 0;
+  const std::string n = std::to_string(++runs);
+  const fs::path outFile = scratch / ("stdout-" + n + ".txt");
+  const fs::path errFile = scratch / ("stderr-" + n + ".txt");
+  constexpr DWORD kShare = FILE_SHARE_READ | FILE_SHARE_WRITE;
+  HANDLE out =
+      CreateFileW(outFile.c_str(), GENERIC_WRITE, kShare, &inherit, CREATE_NEW, 0, nullptr);
+  HANDLE err =
+      CreateFileW(errFile.c_str(), GENERIC_WRITE, kShare, &inherit, CREATE_NEW, 0, nullptr);
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  startup.dwFlags = STARTF_USESTDHANDLES;
+  startup.hStdInput = nullptr;
+  startup.hStdOutput = out;
+  startup.hStdError = err;
+  PROCESS_INFORMATION process{};
+  const std::wstring exe = WideFromUtf8(program);
+  ProgramRun run;
+  if (CreateProcessW(exe.c_str(), line.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr,
+                     nullptr, &startup, &process)) {
+    if (WaitForSingleObject(process.hProcess, 120000) != WAIT_OBJECT_0) {
+      TerminateProcess(process.hProcess, 99);
+      ADD_FAILURE() << "sheafwork.exe did not end within two minutes";
+    }
+    GetExitCodeProcess(process.hProcess, &run.status);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+  } else {
+    ADD_FAILURE() << "cannot start " << program << ": " << GetLastError();
+  }
+  CloseHandle(out);
+  CloseHandle(err);
+  run.out = ReadWhole(outFile);
+  run.err = ReadWhole(errFile);
+  return run;
+}
+
+// Width and height in points of each page's /MediaBox: our writer puts one
+// "/MediaBox [0 0 W H]" in each page object.
+std::vector<std::pair<double, double>> MediaBoxes(const std::string& path) {
+  const std::string pdf = ReadWhole(PathFromUtf8(path));
+  std::vector<std::pair<double, double>> boxes;
+  for (std::size_t at = pdf.find("/MediaBox ["); at != std::string::npos;
+       at = pdf.find("/MediaBox [", at + 1)) {
+    double x0 = 0, y0 = 0, w = 0, h = 0;
+    if (std::sscanf(pdf.c_str() + at + 11, "%lf %lf %lf %lf", &x0, &y0, &w, &h) == 4)
+      boxes.emplace_back(w - x0, h - y0);
+  }
+  return boxes;
+}
+
+double Points(double mm) { return mm / 25.4 * 72; }
+
+struct Sheet {
+  const char* file;  ///< in the output folder; ".pdf" added when missing
+  double widthMm, heightMm;
+};
+
+class PlotExamples : public ::testing::TestWithParam<const char*> {
+ protected:
+  void SetUp() override {
+    plans_ = Utf8Path(folder_.path() / PathFromUtf8(GetParam()));
+    out_ = plans_ + "\\sorties";
+    fs::create_directories(PathFromUtf8(out_));
+    for (const auto& entry : fs::directory_iterator(PathFromUtf8(SHEAFWORK_EXAMPLES_FOR_TESTS))) {
+      fs::copy_file(entry.path(), PathFromUtf8(plans_) / entry.path().filename());
+    }
+  }
+
+  std::string Plan(const std::string& name) const { return plans_ + "\\" + name; }
+  std::string Out(const std::string& name) const { return out_ + "\\" + name; }
+
+  void List(std::vector<std::string> args) {
+    args.insert(args.begin(), "list");
+    const ProgramRun run = Sheafwork(args, folder_.path());
+    ASSERT_EQ(run.status, 0u) << run.err;
+  }
+
+  TempFolder folder_;
+  std::string plans_, out_;
+};
+
+TEST_P(PlotExamples, PlotsTheListWithItsLogsAndSheets) {
+  const std::string list = Plan("liste.qx3");
+  const std::string journal = Plan("journal.log"), errors = Plan("erreurs.log");
+  const std::string rdc = Plan("rez-de-chaussee.dxf"), missing = Plan("sous-sol.dxf");
+  List({"new", list, missing});  // fails on purpose: no such drawing
+  List({"add", list, rdc, "--layout", "Plan A3", "--device", "PDF.pc3", "--plot-file",
+        Out("rdc-a3.pdf")});
+  List({"add", list, rdc, "--layout", "Plan A1", "--plot-file", Out("rdc-a1.pdf")});
+  List({"add", list, Plan("etage.dxf"), "--layout", "Toutes les présentations", "--plot-file",
+        Out("etage.pdf")});
+  List({"add", list, Plan("facades.dxf"), "--layout", "Façade sud", "--setup", rdc + "|A1 paysage",
+        "--plot-file", Out("sud-a1.pdf")});
+  List({"add", list, rdc, "--layout", "Plan A3", "--device", "HPGL2.pc3", "--plot-file",
+        Out("rdc.plt")});
+  // Painted with Qt on Linux; refused here with a message, the run going on.
+  List({"add", list, rdc, "--layout", "Plan A3", "--device", "PNG.pc3"});
+  List({"set", list, "--journal", "on", "--journal-file", journal, "--journal-mode", "overwrite",
+        "--error-log", "on", "--error-file", errors, "--error-mode", "overwrite"});
+
+  const ProgramRun run = Sheafwork({"plot", list}, folder_.path());
+  EXPECT_EQ(run.status, 1u) << run.err;
+  EXPECT_NE(run.err.find("la sortie PNG est indisponible"), std::string::npos)
+      << run.err << run.out;
+
+  std::vector<std::string> plotted;
+  for (const std::string& line : ReadLogLines(journal)) {
+    if (line.find(".dxf, ") != std::string::npos) plotted.push_back(line);
+  }
+  ASSERT_EQ(plotted.size(), 5u) << TempFolder::Read(journal) << run.err;
+  EXPECT_EQ(plotted[0].rfind("rez-de-chaussee.dxf, " + plans_, 0), 0u) << plotted[0];
+  EXPECT_NE(plotted[0].find(", Plan A3, , PDF.pc3, "), std::string::npos) << plotted[0];
+  EXPECT_EQ(plotted[2].rfind("etage.dxf, ", 0), 0u) << plotted[2];
+
+  const std::vector<std::string> logged = ReadLogLines(errors);
+  const auto has = [&](const std::string& line) {
+    return std::find(logged.begin(), logged.end(), line) != logged.end();
+  };
+  EXPECT_TRUE(has(LoadResourceText(ids::kCannotOpenDrawing) + missing)) << TempFolder::Read(errors);
+  EXPECT_TRUE(has(LoadResourceText(ids::kPlotFailed) + missing));
+  EXPECT_TRUE(has(LoadResourceText(ids::kPlotFailed) + rdc));  // the PNG row
+
+  const Sheet sheets[] = {
+      {"rdc-a3.pdf", 420, 297},
+      {"rdc-a1.pdf", 841, 594},
+      {"sud-a1.pdf", 841, 594},
+      {"etage-Plan étage", 420, 297},
+      {"etage-Détail chambres", 420, 297},
+      {"etage-Détail salle de bains", 210, 297},
+  };
+  for (const Sheet& sheet : sheets) {
+    SCOPED_TRACE(sheet.file);
+    std::string file = Out(sheet.file);
+    if (!fs::exists(PathFromUtf8(file))) file += ".pdf";
+    const auto boxes = MediaBoxes(file);
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_NEAR(boxes[0].first, Points(sheet.widthMm), 1.5);
+    EXPECT_NEAR(boxes[0].second, Points(sheet.heightMm), 1.5);
+  }
+  const std::string hpgl = ReadWhole(PathFromUtf8(Out("rdc.plt")));
+  EXPECT_NE(hpgl.find("IN;"), std::string::npos) << hpgl.substr(0, 80);
+}
+
+INSTANTIATE_TEST_SUITE_P(Folders, PlotExamples, ::testing::Values("plans", "Plans été"),
+                         [](const auto& info) { return info.index == 0 ? "Plain" : "Accented"; });
+
+}  // namespace
+}  // namespace sheafwork::testing
