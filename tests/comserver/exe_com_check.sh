@@ -44,10 +44,10 @@ plot() {
 
 plot "$data/error53.control"
 [ "$(grep -c -e '^Plan.dxf, ' -e '^Coupe.dxf, ' "$work/J.LOG")" -eq 2 ] || fail "journal: $(cat "$work/J.LOG")"
-grep -q "ERREUR: Impossible d'ouvrir le dessin: .*Erreur53.dxf" "$work/E.LOG" || fail "error log: $(cat "$work/E.LOG")"
-grep -q "ERREUR: Echec du tra.*Erreur53.dxf" "$work/E.LOG" || fail "error log: $(cat "$work/E.LOG")"
+LC_ALL=C grep -q "ERREUR: Impossible d'ouvrir le dessin: .*Erreur53.dxf" "$work/E.LOG" || fail "error log: $(cat "$work/E.LOG")"
+LC_ALL=C grep -q "ERREUR: Echec du tra.*Erreur53.dxf" "$work/E.LOG" || fail "error log: $(cat "$work/E.LOG")"
 
 plot "$data/dies-at-second-open.control"
 [ "$(grep -c '^Plan.dxf, ' "$work/J.LOG")" -eq 1 ] || fail "journal: $(cat "$work/J.LOG")"
-grep -q "automatisation ne r" "$work/E.LOG" || fail "error log: $(cat "$work/E.LOG")"
+LC_ALL=C grep -q "automatisation ne r" "$work/E.LOG" || fail "error log: $(cat "$work/E.LOG")"
 echo "exe_com_check: passed"

@@ -1,13 +1,15 @@
 // The test automation server: a local-server program that serves the host
-// automation interface under the ProgID "Sheafwork.TestHost.1".
+// automation interface under the ProgID "Sheafwork.TestHost.1" (the scripted
+// host of the tests), or "Sheafwork.TestEmbeddedHost.1" (the embedded host,
+// sheafwork-test-embedded-host).
 //   sheafwork-test-host /RegServer     registers it for the current user
 //   sheafwork-test-host /UnregServer   takes the registration away
 //   sheafwork-test-host -Embedding     (how COM starts it) serves until Quit
 // It ends after Quit, or after kIdleLimitMs without a call, so that a client
 // that never said goodbye leaves no server behind. Control lines (see
 // served_object.h and served_application.h) come from the application's
-// TestControl member, or from a file "sheafwork-test-host.control" beside
-// the program, read at start.
+// TestControl member, or from a file named like the program with ".control"
+// beside it ("sheafwork-test-host.control"), read at start.
 
 #include <objbase.h>
 #include <oleauto.h>
@@ -27,10 +29,17 @@ namespace {
 
 using namespace sheafwork;
 
+#ifdef SHEAFWORK_SERVES_EMBEDDED_HOST
+// {5C1E7A52-3B9D-4E0F-9A61-2D7B8C4F1A04}
+constexpr CLSID kClsid = {
+    0x5c1e7a52, 0x3b9d, 0x4e0f, {0x9a, 0x61, 0x2d, 0x7b, 0x8c, 0x4f, 0x1a, 0x04}};
+constexpr const wchar_t* kProgId = L"Sheafwork.TestEmbeddedHost.1";
+#else
 // {5C1E7A52-3B9D-4E0F-9A61-2D7B8C4F1A03}
 constexpr CLSID kClsid = {
     0x5c1e7a52, 0x3b9d, 0x4e0f, {0x9a, 0x61, 0x2d, 0x7b, 0x8c, 0x4f, 0x1a, 0x03}};
 constexpr const wchar_t* kProgId = L"Sheafwork.TestHost.1";
+#endif
 constexpr DWORD kIdleLimitMs = 120000;
 
 std::wstring ClsidText() {
@@ -112,7 +121,7 @@ class Factory final : public IClassFactory {
 // Control lines from the file beside the program, when there is one.
 void ReadControlFile(comserver::ServedApplication& served) {
   std::wstring path = ProgramPath();
-  path = path.substr(0, path.find_last_of(L'\\') + 1) + L"sheafwork-test-host.control";
+  path = path.substr(0, path.find_last_of(L'.')) + L".control";
   std::ifstream file{std::filesystem::path(path)};
   std::string line;
   while (std::getline(file, line)) {

@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -124,43 +125,55 @@ class PlotExamples : public ::testing::TestWithParam<const char*> {
     ASSERT_EQ(run.status, 0u) << run.err;
   }
 
+  void MakeList(const std::string& list, const std::string& out, const std::string& journal,
+                const std::string& errors);
+  std::map<std::string, std::pair<double, double>> CheckRun(const std::string& out,
+                                                            const std::string& journal,
+                                                            const std::string& errors);
+
   TempFolder folder_;
   std::string plans_, out_;
 };
 
-TEST_P(PlotExamples, PlotsTheListWithItsLogsAndSheets) {
-  const std::string list = Plan("liste.qx3");
-  const std::string journal = Plan("journal.log"), errors = Plan("erreurs.log");
-  const std::string rdc = Plan("rez-de-chaussee.dxf"), missing = Plan("sous-sol.dxf");
-  List({"new", list, missing});  // fails on purpose: no such drawing
+// The list of the checks below, its sheets going to `out`: a drawing that is
+// not there, PDF sheets of several sizes (an all-layouts row, an external
+// page setup), an HP-GL/2 file and a PNG row.
+void PlotExamples::MakeList(const std::string& list, const std::string& out,
+                            const std::string& journal, const std::string& errors) {
+  const std::string rdc = Plan("rez-de-chaussee.dxf");
+  fs::create_directories(PathFromUtf8(out));
+  List({"new", list, Plan("sous-sol.dxf")});  // fails on purpose: no such drawing
   List({"add", list, rdc, "--layout", "Plan A3", "--device", "PDF.pc3", "--plot-file",
-        Out("rdc-a3.pdf")});
-  List({"add", list, rdc, "--layout", "Plan A1", "--plot-file", Out("rdc-a1.pdf")});
+        out + "\\rdc-a3.pdf"});
+  List({"add", list, rdc, "--layout", "Plan A1", "--plot-file", out + "\\rdc-a1.pdf"});
   List({"add", list, Plan("etage.dxf"), "--layout", "Toutes les présentations", "--plot-file",
-        Out("etage.pdf")});
+        out + "\\etage.pdf"});
   List({"add", list, Plan("facades.dxf"), "--layout", "Façade sud", "--setup", rdc + "|A1 paysage",
-        "--plot-file", Out("sud-a1.pdf")});
+        "--plot-file", out + "\\sud-a1.pdf"});
   List({"add", list, rdc, "--layout", "Plan A3", "--device", "HPGL2.pc3", "--plot-file",
-        Out("rdc.plt")});
+        out + "\\rdc.plt"});
   // Painted with Qt on Linux; refused here with a message, the run going on.
   List({"add", list, rdc, "--layout", "Plan A3", "--device", "PNG.pc3"});
   List({"set", list, "--journal", "on", "--journal-file", journal, "--journal-mode", "overwrite",
         "--error-log", "on", "--error-file", errors, "--error-mode", "overwrite"});
+}
 
-  const ProgramRun run = Sheafwork({"plot", list}, folder_.path());
-  EXPECT_EQ(run.status, 1u) << run.err;
-  EXPECT_NE(run.err.find("la sortie PNG est indisponible"), std::string::npos)
-      << run.err << run.out;
-
+// The journal's lines of plotted rows and the error log's lines, checked as
+// on Linux; the sheets' sizes, in points, by file.
+std::map<std::string, std::pair<double, double>> PlotExamples::CheckRun(const std::string& out,
+                                                                        const std::string& journal,
+                                                                        const std::string& errors) {
+  const std::string rdc = Plan("rez-de-chaussee.dxf"), missing = Plan("sous-sol.dxf");
   std::vector<std::string> plotted;
   for (const std::string& line : ReadLogLines(journal)) {
     if (line.find(".dxf, ") != std::string::npos) plotted.push_back(line);
   }
-  ASSERT_EQ(plotted.size(), 5u) << TempFolder::Read(journal) << run.err;
-  EXPECT_EQ(plotted[0].rfind("rez-de-chaussee.dxf, " + plans_, 0), 0u) << plotted[0];
-  EXPECT_NE(plotted[0].find(", Plan A3, , PDF.pc3, "), std::string::npos) << plotted[0];
-  EXPECT_EQ(plotted[2].rfind("etage.dxf, ", 0), 0u) << plotted[2];
-
+  EXPECT_EQ(plotted.size(), 5u) << TempFolder::Read(journal);
+  if (plotted.size() == 5u) {
+    EXPECT_EQ(plotted[0].rfind("rez-de-chaussee.dxf, " + plans_, 0), 0u) << plotted[0];
+    EXPECT_NE(plotted[0].find(", Plan A3, , PDF.pc3, "), std::string::npos) << plotted[0];
+    EXPECT_EQ(plotted[2].rfind("etage.dxf, ", 0), 0u) << plotted[2];
+  }
   const std::vector<std::string> logged = ReadLogLines(errors);
   const auto has = [&](const std::string& line) {
     return std::find(logged.begin(), logged.end(), line) != logged.end();
@@ -177,19 +190,65 @@ TEST_P(PlotExamples, PlotsTheListWithItsLogsAndSheets) {
       {"etage-Détail chambres", 420, 297},
       {"etage-Détail salle de bains", 210, 297},
   };
+  std::map<std::string, std::pair<double, double>> sizes;
   for (const Sheet& sheet : sheets) {
     SCOPED_TRACE(sheet.file);
-    std::string file = Out(sheet.file);
+    std::string file = out + "\\" + sheet.file;
     if (!fs::exists(PathFromUtf8(file))) file += ".pdf";
     const auto boxes = MediaBoxes(file);
-    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes.size(), 1u);
+    if (boxes.size() != 1u) continue;
     EXPECT_NEAR(boxes[0].first, Points(sheet.widthMm), 1.5);
     EXPECT_NEAR(boxes[0].second, Points(sheet.heightMm), 1.5);
+    sizes[sheet.file] = boxes[0];
   }
-  const std::string hpgl = ReadWhole(PathFromUtf8(Out("rdc.plt")));
+  const std::string hpgl = ReadWhole(PathFromUtf8(out + "\\rdc.plt"));
   EXPECT_NE(hpgl.find("IN;"), std::string::npos) << hpgl.substr(0, 80);
+  return sizes;
 }
 
+TEST_P(PlotExamples, PlotsTheListWithItsLogsAndSheets) {
+  const std::string list = Plan("liste.qx3");
+  const std::string journal = Plan("journal.log"), errors = Plan("erreurs.log");
+  MakeList(list, out_, journal, errors);
+
+  const ProgramRun run = Sheafwork({"plot", list}, folder_.path());
+  EXPECT_EQ(run.status, 1u) << run.err;
+  EXPECT_NE(run.err.find("la sortie PNG est indisponible"), std::string::npos)
+      << run.err << run.out;
+  CheckRun(out_, journal, errors);
+}
+
+// The same list through the COM host, against the test automation server
+// serving the embedded host in a process of its own: the same logs and the
+// same sheets as the embedded host in the program's own process.
+// One server for the whole test program: this check runs once.
+class PlotExamplesThroughCom : public PlotExamples {};
+
+TEST_P(PlotExamplesThroughCom, GivesTheSameLogsAndSheets) {
+  const ProgramRun registered =
+      Sheafwork({"/RegServer"}, folder_.path(), SHEAFWORK_EMBEDDED_SERVER_FOR_TESTS);
+  ASSERT_EQ(registered.status, 0u) << registered.err;
+  const std::string local = out_ + "\\local", com = out_ + "\\com";
+  const std::string journal = Plan("journal.log"), errors = Plan("erreurs.log");
+  const std::string comJournal = Plan("journal-com.log"), comErrors = Plan("erreurs-com.log");
+  MakeList(Plan("local.qx3"), local, journal, errors);
+  MakeList(Plan("com.qx3"), com, comJournal, comErrors);
+
+  const ProgramRun here = Sheafwork({"plot", Plan("local.qx3")}, folder_.path());
+  EXPECT_EQ(here.status, 1u) << here.err;
+  const ProgramRun run = Sheafwork(
+      {"plot", Plan("com.qx3"), "--host", "com", "--progid", "Sheafwork.TestEmbeddedHost.1"},
+      folder_.path());
+  EXPECT_EQ(run.status, 1u) << run.err << run.out;
+  const auto localSheets = CheckRun(local, journal, errors);
+  const auto comSheets = CheckRun(com, comJournal, comErrors);
+  EXPECT_EQ(comSheets, localSheets);
+  EXPECT_EQ(comSheets.size(), 6u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Folders, PlotExamplesThroughCom, ::testing::Values("Plans été"),
+                         [](const auto&) { return "Accented"; });
 INSTANTIATE_TEST_SUITE_P(Folders, PlotExamples, ::testing::Values("plans", "Plans été"),
                          [](const auto& info) { return info.index == 0 ? "Plain" : "Accented"; });
 
