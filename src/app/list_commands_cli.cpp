@@ -13,6 +13,7 @@
 #include "batch/session.h"
 #include "log/paths.h"
 #include "log/wide_path.h"
+#include "platform/code_page_path.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
@@ -103,7 +104,7 @@ bool AddDrawings(Session& session, const std::vector<std::string>& drawings,
     return false;
   }
   for (const std::string& drawing : drawings) {
-    const std::string full = FullPath(drawing);
+    const std::string full = CodePagePath(FullPath(drawing));
     if (const std::string problem = DrawingRowProblem(session, full); !problem.empty()) {
       status = Fail(io, drawing, problem);
       return false;
@@ -194,7 +195,11 @@ int RunListAppend(const ListAppendOptions& options, const CommandIo& io) {
   return Save(session, path, io);
 }
 
-int RunListSet(const ListSetOptions& options, const CommandIo& io) {
+int RunListSet(const ListSetOptions& given, const CommandIo& io) {
+  ListSetOptions options = given;
+  for (std::optional<std::string>* file : {&options.journalFile, &options.errorFile}) {
+    if (*file) *file = CodePagePath(**file);
+  }
   const std::string path = FullPath(options.list);
   Session session(io.env.defaultLogFolder);
   int status = kExitOk;

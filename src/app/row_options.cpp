@@ -7,6 +7,7 @@
 #include "batch/batch_entry.h"
 #include "batch/list_value.h"
 #include "batch/plot_values.h"
+#include "platform/code_page_path.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
@@ -99,10 +100,16 @@ void AddRowOptions(CLI::App& command, EntryFieldOptions& f) {
 std::string ApplyRowOptions(const EntryFieldOptions& fields, BatchEntry& entry) {
   BatchEntry row = entry;
   if (fields.layout) row.Layout = *fields.layout;
-  if (fields.setup) row.PlotSetup = *fields.setup;
+  if (fields.setup) {
+    // A page setup of another drawing, "drawing|setup": the drawing is a path.
+    const std::size_t bar = fields.setup->find('|');
+    row.PlotSetup = bar == std::string::npos
+                        ? *fields.setup
+                        : CodePagePath(fields.setup->substr(0, bar)) + fields.setup->substr(bar);
+  }
   if (fields.device) row.PlotDevice = *fields.device;
   if (fields.layers) row.Layers = *fields.layers;
-  if (fields.plotFile) row.PlotFile = *fields.plotFile;
+  if (fields.plotFile) row.PlotFile = CodePagePath(*fields.plotFile);
   if (fields.area) {
     const auto code = PlotAreaCode(*fields.area);
     if (!code) return Refused("--area", *fields.area, ids::kCliBadArea, AcceptedPlotAreas());

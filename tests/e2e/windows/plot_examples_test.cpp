@@ -1,7 +1,8 @@
 // sheafwork.exe plots a list of the example drawings with the embedded host:
 // a journal line per plotted row, the failing rows named in the error log,
-// PDF sheets of the sizes the drawings give; in a plain folder and in one
-// whose name has accents (a list file holds Windows-1252 paths only).
+// PDF sheets of the sizes the drawings give; in a plain folder, in one
+// whose name has accents, and in one whose name Windows-1252 cannot hold
+// (the list keeps its short name).
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -19,6 +20,7 @@
 #include "fakes/log_lines.h"
 #include "fakes/native_path.h"
 #include "fakes/temp_folder.h"
+#include "platform/code_page_path.h"
 #include "platform/windows_text.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -163,14 +165,18 @@ void PlotExamples::MakeList(const std::string& list, const std::string& out,
 std::map<std::string, std::pair<double, double>> PlotExamples::CheckRun(const std::string& out,
                                                                         const std::string& journal,
                                                                         const std::string& errors) {
-  const std::string rdc = Plan("rez-de-chaussee.dxf"), missing = Plan("sous-sol.dxf");
+  // Paths as the list holds them: in a folder whose name Windows-1252
+  // cannot hold, by the folder's short name.
+  const std::string rdc = CodePagePath(Plan("rez-de-chaussee.dxf"));
+  const std::string missing = CodePagePath(Plan("sous-sol.dxf"));
   std::vector<std::string> plotted;
   for (const std::string& line : ReadLogLines(journal)) {
     if (line.find(".dxf, ") != std::string::npos) plotted.push_back(line);
   }
   EXPECT_EQ(plotted.size(), 5u) << TempFolder::Read(journal);
   if (plotted.size() == 5u) {
-    EXPECT_EQ(plotted[0].rfind("rez-de-chaussee.dxf, " + plans_, 0), 0u) << plotted[0];
+    const std::string folder = rdc.substr(0, rdc.find_last_of('\\'));
+    EXPECT_EQ(plotted[0].rfind("rez-de-chaussee.dxf, " + folder, 0), 0u) << plotted[0];
     EXPECT_NE(plotted[0].find(", Plan A3, , PDF.pc3, "), std::string::npos) << plotted[0];
     EXPECT_EQ(plotted[2].rfind("etage.dxf, ", 0), 0u) << plotted[2];
   }
@@ -249,8 +255,13 @@ TEST_P(PlotExamplesThroughCom, GivesTheSameLogsAndSheets) {
 
 INSTANTIATE_TEST_SUITE_P(Folders, PlotExamplesThroughCom, ::testing::Values("Plans été"),
                          [](const auto&) { return "Accented"; });
-INSTANTIATE_TEST_SUITE_P(Folders, PlotExamples, ::testing::Values("plans", "Plans été"),
-                         [](const auto& info) { return info.index == 0 ? "Plain" : "Accented"; });
+std::string FolderKind(const ::testing::TestParamInfo<const char*>& info) {
+  const char* const names[] = {"Plain", "Accented", "BeyondWindows1252"};
+  return names[info.index];
+}
+
+INSTANTIATE_TEST_SUITE_P(Folders, PlotExamples,
+                         ::testing::Values("plans", "Plans été", "Plans été Ω"), FolderKind);
 
 }  // namespace
 }  // namespace sheafwork::testing
