@@ -20,6 +20,9 @@ unset DISPLAY WAYLAND_DISPLAY
 if [ ! -f "$WINEPREFIX/system.reg" ]; then
   echo "test-windows: making the Wine prefix $WINEPREFIX"
   wineboot -i >/dev/null 2>&1
+  # Until the new prefix's first-time set-up has ended: a COM server started
+  # while it goes on is not reached for minutes.
+  wineserver -w
 fi
 # The prefix's FONTS folder holds no font of its own: one installed there as
 # a user would, for the font lookups the tests make.

@@ -229,11 +229,19 @@ void AddPlotOptions(CLI::App& plot, PlotOptions& options, const CommandEnvironme
           "part");
   plot.get_option("--shard")->type_name("K/N");
   plot.add_flag("-q,--quiet", options.quiet, "N'afficher que les erreurs et le bilan");
-  plot.add_option(
-          "-j,--jobs", options.jobs,
-          "Nombre de processus qui tracent les lignes en parallèle (1 par défaut ; 0 : un "
-          "par cœur ; hôte embarqué seulement) ; les journaux restent dans l'ordre des lignes")
-      ->check(CLI::Range(0, 256));
+#ifdef _WIN32
+  const char* jobsHelp =
+      "Nombre de processus qui tracent les lignes (1 seulement : le traçage en parallèle "
+      "n'existe pas encore sous Windows)";
+#else
+  const char* jobsHelp =
+      "Nombre de processus qui tracent les lignes en parallèle (1 par défaut ; 0 : un "
+      "par cœur ; hôte embarqué seulement, sans --combine, --output-dir ni --shard) ; les "
+      "journaux restent dans l'ordre des lignes";
+#endif
+  plot.add_option("-j,--jobs", options.jobs, jobsHelp)
+      ->check(CLI::Range(0, 256).description(""))
+      ->type_name("N");
   AddRowOptions(plot, options.fields);
   for (CLI::Option* option : plot.get_options()) {
     const std::string& name = option->get_name();
