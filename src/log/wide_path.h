@@ -30,7 +30,7 @@ namespace sheafwork {
 /// The UTF-16 form of a UTF-8 path; nullopt when the path cannot be converted.
 inline std::optional<std::wstring> WidePath(std::string_view utf8) {
   try {
-    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end())).wstring();
+    return FsPath(utf8).wstring();
   } catch (const std::exception&) {
     return std::nullopt;
   }

@@ -312,15 +312,23 @@ class PlotTestScan {
          LoadResourceText(ids::kTestMissingLayoutEnd));
   }
 
+  // The drawing's page setup named `name`; null when it has none.
+  static std::shared_ptr<host::PlotConfiguration> NamedPageSetup(host::Document& doc,
+                                                                 const std::string& name) {
+    auto setups = doc.GetPlotConfigurations();
+    const std::int32_t count = setups->Count();
+    for (std::int32_t i = 0; i < count; ++i) {
+      auto item = setups->Item(i);
+      if (item->Name() == name) return item;
+    }
+    return nullptr;
+  }
+
   void CheckPageSetup(host::Document& doc, const std::string& drawing,
                       const std::string& plotSetup) {
     if (GetNPSInfoForEntry(plotSetup, drawing).isExternal) return;
     if (IsDefaultPageSetup(plotSetup)) return;
-    auto setups = doc.GetPlotConfigurations();
-    const std::int32_t count = setups->Count();
-    for (std::int32_t i = 0; i < count; ++i) {
-      if (setups->Item(i)->Name() == plotSetup) return;
-    }
+    if (NamedPageSetup(doc, plotSetup)) return;
     Line(LoadResourceText(ids::kTestMissingPageSetupStart) + plotSetup +
          LoadResourceText(ids::kTestMissingPageSetupEnd));
   }
@@ -410,12 +418,7 @@ class PlotTestScan {
                        const std::string& plotSetup) {
     std::shared_ptr<host::PlotConfiguration> setup;
     if (!IsDefaultPageSetup(plotSetup) && !GetNPSInfoForEntry(plotSetup, drawing).isExternal) {
-      auto setups = host_.Doc().GetPlotConfigurations();
-      const std::int32_t count = setups->Count();
-      for (std::int32_t i = 0; i < count && !setup; ++i) {
-        auto item = setups->Item(i);
-        if (item->Name() == plotSetup) setup = item;
-      }
+      setup = NamedPageSetup(host_.Doc(), plotSetup);
     }
     ForEachPlottedLayout(layout, [&](const std::string& name, host::Layout& item) {
       if (const auto missing = MissingPlotStyleTable(setup ? *setup : item)) {

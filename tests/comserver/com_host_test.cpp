@@ -22,6 +22,7 @@
 #include "fakes/temp_folder.h"
 #include "host/error.h"
 #include "host/host_session.h"
+#include "log/wide_path.h"
 #include "plotrun/plot_run.h"
 #include "plottest/plot_test.h"
 #include "res/string_ids.h"
@@ -66,7 +67,7 @@ std::filesystem::path DataFile(std::string_view name) {
   std::string path = std::string("Z:") + SHEAFWORK_SOURCE_DIR + "/tests/data/comhost/";
   path += name;
   for (char& c : path) c = c == '/' ? '\\' : c;
-  return testing::PathFromUtf8(path);
+  return FsPath(path);
 }
 
 std::string ReadText(std::string_view name) {
@@ -129,7 +130,7 @@ class ComHostTest : public ::testing::Test {
   }
 
   std::string Drawing(std::string_view name) const {
-    return testing::Utf8Path(folder.path() / testing::PathFromUtf8(name));
+    return PathText(folder.path() / FsPath(name));
   }
 
   // A list of one row per drawing, each plotting its layout "Présentation1"
@@ -151,7 +152,7 @@ class ComHostTest : public ::testing::Test {
 
   RunResult RunList(const std::vector<std::string>& drawings) {
     MakeList(session, drawings);
-    HostSession hostSession(app, testing::Utf8Path(folder.path()));
+    HostSession hostSession(app, PathText(folder.path()));
     return PlotAllEntries(session, hostSession, RunServices{});
   }
 
@@ -164,9 +165,9 @@ class ComHostTest : public ::testing::Test {
     struct : FontFolders {
       bool HasFontFile(std::string_view) override { return false; }
     } fonts;
-    Session list{testing::Utf8Path(ProgramFolder())};
+    Session list{PathText(ProgramFolder())};
     MakeList(list, drawings);
-    HostSession hostSession(std::move(host), testing::Utf8Path(folder.path()));
+    HostSession hostSession(std::move(host), PathText(folder.path()));
     const PlotTestServices services{
         printers, fonts, [] { return LocalTime{2026, 11, 26, 9, 0, 0}; }, {}};
     return RunPlotTest(list, hostSession, services);
@@ -182,7 +183,7 @@ class ComHostTest : public ::testing::Test {
   testing::TempFolder folder;
   com::ComRef<IDispatch> server;
   std::shared_ptr<host::Application> app;
-  Session session{testing::Utf8Path(ProgramFolder())};
+  Session session{PathText(ProgramFolder())};
 };
 
 // Values of every kind cross the process boundary both ways: texts with

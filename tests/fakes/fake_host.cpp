@@ -1,6 +1,7 @@
 #include "fakes/fake_host.h"
 
 #include "fakes/native_path.h"
+#include "log/wide_path.h"
 
 #include <algorithm>
 #include <charconv>
@@ -589,10 +590,10 @@ FakeHost::FakeHost()
 FakeHost::~FakeHost() = default;
 
 FakeDrawing& FakeHost::AddDrawing(const std::string& name) {
-  std::filesystem::path full = folder_.path() / PathFromUtf8(name);
+  std::filesystem::path full = folder_.path() / FsPath(name);
   std::filesystem::create_directories(full.parent_path());
-  folder_.Write(Utf8Path(std::filesystem::relative(full, folder_.path())), "");
-  return AddDrawingAt(Utf8Path(full));
+  folder_.Write(PathText(std::filesystem::relative(full, folder_.path())), "");
+  return AddDrawingAt(PathText(full));
 }
 
 FakeDrawing& FakeHost::AddDrawingAt(const std::string& path) {

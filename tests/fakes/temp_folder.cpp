@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "fakes/native_path.h"
+#include "log/wide_path.h"
 
 namespace sheafwork::testing {
 
@@ -27,18 +28,18 @@ TempFolder::~TempFolder() {
 }
 
 std::string TempFolder::File(std::string_view name) const {
-  return Utf8Path(path_ / PathFromUtf8(name));
+  return PathText(path_ / FsPath(name));
 }
 
 std::string TempFolder::Write(std::string_view name, std::string_view bytes) const {
   const std::string file = File(name);
-  std::ofstream out(PathFromUtf8(file), std::ios::binary);
+  std::ofstream out(FsPath(file), std::ios::binary);
   out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   return file;
 }
 
 std::string TempFolder::Read(const std::string& path) {
-  std::ifstream in(PathFromUtf8(path), std::ios::binary);
+  std::ifstream in(FsPath(path), std::ios::binary);
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 

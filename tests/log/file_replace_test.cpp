@@ -16,6 +16,7 @@
 #include "fakes/temp_folder.h"
 #include "log/output_file.h"
 #include "log/paths.h"
+#include "log/wide_path.h"
 
 namespace sheafwork {
 namespace {
@@ -26,7 +27,7 @@ using testing::TempFolder;
 std::vector<std::string> Names(const fs::path& folder) {
   std::vector<std::string> names;
   for (const auto& entry : fs::directory_iterator(folder)) {
-    names.push_back(testing::Utf8Path(entry.path().filename()));
+    names.push_back(PathText(entry.path().filename()));
   }
   std::sort(names.begin(), names.end());
   return names;
@@ -165,7 +166,7 @@ TEST(OutputFileTest, StaleTemporariesOfTheTargetAreRemovedLiveOnesKept) {
 TEST(OutputFileTest, WritesIntoAFolderNamedOutsideTheLocalCodePage) {
   TempFolder folder;
   const std::string plans = folder.File("Plans été Ω");
-  fs::create_directory(testing::PathFromUtf8(plans));
+  fs::create_directory(FsPath(plans));
   const std::string target = folder.File(testing::NativePath("Plans été Ω/liste été.qx3"));
   for (const char* text : {"première", "seconde"}) {
     OutputFile out(target);
@@ -175,7 +176,7 @@ TEST(OutputFileTest, WritesIntoAFolderNamedOutsideTheLocalCodePage) {
     EXPECT_EQ(TempFolder::Read(target), text);
   }
   EXPECT_EQ(GetFileStatus(target), kFileFound);
-  EXPECT_EQ(Names(testing::PathFromUtf8(plans)), std::vector<std::string>{"liste été.qx3"});
+  EXPECT_EQ(Names(FsPath(plans)), std::vector<std::string>{"liste été.qx3"});
 }
 
 }  // namespace

@@ -7,13 +7,12 @@
 #include "fakes/native_path.h"
 #include "fakes/temp_folder.h"
 #include "log/paths.h"
+#include "log/wide_path.h"
 
 namespace sheafwork {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::PathFromUtf8;
-using testing::Utf8Path;
 
 // Windows file names ignore letter case; POSIX ones do not.
 #ifdef _WIN32
@@ -27,7 +26,7 @@ TEST(FileStatusTest, MatchesOrdinaryVisibleFilesOnly) {
   const fs::path& dir = folder.path();
   fs::create_directories(dir / "sub.dwg");
   for (const char* name : {"plan.dwg", ".hidden.dwg", "été.dxf", "banana.txt"}) {
-    std::ofstream(dir / PathFromUtf8(name)) << "x";
+    std::ofstream(dir / FsPath(name)) << "x";
   }
   const std::pair<std::string, int> cases[] = {
       {"plan.dwg", kFileFound},       {"missing.dwg", kFileNotFound}, {"sub.dwg", kFileNotFound},
@@ -37,7 +36,7 @@ TEST(FileStatusTest, MatchesOrdinaryVisibleFilesOnly) {
       {"missing/*", kFileNotFound},   {"plan.dwg*", kFileFound},
   };
   for (const auto& [rel, expected] : cases) {
-    EXPECT_EQ(GetFileStatus(Utf8Path(dir / PathFromUtf8(rel))), expected) << rel;
+    EXPECT_EQ(GetFileStatus(PathText(dir / FsPath(rel))), expected) << rel;
   }
   const fs::path previous = fs::current_path();
   fs::current_path(dir);

@@ -1,6 +1,7 @@
 #include <filesystem>
 
 #include "fakes/native_path.h"
+#include "log/wide_path.h"
 #include "plot_run_fixture.h"
 #include "res/string_ids.h"
 
@@ -58,7 +59,7 @@ TEST_F(PlotAllEntriesTest, RowsArePlottedInOrderWithOneJournalLineEach) {
   EXPECT_EQ(result.failed, 0);
   EXPECT_EQ(result.totalPlots, 2);
   EXPECT_THAT(Sheets(), ElementsAre("Plan.dwg|Vue A|", "Coupe.dwg|Objet|"));
-  const std::string folder = testing::Utf8Path(host.Folder().path() / "");
+  const std::string folder = PathText(host.Folder().path() / "");
   EXPECT_THAT(Journal(),
               ElementsAre("Plan.dwg, " + folder + ", Vue A, Par défaut, PDF.pc3, 00:01:15",
                           "Coupe.dwg, " + folder + ", Onglet Objet, , , 00:01:15"));

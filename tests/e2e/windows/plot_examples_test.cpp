@@ -20,6 +20,7 @@
 #include "fakes/log_lines.h"
 #include "fakes/native_path.h"
 #include "fakes/temp_folder.h"
+#include "log/wide_path.h"
 #include "platform/code_page_path.h"
 #include "platform/windows_text.h"
 #include "res/string_ids.h"
@@ -89,7 +90,7 @@ ProgramRun Sheafwork(const std::vector<std::string>& args, const fs::path& scrat
 // Width and height in points of each page's /MediaBox: our writer puts one
 // "/MediaBox [0 0 W H]" in each page object.
 std::vector<std::pair<double, double>> MediaBoxes(const std::string& path) {
-  const std::string pdf = ReadWhole(PathFromUtf8(path));
+  const std::string pdf = ReadWhole(FsPath(path));
   std::vector<std::pair<double, double>> boxes;
   for (std::size_t at = pdf.find("/MediaBox ["); at != std::string::npos;
        at = pdf.find("/MediaBox [", at + 1)) {
@@ -110,11 +111,11 @@ struct Sheet {
 class PlotExamples : public ::testing::TestWithParam<const char*> {
  protected:
   void SetUp() override {
-    plans_ = Utf8Path(folder_.path() / PathFromUtf8(GetParam()));
+    plans_ = PathText(folder_.path() / FsPath(GetParam()));
     out_ = plans_ + "\\sorties";
-    fs::create_directories(PathFromUtf8(out_));
-    for (const auto& entry : fs::directory_iterator(PathFromUtf8(SHEAFWORK_EXAMPLES_FOR_TESTS))) {
-      fs::copy_file(entry.path(), PathFromUtf8(plans_) / entry.path().filename());
+    fs::create_directories(FsPath(out_));
+    for (const auto& entry : fs::directory_iterator(FsPath(SHEAFWORK_EXAMPLES_FOR_TESTS))) {
+      fs::copy_file(entry.path(), FsPath(plans_) / entry.path().filename());
     }
   }
 
@@ -143,7 +144,7 @@ class PlotExamples : public ::testing::TestWithParam<const char*> {
 void PlotExamples::MakeList(const std::string& list, const std::string& out,
                             const std::string& journal, const std::string& errors) {
   const std::string rdc = Plan("rez-de-chaussee.dxf");
-  fs::create_directories(PathFromUtf8(out));
+  fs::create_directories(FsPath(out));
   List({"new", list, Plan("sous-sol.dxf")});  // fails on purpose: no such drawing
   List({"add", list, rdc, "--layout", "Plan A3", "--device", "PDF.pc3", "--plot-file",
         out + "\\rdc-a3.pdf"});
@@ -200,7 +201,7 @@ std::map<std::string, std::pair<double, double>> PlotExamples::CheckRun(const st
   for (const Sheet& sheet : sheets) {
     SCOPED_TRACE(sheet.file);
     std::string file = out + "\\" + sheet.file;
-    if (!fs::exists(PathFromUtf8(file))) file += ".pdf";
+    if (!fs::exists(FsPath(file))) file += ".pdf";
     const auto boxes = MediaBoxes(file);
     EXPECT_EQ(boxes.size(), 1u);
     if (boxes.size() != 1u) continue;
@@ -208,7 +209,7 @@ std::map<std::string, std::pair<double, double>> PlotExamples::CheckRun(const st
     EXPECT_NEAR(boxes[0].second, Points(sheet.heightMm), 1.5);
     sizes[sheet.file] = boxes[0];
   }
-  const std::string hpgl = ReadWhole(PathFromUtf8(out + "\\rdc.plt"));
+  const std::string hpgl = ReadWhole(FsPath(out + "\\rdc.plt"));
   EXPECT_NE(hpgl.find("IN;"), std::string::npos) << hpgl.substr(0, 80);
   return sizes;
 }
