@@ -25,12 +25,12 @@ std::optional<std::string> RowDevice(const BatchEntry& entry) {
 /// Names in the error log a plot style table the layout about to be plotted
 /// asks for and the host does not have; the host plots without it. Only a
 /// warning: a host error while asking leaves the plot to go on.
-void WarnOfMissingPlotStyle(HostSession& host, LogFile& errorLog, const BatchEntry& entry,
-                            const std::string& layoutName) {
+void WarnOfMissingPlotStyle(HostSession& host, LogFile& errorLog, const BatchEntry& entry) {
   try {
     auto layout = host.App().ActiveDocument()->ActiveLayout();
+    // By its own name: a row for the current tab names no layout.
     if (const auto missing = MissingPlotStyleTable(*layout)) {
-      errorLog.WriteLogLine(MissingPlotStyleWarning(*missing, layoutName, entry.FileName));
+      errorLog.WriteLogLine(MissingPlotStyleWarning(*missing, layout->Name(), entry.FileName));
     }
   } catch (const host::HostGone&) {
     throw;
@@ -85,7 +85,7 @@ bool PlotLayout(const LayoutPlotContext& context, const BatchEntry& entry,
       layout->SetStyleSheet(context.plotStyle);
       layout->SetPlotWithPlotStyles(true);
     }
-    WarnOfMissingPlotStyle(host, errorLog, entry, layoutName);
+    WarnOfMissingPlotStyle(host, errorLog, entry);
 
     const LocalTime start = context.clock();
     bool plotted;

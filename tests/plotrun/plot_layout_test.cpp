@@ -6,6 +6,7 @@
 #include "fakes/native_path.h"
 #include "plot_run_fixture.h"
 #include "plotcfg/plot_style_check.h"
+#include "res/string_ids.h"
 
 namespace sheafwork {
 namespace {
@@ -150,6 +151,13 @@ TEST_F(PlotLayoutTest, AMissingPlotStyleTableIsAWarningInTheErrorLog) {
     EXPECT_TRUE(Plot("Vue A"));
     EXPECT_EQ(Errors(), c.warned ? std::vector<std::string>{warning} : std::vector<std::string>{});
   }
+  // A row for the current tab: the layout by its own name.
+  ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, false));
+  errorLog.WriteLogLine("errors");
+  layout.plotWithPlotStyles = true;
+  layout.styleSheet = "absente.ctb";
+  EXPECT_TRUE(Plot(Text(ids::kLayoutCurrentTab)));
+  EXPECT_EQ(Errors(), std::vector<std::string>{warning});
   // The host failing to list its tables costs the warning, not the plot.
   host.FailOn("GetPlotStyleTableNames");
   ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, false));
