@@ -12,15 +12,18 @@ the file, runs them, and puts the file back. A mutant is killed when the
 tests fail or time out, survives when they pass, and is stillborn when it
 does not compile (stillborn mutants do not count).
 
-The sample is drawn from the source as it stands: it stays the same as long
-as the sampled files do not change, which is what makes scores taken before
-and after a change of the tests comparable. The results go to
-out/mutants/results.tsv (one line per mutant, kept between runs: a run
-resumes where the last one stopped) and the score to standard output.
+The sample is drawn once (--draw) and kept in scripts/mutants-sample.json,
+each mutant with the text of the line it changes. Later runs take the mutants
+from that file and find each line by its text, so scores taken before and
+after a change of the tests are over the same mutants even when the sources
+moved on; a mutant whose line is no longer there is "gone" and not counted.
+The results go to out/mutants/results.tsv (one line per mutant, kept between
+runs: a run resumes where the last one stopped) and the score to standard
+output.
 """
 
 import argparse
-import os
+import json
 import random
 import re
 import subprocess
@@ -30,6 +33,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 SEED = 2026
+SAMPLE = ROOT / "scripts" / "mutants-sample.json"
 
 # Areas of the sample: (name, source folders or files, mutants drawn).
 AREAS = [
@@ -156,30 +160,49 @@ def test_target(path):
     return f"{name}_tests", f"tests/{folder}/{name}_tests"
 
 
-def sample():
+FIELDS = ("area", "file", "line", "operator", "column", "old", "new", "text")
+
+
+def draw():
+    """A new sample from the sources as they stand."""
     rng = random.Random(SEED)
     chosen = []
     for area, folders, count in AREAS:
         candidates = []
         for path in source_files(folders):
             relative = path.relative_to(ROOT).as_posix()
+            lines = path.read_text(encoding="utf-8").split("\n")
             for number, operator, column, old, new in sites_of(path):
-                candidates.append((area, relative, number, operator, column, old, new))
+                candidates.append((area, relative, number, operator, column, old, new,
+                                   lines[number - 1]))
         chosen += sorted(rng.sample(candidates, min(count, len(candidates))),
                          key=lambda m: (m[1], m[2], m[4]))
     return chosen
 
 
+def sample():
+    if not SAMPLE.exists():
+        return draw()
+    return [tuple(m[f] for f in FIELDS) for m in json.loads(SAMPLE.read_text(encoding="utf-8"))]
+
+
 def key(mutant):
-    area, file, number, operator, column, old, new = mutant
+    area, file, number, operator, column, old, new, text = mutant
     return f"{file}:{number}:{column}:{operator}"
 
 
 def apply(mutant):
-    area, file, number, operator, column, old, new = mutant
+    """Applies the mutant; None when its line is no longer in the file."""
+    area, file, number, operator, column, old, new, text = mutant
     path = ROOT / file
+    if not path.exists():
+        return None
     original = path.read_text(encoding="utf-8")
     lines = original.split("\n")
+    places = [i + 1 for i, line in enumerate(lines) if line == text]
+    if not places:
+        return None
+    number = min(places, key=lambda n: abs(n - number))
     line = lines[number - 1]
     if operator == "statement":
         lines[number - 1] = line[:column] + new
@@ -201,11 +224,19 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[1].strip(),
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--list", action="store_true", help="print the sample and stop")
+    parser.add_argument("--draw", action="store_true",
+                        help=f"draw a new sample into {SAMPLE.relative_to(ROOT)} and stop")
     parser.add_argument("--limit", type=int, default=0, help="test at most N more mutants")
     parser.add_argument("--build-dir", default="build-mutants")
     parser.add_argument("--results", default="out/mutants/results.tsv")
     args = parser.parse_args()
 
+    if args.draw:
+        mutants = draw()
+        rows = (json.dumps(dict(zip(FIELDS, m)), ensure_ascii=False) for m in mutants)
+        SAMPLE.write_text("[\n" + ",\n".join(rows) + "\n]\n", encoding="utf-8")
+        print(f"{len(mutants)} mutants drawn into {SAMPLE.relative_to(ROOT)}", file=sys.stderr)
+        return 0
     mutants = sample()
     if args.list:
         for m in mutants:
@@ -241,16 +272,20 @@ def main():
                 if run([str(build / binary), "--gtest_brief=1"]) != 0:
                     sys.exit(f"mutants: {target} fails unmutated")
                 baseline[target] = time.monotonic() - start
-            path, original = apply(m)
-            try:
-                if run(["ninja", "-C", str(build), target]) != 0:
-                    verdict = "stillborn"
-                else:
-                    status = run([str(build / binary), "--gtest_brief=1"],
-                                 timeout=max(60, 10 * baseline[target]))
-                    verdict = "survived" if status == 0 else "killed"
-            finally:
-                path.write_text(original, encoding="utf-8")
+            applied = apply(m)
+            if applied is None:
+                verdict = "gone"
+            else:
+                path, original = applied
+                try:
+                    if run(["ninja", "-C", str(build), target]) != 0:
+                        verdict = "stillborn"
+                    else:
+                        status = run([str(build / binary), "--gtest_brief=1"],
+                                     timeout=max(60, 10 * baseline[target]))
+                        verdict = "survived" if status == 0 else "killed"
+                finally:
+                    path.write_text(original, encoding="utf-8")
             fields = [m[0], key(m), verdict, f"{m[5]!r} -> {m[6]!r}"]
             results.write("\t".join(fields) + "\n")
             results.flush()
@@ -274,7 +309,7 @@ def main():
         total_counted += counted
         share = f"{100 * killed / counted:.1f} %" if counted else "-"
         print(f"{area:12} {killed:4} killed of {counted:4} ({share}); "
-              f"{verdicts.count('stillborn')} stillborn")
+              f"{verdicts.count('stillborn')} stillborn, {verdicts.count('gone')} gone")
     missing = len(wanted) - sum(len(v) for v in by_area.values())
     share = f"{100 * total_killed / total_counted:.1f} %" if total_counted else "-"
     print(f"{'all':12} {total_killed:4} killed of {total_counted:4} ({share})"
