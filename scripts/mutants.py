@@ -24,6 +24,7 @@ output.
 
 import argparse
 import json
+import os
 import random
 import re
 import subprocess
@@ -220,6 +221,16 @@ def run(command, timeout=None):
         return "timeout"
 
 
+def run_tests(binary, timeout=None):
+    """Runs a test binary in a process namespace and session of its own: a
+    mutant that turns kill(pid) into kill(0) or kill(-1) must not reach
+    anything outside it."""
+    sandbox = ["setsid", "--wait"]
+    if os.geteuid() == 0:  # a process namespace needs root
+        sandbox = ["unshare", "--pid", "--fork", "--kill-child"] + sandbox
+    return run(sandbox + [str(binary), "--gtest_brief=1"], timeout)
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[1].strip(),
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
@@ -269,7 +280,7 @@ def main():
                 if run(["ninja", "-C", str(build), target]) != 0:
                     sys.exit(f"mutants: {target} does not build unmutated")
                 start = time.monotonic()
-                if run([str(build / binary), "--gtest_brief=1"]) != 0:
+                if run_tests(build / binary) != 0:
                     sys.exit(f"mutants: {target} fails unmutated")
                 baseline[target] = time.monotonic() - start
             applied = apply(m)
@@ -281,8 +292,7 @@ def main():
                     if run(["ninja", "-C", str(build), target]) != 0:
                         verdict = "stillborn"
                     else:
-                        status = run([str(build / binary), "--gtest_brief=1"],
-                                     timeout=max(60, 10 * baseline[target]))
+                        status = run_tests(build / binary, max(60, 10 * baseline[target]))
                         verdict = "survived" if status == 0 else "killed"
                 finally:
                     path.write_text(original, encoding="utf-8")
