@@ -238,6 +238,9 @@ def main():
     parser.add_argument("--draw", action="store_true",
                         help=f"draw a new sample into {SAMPLE.relative_to(ROOT)} and stop")
     parser.add_argument("--limit", type=int, default=0, help="test at most N more mutants")
+    parser.add_argument("--area", action="append", default=[],
+                        help="test only the mutants of this area (repeatable): "
+                             + ", ".join(a[0] for a in AREAS))
     parser.add_argument("--build-dir", default="build-mutants")
     parser.add_argument("--results", default="out/mutants/results.tsv")
     args = parser.parse_args()
@@ -248,7 +251,7 @@ def main():
         SAMPLE.write_text("[\n" + ",\n".join(rows) + "\n]\n", encoding="utf-8")
         print(f"{len(mutants)} mutants drawn into {SAMPLE.relative_to(ROOT)}", file=sys.stderr)
         return 0
-    mutants = sample()
+    mutants = [m for m in sample() if not args.area or m[0] in args.area]
     if args.list:
         for m in mutants:
             print(f"{m[0]}\t{key(m)}\t{m[5]!r} -> {m[6]!r}")
@@ -312,6 +315,8 @@ def main():
             by_area.setdefault(fields[0], []).append(fields[2])
     total_killed = total_counted = 0
     for area, _, _ in AREAS:
+        if args.area and area not in args.area:
+            continue
         verdicts = by_area.get(area, [])
         killed = verdicts.count("killed")
         counted = killed + verdicts.count("survived")
