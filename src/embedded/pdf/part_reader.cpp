@@ -223,8 +223,12 @@ class PartReader {
 PdfPart ReadPdfPart(const std::string& path) {
   RegularFileRead read = ReadRegularFile(path, kNoSizeLimit);
   if (!read.ok) throw FileError(FileError::Stage::Read, path, read.reason);
+  return ReadPdfPartBytes(std::move(read.bytes), path);
+}
+
+PdfPart ReadPdfPartBytes(std::string bytes, const std::string& path) {
   PdfPart part;
-  part.bytes = std::move(read.bytes);
+  part.bytes = std::move(bytes);
   try {
     PartReader(path, part).Read();
   } catch (const std::bad_alloc&) {

@@ -48,4 +48,8 @@ struct PdfPart {
 /// cannot be read, Format when it is not a whole file of our writer.
 PdfPart ReadPdfPart(const std::string& path);
 
+/// The same for the file's `bytes` already read; `path` names it in the
+/// FileError (Format).
+PdfPart ReadPdfPartBytes(std::string bytes, const std::string& path);
+
 }  // namespace sheafwork::embedded::pdf

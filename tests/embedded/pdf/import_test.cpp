@@ -291,7 +291,7 @@ TEST(PdfImportTest, ReferencesAreRenumberedWhereverTheyAreAndNowhereElse) {
 }
 
 // Reading a part is linear: a page in ten thousand content streams is
-// imported in a fraction of a second.
+// imported in milliseconds.
 TEST(PdfImportTest, APartOfManyObjectsImportsQuickly) {
   TempFolder folder;
   const std::string part = folder.File("morceaux.pdf");
@@ -315,7 +315,14 @@ TEST(PdfImportTest, APartOfManyObjectsImportsQuickly) {
   const auto contents = testing::PageContents(pdf);
   ASSERT_EQ(contents.size(), 1u);
   EXPECT_GE(contents[0].size(), 10000u);
-  EXPECT_LT(std::chrono::duration_cast<std::chrono::milliseconds>(took).count(), 500);
+  // About 15 ms here: a step that looks through every object for each one
+  // would take far longer.
+#if defined(__SANITIZE_ADDRESS__)
+  constexpr int kMilliseconds = 800;
+#else
+  constexpr int kMilliseconds = 200;
+#endif
+  EXPECT_LT(std::chrono::duration_cast<std::chrono::milliseconds>(took).count(), kMilliseconds);
 }
 
 }  // namespace
