@@ -24,8 +24,9 @@ struct PdfBook::Impl {
   void AddToOutline(const std::string& key, const std::string& name, const std::string& layout,
                     int page) {
     auto [at, added] = drawings.try_emplace(key.empty() ? name : key, outline.size());
-    if (added)
+    if (added) {
       outline.push_back({!name.empty() ? name : PathText(FsPath(key).filename()), page, {}});
+    }
     outline[at->second].children.push_back({layout, page, {}});
   }
 
