@@ -5,9 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <filesystem>
 #include <fstream>
 #include <functional>
+#include <map>
 #include <regex>
 #include <set>
 
@@ -21,7 +21,6 @@
 namespace sheafwork::embedded::pdf {
 namespace {
 
-namespace fs = std::filesystem;
 using sheafwork::testing::TempFolder;
 
 const std::string kData = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/pdf";
