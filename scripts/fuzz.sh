@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds the fuzzers (list file, DXF reader, plot style tables, MTEXT reader)
+# Builds the fuzzers (list file, DXF reader, plot style tables, MTEXT reader,
+# the reader of our own PDF files)
 # with clang and the sanitizers, and runs each for its share of a bounded time
 # on a copy of its seed corpus.
 #
@@ -31,6 +32,7 @@ fuzzers=(
   "dxf_fuzzer|dxf|16384|-dict=$root/fuzz/dxf.dict"
   "plot_style_fuzzer|plot_style|16384|"
   "mtext_fuzzer|mtext|2048|-dict=$root/fuzz/mtext.dict"
+  "pdf_part_fuzzer|pdf_part|16384|-dict=$root/fuzz/pdf.dict"
 )
 
 CXX=clang++ cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo \

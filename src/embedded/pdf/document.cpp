@@ -1,6 +1,7 @@
 #include "embedded/pdf/document.h"
 
 #include "embedded/pdf/object_writer.h"
+#include "embedded/pdf/part_reader.h"
 #include "embedded/pdf/pdf_strings.h"
 #include "log/output_file.h"
 
@@ -104,6 +105,29 @@ const std::string* Document::FindImage(const std::string& key) const {
   return it != images_.end() ? &it->second : nullptr;
 }
 
+int Document::ImportPages(const std::string& path) {
+  if (!open_) throw FileError(FileError::Stage::Write, path_);
+  const PdfPart part = ReadPdfPart(path);  // checked whole before anything changes
+  EndPage();
+  std::vector<int> renumbered(static_cast<std::size_t>(part.objectCount), 0);
+  renumbered[static_cast<std::size_t>(part.pageTree)] = kPageTree;
+  for (const auto& [object, name] : part.layers) {
+    renumbered[static_cast<std::size_t>(object)] = layers_.Object(name);
+  }
+  for (const PdfPart::Object& object : part.objects) {
+    renumbered[static_cast<std::size_t>(object.number)] = NewObject();
+  }
+  for (const PdfPart::Object& object : part.objects) {
+    open_->writer.Object(renumbered[static_cast<std::size_t>(object.number)],
+                         RenumberReferences(part.Text(object), object.references, renumbered));
+  }
+  for (const PdfPart::Page& page : part.pages) {
+    pages_.push_back(
+        Page{renumbered[static_cast<std::size_t>(page.object)], page.width, page.height, {}});
+  }
+  return static_cast<int>(part.pages.size());
+}
+
 void Document::Close() {
   if (!open_) throw FileError(FileError::Stage::Write, path_);
   EndPage();
@@ -115,12 +139,8 @@ void Document::Close() {
   }
   writer.Object(kPageTree, "<< /Type /Pages /Kids [" + kids + "] /Count " +
                                std::to_string(pages_.size()) + " >>");
-  std::vector<int> groups;
-  for (std::string& group : layers_.GroupDictionaries()) {
-    groups.push_back(NewObject());
-    writer.Object(groups.back(), std::move(group));
-  }
-  const bool layered = !groups.empty();
+  for (auto& [object, group] : layers_.GroupObjects()) writer.Object(object, std::move(group));
+  const bool layered = layers_.Size() > 0;
   std::string outline;
   if (!outline_.empty()) {
     std::vector<int> pageObjects;
@@ -132,8 +152,7 @@ void Document::Close() {
     outline = " /Outlines " + Reference(root) + " /PageMode /UseOutlines";
   }
   writer.Object(kCatalog, "<< /Type /Catalog /Pages " + Reference(kPageTree) +
-                              (layered ? " " + layers_.CatalogEntry(groups) : "") + outline +
-                              " >>");
+                              (layered ? " " + layers_.CatalogEntry() : "") + outline + " >>");
   const std::time_t created = info_.created != 0 ? info_.created : std::time(nullptr);
   writer.Object(kInfo, "<< /Title " + TextString(info_.title) + " /Creator " +
                            TextString(info_.creator) + " /Producer " + TextString(info_.producer) +
@@ -147,7 +166,7 @@ void Document::Close() {
   }
   const std::string fontEntry = fonts_.ResourceEntry(fonts);
   writer.Object(kResources, "<<" + (fontEntry.empty() ? "" : " " + fontEntry) +
-                                (layered ? " " + layers_.PropertiesEntry(groups) : "") +
+                                (layered ? " " + layers_.PropertiesEntry() : "") +
                                 (images_.empty() ? "" : " /XObject << " + imageResources_ + ">>") +
                                 " >>");
   bool ok = writer.Drain();

@@ -15,6 +15,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "embedded/pdf/content_stream.h"
@@ -25,15 +26,21 @@
 namespace sheafwork::embedded::pdf {
 
 /// Why a document could not be made: its file could not be created, or not
-/// written (or renamed into place).
+/// written (or renamed into place); or why a file to import pages from
+/// could not be: it could not be read (`Reason()` says why, in French), or
+/// it is not a whole file of this writer (truncated, or another program's).
+/// what() is the path of the file in question.
 class FileError : public std::runtime_error {
  public:
-  enum class Stage { Create, Write };
-  FileError(Stage stage, const std::string& path) : std::runtime_error(path), stage_(stage) {}
+  enum class Stage { Create, Write, Read, Format };
+  FileError(Stage stage, const std::string& path, std::string reason = {})
+      : std::runtime_error(path), stage_(stage), reason_(std::move(reason)) {}
   Stage WhichStage() const { return stage_; }
+  const std::string& Reason() const { return reason_; }
 
  private:
   Stage stage_;
+  std::string reason_;
 };
 
 struct DocumentInfo {
@@ -71,6 +78,14 @@ class Document {
   OptionalContent& Layers() { return layers_; }
   /// The fonts of the pages' invisible text, shared by all its pages.
   TextFonts& Fonts() { return fonts_; }
+  /// Appends every page of the PDF file `path`, which this writer made, as
+  /// the next pages, in order, and returns how many (an open page is ended
+  /// first). Each page keeps its own file's resources (fonts, images),
+  /// copied with its content as they are; its layers are this document's
+  /// groups of the same names. The whole file is read and checked before
+  /// anything is added: throws FileError (Read, Format) naming `path`, the
+  /// document unchanged; or (Write) naming this document's path.
+  int ImportPages(const std::string& path);
   /// The outline written with the document, replacing any given before;
   /// its entries open pages by their index.
   void SetOutline(std::vector<OutlineItem> outline) { outline_ = std::move(outline); }
@@ -108,7 +123,7 @@ class Document {
   std::unique_ptr<Open> open_;
   std::vector<Page> pages_;
   std::unique_ptr<ContentStream> content_;  // of the open page
-  OptionalContent layers_;
+  OptionalContent layers_{[this] { return NewObject(); }};
   TextFonts fonts_;
   std::vector<OutlineItem> outline_;
   std::map<std::string, std::string> images_;  ///< key -> resource name

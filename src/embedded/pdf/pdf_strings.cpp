@@ -59,6 +59,30 @@ std::string TextString(std::string_view text) {
   return out;
 }
 
+std::string TextStringToUtf8(std::string_view bytes) {
+  std::string out;
+  if (bytes.size() < 2 || bytes[0] != '\xFE' || bytes[1] != '\xFF') {
+    for (char c : bytes) AppendUtf8(out, static_cast<unsigned char>(c));
+    return out;
+  }
+  const auto unit = [&](std::size_t i) {
+    return static_cast<char32_t>((static_cast<unsigned char>(bytes[i]) << 8) |
+                                 static_cast<unsigned char>(bytes[i + 1]));
+  };
+  for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
+    char32_t c = unit(i);
+    if (c >= 0xD800 && c < 0xDC00 && i + 3 < bytes.size() && unit(i + 2) >= 0xDC00 &&
+        unit(i + 2) < 0xE000) {
+      c = 0x10000 + ((c - 0xD800) << 10) + (unit(i + 2) - 0xDC00);
+      i += 2;
+    } else if (c >= 0xD800 && c < 0xE000) {
+      c = 0xFFFD;
+    }
+    AppendUtf8(out, c);
+  }
+  return out;
+}
+
 void AppendUtf16Hex(std::string& out, char32_t c) {
   if (c >= 0x10000) {
     const char32_t v = c - 0x10000;

@@ -17,6 +17,12 @@ std::string LiteralString(std::string_view bytes);
 /// hexadecimal. Malformed UTF-8 bytes become U+FFFD.
 std::string TextString(std::string_view text);
 
+/// The UTF-8 text of a text string's bytes (as read, escapes undone):
+/// UTF-16BE after its byte order mark, else one byte a character (Latin-1,
+/// which covers the plain ASCII TextString writes). Unpaired surrogates
+/// become U+FFFD.
+std::string TextStringToUtf8(std::string_view bytes);
+
 /// Appends `c` in UTF-16BE as hexadecimal digits: four, or eight for a
 /// surrogate pair.
 void AppendUtf16Hex(std::string& out, char32_t c);

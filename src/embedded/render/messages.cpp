@@ -45,6 +45,16 @@ std::string FileCannotWrite(const std::string& format, const std::string& path) 
   return "impossible d'écrire le fichier " + format + " : " + path;
 }
 
+std::string FileCannotRead(const std::string& format, const std::string& path,
+                           const std::string& reason) {
+  return "impossible de lire le fichier " + format + " : " + path +
+         (reason.empty() ? "" : " (" + reason + ")");
+}
+
+std::string FileNotOurs(const std::string& format, const std::string& path) {
+  return "le fichier " + format + " est tronqué ou n'a pas été écrit par Sheafwork : " + path;
+}
+
 std::string ImageTooLarge(long long widthPx, long long heightPx, int dpi) {
   return "image trop grande : " + std::to_string(widthPx) + " x " + std::to_string(heightPx) +
          " pixels à " + std::to_string(dpi) +

@@ -14,6 +14,12 @@ std::string NoGuiApplication();
 /// `format` names the kind of file: "PDF", "PNG", "SVG", "HP-GL/2".
 std::string FileCannotCreate(const std::string& format, const std::string& path);
 std::string FileCannotWrite(const std::string& format, const std::string& path);
+/// `reason` says why, in French; may be empty.
+std::string FileCannotRead(const std::string& format, const std::string& path,
+                           const std::string& reason);
+/// The file is not a whole one of those the program writes itself
+/// (truncated, or written by another program).
+std::string FileNotOurs(const std::string& format, const std::string& path);
 std::string ImageTooLarge(long long widthPx, long long heightPx, int dpi);
 std::string ImageNoMemory(long long widthPx, long long heightPx);
 std::string PrinterNotFound(const std::string& name);

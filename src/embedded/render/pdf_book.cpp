@@ -18,19 +18,23 @@ struct PdfBook::Impl {
   explicit Impl(const std::string& path, pdf::DocumentInfo info)
       : document(path, std::move(info)) {}
 
-  /// Files page `page` under its drawing (by the drawing's path), the
-  /// drawing's entry made with its first page.
+  /// Files sheet `page` (its first page) under the entry of its drawing,
+  /// `key`, made with the drawing's first sheet and named `name` (empty:
+  /// the key's file name); the sheet's own entry is `layout`.
+  void AddToOutline(const std::string& key, const std::string& name, const std::string& layout,
+                    int page) {
+    auto [at, added] = drawings.try_emplace(key.empty() ? name : key, outline.size());
+    if (added) {
+      outline.push_back({!name.empty() ? name : PathText(FsPath(key).filename()), page, {}});
+    }
+    outline[at->second].children.push_back({layout, page, {}});
+  }
+
   void AddToOutline(const PlotJob& job, int page) {
     const std::string path = job.drawing != nullptr ? job.drawing->path : std::string();
-    auto [at, added] = drawings.try_emplace(path.empty() ? job.drawingName : path, outline.size());
-    if (added) {
-      const std::string name =
-          !job.drawingName.empty() ? job.drawingName : PathText(FsPath(path).filename());
-      outline.push_back({name, page, {}});
-    }
     const std::string layout =
         !job.layoutName.empty() || job.layout == nullptr ? job.layoutName : job.layout->name;
-    outline[at->second].children.push_back({layout, page, {}});
+    AddToOutline(path, job.drawingName, layout, page);
   }
 
   pdf::Document document;
@@ -79,6 +83,19 @@ void PdfBook::AddPage(const PlotJob& job) {
   } catch (const pdf::FileError& error) {
     ThrowPdfFileError(error, path_);
   }
+}
+
+void PdfBook::AddSheetFrom(const std::string& pdfPath, const std::string& drawingKey,
+                           const std::string& drawingName, const std::string& layoutName) {
+  if (!impl_) throw PlotError(render_messages::FileCannotWrite("PDF", path_));
+  try {
+    if (impl_->document.ImportPages(pdfPath) > 0) {
+      impl_->AddToOutline(drawingKey, drawingName, layoutName, pages_);
+    }
+  } catch (const pdf::FileError& error) {
+    ThrowPdfFileError(error, path_);
+  }
+  pages_ = impl_->document.Pages();
 }
 
 void PdfBook::Close() {

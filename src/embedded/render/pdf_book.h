@@ -29,6 +29,16 @@ class PdfBook {
   /// could not be planned is not added.
   void AddPage(const PlotJob& job);
 
+  /// Adds the pages of `pdfPath`, a PDF file of our own writer holding one
+  /// sheet (a one-page file written by a PdfBook or a PDF plot), as the next
+  /// pages, filed in the outline as AddPage() files a sheet: under the entry
+  /// of the drawing `drawingKey` (its path; empty: `drawingName`), named
+  /// `drawingName` (empty: the key's file name), then `layoutName`. Throws
+  /// PlotError naming `pdfPath` when it cannot be read or is not such a
+  /// file; the book is unchanged then and goes on.
+  void AddSheetFrom(const std::string& pdfPath, const std::string& drawingKey,
+                    const std::string& drawingName, const std::string& layoutName);
+
   /// Finishes the file. Without any page nothing is written and the file
   /// already there stays. Throws PlotError when the file cannot be written.
   /// Further calls do nothing.

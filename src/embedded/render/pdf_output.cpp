@@ -37,9 +37,17 @@ FrontendStats AddSheetPage(pdf::Document& document, const PlotJob& job, const Sh
 }
 
 void ThrowPdfFileError(const pdf::FileError& error, const std::string& path) {
-  throw PlotError(error.WhichStage() == pdf::FileError::Stage::Create
-                      ? render_messages::FileCannotCreate("PDF", path)
-                      : render_messages::FileCannotWrite("PDF", path));
+  switch (error.WhichStage()) {
+    case pdf::FileError::Stage::Create:
+      throw PlotError(render_messages::FileCannotCreate("PDF", path));
+    case pdf::FileError::Stage::Write:
+      throw PlotError(render_messages::FileCannotWrite("PDF", path));
+    case pdf::FileError::Stage::Read:
+      throw PlotError(render_messages::FileCannotRead("PDF", error.what(), error.Reason()));
+    case pdf::FileError::Stage::Format:
+      throw PlotError(render_messages::FileNotOurs("PDF", error.what()));
+  }
+  throw PlotError(render_messages::FileCannotWrite("PDF", path));
 }
 
 void WritePdf(const PlotJob& job, const SheetLayout& sheet) {

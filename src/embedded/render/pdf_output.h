@@ -33,7 +33,8 @@ FrontendStats AddSheetPage(pdf::Document& document, const PlotJob& job, const Sh
 /// written beside it and renamed into place once complete. Throws PlotError.
 void WritePdf(const PlotJob& job, const SheetLayout& sheet);
 
-/// PlotError for a document's FileError, naming `path`.
+/// PlotError for a document's FileError, naming `path` (the document's);
+/// a file read to import pages from is named by the error itself.
 [[noreturn]] void ThrowPdfFileError(const pdf::FileError& error, const std::string& path);
 
 }  // namespace sheafwork::embedded
