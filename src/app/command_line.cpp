@@ -236,8 +236,8 @@ void AddPlotOptions(CLI::App& plot, PlotOptions& options, const CommandEnvironme
 #else
   const char* jobsHelp =
       "Nombre de processus qui tracent les lignes en parallèle (1 par défaut ; 0 : un "
-      "par cœur ; hôte embarqué seulement, sans --combine, --output-dir ni --shard) ; les "
-      "journaux restent dans l'ordre des lignes";
+      "par cœur ; hôte embarqué seulement) ; les journaux, les noms de --output-dir et les "
+      "pages de --combine restent dans l'ordre des lignes";
 #endif
   plot.add_option("-j,--jobs", options.jobs, jobsHelp)
       ->check(CLI::Range(0, 256).description(""))

@@ -22,6 +22,7 @@
 #include "app/list_commands_cli.h"
 #include "app/run_progress.h"
 #include "app/shard_run.h"
+#include "app/worker_files.h"
 #include "embedded/automation/dwg_converter.h"
 #include "embedded/automation/embedded_host.h"
 #include "embedded/plotstyle/lookup.h"
@@ -169,8 +170,8 @@ struct CombinedOutcome {
 /// options name. An error that keeps it from starting is printed here, since
 /// starting a host only says that it failed.
 HostFactory RunHost(const PlotOptions& options, std::shared_ptr<CombinedOutcome> outcome,
-                    std::shared_ptr<embedded::ConsoleReports> reports, const CommandIo& io) {
-  embedded::EmbeddedHostOptions hostOptions;
+                    std::shared_ptr<embedded::ConsoleReports> reports, const CommandIo& io,
+                    embedded::EmbeddedHostOptions hostOptions = {}) {
   hostOptions.progress = embedded::ConsoleProgressDisplay(std::move(reports));
   if (options.combine) {
     hostOptions.combinedPdf = FullPath(*options.combine);
@@ -356,12 +357,6 @@ int RunPlot(const PlotOptions& given, const CommandIo& io) {
   const int jobs = options.jobs == 0
                        ? std::max(1, static_cast<int>(std::thread::hardware_concurrency()))
                        : options.jobs;
-  if (jobs > 1 && (options.combine || options.outputDir || shard)) {
-    io.err << "sheafwork: "
-           << (options.combine ? "--combine" : options.outputDir ? "--output-dir" : "--shard")
-           << " ne se combine pas avec --jobs au-delà de 1\n";
-    return kExitBadInput;
-  }
   if (jobs > 1 && !embeddedHost) {
     io.err << "sheafwork: --jobs au-delà de 1 demande l'hôte embarqué (« " << kEmbeddedHostName
            << " ») : l'hôte « " << name << " » pilote un seul programme de CAO\n";
@@ -385,6 +380,8 @@ int RunPlot(const PlotOptions& given, const CommandIo& io) {
   // for every process of a parallel run.
   std::unique_ptr<embedded::ScratchFolder> conversions;
   PlotOptions shared = options;
+  // The workers' sheets and pages, put in place by this process.
+  std::unique_ptr<RunFiles> files;
   if (jobs > 1) {
     try {
       conversions = std::make_unique<embedded::ScratchFolder>();
@@ -392,6 +389,12 @@ int RunPlot(const PlotOptions& given, const CommandIo& io) {
       return Refuse(io, error.description());
     }
     shared.conversionFolder = conversions->path();
+    std::string error;
+    files = RunFiles::Prepare(options.combine ? FullPath(*options.combine) : "",
+                              options.outputDir ? FullPath(*options.outputDir) : "", error);
+    if (!files) return Refuse(io, error);
+    shared.combine.reset();  // this process's host plots nothing
+    shared.outputDir.reset();
   }
   const HostFactory embeddedFactory = RunHost(shared, combined, progress, io);
   const HostFactory* factory = embeddedHost ? &embeddedFactory : comFactory ? &comFactory : nullptr;
@@ -412,10 +415,23 @@ int RunPlot(const PlotOptions& given, const CommandIo& io) {
     progress->PlanRows(shard->RowsOf(run.session().List.EntryCount()));
   }
   services.jobs = jobs;
-  if (jobs > 1) services.workerCommand = WorkerCommand(services.plotStyle, shared.conversionFolder);
+  if (jobs > 1) {
+    services.workerCommand = WorkerCommand(services.plotStyle, shared.conversionFolder);
+    for (std::string& argument : files->WorkerArguments()) {
+      services.workerCommand.push_back(std::move(argument));
+    }
+    services.placeWorkerFile = [&files, &progress](const std::string& event) {
+      files->Place(event,
+                   [&progress](const std::string& why) { progress->HostReported(why, true); });
+    };
+  }
   const RunResult result = PlotAllEntries(run.session(), run.host(), services);
   const bool recordOk = shardRun.End(result, io);
   run.End();  // the host writes the combined PDF at the latest when it quits
+  if (files && options.combine) {
+    const auto [pages, error] = files->CloseCombined();
+    *combined = CombinedOutcome{true, pages, error};
+  }
   progress->Finish();
   const std::string combinedPath = options.combine ? FullPath(*options.combine) : "";
   const bool combinedOk = !options.combine || ReportCombined(*combined, combinedPath, io.err);
@@ -452,7 +468,9 @@ int RunPlotWorker(const std::vector<std::string>& args, const CommandIo& io) {
   RowRecorder recorder;
   auto reports = std::make_shared<RecordedReports>(recorder);
   const auto combined = std::make_shared<CombinedOutcome>();
-  const HostFactory factory = RunHost(options, combined, reports, io);
+  embedded::EmbeddedHostOptions hostOptions;
+  if (!WorkerFiles(args, recorder, hostOptions)) return kExitFailed;
+  const HostFactory factory = RunHost(options, combined, reports, io, std::move(hostOptions));
   int status = kExitOk;
   if (!run.Attach(kEmbeddedHostName, status, &factory)) return status;
 

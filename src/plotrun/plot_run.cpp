@@ -116,7 +116,6 @@ void Run::PlotAll() {
     const int count = session_.List.EntryCount();
     result_.logBytesBeforeRows = {0, logs_.journal.BytesWritten(), logs_.errorLog.BytesWritten()};
     if (services_.jobs > 1) {
-      // Every row: a share of the rows (plotsRow) is plotted by one process.
       PlotRowsInWorkers(count);
     } else {
       for (int row = 1; row <= count && !result_.cancelled; ++row) {
@@ -124,8 +123,8 @@ void Run::PlotAll() {
         const std::uint64_t journal = logs_.journal.BytesWritten();
         const std::uint64_t errorLog = logs_.errorLog.BytesWritten();
         PlotRowOrFail(row);
-        result_.rowLogBytes.push_back(
-            {row, logs_.journal.BytesWritten() - journal, logs_.errorLog.BytesWritten() - errorLog});
+        result_.rowLogBytes.push_back({row, logs_.journal.BytesWritten() - journal,
+                                       logs_.errorLog.BytesWritten() - errorLog});
       }
     }
     if (result_.cancelled) result_.endedEarly = true;
@@ -381,11 +380,14 @@ void Run::PlotRowsInWorkers(int count) {
   const PipeSignalIgnored pipeSignal;
   const std::string greeting =
       Block(ListForWorkers(session_)) + Block(std::to_string(result_.totalPlots));
-  std::deque<int> todo;
-  for (int row = 1; row <= count; ++row) todo.push_back(row);
+  std::vector<int> planned;  // the rows of this run, in order
+  for (int row = 1; row <= count; ++row) {
+    if (Plots(row)) planned.push_back(row);
+  }
+  std::deque<int> todo(planned.begin(), planned.end());
   std::vector<std::unique_ptr<WorkerProcess>> workers;
   std::map<int, RowRecord> done;
-  int next = 1;
+  std::size_t next = 0;  // in `planned`: the first row not yet written
   bool stopping = false;
   const auto stopAll = [&] {
     stopping = true;
@@ -458,7 +460,9 @@ void Run::PlotRowsInWorkers(int count) {
       }
       it = workers.erase(it);
     }
-    for (auto found = done.find(next); found != done.end(); found = done.find(++next)) {
+    for (; next < planned.size(); ++next) {
+      const auto found = done.find(planned[next]);
+      if (found == done.end()) break;
       Replay(found->second);
       done.erase(found);
     }
@@ -470,6 +474,8 @@ void Run::PlotRowsInWorkers(int count) {
 void Run::Replay(const RowRecord& record) {
   if (record.skipped) return;
   const int row = record.row;
+  const std::uint64_t journal = logs_.journal.BytesWritten();
+  const std::uint64_t errorLog = logs_.errorLog.BytesWritten();
   RunObserver* observer = services_.observer;
   if (observer) {
     observer->RowStarted(row, session_.List.EntryCount(), EntryAsShown(session_.List.Entry(row)));
@@ -500,8 +506,13 @@ void Run::Replay(const RowRecord& record) {
       case RowEvent::Cancelled:
         if (observer) observer->RowCancelled(row);
         break;
+      case RowEvent::WorkerFile:
+        if (services_.placeWorkerFile) services_.placeWorkerFile(event.text);
+        break;
     }
   }
+  result_.rowLogBytes.push_back(
+      {row, logs_.journal.BytesWritten() - journal, logs_.errorLog.BytesWritten() - errorLog});
   if (record.cancelled) result_.cancelled = true;
   if (record.ended) result_.endedEarly = true;
 }

@@ -58,6 +58,9 @@ struct RunServices {
   /// The command that starts a worker, the program's path first; the
   /// worker calls ServeRows. Needed when `jobs` is above 1.
   std::vector<std::string> workerCommand;
+  /// Puts in its place, when the run writes the row (in row order), a file
+  /// a worker's host wrote for it (the event's text says which and where).
+  std::function<void(const std::string& file)> placeWorkerFile;
 };
 
 /// What the plotting pass wrote to each log for one row, in bytes (whole

@@ -36,7 +36,7 @@ std::string Unescaped(std::string_view text) {
 }
 
 bool IsEventKind(char c) {
-  for (const char kind : {'E', 'J', 'P', 'N', 'S', 'T', 'F', 'C'}) {
+  for (const char kind : {'E', 'J', 'P', 'N', 'S', 'T', 'F', 'C', 'W'}) {
     if (c == kind) return true;
   }
   return false;

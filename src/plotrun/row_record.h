@@ -22,6 +22,9 @@ struct RowEvent {
     Plotted = 'T',      ///< the row was marked plotted
     Failed = 'F',       ///< the row was marked failed
     Cancelled = 'C',    ///< the row was stopped by the user
+    /// A file the worker's host wrote for the row that the run puts in its
+    /// place when it writes the row (RunServices::placeWorkerFile).
+    WorkerFile = 'W',
   };
   Kind kind;
   std::string text;

@@ -78,14 +78,27 @@ class RowIcons : public RunObserver {
   }
   void RowStarted(int row, int count, const BatchEntry& entry) override {
     reasons_.clear();
+    drawing_ = FileNameFromPath(entry.FileName);
     model_.SetActiveRow(row);
     view_.scrollTo(model_.index(row - 1, 0));
     status_.setText(Res(ids::kStatusRow).arg(row).arg(count).arg(Q(entry.FileName)));
     QApplication::processEvents();
   }
-  void HostReported(const std::string& text, bool failure) override {
-    if (failure) reasons_ << Q(text);
+  // From here on, what worker processes did: the run's own host plots
+  // nothing and its dialog hears of the sheets and failures only here.
+  void SheetPlotted(int) override {
+    if (workers_ && progress_) progress_->SheetPlotted(drawing_);
   }
+  void HostReported(const std::string& text, bool failure) override {
+    if (!failure) return;
+    if (progress_) {
+      progress_->PlotFailed(text);  // its listener keeps the reason
+    } else {
+      reasons_ << Q(text);
+    }
+  }
+  /// The rows are plotted by worker processes.
+  void SetWorkers(bool workers) { workers_ = workers; }
   void RowFinished(int row, RowStatus status) override {
     model_.SetStatus(row, status, reasons_);
     reasons_.clear();
@@ -98,6 +111,8 @@ class RowIcons : public RunObserver {
   QLabel& status_;
   ProgressDialog* progress_;
   QStringList reasons_;
+  std::string drawing_;  ///< of the row under way
+  bool workers_ = false;
 };
 
 }  // namespace
@@ -522,6 +537,7 @@ void MainWindow::Plot() {
       conversions = std::make_unique<embedded::ScratchFolder>();
       services.jobs = jobs;
       services.workerCommand = WorkerCommand({}, conversions->path());
+      icons.SetWorkers(true);
     } catch (const host::Error&) {
       // No folder for the conversions: the run plots its rows itself.
     }

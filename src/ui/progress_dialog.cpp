@@ -15,6 +15,8 @@ ProgressDialog::~ProgressDialog() { delete dialog_.data(); }
 void ProgressDialog::Start(int total) {
   delete dialog_.data();
   failures_ = 0;
+  total_ = total;
+  sheets_ = 0;
   dialog_ = new QProgressDialog(QApplication::activeWindow());
   dialog_->setObjectName(QStringLiteral("frmProgress"));
   dialog_->setWindowTitle(Res(ids::kProgressTitle));
@@ -64,6 +66,18 @@ std::shared_ptr<host::Application> MakeDesktopEmbeddedHost(
   embedded::EmbeddedHostOptions options;
   options.progress = std::move(progress);
   return embedded::MakeEmbeddedHost(std::move(options));
+}
+
+void ProgressDialog::SheetPlotted(const std::string& drawing) {
+  if (!dialog_) return;
+  ++sheets_;
+  const int total = std::max(total_, sheets_);
+  dialog_->setMaximum(std::max(total, 1));
+  dialog_->setValue(sheets_);
+  QString text = Res(ids::kProgressSheetDone).arg(sheets_).arg(total).arg(Q(drawing));
+  if (failures_ > 0) text += u'\n' + Res(ids::kProgressFailures).arg(failures_);
+  dialog_->setLabelText(text);
+  QApplication::processEvents();
 }
 
 void ProgressDialog::PlotFailed(const std::string& reason) {

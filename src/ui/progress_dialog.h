@@ -22,6 +22,10 @@ class ProgressDialog : public embedded::ProgressDisplay {
   bool Cancelled() override;
   void Finish() override;
   void PlotFailed(const std::string& reason) override;
+  /// A sheet of `drawing` was plotted by a worker process of the run (the
+  /// run's own host, which shows Step, plots nothing then): the bar moves
+  /// on by one.
+  void SheetPlotted(const std::string& drawing);
 
   /// The dialog while a batch runs; null otherwise.
   QProgressDialog* Dialog() const { return dialog_; }
@@ -35,6 +39,8 @@ class ProgressDialog : public embedded::ProgressDisplay {
  private:
   QPointer<QProgressDialog> dialog_;
   int failures_ = 0;
+  int total_ = 0;
+  int sheets_ = 0;  ///< plotted by workers
   std::function<void(const std::string&)> failureListener_;
 };
 

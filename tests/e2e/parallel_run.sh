@@ -1,7 +1,8 @@
 #!/bin/bash
 # A run whose rows are plotted by worker processes (--jobs) writes the same
 # journal, error log and progress lines as a run that plots them itself,
-# elapsed times aside; a worker that dies (aborts, or is killed from
+# elapsed times aside, and puts the same sheets under the same names in an
+# output folder and the same pages in a combined PDF; a worker that dies (aborts, or is killed from
 # outside) fails its row with the reason and the run goes on; Ctrl+C stops
 # every worker after its sheet and leaves whole logs and no worker behind.
 #
@@ -32,8 +33,13 @@ plot() {
   iconv -f WINDOWS-1252 -t UTF-8 "$work/erreurs.log" >"$work/$name.errors"
 }
 
-plot serial --jobs 1
-plot parallel --jobs 3
+# Both runs also put every sheet in an output folder and a combined PDF, at
+# the same places, kept after each run under the run's name.
+for run in serial:1 parallel:3; do
+  plot "${run%:*}" --jobs "${run#*:}" --output-dir "$work/sheets" --combine "$work/combined.pdf"
+  mv "$work/sheets" "$work/${run%:*}.sheets" && mv "$work/combined.pdf" "$work/${run%:*}.pdf" ||
+    fail "--jobs ${run#*:}: no output folder or combined PDF"
+done
 [ "$(cat "$work/serial.status")" = 1 ] || fail "serial run: status $(cat "$work/serial.status")"
 for part in status journal errors err; do
   cmp -s "$work/serial.$part" "$work/parallel.$part" ||
@@ -41,6 +47,26 @@ for part in status journal errors err; do
 $(diff "$work/serial.$part" "$work/parallel.$part" | head -20)"
 done
 grep -q "tables.dxf" "$work/parallel.journal" || fail "the journal lacks a plotted row"
+# The same sheets under the same names (the "-2", "-3" of a drawing plotted
+# twice given in row order), and the same combined pages in the same order.
+sheet_sizes() {
+  for sheet in "$1"/*; do
+    echo "${sheet##*/}"
+    pdfinfo "$sheet" | grep -E '^(Pages|Page size):'
+  done
+}
+diff <(sheet_sizes "$work/serial.sheets") <(sheet_sizes "$work/parallel.sheets") >"$work/sheets.diff" ||
+  fail "--jobs 3: the output folder differs: $(cat "$work/sheets.diff")"
+[ "$(ls -A "$work/parallel.sheets" | wc -l)" -ge 8 ] || fail "too few sheets: $(ls -A "$work/parallel.sheets")"
+mkdir "$work/pages"
+pdftoppm -r 6 -png "$work/serial.pdf" "$work/pages/serial" || fail "serial combined PDF unreadable"
+pdftoppm -r 6 -png "$work/parallel.pdf" "$work/pages/parallel" || fail "parallel combined PDF unreadable"
+pages=$(ls "$work/pages" | grep -c '^serial')
+[ "$pages" -ge 8 ] && [ "$(ls "$work/pages" | grep -c '^parallel')" -eq "$pages" ] ||
+  fail "combined PDF: $(ls "$work/pages")"
+for page in "$work"/pages/serial-*.png; do
+  cmp -s "$page" "${page/serial-/parallel-}" || fail "combined PDF: ${page##*/} differs"
+done
 grep -q "absent.dxf" "$work/parallel.errors" || fail "the error log lacks the failed row"
 
 # A worker that dies while it plots row 4 fails that row with the reason; the

@@ -1,6 +1,7 @@
 #!/bin/bash
-# A list plotted as four shards run by GNU parallel, then merged, gives the
-# journal and error log of one run over the whole list, elapsed times aside.
+# A list plotted as four shards run by GNU parallel (each with two worker
+# processes), then merged, gives the journal and error log of one run over
+# the whole list, elapsed times aside.
 # The merge refuses, naming the file and writing nothing, a missing shard, a
 # shard of another list or of another split, a log changed since, and a
 # shard killed in the middle of a row; `plot --shard` refuses values it
@@ -47,8 +48,9 @@ make_list lot.qx3 "$work/logs" "$data/rows.tsv"
 "$exe" plot lot.qx3 --output-dir serial-sheets >serial.txt 2>&1
 mkdir serial && mv logs/plan.log logs/plan.err serial/ || fail "the serial run wrote no logs"
 
+# Each shard with two worker processes of its own.
 parallel --halt never "$exe" plot lot.qx3 --quiet --output-dir shard-sheets-{} --shard {}/4 \
-  ::: 1 2 3 4 >shards.txt 2>&1
+  --jobs 2 ::: 1 2 3 4 >shards.txt 2>&1
 [ "$(ls logs/plan.shard-*-of-4.log.json | wc -l)" -eq 4 ] || fail "four shard records expected: $(ls logs)"
 "$exe" logs merge lot.qx3 >merge.txt 2>&1
 status=$?

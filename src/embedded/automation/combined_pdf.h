@@ -5,8 +5,10 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "embedded/automation/embedded_host.h"
 #include "embedded/automation/progress_display.h"
 #include "embedded/render/pdf_book.h"
 
@@ -23,6 +25,10 @@ class CombinedPdf {
   /// be created.
   CombinedPdf(std::string path, CombinedPdfClosed closed,
               std::shared_ptr<ProgressDisplay> progress);
+  /// Writes each sheet as a PDF file of its own in `folder`, told to
+  /// `written`, for another process to put together.
+  CombinedPdf(std::string folder, std::function<void(const CombinedPage&)> written,
+              std::shared_ptr<ProgressDisplay> progress);
   /// Closes the file when Close() was not called.
   ~CombinedPdf();
   CombinedPdf(const CombinedPdf&) = delete;
@@ -36,8 +42,11 @@ class CombinedPdf {
   void Close();
 
  private:
-  PdfBook book_;
+  std::optional<PdfBook> book_;
   CombinedPdfClosed closed_;
+  std::string pageFolder_;
+  std::function<void(const CombinedPage&)> pageWritten_;
+  int pagesWritten_ = 0;
   std::shared_ptr<ProgressDisplay> progress_;
   bool done_ = false;
 };

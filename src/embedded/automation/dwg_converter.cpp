@@ -1,9 +1,7 @@
 #include "embedded/automation/dwg_converter.h"
 
 #ifdef _WIN32
-#include <process.h>  // _getpid
 #include <windows.h>
-#define getpid _getpid
 #else
 #include <fcntl.h>
 #include <poll.h>
@@ -26,6 +24,7 @@
 
 #include "embedded/automation/messages.h"
 #include "log/wide_path.h"
+#include "platform/process_id.h"
 #include "text/strings.h"
 
 #ifdef _WIN32
@@ -416,7 +415,7 @@ std::string DwgConversions::Convert(const std::string& converter, const std::str
     now.dxf = PathText(FsPath(shared_) /
                        FsPath(std::string(hash) + "-" + PathText(FsPath(dwg).stem()) + ".dxf"));
     if (!fs::is_regular_file(FsPath(now.dxf), ec)) {
-      const std::string part = now.dxf + "." + std::to_string(getpid()) + ".part.dxf";
+      const std::string part = now.dxf + "." + std::to_string(CurrentProcessId()) + ".part.dxf";
       try {
         RunDwgConverter(converter, dwg, part, timeLimit);
         fs::rename(FsPath(part), FsPath(now.dxf), ec);

@@ -30,6 +30,16 @@ using DrawingReader = std::function<Drawing(const std::string& path)>;
 /// Makes one plot. Throws PlotError when it cannot.
 using Plotter = std::function<void(const PlotJob& job)>;
 
+/// A sheet of the combined PDF written as a file of its own: where, and how
+/// the combined PDF's outline files it (the drawing it comes from, by its
+/// path, and the drawing's and the layout's names).
+struct CombinedPage {
+  std::string path;
+  std::string drawingKey;
+  std::string drawingName;
+  std::string layoutName;
+};
+
 struct EmbeddedHostOptions {
   /// The host's installation folder (Path()), holding "plotters/",
   /// "plotstyles/", "support/" and "fonts/" (shape fonts). Empty: the
@@ -76,6 +86,16 @@ struct EmbeddedHostOptions {
   /// sheet of this host already took gets "-2", "-3"... before its
   /// extension. Empty: each plot writes where its file or device says.
   std::string outputFolder;
+  /// With `outputFolder`: the file a sheet is written to, given the name the
+  /// folder would give it before any "-2" (`base` + `extension`, the
+  /// extension with its dot). Empty: the host takes the names itself.
+  std::function<std::string(const std::string& base, const std::string& extension)> outputName;
+  /// Instead of `combinedPdf`: a folder of this host's own where each sheet
+  /// the combined PDF would receive is written as a PDF file of its own
+  /// ("1.pdf", "2.pdf"...), told to `combinedPageWritten`. Another process
+  /// puts the pages together.
+  std::string combinedPageFolder;
+  std::function<void(const CombinedPage& page)> combinedPageWritten;
   /// A folder where the drawings converted from DWG are kept for the
   /// processes of one parallel run, which share it (DwgConversions::
   /// ShareThrough). Empty: each host converts for itself.

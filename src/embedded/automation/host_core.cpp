@@ -157,6 +157,9 @@ HostCore::HostCore(EmbeddedHostOptions given) : options(std::move(given)) {
   if (!options.combinedPdf.empty()) {
     combined = std::make_unique<CombinedPdf>(options.combinedPdf, options.combinedPdfClosed,
                                              options.progress);
+  } else if (!options.combinedPageFolder.empty()) {
+    combined = std::make_unique<CombinedPdf>(options.combinedPageFolder,
+                                             options.combinedPageWritten, options.progress);
   }
 }
 

@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "embedded/automation/objects.h"
+#include "embedded/automation/output_names.h"
 #include "embedded/automation/plot_configuration.h"
 #include "embedded/automation/plot_styles.h"
 #include "embedded/automation/sheet_paper.h"
@@ -252,13 +253,9 @@ class PlotObject : public host::Plot {
         PathText(FsPath(doc_->fullName).stem()) + "-" + FileNamePart(layoutName);
     const std::string dot = extension.empty() ? "" : "." + extension;
     if (!core_->options.outputFolder.empty()) {
-      const fs::path folder = FsPath(core_->options.outputFolder);
-      std::string output = PathText(folder / FsPath(stem + dot));
-      for (int n = 2; core_->outputsTaken.count(output) != 0; ++n) {
-        output = PathText(folder / FsPath(stem + "-" + std::to_string(n) + dot));
-      }
-      core_->outputsTaken.insert(output);
-      return output;
+      const std::string base = PathText(FsPath(core_->options.outputFolder) / FsPath(stem));
+      if (core_->options.outputName) return core_->options.outputName(base, dot);
+      return TakeOutputName(core_->outputsTaken, base, dot);
     }
     fs::path folder = device.config.outputFolder;
     if (folder.empty()) folder = FsPath(doc_->fullName).parent_path();

@@ -14,6 +14,11 @@
 
 namespace sheafwork::embedded {
 
+SheetNames NamesOfSheet(const PlotJob& job) {
+  return {job.drawing != nullptr ? job.drawing->path : std::string(), job.drawingName,
+          !job.layoutName.empty() || job.layout == nullptr ? job.layoutName : job.layout->name};
+}
+
 struct PdfBook::Impl {
   explicit Impl(const std::string& path, pdf::DocumentInfo info)
       : document(path, std::move(info)) {}
@@ -31,10 +36,8 @@ struct PdfBook::Impl {
   }
 
   void AddToOutline(const PlotJob& job, int page) {
-    const std::string path = job.drawing != nullptr ? job.drawing->path : std::string();
-    const std::string layout =
-        !job.layoutName.empty() || job.layout == nullptr ? job.layoutName : job.layout->name;
-    AddToOutline(path, job.drawingName, layout, page);
+    const SheetNames names = NamesOfSheet(job);
+    AddToOutline(names.drawingKey, names.drawingName, names.layoutName, page);
   }
 
   pdf::Document document;

@@ -11,6 +11,15 @@
 
 namespace sheafwork::embedded {
 
+/// How a book files a sheet of `job` (AddSheetFrom's arguments): the
+/// drawing's path, the drawing's name and the layout's.
+struct SheetNames {
+  std::string drawingKey;
+  std::string drawingName;
+  std::string layoutName;
+};
+SheetNames NamesOfSheet(const PlotJob& job);
+
 class PdfBook {
  public:
   /// Prepares `path` for writing. The file is written beside it and takes
