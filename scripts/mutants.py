@@ -305,8 +305,9 @@ def main():
             done[key(m)] = fields
             tested += 1
             print(f"{len(done)}/{len(mutants)} {verdict:9} {key(m)}", file=sys.stderr)
-        # Put the build back to the unmutated sources.
-        run(["ninja", "-C", str(build)])
+        # Put the test binaries built back to the unmutated sources.
+        if baseline:
+            run(["ninja", "-C", str(build)] + sorted(baseline))
 
     wanted = {key(m) for m in mutants}
     by_area = {}
