@@ -1,4 +1,4 @@
-// Table files: tables written by another program (other_writer/), our own
+// Table files: tables written by another program (tests/data/plotstyle/other-writer), our own
 // writer read back, the shipped monochrome table, and broken files.
 
 #include <gmock/gmock.h>
@@ -40,7 +40,7 @@ void ExpectRefused(Read read, std::initializer_list<std::string> parts, const st
 class OtherWriterTest : public ::testing::TestWithParam<const char*> {};
 
 TEST_P(OtherWriterTest, FieldsAreReadAsWritten) {
-  const std::string path = SourcePath("tests/embedded/plotstyle/other_writer/") + GetParam();
+  const std::string path = SourcePath("tests/data/plotstyle/other-writer/") + GetParam();
   const std::vector<unsigned char> bytes = Bytes(path);
   ASSERT_FALSE(bytes.empty()) << path;
 
