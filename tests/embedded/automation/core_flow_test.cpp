@@ -136,9 +136,9 @@ TEST_F(CoreFlowTest, ThePlotTestWarnsOfAReferenceLeftOutBeyondTheLimits) {
   FakePrinters printers;
   NoFonts fonts;
   const std::string results = RunPlotTest(session, host, PlotTestServices{printers, fonts, {}, {}});
-  EXPECT_THAT(results, HasSubstr(LoadResourceText(ids::kTestXrefLeftOut) +
-                                 "Xréf TRAME : Trame.dxf -> " + files.File("Trame.dxf") + " : " +
-                                 LoadResourceText(ids::kXrefLeftOutMark)));
+  EXPECT_THAT(results,
+              HasSubstr(LoadResourceText(ids::kTestXrefLeftOut) + "Xréf TRAME : Trame.dxf -> " +
+                        files.File("Trame.dxf") + " : " + LoadResourceText(ids::kXrefLeftOutMark)));
   EXPECT_THAT(results, Not(HasSubstr("ERREUR:  XREF")));
 }
 

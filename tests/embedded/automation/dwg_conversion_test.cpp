@@ -74,8 +74,7 @@ TEST_P(DwgConverterFailure, FailsTheOpenWithTheReasonOnTheDisplayAndInTheHostLog
       "la conversion DWG a échoué (" + std::string(failure.reason) + ") : " + dwg;
   EXPECT_EQ(error.description(), expected);
   EXPECT_EQ(display->failures, std::vector<std::string>{expected});
-  EXPECT_THAT(testing::TempFolder::Read((user.path() / "Plan_sheafwork.log").string()),
-              HasSubstr(expected));
+  EXPECT_THAT(PlanLog(), HasSubstr(expected));
   EXPECT_EQ(Host()->GetDocuments()->Count(), 1);
 }
 
