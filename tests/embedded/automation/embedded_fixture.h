@@ -68,6 +68,22 @@ inline Drawing SampleDrawing() {
   return d;
 }
 
+/// An external reference's block: `name` showing the drawing at `path`.
+inline Block XrefBlock(const std::string& name, const std::string& path, bool overlay = false) {
+  Block block;
+  block.name = name;
+  block.flags = overlay ? 4 + 8 : 4;
+  block.xrefPath = path;
+  return block;
+}
+
+/// The sample drawing with `blocks` added.
+inline Drawing WithXrefs(std::vector<Block> blocks) {
+  Drawing drawing = SampleDrawing();
+  for (Block& block : blocks) drawing.blocks.push_back(std::move(block));
+  return drawing;
+}
+
 class EmbeddedHostTest : public ::testing::Test {
  protected:
   EmbeddedHostTest() {
