@@ -6,6 +6,7 @@
 #include <string>
 
 #include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -76,19 +77,7 @@ TEST(PlotterConfigTest, AStoredPaperIsFoundByNameByNameWrittenOtherwiseThenBySiz
 }
 
 TEST(PlotterConfigTest, ReadsEveryKeyWithCommentsBlanksAndLineEnds) {
-  const PlotterConfig config = ParsePlotterConfig(
-      "\xEF\xBB\xBF# en-tête\r\n"
-      "  ; autre commentaire\n"
-      "\n"
-      "driver=pdf\r\n"
-      "description =  Traceur d'essai  \n"
-      "resolution = 600\n"
-      "extension = .PDF\n"
-      "output-folder = /srv/tracés\n"
-      "paper = Plan étroit | 100 x 50 | 1 2 3 4\n"
-      "paper = Carré|200X200\n"
-      "default-paper = Carré\n",
-      "essai.pc3");
+  const PlotterConfig config = ReadPlotterConfigFile(testing::TestData("devices/every-key.pc3"));
   EXPECT_EQ(config.description, "Traceur d'essai");
   EXPECT_EQ(config.resolutionDpi, 600);
   EXPECT_EQ(config.extension, "PDF");
@@ -168,12 +157,6 @@ TEST(PlotterConfigTest, AFileThatCannotBeReadIsNamed) {
   }
   EXPECT_EQ(ReadPlotterConfigFile(folder.Write("ok.pc3", kOk)).papers.size(), 1u);
 }
-
-}  // namespace
-}  // namespace sheafwork::embedded
-
-namespace sheafwork::embedded {
-namespace {
 
 // A configuration of many papers reads in time proportional to its size. At
 // 400 000 papers a reading that compares each new paper with those before

@@ -11,15 +11,15 @@
 
 #include "embedded/plotstyle/plot_style_file.h"
 #include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
 
 using ::testing::HasSubstr;
 
-std::string SourcePath(const std::string& relative) {
-  return std::string(SHEAFWORK_SOURCE_DIR) + "/" + relative;
-}
+using sheafwork::testing::ReadTestData;
+using sheafwork::testing::TestData;
 
 std::vector<unsigned char> Bytes(const std::string& path) {
   const std::string text = sheafwork::testing::TempFolder::Read(path);
@@ -40,7 +40,7 @@ void ExpectRefused(Read read, std::initializer_list<std::string> parts, const st
 class OtherWriterTest : public ::testing::TestWithParam<const char*> {};
 
 TEST_P(OtherWriterTest, FieldsAreReadAsWritten) {
-  const std::string path = SourcePath("tests/data/plotstyle/other-writer/") + GetParam();
+  const std::string path = TestData(std::string("plotstyle/other-writer/") + GetParam());
   const std::vector<unsigned char> bytes = Bytes(path);
   ASSERT_FALSE(bytes.empty()) << path;
 
@@ -122,7 +122,7 @@ TEST(PlotStyleWriterTest, EveryFieldSurvivesARoundTrip) {
 }
 
 TEST(PlotStyleWriterTest, ShippedMonochromeTableIsOursAndPlotsBlack) {
-  const std::string path = SourcePath("data/plotstyles/monochrome.ctb");
+  const std::string path = std::string(SHEAFWORK_SOURCE_DIR) + "/data/plotstyles/monochrome.ctb";
   EXPECT_EQ(Bytes(path), WritePlotStyleTable(MonochromePlotStyleTable()))
       << "data/plotstyles/monochrome.ctb differs from what make_plot_styles writes";
 
@@ -203,13 +203,7 @@ TEST(PlotStyleReaderTest, BrokenTextsNameTheLine) {
 }
 
 TEST(PlotStyleReaderTest, TolerantWhereWritersDiffer) {
-  // Carriage returns, unknown keys, colours written unsigned, entries and
-  // lineweights missing.
-  const PlotStyleTable table = ParsePlotStyleText(
-      "description=\"crlf\r\nfuture_key=1\r\nplot_style{\r\n 9{\r\n  color=3271491584\r\n"
-      "  lineweight=1\r\n  new_field{\r\n  }\r\n }\r\n}\r\ncustom_lineweight_table{\r\n"
-      " 1=0.70\r\n}\r\n",
-      "t.ctb");
+  const PlotStyleTable table = ParsePlotStyleText(ReadTestData("plotstyle/tolerant.txt"), "t.ctb");
   EXPECT_EQ(table.description, "crlf");
   EXPECT_EQ(table.entries[9].PenRgb(), 0xFF0000u);
   EXPECT_EQ(table.EntryLineweightMm(table.entries[9]), 0.70);
