@@ -128,7 +128,7 @@ struct CancelCase {
   std::size_t journalRows;        ///< rows the journal shows as plotted
 };
 
-class CancelTest : public PlotRunTest, public ::testing::WithParamInterface<CancelCase> {};
+class CancelTest : public EmbeddedRunTest, public ::testing::WithParamInterface<CancelCase> {};
 
 TEST_P(CancelTest, CancellingStopsTheRunAfterTheLayoutUnderWay) {
   auto stopping = std::make_shared<StopAfterFirstPlot>();

@@ -23,7 +23,7 @@ struct NoFonts : FontFolders {
   bool HasFontFile(std::string_view) override { return false; }
 };
 
-using CoreFlowTest = PlotRunTest;
+using CoreFlowTest = EmbeddedRunTest;
 
 TEST_F(CoreFlowTest, ThePlotRunPlotsRowsThroughTheEmbeddedHost) {
   const std::string plan = AddDrawing("Plan.dxf");

@@ -120,7 +120,7 @@ TEST_F(EmbeddedHostTest, TheConverterBesideTheDataIsTheDefaultAndTheEnvironmentO
   EXPECT_EQ(converterOf(), "/opt/convertir");
 }
 
-class DwgRunTest : public PlotRunTest {
+class DwgRunTest : public EmbeddedRunTest {
  protected:
   DwgRunTest() { options.dwgConverter = Converter("counting.sh"); }
 

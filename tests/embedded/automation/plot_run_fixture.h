@@ -13,9 +13,9 @@
 
 namespace sheafwork::embedded {
 
-class PlotRunTest : public EmbeddedHostTest {
+class EmbeddedRunTest : public EmbeddedHostTest {
  protected:
-  PlotRunTest() {
+  EmbeddedRunTest() {
     session.Log.JournalLogFileName = logs.File("journal.log");
     session.Log.ErrorLogFileName = logs.File("erreurs.log");
     session.Log.JournalHeader = "journal";
