@@ -177,28 +177,26 @@ TEST(PlotStyleReaderTest, BrokenFilesNameTheFault) {
                 {"/nonexistent/folder/x.ctb", "lecture impossible"}, "missing file");
 }
 
+// The texts of tests/data/plotstyle/broken-text, each with one fault.
 TEST(PlotStyleReaderTest, BrokenTextsNameTheLine) {
-  struct Case {
-    const char* text;
-    const char* expected;
+  const std::pair<const char*, const char*> cases[] = {
+      {"colour-in-words", "ligne 3 : valeur numérique incorrecte"},
+      {"block-not-closed", "ligne 4 : bloc « 0 » non fermé"},
+      {"closing-without-block", "ligne 2 : « } » sans bloc ouvert"},
+      {"style-255", "ligne 2 : numéro de style « 255 » incorrect"},
+      {"not-a-boolean", "ligne 3 : TRUE ou FALSE"},
+      {"no-equals-sign", "ligne 2 : « clé=valeur »"},
+      {"plot-style-a-value", "ligne 1 : « plot_style » doit être un bloc"},
+      {"colour-a-block", "ligne 3 : « color » doit être une valeur"},
+      {"negative-lineweight", "ligne 4 : valeur numérique"},
+      {"lineweight-index-900", "ligne 4 : indice"},
+      {"no-plot-styles", "bloc « plot_style » absent"},
+      {"named-styles", "table de styles nommés"},
+      {"nested-too-deep", "trop profondément"},
   };
-  const Case cases[] = {
-      {"plot_style{\n 0{\n  color=rouge\n }\n}\n", "ligne 3 : valeur numérique incorrecte"},
-      {"plot_style{\n 0{\n  screen=50\n", "ligne 4 : bloc « 0 » non fermé"},
-      {"description=\"x\n}\n", "ligne 2 : « } » sans bloc ouvert"},
-      {"plot_style{\n 255{\n }\n}\n", "ligne 2 : numéro de style « 255 » incorrect"},
-      {"plot_style{\n 0{\n  adaptive_linetype=PEUT-ETRE\n }\n}\n", "ligne 3 : TRUE ou FALSE"},
-      {"plot_style{\n juste du texte\n}\n", "ligne 2 : « clé=valeur »"},
-      {"plot_style=3\n", "ligne 1 : « plot_style » doit être un bloc"},
-      {"plot_style{\n 0{\n  color{\n  }\n }\n}\n", "ligne 3 : « color » doit être une valeur"},
-      {"plot_style{\n}\ncustom_lineweight_table{\n 0=-1\n}\n", "ligne 4 : valeur numérique"},
-      {"plot_style{\n}\ncustom_lineweight_table{\n 900=0.5\n}\n", "ligne 4 : indice"},
-      {"description=\"sans styles\n", "bloc « plot_style » absent"},
-      {"aci_table_available=FALSE\nplot_style{\n}\n", "table de styles nommés"},
-      {"a{\nb{\nc{\nd{\ne{\nf{\ng{\nh{\ni{\nj{\n", "trop profondément"},
-  };
-  for (const Case& c : cases) {
-    ExpectRefused([&] { ParsePlotStyleText(c.text, "t.ctb"); }, {"t.ctb", c.expected}, c.text);
+  for (const auto& [file, expected] : cases) {
+    const std::string text = ReadTestData(std::string("plotstyle/broken-text/") + file + ".txt");
+    ExpectRefused([&] { ParsePlotStyleText(text, "t.ctb"); }, {"t.ctb", expected}, file);
   }
 }
 
