@@ -124,6 +124,7 @@ struct StopAfterFirstPlot : RecordingDisplay {
 };
 
 struct CancelCase {
+  const char* name;
   std::vector<std::string> rows;  ///< the layout of each row
   std::size_t journalRows;        ///< rows the journal shows as plotted
 };
@@ -152,9 +153,12 @@ TEST_P(CancelTest, CancellingStopsTheRunAfterTheLayoutUnderWay) {
 INSTANTIATE_TEST_SUITE_P(Rows, CancelTest,
                          ::testing::Values(
                              // Between two layouts of one row: the row is left unfinished.
-                             CancelCase{{"Toutes les présentations"}, 0},
+                             CancelCase{"BetweenLayoutsOfARow", {"Toutes les présentations"}, 0},
                              // Between two rows: the first row is done.
-                             CancelCase{{"Présentation1", "Coupe"}, 1}));
+                             CancelCase{"BetweenRows", {"Présentation1", "Coupe"}, 1}),
+                         [](const ::testing::TestParamInfo<CancelCase>& info) {
+                           return info.param.name;
+                         });
 
 TEST(ConsoleProgressDisplayTest, CtrlCDuringABatchCancelsItInsteadOfEndingTheProgram) {
   std::ostringstream out;
