@@ -8,12 +8,8 @@
 #include <filesystem>
 #include <sstream>
 
-#include "batch/session.h"
-#include "embedded/automation/embedded_fixture.h"
+#include "embedded/automation/plot_run_fixture.h"
 #include "fakes/cups_queue.h"
-#include "fakes/log_lines.h"
-#include "host/host_session.h"
-#include "plotrun/plot_run.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -127,49 +123,42 @@ struct StopAfterFirstPlot : RecordingDisplay {
   bool Cancelled() override { return events.size() > 1; }
 };
 
-TEST_F(BatchOutputTest, CancellingStopsTheRunAfterTheLayoutUnderWay) {
-  struct Case {
-    const char* name;
-    std::vector<std::string> rows;  ///< the layout of each row
-    std::size_t journalRows;        ///< rows the journal shows as plotted
-  };
-  const std::vector<Case> cases = {
-      // Between two layouts of one row: the row is left unfinished.
-      {"all layouts", {"Toutes les présentations"}, 0},
-      // Between two rows: the first row is done.
-      {"two rows", {"Présentation1", "Coupe"}, 1},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    testing::TempFolder logs;
-    auto stopping = std::make_shared<StopAfterFirstPlot>();
-    options.progress = stopping;
-    app = nullptr;
-    plots.clear();
-    Session session(logs.path().string());
-    session.Log.JournalLogFileName = logs.File("journal.log");
-    session.Log.JournalHeader = "journal";
-    const std::string plan = AddDrawing("Plan.dxf", TwoSheetDrawing());
-    for (const std::string& layout : c.rows) {
-      BatchEntry& entry = session.List.Append();
-      entry.FileName = plan;
-      entry.Layout = layout;
-    }
-    HostSession hostSession(Host(), logs.path().string());
-    hostSession.objOrvaDoc = Host()->ActiveDocument();
+struct CancelCase {
+  const char* name;
+  std::vector<std::string> rows;  ///< the layout of each row
+  std::size_t journalRows;        ///< rows the journal shows as plotted
+};
 
-    const RunResult result = PlotAllEntries(session, hostSession, RunServices{});
-    EXPECT_TRUE(result.cancelled);
-    EXPECT_TRUE(result.endedEarly);
-    ASSERT_EQ(plots.size(), 1u);
-    EXPECT_EQ(plots[0].layout, "Présentation1");
-    EXPECT_THAT(stopping->events, ElementsAre("start 2", "1/2 Plan.dxf Présentation1", "finish"));
-    const auto journal = testing::ReadLogLines(session.Log.JournalLogFileName);
-    std::size_t rows = 0;
-    for (const std::string& line : journal) rows += line.find("Plan.dxf, ") == 0 ? 1 : 0;
-    EXPECT_EQ(rows, c.journalRows);
+class CancelTest : public EmbeddedRunTest, public ::testing::WithParamInterface<CancelCase> {};
+
+TEST_P(CancelTest, CancellingStopsTheRunAfterTheLayoutUnderWay) {
+  auto stopping = std::make_shared<StopAfterFirstPlot>();
+  options.progress = stopping;
+  const std::string plan = AddDrawing("Plan.dxf", TwoSheetDrawing());
+  for (const std::string& layout : GetParam().rows) Row(plan, layout);
+
+  const RunResult result = Run();
+  EXPECT_TRUE(result.cancelled);
+  EXPECT_TRUE(result.endedEarly);
+  ASSERT_EQ(plots.size(), 1u);
+  EXPECT_EQ(plots[0].layout, "Présentation1");
+  EXPECT_THAT(stopping->events, ElementsAre("start 2", "1/2 Plan.dxf Présentation1", "finish"));
+  std::size_t rows = 0;
+  for (const std::string& line : testing::ReadLogLines(session.Log.JournalLogFileName)) {
+    rows += line.find("Plan.dxf, ") == 0 ? 1 : 0;
   }
+  EXPECT_EQ(rows, GetParam().journalRows);
 }
+
+INSTANTIATE_TEST_SUITE_P(Rows, CancelTest,
+                         ::testing::Values(
+                             // Between two layouts of one row: the row is left unfinished.
+                             CancelCase{"BetweenLayoutsOfARow", {"Toutes les présentations"}, 0},
+                             // Between two rows: the first row is done.
+                             CancelCase{"BetweenRows", {"Présentation1", "Coupe"}, 1}),
+                         [](const ::testing::TestParamInfo<CancelCase>& info) {
+                           return info.param.name;
+                         });
 
 TEST(ConsoleProgressDisplayTest, CtrlCDuringABatchCancelsItInsteadOfEndingTheProgram) {
   std::ostringstream out;

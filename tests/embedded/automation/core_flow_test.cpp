@@ -3,11 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "batch/session.h"
-#include "embedded/automation/embedded_fixture.h"
-#include "fakes/log_lines.h"
-#include "host/host_session.h"
-#include "plotrun/plot_run.h"
+#include "embedded/automation/plot_run_fixture.h"
 #include "plottest/plot_test.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -27,34 +23,7 @@ struct NoFonts : FontFolders {
   bool HasFontFile(std::string_view) override { return false; }
 };
 
-class CoreFlowTest : public EmbeddedHostTest {
- protected:
-  CoreFlowTest() {
-    session.Log.JournalLogFileName = logs.File("journal.log");
-    session.Log.ErrorLogFileName = logs.File("erreurs.log");
-    session.Log.JournalHeader = "journal";
-    session.Log.JournalUserComment = "commentaire";
-    session.Log.ErrorHeader = "erreurs";
-    Put(data, "support/romans.shx", "");
-  }
-
-  BatchEntry& Row(const std::string& path, const std::string& layout) {
-    BatchEntry& entry = session.List.Append();
-    entry.FileName = path;
-    entry.Layout = layout;
-    return entry;
-  }
-
-  HostSession& Attach() {
-    hostSession = std::make_unique<HostSession>(Host(), logs.path().string());
-    hostSession->objOrvaDoc = Host()->ActiveDocument();
-    return *hostSession;
-  }
-
-  testing::TempFolder logs;
-  Session session{logs.path().string()};
-  std::unique_ptr<HostSession> hostSession;
-};
+using CoreFlowTest = EmbeddedRunTest;
 
 TEST_F(CoreFlowTest, ThePlotRunPlotsRowsThroughTheEmbeddedHost) {
   const std::string plan = AddDrawing("Plan.dxf");
@@ -64,7 +33,7 @@ TEST_F(CoreFlowTest, ThePlotRunPlotsRowsThroughTheEmbeddedHost) {
   Row(plan, "Coupe");  // its device is "Aucun": the host's fallback device plots it
   Row(missing, "Présentation1");
 
-  const RunResult result = PlotAllEntries(session, Attach(), RunServices{});
+  const RunResult result = Run();
   EXPECT_EQ(result.plotted, 3);
   EXPECT_EQ(result.failed, 1);
   EXPECT_EQ(result.totalPlots, 5);
@@ -104,7 +73,7 @@ TEST_F(CoreFlowTest, ACancelDuringASheetStopsTheRunAndReportsItsRowCancelled) {
   RunServices services;
   services.observer = &seen;
 
-  const RunResult result = PlotAllEntries(session, Attach(), services);
+  const RunResult result = Run(services);
   EXPECT_TRUE(result.cancelled);
   EXPECT_EQ(result.plotted, 0);
   EXPECT_EQ(result.failed, 0);
@@ -117,42 +86,27 @@ TEST_F(CoreFlowTest, ACancelDuringASheetStopsTheRunAndReportsItsRowCancelled) {
 
 TEST_F(CoreFlowTest, ThePlotTestWarnsOfAReferenceLeftOutBeyondTheLimits) {
   options.xrefLimits.maxDepth = 1;
-  Block trame;
-  trame.name = "TRAME";
-  trame.flags = 4;
-  trame.xrefPath = "Trame.dxf";
-  Drawing fond = SampleDrawing();
-  fond.blocks.push_back(trame);
-  AddDrawing("Fond.dxf", fond);
+  AddDrawing("Fond.dxf", WithXrefs({XrefBlock("TRAME", "Trame.dxf")}));
   AddDrawing("Trame.dxf");
-  Block reference = trame;
-  reference.name = "FOND";
-  reference.xrefPath = "Fond.dxf";
-  Drawing drawing = SampleDrawing();
-  drawing.blocks.push_back(reference);
-  Row(AddDrawing("Plan.dxf", drawing), "Présentation1");
+  Row(AddDrawing("Plan.dxf", WithXrefs({XrefBlock("FOND", "Fond.dxf")})), "Présentation1");
 
   HostSession& host = Attach();
   FakePrinters printers;
   NoFonts fonts;
   const std::string results = RunPlotTest(session, host, PlotTestServices{printers, fonts, {}, {}});
-  EXPECT_THAT(results, HasSubstr(LoadResourceText(ids::kTestXrefLeftOut) +
-                                 "Xréf TRAME : Trame.dxf -> " + files.File("Trame.dxf") + " : " +
-                                 LoadResourceText(ids::kXrefLeftOutMark)));
+  EXPECT_THAT(results,
+              HasSubstr(LoadResourceText(ids::kTestXrefLeftOut) + "Xréf TRAME : Trame.dxf -> " +
+                        files.File("Trame.dxf") + " : " + LoadResourceText(ids::kXrefLeftOutMark)));
   EXPECT_THAT(results, Not(HasSubstr("ERREUR:  XREF")));
 }
 
 TEST_F(CoreFlowTest, ThePlotTestReportsAnUnresolvedExternalReference) {
-  Drawing drawing = SampleDrawing();
-  Block xref;
-  xref.name = "FOND";
-  xref.flags = 4;
-  xref.xrefPath = "C:\\fonds\\Fond.dwg";
-  drawing.blocks.push_back(xref);
-  const std::string plan = AddDrawing("Plan.dxf", drawing);
+  const std::string plan =
+      AddDrawing("Plan.dxf", WithXrefs({XrefBlock("FOND", "C:\\fonds\\Fond.dwg")}));
   const std::string clean = AddDrawing("Propre.dxf");
   Row(plan, "Présentation1");
   Row(clean, "Coupe");
+  Put(data, "support/romans.shx", "");
 
   HostSession& host = Attach();
   FakePrinters printers;

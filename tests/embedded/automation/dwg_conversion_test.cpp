@@ -10,12 +10,8 @@
 #include <filesystem>
 #include <string>
 
-#include "batch/session.h"
 #include "embedded/automation/dwg_converter.h"
-#include "embedded/automation/embedded_fixture.h"
-#include "fakes/log_lines.h"
-#include "host/host_session.h"
-#include "plotrun/plot_run.h"
+#include "embedded/automation/plot_run_fixture.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -74,8 +70,7 @@ TEST_P(DwgConverterFailure, FailsTheOpenWithTheReasonOnTheDisplayAndInTheHostLog
       "la conversion DWG a échoué (" + std::string(failure.reason) + ") : " + dwg;
   EXPECT_EQ(error.description(), expected);
   EXPECT_EQ(display->failures, std::vector<std::string>{expected});
-  EXPECT_THAT(testing::TempFolder::Read((user.path() / "Plan_sheafwork.log").string()),
-              HasSubstr(expected));
+  EXPECT_THAT(PlanLog(), HasSubstr(expected));
   EXPECT_EQ(Host()->GetDocuments()->Count(), 1);
 }
 
@@ -125,40 +120,29 @@ TEST_F(EmbeddedHostTest, TheConverterBesideTheDataIsTheDefaultAndTheEnvironmentO
   EXPECT_EQ(converterOf(), "/opt/convertir");
 }
 
-class DwgRunTest : public EmbeddedHostTest {
+class DwgRunTest : public EmbeddedRunTest {
  protected:
-  DwgRunTest() {
-    session.Log.ErrorLogFileName = logs.File("erreurs.log");
-    options.dwgConverter = Converter("counting.sh");
-  }
+  DwgRunTest() { options.dwgConverter = Converter("counting.sh"); }
 
   // The outputs the converter was run for, in order.
   std::vector<std::string> Runs() const { return testing::ReadLogLines(runs.File("runs")); }
 
-  testing::TempFolder logs;
   testing::TempFolder runs;
   ScopedVariable runsVariable{"RUNS", runs.File("runs")};
-  Session session{logs.path().string()};
 };
 
 TEST_F(DwgRunTest, ARunConvertsEachDrawingOnceAndRemovesTheConversionsAtItsEnd) {
   const std::string dwg = AddDrawing("Plan.dwg");
-  for (const char* layout : {"Toutes les présentations", "Présentation1"}) {
-    BatchEntry& entry = session.List.Append();
-    entry.FileName = dwg;
-    entry.Layout = layout;
-  }
-  HostSession hostSession(Host(), logs.path().string());
-  hostSession.objOrvaDoc = Host()->ActiveDocument();
-
-  const RunResult result = PlotAllEntries(session, hostSession, RunServices{});
+  Row(dwg, "Toutes les présentations");
+  Row(dwg, "Présentation1");
+  const RunResult result = Run();
   EXPECT_EQ(result.totalPlots, 3);
   // The counting pass and both rows used one conversion.
   ASSERT_THAT(Runs(), SizeIs(1));
   EXPECT_FALSE(fs::exists(fs::path(Runs().front()).parent_path()));
 
   // The next run converts again, as does a drawing changed since.
-  PlotAllEntries(session, hostSession, RunServices{});
+  Run();
   EXPECT_THAT(Runs(), SizeIs(2));
   auto doc = Open(dwg);
   doc->Close(false);
@@ -172,13 +156,7 @@ TEST_F(DwgRunTest, ARunConvertsEachDrawingOnceAndRemovesTheConversionsAtItsEnd) 
 }
 
 TEST_F(DwgRunTest, ADwgReferenceIsConvertedToo) {
-  Drawing plan = SampleDrawing();
-  Block reference;
-  reference.name = "FOND";
-  reference.flags = 4;  // an external reference
-  reference.xrefPath = "Fond.dwg";
-  plan.blocks.push_back(reference);
-  const std::string dwg = AddDrawing("Plan.dwg", plan);
+  const std::string dwg = AddDrawing("Plan.dwg", WithXrefs({XrefBlock("FOND", "Fond.dwg")}));
   AddDrawing("Fond.dwg");
   Open(dwg);
   EXPECT_THAT(Runs(), SizeIs(2));

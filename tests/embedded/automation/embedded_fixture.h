@@ -9,12 +9,15 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "embedded/automation/embedded_host.h"
 #include "embedded/dxf/reader.h"
 #include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
 #include "host/error.h"
 
 namespace sheafwork::embedded {
@@ -53,67 +56,32 @@ struct CapturedPlot {
   int copies = 1;
 };
 
-/// A drawing with the model layout and two paper-space layouts, stored out of
-/// tab order: "Coupe" (tab 2, no device) before "Présentation1" (tab 1,
-/// PDF.pc3 on an A3 sheet).
+/// tests/data/dxf/automation/sample.dxf (make_sample.py there): the model
+/// layout and two paper-space layouts, "Coupe" (tab 2, no device, a sheet of
+/// its own) and "Présentation1" (tab 1, PDF.pc3 on an A3 sheet), and two page
+/// setups. Its layouts are put back out of tab order, as the file stores
+/// them: the host must not rely on the order.
 inline Drawing SampleDrawing() {
-  Drawing d;
-  d.header.acadVer = "AC1015";
-  d.layers = {Layer{}, Layer{}, Layer{}};
-  d.layers[0].name = "0";
-  d.layers[1].name = "MURS";
-  d.layers[2].name = "COTES";
-  d.layers[2].plottable = false;
-  d.views = {View{}, View{}};
-  d.views[0].name = "Façade";
-  d.views[1].name = "Détail";
-  d.views[1].paperSpace = true;
-  d.textStyles = {TextStyle{}, TextStyle{}, TextStyle{}};
-  d.textStyles[0].name = "Standard";
-  d.textStyles[0].fontFile = "txt";
-  d.textStyles[1].name = "";
-  d.textStyles[1].fontFile = "ltypeshp.shx";
-  d.textStyles[1].isShapeFile = true;
-  d.textStyles[2].name = "Titre";
-  d.textStyles[2].fontFile = "romans.shx";
-
-  Layout model;
-  model.name = "Model";
-  model.blockName = "*Model_Space";
-  model.settings.flags |= kModelType;
-  model.settings.configName = "none_device";
-  Layout section;
-  section.name = "Coupe";
-  section.tabOrder = 2;
-  section.blockName = "*Paper_Space0";
-  section.settings.configName = "";
-  section.settings.mediaName = "Feuille maison";
-  section.settings.paperWidth = 500;
-  section.settings.paperHeight = 250;
-  Layout plan;
-  plan.name = "Présentation1";
-  plan.tabOrder = 1;
-  plan.blockName = "*Paper_Space";
-  plan.settings.configName = "PDF.pc3";
-  plan.settings.mediaName = "ISO A3 (420.00 x 297.00 mm)";
-  d.layouts = {model, section, plan};
-  d.activeLayout = 0;
-
-  NamedPageSetup a1;
-  a1.name = "A1 PDF";
-  a1.settings.configName = "PDF.pc3";
-  a1.settings.mediaName = "ISO A1 (841.00 x 594.00 mm)";
-  a1.settings.paperWidth = 841;
-  a1.settings.paperHeight = 594;
-  a1.settings.flags &= ~kUseStandardScale;
-  a1.settings.customNumerator = 1;
-  a1.settings.customDenominator = 50;
-  a1.settings.plotType = kPlotExtents;
-  NamedPageSetup modelSetup;
-  modelSetup.name = "Objet A4";
-  modelSetup.settings.flags |= kModelType;
-  d.pageSetups = {a1, modelSetup};
+  static const Drawing sample = ReadDxfFile(testing::TestData("dxf/automation/sample.dxf"));
+  Drawing d = sample;
+  std::swap(d.layouts[1], d.layouts[2]);
   return d;
+}
+
+/// An external reference's block: `name` showing the drawing at `path`.
+inline Block XrefBlock(const std::string& name, const std::string& path, bool overlay = false) {
+  Block block;
+  block.name = name;
+  block.flags = overlay ? 4 + 8 : 4;
+  block.xrefPath = path;
+  return block;
+}
+
+/// The sample drawing with `blocks` added.
+inline Drawing WithXrefs(std::vector<Block> blocks) {
+  Drawing drawing = SampleDrawing();
+  for (Block& block : blocks) drawing.blocks.push_back(std::move(block));
+  return drawing;
 }
 
 class EmbeddedHostTest : public ::testing::Test {
@@ -168,8 +136,22 @@ class EmbeddedHostTest : public ::testing::Test {
   }
 
   /// The host's log of the drawing opened by OpenPlan.
-  std::string PlanLog() const {
-    return testing::TempFolder::Read((user.path() / "Plan_sheafwork.log").string());
+  std::string PlanLog() const { return HostLog("Plan"); }
+
+  /// The host's log of the drawing named `drawing` (without its extension).
+  std::string HostLog(const std::string& drawing) const {
+    return testing::TempFolder::Read((user.path() / (drawing + "_sheafwork.log")).string());
+  }
+
+  /// The lines of that log, without their line ends.
+  std::vector<std::string> HostLogLines(const std::string& drawing = "Plan") const {
+    std::vector<std::string> lines;
+    std::istringstream in(HostLog(drawing));
+    for (std::string line; std::getline(in, line);) {
+      if (line.ends_with('\r')) line.pop_back();
+      lines.push_back(line);
+    }
+    return lines;
   }
 
   testing::TempFolder data;

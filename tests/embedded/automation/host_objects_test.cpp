@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "embedded/automation/embedded_fixture.h"
+#include "fakes/test_data.h"
 #include "host/sysvar.h"
 
 namespace sheafwork::embedded {
@@ -31,11 +32,6 @@ TEST_F(EmbeddedHostTest, StartsWithOneUntitledDocumentActive) {
   EXPECT_FALSE(doc->ReadOnly());
   EXPECT_THAT(LayoutNames(*doc), ElementsAre("Objet", "Présentation1"));
   EXPECT_EQ(doc->ActiveSpace(), 1);
-
-  host->SetWidth(1600);
-  host->SetVisible(true);
-  EXPECT_EQ(host->Width(), 1600);
-  EXPECT_TRUE(host->Visible());
   EXPECT_TRUE(host->GetOrvaState()->IsQuiescent());
 }
 
@@ -115,25 +111,16 @@ TEST_F(EmbeddedHostTest, OpenFailuresAreHostErrorsWithTheirOwnNumbers) {
   EXPECT_EQ(Host()->GetDocuments()->Count(), 1);
 }
 
-TEST_F(EmbeddedHostTest, DwgDrawingsOpenThroughTheConverter) {
-  drawings["Plan.dwg"] = SampleDrawing();
-  const std::string dwg = files.Write("Plan.dwg", "Plan.dwg");
-  const std::string converter = files.Write("convertir.sh", "#!/bin/sh\ncp \"$1\" \"$2\"\n");
-  const std::string failing = files.Write("echec.sh", "#!/bin/sh\nexit 3\n");
-  for (const auto& script : {converter, failing}) {
-    std::filesystem::permissions(script, std::filesystem::perms::owner_exec,
-                                 std::filesystem::perm_options::add);
-  }
+// The converter named by the preferences, changed while the host runs.
+TEST_F(EmbeddedHostTest, DwgDrawingsOpenThroughTheConverterOfThePreferences) {
+  const std::string dwg = AddDrawing("Plan.dwg");
   auto preferences = std::dynamic_pointer_cast<EmbeddedPreferences>(Host()->GetPreferences());
   ASSERT_TRUE(preferences);
   EXPECT_EQ(preferences->DwgConverter(), "");
-
-  preferences->SetDwgConverter(converter);
-  auto doc = Open(dwg);
-  EXPECT_EQ(doc->FullName(), dwg);
-  EXPECT_THAT(LayoutNames(*doc), ElementsAre("Objet", "Présentation1", "Coupe"));
-
-  preferences->SetDwgConverter(failing);
+  const std::string converters = testing::TestData("dwg/converters/");
+  preferences->SetDwgConverter(converters + "unreadable-output.sh");
+  EXPECT_THAT(ErrorOf([&] { Open(dwg); }).description(), HasSubstr("SECTION attendu"));
+  preferences->SetDwgConverter(converters + "silent-failure.sh");
   EXPECT_THAT(ErrorOf([&] { Open(dwg); }).description(), HasSubstr("code 3"));
   preferences->SetDwgConverter(files.File("nulle-part"));
   EXPECT_THAT(ErrorOf([&] { Open(dwg); }).description(), HasSubstr("la conversion DWG a échoué"));
@@ -335,19 +322,6 @@ TEST_F(EmbeddedHostTest, PlotSettingsRefuseValuesOutOfTheirRange) {
   double numerator = 0, denominator = 0;
   layout->GetCustomScale(numerator, denominator);
   EXPECT_EQ(denominator, 200);
-
-  layout->SetWindowToPlot({1, 2}, {30, 40});
-  layout->SetPlotOrigin({5, 6});
-  layout->SetCenterPlot(true);
-  layout->SetPlotHidden(true);
-  layout->SetStyleSheet("monochrome.ctb");
-  host::Point2 lowerLeft, upperRight;
-  layout->GetWindowToPlot(lowerLeft, upperRight);
-  EXPECT_EQ(upperRight.y, 40);
-  EXPECT_EQ(layout->PlotOrigin().x, 5);
-  EXPECT_TRUE(layout->CenterPlot());
-  EXPECT_TRUE(layout->PlotHidden());
-  EXPECT_EQ(layout->StyleSheet(), "monochrome.ctb");
 }
 
 TEST_F(EmbeddedHostTest, AfterQuitEveryMemberFails) {
@@ -376,12 +350,6 @@ TEST_F(EmbeddedHostTest, SaveAsWritesTheDrawingUnderTheNewName) {
   EXPECT_THAT(testing::TempFolder::Read(scratch), HasSubstr("EOF"));
   EXPECT_EQ(ErrorOf([&] { doc->SaveAs(files.File("absent/x.dxf")); }).number(), 75);
 }
-
-}  // namespace
-}  // namespace sheafwork::embedded
-
-namespace sheafwork::embedded {
-namespace {
 
 // Whether the host finds the font of each text style, by style name.
 std::map<std::string, bool> FontAvailability(host::Document& doc) {

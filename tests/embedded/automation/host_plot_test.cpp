@@ -12,18 +12,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
-class EmbeddedPlotTest : public EmbeddedHostTest {
- protected:
-  std::vector<std::string> HostLog() const {
-    std::vector<std::string> lines;
-    std::istringstream in(PlanLog());
-    for (std::string line; std::getline(in, line);) {
-      if (line.ends_with('\r')) line.pop_back();
-      lines.push_back(line);
-    }
-    return lines;
-  }
-};
+using EmbeddedPlotTest = EmbeddedHostTest;
 
 TEST_F(EmbeddedPlotTest, ALayoutsOwnPdfDeviceWritesBesideTheDrawing) {
   auto doc = OpenPlan();
@@ -37,9 +26,10 @@ TEST_F(EmbeddedPlotTest, ALayoutsOwnPdfDeviceWritesBesideTheDrawing) {
   EXPECT_EQ(plot.layout, "Présentation1");
   EXPECT_EQ(plot.settings.mediaName, "ISO A3 (420.00 x 297.00 mm)");
   EXPECT_FALSE(plot.layers[1].on);  // the document's copy is plotted
-  EXPECT_THAT(HostLog(), ElementsAre("Tracé : dessin " + planPath +
-                                     ", présentation Présentation1, périphérique PDF.pc3, sortie " +
-                                     files.File("Plan-Présentation1.pdf")));
+  EXPECT_THAT(HostLogLines(),
+              ElementsAre("Tracé : dessin " + planPath +
+                          ", présentation Présentation1, périphérique PDF.pc3, sortie " +
+                          files.File("Plan-Présentation1.pdf")));
 }
 
 TEST_F(EmbeddedPlotTest, EachDeviceWritesItsKindOfOutputWhereItBelongs) {
@@ -85,7 +75,7 @@ TEST_F(EmbeddedPlotTest, EachDeviceWritesItsKindOfOutputWhereItBelongs) {
     EXPECT_EQ(plots[0].output, c.kind);
     const bool printer = c.kind == OutputKind::Printer;
     EXPECT_EQ(printer ? plots[0].printerName : plots[0].outputPath, c.output);
-    EXPECT_THAT(HostLog().back(),
+    EXPECT_THAT(HostLogLines().back(),
                 HasSubstr((printer ? "sortie imprimante " : "sortie ") + c.output));
     // A layout's own sheet stays, even though the device does not offer it.
     if (c.layout == std::string("Coupe")) {
@@ -108,7 +98,7 @@ TEST_F(EmbeddedPlotTest, FailedPlotsReturnFalseWithTheirReasonInTheHostLog) {
   EXPECT_TRUE(plots.empty());
 
   const std::string start = "Échec du tracé : dessin " + planPath + ", présentation Coupe, ";
-  const auto log = HostLog();
+  const auto log = HostLogLines();
   ASSERT_EQ(log.size(), 4u);
   EXPECT_EQ(log[0],
             start + "périphérique Absent.pc3 : périphérique de traçage introuvable : Absent.pc3");
@@ -127,7 +117,7 @@ TEST_F(EmbeddedPlotTest, ALayoutWhoseBlockIsLostFailsAndTheOthersPlot) {
   Show(*doc, "Alpha");
   EXPECT_TRUE(plot->PlotToFile(files.File("alpha.pdf"), "PDF.pc3"));
 
-  const auto log = HostLog();
+  const auto log = HostLogLines();
   ASSERT_EQ(log.size(), 2u);
   EXPECT_THAT(log[0], HasSubstr("présentation Gamma, périphérique PDF.pc3 : "
                                 "layout-block-missing.dxf : fichier endommagé"));
@@ -143,7 +133,7 @@ TEST_F(EmbeddedPlotTest, WhatAPlotLeftOutIsLoggedAndShownByKind) {
   EXPECT_EQ(doc->UndrawnEntities(), (Kinds{{"MLINE", 2}, {"TOLERANCE", 1}}));
   auto plot = doc->GetPlot();
   ASSERT_TRUE(plot->PlotToFile(files.File("objet.pdf"), "PDF.pc3"));  // the model tab
-  const auto log = HostLog();
+  const auto log = HostLogLines();
   ASSERT_EQ(log.size(), 2u);
   EXPECT_EQ(log[1],
             "Entités non tracées (types que l'hôte ne sait pas tracer) : MLINE (2), TOLERANCE (1)"
@@ -153,7 +143,7 @@ TEST_F(EmbeddedPlotTest, WhatAPlotLeftOutIsLoggedAndShownByKind) {
   // A paper layout without viewports does not show them: nothing to say.
   Show(*doc, doc->GetLayouts()->Item(1)->Name());
   ASSERT_TRUE(plot->PlotToFile(files.File("papier.pdf"), "PDF.pc3"));
-  EXPECT_EQ(HostLog().size(), 3u);
+  EXPECT_EQ(HostLogLines().size(), 3u);
   EXPECT_EQ(display->notices.size(), 1u);
 }
 
@@ -163,13 +153,13 @@ TEST_F(EmbeddedPlotTest, SwitchingTheLogOffAndOnStartsAFreshLog) {
   auto preferences = Host()->GetPreferences();
   plot->PlotToDevice("Absent.pc3");
   plot->PlotToDevice("Absent.pc3");
-  EXPECT_EQ(HostLog().size(), 2u);
+  EXPECT_EQ(HostLogLines().size(), 2u);
   preferences->SetLogFileOn(false);
   plot->PlotToDevice("Absent.pc3");  // not logged
-  EXPECT_EQ(HostLog().size(), 2u);
+  EXPECT_EQ(HostLogLines().size(), 2u);
   preferences->SetLogFileOn(true);
   plot->PlotToDevice("Absent.pc3");
-  EXPECT_EQ(HostLog().size(), 1u);
+  EXPECT_EQ(HostLogLines().size(), 1u);
 }
 
 TEST_F(EmbeddedPlotTest, BatchModeDrivesTheProgressDisplayUntilCancelled) {

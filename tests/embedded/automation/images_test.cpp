@@ -44,7 +44,7 @@ TEST_F(ImageReportTest, MissingAndUnreadableFilesAreNamedInTheLogAndOnTheDisplay
   const std::string unreadable = "Image illisible : " + files.File("scan.png") + " (dessin " +
                                  plan + ") ; seul son cadre est tracé";
   EXPECT_THAT(display->notices, UnorderedElementsAre(absent, unreadable));
-  const std::string log = testing::TempFolder::Read((user.path() / "Plan_sheafwork.log").string());
+  const std::string log = PlanLog();
   EXPECT_THAT(log, HasSubstr(absent + "\r\n"));
   EXPECT_THAT(log, HasSubstr(unreadable + "\r\n"));
   EXPECT_THAT(log, Not(HasSubstr("logo.png")));

@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <sstream>
 
 #include "embedded/automation/embedded_fixture.h"
 
@@ -32,14 +31,6 @@ class ForeignSheetsTest : public EmbeddedHostTest {
     doc->Activate();
     Host()->GetPreferences()->SetLogFileOn(true);
     return doc;
-  }
-
-  std::vector<std::string> LogLines() const {
-    std::vector<std::string> lines;
-    std::istringstream in(
-        testing::TempFolder::Read((user.path() / "never_set_up_sheafwork.log").string()));
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
-    return lines;
   }
 
   std::string path_;
@@ -89,7 +80,7 @@ TEST_F(ForeignSheetsTest, EveryLayoutPlotsOnTheDevicesPaperThatItsStoredPaperSta
       EXPECT_NEAR(plots[0].settings.paperWidth, c.width, 1e-6);
       EXPECT_NEAR(plots[0].settings.paperHeight, c.height, 1e-6);
       if (!given) {
-        EXPECT_THAT(LogLines(),
+        EXPECT_THAT(HostLogLines("never_set_up"),
                     Contains(AllOf(HasSubstr(c.logged),
                                    HasSubstr("présentation " + std::string(c.layout)))));
         EXPECT_EQ(display->notices.size(), c.onStderr ? 1u : 0u);

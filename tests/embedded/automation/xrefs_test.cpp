@@ -14,20 +14,6 @@ namespace {
 
 using ::testing::ElementsAre;
 
-Block XrefBlock(const std::string& name, const std::string& path, bool overlay = false) {
-  Block block;
-  block.name = name;
-  block.flags = overlay ? 4 + 8 : 4;
-  block.xrefPath = path;
-  return block;
-}
-
-Drawing WithXrefs(std::vector<Block> blocks) {
-  Drawing drawing = SampleDrawing();
-  for (Block& block : blocks) drawing.blocks.push_back(std::move(block));
-  return drawing;
-}
-
 // Where each reference of `drawing` was found, relative to `base`, "-" for
 // not found.
 std::vector<std::string> Found(const Drawing& drawing, const std::filesystem::path& base) {

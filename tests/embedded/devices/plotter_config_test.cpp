@@ -6,6 +6,7 @@
 #include <string>
 
 #include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -76,19 +77,7 @@ TEST(PlotterConfigTest, AStoredPaperIsFoundByNameByNameWrittenOtherwiseThenBySiz
 }
 
 TEST(PlotterConfigTest, ReadsEveryKeyWithCommentsBlanksAndLineEnds) {
-  const PlotterConfig config = ParsePlotterConfig(
-      "\xEF\xBB\xBF# en-tête\r\n"
-      "  ; autre commentaire\n"
-      "\n"
-      "driver=pdf\r\n"
-      "description =  Traceur d'essai  \n"
-      "resolution = 600\n"
-      "extension = .PDF\n"
-      "output-folder = /srv/tracés\n"
-      "paper = Plan étroit | 100 x 50 | 1 2 3 4\n"
-      "paper = Carré|200X200\n"
-      "default-paper = Carré\n",
-      "essai.pc3");
+  const PlotterConfig config = ReadPlotterConfigFile(testing::TestData("devices/every-key.pc3"));
   EXPECT_EQ(config.description, "Traceur d'essai");
   EXPECT_EQ(config.resolutionDpi, 600);
   EXPECT_EQ(config.extension, "PDF");
@@ -111,51 +100,49 @@ TEST(PlotterConfigTest, DefaultsFollowTheDriver) {
   EXPECT_NE(printer.FindPaper("ISO A4 (210.00 x 297.00 mm)"), nullptr);
 }
 
+// tests/data/devices/bad/`file`.pc3 and what reading it must say.
 struct BadConfig {
-  const char* text;
-  const char* where;  ///< the file and line the message must name
-  const char* what;   ///< part of the message
+  const char* file;
+  const char* line;  ///< "ligne N", or empty when the fault is the whole file's
+  const char* what;  ///< part of the message
 };
 
 class BadPlotterConfigTest : public ::testing::TestWithParam<BadConfig> {};
 
 TEST_P(BadPlotterConfigTest, NamesTheFileTheLineAndTheFault) {
   const BadConfig& bad = GetParam();
+  const std::string file = std::string(bad.file) + ".pc3";
   try {
-    ParsePlotterConfig(bad.text, "t.pc3");
-    FAIL() << "accepted: " << bad.text;
+    ReadPlotterConfigFile(testing::TestData("devices/bad/" + file));
+    FAIL() << "accepted: " << file;
   } catch (const DeviceError& error) {
-    EXPECT_THAT(error.what(), HasSubstr(bad.where));
+    EXPECT_THAT(error.what(), HasSubstr(*bad.line ? file + ", " + bad.line + " :" : file + " :"));
     EXPECT_THAT(error.what(), HasSubstr(bad.what));
   }
 }
 
-constexpr const char* kOk = "driver = pdf\npaper = A | 10 x 10\n";
-
 INSTANTIATE_TEST_SUITE_P(
     Errors, BadPlotterConfigTest,
-    ::testing::Values(
-        BadConfig{"driver = pdf\n# ok\nsans signe égal\n", "t.pc3, ligne 3 :", "clé = valeur"},
-        BadConfig{"driver = pdf\n = pdf\n", "ligne 2", "clé = valeur"},
-        BadConfig{"driver = plume\n", "ligne 1", "pilote inconnu « plume »"},
-        BadConfig{"driver = pdf\ncolour = 3\n", "ligne 2", "clé inconnue « colour »"},
-        BadConfig{"driver = pdf\ndriver = png\n", "ligne 2", "clé « driver » répétée"},
-        BadConfig{"driver = pdf\nresolution = 0\n", "ligne 2", "résolution incorrecte"},
-        BadConfig{"driver = pdf\nresolution = 300dpi\n", "ligne 2", "résolution incorrecte"},
-        BadConfig{"driver = pdf\npaper = A\n", "ligne 2", "papier incorrect"},
-        BadConfig{"driver = pdf\npaper = | 10 x 10\n", "ligne 2", "papier incorrect"},
-        BadConfig{"driver = pdf\npaper = A | 10 x -1\n", "ligne 2", "taille de papier incorrecte"},
-        BadConfig{"driver = pdf\npaper = A | 10 par 10\n", "ligne 2", "taille de papier"},
-        BadConfig{"driver = pdf\npaper = A | 10 x 10 | 1 1 1\n", "ligne 2", "marges incorrectes"},
-        BadConfig{"driver = pdf\npaper = A | 10 x 10 | 5 0 5 0\n", "ligne 2", "marges"},
-        BadConfig{"driver = pdf\npaper = A | 10 x 10\npaper = A | 20 x 20\n", "ligne 3",
-                  "papier « A » répété"},
-        BadConfig{"driver = pdf\ndefault-paper = B\npaper = A | 10 x 10\n", "ligne 2",
-                  "papier par défaut « B » absent"},
-        BadConfig{"paper = A | 10 x 10\n", "t.pc3 :", "clé « driver » manquante"},
-        BadConfig{"driver = svg\n", "t.pc3 :", "aucun papier"},
-        BadConfig{"driver = printer\n", "t.pc3 :", "clé « printer » manquante"},
-        BadConfig{"driver = pdf\ndescription = caf\xE9\n", "t.pc3 :", "UTF-8"}));
+    ::testing::Values(BadConfig{"no-equals-sign", "ligne 3", "clé = valeur"},
+                      BadConfig{"no-key", "ligne 2", "clé = valeur"},
+                      BadConfig{"unknown-driver", "ligne 1", "pilote inconnu « plume »"},
+                      BadConfig{"unknown-key", "ligne 2", "clé inconnue « colour »"},
+                      BadConfig{"driver-twice", "ligne 2", "clé « driver » répétée"},
+                      BadConfig{"resolution-zero", "ligne 2", "résolution incorrecte"},
+                      BadConfig{"resolution-with-unit", "ligne 2", "résolution incorrecte"},
+                      BadConfig{"paper-without-size", "ligne 2", "papier incorrect"},
+                      BadConfig{"paper-without-name", "ligne 2", "papier incorrect"},
+                      BadConfig{"paper-negative", "ligne 2", "taille de papier incorrecte"},
+                      BadConfig{"paper-size-in-words", "ligne 2", "taille de papier"},
+                      BadConfig{"three-margins", "ligne 2", "marges incorrectes"},
+                      BadConfig{"margins-too-wide", "ligne 2", "marges"},
+                      BadConfig{"paper-twice", "ligne 3", "papier « A » répété"},
+                      BadConfig{"default-paper-absent", "ligne 2",
+                                "papier par défaut « B » absent"},
+                      BadConfig{"no-driver", "", "clé « driver » manquante"},
+                      BadConfig{"no-paper", "", "aucun papier"},
+                      BadConfig{"printer-unnamed", "", "clé « printer » manquante"},
+                      BadConfig{"not-utf8", "", "UTF-8"}));
 
 TEST(PlotterConfigTest, AFileThatCannotBeReadIsNamed) {
   testing::TempFolder folder;
@@ -166,14 +153,10 @@ TEST(PlotterConfigTest, AFileThatCannotBeReadIsNamed) {
   } catch (const DeviceError& error) {
     EXPECT_THAT(error.what(), HasSubstr(missing + " : lecture impossible"));
   }
-  EXPECT_EQ(ReadPlotterConfigFile(folder.Write("ok.pc3", kOk)).papers.size(), 1u);
+  EXPECT_EQ(ReadPlotterConfigFile(folder.Write("ok.pc3", "driver = pdf\npaper = A | 10 x 10\n"))
+                .papers.size(),
+            1u);
 }
-
-}  // namespace
-}  // namespace sheafwork::embedded
-
-namespace sheafwork::embedded {
-namespace {
 
 // A configuration of many papers reads in time proportional to its size. At
 // 400 000 papers a reading that compares each new paper with those before

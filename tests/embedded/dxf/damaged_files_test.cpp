@@ -10,14 +10,11 @@
 #include <variant>
 #include <vector>
 
+#include "embedded/dxf/dxf_fixtures.h"
 #include "embedded/dxf/reader.h"
 
 namespace sheafwork::embedded {
 namespace {
-
-std::string DataFile(const std::string& name) {
-  return std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/layout-links/" + name;
-}
 
 // The texts of a block, which in these drawings name the layout they are on.
 std::vector<std::string> TextsOf(const Block& block) {
@@ -54,7 +51,7 @@ const DamagedCase kCases[] = {
 TEST(DamagedFiles, LayoutsAreLinkedToTheirOwnBlocksOrFailWithTheReason) {
   for (const DamagedCase& c : kCases) {
     SCOPED_TRACE(c.file);
-    const Drawing d = ReadDxfFile(DataFile(c.file));
+    const Drawing d = testing::ReadFixture(std::string("layout-links/") + c.file);
     ASSERT_EQ(d.layouts.size(), c.layouts.size() + 1);  // and the model
     EXPECT_EQ(TextsOf(*d.LayoutBlock(d.layouts[0])), std::vector<std::string>{"MODELE"});
     for (std::size_t i = 0; i < c.layouts.size(); ++i) {

@@ -1,5 +1,6 @@
 // Entities as the reader decodes them, each kind from the tags a writer of
-// release 2000 or later puts down (subclass markers included).
+// release 2000 or later puts down, subclass markers included
+// (tests/data/dxf/entity-tags, written by hand).
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,18 +8,15 @@
 #include <string>
 #include <vector>
 
-#include "embedded/dxf/dxf_text.h"
+#include "embedded/dxf/dxf_fixtures.h"
 #include "embedded/dxf/reader.h"
 
 namespace sheafwork::embedded {
 namespace {
 
-using testing::EndOfFile;
-using testing::EntityStart;
 using testing::ModelEntities;
-using testing::ReadEntities;
-using testing::Section;
-using testing::Tags;
+
+Drawing Read(const std::string& name) { return testing::ReadFixture("entity-tags/" + name); }
 
 template <typename T>
 const T& Only(const Drawing& d) {
@@ -28,25 +26,7 @@ const T& Only(const Drawing& d) {
 }
 
 TEST(ReaderEntities, CommonPropertiesFromTheEntityPart) {
-  const Drawing d = ReadEntities(Tags({{0, "CIRCLE"},
-                                       {5, "2F"},
-                                       {330, "1F"},
-                                       {100, "AcDbEntity"},
-                                       {8, "Murs"},
-                                       {6, "BYBLOCK"},
-                                       {62, "0"},
-                                       {420, "16711935"},
-                                       {370, "50"},
-                                       {48, "2"},
-                                       {60, "1"},
-                                       {100, "AcDbCircle"},
-                                       {10, "1"},
-                                       {20, "2"},
-                                       {30, "0"},
-                                       {40, "5"},
-                                       {210, "0"},
-                                       {220, "0"},
-                                       {230, "-1"}}));
+  const Drawing d = Read("common-properties.dxf");
   const Entity& e = ModelEntities(d).at(0);
   EXPECT_EQ(e.handle, "2F");
   EXPECT_EQ(e.props.layer, "Murs");
@@ -63,38 +43,7 @@ TEST(ReaderEntities, CommonPropertiesFromTheEntityPart) {
 }
 
 TEST(ReaderEntities, TextAlignmentComesFromTheRightSubclass) {
-  const Drawing d =
-      ReadEntities(EntityStart("TEXT", "AcDbText") +
-                   Tags({{10, "1"},
-                         {20, "2"},
-                         {40, "2.5"},
-                         {1, "  Cuisine"},
-                         {50, "30"},
-                         {7, "Cotes"},
-                         {72, "1"},
-                         {11, "5"},
-                         {21, "2"},
-                         {100, "AcDbText"},
-                         {73, "2"}}) +
-                   EntityStart("INSERT", "AcDbBlockReference") +
-                   Tags({{66, "1"}, {2, "Porte"}, {10, "10"}, {20, "20"}, {41, "-1"}, {50, "90"}}) +
-                   Tags({{0, "ATTRIB"},
-                         {100, "AcDbEntity"},
-                         {8, "Attributs"},
-                         {100, "AcDbText"},
-                         {10, "11"},
-                         {20, "21"},
-                         {40, "1"},
-                         {1, "P12"},
-                         {72, "2"},
-                         {11, "12"},
-                         {21, "21"},
-                         {100, "AcDbAttribute"},
-                         {2, "NUMERO"},
-                         {70, "1"},
-                         {73, "10"},
-                         {74, "3"}}) +
-                   Tags({{0, "SEQEND"}, {100, "AcDbEntity"}, {8, "0"}}));
+  const Drawing d = Read("text-and-attribute.dxf");
   const std::vector<Entity>& all = ModelEntities(d);
   ASSERT_EQ(all.size(), 2u);
   const auto& text = std::get<Text>(all[0].geometry);
@@ -120,67 +69,17 @@ TEST(ReaderEntities, TextAlignmentComesFromTheRightSubclass) {
 }
 
 TEST(ReaderEntities, MTextJoinsItsChunksInOrder) {
-  const std::string first(250, 'a');
-  const std::string second(250, 'b');
-  const Drawing d = ReadEntities(EntityStart("MTEXT", "AcDbMText") + Tags({{10, "1"},
-                                                                           {20, "2"},
-                                                                           {40, "3"},
-                                                                           {41, "100"},
-                                                                           {71, "5"},
-                                                                           {3, first},
-                                                                           {3, second},
-                                                                           {1, "\\Pfin"},
-                                                                           {11, "0"},
-                                                                           {21, "1"},
-                                                                           {31, "0"}}));
+  // Two chunks of 250 letters under code 3, then the last one under code 1.
+  const Drawing d = Read("mtext-chunks.dxf");
   const auto& m = Only<MText>(d);
-  EXPECT_EQ(m.text, first + second + "\\Pfin");
+  EXPECT_EQ(m.text, std::string(250, 'a') + std::string(250, 'b') + "\\Pfin");
   EXPECT_EQ(m.attachment, 5);
   EXPECT_EQ(m.width, 100);
   EXPECT_NEAR(m.rotation, 90, 1e-9);
 }
 
 TEST(ReaderEntities, PolylinesOfBothKinds) {
-  const Drawing d = ReadEntities(
-      EntityStart("LWPOLYLINE", "AcDbPolyline") +
-      Tags({{90, "3"},
-            {70, "1"},
-            {43, "0.5"},
-            {10, "0"},
-            {20, "0"},
-            {10, "2"},
-            {20, "0"},
-            {42, "1"},
-            {10, "2"},
-            {20, "2"}}) +
-      EntityStart("POLYLINE", "AcDb2dPolyline") +
-      Tags({{66, "1"}, {10, "0"}, {20, "0"}, {30, "4"}, {70, "4"}, {40, "0.2"}, {41, "0.2"}}) +
-      EntityStart("VERTEX", "AcDbVertex") +
-      Tags({{100, "AcDb2dVertex"}, {10, "0"}, {20, "0"}, {70, "16"}}) +
-      EntityStart("VERTEX", "AcDbVertex") +
-      Tags({{100, "AcDb2dVertex"}, {10, "1"}, {20, "1"}, {42, "-0.5"}, {70, "8"}}) +
-      Tags({{0, "VERTEX"},
-            {100, "AcDbEntity"},
-            {8, "0"},
-            {10, "3"},
-            {20, "1"},
-            {41, "0.7"},
-            {70, "8"}}) +
-      Tags({{0, "SEQEND"}, {100, "AcDbEntity"}, {8, "0"}}) +
-      // A polyface mesh without faces: read with its vertices, no edge.
-      Tags({{0, "POLYLINE"},
-            {8, "0"},
-            {66, "1"},
-            {70, "64"},
-            {0, "VERTEX"},
-            {8, "0"},
-            {10, "1"},
-            {0, "VERTEX"},
-            {8, "0"},
-            {10, "2"},
-            {0, "SEQEND"},
-            {8, "0"}}) +
-      Tags({{0, "POINT"}, {8, "0"}, {10, "9"}, {20, "9"}}));
+  const Drawing d = Read("polylines.dxf");
   const std::vector<Entity>& all = ModelEntities(d);
   ASSERT_EQ(all.size(), 4u);
   const auto& lw = std::get<Polyline>(all[0].geometry);
@@ -203,65 +102,7 @@ TEST(ReaderEntities, PolylinesOfBothKinds) {
 }
 
 TEST(ReaderEntities, HatchPathsPatternAndClockwiseArcs) {
-  const Drawing d = ReadEntities(EntityStart("HATCH", "AcDbHatch") +
-                                 Tags({
-                                     {10, "0"},
-                                     {20, "0"},
-                                     {30, "2"},
-                                     {210, "0"},
-                                     {220, "0"},
-                                     {230, "1"},
-                                     {2, "ANSI31"},
-                                     {70, "0"},
-                                     {71, "0"},
-                                     {91, "2"},
-                                     // an edge path: a line and a clockwise arc
-                                     {92, "1"},
-                                     {93, "2"},
-                                     {72, "1"},
-                                     {10, "0"},
-                                     {20, "0"},
-                                     {11, "10"},
-                                     {21, "0"},
-                                     {72, "2"},
-                                     {10, "5"},
-                                     {20, "0"},
-                                     {40, "5"},
-                                     {50, "0"},
-                                     {51, "180"},
-                                     {73, "0"},
-                                     {97, "1"},
-                                     {330, "AB"},
-                                     // a polyline path with a bulge
-                                     {92, "2"},
-                                     {72, "1"},
-                                     {73, "1"},
-                                     {93, "2"},
-                                     {10, "1"},
-                                     {20, "1"},
-                                     {42, "0.5"},
-                                     {10, "2"},
-                                     {20, "2"},
-                                     {42, "0"},
-                                     {97, "0"},
-                                     {75, "1"},
-                                     {76, "1"},
-                                     {52, "45"},
-                                     {41, "1"},
-                                     {77, "0"},
-                                     {78, "1"},
-                                     {53, "45"},
-                                     {43, "0"},
-                                     {44, "0"},
-                                     {45, "-2.2"},
-                                     {46, "2.2"},
-                                     {79, "2"},
-                                     {49, "3"},
-                                     {49, "-1"},
-                                     {98, "1"},
-                                     {10, "7"},
-                                     {20, "7"},
-                                 }));
+  const Drawing d = Read("hatch.dxf");
   const auto& h = Only<Hatch>(d);
   EXPECT_EQ(h.pattern, "ANSI31");
   EXPECT_FALSE(h.solid);
@@ -285,15 +126,7 @@ TEST(ReaderEntities, HatchPathsPatternAndClockwiseArcs) {
 }
 
 TEST(ReaderEntities, HatchSplineEdgeWithFitDataBeforeTheSourceCount) {
-  const Drawing d = ReadEntities(
-      EntityStart("HATCH", "AcDbHatch") +
-      Tags({
-          {2, "SOLID"}, {70, "1"}, {91, "1"}, {92, "1"}, {93, "1"}, {72, "4"},   {94, "3"},
-          {73, "0"},    {74, "0"}, {95, "8"}, {96, "4"}, {40, "0"}, {40, "0"},   {40, "0"},
-          {40, "0"},    {40, "1"}, {40, "1"}, {40, "1"}, {40, "1"}, {10, "0"},   {20, "0"},
-          {10, "1"},    {20, "1"}, {10, "2"}, {20, "1"}, {10, "3"}, {20, "0"},   {97, "2"},
-          {11, "0"},    {21, "0"}, {11, "3"}, {21, "0"}, {97, "1"}, {330, "C1"}, {75, "0"},
-      }));
+  const Drawing d = Read("hatch-spline-fit-data.dxf");
   const auto& h = Only<Hatch>(d);
   EXPECT_TRUE(h.solid);
   ASSERT_EQ(h.loops.size(), 1u);
@@ -306,21 +139,8 @@ TEST(ReaderEntities, HatchSplineEdgeWithFitDataBeforeTheSourceCount) {
 }
 
 TEST(ReaderEntities, ViewportFrozenLayersByHandle) {
-  const std::string tables = Section("TABLES", Tags({{0, "TABLE"},
-                                                     {2, "LAYER"},
-                                                     {0, "LAYER"},
-                                                     {5, "A0"},
-                                                     {2, "Cotes"},
-                                                     {0, "LAYER"},
-                                                     {5, "A1"},
-                                                     {2, "Texte"},
-                                                     {0, "ENDTAB"}}));
-  const Drawing d = ReadEntities(
-      Tags({{0, "VIEWPORT"}, {100, "AcDbEntity"}, {67, "1"},   {8, "0"},    {100, "AcDbViewport"},
-            {10, "150"},     {20, "100"},         {40, "200"}, {41, "120"}, {68, "2"},
-            {69, "3"},       {12, "10"},          {22, "20"},  {17, "1"},   {27, "2"},
-            {45, "600"},     {51, "15"},          {331, "a1"}, {331, "FF"}, {90, "163840"}}),
-      tables);
+  // Layers Cotes (A0) and Texte (A1); the viewport freezes a1 and an unknown FF.
+  const Drawing d = Read("viewport.dxf");
   const auto& vp = std::get<Viewport>(d.FindBlock("*Paper_Space")->entities.at(0).geometry);
   EXPECT_EQ(vp.width, 200);
   EXPECT_EQ(vp.id, 3);
@@ -333,16 +153,7 @@ TEST(ReaderEntities, ViewportFrozenLayersByHandle) {
 }
 
 TEST(ReaderEntities, ReleaseTwelveViewportFromExtendedData) {
-  const Drawing d = ReadDxf(
-      Section("ENTITIES",
-              Tags({{0, "VIEWPORT"},  {8, "0"},    {67, "1"},    {10, "100"},  {20, "80"},
-                    {40, "150"},      {41, "90"},  {68, "1"},    {69, "2"},    {1001, "ACAD"},
-                    {1000, "MVIEW"},  {1002, "{"}, {1070, "16"}, {1010, "5"},  {1020, "6"},
-                    {1030, "0"},      {1010, "0"}, {1020, "0"},  {1030, "1"},  {1040, "0"},
-                    {1040, "300"},    {1040, "7"}, {1040, "8"},  {1040, "50"}, {1002, "{"},
-                    {1003, "HIDDEN"}, {1002, "}"}, {1002, "}"}})) +
-          EndOfFile(),
-      "r12.dxf");
+  const Drawing d = Read("viewport-r12.dxf");
   const auto& vp = std::get<Viewport>(d.FindBlock("*Paper_Space")->entities.at(0).geometry);
   EXPECT_EQ(vp.viewTarget.x, 5);
   EXPECT_EQ(vp.viewDirection.z, 1);
@@ -353,41 +164,7 @@ TEST(ReaderEntities, ReleaseTwelveViewportFromExtendedData) {
 }
 
 TEST(ReaderEntities, CurvesSolidsAndUnknownKinds) {
-  const Drawing d = ReadEntities(
-      EntityStart("ELLIPSE", "AcDbEllipse") +
-      Tags({{10, "1"}, {20, "1"}, {11, "4"}, {21, "0"}, {40, "0.5"}, {41, "0"}, {42, "3.14"}}) +
-      EntityStart("SPLINE", "AcDbSpline") +
-      Tags({{70, "8"},
-            {71, "3"},
-            {72, "0"},
-            {73, "0"},
-            {74, "3"},
-            {11, "0"},
-            {21, "0"},
-            {11, "1"},
-            {21, "1"},
-            {11, "2"},
-            {21, "0"}}) +
-      EntityStart("SOLID", "AcDbTrace") +
-      Tags({{10, "0"}, {20, "0"}, {11, "1"}, {21, "0"}, {12, "0"}, {22, "1"}}) +
-      EntityStart("3DFACE", "AcDbFace") +
-      Tags({{10, "0"}, {11, "1"}, {12, "1"}, {22, "1"}, {13, "0"}, {23, "1"}, {70, "5"}}) +
-      EntityStart("ARC", "AcDbCircle") +
-      Tags({{10, "0"}, {20, "0"}, {40, "2"}, {100, "AcDbArc"}, {50, "270"}, {51, "90"}}) +
-      EntityStart("DIMENSION", "AcDbDimension") +
-      Tags({{2, "*D5"},
-            {10, "3"},
-            {20, "4"},
-            {11, "1"},
-            {21, "2"},
-            {70, "33"},
-            {100, "AcDbAlignedDimension"},
-            {13, "0"},
-            {14, "5"}}) +
-      EntityStart("LEADER", "AcDbLeader") +
-      Tags({{3, "Standard"}, {71, "0"}, {76, "2"}, {10, "0"}, {20, "0"}, {10, "5"}, {20, "5"}}) +
-      Tags({{0, "MLINE"}, {8, "0"}, {10, "0"}}) + Tags({{0, "MLINE"}, {8, "0"}}) +
-      Tags({{0, "ATTDEF"}, {8, "0"}, {1, "x"}}));
+  const Drawing d = Read("curves-and-unknown-kinds.dxf");
   const std::vector<Entity>& all = ModelEntities(d);
   ASSERT_EQ(all.size(), 10u);
   EXPECT_EQ(std::get<Ellipse>(all[0].geometry).majorAxis.x, 4);

@@ -10,29 +10,21 @@
 #include <variant>
 #include <vector>
 
+#include "embedded/dxf/dxf_fixtures.h"
 #include "embedded/dxf/reader.h"
 #include "embedded/model/undrawn.h"
 
 namespace sheafwork::embedded {
 namespace {
 
-Drawing Read(const std::string& name) {
-  return ReadDxfFile(std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/entities/" + name);
-}
+using testing::All;
+
+Drawing Read(const std::string& name) { return testing::ReadFixture("entities/" + name); }
 
 const Block& Model(const Drawing& d) {
   const Block* model = d.FindBlock("*Model_Space");
   EXPECT_NE(model, nullptr);
   return *model;
-}
-
-template <typename Kind>
-std::vector<const Kind*> All(const Block& block) {
-  std::vector<const Kind*> found;
-  for (const Entity& e : block.entities) {
-    if (const auto* g = std::get_if<Kind>(&e.geometry)) found.push_back(g);
-  }
-  return found;
 }
 
 TEST(EntityKinds, ConstructionLinesKeepTheirBaseDirectionAndKind) {

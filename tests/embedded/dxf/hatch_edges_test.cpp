@@ -8,6 +8,7 @@
 #include <variant>
 #include <vector>
 
+#include "embedded/dxf/dxf_fixtures.h"
 #include "embedded/dxf/reader.h"
 
 namespace sheafwork::embedded {
@@ -30,8 +31,7 @@ const SplineEdgeCase kCases[] = {
 TEST(HatchEdges, EdgesAfterASplineEdgeStayInThePath) {
   for (const SplineEdgeCase& c : kCases) {
     SCOPED_TRACE(c.file);
-    const Drawing d = ReadDxfFile(std::string(SHEAFWORK_SOURCE_DIR) +
-                                  "/tests/data/dxf/hatch-spline-edges/" + c.file);
+    const Drawing d = testing::ReadFixture(std::string("hatch-spline-edges/") + c.file);
     const Block* model = d.FindBlock("*Model_Space");
     ASSERT_NE(model, nullptr);
     ASSERT_EQ(model->entities.size(), 1u);

@@ -9,17 +9,13 @@
 #include <variant>
 #include <vector>
 
-#include "embedded/dxf/dxf_text.h"
+#include "embedded/dxf/dxf_fixtures.h"
 #include "embedded/dxf/reader.h"
 
 namespace sheafwork::embedded {
 namespace {
 
 using testing::All;
-
-std::string DataFile(const std::string& name) {
-  return std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/mtext/" + name;
-}
 
 const Block& Model(const Drawing& drawing) {
   const Block* model = drawing.LayoutBlock(drawing.layouts.front());
@@ -32,7 +28,7 @@ TEST(MTextReadingTest, ColumnLayoutsInBothForms) {
   // the older form adds a linked MTEXT per further column, with no layout.
   for (const char* file : {"columns-r2018.dxf", "columns-r2007.dxf"}) {
     SCOPED_TRACE(file);
-    const Drawing drawing = ReadDxfFile(DataFile(file));
+    const Drawing drawing = testing::ReadFixture(std::string("mtext/") + file);
     std::vector<const MText*> laidOut;
     for (const MText* m : All<MText>(Model(drawing))) {
       if (m->extras && m->extras->columns.type != 0) laidOut.push_back(m);
@@ -62,7 +58,7 @@ TEST(MTextReadingTest, ColumnLayoutsInBothForms) {
 }
 
 TEST(MTextReadingTest, BackgroundFillAndFrame) {
-  const Drawing drawing = ReadDxfFile(DataFile("background.dxf"));
+  const Drawing drawing = testing::ReadFixture("mtext/background.dxf");
   const std::vector<const MText*> texts = All<MText>(Model(drawing));
   ASSERT_EQ(texts.size(), 4u);
   struct Expected {
@@ -89,7 +85,7 @@ TEST(MTextReadingTest, BackgroundFillAndFrame) {
 TEST(MTextReadingTest, AttributeVisibilityIsTheAttributesOwn) {
   // Each attribute is followed by an xrecord part whose own 70 codes
   // ("really locked" among them) say nothing of visibility.
-  const Drawing drawing = ReadDxfFile(DataFile("attributes-r2018.dxf"));
+  const Drawing drawing = testing::ReadFixture("mtext/attributes-r2018.dxf");
   const std::vector<const Insert*> inserts = All<Insert>(Model(drawing));
   ASSERT_EQ(inserts.size(), 1u);
   ASSERT_EQ(inserts[0]->attributes.size(), 2u);

@@ -1,5 +1,5 @@
 // Drawings written by another program (an open-source DXF library, see
-// other_writer/make_drawings.py): ASCII and binary, release 12 to 2018. The
+// tests/data/dxf/other-writer/make_drawings.py): ASCII and binary, release 12 to 2018. The
 // reader must find in them what that program was told to write.
 
 #include <gmock/gmock.h>
@@ -9,7 +9,7 @@
 #include <variant>
 #include <vector>
 
-#include "embedded/dxf/dxf_text.h"
+#include "embedded/dxf/dxf_fixtures.h"
 #include "embedded/dxf/reader.h"
 
 namespace sheafwork::embedded {
@@ -22,14 +22,14 @@ struct OtherWriterFile {
   bool release12;
 };
 
-std::string PathOf(const OtherWriterFile& file) {
-  return std::string(SHEAFWORK_SOURCE_DIR) + "/tests/embedded/dxf/other_writer/" + file.name;
+Drawing Read(const OtherWriterFile& file) {
+  return testing::ReadFixture(std::string("other-writer/") + file.name);
 }
 
 class OtherWriterTest : public ::testing::TestWithParam<OtherWriterFile> {};
 
 TEST_P(OtherWriterTest, TablesAndModelSpaceAreRead) {
-  const Drawing drawing = ReadDxfFile(PathOf(GetParam()));
+  const Drawing drawing = Read(GetParam());
 
   const Layer* walls = drawing.FindLayer("murs");
   ASSERT_NE(walls, nullptr);
@@ -76,7 +76,7 @@ TEST_P(OtherWriterTest, TablesAndModelSpaceAreRead) {
 }
 
 TEST_P(OtherWriterTest, LayoutsAndViewports) {
-  const Drawing drawing = ReadDxfFile(PathOf(GetParam()));
+  const Drawing drawing = Read(GetParam());
   std::vector<std::string> names;
   for (const Layout& layout : drawing.layouts) names.push_back(layout.name);
 

@@ -4,15 +4,16 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <vector>
 
 #include "embedded/dxf/reader.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
 
+using sheafwork::testing::ReadTestData;
 using ::testing::HasSubstr;
 
 struct Read {
@@ -119,57 +120,14 @@ TEST(TokenizerAscii, MalformedInputNamesTheLine) {
   }
 }
 
-// Binary files, written here tag by tag.
-class BinaryWriter {
- public:
-  explicit BinaryWriter(bool shortCodes) : shortCodes_(shortCodes) {
-    bytes_.assign("AutoCAD Binary DXF\r\n\x1a\0", 22);
-  }
-  BinaryWriter& Code(int code) {
-    if (shortCodes_ && code < 255) {
-      bytes_ += static_cast<char>(code);
-    } else {
-      if (shortCodes_) bytes_ += '\xff';
-      bytes_ += static_cast<char>(code & 0xFF);
-      bytes_ += static_cast<char>(code >> 8);
-    }
-    return *this;
-  }
-  BinaryWriter& String(int code, std::string_view s) {
-    Code(code);
-    bytes_.append(s);
-    bytes_ += '\0';
-    return *this;
-  }
-  template <typename T>
-  BinaryWriter& Value(int code, T v) {
-    Code(code);
-    char raw[sizeof(T)];
-    std::memcpy(raw, &v, sizeof(T));
-    bytes_.append(raw, sizeof(T));
-    return *this;
-  }
-  const std::string& Bytes() const { return bytes_; }
-
- private:
-  bool shortCodes_;
-  std::string bytes_;
-};
-
-BinaryWriter SampleBinary(bool shortCodes, const char* version) {
-  BinaryWriter w(shortCodes);
-  w.String(0, "SECTION").String(2, "HEADER").String(9, "$ACADVER").String(1, version);
-  w.Value<double>(10, 2.5).Value<std::int16_t>(70, -3).Value<std::int32_t>(90, 70000);
-  w.String(1001, "ACAD").Value<std::int16_t>(1070, 7);
-  return w;
-}
-
+// Binary files of tests/data/dxf/binary (make_binary.py): a header of
+// release 12 (short group codes) or 2000 (long ones), then EOF and a tag
+// after it.
 TEST(TokenizerBinary, ReadsShortAndLongGroupCodesByRelease) {
   for (const bool shortCodes : {true, false}) {
-    BinaryWriter w = SampleBinary(shortCodes, shortCodes ? "AC1009" : "AC1015");
-    if (!shortCodes) w.Value<std::uint8_t>(290, 1);
-    w.String(0, "EOF").String(1, "after the end");
-    Tokenizer t(w.Bytes(), "b.dxf");
+    const std::string bytes =
+        ReadTestData(shortCodes ? "dxf/binary/short-codes.dxf" : "dxf/binary/long-codes.dxf");
+    Tokenizer t(bytes, "b.dxf");
     ASSERT_TRUE(t.IsBinary());
     EXPECT_EQ(t.HasShortCodes(), shortCodes);
     std::vector<Tag> tags;
@@ -194,26 +152,21 @@ TEST(TokenizerBinary, ReadsShortAndLongGroupCodesByRelease) {
 
 TEST(TokenizerBinary, FindsTheCodeWidthWithoutAVersion) {
   for (const bool shortCodes : {true, false}) {
-    BinaryWriter w(shortCodes);
-    w.String(0, "SECTION").String(2, "ENTITIES").String(0, "ENDSEC");
-    EXPECT_EQ(Tokenizer(w.Bytes(), "b.dxf").HasShortCodes(), shortCodes);
+    const std::string bytes = ReadTestData(shortCodes ? "dxf/binary/short-codes-no-version.dxf"
+                                                      : "dxf/binary/long-codes-no-version.dxf");
+    EXPECT_EQ(Tokenizer(bytes, "b.dxf").HasShortCodes(), shortCodes);
   }
 }
 
 TEST(TokenizerBinary, TruncatedValueNamesTheOffset) {
-  const BinaryWriter w = SampleBinary(false, "AC1015");
-  // Cut inside the double of code 10.
-  const std::string cut = w.Bytes().substr(0, w.Bytes().find("AC1015") + 7 + 2 + 3);
   try {
-    Tokenize(cut);
+    Tokenize(ReadTestData("dxf/binary/value-cut.dxf"));  // inside the double of code 10
     FAIL();
   } catch (const DxfError& e) {
     EXPECT_THAT(e.what(), HasSubstr("t.dxf, octet"));
     EXPECT_THAT(e.what(), HasSubstr("valeur du code 10"));
   }
-  std::string unterminated = SampleBinary(false, "AC1015").String(1, "no end").Bytes();
-  unterminated.pop_back();
-  EXPECT_THROW(Tokenize(unterminated), DxfError);
+  EXPECT_THROW(Tokenize(ReadTestData("dxf/binary/string-unterminated.dxf")), DxfError);
 }
 
 }  // namespace

@@ -32,21 +32,30 @@ Loops OutlineOf(char c, double tolerance) {
   return loops;
 }
 
+// Calls `edge(a, b)` for every edge of every closed loop.
+template <typename Edge>
+void ForEachEdge(const Loops& loops, Edge edge) {
+  std::size_t first = 0;
+  for (int signedSize : loops.sizes) {
+    const auto size = static_cast<std::size_t>(signedSize);
+    for (std::size_t i = 0; i < size; ++i) {
+      edge(loops.points[first + i], loops.points[first + (i + 1) % size]);
+    }
+    first += size;
+  }
+}
+
 // Odd-even area of the loops, as a filled glyph covers.
 double Area(const Loops& loops) {
+  double twice = 0;
+  ForEachEdge(loops, [&](Vec2 a, Vec2 b) { twice += a.x * b.y - b.x * a.y; });
+  return std::abs(twice / 2);
+}
+
+double Perimeter(const Loops& loops) {
   double total = 0;
-  std::size_t first = 0;
-  for (int size : loops.sizes) {
-    double twice = 0;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(size); ++i) {
-      const Vec2 a = loops.points[first + i];
-      const Vec2 b = loops.points[first + (i + 1) % static_cast<std::size_t>(size)];
-      twice += a.x * b.y - b.x * a.y;
-    }
-    total += twice / 2;
-    first += static_cast<std::size_t>(size);
-  }
-  return std::abs(total);
+  ForEachEdge(loops, [&](Vec2 a, Vec2 b) { total += std::hypot(b.x - a.x, b.y - a.y); });
+  return total;
 }
 
 TEST(TrueTypeFaceTest, OutlinesStandOnTheBaselineAtTheCapHeight) {
@@ -72,20 +81,6 @@ TEST(TrueTypeFaceTest, OutlinesStandOnTheBaselineAtTheCapHeight) {
 
   EXPECT_EQ(OutlineOf('O', 1).sizes.size(), 2u);  // the hole is a loop of its own
   EXPECT_TRUE(OutlineOf(' ', 1).sizes.empty());
-}
-
-double Perimeter(const Loops& loops) {
-  double total = 0;
-  std::size_t first = 0;
-  for (int size : loops.sizes) {
-    for (std::size_t i = 0; i < static_cast<std::size_t>(size); ++i) {
-      const Vec2 a = loops.points[first + i];
-      const Vec2 b = loops.points[first + (i + 1) % static_cast<std::size_t>(size)];
-      total += std::hypot(b.x - a.x, b.y - a.y);
-    }
-    first += static_cast<std::size_t>(size);
-  }
-  return total;
 }
 
 TEST(TrueTypeFaceTest, CurvesFlattenWithinTheTolerance) {

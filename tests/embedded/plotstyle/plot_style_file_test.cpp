@@ -1,4 +1,4 @@
-// Table files: tables written by another program (other_writer/), our own
+// Table files: tables written by another program (tests/data/plotstyle/other-writer), our own
 // writer read back, the shipped monochrome table, and broken files.
 
 #include <gmock/gmock.h>
@@ -11,15 +11,15 @@
 
 #include "embedded/plotstyle/plot_style_file.h"
 #include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
 
 using ::testing::HasSubstr;
 
-std::string SourcePath(const std::string& relative) {
-  return std::string(SHEAFWORK_SOURCE_DIR) + "/" + relative;
-}
+using sheafwork::testing::ReadTestData;
+using sheafwork::testing::TestData;
 
 std::vector<unsigned char> Bytes(const std::string& path) {
   const std::string text = sheafwork::testing::TempFolder::Read(path);
@@ -40,7 +40,7 @@ void ExpectRefused(Read read, std::initializer_list<std::string> parts, const st
 class OtherWriterTest : public ::testing::TestWithParam<const char*> {};
 
 TEST_P(OtherWriterTest, FieldsAreReadAsWritten) {
-  const std::string path = SourcePath("tests/embedded/plotstyle/other_writer/") + GetParam();
+  const std::string path = TestData(std::string("plotstyle/other-writer/") + GetParam());
   const std::vector<unsigned char> bytes = Bytes(path);
   ASSERT_FALSE(bytes.empty()) << path;
 
@@ -122,7 +122,7 @@ TEST(PlotStyleWriterTest, EveryFieldSurvivesARoundTrip) {
 }
 
 TEST(PlotStyleWriterTest, ShippedMonochromeTableIsOursAndPlotsBlack) {
-  const std::string path = SourcePath("data/plotstyles/monochrome.ctb");
+  const std::string path = std::string(SHEAFWORK_SOURCE_DIR) + "/data/plotstyles/monochrome.ctb";
   EXPECT_EQ(Bytes(path), WritePlotStyleTable(MonochromePlotStyleTable()))
       << "data/plotstyles/monochrome.ctb differs from what make_plot_styles writes";
 
@@ -177,39 +177,31 @@ TEST(PlotStyleReaderTest, BrokenFilesNameTheFault) {
                 {"/nonexistent/folder/x.ctb", "lecture impossible"}, "missing file");
 }
 
+// The texts of tests/data/plotstyle/broken-text, each with one fault.
 TEST(PlotStyleReaderTest, BrokenTextsNameTheLine) {
-  struct Case {
-    const char* text;
-    const char* expected;
+  const std::pair<const char*, const char*> cases[] = {
+      {"colour-in-words", "ligne 3 : valeur numérique incorrecte"},
+      {"block-not-closed", "ligne 4 : bloc « 0 » non fermé"},
+      {"closing-without-block", "ligne 2 : « } » sans bloc ouvert"},
+      {"style-255", "ligne 2 : numéro de style « 255 » incorrect"},
+      {"not-a-boolean", "ligne 3 : TRUE ou FALSE"},
+      {"no-equals-sign", "ligne 2 : « clé=valeur »"},
+      {"plot-style-a-value", "ligne 1 : « plot_style » doit être un bloc"},
+      {"colour-a-block", "ligne 3 : « color » doit être une valeur"},
+      {"negative-lineweight", "ligne 4 : valeur numérique"},
+      {"lineweight-index-900", "ligne 4 : indice"},
+      {"no-plot-styles", "bloc « plot_style » absent"},
+      {"named-styles", "table de styles nommés"},
+      {"nested-too-deep", "trop profondément"},
   };
-  const Case cases[] = {
-      {"plot_style{\n 0{\n  color=rouge\n }\n}\n", "ligne 3 : valeur numérique incorrecte"},
-      {"plot_style{\n 0{\n  screen=50\n", "ligne 4 : bloc « 0 » non fermé"},
-      {"description=\"x\n}\n", "ligne 2 : « } » sans bloc ouvert"},
-      {"plot_style{\n 255{\n }\n}\n", "ligne 2 : numéro de style « 255 » incorrect"},
-      {"plot_style{\n 0{\n  adaptive_linetype=PEUT-ETRE\n }\n}\n", "ligne 3 : TRUE ou FALSE"},
-      {"plot_style{\n juste du texte\n}\n", "ligne 2 : « clé=valeur »"},
-      {"plot_style=3\n", "ligne 1 : « plot_style » doit être un bloc"},
-      {"plot_style{\n 0{\n  color{\n  }\n }\n}\n", "ligne 3 : « color » doit être une valeur"},
-      {"plot_style{\n}\ncustom_lineweight_table{\n 0=-1\n}\n", "ligne 4 : valeur numérique"},
-      {"plot_style{\n}\ncustom_lineweight_table{\n 900=0.5\n}\n", "ligne 4 : indice"},
-      {"description=\"sans styles\n", "bloc « plot_style » absent"},
-      {"aci_table_available=FALSE\nplot_style{\n}\n", "table de styles nommés"},
-      {"a{\nb{\nc{\nd{\ne{\nf{\ng{\nh{\ni{\nj{\n", "trop profondément"},
-  };
-  for (const Case& c : cases) {
-    ExpectRefused([&] { ParsePlotStyleText(c.text, "t.ctb"); }, {"t.ctb", c.expected}, c.text);
+  for (const auto& [file, expected] : cases) {
+    const std::string text = ReadTestData(std::string("plotstyle/broken-text/") + file + ".txt");
+    ExpectRefused([&] { ParsePlotStyleText(text, "t.ctb"); }, {"t.ctb", expected}, file);
   }
 }
 
 TEST(PlotStyleReaderTest, TolerantWhereWritersDiffer) {
-  // Carriage returns, unknown keys, colours written unsigned, entries and
-  // lineweights missing.
-  const PlotStyleTable table = ParsePlotStyleText(
-      "description=\"crlf\r\nfuture_key=1\r\nplot_style{\r\n 9{\r\n  color=3271491584\r\n"
-      "  lineweight=1\r\n  new_field{\r\n  }\r\n }\r\n}\r\ncustom_lineweight_table{\r\n"
-      " 1=0.70\r\n}\r\n",
-      "t.ctb");
+  const PlotStyleTable table = ParsePlotStyleText(ReadTestData("plotstyle/tolerant.txt"), "t.ctb");
   EXPECT_EQ(table.description, "crlf");
   EXPECT_EQ(table.entries[9].PenRgb(), 0xFF0000u);
   EXPECT_EQ(table.EntryLineweightMm(table.entries[9]), 0.70);
