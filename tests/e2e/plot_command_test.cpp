@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <string>
@@ -261,16 +260,7 @@ TEST_F(PlotCommand, APdfPlotDoesNotStartQt) {
   List("add " + Quoted(list_) + " " + Quoted(Plan("etage.dxf")) +
        " --layout 'Plan étage' --device PDF.pc3 --plot-file " + Quoted(Out("etage.pdf")));
 
-  const char* before = std::getenv("QT_QPA_PLATFORM");
-  const std::string saved = before != nullptr ? before : "";
-  setenv("QT_QPA_PLATFORM", "introuvable", 1);
-  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
-  if (before != nullptr) {
-    setenv("QT_QPA_PLATFORM", saved.c_str(), 1);
-  } else {
-    unsetenv("QT_QPA_PLATFORM");
-  }
-
+  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_, "QT_QPA_PLATFORM=introuvable");
   ASSERT_EQ(run.status, 0) << run.err;
   ExpectSheet(PlotOutput(Out("nord.pdf")), {"A3", 420, 297});
   int status = -1;

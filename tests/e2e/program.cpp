@@ -22,18 +22,19 @@ std::string Quoted(const std::string& text) {
   return quoted + "'";
 }
 
-ProgramRun Sheafwork(const std::string& args, const testing::TempFolder& folder) {
-  return RunProgram(SHEAFWORK_EXE, args, folder);
+ProgramRun Sheafwork(const std::string& args, const testing::TempFolder& folder,
+                     const std::string& env) {
+  return RunProgram(SHEAFWORK_EXE, args, folder, env);
 }
 
 ProgramRun RunProgram(const std::string& exe, const std::string& args,
-                      const testing::TempFolder& folder) {
+                      const testing::TempFolder& folder, const std::string& env) {
   const std::string out = folder.File("stdout.txt");
   const std::string err = folder.File("stderr.txt");
-  const std::string command =
-      "env -u DISPLAY -u WAYLAND_DISPLAY -u SHEAFWORK_DWG_CONVERTER XDG_DATA_HOME=" +
-      Quoted(folder.File("xdg")) + " " + Quoted(exe) + " " + args + " </dev/null >" + Quoted(out) +
-      " 2>" + Quoted(err);
+  const std::string command = "env -u DISPLAY -u WAYLAND_DISPLAY -u SHEAFWORK_DWG_CONVERTER " +
+                              env + " XDG_DATA_HOME=" + Quoted(folder.File("xdg")) + " " +
+                              Quoted(exe) + " " + args + " </dev/null >" + Quoted(out) + " 2>" +
+                              Quoted(err);
   ProgramRun run;
   const int raw = std::system(command.c_str());
   run.status = raw != -1 && WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
