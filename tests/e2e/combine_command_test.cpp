@@ -9,7 +9,6 @@
 
 #include "e2e/program.h"
 #include "embedded/pdf/pdf_reading.h"
-#include "fakes/cups_queue.h"
 
 namespace sheafwork::e2e {
 namespace {
@@ -33,15 +32,7 @@ TEST_F(CombineCommand, GathersEverySheetPlottedInPlotOrder) {
   EXPECT_NE(run.err.find("PDF combiné : " + combined + " (5 page(s))"), std::string::npos)
       << run.err;
 
-  const std::vector<std::pair<double, double>> sheets = {
-      {420, 297}, {841, 594}, {420, 297}, {420, 297}, {210, 297}};
-  const auto pages = testing::PdfPageSizes(combined);
-  ASSERT_EQ(pages.size(), sheets.size());
-  for (std::size_t i = 0; i < sheets.size(); ++i) {
-    SCOPED_TRACE("page " + std::to_string(i + 1));
-    EXPECT_NEAR(pages[i].first, Points(sheets[i].first), 1.5);
-    EXPECT_NEAR(pages[i].second, Points(sheets[i].second), 1.5);
-  }
+  ExpectPages(combined, {{420, 297}, {841, 594}, {420, 297}, {420, 297}, {210, 297}});
   // Each page is drawn as the sheet's own file, also after a change of size.
   const std::vector<std::pair<int, std::string>> same = {
       {1, Out("rdc-a3.pdf")},

@@ -6,6 +6,8 @@
 
 #include <sys/wait.h>
 
+#include "fakes/cups_queue.h"
+
 namespace sheafwork::e2e {
 
 namespace fs = std::filesystem;
@@ -65,6 +67,17 @@ std::vector<std::string> Lines(const std::string& text) {
     start = end + 1;
   }
   return lines;
+}
+
+void ExpectPages(const std::string& file, const std::vector<SheetSize>& sheets) {
+  SCOPED_TRACE(file);
+  const auto pages = testing::PdfPageSizes(file);
+  ASSERT_EQ(pages.size(), sheets.size());
+  for (std::size_t i = 0; i < sheets.size(); ++i) {
+    SCOPED_TRACE("page " + std::to_string(i + 1));
+    EXPECT_NEAR(pages[i].first, Points(sheets[i].first), 1.5);
+    EXPECT_NEAR(pages[i].second, Points(sheets[i].second), 1.5);
+  }
 }
 
 std::string PlotOutput(const std::string& stem) {

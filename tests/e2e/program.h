@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "fakes/temp_folder.h"
@@ -38,6 +39,12 @@ std::vector<std::string> Lines(const std::string& text);
 
 /// Millimetres in PDF points.
 inline double Points(double mm) { return mm / 25.4 * 72; }
+
+/// A sheet's width and height in millimetres.
+using SheetSize = std::pair<double, double>;
+
+/// Expects the PDF file `file` to have one page of each size, in order.
+void ExpectPages(const std::string& file, const std::vector<SheetSize>& sheets);
 
 /// The file a plot to `stem` produced: `stem` itself or `stem` with ".pdf"
 /// added; empty when neither exists.
