@@ -1,32 +1,20 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <vector>
 
-#include <nlohmann/json.hpp>
-
 #include "command_runner.h"
-#include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
+#include "res/string_ids.h"
 #include "res/string_table.h"
 
 namespace sheafwork {
 namespace {
 
+using testing::Outcome;
 using testing::TempFolder;
 
-using testing::Outcome;
-
-class CommandLineTest : public ::testing::Test {
- protected:
-  CommandLineTest() { env.defaultLogFolder = "/logs"; }
-  Outcome Run(std::vector<std::string> args) { return testing::RunSheafwork(args, env); }
-  nlohmann::json Show(const std::string& list) {
-    const Outcome o = Run({"list", "show", "--json", list});
-    EXPECT_EQ(o.status, 0) << o.err;
-    return nlohmann::json::parse(o.out);
-  }
-  CommandEnvironment env;
-  TempFolder folder;
-};
+using CommandLineTest = testing::ListCommandTest;
 
 TEST_F(CommandLineTest, NewAddAndSetWriteTheExactFormat) {
   const std::string list = folder.File("lot.qx3");
@@ -58,42 +46,13 @@ TEST_F(CommandLineTest, NewAddAndSetWriteTheExactFormat) {
                  "--error-header", "Erreurs"})
                 .status,
             0);
-  const std::string entry1 =
-      "\"DWG#1FILENAME\",\"/plans/rez.dwg\"\r\n\"DWG#1LAYOUT\",\"\"\r\n\"DWG#1PLOTSETUP\",\"\"\r\n"
-      "\"DWG#1PLOTDEVICE\",\"\"\r\n\"DWG#1LAYERS\",\"\"\r\n\"DWG#1PLOTAREA\",\"\"\r\n"
-      "\"DWG#1PLOTSCALE\",\"\"\r\n\"DWG#1SCALECUSTOM\",#FALSE#\r\n\"DWG#1SCALELW\",#FALSE#\r\n"
-      "\"DWG#1PLOTFILE\",\"\"\r\n";
-  const std::string entry2 =
-      "\"DWG#2FILENAME\",\"/plans/\xE9tage.dwg\"\r\n"
-      "\"DWG#2LAYOUT\",\"Toutes les pr\xE9sentations\"\r\n\"DWG#2PLOTSETUP\",\"/g/a.dwt|A1\"\r\n"
-      "\"DWG#2PLOTDEVICE\",\"PDF.pc3\"\r\n\"DWG#2LAYERS\",\"MURS 1 COTES 0\"\r\n"
-      "\"DWG#2PLOTAREA\",\"#E\"\r\n\"DWG#2PLOTSCALE\",\"1#50\"\r\n\"DWG#2SCALECUSTOM\",#TRUE#\r\n"
-      "\"DWG#2SCALELW\",#TRUE#\r\n\"DWG#2PLOTFILE\",\"/s/\xE9tage.pdf\"\r\n";
-  EXPECT_EQ(TempFolder::Read(list), "Orvane 2000 Sheafwork List File\r\n\"BATCH FILE NAME\",\"" +
-                                        list +
-                                        "\"\r\n"
-                                        "\"BATCH JOURNAL LOG ON?\",#TRUE#\r\n"
-                                        "\"BATCH JOURNAL LOG FILENAME\",\"/logs/QXJOURNL.LOG\"\r\n"
-                                        "\"BATCH JOURNAL HEADER\",\"Nuit\"\r\n"
-                                        "\"BATCH JOURNAL USER COMMENT\",\"R\xE9vision C\"\r\n"
-                                        "\"BATCH JOURNAL APPEND?\",#TRUE#\r\n"
-                                        "\"BATCH ERROR LOG ON?\",#FALSE#\r\n"
-                                        "\"BATCH ERROR LOG FILENAME\",\"/l/e.log\"\r\n"
-                                        "\"BATCH ERROR HEADER\",\"Erreurs\"\r\n"
-                                        "\"BATCH ERROR APPEND?\",#FALSE#\r\n"
-                                        "\"BATCH NUM FILES\",2\r\n"
-                                        "\"BATCH WIN SIZE\",\"1024,768\"\r\n" +
-                                        entry1 + entry2);
+  std::string expected = testing::ReadTestData("app/written.qx3");
+  expected.replace(expected.find("@LIST@"), 6, list);
+  EXPECT_EQ(TempFolder::Read(list), expected);
 }
 
 TEST_F(CommandLineTest, ShowJsonGivesTheListAsRead) {
-  const auto doc = Show(folder.Write("t.qx3",
-                                     "ORVANE R15 SHEAFWORK LIST FILE\r\n"
-                                     "\"DWG#3LAYOUT\",\"Plan\"\r\n"
-                                     "\"BATCH WIN SIZE\",\"1920,1080\"\r\n"
-                                     "\"batch error append?\",#TRUE#\r\n"
-                                     "\"UNKNOWN\",\"x\"\r\n"
-                                     "\"DWG#1SCALELW\",#TRUE#\r\n"));
+  const auto doc = Show(testing::TestData("app/sparse.qx3"));
   EXPECT_EQ(doc["name"], "");
   EXPECT_EQ(doc["winSize"], "1920,1080");
   EXPECT_EQ(doc["log"]["ErrorAppend"], true);
@@ -108,14 +67,14 @@ TEST_F(CommandLineTest, BadInputGivesTheMessageAndStatus2AndWritesNothing) {
   const std::string bad = folder.Write("bad.qx3", "Liste\r\n");
   Outcome o = Run({"list", "show", bad});
   EXPECT_EQ(o.status, 2);
-  EXPECT_EQ(o.err, "sheafwork: " + bad + ": " + LoadResourceText(91) + "\n");
+  EXPECT_EQ(o.err, "sheafwork: " + bad + ": " + LoadResourceText(ids::kListFileNotValid) + "\n");
   EXPECT_EQ(Run({"list", "add", bad, "/p/a.dwg"}).status, 2);
   EXPECT_EQ(TempFolder::Read(bad), "Liste\r\n");
 
   const std::string empty = folder.File("empty.qx3");
   o = Run({"list", "new", empty});
   EXPECT_EQ(o.status, 2);
-  EXPECT_NE(o.err.find(LoadResourceText(89)), std::string::npos);
+  EXPECT_NE(o.err.find(LoadResourceText(ids::kEmptyList)), std::string::npos);
   EXPECT_FALSE(std::filesystem::exists(empty));
   EXPECT_EQ(Run({"list", "frobnicate"}).status, 2);
 }
@@ -143,9 +102,9 @@ TEST_F(CommandLineTest, SetChecksTheNamesOfLogsThatAreOn) {
   ASSERT_EQ(Run({"list", "new", list, "/p/1.dwg"}).status, 0);
   Outcome o = Run({"list", "set", list, "--journal-file", "/logs/bad|name.log"});
   EXPECT_EQ(o.status, 2);
-  EXPECT_NE(o.err.find(LoadResourceText(309)), std::string::npos);
+  EXPECT_NE(o.err.find(LoadResourceText(ids::kJournalNameNotValid)), std::string::npos);
   o = Run({"list", "set", list, "--error-file", "/x/"});
-  EXPECT_NE(o.err.find(LoadResourceText(310)), std::string::npos);
+  EXPECT_NE(o.err.find(LoadResourceText(ids::kErrorLogNameNotValid)), std::string::npos);
   EXPECT_EQ(Show(list)["log"]["JournalLogFileName"], "/logs/QXJOURNL.LOG");
 
   ASSERT_EQ(Run({"list", "set", list, "--journal", "off", "--journal-file", "bad|name"}).status, 0);

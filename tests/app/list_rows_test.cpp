@@ -6,10 +6,7 @@
 #include <filesystem>
 #include <vector>
 
-#include <nlohmann/json.hpp>
-
 #include "command_runner.h"
-#include "fakes/temp_folder.h"
 
 namespace sheafwork {
 namespace {
@@ -17,20 +14,14 @@ namespace {
 using testing::Outcome;
 using testing::TempFolder;
 
-class ListRowsTest : public ::testing::Test {
+class ListRowsTest : public testing::ListCommandTest {
  protected:
   ListRowsTest() {
-    env.defaultLogFolder = "/logs";
     list = folder.File("lot.qx3");
     for (const char* name : {"a.dxf", "b.dxf", "c.dxf"}) drawings.push_back(folder.Write(name, ""));
     EXPECT_EQ(Run({"list", "new", list, drawings[0], drawings[1], drawings[2]}).status, 0);
   }
-  Outcome Run(std::vector<std::string> args) { return testing::RunSheafwork(args, env); }
-  nlohmann::json Rows() {
-    const Outcome o = Run({"list", "show", "--json", list});
-    EXPECT_EQ(o.status, 0) << o.err;
-    return nlohmann::json::parse(o.out)["entries"];
-  }
+  nlohmann::json Rows() { return Show(list)["entries"]; }
   std::vector<std::string> Names() {
     std::vector<std::string> names;
     for (const auto& row : Rows()) {
@@ -39,8 +30,6 @@ class ListRowsTest : public ::testing::Test {
     return names;
   }
 
-  CommandEnvironment env;
-  TempFolder folder;
   std::string list;
   std::vector<std::string> drawings;
 };
@@ -158,11 +147,23 @@ TEST_F(ListRowsTest, UnknownCommandsNameTheClosest) {
     EXPECT_NE(o.err.find("commande inconnue"), std::string::npos) << o.err;
     EXPECT_NE(o.err.find(closest), std::string::npos) << o.err;
   }
+}
+
+// The desktop starts for no argument or one name of a list, never for a
+// command, a mistyped one or two names.
+TEST_F(ListRowsTest, OnlyNoArgumentOrOneListNameStartsTheDesktop) {
   const std::string existing = folder.Write("liste", "");
-  const char* desktop[][2] = {{"sheafwork", "lot.qx3"}, {"sheafwork", existing.c_str()}};
-  for (const auto& argv : desktop) EXPECT_TRUE(WantsDesktop(2, argv)) << argv[1];
-  const char* typo[] = {"sheafwork", "plto"};
-  EXPECT_FALSE(WantsDesktop(2, typo));
+  const std::pair<std::vector<std::string>, bool> cases[] = {
+      {{}, true},          {{"/srv/listes/lot.qx3"}, true}, {{existing}, true},
+      {{"plto"}, false},   {{"plot", "lot.qx3"}, false},    {{"check"}, false},
+      {{"--help"}, false}, {{"a.qx3", "b.qx3"}, false},
+  };
+  for (const auto& [args, desktop] : cases) {
+    std::vector<const char*> argv = {"sheafwork"};
+    for (const std::string& arg : args) argv.push_back(arg.c_str());
+    EXPECT_EQ(WantsDesktop(static_cast<int>(argv.size()), argv.data()), desktop)
+        << (args.empty() ? "(none)" : args[0]);
+  }
 }
 
 }  // namespace

@@ -8,10 +8,8 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json.hpp>
-
 #include "command_runner.h"
-#include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
@@ -20,13 +18,7 @@ namespace {
 
 using testing::TempFolder;
 
-class ListValuesTest : public ::testing::Test {
- protected:
-  ListValuesTest() { env.defaultLogFolder = "/logs"; }
-  testing::Outcome Run(std::vector<std::string> args) { return testing::RunSheafwork(args, env); }
-  CommandEnvironment env;
-  TempFolder folder;
-};
+using ListValuesTest = testing::ListCommandTest;
 
 TEST_F(ListValuesTest, RefusedValuesLeaveTheListAsItWas) {
   const std::string list = folder.File("v.qx3");
@@ -103,8 +95,7 @@ TEST_F(ListValuesTest, ShownTextsKeepQuestionMarksWithAWarning) {
 
 TEST_F(ListValuesTest, ListsThatAreNotFilesOrTooLongAreRefusedByName) {
   // A list that names more drawings than a list holds says the limit.
-  const std::string big =
-      folder.Write("big.qx3", "Orvane 2000 Sheafwork List File\r\n\"BATCH NUM FILES\",40000\r\n");
+  const std::string big = testing::TestData("app/too-many-rows.qx3");
   testing::Outcome o = Run({"list", "show", big});
   EXPECT_EQ(o.status, 2);
   EXPECT_NE(o.err.find(big + ": " + LoadResourceText(ids::kListTooManyEntries)), std::string::npos)

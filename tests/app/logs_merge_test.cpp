@@ -7,12 +7,8 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "command_runner.h"
-#include "fakes/fake_host.h"
-#include "fakes/temp_folder.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
@@ -21,21 +17,8 @@ namespace {
 
 using ::testing::HasSubstr;
 
-class LogsMergeTest : public ::testing::Test {
+class LogsMergeTest : public testing::HostCommandTest {
  protected:
-  LogsMergeTest() {
-    hosts.Register("essai", [this] { return host.App(); });
-    env.defaultLogFolder = (home.path() / "sheafwork").string();
-    env.dataFolder = home.path().string();
-    env.hosts = &hosts;
-    env.clock = [] { return LocalTime{2026, 11, 22, 23, 5, 9}; };
-    plan = host.AddDrawing("Plan.dwg").path;
-    host.Drawing(plan).AddLayout("Vue A");
-    list = home.File("lot.qx3");
-  }
-
-  testing::Outcome Run(std::vector<std::string> args) { return testing::RunSheafwork(args, env); }
-
   /// Five rows, the third of a layout the drawing lacks.
   void MakeList() {
     for (const char* layout : {"Vue A", "Vue A", "Vue Z", "Vue A", "Vue A"}) {
@@ -48,16 +31,8 @@ class LogsMergeTest : public ::testing::Test {
   }
 
   std::string Log(const std::string& name) const {
-    std::ifstream in(std::filesystem::path(env.defaultLogFolder) / name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    return testing::TempFolder::Read(env.defaultLogFolder + "/" + name);
   }
-
-  testing::FakeHost host;
-  testing::TempFolder home;
-  HostRegistry hosts;
-  CommandEnvironment env;
-  std::string plan;
-  std::string list;
 };
 
 TEST_F(LogsMergeTest, ThreeShardsMergedAreOneRunOverTheWholeList) {

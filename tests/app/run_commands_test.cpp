@@ -9,9 +9,7 @@
 #include <vector>
 
 #include "command_runner.h"
-#include "fakes/fake_host.h"
 #include "fakes/log_lines.h"
-#include "fakes/temp_folder.h"
 #include "host/error.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -36,22 +34,12 @@ class AllFonts : public FontFolders {
 
 using testing::Outcome;
 
-class RunCommandsTest : public ::testing::Test {
+class RunCommandsTest : public testing::HostCommandTest {
  protected:
   RunCommandsTest() {
-    hosts.Register("essai", [this] { return host.App(); });
-    env.defaultLogFolder = (home.path() / "sheafwork").string();
-    env.dataFolder = home.path().string();
-    env.hosts = &hosts;
     env.printers = &printers;
     env.fonts = &fonts;
-    env.clock = [] { return LocalTime{2026, 11, 22, 23, 5, 9}; };
-    plan = host.AddDrawing("Plan.dwg").path;
-    host.Drawing(plan).AddLayout("Vue A");
-    list = home.File("lot.qx3");
   }
-
-  Outcome Run(std::vector<std::string> args) { return testing::RunSheafwork(args, env); }
 
   /// A list with a row that plots and a row whose layout is missing.
   void MakeList(bool withFailingRow) {
@@ -62,17 +50,8 @@ class RunCommandsTest : public ::testing::Test {
     }
   }
 
-  std::string Journal() const { return env.defaultLogFolder + "/QXJOURNL.LOG"; }
-  std::string ErrorLog() const { return env.defaultLogFolder + "/QXERROR.LOG"; }
-
-  testing::FakeHost host;
-  TempFolder home;
-  HostRegistry hosts;
   NoPrinters printers;
   AllFonts fonts;
-  CommandEnvironment env;
-  std::string plan;
-  std::string list;
 };
 
 TEST_F(RunCommandsTest, PlotRunsEveryRowShowsProgressAndEndsTheHost) {

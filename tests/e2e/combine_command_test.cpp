@@ -3,61 +3,17 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "e2e/program.h"
 #include "embedded/pdf/pdf_reading.h"
-#include "fakes/cups_queue.h"
 
 namespace sheafwork::e2e {
 namespace {
 
-/// A grey image of one PDF page, as pdftoppm draws it.
-struct Greys {
-  int width = 0;
-  int height = 0;
-  std::string pixels;
-};
-
-Greys RenderPage(const std::string& pdf, int page, const testing::TempFolder& folder) {
-  const std::string stem = folder.File("page");
-  int status = 0;
-  const std::string said =
-      testing::RunCommand("pdftoppm -gray -r 10 -singlefile -f " + std::to_string(page) + " -l " +
-                              std::to_string(page) + " " + Quoted(pdf) + " " + Quoted(stem),
-                          status);
-  EXPECT_EQ(status, 0) << said;
-  const std::string bytes = testing::TempFolder::Read(stem + ".pgm");
-  Greys image;
-  int maxValue = 0;
-  int used = 0;
-  if (std::sscanf(bytes.c_str(), "P5 %d %d %d%n", &image.width, &image.height, &maxValue, &used) ==
-      3) {
-    image.pixels = bytes.substr(static_cast<std::size_t>(used) + 1);
-  }
-  return image;
-}
-
-// True when the two pages look alike: same size, and at most a few pixels
-// differing by more than a light grey.
-void ExpectSamePicture(const Greys& a, const Greys& b) {
-  ASSERT_EQ(a.width, b.width);
-  ASSERT_EQ(a.height, b.height);
-  ASSERT_EQ(a.pixels.size(), b.pixels.size());
-  ASSERT_FALSE(a.pixels.empty());
-  std::size_t differing = 0, inked = 0;
-  for (std::size_t i = 0; i < a.pixels.size(); ++i) {
-    const int pa = static_cast<unsigned char>(a.pixels[i]);
-    const int pb = static_cast<unsigned char>(b.pixels[i]);
-    if (std::abs(pa - pb) > 64) ++differing;
-    if (pa < 192) ++inked;
-  }
-  EXPECT_GT(inked, 20u) << "the page is blank";
-  EXPECT_LE(differing, a.pixels.size() / 200) << "of " << a.pixels.size() << " pixels";
-}
+namespace reading = embedded::pdf::testing;
 
 using CombineCommand = ExampleListTest;
 
@@ -76,15 +32,7 @@ TEST_F(CombineCommand, GathersEverySheetPlottedInPlotOrder) {
   EXPECT_NE(run.err.find("PDF combiné : " + combined + " (5 page(s))"), std::string::npos)
       << run.err;
 
-  const std::vector<std::pair<double, double>> sheets = {
-      {420, 297}, {841, 594}, {420, 297}, {420, 297}, {210, 297}};
-  const auto pages = testing::PdfPageSizes(combined);
-  ASSERT_EQ(pages.size(), sheets.size());
-  for (std::size_t i = 0; i < sheets.size(); ++i) {
-    SCOPED_TRACE("page " + std::to_string(i + 1));
-    EXPECT_NEAR(pages[i].first, Points(sheets[i].first), 1.5);
-    EXPECT_NEAR(pages[i].second, Points(sheets[i].second), 1.5);
-  }
+  ExpectPages(combined, {{420, 297}, {841, 594}, {420, 297}, {420, 297}, {210, 297}});
   // Each page is drawn as the sheet's own file, also after a change of size.
   const std::vector<std::pair<int, std::string>> same = {
       {1, Out("rdc-a3.pdf")},
@@ -93,12 +41,12 @@ TEST_F(CombineCommand, GathersEverySheetPlottedInPlotOrder) {
   };
   for (const auto& [page, single] : same) {
     SCOPED_TRACE("page " + std::to_string(page) + " against " + single);
-    ExpectSamePicture(RenderPage(combined, page, folder_), RenderPage(single, 1, folder_));
+    reading::ExpectSamePicture(reading::RasterisePage(combined, page, 10, folder_.File("tout")),
+                               reading::RasterisePage(single, 1, 10, folder_.File("seule")));
   }
 
   // The outline: each drawing where its first sheet is, its sheets under it
   // by layout, the drawing's rows apart in the list or not.
-  namespace reading = embedded::pdf::testing;
   std::string error;
   const std::vector<reading::OutlineEntry> outline =
       reading::ReadOutline(reading::ReadStructure(combined), error);

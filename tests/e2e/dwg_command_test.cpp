@@ -21,9 +21,7 @@ struct DwgRow {
   const char* layout;
   int sheets;  ///< PDF files the row gives; 0: the row fails
   /// The drawing's name in tests/data/dwg/samples, without extension.
-  std::string Name() const {
-    return sheets == 0 ? release : std::string("example_") + release;
-  }
+  std::string Name() const { return sheets == 0 ? release : std::string("example_") + release; }
 };
 
 // R14 to 2018 with every paper layout (the R14 drawing converts with two,
@@ -31,14 +29,10 @@ struct DwgRow {
 // the converter cannot read, on its own layout so that the counting pass
 // does not open it.
 constexpr DwgRow kRows[] = {
-    {"r14", "Toutes les présentations", 2},
-    {"2000", "Toutes les présentations", 2},
-    {"2004", "Toutes les présentations", 2},
-    {"truncated", "Layout1", 0},
-    {"2007", "Toutes les présentations", 2},
-    {"2010", "Toutes les présentations", 2},
-    {"2013", "Toutes les présentations", 2},
-    {"2018", "Toutes les présentations", 2},
+    {"r14", "Toutes les présentations", 2},  {"2000", "Toutes les présentations", 2},
+    {"2004", "Toutes les présentations", 2}, {"truncated", "Layout1", 0},
+    {"2007", "Toutes les présentations", 2}, {"2010", "Toutes les présentations", 2},
+    {"2013", "Toutes les présentations", 2}, {"2018", "Toutes les présentations", 2},
 };
 
 TEST_F(ExampleListTest, PlotsEveryLayoutOfDwgDrawingsOfEachRelease) {
@@ -59,15 +53,7 @@ TEST_F(ExampleListTest, PlotsEveryLayoutOfDwgDrawingsOfEachRelease) {
   // The run's own temporary folder, to see that it leaves nothing there.
   const std::string temporary = folder_.File("tmp");
   fs::create_directories(temporary);
-  const char* before = std::getenv("TMPDIR");
-  const std::string saved = before != nullptr ? before : "";
-  setenv("TMPDIR", temporary.c_str(), 1);
-  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
-  if (before != nullptr) {
-    setenv("TMPDIR", saved.c_str(), 1);
-  } else {
-    unsetenv("TMPDIR");
-  }
+  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_, "TMPDIR=" + Quoted(temporary));
   EXPECT_EQ(run.status, 1) << run.err;  // the truncated drawing's row
   // The converter's reason names the drawing on stderr.
   EXPECT_NE(run.err.find("LibreDWG ne sait pas lire ce dessin"), std::string::npos) << run.err;

@@ -6,6 +6,8 @@
 
 #include <sys/wait.h>
 
+#include "fakes/cups_queue.h"
+
 namespace sheafwork::e2e {
 
 namespace fs = std::filesystem;
@@ -22,18 +24,19 @@ std::string Quoted(const std::string& text) {
   return quoted + "'";
 }
 
-ProgramRun Sheafwork(const std::string& args, const testing::TempFolder& folder) {
-  return RunProgram(SHEAFWORK_EXE, args, folder);
+ProgramRun Sheafwork(const std::string& args, const testing::TempFolder& folder,
+                     const std::string& env) {
+  return RunProgram(SHEAFWORK_EXE, args, folder, env);
 }
 
 ProgramRun RunProgram(const std::string& exe, const std::string& args,
-                      const testing::TempFolder& folder) {
+                      const testing::TempFolder& folder, const std::string& env) {
   const std::string out = folder.File("stdout.txt");
   const std::string err = folder.File("stderr.txt");
-  const std::string command =
-      "env -u DISPLAY -u WAYLAND_DISPLAY -u SHEAFWORK_DWG_CONVERTER XDG_DATA_HOME=" +
-      Quoted(folder.File("xdg")) + " " + Quoted(exe) + " " + args + " </dev/null >" + Quoted(out) +
-      " 2>" + Quoted(err);
+  const std::string command = "env -u DISPLAY -u WAYLAND_DISPLAY -u SHEAFWORK_DWG_CONVERTER " +
+                              env + " XDG_DATA_HOME=" + Quoted(folder.File("xdg")) + " " +
+                              Quoted(exe) + " " + args + " </dev/null >" + Quoted(out) + " 2>" +
+                              Quoted(err);
   ProgramRun run;
   const int raw = std::system(command.c_str());
   run.status = raw != -1 && WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
@@ -64,6 +67,17 @@ std::vector<std::string> Lines(const std::string& text) {
     start = end + 1;
   }
   return lines;
+}
+
+void ExpectPages(const std::string& file, const std::vector<SheetSize>& sheets) {
+  SCOPED_TRACE(file);
+  const auto pages = testing::PdfPageSizes(file);
+  ASSERT_EQ(pages.size(), sheets.size());
+  for (std::size_t i = 0; i < sheets.size(); ++i) {
+    SCOPED_TRACE("page " + std::to_string(i + 1));
+    EXPECT_NEAR(pages[i].first, Points(sheets[i].first), 1.5);
+    EXPECT_NEAR(pages[i].second, Points(sheets[i].second), 1.5);
+  }
 }
 
 std::string PlotOutput(const std::string& stem) {

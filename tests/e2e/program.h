@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "fakes/temp_folder.h"
@@ -19,11 +20,12 @@ struct ProgramRun {
 
 /// Runs `sheafwork` with `args` (words already quoted for the shell) in a
 /// setting like a server's: no display, no input, the per-user data folder
-/// inside `folder`.
-ProgramRun Sheafwork(const std::string& args, const testing::TempFolder& folder);
+/// inside `folder`; `env` adds words for env(1) ("TMPDIR=/x", "-u NAME").
+ProgramRun Sheafwork(const std::string& args, const testing::TempFolder& folder,
+                     const std::string& env = "");
 /// The same with the program at `exe` (a copy of the built one).
 ProgramRun RunProgram(const std::string& exe, const std::string& args,
-                      const testing::TempFolder& folder);
+                      const testing::TempFolder& folder, const std::string& env = "");
 
 /// `text` quoted for the shell.
 std::string Quoted(const std::string& text);
@@ -37,6 +39,12 @@ std::vector<std::string> Lines(const std::string& text);
 
 /// Millimetres in PDF points.
 inline double Points(double mm) { return mm / 25.4 * 72; }
+
+/// A sheet's width and height in millimetres.
+using SheetSize = std::pair<double, double>;
+
+/// Expects the PDF file `file` to have one page of each size, in order.
+void ExpectPages(const std::string& file, const std::vector<SheetSize>& sheets);
 
 /// The file a plot to `stem` produced: `stem` itself or `stem` with ".pdf"
 /// added; empty when neither exists.

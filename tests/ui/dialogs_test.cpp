@@ -49,6 +49,14 @@ LogSettings SomeSettings() {
   return log;
 }
 
+// The logging dialog over SomeSettings(), the settings it was given kept.
+struct LoggingDialogOver {
+  LogSettings log = SomeSettings();
+  const LogSettings before = log;
+  ScriptedPrompt prompt;
+  ui::LoggingDialog dialog{log, prompt, nullptr};
+};
+
 }  // namespace
 
 class DialogsTest : public QObject {
@@ -119,10 +127,8 @@ class DialogsTest : public QObject {
     QFETCH(QString, comment);
     QFETCH(int, field);
     QFETCH(int, reason);
-    LogSettings log = SomeSettings();
-    const LogSettings before = log;
-    ScriptedPrompt prompt;
-    ui::LoggingDialog dialog(log, prompt, nullptr);
+    LoggingDialogOver over;
+    auto& [log, before, prompt, dialog] = over;
     Child<QCheckBox>(dialog, "chkJournalEnable")->setChecked(true);
     SetText(dialog, "txtJournalFilename", ui::S(name));
     SetText(dialog, "txtJournalHeader", ui::S(header));
@@ -167,10 +173,8 @@ class DialogsTest : public QObject {
     QFETCH(bool, errorOn);
     QFETCH(QString, errorName);
     QFETCH(int, message);
-    LogSettings log = SomeSettings();
-    const LogSettings before = log;
-    ScriptedPrompt prompt;
-    ui::LoggingDialog dialog(log, prompt, nullptr);
+    LoggingDialogOver over;
+    auto& [log, before, prompt, dialog] = over;
     Child<QCheckBox>(dialog, "chkJournalEnable")->setChecked(journalOn);
     Child<QCheckBox>(dialog, "chkErrorEnable")->setChecked(errorOn);
     SetText(dialog, "txtJournalFilename", ui::S(journalName));

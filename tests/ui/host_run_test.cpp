@@ -7,7 +7,6 @@
 #include <QtTest>
 #include <filesystem>
 
-#include "app/command_line.h"
 #include "batch/list_row.h"
 #include "embedded/automation/embedded_host.h"
 #include "host/startup.h"
@@ -63,27 +62,6 @@ class HostRunTest : public QObject {
     progress.Finish();
     QVERIFY(!progress.Dialog());
     QVERIFY(!progress.Cancelled());
-  }
-
-  void entryPointChoosesTheDesktop_data() {
-    QTest::addColumn<QStringList>("args");
-    QTest::addColumn<bool>("desktop");
-    QTest::newRow("no argument") << QStringList{} << true;
-    QTest::newRow("a list file") << QStringList{"/srv/listes/lot.qx3"} << true;
-    QTest::newRow("a command") << QStringList{"plot", "lot.qx3"} << false;
-    QTest::newRow("a command alone") << QStringList{"check"} << false;
-    QTest::newRow("help") << QStringList{"--help"} << false;
-    QTest::newRow("two names") << QStringList{"a.qx3", "b.qx3"} << false;
-  }
-
-  void entryPointChoosesTheDesktop() {
-    QFETCH(QStringList, args);
-    QFETCH(bool, desktop);
-    std::vector<std::string> texts{"sheafwork"};
-    for (const QString& arg : args) texts.push_back(arg.toStdString());
-    std::vector<const char*> argv;
-    for (const std::string& text : texts) argv.push_back(text.c_str());
-    QCOMPARE(WantsDesktop(static_cast<int>(argv.size()), argv.data()), desktop);
   }
 
   // A plot run through the progress dialog. A failed row says why: its

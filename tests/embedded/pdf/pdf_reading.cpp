@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <span>
@@ -235,6 +236,38 @@ void ExpectPopplerRenders(const std::string& path, const std::string& args,
   const std::string out = Poppler("pdftoppm", args + " '" + path + "' '" + stem + "'", status);
   EXPECT_EQ(status, 0) << out;
   EXPECT_FALSE(PopplerComplains(out)) << out;
+}
+
+GreyPage RasterisePage(const std::string& path, int page, int dpi, const std::string& stem) {
+  const std::string p = std::to_string(page);
+  ExpectPopplerRenders(
+      path, "-gray -singlefile -r " + std::to_string(dpi) + " -f " + p + " -l " + p, stem);
+  const std::string bytes = sheafwork::testing::TempFolder::Read(stem + ".pgm");
+  GreyPage image;
+  int maxValue = 0;
+  int used = 0;
+  if (std::sscanf(bytes.c_str(), "P5 %d %d %d%n", &image.width, &image.height, &maxValue, &used) ==
+      3) {
+    image.pixels = bytes.substr(static_cast<std::size_t>(used) + 1);
+  }
+  EXPECT_EQ(image.pixels.size(), static_cast<std::size_t>(image.width) * image.height) << path;
+  return image;
+}
+
+void ExpectSamePicture(const GreyPage& a, const GreyPage& b) {
+  ASSERT_EQ(a.width, b.width);
+  ASSERT_EQ(a.height, b.height);
+  ASSERT_EQ(a.pixels.size(), b.pixels.size());
+  ASSERT_FALSE(a.pixels.empty());
+  std::size_t differing = 0, inked = 0;
+  for (std::size_t i = 0; i < a.pixels.size(); ++i) {
+    const int pa = static_cast<unsigned char>(a.pixels[i]);
+    const int pb = static_cast<unsigned char>(b.pixels[i]);
+    if (std::abs(pa - pb) > 64) ++differing;
+    if (pa < 192) ++inked;
+  }
+  EXPECT_GT(inked, 20u) << "the page is blank";
+  EXPECT_LE(differing, a.pixels.size() / 200) << "of " << a.pixels.size() << " pixels";
 }
 
 }  // namespace sheafwork::embedded::pdf::testing

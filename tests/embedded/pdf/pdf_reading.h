@@ -57,4 +57,19 @@ bool PopplerComplains(const std::string& output);
 void ExpectPopplerRenders(const std::string& path, const std::string& args,
                           const std::string& stem);
 
+/// A page in greys, one byte a pixel, rows from the top.
+struct GreyPage {
+  int width = 0;
+  int height = 0;
+  std::string pixels;
+};
+
+/// Page `page` (from 1) of `path` as pdftoppm draws it in greys at `dpi`,
+/// through the file `stem`.pgm; empty, failing the test, when it cannot.
+GreyPage RasterisePage(const std::string& path, int page, int dpi, const std::string& stem);
+
+/// Fails the test unless the two pages look alike: the same size, something
+/// drawn, and at most one pixel in 200 differing by more than a light grey.
+void ExpectSamePicture(const GreyPage& a, const GreyPage& b);
+
 }  // namespace sheafwork::embedded::pdf::testing
