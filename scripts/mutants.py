@@ -18,8 +18,9 @@ from that file and find each line by its text, so scores taken before and
 after a change of the tests are over the same mutants even when the sources
 moved on; a mutant whose line is no longer there is "gone" and not counted.
 The results go to out/mutants/results.tsv (one line per mutant, kept between
-runs: a run resumes where the last one stopped) and the score to standard
-output.
+runs: a run resumes where the last one stopped, with the tests that failed
+on each mutant) and the score to standard output; --needed lists the tests
+that alone kill some mutant.
 """
 
 import argparse
@@ -29,6 +30,7 @@ import random
 import re
 import subprocess
 import sys
+import tempfile
 import time
 from pathlib import Path
 
@@ -221,14 +223,28 @@ def run(command, timeout=None):
         return "timeout"
 
 
-def run_tests(binary, timeout=None):
+def run_tests(binary, timeout=None, failed=None):
     """Runs a test binary in a process namespace and session of its own: a
     mutant that turns kill(pid) into kill(0) or kill(-1) must not reach
-    anything outside it."""
+    anything outside it. The names of the tests that failed go to `failed`
+    ("(crash)" when the binary ended before writing them)."""
     sandbox = ["setsid", "--wait"]
     if os.geteuid() == 0:  # a process namespace needs root
         sandbox = ["unshare", "--pid", "--fork", "--kill-child"] + sandbox
-    return run(sandbox + [str(binary), "--gtest_brief=1"], timeout)
+    with tempfile.TemporaryDirectory() as scratch:
+        report = Path(scratch) / "report.json"
+        status = run(sandbox + [str(binary), "--gtest_brief=1", f"--gtest_output=json:{report}"],
+                     timeout)
+        if failed is not None and status not in (0, "timeout"):
+            try:
+                suites = json.loads(report.read_text(encoding="utf-8"))["testsuites"]
+                failed += [f"{suite['name']}.{test['name']}" for suite in suites
+                           for test in suite["testsuite"] if test.get("failures")]
+            except (OSError, ValueError, KeyError):
+                failed.append("(crash)")
+        if failed is not None and status == "timeout":
+            failed.append("(timeout)")
+    return status
 
 
 def main():
@@ -241,6 +257,8 @@ def main():
     parser.add_argument("--area", action="append", default=[],
                         help="test only the mutants of this area (repeatable): "
                              + ", ".join(a[0] for a in AREAS))
+    parser.add_argument("--needed", action="store_true",
+                        help="print the tests that alone kill a mutant of the results, and stop")
     parser.add_argument("--build-dir", default="build-mutants")
     parser.add_argument("--results", default="out/mutants/results.tsv")
     args = parser.parse_args()
@@ -265,6 +283,17 @@ def main():
         for line in results_path.read_text(encoding="utf-8").splitlines():
             fields = line.split("\t")
             done[fields[1]] = fields
+    if args.needed:
+        # A test that alone kills a mutant is needed; the others may go as
+        # far as the mutants are concerned (coverage has its say too).
+        needed = {}
+        for fields in done.values():
+            killers = [k for k in (fields[4].split(",") if len(fields) > 4 else []) if k]
+            if fields[2] == "killed" and len(killers) == 1:
+                needed.setdefault(killers[0], []).append(fields[1])
+        for test in sorted(needed):
+            print(f"{test}\t{' '.join(needed[test])}")
+        return 0
     build = ROOT / args.build_dir
     if not (build / "build.ninja").exists():
         subprocess.run(["cmake", "-S", ".", "-B", str(build), "-G", "Ninja",
@@ -286,6 +315,7 @@ def main():
                 if run_tests(build / binary) != 0:
                     sys.exit(f"mutants: {target} fails unmutated")
                 baseline[target] = time.monotonic() - start
+            killers = []
             applied = apply(m)
             if applied is None:
                 verdict = "gone"
@@ -295,11 +325,12 @@ def main():
                     if run(["ninja", "-C", str(build), target]) != 0:
                         verdict = "stillborn"
                     else:
-                        status = run_tests(build / binary, max(60, 10 * baseline[target]))
+                        status = run_tests(build / binary, max(60, 10 * baseline[target]),
+                                           killers)
                         verdict = "survived" if status == 0 else "killed"
                 finally:
                     path.write_text(original, encoding="utf-8")
-            fields = [m[0], key(m), verdict, f"{m[5]!r} -> {m[6]!r}"]
+            fields = [m[0], key(m), verdict, f"{m[5]!r} -> {m[6]!r}", ",".join(killers)]
             results.write("\t".join(fields) + "\n")
             results.flush()
             done[key(m)] = fields
