@@ -4,6 +4,8 @@
 
 #include <fstream>
 #include <iterator>
+#include <string>
+#include <vector>
 
 namespace sheafwork::testing {
 
@@ -24,6 +26,57 @@ std::string ReadTestData(std::string_view relative) {
     return {};
   }
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+}  // namespace sheafwork::testing
+
+namespace sheafwork::testing {
+
+namespace {
+
+std::string Unescaped(std::string_view field) {
+  if (field == "\"\"") return {};
+  std::string out;
+  for (std::size_t i = 0; i < field.size(); ++i) {
+    if (field[i] != '\\' || i + 1 == field.size()) {
+      out += field[i];
+      continue;
+    }
+    const char c = field[++i];
+    if (c == 'x' && i + 2 < field.size()) {
+      out += static_cast<char>(std::stoi(std::string(field.substr(i + 1, 2)), nullptr, 16));
+      i += 2;
+    } else {
+      out += c == 't' ? '\t' : c == 'r' ? '\r' : c == 'n' ? '\n' : c;
+    }
+  }
+  return out;
+}
+
+}  // namespace
+
+std::vector<TableRow> ReadTestTable(std::string_view relative) {
+  const std::string text = ReadTestData(relative);
+  std::vector<TableRow> rows;
+  std::size_t start = 0;
+  for (int line = 1; start < text.size(); ++line) {
+    std::size_t end = text.find('\n', start);
+    if (end == std::string::npos) end = text.size();
+    std::string_view row(text.data() + start, end - start);
+    start = end + 1;
+    if (row.ends_with('\r')) row.remove_suffix(1);
+    if (row.empty() || row == "#" || row.starts_with("# ")) continue;
+    TableRow& out = rows.emplace_back();
+    out.where = std::string(relative) + ":" + std::to_string(line);
+    for (std::size_t from = 0;;) {
+      const std::size_t tab = row.find('\t', from);
+      out.fields.push_back(Unescaped(row.substr(from, tab - from)));
+      if (tab == std::string_view::npos) break;
+      from = tab + 1;
+    }
+  }
+  if (rows.empty()) ADD_FAILURE() << "no cases in " << relative;
+  return rows;
 }
 
 }  // namespace sheafwork::testing
