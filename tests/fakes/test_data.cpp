@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -28,27 +29,21 @@ std::string ReadTestData(std::string_view relative) {
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
-}  // namespace sheafwork::testing
-
-namespace sheafwork::testing {
-
 namespace {
 
 std::string Unescaped(std::string_view field) {
   if (field == "\"\"") return {};
   std::string out;
   for (std::size_t i = 0; i < field.size(); ++i) {
-    if (field[i] != '\\' || i + 1 == field.size()) {
+    const bool escape = field.substr(i, 2) == "\\x" && i + 3 < field.size() &&
+                        std::isxdigit(static_cast<unsigned char>(field[i + 2])) &&
+                        std::isxdigit(static_cast<unsigned char>(field[i + 3]));
+    if (!escape) {
       out += field[i];
       continue;
     }
-    const char c = field[++i];
-    if (c == 'x' && i + 2 < field.size()) {
-      out += static_cast<char>(std::stoi(std::string(field.substr(i + 1, 2)), nullptr, 16));
-      i += 2;
-    } else {
-      out += c == 't' ? '\t' : c == 'r' ? '\r' : c == 'n' ? '\n' : c;
-    }
+    out += static_cast<char>(std::stoi(std::string(field.substr(i + 2, 2)), nullptr, 16));
+    i += 3;
   }
   return out;
 }

@@ -26,8 +26,8 @@ struct TableRow {
 /// The rows of the table tests/data/`relative`: one case a line, fields
 /// separated by tabs; blank lines and comments (lines starting with "# ")
 /// are skipped.
-/// In a field \t, \r, \n, \\ and \xHH stand for those bytes, and "" alone
-/// for the empty text.
+/// In a field \xHH (two hex digits) stands for that byte, and "" alone for
+/// the empty text; nothing else is escaped.
 std::vector<TableRow> ReadTestTable(std::string_view relative);
 
 }  // namespace sheafwork::testing

@@ -4,6 +4,7 @@
 #include <tuple>
 
 #include "fakes/native_path.h"
+#include "fakes/test_data.h"
 #include "plot_run_fixture.h"
 #include "plotcfg/plot_style_check.h"
 #include "res/string_ids.h"
@@ -223,12 +224,9 @@ TEST(FormatElapsedTimeTest, KeepsTheJournalsArithmetic) {
   auto at = [](int seconds) {
     return LocalTime{2026, 1, 1, seconds / 3600, seconds / 60 % 60, seconds % 60};
   };
-  const std::pair<int, const char*> cases[] = {
-      {9, "00:00:09"},    {75, "00:01:15"},     {600, "00:10:00"},
-      {3700, "01:61:39"}, {36000, "10:599:50"}, {0, "00:00:00"},
-  };
-  for (const auto& [seconds, text] : cases) {
-    EXPECT_EQ(FormatElapsedTime(at(3600), at(3600 + seconds)), text) << seconds;
+  for (const auto& row : testing::ReadTestTable("plotrun/elapsed_times.tsv")) {
+    SCOPED_TRACE(row.where);
+    EXPECT_EQ(FormatElapsedTime(at(3600), at(3600 + std::stoi(row[0]))), row[1]);
   }
   // Across midnight the difference is negative and is written as it comes.
   EXPECT_EQ(FormatElapsedTime(at(86399), at(0)), "0-23:0-1439:0-36");
