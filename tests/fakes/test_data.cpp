@@ -50,6 +50,18 @@ std::string Unescaped(std::string_view field) {
 
 }  // namespace
 
+std::vector<std::string> TableRow::List(std::size_t i, std::string_view separator) const {
+  std::vector<std::string> items;
+  const std::string& field = fields.at(i);
+  if (field == "-") return items;
+  for (std::size_t from = 0;;) {
+    const std::size_t end = field.find(separator, from);
+    items.push_back(field.substr(from, end - from));
+    if (end == std::string::npos) return items;
+    from = end + separator.size();
+  }
+}
+
 std::vector<TableRow> ReadTestTable(std::string_view relative) {
   const std::string text = ReadTestData(relative);
   std::vector<TableRow> rows;

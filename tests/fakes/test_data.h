@@ -21,6 +21,8 @@ struct TableRow {
   std::vector<std::string> fields;
   /// Field `i`; throws std::out_of_range (failing the test) when missing.
   const std::string& operator[](std::size_t i) const { return fields.at(i); }
+  /// Field `i` cut at each `separator`; "-" is the empty list.
+  std::vector<std::string> List(std::size_t i, std::string_view separator = " ") const;
 };
 
 /// The rows of the table tests/data/`relative`: one case a line, fields
