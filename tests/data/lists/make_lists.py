@@ -27,8 +27,8 @@ LISTS = {
     # A size the host may refuse, then one without a comma.
     "win_size_odd.qx3": MAGIC + b'"BATCH WIN SIZE","1,2"\r\n'
     b'"BATCH WIN SIZE","1280"\r\n"DWG#1FILENAME","/a.dwg"\r\n',
-    # Read from the command line at start-up.
-    "one_row.qx3": MAGIC + b'"BATCH NUM FILES",1\r\n"DWG#1FILENAME","/plans/a.dwg"\r\n',
+    # Read from the command line at start-up (the extension in capitals).
+    "one_row.QX3": MAGIC + b'"BATCH NUM FILES",1\r\n"DWG#1FILENAME","/plans/a.dwg"\r\n',
     # Right magic, not a list file name: the command line refuses it.
     "magic_only.txt": MAGIC,
 }
