@@ -27,13 +27,14 @@ class PlotLayoutTest : public PlotRunTest {
     drawing.views = {"Façade"};
     plan = drawing.path;
     entry = Row(plan, "Vue A");
-    ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, false));
-    errorLog.WriteLogLine("errors");
     ASSERT_TRUE(hostSession.OpenDrawing(plan).ok);
     host.ClearCalls();
   }
 
+  // Plots `layout` with a fresh error log.
   bool Plot(const std::string& layout, std::string* elapsed = nullptr) {
+    EXPECT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, false));
+    errorLog.WriteLogLine("errors");
     PlotSetupRecord record;
     LayoutPlotContext context{hostSession,
                               errorLog,
@@ -107,8 +108,6 @@ TEST_F(PlotLayoutTest, AFailedStepStopsTheRestWithItsMessages) {
   };
   for (const Case& c : cases) {
     host.ClearCalls();
-    ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, false));
-    errorLog.WriteLogLine("errors");
     const bool refused = std::string_view(c.failOn) == "refused";
     host.SetPlotResult(!refused);
     if (*c.failOn && !refused) host.FailOn(c.failOn);
@@ -145,24 +144,18 @@ TEST_F(PlotLayoutTest, AMissingPlotStyleTableIsAWarningInTheErrorLog) {
   auto& layout = host.LastOpened(plan)->data.layouts.at(1).settings;
   for (const Case& c : cases) {
     SCOPED_TRACE(c.table);
-    ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, false));
-    errorLog.WriteLogLine("errors");
     layout.plotWithPlotStyles = c.withStyles;
     layout.styleSheet = c.table;
     EXPECT_TRUE(Plot("Vue A"));
     EXPECT_EQ(Errors(), c.warned ? std::vector<std::string>{warning} : std::vector<std::string>{});
   }
   // A row for the current tab: the layout by its own name.
-  ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, false));
-  errorLog.WriteLogLine("errors");
   layout.plotWithPlotStyles = true;
   layout.styleSheet = "absente.ctb";
   EXPECT_TRUE(Plot(Text(ids::kLayoutCurrentTab)));
   EXPECT_EQ(Errors(), std::vector<std::string>{warning});
   // The host failing to list its tables costs the warning, not the plot.
   host.FailOn("GetPlotStyleTableNames");
-  ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, false));
-  errorLog.WriteLogLine("errors");
   layout.styleSheet = "absente.ctb";
   EXPECT_TRUE(Plot("Vue A"));
   EXPECT_THAT(Errors(), IsEmpty());
@@ -200,7 +193,6 @@ TEST_F(PlotLayoutTest, TheRowsDeviceAndPlotFileChooseThePlotCall) {
   };
   for (const auto& [device, file, call] : cases) {
     host.ClearCalls();
-    ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, true));
     entry.PlotDevice = device;
     entry.PlotFile = file;
     EXPECT_TRUE(Plot("Vue A")) << device;
