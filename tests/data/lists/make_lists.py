@@ -29,6 +29,10 @@ LISTS = {
     b'"BATCH WIN SIZE","1280"\r\n"DWG#1FILENAME","/a.dwg"\r\n',
     # Read from the command line at start-up (the extension in capitals).
     "one_row.QX3": MAGIC + b'"BATCH NUM FILES",1\r\n"DWG#1FILENAME","/plans/a.dwg"\r\n',
+    # Not a list file at all.
+    "not_a_list.qx3": b"hello\r\n",
+    # The magic in lower case and LF, then a line that is not a key and a value.
+    "malformed.qx3": b"orvane 2000 sheafwork list file\nx\n",
     # Right magic, not a list file name: the command line refuses it.
     "magic_only.txt": MAGIC,
 }
