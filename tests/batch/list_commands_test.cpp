@@ -8,6 +8,7 @@
 #include "fakes/native_path.h"
 #include "fakes/scripted_prompt.h"
 #include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
@@ -64,14 +65,13 @@ TEST_F(ListCommandsTest, OpeningReplacesTheListAndSetsTheCaption) {
 }
 
 TEST_F(ListCommandsTest, BadFilesShowTheirMessages) {
-  EXPECT_FALSE(LoadListFile(session, prompt, folder.Write("bad.qx3", "hello\r\n")));
+  EXPECT_FALSE(LoadListFile(session, prompt, testing::TestData("lists/not_a_list.qx3")));
   EXPECT_EQ(OnlyMessage().text, LoadResourceText(91));
   EXPECT_EQ(OnlyMessage().icon, PromptIcon::Question);
   EXPECT_EQ(session.List.Entry(1).FileName, "/a/1.dwg");
 
   prompt.messages.clear();
-  EXPECT_FALSE(
-      LoadListFile(session, prompt, folder.Write("m.qx3", "orvane 2000 sheafwork list file\nx\n")));
+  EXPECT_FALSE(LoadListFile(session, prompt, testing::TestData("lists/malformed.qx3")));
   EXPECT_EQ(OnlyMessage().text, LoadResourceText(92));
   EXPECT_EQ(OnlyMessage().icon, PromptIcon::Critical);
   EXPECT_EQ(OnlyMessage().title, LoadResourceText(88));

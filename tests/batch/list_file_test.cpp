@@ -7,6 +7,7 @@
 #include "batch/list_file.h"
 #include "batch/session.h"
 #include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
@@ -14,6 +15,7 @@ namespace sheafwork {
 namespace {
 
 using testing::TempFolder;
+using testing::TestData;
 
 constexpr const char* kMagic = "Orvane 2000 Sheafwork List File\r\n";
 
@@ -60,17 +62,7 @@ TEST_F(ListFileTest, ReadsBackWhatItWrote) {
 TEST_F(ListFileTest, ReadsTolerantly) {
   Session s("/logs");
   s.Log.JournalLogOn = false;
-  // Old magic in any case; LF, CR and CR LF; keys in any case and order;
-  // unknown keys; blank lines; entry lines before the count; Windows-1252.
-  ASSERT_TRUE(Read(s,
-                   "orvane r15 sheafwork list file\n"
-                   "\"dwg#12layout\",\"Pr\xE9sentation \x80\"\r"
-                   "\"SOMETHING NEW\",\"ignored\"\r\n\r\n"
-                   "\"batch error log on?\",#FALSE#\r\n"
-                   "\"DWG#2FileName\",\"/p/b.dwg\"\n"
-                   "\"DWG#0LAYOUT\",\"no entry zero\"\n"
-                   "\"DWG#LAYOUT\",\"no number\"\n")
-                  .ok());
+  ASSERT_TRUE(ReadListFile(s, TestData("lists/tolerant.qx3"), false).ok());
   EXPECT_EQ(s.List.EntryCount(), 12);
   EXPECT_EQ(s.List.Entry(12).Layout, "Présentation €");
   EXPECT_EQ(s.List.Entry(2).FileName, "/p/b.dwg");
@@ -79,7 +71,7 @@ TEST_F(ListFileTest, ReadsTolerantly) {
   EXPECT_TRUE(s.Log.JournalLogOn);  // reset to the default before reading
 
   // A file saved as UTF-8, with a byte-order mark, keeps its accents.
-  ASSERT_TRUE(Read(s, "\xEF\xBB\xBF" + std::string(kMagic) + "\"DWG#1LAYOUT\",\"Été\"\r\n").ok());
+  ASSERT_TRUE(ReadListFile(s, TestData("lists/utf8_bom.qx3"), false).ok());
   EXPECT_EQ(s.List.Entry(1).Layout, "Été");
 }
 
@@ -88,15 +80,7 @@ TEST_F(ListFileTest, AppendingAddsBehindTheCurrentEntriesAndKeepsTheSettings) {
   for (const char* name : {"/a/1.dwg", "/a/2.dwg", "/a/3.dwg"}) s.List.Append().FileName = name;
   s.ListName = "/lists/current.qx3";
   s.Log.JournalHeader = "mine";
-  ASSERT_TRUE(Read(s,
-                   std::string(kMagic) + "\"DWG#1FILENAME\",\"/b/1.dwg\"\r\n"  // before the count
-                                         "\"BATCH FILE NAME\",\"/lists/other.qx3\"\r\n"
-                                         "\"BATCH JOURNAL HEADER\",\"theirs\"\r\n"
-                                         "\"BATCH NUM FILES\",2\r\n"
-                                         "\"BATCH WIN SIZE\",\"640,480\"\r\n"
-                                         "\"DWG#2FILENAME\",\"/b/2.dwg\"\r\n",
-                   true)
-                  .ok());
+  ASSERT_TRUE(ReadListFile(s, TestData("lists/append.qx3"), true).ok());
   ASSERT_EQ(s.List.EntryCount(), 5);
   EXPECT_EQ(s.List.Entry(3).FileName, "/a/3.dwg");
   EXPECT_EQ(s.List.Entry(4).FileName, "/b/1.dwg");
@@ -117,22 +101,15 @@ TEST_F(ListFileTest, RefusesAWrongFirstLineWithoutChangingAnything) {
 }
 
 TEST_F(ListFileTest, StopsAtAMalformedLineKeepingWhatCameBefore) {
-  // A line naming more entries than a list holds says so.
-  const std::pair<const char*, ListFileStatus> cases[] = {
-      {"\"NO VALUE\"", ListFileStatus::Malformed},
-      {"\"BATCH JOURNAL LOG ON?\",\"perhaps\"", ListFileStatus::Malformed},
-      {"\"DWG#1SCALELW\",\"x\"", ListFileStatus::Malformed},
-      {"\"BATCH NUM FILES\",-1", ListFileStatus::Malformed},
-      {"\"DWG#40000LAYOUT\",\"x\"", ListFileStatus::TooManyEntries},
-      {"\"BATCH NUM FILES\",32768", ListFileStatus::TooManyEntries},
-  };
-  for (const auto& [bad, status] : cases) {
+  for (const auto& row : testing::ReadTestTable("lists/bad_lines.tsv")) {
+    SCOPED_TRACE(row.where);
     Session s("/logs");
-    const auto result = Read(s, std::string(kMagic) + "\"DWG#1FILENAME\",\"/a.dwg\"\r\n" + bad +
+    const auto result = Read(s, std::string(kMagic) + "\"DWG#1FILENAME\",\"/a.dwg\"\r\n" + row[0] +
                                     "\r\n\"DWG#2FILENAME\",\"/b.dwg\"\r\n");
-    EXPECT_EQ(result.status, status) << bad;
-    EXPECT_EQ(result.line, 3) << bad;
-    ASSERT_EQ(s.List.EntryCount(), 1) << bad;
+    EXPECT_EQ(result.status,
+              row[1] == "malformed" ? ListFileStatus::Malformed : ListFileStatus::TooManyEntries);
+    EXPECT_EQ(result.line, 3);
+    ASSERT_EQ(s.List.EntryCount(), 1);
   }
   Session s("/logs");
   for (const std::string& path : {folder.File("missing.qx3"), folder.path().string()}) {
@@ -146,14 +123,12 @@ TEST_F(ListFileTest, TheWindowSizeGoesToAndComesFromTheHost) {
   FakeWindow window;
   Session s("/logs");
   s.Host = &window;
-  ASSERT_TRUE(Read(s, std::string(kMagic) + "\"BATCH WIN SIZE\",\"1280,1024\"\r\n").ok());
+  ASSERT_TRUE(ReadListFile(s, TestData("lists/win_size.qx3"), false).ok());
   EXPECT_EQ(window.width, 1280);
   EXPECT_EQ(window.height, 1024);
   // No comma, or a size the host refuses: ignored, reading goes on.
   window.refuse = true;
-  ASSERT_TRUE(Read(s, std::string(kMagic) + "\"BATCH WIN SIZE\",\"1,2\"\r\n" +
-                          "\"BATCH WIN SIZE\",\"1280\"\r\n\"DWG#1FILENAME\",\"/a.dwg\"\r\n")
-                  .ok());
+  ASSERT_TRUE(ReadListFile(s, TestData("lists/win_size_odd.qx3"), false).ok());
   EXPECT_EQ(window.width, 1280);
   EXPECT_EQ(s.List.EntryCount(), 1);
 
@@ -164,25 +139,17 @@ TEST_F(ListFileTest, TheWindowSizeGoesToAndComesFromTheHost) {
   EXPECT_NE(TempFolder::Read(path).find("\"BATCH WIN SIZE\",\"1600,900\"\r\n"), std::string::npos);
 }
 
-// Without a host the size read is written back as two 16-bit numbers; a
-// value that is not two such numbers is not copied back as it stood.
 TEST_F(ListFileTest, TheWindowSizeIsWrittenAsTwoNumbersWhateverTheListHeld) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"1280,1024", "1280,1024"}, {" 800 , 600 ", "800,600"}, {"-10,+20", "1024,768"},
-      {"1280", "1024,768"},       {"abc,def", "1024,768"},    {"70000,600", "1024,768"},
-      {"800,600,2", "1024,768"},  {"", "1024,768"},
-  };
-  for (const auto& [read, written] : cases) {
-    SCOPED_TRACE(read);
+  for (const auto& row : testing::ReadTestTable("lists/win_sizes.tsv")) {
+    SCOPED_TRACE(row.where);
     Session s("/logs");
-    ASSERT_TRUE(Read(s, std::string(kMagic) + "\"BATCH WIN SIZE\",\"" + read +
+    ASSERT_TRUE(Read(s, std::string(kMagic) + "\"BATCH WIN SIZE\",\"" + row[0] +
                             "\"\r\n\"DWG#1FILENAME\",\"/a.dwg\"\r\n")
                     .ok());
     const std::string path = folder.File("out.qx3");
     ASSERT_TRUE(WriteListFile(s, path).ok());
-    EXPECT_NE(
-        TempFolder::Read(path).find("\"BATCH WIN SIZE\",\"" + std::string(written) + "\"\r\n"),
-        std::string::npos);
+    EXPECT_NE(TempFolder::Read(path).find("\"BATCH WIN SIZE\",\"" + row[1] + "\"\r\n"),
+              std::string::npos);
   }
 }
 

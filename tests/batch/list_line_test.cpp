@@ -1,53 +1,45 @@
+#include "batch/list_line.h"
+
 #include <gtest/gtest.h>
 
-#include "batch/list_line.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork {
 namespace {
 
-using Kind = ListValue::Kind;
-
-TEST(ListLine, ReadsAKeyAndAValue) {
-  const struct {
-    const char* line;
-    const char* key;
-    Kind kind;
-    const char* text;
-  } cases[] = {
-      {R"("DWG#1LAYOUT","A,B")", "DWG#1LAYOUT", Kind::Quoted, "A,B"},
-      {R"("BATCH NUM FILES", 12 )", "BATCH NUM FILES", Kind::Number, "12"},
-      {R"(  "K" , #false#)", "K", Kind::Boolean, "#false#"},
-      {R"(K,bare words )", "K", Kind::Bare, "bare words"},
-      {R"("K",)", "K", Kind::Bare, ""},
-      {R"("K","say "hi" now")", "K", Kind::Quoted, "say "},  // a quote ends the value
-      {R"("K","open)", "K", Kind::Quoted, "open"},
-  };
-  for (const auto& c : cases) {
-    const auto parsed = ParseListLine(c.line);
-    ASSERT_TRUE(parsed) << c.line;
-    EXPECT_EQ(parsed->key, c.key);
-    EXPECT_EQ(parsed->value.kind, c.kind) << c.line;
-    EXPECT_EQ(parsed->value.text, c.text) << c.line;
+std::string KindName(ListValue::Kind kind) {
+  switch (kind) {
+    case ListValue::Kind::Quoted:
+      return "quoted";
+    case ListValue::Kind::Bare:
+      return "bare";
+    case ListValue::Kind::Boolean:
+      return "boolean";
+    case ListValue::Kind::Number:
+      return "number";
   }
-  for (const char* bad : {R"("ONLY A KEY")", "", R"("K","a","b")", "K,a,b"}) {
-    EXPECT_FALSE(ParseListLine(bad)) << bad;
+  return "?";
+}
+
+TEST(ListLine, ReadsAKeyAndAValueAndConvertsItToTheFieldTypes) {
+  for (const auto& row : testing::ReadTestTable("lists/list_lines.tsv")) {
+    SCOPED_TRACE(row.where);
+    const auto parsed = ParseListLine(row[0]);
+    ASSERT_EQ(parsed.has_value(), row[1] != "refused");
+    if (!parsed) continue;
+    const ListValue& value = parsed->value;
+    EXPECT_EQ(parsed->key, row[1]);
+    EXPECT_EQ(KindName(value.kind), row[2]);
+    EXPECT_EQ(value.text, row[3]);
+    const auto boolean = ValueAsBoolean(value);
+    EXPECT_EQ(boolean ? (*boolean ? "true" : "false") : "refused", row[4]);
+    const auto integer = ValueAsInteger(value);
+    EXPECT_EQ(integer ? std::to_string(*integer) : "refused", row[5]);
+    EXPECT_EQ(ValueAsText(value), row[6]);
   }
 }
 
-TEST(ListLine, ConvertsValuesToTheFieldTypes) {
-  const auto value = [](const char* item) {
-    return ParseListLine(std::string("K,") + item)->value;
-  };
-  EXPECT_EQ(ValueAsBoolean(value("#TRUE#")), true);
-  EXPECT_EQ(ValueAsBoolean(value("-1")), true);
-  EXPECT_EQ(ValueAsBoolean(value("\"false\"")), false);
-  EXPECT_EQ(ValueAsBoolean(value("\"oui\"")), std::nullopt);
-  EXPECT_EQ(ValueAsInteger(value("\"7\"")), 7);
-  EXPECT_EQ(ValueAsInteger(value("2.5")), std::nullopt);
-  EXPECT_EQ(ValueAsInteger(value("40000")), std::nullopt);
-  EXPECT_EQ(ValueAsInteger(value("#TRUE#")), std::nullopt);
-  EXPECT_EQ(ValueAsText(value("#TRUE#")), "True");
-  EXPECT_EQ(ValueAsText(value("007")), "007");
+TEST(ListLine, WritesEachFieldTypeInItsForm) {
   EXPECT_EQ(FormatListLine("K", R"(C:\a)"), R"("K","C:\a")");
   EXPECT_EQ(FormatListLine("K", false), R"("K",#FALSE#)");
   EXPECT_EQ(FormatListLine("K", 3), R"("K",3)");

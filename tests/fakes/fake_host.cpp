@@ -83,7 +83,7 @@ using SetterArg = std::conditional_t<std::is_same_v<T, std::string>, const std::
 class FakePlotConfig : public host::Layout {
  public:
   enum class Kind { Layout, PageSetup };
-  FakePlotConfig(std::shared_ptr<FakeDocument> doc, Kind kind, std::int32_t index)
+  FakePlotConfig(std::shared_ptr<FakeDocument> doc, std::int32_t index, Kind kind)
       : doc_(std::move(doc)), kind_(kind), index_(index) {}
 
   FakeLayoutData& Data() {
@@ -195,11 +195,22 @@ class FakeCollection : public Interface {
   std::function<std::size_t()> count_;
 };
 
+// Makes the element of a collection at an index: `T(document, index, extra...)`.
+template <typename T, typename... Extra>
+auto Make(Extra... extra) {
+  return [=](std::shared_ptr<FakeDocument> doc, std::int32_t i) {
+    return std::make_shared<T>(std::move(doc), i, extra...);
+  };
+}
+
+// The document's collection `kind`, recorded as read from the document.
 template <typename Interface, typename Element, typename Make>
-std::shared_ptr<Interface> MakeCollection(std::shared_ptr<FakeDocument> doc, std::string kind,
-                                          Make make, std::function<std::size_t()> count) {
-  return std::make_shared<FakeCollection<Interface, Element, Make>>(std::move(doc), std::move(kind),
-                                                                    make, count);
+std::shared_ptr<Interface> Collection(const std::shared_ptr<FakeDocument>& doc,
+                                      const std::string& kind, Make make,
+                                      std::function<std::size_t()> count) {
+  doc->Record("Document(" + doc->Tag() + ")", kind);
+  return std::make_shared<FakeCollection<Interface, Element, Make>>(doc, kind, make,
+                                                                    std::move(count));
 }
 
 class FakeLayer : public host::Layer {
@@ -234,8 +245,7 @@ class FakeView : public host::View {
       : doc_(std::move(doc)), index_(index) {}
   std::string Name() override {
     const auto& name = doc_->data.views.at(static_cast<std::size_t>(index_));
-    doc_->Record("View(" + name + ")", "Name");
-    return name;
+    return doc_->Record("View(" + name + ")", "Name"), name;
   }
 
  private:
@@ -247,19 +257,14 @@ class FakeTextStyle : public host::TextStyle {
  public:
   FakeTextStyle(std::shared_ptr<FakeDocument> doc, std::int32_t index)
       : doc_(std::move(doc)), index_(index) {}
-  FakeTextStyleData& T() { return doc_->data.textStyles.at(static_cast<std::size_t>(index_)); }
-  std::string Name() override {
-    doc_->Record("TextStyle(" + T().name + ")", "Name");
-    return T().name;
+  FakeTextStyleData& T(const char* member) {
+    auto& style = doc_->data.textStyles.at(static_cast<std::size_t>(index_));
+    doc_->Record("TextStyle(" + style.name + ")", member);
+    return style;
   }
-  std::string FontFile() override {
-    doc_->Record("TextStyle(" + T().name + ")", "FontFile");
-    return T().fontFile;
-  }
-  bool FontAvailable() override {
-    doc_->Record("TextStyle(" + T().name + ")", "FontAvailable");
-    return T().available;
-  }
+  std::string Name() override { return T("Name").name; }
+  std::string FontFile() override { return T("FontFile").fontFile; }
+  bool FontAvailable() override { return T("FontAvailable").available; }
 
  private:
   std::shared_ptr<FakeDocument> doc_;
@@ -315,32 +320,29 @@ void FakeDocument::Record(const std::string& object, const std::string& member,
   if (closed) throw host::Error(kClosedDocument, "Le document " + Tag() + " est fermé");
 }
 
-std::string FakeDocument::FullName() {
-  Record("Document(" + Tag() + ")", "FullName");
-  return data.path;
+void FakeDocument::Rec(const std::string& member, const std::string& args) {
+  Record("Document(" + Tag() + ")", member, args);
 }
-bool FakeDocument::ReadOnly() {
-  Record("Document(" + Tag() + ")", "ReadOnly");
-  return data.readOnly;
-}
+
+std::string FakeDocument::FullName() { return Rec("FullName"), data.path; }
+bool FakeDocument::ReadOnly() { return Rec("ReadOnly"), data.readOnly; }
 void FakeDocument::SaveAs(const std::string& fileName) {
-  Record("Document(" + Tag() + ")", "SaveAs", Args(fileName));
+  Rec("SaveAs", Args(fileName));
   savedAs.push_back(fileName);
 }
 void FakeDocument::Activate() {
-  Record("Document(" + Tag() + ")", "Activate");
+  Rec("Activate");
   host_.active_ = shared_from_this();
 }
 void FakeDocument::Close(bool saveChanges) {
-  Record("Document(" + Tag() + ")", "Close", Args(saveChanges));
+  Rec("Close", Args(saveChanges));
   closed = true;
   auto self = shared_from_this();
   std::erase(host_.open_, self);
   if (host_.active_ == self) host_.active_ = host_.open_.empty() ? nullptr : host_.open_.front();
 }
 host::SysVarValue FakeDocument::GetVariable(const std::string& name) {
-  Record("Document(" + Tag() + ")", "GetVariable", Args(name));
-  return Variable(name);
+  return Rec("GetVariable", Args(name)), Variable(name);
 }
 host::SysVarValue FakeDocument::Variable(const std::string& name) const {
   if (auto own = variables.find(name); own != variables.end()) return own->second;
@@ -350,15 +352,12 @@ host::SysVarValue FakeDocument::Variable(const std::string& name) const {
   throw host::Error(kUnknownVariable, "Variable système inconnue: " + name);
 }
 void FakeDocument::SetVariable(const std::string& name, const host::SysVarValue& value) {
-  Record("Document(" + Tag() + ")", "SetVariable", Args(name, value));
+  Rec("SetVariable", Args(name, value));
   variables[name] = value;
 }
-std::int16_t FakeDocument::ActiveSpace() {
-  Record("Document(" + Tag() + ")", "ActiveSpace");
-  return data.activeSpace;
-}
+std::int16_t FakeDocument::ActiveSpace() { return Rec("ActiveSpace"), data.activeSpace; }
 void FakeDocument::SetActiveSpace(std::int16_t space) {
-  Record("Document(" + Tag() + ")", "SetActiveSpace", Args(space));
+  Rec("SetActiveSpace", Args(space));
   if (space == data.activeSpace) return;
   data.activeSpace = space;
   if (space == 1) {
@@ -368,13 +367,12 @@ void FakeDocument::SetActiveSpace(std::int16_t space) {
   }
 }
 std::shared_ptr<host::Layout> FakeDocument::ActiveLayout() {
-  Record("Document(" + Tag() + ")", "ActiveLayout");
-  return std::make_shared<FakePlotConfig>(shared_from_this(), FakePlotConfig::Kind::Layout,
-                                          data.activeLayout);
+  Rec("ActiveLayout");
+  return Make<FakePlotConfig>(FakePlotConfig::Kind::Layout)(shared_from_this(), data.activeLayout);
 }
 void FakeDocument::SetActiveLayout(const std::shared_ptr<host::Layout>& layout) {
   auto* fake = dynamic_cast<FakePlotConfig*>(layout.get());
-  Record("Document(" + Tag() + ")", "SetActiveLayout", fake ? fake->Data().name : "?");
+  Rec("SetActiveLayout", fake ? fake->Data().name : "?");
   if (!fake || &fake->Doc() != this) {
     throw host::Error(kBadIndex, "La présentation n'appartient pas au document");
   }
@@ -383,56 +381,33 @@ void FakeDocument::SetActiveLayout(const std::shared_ptr<host::Layout>& layout) 
   if (data.activeLayout > 0) data.lastPaperLayout = data.activeLayout;
 }
 std::shared_ptr<host::Layouts> FakeDocument::GetLayouts() {
-  Record("Document(" + Tag() + ")", "Layouts");
-  auto make = [](std::shared_ptr<FakeDocument> doc,
-                 std::int32_t i) -> std::shared_ptr<host::Layout> {
-    return std::make_shared<FakePlotConfig>(std::move(doc), FakePlotConfig::Kind::Layout, i);
-  };
-  return MakeCollection<host::Layouts, host::Layout>(shared_from_this(), "Layouts", make,
-                                                     [this] { return data.layouts.size(); });
+  return Collection<host::Layouts, host::Layout>(shared_from_this(), "Layouts",
+                                                 Make<FakePlotConfig>(FakePlotConfig::Kind::Layout),
+                                                 [this] { return data.layouts.size(); });
 }
 std::shared_ptr<host::PlotConfigurations> FakeDocument::GetPlotConfigurations() {
-  Record("Document(" + Tag() + ")", "PlotConfigurations");
-  auto make = [](std::shared_ptr<FakeDocument> doc,
-                 std::int32_t i) -> std::shared_ptr<host::PlotConfiguration> {
-    return std::make_shared<FakePlotConfig>(std::move(doc), FakePlotConfig::Kind::PageSetup, i);
-  };
-  return MakeCollection<host::PlotConfigurations, host::PlotConfiguration>(
-      shared_from_this(), "PlotConfigurations", make, [this] { return data.pageSetups.size(); });
+  return Collection<host::PlotConfigurations, host::PlotConfiguration>(
+      shared_from_this(), "PlotConfigurations",
+      Make<FakePlotConfig>(FakePlotConfig::Kind::PageSetup),
+      [this] { return data.pageSetups.size(); });
 }
 std::shared_ptr<host::Layers> FakeDocument::GetLayers() {
-  Record("Document(" + Tag() + ")", "Layers");
-  auto make = [](std::shared_ptr<FakeDocument> doc,
-                 std::int32_t i) -> std::shared_ptr<host::Layer> {
-    return std::make_shared<FakeLayer>(std::move(doc), i);
-  };
-  return MakeCollection<host::Layers, host::Layer>(shared_from_this(), "Layers", make,
-                                                   [this] { return data.layers.size(); });
+  return Collection<host::Layers, host::Layer>(shared_from_this(), "Layers", Make<FakeLayer>(),
+                                               [this] { return data.layers.size(); });
 }
 std::shared_ptr<host::Views> FakeDocument::GetViews() {
-  Record("Document(" + Tag() + ")", "Views");
-  auto make = [](std::shared_ptr<FakeDocument> doc, std::int32_t i) -> std::shared_ptr<host::View> {
-    return std::make_shared<FakeView>(std::move(doc), i);
-  };
-  return MakeCollection<host::Views, host::View>(shared_from_this(), "Views", make,
-                                                 [this] { return data.views.size(); });
+  return Collection<host::Views, host::View>(shared_from_this(), "Views", Make<FakeView>(),
+                                             [this] { return data.views.size(); });
 }
 std::shared_ptr<host::TextStyles> FakeDocument::GetTextStyles() {
-  Record("Document(" + Tag() + ")", "TextStyles");
-  auto make = [](std::shared_ptr<FakeDocument> doc,
-                 std::int32_t i) -> std::shared_ptr<host::TextStyle> {
-    return std::make_shared<FakeTextStyle>(std::move(doc), i);
-  };
-  return MakeCollection<host::TextStyles, host::TextStyle>(
-      shared_from_this(), "TextStyles", make, [this] { return data.textStyles.size(); });
+  return Collection<host::TextStyles, host::TextStyle>(shared_from_this(), "TextStyles",
+                                                       Make<FakeTextStyle>(),
+                                                       [this] { return data.textStyles.size(); });
 }
 std::shared_ptr<host::Plot> FakeDocument::GetPlot() {
-  Record("Document(" + Tag() + ")", "Plot");
-  return std::make_shared<FakePlot>(shared_from_this());
+  return Rec("Plot"), std::make_shared<FakePlot>(shared_from_this());
 }
-void FakeDocument::Regen(std::int16_t which) {
-  Record("Document(" + Tag() + ")", "Regen", Args(which));
-}
+void FakeDocument::Regen(std::int16_t which) { Rec("Regen", Args(which)); }
 
 // ---------------------------------------------------------------------------
 // The application and its documents.
@@ -441,41 +416,31 @@ class FakePreferences : public host::Preferences {
  public:
   explicit FakePreferences(FakeHost& host) : host_(host) {}
   std::string PrinterConfigPath() override {
-    host_.Record("Preferences", "PrinterConfigPath");
-    return host_.printerConfigPath;
+    return Rec("PrinterConfigPath"), host_.printerConfigPath;
   }
-  std::string SupportPath() override {
-    host_.Record("Preferences", "SupportPath");
-    return host_.supportPath;
-  }
-  std::string LogFilePath() override {
-    host_.Record("Preferences", "LogFilePath");
-    return host_.logFilePath;
-  }
+  std::string SupportPath() override { return Rec("SupportPath"), host_.supportPath; }
+  std::string LogFilePath() override { return Rec("LogFilePath"), host_.logFilePath; }
   void SetLogFilePath(const std::string& folder) override {
-    host_.Record("Preferences", "SetLogFilePath", Args(folder));
+    Rec("SetLogFilePath", Args(folder));
     host_.logFilePath = folder;
   }
-  bool LogFileOn() override {
-    host_.Record("Preferences", "LogFileOn");
-    return host_.logFileOn;
-  }
+  bool LogFileOn() override { return Rec("LogFileOn"), host_.logFileOn; }
   void SetLogFileOn(bool on) override {
-    host_.Record("Preferences", "SetLogFileOn", Args(on));
+    Rec("SetLogFileOn", Args(on));
     host_.logFileOn = on;
   }
 
  private:
+  void Rec(const std::string& member, const std::string& args = {}) {
+    host_.Record("Preferences", member, args);
+  }
   FakeHost& host_;
 };
 
 class FakeState : public host::State {
  public:
   explicit FakeState(FakeHost& host) : host_(host) {}
-  bool IsQuiescent() override {
-    host_.Record("State", "IsQuiescent");
-    return true;
-  }
+  bool IsQuiescent() override { return host_.Record("State", "IsQuiescent"), true; }
 
  private:
   FakeHost& host_;

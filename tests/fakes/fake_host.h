@@ -274,6 +274,8 @@ class FakeDocument : public host::Document, public std::enable_shared_from_this<
   FakeHost& Host() { return host_; }
 
  private:
+  /// Records a call on the document itself.
+  void Rec(const std::string& member, const std::string& args = {});
   FakeHost& host_;
 };
 

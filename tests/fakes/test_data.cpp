@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <fstream>
 #include <iterator>
+#include <string>
+#include <vector>
 
 namespace sheafwork::testing {
 
@@ -24,6 +27,63 @@ std::string ReadTestData(std::string_view relative) {
     return {};
   }
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+namespace {
+
+std::string Unescaped(std::string_view field) {
+  if (field == "\"\"") return {};
+  std::string out;
+  for (std::size_t i = 0; i < field.size(); ++i) {
+    const bool escape = field.substr(i, 2) == "\\x" && i + 3 < field.size() &&
+                        std::isxdigit(static_cast<unsigned char>(field[i + 2])) &&
+                        std::isxdigit(static_cast<unsigned char>(field[i + 3]));
+    if (!escape) {
+      out += field[i];
+      continue;
+    }
+    out += static_cast<char>(std::stoi(std::string(field.substr(i + 2, 2)), nullptr, 16));
+    i += 3;
+  }
+  return out;
+}
+
+}  // namespace
+
+std::vector<std::string> TableRow::List(std::size_t i, std::string_view separator) const {
+  std::vector<std::string> items;
+  const std::string& field = fields.at(i);
+  if (field == "-") return items;
+  for (std::size_t from = 0;;) {
+    const std::size_t end = field.find(separator, from);
+    items.push_back(field.substr(from, end - from));
+    if (end == std::string::npos) return items;
+    from = end + separator.size();
+  }
+}
+
+std::vector<TableRow> ReadTestTable(std::string_view relative) {
+  const std::string text = ReadTestData(relative);
+  std::vector<TableRow> rows;
+  std::size_t start = 0;
+  for (int line = 1; start < text.size(); ++line) {
+    std::size_t end = text.find('\n', start);
+    if (end == std::string::npos) end = text.size();
+    std::string_view row(text.data() + start, end - start);
+    start = end + 1;
+    if (row.ends_with('\r')) row.remove_suffix(1);
+    if (row.empty() || row == "#" || row.starts_with("# ")) continue;
+    TableRow& out = rows.emplace_back();
+    out.where = std::string(relative) + ":" + std::to_string(line);
+    for (std::size_t from = 0;;) {
+      const std::size_t tab = row.find('\t', from);
+      out.fields.push_back(Unescaped(row.substr(from, tab - from)));
+      if (tab == std::string_view::npos) break;
+      from = tab + 1;
+    }
+  }
+  if (rows.empty()) ADD_FAILURE() << "no cases in " << relative;
+  return rows;
 }
 
 }  // namespace sheafwork::testing

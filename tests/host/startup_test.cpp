@@ -10,6 +10,7 @@
 #include "fakes/native_path.h"
 #include "fakes/scripted_prompt.h"
 #include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
 #include "host/error.h"
 
 namespace sheafwork {
@@ -139,11 +140,8 @@ TEST_F(StartupTest, ExitIsConfirmedUnlessForced) {
 
 TEST_F(StartupTest, OnlyAnExistingQx3FileNamedOnTheCommandLineIsLoaded) {
   Session session(data.path().string());
-  const std::string list = data.Write("A.QX3",
-                                      "Orvane 2000 Sheafwork List File\r\n"
-                                      "\"BATCH NUM FILES\",1\r\n"
-                                      "\"DWG#1FILENAME\",\"/plans/a.dwg\"\r\n");
-  const std::string text = data.Write("a.txt", "Orvane 2000 Sheafwork List File\r\n");
+  const std::string list = testing::TestData("lists/one_row.QX3");
+  const std::string text = testing::TestData("lists/magic_only.txt");
   EXPECT_FALSE(LoadCommandLineList(session, prompt, text));
   EXPECT_FALSE(LoadCommandLineList(session, prompt, data.File("absent.qx3")));
   EXPECT_FALSE(LoadCommandLineList(session, prompt, ""));

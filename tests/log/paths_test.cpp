@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "fakes/test_data.h"
+
 namespace sheafwork {
 namespace {
 
@@ -11,38 +13,18 @@ constexpr auto kWin = PathStyle::Windows;
 constexpr auto kPosix = PathStyle::Posix;
 
 TEST(PathsTest, FileNameAndFolderFromPath) {
-  struct Case {
-    PathStyle style;
-    std::string path, file, folder;
-  };
-  const Case cases[] = {
-      {kWin, R"(  C:\plans\a.dwg )", "a.dwg", R"(C:\plans\)"},
-      {kWin, "C:/plans/a.dwg", "/plans/a.dwg", "C:"},  // the drive colon separates, "/" not
-      {kWin, R"(C:\a:b)", "b", R"(C:\a:)"},
-      {kWin, R"(C:\plans\)", "", ""},
-      {kPosix, " /a/b c.dwg ", "b c.dwg", "/a/"},
-      {kPosix, "/a.dwg", "a.dwg", "/"},
-      {kPosix, "/plans/", "", ""},
-      {kPosix, R"(C:\plans\a.dwg)", R"(C:\plans\a.dwg)", ""},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE("\"" + c.path + "\", " + (c.style == kWin ? "Windows" : "POSIX"));
-    EXPECT_EQ(FileNameFromPath(c.path, c.style), c.file);
-    EXPECT_EQ(FolderFromPath(c.path, c.style), c.folder);
+  for (const auto& row : testing::ReadTestTable("paths/file_and_folder.tsv")) {
+    SCOPED_TRACE(row.where);
+    const PathStyle style = row[0] == "windows" ? kWin : kPosix;
+    EXPECT_EQ(FileNameFromPath(row[1], style), row[2]);
+    EXPECT_EQ(FolderFromPath(row[1], style), row[3]);
   }
 }
 
 TEST(PathsTest, StripExtension) {
-  const std::pair<std::string, std::string> cases[] = {
-      {"a.b.dwg", "a.b"},
-      {R"(C:\r1.2\plan)", R"(C:\r1.2\plan)"},
-      {"/r1.2/plan", "/r1.2/plan"},
-      {"a.b:c", "a"},
-      {" plan ", "plan"},
-      {" plan.dwg ", " plan"},
-      {".dwg", ""},
-  };
-  for (const auto& [name, expected] : cases) EXPECT_EQ(StripExtension(name), expected) << name;
+  for (const auto& row : testing::ReadTestTable("paths/strip_extension.tsv")) {
+    EXPECT_EQ(StripExtension(row[0]), row[1]) << row.where;
+  }
 }
 
 TEST(PathsTest, IsValidFileName) {

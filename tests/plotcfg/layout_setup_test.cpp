@@ -3,6 +3,7 @@
 #include <tuple>
 
 #include "fakes/scripted_prompt.h"
+#include "fakes/test_data.h"
 #include "plotcfg_fixture.h"
 
 namespace sheafwork {
@@ -10,36 +11,17 @@ namespace {
 
 using ::testing::ElementsAre;
 
-// Special values win over layouts named like them; the space is switched only
-// when the drawing is not already in the one asked for; names match exactly.
 TEST_F(PlotcfgTest, SetupLayoutSwitchesOnlyWhatTheValueAsks) {
   plan_.AddLayout("Onglet Objet");
   plan_.AddLayout("*Onglet courant*");
-  const std::string space = "Document(Plan.dwg).ActiveSpace()";
-  const std::string toModel = "Document(Plan.dwg).SetActiveSpace(1)";
-  const std::string toPaper = "Document(Plan.dwg).SetActiveSpace(0)";
-  const std::string walk = "Document(Plan.dwg).Layouts()";
-  const std::string pick = "Document(Plan.dwg).SetActiveLayout(Présentation1)";
-  const char* last = "Onglet Dernière présentation active";
-  // value, space when opened, result, document calls, active layout after
-  using Case = std::tuple<const char*, std::int16_t, bool, std::vector<std::string>, const char*>;
-  const Case cases[] = {
-      {"Toutes les présentations", 0, true, {}, "Présentation1"},
-      {"*Onglet courant*", 0, true, {}, "Présentation1"},
-      {"Onglet Objet", 1, true, {space}, "Objet"},
-      {"Onglet Objet", 0, true, {space, toModel}, "Objet"},
-      {last, 0, true, {space}, "Présentation1"},
-      {last, 1, true, {space, toPaper}, "Présentation1"},
-      {"onglet objet", 1, false, {walk}, "Objet"},
-      {"Toutes les présentations ", 0, false, {walk}, "Présentation1"},
-      {"présentation1", 1, false, {walk}, "Objet"},
-      {"Présentation1", 1, true, {walk, pick}, "Présentation1"},
-  };
-  for (const auto& [layout, space, ok, calls, activeAfter] : cases) {
-    auto& doc = OpenPlan(space);
-    EXPECT_EQ(SetupLayout(session_, layout, ErrorOutput::ToLog(errorLog_)), ok) << layout;
-    EXPECT_EQ(host_.Calls("Document("), calls) << layout;
-    EXPECT_EQ(Active(doc).name, activeAfter) << layout;
+  for (const auto& row : testing::ReadTestTable("plotcfg/layouts.tsv")) {
+    SCOPED_TRACE(row.where);
+    auto& doc = OpenPlan(static_cast<std::int16_t>(std::stoi(row[1])));
+    EXPECT_EQ(SetupLayout(session_, row[0], ErrorOutput::ToLog(errorLog_)), row[2] == "yes");
+    std::vector<std::string> calls = row.List(3, "; ");
+    for (auto& call : calls) call = "Document(Plan.dwg)." + call;
+    EXPECT_EQ(host_.Calls("Document("), calls);
+    EXPECT_EQ(Active(doc).name, row[4]);
   }
 
   // A host failure goes where the caller says, with the host's description.

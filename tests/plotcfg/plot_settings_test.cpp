@@ -1,14 +1,12 @@
 #include "plotcfg/plot_settings.h"
 
-#include <tuple>
-
+#include "fakes/test_data.h"
 #include "plotcfg_fixture.h"
 
 namespace sheafwork {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::ElementsAreArray;
 
 class PlotSettingsTest : public PlotcfgTest {
  protected:
@@ -31,11 +29,13 @@ class PlotSettingsTest : public PlotcfgTest {
     for (const auto& call : host_.Calls(layout + "Set")) sets.push_back(call.substr(layout.size()));
     return sets;
   }
-  // The log lines of messages `ids` for the drawing; 105 stands for the
-  // 105/106 pair around the view `view`.
-  std::vector<std::string> Msgs(std::vector<int> ids, const std::string& view = {}) {
+  // The log lines of the message ids of `row`'s field 3 for the drawing; 105
+  // stands for the 105/106 pair around the row's code.
+  std::vector<std::string> Msgs(const testing::TableRow& row) {
     std::vector<std::string> lines;
-    for (int id : ids) lines.push_back(Text(id) + (id == 105 ? view + Text(106) : "") + plan_.path);
+    for (const auto& id : row.List(3)) {
+      lines.push_back(Text(std::stoi(id)) + (id == "105" ? row[0] + Text(106) : "") + plan_.path);
+    }
     return lines;
   }
 };
@@ -43,23 +43,11 @@ class PlotSettingsTest : public PlotcfgTest {
 // Without a scale the layout keeps its own, lineweight scaling included.
 TEST_F(PlotSettingsTest, PlotAreaCodesAndViews) {
   plan_.views = {"nord", "Nord", "Sud"};
-  using Case = std::tuple<std::string, std::int16_t, std::vector<std::string>, std::vector<int>>;
-  const Case cases[] = {
-      {"#O", 1, {"SetPlotType(0)"}, {101}},
-      {"#O", 0, {"SetPlotType(5)"}, {}},
-      {"#D", 0, {"SetPlotType(0)"}, {}},
-      {"#L", 1, {"SetPlotType(2)"}, {}},
-      {"#E", 0, {"SetPlotType(1)"}, {}},
-      {"Nord", 0, {"SetPlotType(3)", "SetViewToPlot(Nord)"}, {}},
-      {"#e", 1, {"SetPlotType(0)"}, {105}},
-      {"NORD", 0, {"SetPlotType(5)"}, {105}},
-      // A window, its corners put in order; one without an area is a view.
-      {"#W420,297.5,-10,0", 1, {"SetWindowToPlot((-10, 0), (420, 297.5))", "SetPlotType(4)"}, {}},
-      {"#W0,0,0,5", 0, {"SetPlotType(5)"}, {105}},
-  };
-  for (const auto& [area, space, sets, messages] : cases) {
-    EXPECT_EQ(Apply(space, area, "", false), sets) << area;
-    EXPECT_EQ(LogLines(), Msgs(messages, area)) << area;
+  for (const auto& row : testing::ReadTestTable("plotcfg/plot_areas.tsv")) {
+    SCOPED_TRACE(row.where);
+    EXPECT_EQ(Apply(static_cast<std::int16_t>(std::stoi(row[1])), row[0], "", false),
+              row.List(2, "; "));
+    EXPECT_EQ(LogLines(), Msgs(row));
   }
   // Views are compared in order and the walk stops at the first match.
   Apply(1, "Nord", "", false);
@@ -69,30 +57,19 @@ TEST_F(PlotSettingsTest, PlotAreaCodesAndViews) {
 // Text that does not convert is logged and replaced: a custom scale by 1:1
 // (110), a standard one by scale to fit (109).
 TEST_F(PlotSettingsTest, ScaleTextsAndTheirFallbacks) {
-  using Case = std::tuple<std::string, bool, std::string, std::vector<int>>;
-  const Case cases[] = {
-      {" 2,5 # 100 ", true, "SetCustomScale(2.5, 100)", {}},
-      {"1.5#abc", true, "SetCustomScale(1, 1)", {110}},
-      {"0#0", true, "SetCustomScale(1, 1)", {110}},
-      {"148", true, "SetCustomScale(1, 1)", {109, 110}},
-      {" S # 7 ", false, "SetStandardScale(7)", {}},
-      {"0#12", false, "SetStandardScale(0)", {}},
-      {"1#48", false, "SetStandardScale(0)", {109}},
-      {"s#16", false, "SetStandardScale(0)", {109}},
-      {"S#70000", false, "SetStandardScale(0)", {109}},
-  };
-  for (const auto& [scale, custom, set, messages] : cases) {
+  for (const auto& row : testing::ReadTestTable("plotcfg/plot_scales.tsv")) {
+    SCOPED_TRACE(row.where);
+    const bool custom = row[1] == "1";
     EXPECT_THAT(
-        Apply(0, "", scale, custom),
-        ElementsAre(custom ? "SetUseStandardScale(false)" : "SetUseStandardScale(true)", set,
-                    custom ? "SetScaleLineweights(true)" : "SetScaleLineweights(false)"))
-        << scale;
-    EXPECT_EQ(LogLines(), Msgs(messages)) << scale << (custom ? " custom" : " standard");
+        Apply(0, "", row[0], custom),
+        ElementsAre(custom ? "SetUseStandardScale(false)" : "SetUseStandardScale(true)", row[2],
+                    custom ? "SetScaleLineweights(true)" : "SetScaleLineweights(false)"));
+    EXPECT_EQ(LogLines(), Msgs(row));
   }
   // A host error is logged and stops the rest.
   host_.FailOn("SetPlotType");
   EXPECT_THAT(Apply(0, "#E", "S#16", false, false), ElementsAre("SetPlotType(1)"));
-  EXPECT_THAT(LogLines(), ElementsAreArray(Msgs({111})));
+  EXPECT_THAT(LogLines(), ElementsAre(Text(111) + plan_.path));
 }
 
 }  // namespace

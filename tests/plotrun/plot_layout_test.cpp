@@ -4,6 +4,7 @@
 #include <tuple>
 
 #include "fakes/native_path.h"
+#include "fakes/test_data.h"
 #include "plot_run_fixture.h"
 #include "plotcfg/plot_style_check.h"
 #include "res/string_ids.h"
@@ -26,13 +27,14 @@ class PlotLayoutTest : public PlotRunTest {
     drawing.views = {"Façade"};
     plan = drawing.path;
     entry = Row(plan, "Vue A");
-    ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, false));
-    errorLog.WriteLogLine("errors");
     ASSERT_TRUE(hostSession.OpenDrawing(plan).ok);
     host.ClearCalls();
   }
 
+  // Plots `layout` with a fresh error log.
   bool Plot(const std::string& layout, std::string* elapsed = nullptr) {
+    EXPECT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, false));
+    errorLog.WriteLogLine("errors");
     PlotSetupRecord record;
     LayoutPlotContext context{hostSession,
                               errorLog,
@@ -106,8 +108,6 @@ TEST_F(PlotLayoutTest, AFailedStepStopsTheRestWithItsMessages) {
   };
   for (const Case& c : cases) {
     host.ClearCalls();
-    ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, false));
-    errorLog.WriteLogLine("errors");
     const bool refused = std::string_view(c.failOn) == "refused";
     host.SetPlotResult(!refused);
     if (*c.failOn && !refused) host.FailOn(c.failOn);
@@ -144,24 +144,18 @@ TEST_F(PlotLayoutTest, AMissingPlotStyleTableIsAWarningInTheErrorLog) {
   auto& layout = host.LastOpened(plan)->data.layouts.at(1).settings;
   for (const Case& c : cases) {
     SCOPED_TRACE(c.table);
-    ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, false));
-    errorLog.WriteLogLine("errors");
     layout.plotWithPlotStyles = c.withStyles;
     layout.styleSheet = c.table;
     EXPECT_TRUE(Plot("Vue A"));
     EXPECT_EQ(Errors(), c.warned ? std::vector<std::string>{warning} : std::vector<std::string>{});
   }
   // A row for the current tab: the layout by its own name.
-  ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, false));
-  errorLog.WriteLogLine("errors");
   layout.plotWithPlotStyles = true;
   layout.styleSheet = "absente.ctb";
   EXPECT_TRUE(Plot(Text(ids::kLayoutCurrentTab)));
   EXPECT_EQ(Errors(), std::vector<std::string>{warning});
   // The host failing to list its tables costs the warning, not the plot.
   host.FailOn("GetPlotStyleTableNames");
-  ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, false));
-  errorLog.WriteLogLine("errors");
   layout.styleSheet = "absente.ctb";
   EXPECT_TRUE(Plot("Vue A"));
   EXPECT_THAT(Errors(), IsEmpty());
@@ -199,7 +193,6 @@ TEST_F(PlotLayoutTest, TheRowsDeviceAndPlotFileChooseThePlotCall) {
   };
   for (const auto& [device, file, call] : cases) {
     host.ClearCalls();
-    ASSERT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, true));
     entry.PlotDevice = device;
     entry.PlotFile = file;
     EXPECT_TRUE(Plot("Vue A")) << device;
@@ -223,12 +216,9 @@ TEST(FormatElapsedTimeTest, KeepsTheJournalsArithmetic) {
   auto at = [](int seconds) {
     return LocalTime{2026, 1, 1, seconds / 3600, seconds / 60 % 60, seconds % 60};
   };
-  const std::pair<int, const char*> cases[] = {
-      {9, "00:00:09"},    {75, "00:01:15"},     {600, "00:10:00"},
-      {3700, "01:61:39"}, {36000, "10:599:50"}, {0, "00:00:00"},
-  };
-  for (const auto& [seconds, text] : cases) {
-    EXPECT_EQ(FormatElapsedTime(at(3600), at(3600 + seconds)), text) << seconds;
+  for (const auto& row : testing::ReadTestTable("plotrun/elapsed_times.tsv")) {
+    SCOPED_TRACE(row.where);
+    EXPECT_EQ(FormatElapsedTime(at(3600), at(3600 + std::stoi(row[0]))), row[1]);
   }
   // Across midnight the difference is negative and is written as it comes.
   EXPECT_EQ(FormatElapsedTime(at(86399), at(0)), "0-23:0-1439:0-36");

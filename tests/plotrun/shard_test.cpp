@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "fakes/test_data.h"
 #include "plot_run_fixture.h"
 #include "res/string_ids.h"
 
@@ -13,21 +14,10 @@ namespace {
 using ::testing::ElementsAre;
 
 TEST(ParseShardTest, TakesKOfNAndRefusesEverythingElse) {
-  struct Case {
-    const char* text;
-    std::optional<Shard> expected;
-  };
-  const Case cases[] = {
-      {"1/1", Shard{1, 1}},        {"2/4", Shard{2, 4}},   {"4/4", Shard{4, 4}},
-      {"0/4", std::nullopt},       {"5/4", std::nullopt},  {"a/b", std::nullopt},
-      {"2", std::nullopt},         {"2/", std::nullopt},   {"/4", std::nullopt},
-      {"-1/4", std::nullopt},      {"+1/4", std::nullopt}, {" 1/4", std::nullopt},
-      {"1/4 ", std::nullopt},      {"1/0", std::nullopt},  {"1/4/2", std::nullopt},
-      {"1/9999999", std::nullopt},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.text);
-    EXPECT_EQ(ParseShard(c.text), c.expected);
+  for (const auto& row : testing::ReadTestTable("plotrun/shards.tsv")) {
+    SCOPED_TRACE(row.where);
+    const auto shard = ParseShard(row[0]);
+    EXPECT_EQ(shard ? shard->Text() : "refused", row[1]);
   }
 }
 
@@ -52,19 +42,9 @@ TEST(ShardTest, RowsGoRoundRobinAndEveryRowToExactlyOneShard) {
 }
 
 TEST(ShardLogNameTest, TheShardGoesBeforeTheLastExtension) {
-  const Shard shard{2, 4};
-  const std::pair<const char*, const char*> cases[] = {
-      {"/logs/plan.log", "/logs/plan.shard-2-of-4.log"},
-      {"/logs/QXJOURNL.LOG", "/logs/QXJOURNL.shard-2-of-4.LOG"},
-      {"/logs/lot.a.b.txt", "/logs/lot.a.b.shard-2-of-4.txt"},
-      {"/logs/journal", "/logs/journal.shard-2-of-4"},
-      {"/logs.d/journal", "/logs.d/journal.shard-2-of-4"},
-      {"/logs/.log", "/logs/.shard-2-of-4.log"},
-      {"plan.log", "plan.shard-2-of-4.log"},
-  };
-  for (const auto& [log, expected] : cases) {
-    SCOPED_TRACE(log);
-    EXPECT_EQ(ShardLogName(log, shard), expected);
+  for (const auto& row : testing::ReadTestTable("plotrun/shard_logs.tsv")) {
+    SCOPED_TRACE(row.where);
+    EXPECT_EQ(ShardLogName(row[0], Shard{2, 4}), row[1]);
   }
 }
 

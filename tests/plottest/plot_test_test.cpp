@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <sstream>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "fakes/fake_host.h"
 #include "fakes/log_lines.h"
 #include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
 #include "text/strings.h"
 #include "text/windows1252.h"
 
@@ -19,20 +21,8 @@ namespace {
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::ElementsAreArray;
 using ::testing::HasSubstr;
 using ::testing::Not;
-
-constexpr const char* kTitleStart =
-    "*** Balayage de l'essai de traçage de la liste de traçage en différé <";
-constexpr const char* kSettingVariables =
-    "-- Configuration des systèmes variables...les valeurs étaient ";
-constexpr const char* kRestoreVariables =
-    "-- Restauration des variables système...XREFCTL, FILEDIA, CMDECHO, CMDDIA, SHPNAME";
-constexpr const char* kSettingLogFile = "-- Configuration du fichier journal...";
-constexpr const char* kScanning = "-- Balayage des dessins en arrière-plan...";
-constexpr const char* kHostFailure =
-    "ERREUR: problème de récupération/configuration de la variable système Orvane";
 
 struct FakePrinters : PrinterCatalog {
   std::vector<PrinterInfo> Printers() override { return list; }
@@ -47,16 +37,6 @@ struct FakeFonts : FontFolders {
   }
   std::vector<std::string> asked;
 };
-
-std::string XrefWarning(const std::string& logName) {
-  return "AVERTISSEMENT: fichier xréf <" + logName +
-         "> inaccessible, vérification de la xréf ignorée";
-}
-
-std::string NoneDeviceWarning(const std::string& layout) {
-  return "AVERTISSEMENT: Option de traceur \"Aucun\" sélectionnée pour la présentation <" + layout +
-         ">.  Si cette option n'est pas remplacée, le tracé ne s'effectuera pas";
-}
 
 class PlotTestScanTest : public ::testing::Test {
  protected:
@@ -78,6 +58,21 @@ class PlotTestScanTest : public ::testing::Test {
   }
 
   std::string Path(const std::string& name) const { return host_.Folder().File(name); }
+
+  // The lines of tests/data/plottest/`name`, {host} and {dir} replaced.
+  std::vector<std::string> Expected(const std::string& name) const {
+    std::vector<std::string> lines;
+    std::istringstream in(testing::ReadTestData("plottest/" + name));
+    for (std::string line; std::getline(in, line);) {
+      for (const auto& [mark, folder] : {std::pair{"{host}", Path("")}, {"{dir}", dir_.File("")}}) {
+        for (auto at = line.find(mark); at != std::string::npos; at = line.find(mark)) {
+          line.replace(at, std::string_view(mark).size(), folder);
+        }
+      }
+      lines.push_back(line);
+    }
+    return lines;
+  }
 
   // The variable calls made on the document the host had open at the start.
   std::vector<std::string> StartDocumentVariableCalls() const {
@@ -162,44 +157,7 @@ TEST_F(PlotTestScanTest, EveryCheckOfAListGivesItsLinesInRowOrder) {
     progress.emplace_back(row, count, drawing);
   };
 
-  const std::vector<std::string> expected = {
-      std::string(kTitleStart) + "/listes/Lot été.qx3> à 03-07-2024, 09:05:02",
-      "-- Configuration des systèmes variables...les valeurs étaient XREFCTL <0>, FILEDIA <1>, "
-      "CMDECHO <0>, CMDDIA <1>, SHPNAME <>",
-      kSettingLogFile,
-      kScanning,
-      "   Vérification " + Path("Plan.dwg"),
-      "ERREUR:  XREF manquante: Xréf \"Réseaux\" introuvable",
-      "ERREUR:  XREF manquante: XRÉF Cave: INTROUVABLE",
-      "ERREUR: POLICE/FORME manquante: absente.ttf",
-      "ERREUR: POLICE/FORME manquante: perdue.shx",
-      "ERREUR: POLICE/FORME manquante: PERDUE.shx",
-      "ERREUR: POLICE/FORME manquante: absente.ttf",
-      "   Vérification " + Path("Coupe.dwg"),
-      XrefWarning(Path("Coupe.xlg")),
-      "ERREUR: Présentation <Présentation9> introuvable dans le dessin",
-      "ERREUR: Paramètres du tracé <A1> introuvables dans le dessin",
-      "   Vérification " + Path("Facade.dwg"),
-      XrefWarning(Path("Facade.xlg")),
-      "ERREUR: Impossible d'accéder au fichier de configuration du tracé: " + missingPc3,
-      "   Vérification " + Path("Absent.dwg"),
-      "ERREUR: impossible d'ouvrir le dessin",
-      "ERREUR: l'imprimante système n'est pas accessible: bureau-hp",
-      "   Vérification " + Path("Abime.dwg"),
-      "ERREUR: lors de l'ouverture du dessin, #-2147418113",
-      "ERREUR: Impossible d'accéder au fichier de configuration du tracé: Manquant.pc3",
-      "   Vérification " + Path("Toit.dwg"),
-      NoneDeviceWarning("Présentation1"),
-      "   Vérification " + Path("Sol.dwg"),
-      "ERREUR:  XREF manquante: Xréf « Cave » : Introuvable",
-      NoneDeviceWarning("Rez"),
-      NoneDeviceWarning("Combles"),
-      "   Vérification " + Path("Escalier.dwg"),
-      XrefWarning(Path("Escalier.xlg")),
-      "-- Restauration du fichier journal...</opt/orvane/logs>",
-      kRestoreVariables,
-  };
-  EXPECT_THAT(Run(), ElementsAreArray(expected));
+  EXPECT_EQ(Run(), Expected("every_check.txt"));
 
   // TrueType fonts are asked for by their trimmed name; the rest went along
   // the support path.
@@ -229,21 +187,8 @@ TEST_F(PlotTestScanTest, ALayoutsDeviceMissingHereIsWarnedAfterTheNoneDevices) {
   Row(Path("Ailleurs.dwg"), "Imprimante", "", "Par défaut");
   Row(Path("Ailleurs.dwg"), "Autre PDF", "", "PDF.pc3");  // the row's device plots
 
-  const auto standIn = [](const std::string& device, const std::string& layout) {
-    return "AVERTISSEMENT\u00a0: Périphérique <" + device + "> de la présentation <" + layout +
-           "> absent de cette machine\u00a0; la présentation sera tracée sur le périphérique de "
-           "remplacement de l'hôte";
-  };
   const std::vector<std::string> lines = Run();
-  const std::vector<std::string> scanned(lines.begin() + 4, lines.end() - 2);
-  EXPECT_THAT(
-      scanned,
-      ElementsAre("   Vérification " + Path("Ailleurs.dwg"), XrefWarning(Path("Ailleurs.xlg")),
-                  NoneDeviceWarning("Vierge"), standIn("DWG To PDF.pc3", "Autre PDF"),
-                  standIn("Microsoft Print to PDF", "Imprimante"),
-                  "   Vérification " + Path("Ailleurs.dwg"), XrefWarning(Path("Ailleurs.xlg")),
-                  standIn("Microsoft Print to PDF", "Imprimante"),
-                  "   Vérification " + Path("Ailleurs.dwg"), XrefWarning(Path("Ailleurs.xlg"))));
+  EXPECT_EQ(std::vector(lines.begin() + 4, lines.end() - 2), Expected("device_missing_here.txt"));
 }
 
 // Even for an empty list the variables are read and set in order, their old
@@ -256,14 +201,7 @@ TEST_F(PlotTestScanTest, AnEmptyListStillSetsAndRestoresTheHost) {
   host_.variables["SHPNAME"] = std::string("hachure");
   host_.logFilePath = "/opt/orvane/journaux";
 
-  EXPECT_THAT(
-      Run(),
-      ElementsAre(
-          std::string(kTitleStart) + "sans nom> à 03-07-2024, 09:05:02",
-          std::string(kSettingVariables) + "XREFCTL <2>, FILEDIA <1>, CMDECHO <0.5>, CMDDIA <1>, "
-                                           "SHPNAME <hachure>",
-          kSettingLogFile, kScanning, "ERREUR: Aucun dessin trouvé en arrière-plan",
-          "-- Restauration du fichier journal...</opt/orvane/journaux>", kRestoreVariables));
+  EXPECT_EQ(Run(), Expected("empty_list.txt"));
   const std::string doc = "Document(Dessin1.dwg).";
   EXPECT_THAT(StartDocumentVariableCalls(),
               ElementsAre(doc + "GetVariable(XREFCTL)", doc + "GetVariable(FILEDIA)",
@@ -299,24 +237,8 @@ TEST_F(PlotTestScanTest, AHostFailureIsReportedAndTheScanGoesOn) {
   Row(Path("Plan.dwg"), "Manque", "Manque", "Phantom Ole to KDX Printer");
   Row(Path("Coupe.dwg"), "Manque", "Par défaut", "Par défaut");
   Row(Path("Absent.dwg"), "Présentation1", "Par défaut", "");
-  const std::string noDevice =
-      "ERREUR: Entrée définie pour utiliser la configuration de tracé par défaut, mais aucun "
-      "traceur (système ou non) n'est accessible";
 
-  EXPECT_THAT(
-      Run(),
-      ElementsAre(::testing::StartsWith(kTitleStart), kHostFailure,
-                  "ERREUR: #7, Variable verrouillée",
-                  std::string(kSettingVariables) +
-                      "XREFCTL <0>, FILEDIA <>, CMDECHO <0>, CMDDIA <1>, SHPNAME <>",
-                  kSettingLogFile, kScanning, "   Vérification " + Path("Plan.dwg"),
-                  XrefWarning(Path("Plan.xlg")), kHostFailure, "ERREUR: #-2147467259, Échec simulé",
-                  "ERREUR: l'imprimante système n'est pas accessible: Phantom Ole to KDX Printer",
-                  "   Vérification " + Path("Coupe.dwg"), XrefWarning(Path("Coupe.xlg")),
-                  "ERREUR: Présentation <Manque> introuvable dans le dessin", noDevice,
-                  "   Vérification " + Path("Absent.dwg"), "ERREUR: impossible d'ouvrir le dessin",
-                  noDevice, kHostFailure, "ERREUR: #8, Préférence refusée",
-                  "-- Restauration du fichier journal...</opt/orvane/logs>", kRestoreVariables));
+  EXPECT_EQ(Run(), Expected("host_failure.txt"));
   const auto calls = StartDocumentVariableCalls();
   EXPECT_THAT(calls, Not(Contains(HasSubstr("SetVariable(FILEDIA"))));
   EXPECT_THAT(calls, Contains("Document(Dessin1.dwg).SetVariable(CMDDIA, 1)"));

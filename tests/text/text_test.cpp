@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <string>
 
+#include "fakes/test_data.h"
 #include "text/decimal.h"
 #include "text/strings.h"
 #include "text/windows1252.h"
@@ -23,24 +23,15 @@ TEST(Windows1252Test, EveryByteSurvivesARoundTrip) {
 }
 
 TEST(Windows1252Test, ReplacesWhatTheCodePageCannotHoldAndCountsIt) {
-  struct Case {
-    std::string utf8, bytes;
-    std::size_t replaced;
-  };
-  const Case cases[] = {
-      {"a日b😀c", "a?b?c", 2},  {"\xC2\x80", "?", 1},  // U+0080 is not the euro byte
-      {"\xC0\xAF", "??", 2},                          // overlong
-      {"\xE2\x82x", "??x", 2},                        // truncated euro sign
-      {"\xE9t\xE9", "?t?", 2},                        // Windows-1252 bytes passed as UTF-8
-  };
-  for (const Case& c : cases) {
-    const Windows1252Text out = Utf8ToWindows1252(c.utf8);
-    EXPECT_EQ(out.bytes, c.bytes) << testing::PrintToString(c.utf8);
-    EXPECT_EQ(out.replaced, c.replaced) << testing::PrintToString(c.utf8);
+  for (const auto& row : testing::ReadTestTable("text/windows1252.tsv")) {
+    SCOPED_TRACE(row.where);
+    const Windows1252Text out = Utf8ToWindows1252(row[0]);
+    EXPECT_EQ(out.bytes, row[1]);
+    EXPECT_EQ(out.replaced, std::stoul(row[2]));
   }
   EXPECT_TRUE(IsValidUtf8("a日😀\xF4\x8F\xBF\xBF"));
   for (const char* bad : {"\xF4\x90\x80\x80", "\xED\xA0\x80", "ok\xE2\x82"}) {
-    EXPECT_FALSE(IsValidUtf8(bad)) << testing::PrintToString(bad);
+    EXPECT_FALSE(IsValidUtf8(bad)) << ::testing::PrintToString(bad);
   }
 }
 
@@ -50,43 +41,19 @@ TEST(StringsTest, TrimsOnlySpaces) {
 }
 
 TEST(StringsTest, ComparesIgnoringLetterCase) {
-  EXPECT_TRUE(EqualsIgnoreCase("PAR DÉFAUT Œuvre Ÿ Þ", "par défaut œUVRE ÿ þ"));
-  EXPECT_FALSE(EqualsIgnoreCase("×", "÷"));  // between the accented capitals
-  EXPECT_FALSE(EqualsIgnoreCase("abc", "abcd"));
-  EXPECT_FALSE(EqualsIgnoreCase("abcd", "abc"));
-  EXPECT_TRUE(EqualsIgnoreCase("\xE9", "\xE9"));
-  EXPECT_FALSE(EqualsIgnoreCase("\xC9", "é"));  // a malformed byte is not a letter
-  EXPECT_FALSE(EqualsIgnoreCase("\xC9", "\xE9"));
-
-  EXPECT_TRUE(StartsWithIgnoreCase("DWG#12FILENAME", "dwg#"));
-  EXPECT_FALSE(StartsWithIgnoreCase("dwg", "DWG#"));
-  EXPECT_TRUE(EndsWithIgnoreCase("plan.QX3", ".qx3"));
-  EXPECT_FALSE(EndsWithIgnoreCase("x", "xx"));
-  EXPECT_FALSE(StartsWithIgnoreCase("É", "\xC3"));  // part of a character
-  EXPECT_FALSE(EndsWithIgnoreCase("café", "\xA9"));
-  EXPECT_TRUE(EndsWithIgnoreCase("plan\xA9", "\xA9"));
+  for (const auto& row : testing::ReadTestTable("text/case_insensitive.tsv")) {
+    const bool result = row[0] == "equals"   ? EqualsIgnoreCase(row[1], row[2])
+                        : row[0] == "starts" ? StartsWithIgnoreCase(row[1], row[2])
+                                             : EndsWithIgnoreCase(row[1], row[2]);
+    EXPECT_EQ(result, row[3] == "yes") << row.where;
+  }
 }
 
 TEST(DecimalTest, NumbersAreShortAndNeverNegativeZero) {
-  struct Case {
-    double value;
-    int decimals;
-    const char* text;
-  } cases[] = {
-      {0.5, 3, "0.5"},
-      {12.0, 3, "12"},
-      {-3.25, 1, "-3.2"},  // to_chars rounds half to even
-      {1.23456, 3, "1.235"},
-      {-0.0001, 3, "0"},
-      {0.06, 6, "0.06"},
-      {100, 0, "100"},
-      {std::numeric_limits<double>::quiet_NaN(), 3, "0"},
-      {std::numeric_limits<double>::infinity(), 3, "0"},
-  };
-  for (const Case& c : cases) {
+  for (const auto& row : testing::ReadTestTable("text/decimals.tsv")) {
     std::string out;
-    AppendDecimal(out, c.value, c.decimals);
-    EXPECT_EQ(out, c.text) << c.value;
+    AppendDecimal(out, std::stod(row[0]), std::stoi(row[1]));
+    EXPECT_EQ(out, row[2]) << row.where;
   }
 }
 
