@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "embedded/dxf/reader.h"
 #include "embedded/render/render_test_support.h"
 
 namespace sheafwork::embedded {
@@ -29,14 +28,8 @@ class EntityKindsRender : public ::testing::TestWithParam<InkCase> {};
 
 TEST_P(EntityKindsRender, InkLandsWhereTheEntitiesAre) {
   const InkCase& c = GetParam();
-  const Drawing d =
-      ReadDxfFile(std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/entities/" + c.file);
-  const Layout* model = nullptr;
-  for (const Layout& layout : d.layouts) {
-    if (layout.IsModel()) model = &layout;
-  }
-  ASSERT_NE(model, nullptr);
-  const QImage image = RenderSheet(d, *model, OneToOneSettings(100), kPx);
+  const Drawing d = ReadTestDrawing(std::string("dxf/entities/") + c.file);
+  const QImage image = RenderSheet(d, ModelOf(d), OneToOneSettings(100), kPx);
   for (const Vec2 p : c.ink) {
     EXPECT_TRUE(InkNear(image, kPx, p, 0.6)) << "no ink at " << p.x << ", " << p.y;
   }

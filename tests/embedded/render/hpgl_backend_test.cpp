@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "embedded/render/hpgl_reader.h"
+#include "support/hpgl_reader.h"
 
 namespace sheafwork::embedded {
 namespace {

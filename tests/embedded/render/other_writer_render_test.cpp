@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "embedded/dxf/reader.h"
 #include "embedded/render/plot_area.h"
 #include "embedded/render/render_test_support.h"
 #include "embedded/render/wide_joins.h"
@@ -20,11 +19,9 @@ using testing::DrawLayout;
 using testing::ExpectNear;
 using testing::Recorded;
 
-Drawing ReadData(const std::string& file) {
-  return ReadDxfFile(std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/" + file);
-}
+const Layout& Model(const Drawing& d) { return testing::ModelOf(d); }
 
-const Layout& Model(const Drawing& d) { return d.layouts.at(0); }
+Drawing ReadData(const std::string& file) { return testing::ReadTestDrawing("dxf/" + file); }
 
 TEST(OtherWriterRender, NegativeRadiiDrawTheirSize) {
   const Drawing d = ReadData("negative-radius/negative-radius.dxf");

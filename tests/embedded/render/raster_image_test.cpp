@@ -10,7 +10,6 @@
 #include <filesystem>
 #include <numbers>
 
-#include "embedded/dxf/reader.h"
 #include "embedded/model/referenced_files.h"
 #include "embedded/render/raster_file.h"
 #include "embedded/render/render_test_support.h"
@@ -26,21 +25,16 @@ using testing::ModelLayout;
 using testing::Recorded;
 using testing::RecordingBackend;
 
-const std::string kData = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data";
-const std::string kRaster = kData + "/raster";
+const std::string kRaster = testing::DataPath("raster");
 
 Drawing ReadImages(const std::string& name, const std::string& supportPath) {
-  Drawing drawing = ReadDxfFile(kData + "/dxf/images/" + name);
+  Drawing drawing = testing::ReadTestDrawing("dxf/images/" + name);
   ResolveImageFiles(drawing, supportPath);
   return drawing;
 }
 
 std::vector<const Recorded*> Of(const RecordingBackend& backend, Recorded::Kind kind) {
-  std::vector<const Recorded*> found;
-  for (const Recorded& item : backend.items) {
-    if (item.kind == kind) found.push_back(&item);
-  }
-  return found;
+  return testing::ItemsOf(backend.items, kind);
 }
 
 std::string FileName(const std::string& path) {
@@ -48,7 +42,7 @@ std::string FileName(const std::string& path) {
 }
 
 TEST(RasterImageTest, FilesAreFoundAsStoredOrByNameAlongTheSupportPath) {
-  const Drawing drawing = ReadImages("images.dxf", kData + "/vide;" + kRaster);
+  const Drawing drawing = ReadImages("images.dxf", testing::DataPath("vide") + ";" + kRaster);
   const RecordingBackend backend = DrawLayout(drawing, drawing.layouts[0]);
 
   const auto images = Of(backend, Recorded::Kind::Image);

@@ -8,7 +8,6 @@
 #include <cmath>
 #include <string>
 
-#include "embedded/dxf/reader.h"
 #include "embedded/render/frontend.h"
 #include "embedded/render/shape_font.h"
 #include "render_test_support.h"
@@ -18,19 +17,15 @@ namespace {
 
 using testing::Recorded;
 
-const std::string kFonts = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/fonts";
+const std::string kFonts = testing::DataPath("fonts");
 
 std::vector<Recorded> Draw(const std::string& searchPath) {
-  const Drawing d = ReadDxfFile(kFonts + "/shape_fonts.dxf");
+  const Drawing d = testing::ReadTestDrawing("fonts/shape_fonts.dxf");
   FrontendOptions options;
   options.fontSearchPath = searchPath;
   testing::FixedMeasure measure;
   options.textMeasure = &measure;
-  const Layout* model = nullptr;
-  for (const Layout& l : d.layouts) {
-    if (l.IsModel()) model = &l;
-  }
-  return testing::DrawLayout(d, *model, options).items;
+  return testing::DrawLayout(d, testing::ModelOf(d), options).items;
 }
 
 bool Near(Vec2 a, Vec2 b) { return std::hypot(a.x - b.x, a.y - b.y) < 1e-6; }

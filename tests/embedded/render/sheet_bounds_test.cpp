@@ -8,7 +8,6 @@
 
 #include <string>
 
-#include "embedded/dxf/reader.h"
 #include "embedded/render/extents_backend.h"
 #include "embedded/render/frontend.h"
 #include "embedded/render/render_test_support.h"
@@ -18,9 +17,7 @@ namespace {
 
 using ::testing::HasSubstr;
 
-Drawing NestedBlocks() {
-  return ReadDxfFile(std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/fan-out/blocks.dxf");
-}
+Drawing NestedBlocks() { return testing::ReadTestDrawing("dxf/fan-out/blocks.dxf"); }
 
 // Draws block `name` of `drawing` with `work`; the PlotError's message, or
 // empty when it was drawn.

@@ -21,19 +21,8 @@ namespace {
 
 using namespace testing;
 
-Box2 BoxOf(const std::vector<Recorded>& items, Recorded::Kind kind) {
-  Box2 box;
-  for (const Recorded& r : items) {
-    if (r.kind != kind) continue;
-    for (const Vec2& p : r.points) box.Extend(p);
-  }
-  return box;
-}
-
 std::size_t CountOf(const std::vector<Recorded>& items, Recorded::Kind kind) {
-  std::size_t n = 0;
-  for (const Recorded& r : items) n += r.kind == kind ? 1 : 0;
-  return n;
+  return ItemsOf(items, kind).size();
 }
 
 void AddStyle(Drawing& d, const std::string& name, const std::string& file,
@@ -336,32 +325,6 @@ TEST(TextDrawingDeathTest, WithoutAnyFontTextIsStroked) {
       ::testing::ExitedWithCode(0), "");
 }
 
-// The share of pixels in a box (sheet mm, y up) that are inked.
-double InkShare(const QImage& image, double k, Vec2 from, Vec2 to,
-                std::uint32_t onlyRgb = 0xFFFFFFFF) {
-  int inked = 0, all = 0;
-  const int y0 = std::max(0, static_cast<int>(image.height() - to.y * k));
-  const int y1 = std::min(image.height(), static_cast<int>(image.height() - from.y * k));
-  const int x0 = std::max(0, static_cast<int>(from.x * k));
-  const int x1 = std::min(image.width(), static_cast<int>(to.x * k));
-  for (int y = y0; y < y1; ++y) {
-    for (int x = x0; x < x1; ++x) {
-      ++all;
-      const QRgb p = image.pixel(x, y);
-      if (onlyRgb == 0xFFFFFFFF) {
-        inked += qGray(p) < 160 ? 1 : 0;
-      } else {
-        const int r = qRed(p), g = qGreen(p), b = qBlue(p);
-        const int wr = static_cast<int>((onlyRgb >> 16) & 0xFF);
-        const int wg = static_cast<int>((onlyRgb >> 8) & 0xFF);
-        const int wb = static_cast<int>(onlyRgb & 0xFF);
-        inked += std::abs(r - wr) + std::abs(g - wg) + std::abs(b - wb) < 120 ? 1 : 0;
-      }
-    }
-  }
-  return all > 0 ? static_cast<double>(inked) / all : 0;
-}
-
 TEST(TextDrawingTest, PdfPlotShowsFormattedAndShapeFontText) {
   Drawing d = MakeDrawing();
   AddStyle(d, "Plume", "txt");
@@ -386,15 +349,15 @@ TEST(TextDrawingTest, PdfPlotShowsFormattedAndShapeFontText) {
   const double k = dpi / 25.4;
   // The stroke-font title: ink along its line, nothing just above it.
   const double title = StrokeFont::Get().Advance("Élévation Sud Ø25") * 10;
-  EXPECT_GT(InkShare(image, k, {10, 170}, {10 + title, 180}), 0.05);
-  EXPECT_LT(InkShare(image, k, {10, 185}, {10 + title, 195}), 0.001);
-  EXPECT_LT(InkShare(image, k, {10 + title + 2, 168}, {200, 182}), 0.001);
+  EXPECT_GT(InkShare(image, k, Box2::Of({10, 170}, {10 + title, 180})), 0.05);
+  EXPECT_LT(InkShare(image, k, Box2::Of({10, 185}, {10 + title, 195})), 0.001);
+  EXPECT_LT(InkShare(image, k, Box2::Of({10 + title + 2, 168}, {200, 182})), 0.001);
   // The multi-line text: three lines from the top of the first at y = 140.
-  EXPECT_GT(InkShare(image, k, {10, 134}, {40, 140}), 0.05);             // "Gras et"
-  EXPECT_GT(InkShare(image, k, {35, 134}, {80, 140}, 0xFF0000), 0.02);   // "rouge" in red
-  EXPECT_LT(InkShare(image, k, {10, 134}, {30, 140}, 0xFF0000), 0.001);  // "Gras" not red
-  EXPECT_GT(InkShare(image, k, {10, 108}, {45, 120}), 0.05);             // "Grand" twice as high
-  EXPECT_LT(InkShare(image, k, {100, 60}, {200, 130}), 0.001);           // nothing further
+  EXPECT_GT(InkShare(image, k, Box2::Of({10, 134}, {40, 140})), 0.05);             // "Gras et"
+  EXPECT_GT(InkShare(image, k, Box2::Of({35, 134}, {80, 140}), 0xFF0000), 0.02);   // "rouge" in red
+  EXPECT_LT(InkShare(image, k, Box2::Of({10, 134}, {30, 140}), 0xFF0000), 0.001);  // "Gras" not red
+  EXPECT_GT(InkShare(image, k, Box2::Of({10, 108}, {45, 120})), 0.05);    // "Grand" twice as high
+  EXPECT_LT(InkShare(image, k, Box2::Of({100, 60}, {200, 130})), 0.001);  // nothing further
 }
 
 }  // namespace
