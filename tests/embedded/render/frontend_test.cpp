@@ -65,68 +65,22 @@ TEST(FrontendVisibilityTest, InsertLayerFrozenHidesAllButOffHidesOnlyLayerZero) 
   }
 }
 
-TEST(FrontendPropertiesTest, ResolvesColoursThroughLayersAndBlocks) {
-  Drawing d = MakeDrawing();
-  Layer& red = AddLayer(d, "Red");
-  red.color = 1;
-  Layer& rgb = AddLayer(d, "Rgb");
-  rgb.trueColor = 0x123456;
-  Block& inner = AddBlock(d, "Inner");
-  Entity byBlock = MakeLine({0, 0}, {1, 0});
-  byBlock.props.color = kColorByBlock;
-  inner.entities.push_back(byBlock);
-  inner.entities.push_back(MakeLine({0, 0}, {1, 0}));  // layer 0: the reference's layer
-  Block& outer = AddBlock(d, "Outer");
-  Entity nested = MakeInsert("Inner", {0, 0});
-  nested.props.color = kColorByBlock;
-  outer.entities.push_back(nested);
-  Entity top = MakeInsert("Outer", {0, 0}, "Rgb");
-  top.props.color = 5;  // blue, handed down through the nested by-block reference
-  ModelSpace(d).entities.push_back(top);
-  Entity own = MakeLine({0, 0}, {1, 0}, "Red");
-  own.props.trueColor = 0xABCDEF;  // true colour wins over the layer
-  ModelSpace(d).entities.push_back(own);
-  ModelSpace(d).entities.push_back(MakeLine({0, 0}, {1, 0}, "Red"));
-  Entity topByBlock = MakeLine({0, 0}, {1, 0}, "Red");
-  topByBlock.props.color = kColorByBlock;  // outside a block: black
-  ModelSpace(d).entities.push_back(topByBlock);
-  Entity seven = MakeLine({0, 0}, {1, 0});
-  seven.props.color = 7;  // plots black on paper
-  ModelSpace(d).entities.push_back(seven);
-  d.Reindex();
+// The drawings of tests/data/dxf/render (make_drawings.py there says what
+// each holds), drawn in their model layout.
+Drawing Read(const std::string& name) { return ReadTestDrawing("dxf/render/" + name); }
 
-  const RecordingBackend rec = DrawLayout(d, ModelLayout(d));
+TEST(FrontendPropertiesTest, ResolvesColoursThroughLayersAndBlocks) {
+  const Drawing d = Read("colours.dxf");
+  const RecordingBackend rec = DrawLayout(d, ModelOf(d));
   ASSERT_EQ(rec.items.size(), 6u);
-  EXPECT_EQ(rec.items[0].style.rgb, 0x0000FFu);
-  EXPECT_EQ(rec.items[1].style.rgb, 0x123456u);
-  EXPECT_EQ(rec.items[2].style.rgb, 0xABCDEFu);
-  EXPECT_EQ(rec.items[3].style.rgb, 0xFF0000u);
-  EXPECT_EQ(rec.items[4].style.rgb, 0x000000u);
-  EXPECT_EQ(rec.items[5].style.rgb, 0x000000u);
+  const std::uint32_t colours[] = {0x0000FF, 0x123456, 0xABCDEF, 0xFF0000, 0x000000, 0x000000};
+  for (std::size_t i = 0; i < 6; ++i) EXPECT_EQ(rec.items[i].style.rgb, colours[i]) << i;
   // Layer 0 inside a block is the reference's layer, at any depth.
   EXPECT_EQ(rec.layers, (std::vector<std::string>{"Rgb", "Rgb", "Red", "Red", "Red", "0"}));
 }
 
 TEST(FrontendPropertiesTest, PenWidthsFollowLineweightsAndThePolicy) {
-  Drawing d = MakeDrawing();
-  Layer& heavy = AddLayer(d, "Heavy");
-  heavy.lineweight = 50;
-  Block& block = AddBlock(d, "B");
-  Entity byBlock = MakeLine({0, 0}, {1, 0}, "Heavy");
-  byBlock.props.lineweight = kLineweightByBlock;
-  block.entities.push_back(byBlock);
-  Entity insert = MakeInsert("B", {0, 0});
-  insert.props.lineweight = 70;
-  ModelSpace(d).entities.push_back(insert);
-  ModelSpace(d).entities.push_back(MakeLine({0, 0}, {1, 0}, "Heavy"));
-  Entity def = MakeLine({0, 0}, {1, 0}, "Heavy");
-  def.props.lineweight = kLineweightDefault;
-  ModelSpace(d).entities.push_back(def);
-  Entity zero = MakeLine({0, 0}, {1, 0}, "Heavy");
-  zero.props.lineweight = 0;
-  ModelSpace(d).entities.push_back(zero);
-  d.Reindex();
-
+  const Drawing d = Read("lineweights.dxf");
   struct Case {
     const char* name;
     LineweightPolicy policy;
@@ -141,41 +95,15 @@ TEST(FrontendPropertiesTest, PenWidthsFollowLineweightsAndThePolicy) {
     SCOPED_TRACE(c.name);
     FrontendOptions options;
     options.lineweights = c.policy;
-    const RecordingBackend rec = DrawLayout(d, ModelLayout(d), options);
+    const RecordingBackend rec = DrawLayout(d, ModelOf(d), options);
     ASSERT_EQ(rec.items.size(), 4u);
     for (int i = 0; i < 4; ++i) EXPECT_DOUBLE_EQ(rec.items[i].style.widthMm, c.widths[i]);
   }
 }
 
 TEST(FrontendTransformTest, NestedBlocksMirroredExtrusionAndMinsertGrids) {
-  Drawing d = MakeDrawing();
-  Block& inner = AddBlock(d, "Inner");
-  inner.entities.push_back(MakeLine({0, 0}, {10, 0}));
-  Block& outer = AddBlock(d, "Outer");
-  outer.base = {1, 1, 0};
-  Entity nested = MakeInsert("Inner", {6, 1});  // (5, 0) relative to the base
-  std::get<Insert>(nested.geometry).rotation = 90;
-  outer.entities.push_back(nested);
-
-  Entity scaled = MakeInsert("Outer", {50, 20});
-  std::get<Insert>(scaled.geometry).scale = {2, 2, 1};
-  ModelSpace(d).entities.push_back(scaled);
-
-  Entity mirrored = MakeInsert("Inner", {10, 0});
-  std::get<Insert>(mirrored.geometry).extrusion = {0, 0, -1};  // object x runs to world -x
-  ModelSpace(d).entities.push_back(mirrored);
-
-  Entity grid = MakeInsert("Inner", {0, 100});
-  Insert& g = std::get<Insert>(grid.geometry);
-  g.columns = 2;
-  g.rows = 3;
-  g.columnSpacing = 20;
-  g.rowSpacing = 5;
-  g.rotation = 90;  // the grid turns with the block
-  ModelSpace(d).entities.push_back(grid);
-  d.Reindex();
-
-  const RecordingBackend rec = DrawLayout(d, ModelLayout(d));
+  const Drawing d = Read("transforms.dxf");
+  const RecordingBackend rec = DrawLayout(d, ModelOf(d));
   ASSERT_EQ(rec.items.size(), 1u + 1u + 6u);
   ExpectNear(rec.items[0].points[0], {60, 20});
   ExpectNear(rec.items[0].points[1], {60, 40});
@@ -233,69 +161,37 @@ TEST(FrontendBlockTest, AttributesXrefsAndSelfReference) {
 }
 
 TEST(FrontendGeometryTest, ExtentsOfEachKindOfEntity) {
-  Polyline bulged;  // a half circle below its chord
-  bulged.vertices = {{{0, 0, 0}, 0, 0, 1}, {{2, 0, 0}, 0, 0, 0}};
-  Polyline wide;
-  wide.vertices = {{{0, 0, 0}, 0, 0, 0}, {{10, 0, 0}, 0, 0, 0}};
-  wide.constantWidth = 2;
-  Spline spline;
-  spline.degree = 2;
-  spline.knots = {0, 0, 0, 1, 1, 1};
-  spline.controlPoints = {{0, 0, 0}, {1, 2, 0}, {2, 0, 0}};
-  Ellipse ellipse;
-  ellipse.majorAxis = {10, 0, 0};
-  ellipse.ratio = 0.5;
-  Solid solid;
-  solid.corners = {Vec3{0, 0, 0}, Vec3{4, 0, 0}, Vec3{0, 3, 0}, Vec3{4, 3, 0}};
-  Face3d face;
-  face.corners = {Vec3{0, 0, 0}, Vec3{5, 0, 0}, Vec3{5, 5, 0}, Vec3{0, 5, 0}};
-  Hatch hatch;
-  hatch.solid = true;
-  hatch.loops.resize(1);
-  hatch.loops[0].isPolyline = true;
-  for (Vec2 p : {Vec2{1, 1}, Vec2{3, 1}, Vec2{3, 3}, Vec2{1, 3}}) {
-    hatch.loops[0].polyline.push_back({{p.x, p.y, 0}, 0, 0, 0});
-  }
-  Leader leader;
-  leader.vertices = {{0, 0, 0}, {10, 10, 0}};
-  Insert mirrored;
-  mirrored.block = "B";
-  mirrored.insert = {10, 0, 0};
-  mirrored.extrusion = {0, 0, -1};
-  Insert grid;
-  grid.block = "B";
-  grid.columns = grid.rows = 2;
-  grid.columnSpacing = grid.rowSpacing = 10;
-
+  const Drawing all = Read("extents.dxf");
   struct Case {
     const char* name;
-    Geometry geometry;
     Box2 box;
   };
   const Case cases[] = {
-      {"line", Line{{1, 2, 0}, {5, 7, 0}}, Box2::Of({1, 2}, {5, 7})},
-      {"circle", Circle{{10, 10, 0}, 5, kUnitZ}, Box2::Of({5, 5}, {15, 15})},
-      {"arc", Arc{{0, 0, 0}, 10, 0, 90, kUnitZ}, Box2::Of({0, 0}, {10, 10})},
-      {"arc across 0°", Arc{{0, 0, 0}, 10, 270, 90, kUnitZ}, Box2::Of({0, -10}, {10, 10})},
-      {"ellipse", ellipse, Box2::Of({-10, -5}, {10, 5})},
-      {"bulge", bulged, Box2::Of({0, -1}, {2, 0})},
-      {"wide polyline", wide, Box2::Of({0, -1}, {10, 1})},
-      {"spline", spline, Box2::Of({0, 0}, {2, 1})},
-      {"solid", solid, Box2::Of({0, 0}, {4, 3})},
-      {"3D face", face, Box2::Of({0, 0}, {5, 5})},
-      {"hatch", hatch, Box2::Of({1, 1}, {3, 3})},
-      {"leader", leader, Box2::Of({0, 0}, {10, 10})},
-      {"point", Point{{3, 4, 0}}, Box2::Of({3, 4}, {3, 4})},
-      {"mirrored insert", mirrored, Box2::Of({-20, 0}, {-10, 5})},
-      {"insert grid", grid, Box2::Of({0, 0}, {20, 15})},
+      {"line", Box2::Of({1, 2}, {5, 7})},
+      {"circle", Box2::Of({5, 5}, {15, 15})},
+      {"arc", Box2::Of({0, 0}, {10, 10})},
+      {"arc across 0", Box2::Of({0, -10}, {10, 10})},
+      {"ellipse", Box2::Of({-10, -5}, {10, 5})},
+      {"bulge", Box2::Of({0, -1}, {2, 0})},
+      {"wide polyline", Box2::Of({0, -1}, {10, 1})},
+      {"spline", Box2::Of({0, 0}, {2, 1})},
+      {"solid", Box2::Of({0, 0}, {4, 3})},
+      {"3D face", Box2::Of({0, 0}, {5, 5})},
+      {"hatch", Box2::Of({1, 1}, {3, 3})},
+      {"leader", Box2::Of({0, 0}, {10, 10})},
+      {"point", Box2::Of({3, 4}, {3, 4})},
+      {"mirrored insert", Box2::Of({-20, 0}, {-10, 5})},
+      {"insert grid", Box2::Of({0, 0}, {20, 15})},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    Drawing d = MakeDrawing();
-    AddBlock(d, "B").entities.push_back(MakeLine({0, 0}, {10, 5}));
-    ModelSpace(d).entities.push_back(MakeEntity(c.geometry));
+    Drawing d = all;  // only the entity on the case's layer
+    for (Block& b : d.blocks) {
+      std::erase_if(b.entities,
+                    [&](const Entity& e) { return b.name != "B" && e.props.layer != c.name; });
+    }
     d.Reindex();
-    const Box2 box = ComputeLayoutExtents(d, ModelLayout(d), ModelLayout(d).settings);
+    const Box2 box = ComputeLayoutExtents(d, ModelOf(d), ModelOf(d).settings);
     ExpectNear(box, c.box);
   }
 }
