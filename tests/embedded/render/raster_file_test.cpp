@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QImage>
 #include <cctype>
 #include <fstream>
 #include <iterator>
@@ -26,36 +27,16 @@ std::string Bytes(const std::string& name) {
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
-// A binary portable any-map (P4, P5 or P6) as 8-bit RGB.
+// A portable any-map (P4, P5 or P6), read by Qt, as 8-bit RGB.
 RasterFile ReadPnm(const std::string& name) {
-  const std::string data = Bytes(name);
-  std::size_t at = 0;
-  auto field = [&] {
-    while (at < data.size() && std::isspace(static_cast<unsigned char>(data[at]))) ++at;
-    const std::size_t start = at;
-    while (at < data.size() && !std::isspace(static_cast<unsigned char>(data[at]))) ++at;
-    return data.substr(start, at - start);
-  };
-  const std::string kind = field();
+  const QImage image =
+      QImage(QString::fromStdString(RasterPath(name))).convertToFormat(QImage::Format_RGB888);
   RasterFile out;
-  out.width = std::stoi(field());
-  out.height = std::stoi(field());
-  if (kind != "P4") field();  // the largest value, 255
-  ++at;
-  const auto pixels = static_cast<std::size_t>(out.width) * static_cast<std::size_t>(out.height);
-  for (std::size_t i = 0; i < pixels; ++i) {
-    if (kind == "P6") {
-      out.bytes.append(data, at + 3 * i, 3);
-    } else if (kind == "P5") {
-      out.bytes.append(3, data[at + i]);
-    } else {
-      const std::size_t x = i % static_cast<std::size_t>(out.width);
-      const std::size_t y = i / static_cast<std::size_t>(out.width);
-      const std::size_t stride = (static_cast<std::size_t>(out.width) + 7) / 8;
-      const bool black =
-          (static_cast<unsigned char>(data[at + y * stride + x / 8]) >> (7 - x % 8)) & 1;
-      out.bytes.append(3, black ? '\0' : '\xFF');
-    }
+  out.width = image.width();
+  out.height = image.height();
+  for (int y = 0; y < image.height(); ++y) {
+    out.bytes.append(reinterpret_cast<const char*>(image.constScanLine(y)),
+                     static_cast<std::size_t>(3 * image.width()));
   }
   return out;
 }
