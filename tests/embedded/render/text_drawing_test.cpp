@@ -38,7 +38,7 @@ void AddStyle(Drawing& d, const std::string& name, const std::string& file,
 RecordingBackend DrawModel(const Drawing& d, TextMeasure* measure = nullptr) {
   FrontendOptions options;
   options.textMeasure = measure;
-  return DrawLayout(d, d.layouts[0], options);
+  return DrawLayout(d, ModelOf(d), options);
 }
 
 Text MakeText(const std::string& contents, const std::string& style, Vec2 at, double height) {
@@ -50,21 +50,12 @@ Text MakeText(const std::string& contents, const std::string& style, Vec2 at, do
   return t;
 }
 
+// The drawings of tests/data/dxf/render (make_drawings.py there says what
+// each holds).
+Drawing Read(const std::string& name) { return ReadTestDrawing("dxf/render/" + name); }
+
 TEST(TextDrawingTest, ShapeFontTextBecomesStrokesInItsPlace) {
-  Drawing d = MakeDrawing();
-  AddStyle(d, "Plume", "romans.shx");
-  ModelSpace(d).entities.push_back(MakeEntity(MakeText("Façade", "Plume", {20, 30}, 10)));
-  Text right = MakeText("Nord", "Plume", {0, 0}, 10);
-  right.horizontalAlign = 2;  // ends at its alignment point
-  right.alignPoint = {100, 60, 0};
-  right.hasAlignPoint = true;
-  ModelSpace(d).entities.push_back(MakeEntity(right));
-  Text fit = MakeText("AB", "Plume", {0, 90}, 5);
-  fit.horizontalAlign = 5;  // stretched between its two points
-  fit.alignPoint = {50, 90, 0};
-  fit.hasAlignPoint = true;
-  ModelSpace(d).entities.push_back(MakeEntity(fit));
-  d.Reindex();
+  const Drawing d = Read("shape_text.dxf");
   const RecordingBackend rec = DrawModel(d);
   EXPECT_EQ(CountOf(rec.items, Recorded::Kind::Text), 0u);
 
@@ -174,24 +165,10 @@ TEST(TextDrawingTest, TrueTypeTextStaysOneRun) {
 }
 
 TEST(TextDrawingTest, MTextRunsCarryTheirColourAndPlace) {
-  Drawing d = MakeDrawing();
-  AddStyle(d, "Arial", "arial.ttf");
-  MText m;
-  m.text = "{\\C1;Rouge} noir\\P{\\Ftxt;trait}\\P\\Lsous";
-  m.style = "Arial";
-  m.insert = {10, 100, 0};
-  m.height = 2;
-  m.rotation = 90;  // the text runs upwards
-  Entity e = MakeEntity(m);
-  e.props.color = 5;
-  ModelSpace(d).entities.push_back(e);
-  d.Reindex();
+  const Drawing d = Read("mtext_runs.dxf");
   FixedMeasure measure;
   const RecordingBackend rec = DrawModel(d, &measure);
-  std::vector<const Recorded*> texts;
-  for (const Recorded& r : rec.items) {
-    if (r.kind == Recorded::Kind::Text) texts.push_back(&r);
-  }
+  const std::vector<const Recorded*> texts = ItemsOf(rec.items, Recorded::Kind::Text);
   ASSERT_EQ(texts.size(), 3u);
   EXPECT_EQ(texts[0]->text, "Rouge");
   EXPECT_EQ(texts[0]->style.rgb, 0xFF0000u);
@@ -326,21 +303,9 @@ TEST(TextDrawingDeathTest, WithoutAnyFontTextIsStroked) {
 }
 
 TEST(TextDrawingTest, PdfPlotShowsFormattedAndShapeFontText) {
-  Drawing d = MakeDrawing();
-  AddStyle(d, "Plume", "txt");
-  AddStyle(d, "Sans", "DejaVuSans.ttf");
-  ModelSpace(d).entities.push_back(
-      MakeEntity(MakeText("Élévation Sud %%c25", "Plume", {10, 170}, 10)));
-  MText m;
-  m.text = "{\\fDejaVu Sans|b1;Gras} et {\\C1;rouge}\\P{\\H2x;Grand} \\S1/2;\\P\\Lsouligné\\l fin";
-  m.style = "Sans";
-  m.insert = {10, 140, 0};
-  m.height = 6;
-  m.width = 150;
-  ModelSpace(d).entities.push_back(MakeEntity(m));
-  d.Reindex();
+  const Drawing d = Read("formatted_text.dxf");
   sheafwork::testing::TempFolder folder;
-  PlotJob job = MakeJob(d, ModelLayout(d), OneToOneSettings(200));
+  PlotJob job = MakeJob(d, ModelOf(d), OneToOneSettings(200));
   job.outputPath = folder.File("texte.pdf");
   RunPlotJob(job);
   const int dpi = 100;

@@ -108,7 +108,87 @@ def extents():
     doc.saveas("extents.dxf")
 
 
+def pens():
+    """Colour numbers through a plot style table: colour 1, a layer of colour
+    1, colour 3 at 0.35 mm, true colours beside numbers 1 and 3, a reference
+    of colour 1 to a block of a by-block line and a line of colour 3, colour
+    5 at weight 0, by block outside any block. Weight 0.25 mm where not said."""
+    doc = new()
+    doc.layers.add("Rouge", color=1)
+
+    def pen(color, lineweight=25, **more):
+        return dict(color=color, lineweight=lineweight, **more)
+
+    block = doc.blocks.new("B")
+    block.add_line((0, 0), (1, 0), dxfattribs=pen(BYBLOCK))
+    block.add_line((0, 0), (1, 0), dxfattribs=pen(3))
+    msp = doc.modelspace()
+    msp.add_line((0, 0), (1, 0), dxfattribs=pen(1))
+    msp.add_line((0, 0), (1, 0), dxfattribs=pen(BYLAYER, layer="Rouge"))
+    msp.add_line((0, 0), (1, 0), dxfattribs=pen(3, 35))
+    msp.add_line((0, 0), (1, 0), dxfattribs=pen(1, true_color=0x123456))
+    msp.add_line((0, 0), (1, 0), dxfattribs=pen(3, true_color=0x123456))
+    msp.add_blockref("B", (0, 0), dxfattribs=pen(1))
+    msp.add_line((0, 0), (1, 0), dxfattribs=pen(5, 0))
+    msp.add_line((0, 0), (1, 0), dxfattribs=pen(BYBLOCK))
+    doc.saveas("pens.dxf")
+
+
+def colourful():
+    """1 mm lines of colours 1, 38, 75 ... 223 from y 20 to 80, an orange
+    true colour at 90, a vertical line on a green layer, a magenta solid."""
+    doc = new()
+    doc.layers.add("Vert", color=3)
+    msp = doc.modelspace()
+    for i in range(7):
+        y = 20 + 10 * i
+        msp.add_line((10, y), (90, y), dxfattribs={"color": 1 + 37 * i, "lineweight": 100})
+    msp.add_line((10, 90), (90, 90), dxfattribs={"color": 5, "true_color": 0xFF8000, "lineweight": 100})
+    msp.add_line((50, 10), (50, 95), dxfattribs={"layer": "Vert", "lineweight": 100})
+    msp.add_solid([(20, 5), (40, 5), (20, 15), (40, 15)], dxfattribs={"color": 6})
+    doc.saveas("colourful.dxf")
+
+
+def texts():
+    """Text in shape fonts and TrueType faces."""
+    doc = new()
+    doc.styles.new("Plume", dxfattribs={"font": "romans.shx"})
+    msp = doc.modelspace()
+    # Left-aligned at (20, 30); ending at (100, 60); fitted from (0, 90) to (50, 90).
+    msp.add_text("Façade", dxfattribs={"style": "Plume", "height": 10, "insert": (20, 30)})
+    msp.add_text("Nord", dxfattribs={"style": "Plume", "height": 10, "halign": 2,
+                                     "align_point": (100, 60)})
+    msp.add_text("AB", dxfattribs={"style": "Plume", "height": 5, "halign": 5,
+                                   "insert": (0, 90), "align_point": (50, 90)})
+    doc.saveas("shape_text.dxf")
+
+    # Multi-line text of colour 5 turned a quarter: an inline colour, a shape
+    # font, an underline.
+    doc = new()
+    doc.styles.new("Arial", dxfattribs={"font": "arial.ttf"})
+    doc.modelspace().add_mtext("{\\C1;Rouge} noir\\P{\\Ftxt;trait}\\P\\Lsous", dxfattribs={
+        "style": "Arial", "insert": (10, 100), "char_height": 2, "rotation": 90, "color": 5})
+    doc.saveas("mtext_runs.dxf")
+
+    # A title in the stroke font at (10, 170), 10 high; below it, multi-line
+    # text 6 high hanging from (10, 140): bold, red, twice as high, a
+    # fraction, underlined.
+    doc = new()
+    doc.styles.new("Plume", dxfattribs={"font": "txt"})
+    doc.styles.new("Sans", dxfattribs={"font": "DejaVuSans.ttf"})
+    msp = doc.modelspace()
+    msp.add_text("Élévation Sud %%c25", dxfattribs={"style": "Plume", "height": 10,
+                                                   "insert": (10, 170)})
+    msp.add_mtext("{\\fDejaVu Sans|b1;Gras} et {\\C1;rouge}\\P{\\H2x;Grand} \\S1/2;\\P"
+                  "\\Lsouligné\\l fin",
+                  dxfattribs={"style": "Sans", "insert": (10, 140), "char_height": 6, "width": 150})
+    doc.saveas("formatted_text.dxf")
+
+
 colours()
+texts()
+pens()
+colourful()
 lineweights()
 transforms()
 extents()
