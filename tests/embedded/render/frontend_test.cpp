@@ -196,41 +196,13 @@ TEST(FrontendGeometryTest, ExtentsOfEachKindOfEntity) {
   }
 }
 
-// A paper layout: the first (overall) viewport, one frozen-layer viewport,
-// one switched off, and a paper-space line.
-Drawing ViewportDrawing() {
-  Drawing d = MakeDrawing();
-  AddLayer(d, "Walls");
-  AddLayer(d, "Notes");
-  ModelSpace(d).entities.push_back(MakeLine({-30, 0}, {30, 0}, "Walls"));
-  ModelSpace(d).entities.push_back(MakeLine({-30, 10}, {30, 10}, "Notes"));
-  auto viewport = [](Vec2 center, std::int16_t id) {
-    Viewport vp;
-    vp.center = {center.x, center.y, 0};
-    vp.width = vp.height = vp.viewHeight = 40;
-    vp.id = id;
-    vp.status = 1;
-    return vp;
-  };
-  PaperSpace(d).entities.push_back(MakeEntity(viewport({50, 50}, 1)));
-  Viewport frozen = viewport({50, 50}, 2);
-  frozen.frozenLayers = {"NOTES"};
-  PaperSpace(d).entities.push_back(MakeEntity(frozen));
-  Viewport off = viewport({150, 50}, 3);
-  off.flags = 131072;
-  PaperSpace(d).entities.push_back(MakeEntity(off));
-  PaperSpace(d).entities.push_back(MakeLine({0, 0}, {1, 1}));
-  d.Reindex();
-  return d;
-}
-
 TEST(FrontendViewportTest, DrawsModelSpaceThroughContentViewportsOnly) {
-  const Drawing d = ViewportDrawing();
+  const Drawing d = Read("viewports.dxf");
   for (bool first : {false, true}) {
     SCOPED_TRACE(first ? "viewports first" : "paper first");
     FrontendOptions options;
     options.viewportsFirst = first;
-    const RecordingBackend rec = DrawLayout(d, d.layouts[1], options);
+    const RecordingBackend rec = DrawLayout(d, LayoutNamed(d, "Feuille"), options);
     // Two frames (the overall viewport has none), the paper line, and the
     // walls through the one viewport that is on; its frozen notes stay out.
     ASSERT_EQ(rec.items.size(), 4u);
@@ -244,19 +216,8 @@ TEST(FrontendViewportTest, DrawsModelSpaceThroughContentViewportsOnly) {
 }
 
 TEST(FrontendViewportTest, ViewTargetCentreAndTwistPlaceTheModel) {
-  Drawing d = MakeDrawing();
-  ModelSpace(d).entities.push_back(MakeLine({100, 200}, {110, 200}));
-  Viewport vp;
-  vp.center = {50, 50, 0};
-  vp.width = vp.height = 40;
-  vp.viewHeight = 80;  // half size
-  vp.viewTarget = {100, 200, 0};
-  vp.viewCenter = {-4, 0};
-  vp.twist = 90;
-  PaperSpace(d).entities.push_back(MakeEntity(Viewport{}));
-  PaperSpace(d).entities.push_back(MakeEntity(vp));
-  d.Reindex();
-  const RecordingBackend rec = DrawLayout(d, PaperLayout(d));
+  const Drawing d = Read("twist.dxf");
+  const RecordingBackend rec = DrawLayout(d, LayoutNamed(d, "Feuille"));
   ASSERT_EQ(rec.items.size(), 2u);
   ExpectNear(rec.items[1].points[0], {52, 50});
   ExpectNear(rec.items[1].points[1], {52, 55});

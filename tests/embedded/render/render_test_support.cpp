@@ -37,6 +37,13 @@ const Layout& ModelOf(const Drawing& drawing) {
   throw std::runtime_error("no model layout");
 }
 
+const Layout& LayoutNamed(const Drawing& drawing, const std::string& name) {
+  for (const Layout& layout : drawing.layouts) {
+    if (layout.name == name) return layout;
+  }
+  throw std::runtime_error("no layout " + name);
+}
+
 Box2 BoxOf(const Recorded& item) {
   Box2 box;
   for (const Vec2& p : item.points) box.Extend(p);

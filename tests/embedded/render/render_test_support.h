@@ -21,8 +21,9 @@ std::string DataPath(const std::string& relative);
 /// The drawing tests/data/`relative`, read by our DXF reader.
 Drawing ReadTestDrawing(const std::string& relative);
 
-/// The drawing's model layout.
+/// The drawing's model layout, and its layout named `name`.
 const Layout& ModelOf(const Drawing& drawing);
+const Layout& LayoutNamed(const Drawing& drawing, const std::string& name);
 
 /// A drawing with layers "0" and "Defpoints", a model layout and a paper
 /// layout "Feuille" (empty spaces). Call Reindex() after adding blocks.

@@ -185,7 +185,89 @@ def texts():
     doc.saveas("formatted_text.dxf")
 
 
+def viewport(layout, center, size, view_height, target=(0, 0), view_center=(0, 0), **attribs):
+    vp = layout.add_viewport(center=center, size=(size, size), view_center_point=view_center,
+                             view_height=view_height)
+    vp.dxf.view_target_point = (target[0], target[1], 0)
+    for name, value in attribs.items():
+        vp.dxf.set(name, value)
+    return vp
+
+
+def viewports():
+    """Paper layout "Feuille": the overall viewport (number 1), a viewport of
+    the same place freezing layer "Notes", one at (150, 50) switched off, and
+    a paper-space line to (1, 1). The model: a wall along y 0 from x -30 to
+    30, a note along y 10."""
+    doc = new()
+    doc.layers.add("Walls")
+    doc.layers.add("Notes")
+    msp = doc.modelspace()
+    msp.add_line((-30, 0), (30, 0), dxfattribs={"layer": "Walls"})
+    msp.add_line((-30, 10), (30, 10), dxfattribs={"layer": "Notes"})
+    sheet = doc.layouts.new("Feuille")
+    viewport(sheet, (50, 50), 40, 40, id=1, status=1)
+    viewport(sheet, (50, 50), 40, 40, id=2, status=1).frozen_layers = ["NOTES"]
+    viewport(sheet, (150, 50), 40, 40, id=3, status=1, flags=131072)
+    sheet.add_line((0, 0), (1, 1))
+    doc.saveas("viewports.dxf")
+
+    # A 40 mm viewport at (50, 50) at half size onto (100, 200), its view
+    # centre 4 units left of that, turned a quarter; a 10-unit line from there.
+    doc = new()
+    doc.modelspace().add_line((100, 200), (110, 200))
+    sheet = doc.layouts.new("Feuille")
+    viewport(sheet, (0, 0), 0, 0)
+    viewport(sheet, (50, 50), 40, 80, target=(100, 200), view_center=(-4, 0),
+             view_twist_angle=90)
+    doc.saveas("twist.dxf")
+
+
+def clipped_viewports():
+    """A model filled black from (0, 0) to (100, 100) and a layout per case,
+    each with a 60 mm viewport at 1:1 onto the model's middle, clipped by a
+    paper-space entity: a circle of radius 20, a diamond (an open polyline),
+    an ellipse 50 × 20; the flag without an entity, an entity (circle)
+    without the flag, a boundary of another kind (a line)."""
+    doc = new()
+    doc.modelspace().add_solid([(0, 0), (100, 0), (0, 100), (100, 100)])
+    cases = {
+        "cercle": lambda sheet: sheet.add_circle((50, 50), 20),
+        "polyligne": lambda sheet: sheet.add_lwpolyline([(50, 25), (75, 50), (50, 75), (25, 50)]),
+        "ellipse": lambda sheet: sheet.add_ellipse((50, 50), major_axis=(25, 0), ratio=0.4),
+        "sans entité": None,
+        "sans drapeau": lambda sheet: sheet.add_circle((50, 50), 5),
+        "ligne": lambda sheet: sheet.add_line((0, 0), (1, 1)),
+    }
+    for name, boundary in cases.items():
+        sheet = doc.layouts.new(name)
+        viewport(sheet, (0, 0), 0, 0)
+        vp = viewport(sheet, (50, 50), 60, 60, target=(50, 50), status=1)
+        if name != "sans drapeau":
+            vp.dxf.flags = 65536
+        vp.dxf.clipping_boundary_handle = "FFFFF"  # nothing
+        if boundary is not None:
+            entity = boundary(sheet)
+            vp.dxf.clipping_boundary_handle = entity.dxf.handle
+    doc.saveas("clipped_viewports.dxf")
+
+
+def paper_linetype():
+    """A dashed line (2 on, 1 off) 100 long at the middle of a 20 mm viewport
+    at 1:10: 10 mm on the sheet."""
+    doc = new()
+    doc.linetypes.new("TIRETS", dxfattribs={"description": "__ __", "pattern": [3, 2, -1]})
+    doc.modelspace().add_line((0, 0), (100, 0), dxfattribs={"linetype": "TIRETS"})
+    sheet = doc.layouts.new("Feuille")
+    viewport(sheet, (0, 0), 0, 0)
+    viewport(sheet, (50, 50), 20, 200, target=(50, 0))
+    doc.saveas("paper_linetype.dxf")
+
+
 colours()
+viewports()
+clipped_viewports()
+paper_linetype()
 texts()
 pens()
 colourful()
