@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+#include "embedded/dxf/reader.h"
+#include "embedded/model/xrefs.h"
 #include "embedded/render/plot_area.h"
 #include "embedded/render/render_test_support.h"
 
@@ -12,62 +14,19 @@ namespace {
 
 using namespace testing;
 
-TEST(FrontendVisibilityTest, HidesWhatDoesNotPlot) {
-  struct Case {
-    const char* name;
-    void (*setup)(Layer&, Entity&);
-    bool drawn;
-  };
-  const Case cases[] = {
-      {"visible", [](Layer&, Entity&) {}, true},
-      {"layer off", [](Layer& l, Entity&) { l.on = false; }, false},
-      {"layer frozen", [](Layer& l, Entity&) { l.frozen = true; }, false},
-      {"layer not plotted", [](Layer& l, Entity&) { l.plottable = false; }, false},
-      {"layer locked", [](Layer& l, Entity&) { l.locked = true; }, true},
-      {"entity invisible", [](Layer&, Entity& e) { e.props.invisible = true; }, false},
-      {"Defpoints", [](Layer& l, Entity& e) { l.name = e.props.layer = "DEFPOINTS"; }, false},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    Drawing d = MakeDrawing();
-    Layer& layer = AddLayer(d, "A");
-    Entity line = MakeLine({0, 0}, {1, 1}, "A");
-    c.setup(layer, line);
-    ModelSpace(d).entities.push_back(line);
-    d.Reindex();
-    EXPECT_EQ(DrawLayout(d, ModelLayout(d)).items.size(), c.drawn ? 1u : 0u);
-  }
-}
-
-TEST(FrontendVisibilityTest, InsertLayerFrozenHidesAllButOffHidesOnlyLayerZero) {
-  for (bool frozen : {true, false}) {
-    SCOPED_TRACE(frozen ? "frozen" : "off");
-    Drawing d = MakeDrawing();
-    AddLayer(d, "Other");
-    Layer& host = AddLayer(d, "Host");
-    if (frozen) {
-      host.frozen = true;
-    } else {
-      host.on = false;
-    }
-    Block& block = AddBlock(d, "B");
-    block.entities.push_back(MakeLine({0, 0}, {1, 0}, "0"));
-    block.entities.push_back(MakeLine({0, 1}, {1, 1}, "Other"));
-    ModelSpace(d).entities.push_back(MakeInsert("B", {0, 0}, "Host"));
-    d.Reindex();
-    const RecordingBackend rec = DrawLayout(d, ModelLayout(d));
-    if (frozen) {
-      EXPECT_TRUE(rec.items.empty());
-    } else {
-      ASSERT_EQ(rec.items.size(), 1u);
-      EXPECT_DOUBLE_EQ(rec.items[0].points[0].y, 1);  // the line on "Other"
-    }
-  }
-}
-
 // The drawings of tests/data/dxf/render (make_drawings.py there says what
 // each holds), drawn in their model layout.
 Drawing Read(const std::string& name) { return ReadTestDrawing("dxf/render/" + name); }
+
+// Of the lines at y 0 to 6 only those on a plain (0) or locked layer (4)
+// plot; of the block referenced on a frozen layer nothing, of the one on a
+// layer off only its line on a layer of its own (21).
+TEST(FrontendVisibilityTest, HidesWhatDoesNotPlot) {
+  const Drawing d = Read("visibility.dxf");
+  std::vector<double> drawn;
+  for (const Recorded& r : DrawLayout(d, ModelOf(d)).items) drawn.push_back(r.points[0].y);
+  EXPECT_EQ(drawn, (std::vector<double>{0, 4, 21}));
+}
 
 TEST(FrontendPropertiesTest, ResolvesColoursThroughLayersAndBlocks) {
   const Drawing d = Read("colours.dxf");
@@ -115,40 +74,12 @@ TEST(FrontendTransformTest, NestedBlocksMirroredExtrusionAndMinsertGrids) {
 }
 
 TEST(FrontendBlockTest, AttributesXrefsAndSelfReference) {
-  Drawing xref = MakeDrawing();
-  AddLayer(xref, "Murs");
-  ModelSpace(xref).entities.push_back(MakeLine({0, 0}, {3, 0}, "Murs"));
-  xref.Reindex();
-
-  Drawing d = MakeDrawing();
-  Block& block = AddBlock(d, "Tag");
-  block.entities.push_back(MakeLine({0, 0}, {1, 0}));
-  block.entities.push_back(MakeInsert("Tag", {5, 5}));  // refers to itself
-  Block& linked = AddBlock(d, "Linked");
-  linked.flags = 4;
-  Block& missing = AddBlock(d, "Missing");
-  missing.flags = 4;
-  d.xrefs.push_back(
-      {"linked", "linked.dxf", "/tmp/linked.dxf", std::make_shared<Drawing>(std::move(xref))});
-  d.xrefs.push_back({"Missing", "missing.dxf", "", nullptr});
-
-  Entity tag = MakeInsert("Tag", {100, 0});
-  Insert& insert = std::get<Insert>(tag.geometry);
-  Attribute shown;
-  shown.text.text = "A-12";
-  shown.text.insert = {7, 8, 0};
-  shown.text.height = 2;
-  Attribute hidden = shown;
-  hidden.text.text = "secret";
-  hidden.invisible = true;
-  insert.attributes = {shown, hidden};
-  ModelSpace(d).entities.push_back(tag);
-  ModelSpace(d).entities.push_back(MakeInsert("Linked", {0, 50}));
-  ModelSpace(d).entities.push_back(MakeInsert("Missing", {0, 60}));
-  d.Reindex();
-
+  Drawing d = Read("blocks.dxf");
+  ResolveExternalReferences(d, "", [](const std::string& path) {
+    return std::make_shared<const Drawing>(ReadDxfFile(path));
+  });
   FrontendStats stats;
-  const RecordingBackend rec = DrawLayout(d, ModelLayout(d), {}, &stats);
+  const RecordingBackend rec = DrawLayout(d, ModelOf(d), {}, &stats);
   ASSERT_EQ(rec.items.size(), 3u);
   ExpectNear(rec.items[0].points[0], {100, 0});        // the block's line, not its self-reference
   EXPECT_EQ(rec.items[1].kind, Recorded::Kind::Text);  // after the content, in place

@@ -264,7 +264,70 @@ def paper_linetype():
     doc.saveas("paper_linetype.dxf")
 
 
+def visibility():
+    """Lines from (0, y) to (1, y): y 0 on a plain layer, 1 on a layer off, 2
+    frozen, 3 not plotted, 4 locked, 5 invisible itself, 6 on "DEFPOINTS".
+    A block of a line on layer 0 and one 1 above it on layer "Other",
+    referenced at (0, 10) on a frozen layer and at (0, 20) on a layer off."""
+    doc = new()
+    msp = doc.modelspace()
+    for y, name in enumerate(["plain", "off", "frozen", "not plotted", "locked"]):
+        layer = doc.layers.add(name)
+        if name == "off":
+            layer.off()
+        if name == "frozen":
+            layer.freeze()
+        if name == "not plotted":
+            layer.dxf.plot = 0
+        if name == "locked":
+            layer.lock()
+        msp.add_line((0, y), (1, y), dxfattribs={"layer": name})
+    doc.layers.add("hidden line")  # ezdxf 0.18 does not write a line's group 60: added below
+    msp.add_line((0, 5), (1, 5), dxfattribs={"layer": "hidden line"})
+    msp.add_line((0, 6), (1, 6), dxfattribs={"layer": "DEFPOINTS"})
+    doc.layers.add("Other")
+    doc.layers.add("Host frozen").freeze()
+    doc.layers.add("Host off").off()
+    block = doc.blocks.new("B")
+    block.add_line((0, 0), (1, 0))
+    block.add_line((0, 1), (1, 1), dxfattribs={"layer": "Other"})
+    msp.add_blockref("B", (0, 10), dxfattribs={"layer": "Host frozen"})
+    msp.add_blockref("B", (0, 20), dxfattribs={"layer": "Host off"})
+    doc.saveas("visibility.dxf")
+    with open("visibility.dxf", encoding="utf-8") as f:
+        text = f.read()
+    with open("visibility.dxf", "w", encoding="utf-8") as f:
+        f.write(text.replace("  8\nhidden line\n", "  8\nhidden line\n 60\n     1\n", 1))
+
+
+def blocks():
+    """A block "Tag" of a line and a reference to itself at (5, 5), referenced
+    at (100, 0) with an attribute "A-12" at (7, 8) and an invisible one; the
+    external reference "Linked" (linked.dxf: a line from (0, 0) to (3, 0) on
+    layer "Murs") at (0, 50), and "Missing", whose file is nowhere, at (0, 60)."""
+    doc = new()
+    doc.layers.add("Murs")
+    doc.modelspace().add_line((0, 0), (3, 0), dxfattribs={"layer": "Murs"})
+    doc.saveas("linked.dxf")
+    doc = new()
+    doc.styles.get("Standard").dxf.font = "arial.ttf"
+    tag = doc.blocks.new("Tag")
+    tag.add_line((0, 0), (1, 0))
+    tag.add_blockref("Tag", (5, 5))
+    doc.add_xref_def("linked.dxf", "Linked")
+    doc.add_xref_def("missing.dxf", "Missing")
+    msp = doc.modelspace()
+    ref = msp.add_blockref("Tag", (100, 0))
+    ref.add_attrib("REPERE", "A-12", (7, 8), dxfattribs={"height": 2})
+    ref.add_attrib("CACHE", "secret", (7, 8), dxfattribs={"height": 2, "flags": 1})
+    msp.add_blockref("Linked", (0, 50))
+    msp.add_blockref("Missing", (0, 60))
+    doc.saveas("blocks.dxf")
+
+
 colours()
+visibility()
+blocks()
 viewports()
 clipped_viewports()
 paper_linetype()
