@@ -12,6 +12,7 @@
 #include "embedded/render/arc_box.h"
 #include "embedded/render/hatch_pattern.h"
 #include "embedded/render/render_test_support.h"
+#include "embedded/render/transform.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -177,6 +178,23 @@ TEST(ArcBoxTest, MatchesADenselySampledArc) {
       ExpectNear(ArcBox({3, -1}, 2, start, sweep), sampled, 1e-5);
     }
   }
+}
+
+// A placement in space (turned about a tilted axis, scaled unevenly, moved)
+// and its inverse bring every point back; a flat one has no inverse.
+TEST(TransformTest, InverseBringsPointsBack) {
+  const Transform3 t = Transform3::Translation({5, -7, 3}) * Transform3::Ocs({0.3, -0.4, 0.8}) *
+                       Transform3::RotationZ(33) * Transform3::Scaling({2, 0.5, 3});
+  const Transform3 inverse = t.Inverse();
+  for (const Vec3 p : {Vec3{0, 0, 0}, Vec3{1, 2, 3}, Vec3{-40, 7, 0.5}}) {
+    const Vec3 back = inverse.Apply(t.Apply(p));
+    EXPECT_NEAR(back.x, p.x, 1e-9);
+    EXPECT_NEAR(back.y, p.y, 1e-9);
+    EXPECT_NEAR(back.z, p.z, 1e-9);
+  }
+  const Vec3 q = Transform3::Scaling({1, 1, 0}).Inverse().Apply({4, 5, 6});
+  EXPECT_EQ(q.x, 4);
+  EXPECT_EQ(q.z, 6);  // the identity
 }
 
 }  // namespace

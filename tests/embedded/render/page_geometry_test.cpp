@@ -70,6 +70,9 @@ const PageCase kPages[] = {
     {"CentredIgnoresOrigin", {200, 100, 10, 10, 10, 10}, 0, -16, true, {15, 25}, 1,
      Box2::Of({-5, -5}, {5, 5}), {200, 100}, Box2::Of({10, 10}, {190, 90}), 1, {0, 0},
      {100, 50}},
+    // Nothing to plot: the drawing's origin in the middle.
+    {"EmptyAreaCentred", {200, 100, 10, 10, 10, 10}, 0, -16, true, {}, 1, Box2{},
+     {200, 100}, Box2::Of({10, 10}, {190, 90}), 1, {0, 0}, {100, 50}},
 };
 // clang-format on
 
