@@ -67,17 +67,26 @@ TEST(PlotJobTest, WritesAOnePagePdfOfTheSheetSize) {
   EXPECT_NE(pdf.find("/Count 1"), std::string::npos);
 }
 
-TEST(PlotJobTest, RefusesAPrinterTheSystemDoesNotHave) {
+// The message of the PlotError `job` ends with.
+std::string ErrorOf(const PlotJob& job) {
+  try {
+    RunPlotJob(job);
+  } catch (const PlotError& e) {
+    return e.what();
+  }
+  return "";
+}
+
+TEST(PlotJobTest, RefusesAPrinterTheSystemDoesNotHaveAndAFileItCannotCreate) {
   Drawing d = MakeDrawing();
+  ModelSpace(d).entities.push_back(MakeLine({0, 0}, {100, 50}));
+  d.Reindex();
   PlotJob job = PdfJob(d, "");
   job.output = OutputKind::Printer;
   job.printerName = "Traceur-inexistant-42";
-  try {
-    RunPlotJob(job);
-    FAIL() << "no PlotError";
-  } catch (const PlotError& e) {
-    EXPECT_EQ(std::string(e.what()), "imprimante introuvable : Traceur-inexistant-42");
-  }
+  EXPECT_EQ(ErrorOf(job), "imprimante introuvable : Traceur-inexistant-42");
+  EXPECT_EQ(ErrorOf(PdfJob(d, "/dossier-absent/plan.pdf")),
+            "impossible de créer le fichier PDF : /dossier-absent/plan.pdf");
 }
 
 using ::testing::HasSubstr;
