@@ -80,10 +80,11 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"rgb24-top-down.bmp", "python.ppm"}, Case{"palette8.bmp", "python.ppm"},
         Case{"bw1.bmp", "python.pbm"},
         // TIFF: LZW, Deflate with the predictor, PackBits big-endian,
-        // grey, white-is-zero black and white, palette.
+        // grey in 8 and 16 bits, white-is-zero black and white, palette.
         Case{"rgb-lzw.tif", "python.ppm"}, Case{"rgb-deflate-predictor.tif", "python.ppm"},
         Case{"rgb-packbits-big-endian.tif", "python.ppm"}, Case{"grey-lzw.tif", "python.pgm"},
-        Case{"bw-white-is-zero.tif", "python.pbm"}, Case{"palette-uncompressed.tif", "python.ppm"}),
+        Case{"grey16-big-endian.tif", "python.pgm"}, Case{"bw-white-is-zero.tif", "python.pbm"},
+        Case{"palette-uncompressed.tif", "python.ppm"}),
     [](const auto& info) {
       std::string name = info.param.file;
       for (char& c : name) {
