@@ -84,8 +84,11 @@ TEST(HpglBackendTest, PaletteSizesAndPensBeyondTheLast) {
     b.DrawPolyline(line, false, Style{static_cast<std::uint32_t>(i) << 16, 0.25});
   }
   b.DrawPolyline(line, false, Style{0x7F0101, 0.25});
+  b.DrawPolyline(line, false, Style{0x000101, 0.25});  // the first pen's
   const HpglPlot plot = ReadHpgl(b.Finish());
-  EXPECT_EQ(plot.strokes.back().pen, 0x7F + 1);
+  ASSERT_GE(plot.strokes.size(), 2u);
+  EXPECT_EQ(plot.strokes[plot.strokes.size() - 2].pen, 0x7F + 1);
+  EXPECT_EQ(plot.strokes.back().pen, 1);
 }
 
 TEST(HpglBackendTest, StrokesInAbsoluteUnitsJoinedWherePiecesMeet) {
