@@ -22,6 +22,7 @@ packages=(
   xvfb xauth                 # screenshots of the desktop application on a virtual display
   poppler-utils              # pdfinfo, pdftoppm: looking at the plotted PDF files
   parallel                   # GNU parallel: the shards test, the README's shard commands, bench/batch-run.sh
+  gcovr                      # scripts/coverage.sh: line coverage of src/ per library
   cups-daemon cups-client cups-filters   # printing tests: a CUPS queue writing to a file
   dpkg-dev                   # cpack -G DEB: dpkg-shlibdeps finds the package's dependencies
   man-db groff-base bsdextrautils   # the manual page: man, groff, col
