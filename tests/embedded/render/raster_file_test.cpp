@@ -14,12 +14,13 @@
 #include <string>
 
 #include "embedded/render/raster_cache.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
 
 std::string RasterPath(const std::string& name) {
-  return std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/raster/" + name;
+  return sheafwork::testing::TestData("raster/" + name);
 }
 
 std::string Bytes(const std::string& name) {

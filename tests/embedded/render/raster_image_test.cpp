@@ -14,6 +14,7 @@
 #include "embedded/render/raster_file.h"
 #include "embedded/render/render_test_support.h"
 #include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -25,7 +26,7 @@ using testing::ModelLayout;
 using testing::Recorded;
 using testing::RecordingBackend;
 
-const std::string kRaster = testing::DataPath("raster");
+const std::string kRaster = sheafwork::testing::TestData("raster");
 
 Drawing ReadImages(const std::string& name, const std::string& supportPath) {
   Drawing drawing = testing::ReadTestDrawing("dxf/images/" + name);
@@ -42,7 +43,8 @@ std::string FileName(const std::string& path) {
 }
 
 TEST(RasterImageTest, FilesAreFoundAsStoredOrByNameAlongTheSupportPath) {
-  const Drawing drawing = ReadImages("images.dxf", testing::DataPath("vide") + ";" + kRaster);
+  const Drawing drawing =
+      ReadImages("images.dxf", sheafwork::testing::TestData("vide") + ";" + kRaster);
   const RecordingBackend backend = DrawLayout(drawing, drawing.layouts[0]);
 
   const auto images = Of(backend, Recorded::Kind::Image);

@@ -10,6 +10,7 @@
 #include "embedded/dxf/reader.h"
 #include "embedded/paint/paint_sheet.h"
 #include "embedded/render/paint_sheet.h"
+#include "fakes/test_data.h"
 #include "text/utf8.h"
 
 namespace sheafwork::embedded::testing {
@@ -24,11 +25,9 @@ const bool kOffscreen = [] {
 
 }  // namespace
 
-std::string DataPath(const std::string& relative) {
-  return std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/" + relative;
+Drawing ReadTestDrawing(const std::string& relative) {
+  return ReadDxfFile(sheafwork::testing::TestData(relative));
 }
-
-Drawing ReadTestDrawing(const std::string& relative) { return ReadDxfFile(DataPath(relative)); }
 
 const Layout& ModelOf(const Drawing& drawing) {
   for (const Layout& layout : drawing.layouts) {

@@ -15,10 +15,7 @@
 
 namespace sheafwork::embedded::testing {
 
-/// The path of `relative` under tests/data.
-std::string DataPath(const std::string& relative);
-
-/// The drawing tests/data/`relative`, read by our DXF reader.
+/// The drawing tests/data/`relative` (fakes/test_data.h), read by our DXF reader.
 Drawing ReadTestDrawing(const std::string& relative);
 
 /// The drawing's model layout, and its layout named `name`.

@@ -13,6 +13,7 @@
 #include "embedded/render/plot_job.h"
 #include "embedded/render/render_test_support.h"
 #include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
 #include "support/pdf_text.h"
 #include "text/utf8.h"
 
@@ -77,7 +78,7 @@ TEST(SearchableTextTest, ShapeFontTextIsFoundBigFontAndUnicodeFontsIncluded) {
   if (!HavePdftotext()) GTEST_SKIP() << "pdftotext missing";
   TempFolder folder;
   const std::string pdf = folder.File("formes.pdf");
-  PlotModel("fonts/shape_fonts.dxf", testing::DataPath("fonts"), pdf);
+  PlotModel("fonts/shape_fonts.dxf", sheafwork::testing::TestData("fonts"), pdf);
   const std::string text = PdfText(pdf);
   // trait.shx, its big font, the Unicode font, and multi-line text moving
   // from one shape font to another.

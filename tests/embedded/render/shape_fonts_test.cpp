@@ -13,13 +13,14 @@
 #include "embedded/render/render_test_support.h"
 #include "embedded/render/shape_font.h"
 #include "embedded/render/shape_glyphs.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
 
 using testing::Recorded;
 
-const std::string kFonts = testing::DataPath("fonts");
+const std::string kFonts = sheafwork::testing::TestData("fonts");
 
 std::vector<Recorded> Draw(const std::string& searchPath) {
   const Drawing d = testing::ReadTestDrawing("fonts/shape_fonts.dxf");
