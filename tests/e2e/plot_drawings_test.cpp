@@ -5,15 +5,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <filesystem>
-#include <cstdint>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "e2e/program.h"
-#include "support/hpgl_reader.h"
 
 namespace sheafwork::e2e {
 namespace {
@@ -28,19 +28,61 @@ std::set<std::string> FilesIn(const std::string& folder) {
   return names;
 }
 
-// The size of what an HP-GL/2 file draws, in millimetres, and its pen colours.
+// The extent of everything drawn in an HP-GL/2 file, in millimetres (40
+// plotter units each), and the pen colours it sets.
 struct HpglDrawing {
   double width = 0;
   double height = 0;
-  std::set<std::uint32_t> colours;
+  std::set<std::string> colours;
 };
 
-HpglDrawing ReadPlot(const std::string& file) {
-  const embedded::testing::HpglPlot plot =
-      embedded::testing::ReadHpgl(testing::TempFolder::Read(file));
-  const embedded::Box2 box = plot.InkExtents(false);
-  HpglDrawing drawing{box.Width(), box.Height(), {}};
-  for (const auto& [pen, rgb] : plot.penColors) drawing.colours.insert(rgb);
+// The numbers of an HP-GL/2 command's parameters ("1,2.5,-3").
+std::vector<double> Numbers(std::string_view params) {
+  std::vector<double> numbers;
+  std::string item;
+  for (const char c : std::string(params) + ",") {
+    if (c != ',') {
+      item += c;
+    } else if (!item.empty()) {
+      numbers.push_back(std::stod(item));
+      item.clear();
+    }
+  }
+  return numbers;
+}
+
+HpglDrawing ReadHpgl(const std::string& file) {
+  const std::string text = testing::TempFolder::Read(file);
+  HpglDrawing drawing;
+  double minX = 1e12, minY = 1e12, maxX = -1e12, maxY = -1e12;
+  std::size_t start = 0;
+  while (start < text.size()) {
+    const std::size_t end = std::min(text.find(';', start), text.size());
+    std::string_view command = std::string_view(text).substr(start, end - start);
+    start = end + 1;
+    while (!command.empty() && std::isspace(static_cast<unsigned char>(command.front()))) {
+      command.remove_prefix(1);
+    }
+    if (command.size() < 2) continue;
+    const std::string_view mnemonic = command.substr(0, 2);
+    const std::string_view params = command.substr(2);
+    if (mnemonic == "PU" || mnemonic == "PD") {
+      const std::vector<double> numbers = Numbers(params);
+      for (std::size_t i = 0; i + 1 < numbers.size(); i += 2) {
+        minX = std::min(minX, numbers[i]);
+        maxX = std::max(maxX, numbers[i]);
+        minY = std::min(minY, numbers[i + 1]);
+        maxY = std::max(maxY, numbers[i + 1]);
+      }
+    } else if (mnemonic == "PC") {
+      // PCpen,r,g,b: the colour as "r,g,b".
+      const std::size_t comma = params.find(',');
+      if (comma != std::string_view::npos)
+        drawing.colours.insert(std::string(params.substr(comma + 1)));
+    }
+  }
+  drawing.width = (maxX - minX) / 40;
+  drawing.height = (maxY - minY) / 40;
   return drawing;
 }
 
@@ -100,10 +142,11 @@ TEST_F(PlotDrawings, ReadableAreaAndScaleMeasuredOnTheSheet) {
                                  Quoted(Out("a")),
                              folder_);
   ASSERT_EQ(run.status, 0) << run.err;
-  HpglDrawing sheet = ReadPlot(Out("a/frame-Objet.plt"));
+  HpglDrawing sheet = ReadHpgl(Out("a/frame-Objet.plt"));
   EXPECT_NEAR(sheet.width, 80, 0.1);
   EXPECT_NEAR(sheet.height, 40, 0.1);
-  EXPECT_TRUE(sheet.colours.count(0xFF0000)) << testing::TempFolder::Read(Out("a/frame-Objet.plt"));
+  EXPECT_TRUE(sheet.colours.count("255,0,0"))
+      << testing::TempFolder::Read(Out("a/frame-Objet.plt"));
 
   // A custom scale, and the run's plot style table on a drawing that names
   // none: every pen black.
@@ -113,10 +156,10 @@ TEST_F(PlotDrawings, ReadableAreaAndScaleMeasuredOnTheSheet) {
                       Quoted(Out("b")),
                   folder_);
   ASSERT_EQ(run.status, 0) << run.err;
-  sheet = ReadPlot(Out("b/frame-Objet.plt"));
+  sheet = ReadHpgl(Out("b/frame-Objet.plt"));
   EXPECT_NEAR(sheet.width, 40, 0.1);
   EXPECT_NEAR(sheet.height, 20, 0.1);
-  EXPECT_EQ(sheet.colours, (std::set<std::uint32_t>{0x000000}));
+  EXPECT_EQ(sheet.colours, (std::set<std::string>{"0,0,0"}));
 }
 
 TEST_F(PlotDrawings, UnknownValuesAndTablesAreRefusedWithStatus2) {

@@ -41,13 +41,12 @@ std::vector<HpglCommand> HpglPlot::All(std::string_view mnemonic) const {
   return out;
 }
 
-Box2 HpglPlot::InkExtents(bool penWidths) const {
+Box2 HpglPlot::InkExtents() const {
   Box2 box;
   for (const Stroke& s : strokes) {
-    const double half = penWidths ? s.widthMm / 2 : 0;
     for (const Vec2& p : s.points) {
-      box.Extend(Vec2{p.x - half, p.y - half});
-      box.Extend(Vec2{p.x + half, p.y + half});
+      box.Extend(Vec2{p.x - s.widthMm / 2, p.y - s.widthMm / 2});
+      box.Extend(Vec2{p.x + s.widthMm / 2, p.y + s.widthMm / 2});
     }
   }
   for (const Fill& f : fills) {

@@ -37,8 +37,8 @@ struct HpglPlot {
   std::vector<Stroke> strokes;             ///< PD runs, arcs and circles as chords
   std::vector<Fill> fills;                 ///< PM polygons filled with FP
 
-  /// The box of everything inked, pen widths included unless not asked.
-  Box2 InkExtents(bool penWidths = true) const;
+  /// The box of everything inked, pen widths included.
+  Box2 InkExtents() const;
   /// The commands with this mnemonic.
   std::vector<HpglCommand> All(std::string_view mnemonic) const;
 };
