@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "e2e/program.h"
-#include "embedded/render/hpgl_reader.h"
+#include "support/hpgl_reader.h"
 
 namespace sheafwork::e2e {
 namespace {

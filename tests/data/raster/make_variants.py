@@ -333,6 +333,9 @@ def main():
     write_tiff("rgb-deflate-predictor.tif", w, h, rgb_rows, 3, 8, 2, 8, predictor=2)
     write_tiff("rgb-packbits-big-endian.tif", w, h, rgb_rows, 3, 8, 2, 32773, little=False)
     write_tiff("grey-lzw.tif", w, h, grey_rows, 1, 8, 1, 5)
+    grey16_rows = [struct.pack(">%dH" % w, *(p[0] * 257 for p in grey[y * w:(y + 1) * w]))
+                   for y in range(h)]
+    write_tiff("grey16-big-endian.tif", w, h, grey16_rows, 1, 16, 1, 1, little=False)
     # White is zero (photometric 0), as fax-like scans store it.
     write_tiff("bw-white-is-zero.tif", w, h, bw_rows, 1, 1, 0, 32773)
     cmap_r = [c[0] * 257 for c in palette] + [0] * (256 - len(palette))

@@ -9,9 +9,9 @@
 #include <filesystem>
 #include <string>
 
-#include "embedded/render/hpgl_reader.h"
 #include "embedded/render/render_test_support.h"
 #include "fakes/temp_folder.h"
+#include "support/hpgl_reader.h"
 
 namespace sheafwork::embedded {
 namespace {

@@ -25,19 +25,14 @@ using testing::OneToOneSettings;
 constexpr double kPx = 10;  // pixels per sheet millimetre, painted and rasterised
 
 Drawing Read(const std::string& name) {
-  Drawing d = ReadDxfFile(std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/clipping/" + name);
+  Drawing d = testing::ReadTestDrawing("dxf/clipping/" + name);
   ResolveExternalReferences(d, "", [](const std::string& path) {
     return std::make_shared<const Drawing>(ReadDxfFile(path));
   });
   return d;
 }
 
-const Layout& Model(const Drawing& d) {
-  for (const Layout& layout : d.layouts) {
-    if (layout.IsModel()) return layout;
-  }
-  throw std::runtime_error("no model layout");
-}
+const Layout& Model(const Drawing& d) { return testing::ModelOf(d); }
 
 // The sheet painted, and as the PDF file shows it: both outputs clip.
 using Output = std::function<QImage(const Drawing&, const PlotSettings&)>;

@@ -1,14 +1,23 @@
+// Curves flattened into points: arcs, bulges, splines, hatch patterns, and
+// the boxes of arcs.
+
 #include "embedded/render/curves.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <numbers>
+#include <vector>
 
+#include "embedded/render/arc_box.h"
 #include "embedded/render/hatch_pattern.h"
+#include "embedded/render/render_test_support.h"
+#include "embedded/render/transform.h"
 
 namespace sheafwork::embedded {
 namespace {
+
+using testing::ExpectNear;
 
 constexpr double kPi = std::numbers::pi;
 
@@ -147,6 +156,45 @@ TEST(HatchPatternTest, LinesAreCutToTheBoundaryAndDashed) {
   line.offset = {0, 1e-6};  // far too dense: refused, not a million lines
   pairs.clear();
   EXPECT_FALSE(AppendPatternSegments(points, sizes, line, pairs, 1000));
+}
+
+// The box of an arc is that of its ends and the extremes it passes, for
+// every start and sweep either way, a turn and more included.
+TEST(ArcBoxTest, MatchesADenselySampledArc) {
+  // Steps through every case, and ends exactly on the axes.
+  std::vector<double> starts = {0, kPi / 2, 2 * kPi + kPi / 4};
+  std::vector<double> sweeps = {kPi / 2, -kPi / 2, 1.5 * kPi, 2 * kPi, -2 * kPi};
+  for (double start = -7; start < 7; start += 0.37) starts.push_back(start);
+  for (double sweep = -7.1; sweep < 7.2; sweep += 0.41) sweeps.push_back(sweep);
+  for (const double start : starts) {
+    for (const double sweep : sweeps) {
+      Box2 sampled;
+      constexpr int kSamples = 2000;
+      for (int i = 0; i <= kSamples; ++i) {
+        const double a = start + sweep * i / kSamples;
+        sampled.Extend(Vec2{3 + 2 * std::cos(a), -1 + 2 * std::sin(a)});
+      }
+      SCOPED_TRACE(::testing::Message() << "start " << start << " sweep " << sweep);
+      ExpectNear(ArcBox({3, -1}, 2, start, sweep), sampled, 1e-5);
+    }
+  }
+}
+
+// A placement in space (turned about a tilted axis, scaled unevenly, moved)
+// and its inverse bring every point back; a flat one has no inverse.
+TEST(TransformTest, InverseBringsPointsBack) {
+  const Transform3 t = Transform3::Translation({5, -7, 3}) * Transform3::Ocs({0.3, -0.4, 0.8}) *
+                       Transform3::RotationZ(33) * Transform3::Scaling({2, 0.5, 3});
+  const Transform3 inverse = t.Inverse();
+  for (const Vec3 p : {Vec3{0, 0, 0}, Vec3{1, 2, 3}, Vec3{-40, 7, 0.5}}) {
+    const Vec3 back = inverse.Apply(t.Apply(p));
+    EXPECT_NEAR(back.x, p.x, 1e-9);
+    EXPECT_NEAR(back.y, p.y, 1e-9);
+    EXPECT_NEAR(back.z, p.z, 1e-9);
+  }
+  const Vec3 q = Transform3::Scaling({1, 1, 0}).Inverse().Apply({4, 5, 6});
+  EXPECT_EQ(q.x, 4);
+  EXPECT_EQ(q.z, 6);  // the identity
 }
 
 }  // namespace

@@ -220,6 +220,9 @@ TEST(PointStyleTest, SymbolsByMode) {
   std::vector<Vec2> tick;
   AppendPointSymbol(4, {0, 0}, 4, tick);
   ExpectNear(tick, {{0, 0}, {0, 2}});  // upwards from the point
+  std::vector<Vec2> small;             // however small
+  EXPECT_EQ(AppendPointSymbol(98, {0, 0}, 0.5, small).circleRadius, 0.25);
+  EXPECT_EQ(small.size(), 2 * 6u);
 }
 
 }  // namespace

@@ -119,23 +119,13 @@ TEST(LinetypeTest, PolylineGenerationFlagKeepsThePhaseAcrossVertices) {
   }
 }
 
+// tests/data/dxf/render/make_drawings.py says what each drawing holds.
 TEST(LinetypeTest, PaperScaledInViewportsWhenAsked) {
+  Drawing d = ReadTestDrawing("dxf/render/paper_linetype.dxf");
   for (bool paper : {true, false}) {
     SCOPED_TRACE(paper ? "PSLTSCALE 1" : "PSLTSCALE 0");
-    Drawing d = DashedDrawing();
     d.header.psLtScale = paper;
-    Entity line = MakeLine({0, 0}, {100, 0});  // 10 mm on paper
-    line.props.linetype = "TIRETS";
-    ModelSpace(d).entities.push_back(line);
-    Viewport vp;
-    vp.center = {50, 50, 0};
-    vp.width = vp.height = 20;
-    vp.viewHeight = 200;  // 1:10
-    vp.viewTarget = {50, 0, 0};
-    PaperSpace(d).entities.push_back(MakeEntity(Viewport{}));
-    PaperSpace(d).entities.push_back(MakeEntity(vp));
-    d.Reindex();
-    const RecordingBackend rec = DrawLayout(d, PaperLayout(d));
+    const RecordingBackend rec = DrawLayout(d, LayoutNamed(d, "Feuille"));
     // The frame, then the line: 4 dashes of 2 mm, or 34 of 0.2 mm.
     EXPECT_EQ(StrokesOf(rec) - 1, paper ? 4u : 34u);
   }
@@ -260,83 +250,34 @@ TEST(WipeoutTest, BoundaryInPixelsFrameAndDisplayFlag) {
   }
 }
 
-// A paper layout with one viewport at 1:1 onto a model filled black, its
-// content clipped by `boundary` (a paper-space entity) when given.
-Drawing ClippedViewportDrawing(std::optional<Geometry> boundary, bool flagged = true) {
-  Drawing d = MakeDrawing();
-  Solid fill;
-  fill.corners = {Vec3{0, 0, 0}, Vec3{100, 0, 0}, Vec3{0, 100, 0}, Vec3{100, 100, 0}};
-  ModelSpace(d).entities.push_back(MakeEntity(fill));
-  Viewport vp;
-  vp.center = {50, 50, 0};
-  vp.width = vp.height = vp.viewHeight = 60;
-  vp.viewTarget = {50, 50, 0};
-  vp.id = 2;
-  if (flagged) vp.flags = 65536;
-  vp.clipBoundaryHandle = "2b";
-  PaperSpace(d).entities.push_back(MakeEntity(Viewport{}));
-  PaperSpace(d).entities.push_back(MakeEntity(vp));
-  if (boundary) {
-    Entity e = MakeEntity(*boundary);
-    e.handle = "2B";
-    PaperSpace(d).entities.push_back(e);
-  }
-  d.Reindex();
-  return d;
-}
-
+// A model filled black, seen at 1:1 through a 60 mm viewport at (50, 50),
+// in a layout per boundary clipping it.
 TEST(ClippedViewportTest, ContentOutsideTheBoundaryIsNotDrawn) {
-  Polyline diamond;
-  for (Vec2 v : {Vec2{50, 25}, Vec2{75, 50}, Vec2{50, 75}, Vec2{25, 50}}) {
-    diamond.vertices.push_back({{v.x, v.y, 0}});
-  }
-  diamond.closed = false;  // a boundary closes anyway
-  Ellipse ellipse;
-  ellipse.center = {50, 50, 0};
-  ellipse.majorAxis = {25, 0, 0};
-  ellipse.ratio = 0.4;
+  const Drawing d = ReadTestDrawing("dxf/render/clipped_viewports.dxf");
   struct Case {
-    const char* name;
-    Geometry boundary;
+    const char* layout;
     Vec2 inside;
     Vec2 outside;  ///< within the viewport's rectangle
   };
   const Case cases[] = {
-      {"circle", Circle{{50, 50, 0}, 20, kUnitZ}, {50, 65}, {24, 24}},
-      {"polyline", diamond, {50, 70}, {30, 30}},
-      {"ellipse", ellipse, {70, 50}, {50, 65}},
+      {"cercle", {50, 65}, {24, 24}},
+      {"polyligne", {50, 70}, {30, 30}},
+      {"ellipse", {70, 50}, {50, 65}},
+      // No boundary to clip by: the whole rectangle.
+      {"sans entité", {24, 24}, {15, 50}},
+      {"sans drapeau", {24, 24}, {15, 50}},
+      {"ligne", {24, 24}, {15, 50}},
   };
   PlotSettings s = OneToOneSettings(100);
   s.plotType = kPlotLayout;
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    Drawing d = ClippedViewportDrawing(c.boundary);
-    const QImage image = RenderSheet(d, PaperLayout(d), s, kPx);
+    SCOPED_TRACE(c.layout);
+    const QImage image = RenderSheet(d, LayoutNamed(d, c.layout), s, kPx);
     EXPECT_TRUE(InkNear(image, kPx, c.inside, 0.1));
     EXPECT_FALSE(InkNear(image, kPx, c.outside, 0.5));
-    // The viewport's own frame is not drawn; the boundary is the frame.
-    EXPECT_FALSE(InkNear(image, kPx, {21, 50}, 0.5));
-    EXPECT_FALSE(InkNear(image, kPx, {79, 79}, 0.5));
-  }
-}
-
-TEST(ClippedViewportTest, RectangleWhenNotFlaggedOrBoundaryMissing) {
-  PlotSettings s = OneToOneSettings(100);
-  s.plotType = kPlotLayout;
-  struct Case {
-    const char* name;
-    Drawing drawing;
-  };
-  Case cases[] = {
-      {"flag without an entity", ClippedViewportDrawing(std::nullopt)},
-      {"entity without the flag", ClippedViewportDrawing(Circle{{50, 50, 0}, 5, kUnitZ}, false)},
-      {"boundary of another kind", ClippedViewportDrawing(Line{{0, 0, 0}, {1, 1, 0}})},
-  };
-  for (Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    const QImage image = RenderSheet(c.drawing, PaperLayout(c.drawing), s, kPx);
-    EXPECT_TRUE(InkNear(image, kPx, {24, 24}, 0.1));  // the whole rectangle
-    EXPECT_FALSE(InkNear(image, kPx, {15, 50}, 0.5));
+    // A boundary is the frame: the viewport's own is not drawn.
+    const bool clipped = c.outside.x != 15;
+    EXPECT_NE(InkNear(image, kPx, {21, 50}, 0.5) && InkNear(image, kPx, {79, 79}, 0.5), clipped);
   }
 }
 

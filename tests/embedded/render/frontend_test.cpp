@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+#include "embedded/dxf/reader.h"
+#include "embedded/model/xrefs.h"
 #include "embedded/render/plot_area.h"
 #include "embedded/render/render_test_support.h"
 
@@ -12,121 +14,32 @@ namespace {
 
 using namespace testing;
 
-TEST(FrontendVisibilityTest, HidesWhatDoesNotPlot) {
-  struct Case {
-    const char* name;
-    void (*setup)(Layer&, Entity&);
-    bool drawn;
-  };
-  const Case cases[] = {
-      {"visible", [](Layer&, Entity&) {}, true},
-      {"layer off", [](Layer& l, Entity&) { l.on = false; }, false},
-      {"layer frozen", [](Layer& l, Entity&) { l.frozen = true; }, false},
-      {"layer not plotted", [](Layer& l, Entity&) { l.plottable = false; }, false},
-      {"layer locked", [](Layer& l, Entity&) { l.locked = true; }, true},
-      {"entity invisible", [](Layer&, Entity& e) { e.props.invisible = true; }, false},
-      {"Defpoints", [](Layer& l, Entity& e) { l.name = e.props.layer = "DEFPOINTS"; }, false},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    Drawing d = MakeDrawing();
-    Layer& layer = AddLayer(d, "A");
-    Entity line = MakeLine({0, 0}, {1, 1}, "A");
-    c.setup(layer, line);
-    ModelSpace(d).entities.push_back(line);
-    d.Reindex();
-    EXPECT_EQ(DrawLayout(d, ModelLayout(d)).items.size(), c.drawn ? 1u : 0u);
-  }
-}
+// The drawings of tests/data/dxf/render (make_drawings.py there says what
+// each holds), drawn in their model layout.
+Drawing Read(const std::string& name) { return ReadTestDrawing("dxf/render/" + name); }
 
-TEST(FrontendVisibilityTest, InsertLayerFrozenHidesAllButOffHidesOnlyLayerZero) {
-  for (bool frozen : {true, false}) {
-    SCOPED_TRACE(frozen ? "frozen" : "off");
-    Drawing d = MakeDrawing();
-    AddLayer(d, "Other");
-    Layer& host = AddLayer(d, "Host");
-    if (frozen) {
-      host.frozen = true;
-    } else {
-      host.on = false;
-    }
-    Block& block = AddBlock(d, "B");
-    block.entities.push_back(MakeLine({0, 0}, {1, 0}, "0"));
-    block.entities.push_back(MakeLine({0, 1}, {1, 1}, "Other"));
-    ModelSpace(d).entities.push_back(MakeInsert("B", {0, 0}, "Host"));
-    d.Reindex();
-    const RecordingBackend rec = DrawLayout(d, ModelLayout(d));
-    if (frozen) {
-      EXPECT_TRUE(rec.items.empty());
-    } else {
-      ASSERT_EQ(rec.items.size(), 1u);
-      EXPECT_DOUBLE_EQ(rec.items[0].points[0].y, 1);  // the line on "Other"
-    }
-  }
+// Of the lines at y 0 to 6 only those on a plain (0) or locked layer (4)
+// plot; of the block referenced on a frozen layer nothing, of the one on a
+// layer off only its line on a layer of its own (21).
+TEST(FrontendVisibilityTest, HidesWhatDoesNotPlot) {
+  const Drawing d = Read("visibility.dxf");
+  std::vector<double> drawn;
+  for (const Recorded& r : DrawLayout(d, ModelOf(d)).items) drawn.push_back(r.points[0].y);
+  EXPECT_EQ(drawn, (std::vector<double>{0, 4, 21}));
 }
 
 TEST(FrontendPropertiesTest, ResolvesColoursThroughLayersAndBlocks) {
-  Drawing d = MakeDrawing();
-  Layer& red = AddLayer(d, "Red");
-  red.color = 1;
-  Layer& rgb = AddLayer(d, "Rgb");
-  rgb.trueColor = 0x123456;
-  Block& inner = AddBlock(d, "Inner");
-  Entity byBlock = MakeLine({0, 0}, {1, 0});
-  byBlock.props.color = kColorByBlock;
-  inner.entities.push_back(byBlock);
-  inner.entities.push_back(MakeLine({0, 0}, {1, 0}));  // layer 0: the reference's layer
-  Block& outer = AddBlock(d, "Outer");
-  Entity nested = MakeInsert("Inner", {0, 0});
-  nested.props.color = kColorByBlock;
-  outer.entities.push_back(nested);
-  Entity top = MakeInsert("Outer", {0, 0}, "Rgb");
-  top.props.color = 5;  // blue, handed down through the nested by-block reference
-  ModelSpace(d).entities.push_back(top);
-  Entity own = MakeLine({0, 0}, {1, 0}, "Red");
-  own.props.trueColor = 0xABCDEF;  // true colour wins over the layer
-  ModelSpace(d).entities.push_back(own);
-  ModelSpace(d).entities.push_back(MakeLine({0, 0}, {1, 0}, "Red"));
-  Entity topByBlock = MakeLine({0, 0}, {1, 0}, "Red");
-  topByBlock.props.color = kColorByBlock;  // outside a block: black
-  ModelSpace(d).entities.push_back(topByBlock);
-  Entity seven = MakeLine({0, 0}, {1, 0});
-  seven.props.color = 7;  // plots black on paper
-  ModelSpace(d).entities.push_back(seven);
-  d.Reindex();
-
-  const RecordingBackend rec = DrawLayout(d, ModelLayout(d));
+  const Drawing d = Read("colours.dxf");
+  const RecordingBackend rec = DrawLayout(d, ModelOf(d));
   ASSERT_EQ(rec.items.size(), 6u);
-  EXPECT_EQ(rec.items[0].style.rgb, 0x0000FFu);
-  EXPECT_EQ(rec.items[1].style.rgb, 0x123456u);
-  EXPECT_EQ(rec.items[2].style.rgb, 0xABCDEFu);
-  EXPECT_EQ(rec.items[3].style.rgb, 0xFF0000u);
-  EXPECT_EQ(rec.items[4].style.rgb, 0x000000u);
-  EXPECT_EQ(rec.items[5].style.rgb, 0x000000u);
+  const std::uint32_t colours[] = {0x0000FF, 0x123456, 0xABCDEF, 0xFF0000, 0x000000, 0x000000};
+  for (std::size_t i = 0; i < 6; ++i) EXPECT_EQ(rec.items[i].style.rgb, colours[i]) << i;
   // Layer 0 inside a block is the reference's layer, at any depth.
   EXPECT_EQ(rec.layers, (std::vector<std::string>{"Rgb", "Rgb", "Red", "Red", "Red", "0"}));
 }
 
 TEST(FrontendPropertiesTest, PenWidthsFollowLineweightsAndThePolicy) {
-  Drawing d = MakeDrawing();
-  Layer& heavy = AddLayer(d, "Heavy");
-  heavy.lineweight = 50;
-  Block& block = AddBlock(d, "B");
-  Entity byBlock = MakeLine({0, 0}, {1, 0}, "Heavy");
-  byBlock.props.lineweight = kLineweightByBlock;
-  block.entities.push_back(byBlock);
-  Entity insert = MakeInsert("B", {0, 0});
-  insert.props.lineweight = 70;
-  ModelSpace(d).entities.push_back(insert);
-  ModelSpace(d).entities.push_back(MakeLine({0, 0}, {1, 0}, "Heavy"));
-  Entity def = MakeLine({0, 0}, {1, 0}, "Heavy");
-  def.props.lineweight = kLineweightDefault;
-  ModelSpace(d).entities.push_back(def);
-  Entity zero = MakeLine({0, 0}, {1, 0}, "Heavy");
-  zero.props.lineweight = 0;
-  ModelSpace(d).entities.push_back(zero);
-  d.Reindex();
-
+  const Drawing d = Read("lineweights.dxf");
   struct Case {
     const char* name;
     LineweightPolicy policy;
@@ -141,41 +54,15 @@ TEST(FrontendPropertiesTest, PenWidthsFollowLineweightsAndThePolicy) {
     SCOPED_TRACE(c.name);
     FrontendOptions options;
     options.lineweights = c.policy;
-    const RecordingBackend rec = DrawLayout(d, ModelLayout(d), options);
+    const RecordingBackend rec = DrawLayout(d, ModelOf(d), options);
     ASSERT_EQ(rec.items.size(), 4u);
     for (int i = 0; i < 4; ++i) EXPECT_DOUBLE_EQ(rec.items[i].style.widthMm, c.widths[i]);
   }
 }
 
 TEST(FrontendTransformTest, NestedBlocksMirroredExtrusionAndMinsertGrids) {
-  Drawing d = MakeDrawing();
-  Block& inner = AddBlock(d, "Inner");
-  inner.entities.push_back(MakeLine({0, 0}, {10, 0}));
-  Block& outer = AddBlock(d, "Outer");
-  outer.base = {1, 1, 0};
-  Entity nested = MakeInsert("Inner", {6, 1});  // (5, 0) relative to the base
-  std::get<Insert>(nested.geometry).rotation = 90;
-  outer.entities.push_back(nested);
-
-  Entity scaled = MakeInsert("Outer", {50, 20});
-  std::get<Insert>(scaled.geometry).scale = {2, 2, 1};
-  ModelSpace(d).entities.push_back(scaled);
-
-  Entity mirrored = MakeInsert("Inner", {10, 0});
-  std::get<Insert>(mirrored.geometry).extrusion = {0, 0, -1};  // object x runs to world -x
-  ModelSpace(d).entities.push_back(mirrored);
-
-  Entity grid = MakeInsert("Inner", {0, 100});
-  Insert& g = std::get<Insert>(grid.geometry);
-  g.columns = 2;
-  g.rows = 3;
-  g.columnSpacing = 20;
-  g.rowSpacing = 5;
-  g.rotation = 90;  // the grid turns with the block
-  ModelSpace(d).entities.push_back(grid);
-  d.Reindex();
-
-  const RecordingBackend rec = DrawLayout(d, ModelLayout(d));
+  const Drawing d = Read("transforms.dxf");
+  const RecordingBackend rec = DrawLayout(d, ModelOf(d));
   ASSERT_EQ(rec.items.size(), 1u + 1u + 6u);
   ExpectNear(rec.items[0].points[0], {60, 20});
   ExpectNear(rec.items[0].points[1], {60, 40});
@@ -187,40 +74,12 @@ TEST(FrontendTransformTest, NestedBlocksMirroredExtrusionAndMinsertGrids) {
 }
 
 TEST(FrontendBlockTest, AttributesXrefsAndSelfReference) {
-  Drawing xref = MakeDrawing();
-  AddLayer(xref, "Murs");
-  ModelSpace(xref).entities.push_back(MakeLine({0, 0}, {3, 0}, "Murs"));
-  xref.Reindex();
-
-  Drawing d = MakeDrawing();
-  Block& block = AddBlock(d, "Tag");
-  block.entities.push_back(MakeLine({0, 0}, {1, 0}));
-  block.entities.push_back(MakeInsert("Tag", {5, 5}));  // refers to itself
-  Block& linked = AddBlock(d, "Linked");
-  linked.flags = 4;
-  Block& missing = AddBlock(d, "Missing");
-  missing.flags = 4;
-  d.xrefs.push_back(
-      {"linked", "linked.dxf", "/tmp/linked.dxf", std::make_shared<Drawing>(std::move(xref))});
-  d.xrefs.push_back({"Missing", "missing.dxf", "", nullptr});
-
-  Entity tag = MakeInsert("Tag", {100, 0});
-  Insert& insert = std::get<Insert>(tag.geometry);
-  Attribute shown;
-  shown.text.text = "A-12";
-  shown.text.insert = {7, 8, 0};
-  shown.text.height = 2;
-  Attribute hidden = shown;
-  hidden.text.text = "secret";
-  hidden.invisible = true;
-  insert.attributes = {shown, hidden};
-  ModelSpace(d).entities.push_back(tag);
-  ModelSpace(d).entities.push_back(MakeInsert("Linked", {0, 50}));
-  ModelSpace(d).entities.push_back(MakeInsert("Missing", {0, 60}));
-  d.Reindex();
-
+  Drawing d = Read("blocks.dxf");
+  ResolveExternalReferences(d, "", [](const std::string& path) {
+    return std::make_shared<const Drawing>(ReadDxfFile(path));
+  });
   FrontendStats stats;
-  const RecordingBackend rec = DrawLayout(d, ModelLayout(d), {}, &stats);
+  const RecordingBackend rec = DrawLayout(d, ModelOf(d), {}, &stats);
   ASSERT_EQ(rec.items.size(), 3u);
   ExpectNear(rec.items[0].points[0], {100, 0});        // the block's line, not its self-reference
   EXPECT_EQ(rec.items[1].kind, Recorded::Kind::Text);  // after the content, in place
@@ -233,108 +92,48 @@ TEST(FrontendBlockTest, AttributesXrefsAndSelfReference) {
 }
 
 TEST(FrontendGeometryTest, ExtentsOfEachKindOfEntity) {
-  Polyline bulged;  // a half circle below its chord
-  bulged.vertices = {{{0, 0, 0}, 0, 0, 1}, {{2, 0, 0}, 0, 0, 0}};
-  Polyline wide;
-  wide.vertices = {{{0, 0, 0}, 0, 0, 0}, {{10, 0, 0}, 0, 0, 0}};
-  wide.constantWidth = 2;
-  Spline spline;
-  spline.degree = 2;
-  spline.knots = {0, 0, 0, 1, 1, 1};
-  spline.controlPoints = {{0, 0, 0}, {1, 2, 0}, {2, 0, 0}};
-  Ellipse ellipse;
-  ellipse.majorAxis = {10, 0, 0};
-  ellipse.ratio = 0.5;
-  Solid solid;
-  solid.corners = {Vec3{0, 0, 0}, Vec3{4, 0, 0}, Vec3{0, 3, 0}, Vec3{4, 3, 0}};
-  Face3d face;
-  face.corners = {Vec3{0, 0, 0}, Vec3{5, 0, 0}, Vec3{5, 5, 0}, Vec3{0, 5, 0}};
-  Hatch hatch;
-  hatch.solid = true;
-  hatch.loops.resize(1);
-  hatch.loops[0].isPolyline = true;
-  for (Vec2 p : {Vec2{1, 1}, Vec2{3, 1}, Vec2{3, 3}, Vec2{1, 3}}) {
-    hatch.loops[0].polyline.push_back({{p.x, p.y, 0}, 0, 0, 0});
-  }
-  Leader leader;
-  leader.vertices = {{0, 0, 0}, {10, 10, 0}};
-  Insert mirrored;
-  mirrored.block = "B";
-  mirrored.insert = {10, 0, 0};
-  mirrored.extrusion = {0, 0, -1};
-  Insert grid;
-  grid.block = "B";
-  grid.columns = grid.rows = 2;
-  grid.columnSpacing = grid.rowSpacing = 10;
-
+  const Drawing all = Read("extents.dxf");
   struct Case {
     const char* name;
-    Geometry geometry;
     Box2 box;
   };
   const Case cases[] = {
-      {"line", Line{{1, 2, 0}, {5, 7, 0}}, Box2::Of({1, 2}, {5, 7})},
-      {"circle", Circle{{10, 10, 0}, 5, kUnitZ}, Box2::Of({5, 5}, {15, 15})},
-      {"arc", Arc{{0, 0, 0}, 10, 0, 90, kUnitZ}, Box2::Of({0, 0}, {10, 10})},
-      {"arc across 0°", Arc{{0, 0, 0}, 10, 270, 90, kUnitZ}, Box2::Of({0, -10}, {10, 10})},
-      {"ellipse", ellipse, Box2::Of({-10, -5}, {10, 5})},
-      {"bulge", bulged, Box2::Of({0, -1}, {2, 0})},
-      {"wide polyline", wide, Box2::Of({0, -1}, {10, 1})},
-      {"spline", spline, Box2::Of({0, 0}, {2, 1})},
-      {"solid", solid, Box2::Of({0, 0}, {4, 3})},
-      {"3D face", face, Box2::Of({0, 0}, {5, 5})},
-      {"hatch", hatch, Box2::Of({1, 1}, {3, 3})},
-      {"leader", leader, Box2::Of({0, 0}, {10, 10})},
-      {"point", Point{{3, 4, 0}}, Box2::Of({3, 4}, {3, 4})},
-      {"mirrored insert", mirrored, Box2::Of({-20, 0}, {-10, 5})},
-      {"insert grid", grid, Box2::Of({0, 0}, {20, 15})},
+      {"line", Box2::Of({1, 2}, {5, 7})},
+      {"circle", Box2::Of({5, 5}, {15, 15})},
+      {"arc", Box2::Of({0, 0}, {10, 10})},
+      {"arc across 0", Box2::Of({0, -10}, {10, 10})},
+      {"ellipse", Box2::Of({-10, -5}, {10, 5})},
+      {"bulge", Box2::Of({0, -1}, {2, 0})},
+      {"wide polyline", Box2::Of({0, -1}, {10, 1})},
+      {"spline", Box2::Of({0, 0}, {2, 1})},
+      {"solid", Box2::Of({0, 0}, {4, 3})},
+      {"3D face", Box2::Of({0, 0}, {5, 5})},
+      {"hatch", Box2::Of({1, 1}, {3, 3})},
+      {"leader", Box2::Of({0, 0}, {10, 10})},
+      {"point", Box2::Of({3, 4}, {3, 4})},
+      {"mirrored insert", Box2::Of({-20, 0}, {-10, 5})},
+      {"insert grid", Box2::Of({0, 0}, {20, 15})},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    Drawing d = MakeDrawing();
-    AddBlock(d, "B").entities.push_back(MakeLine({0, 0}, {10, 5}));
-    ModelSpace(d).entities.push_back(MakeEntity(c.geometry));
+    Drawing d = all;  // only the entity on the case's layer
+    for (Block& b : d.blocks) {
+      std::erase_if(b.entities,
+                    [&](const Entity& e) { return b.name != "B" && e.props.layer != c.name; });
+    }
     d.Reindex();
-    const Box2 box = ComputeLayoutExtents(d, ModelLayout(d), ModelLayout(d).settings);
+    const Box2 box = ComputeLayoutExtents(d, ModelOf(d), ModelOf(d).settings);
     ExpectNear(box, c.box);
   }
 }
 
-// A paper layout: the first (overall) viewport, one frozen-layer viewport,
-// one switched off, and a paper-space line.
-Drawing ViewportDrawing() {
-  Drawing d = MakeDrawing();
-  AddLayer(d, "Walls");
-  AddLayer(d, "Notes");
-  ModelSpace(d).entities.push_back(MakeLine({-30, 0}, {30, 0}, "Walls"));
-  ModelSpace(d).entities.push_back(MakeLine({-30, 10}, {30, 10}, "Notes"));
-  auto viewport = [](Vec2 center, std::int16_t id) {
-    Viewport vp;
-    vp.center = {center.x, center.y, 0};
-    vp.width = vp.height = vp.viewHeight = 40;
-    vp.id = id;
-    vp.status = 1;
-    return vp;
-  };
-  PaperSpace(d).entities.push_back(MakeEntity(viewport({50, 50}, 1)));
-  Viewport frozen = viewport({50, 50}, 2);
-  frozen.frozenLayers = {"NOTES"};
-  PaperSpace(d).entities.push_back(MakeEntity(frozen));
-  Viewport off = viewport({150, 50}, 3);
-  off.flags = 131072;
-  PaperSpace(d).entities.push_back(MakeEntity(off));
-  PaperSpace(d).entities.push_back(MakeLine({0, 0}, {1, 1}));
-  d.Reindex();
-  return d;
-}
-
 TEST(FrontendViewportTest, DrawsModelSpaceThroughContentViewportsOnly) {
-  const Drawing d = ViewportDrawing();
+  const Drawing d = Read("viewports.dxf");
   for (bool first : {false, true}) {
     SCOPED_TRACE(first ? "viewports first" : "paper first");
     FrontendOptions options;
     options.viewportsFirst = first;
-    const RecordingBackend rec = DrawLayout(d, d.layouts[1], options);
+    const RecordingBackend rec = DrawLayout(d, LayoutNamed(d, "Feuille"), options);
     // Two frames (the overall viewport has none), the paper line, and the
     // walls through the one viewport that is on; its frozen notes stay out.
     ASSERT_EQ(rec.items.size(), 4u);
@@ -348,19 +147,8 @@ TEST(FrontendViewportTest, DrawsModelSpaceThroughContentViewportsOnly) {
 }
 
 TEST(FrontendViewportTest, ViewTargetCentreAndTwistPlaceTheModel) {
-  Drawing d = MakeDrawing();
-  ModelSpace(d).entities.push_back(MakeLine({100, 200}, {110, 200}));
-  Viewport vp;
-  vp.center = {50, 50, 0};
-  vp.width = vp.height = 40;
-  vp.viewHeight = 80;  // half size
-  vp.viewTarget = {100, 200, 0};
-  vp.viewCenter = {-4, 0};
-  vp.twist = 90;
-  PaperSpace(d).entities.push_back(MakeEntity(Viewport{}));
-  PaperSpace(d).entities.push_back(MakeEntity(vp));
-  d.Reindex();
-  const RecordingBackend rec = DrawLayout(d, PaperLayout(d));
+  const Drawing d = Read("twist.dxf");
+  const RecordingBackend rec = DrawLayout(d, LayoutNamed(d, "Feuille"));
   ASSERT_EQ(rec.items.size(), 2u);
   ExpectNear(rec.items[1].points[0], {52, 50});
   ExpectNear(rec.items[1].points[1], {52, 55});

@@ -8,7 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "embedded/render/hpgl_reader.h"
+#include "support/hpgl_reader.h"
+#include "support/image_probes.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -83,8 +84,11 @@ TEST(HpglBackendTest, PaletteSizesAndPensBeyondTheLast) {
     b.DrawPolyline(line, false, Style{static_cast<std::uint32_t>(i) << 16, 0.25});
   }
   b.DrawPolyline(line, false, Style{0x7F0101, 0.25});
+  b.DrawPolyline(line, false, Style{0x000101, 0.25});  // the first pen's
   const HpglPlot plot = ReadHpgl(b.Finish());
-  EXPECT_EQ(plot.strokes.back().pen, 0x7F + 1);
+  ASSERT_GE(plot.strokes.size(), 2u);
+  EXPECT_EQ(plot.strokes[plot.strokes.size() - 2].pen, 0x7F + 1);
+  EXPECT_EQ(plot.strokes.back().pen, 1);
 }
 
 TEST(HpglBackendTest, StrokesInAbsoluteUnitsJoinedWherePiecesMeet) {
@@ -144,8 +148,8 @@ TEST(HpglBackendTest, FillsArePolygonsOfTheirLoops) {
   ASSERT_EQ(plot.fills[0].loops.size(), 2u);
   EXPECT_EQ(plot.fills[0].loops[1].size(), 3u);
   const QImage image = testing::RenderHpgl(plot, 2);
-  EXPECT_EQ(image.pixel(40, 40) & 0xFFFFFF, 0x0000FFu);    // (20, 80) mm: inside
-  EXPECT_EQ(image.pixel(100, 110) & 0xFFFFFF, 0xFFFFFFu);  // (50, 45) mm: the hole
+  EXPECT_EQ(testing::ColorAt(image, 2, {20, 80}), 0x0000FFu);  // inside
+  EXPECT_EQ(testing::ColorAt(image, 2, {50, 45}), 0xFFFFFFu);  // the hole
 }
 
 TEST(HpglBackendTest, ArcsAndCircles) {
@@ -166,9 +170,7 @@ TEST(HpglBackendTest, ArcsAndCircles) {
   EXPECT_NEAR(box.min.x, 15 - 0.175, 0.01);  // the circle's left
   EXPECT_NEAR(box.max.x, 70 + 0.175, 0.05);  // the tiny arc
   const QImage image = testing::RenderHpgl(plot, 4);
-  const auto ink = [&](double x, double y) {
-    return qGray(image.pixel(static_cast<int>(x * 4), static_cast<int>((100 - y) * 4))) < 200;
-  };
+  const auto ink = [&](double x, double y) { return testing::InkNear(image, 4, {x, y}, 0); };
   EXPECT_TRUE(ink(50 + 10 * std::cos(0.7), 50 + 10 * std::sin(0.7)));
   EXPECT_FALSE(ink(50 + 10 * std::cos(-0.7), 50 + 10 * std::sin(-0.7)));
   EXPECT_TRUE(ink(50 + 10 * std::cos(2.8), 50 + 10 * std::sin(2.8)));  // above the left end

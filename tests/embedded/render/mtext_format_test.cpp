@@ -87,6 +87,7 @@ TEST(MTextFormatTest, CodesChangeTheFormatOfWhatFollows) {
       {"\\C1r\\C256l", 0, [](const MTextFormat& f) { return f.rgb == 0xFF0000u; }},
       {"\\C1r\\C256l", 1, [](const MTextFormat& f) { return !f.rgb.has_value(); }},
       {"\\H2xa", 0, [](const MTextFormat& f) { return f.height == 5; }},
+      {"\\H2X;a", 0, [](const MTextFormat& f) { return f.height == 5; }},
       {"\\Q-10.5e1a", 0, [](const MTextFormat& f) { return f.obliqueDegrees == -85; }},
       {"\\C1;r\\C256;l", 1, [](const MTextFormat& f) { return !f.rgb.has_value(); }},
       {"\\C5;r\\C0;b", 1, [](const MTextFormat& f) { return !f.rgb.has_value(); }},

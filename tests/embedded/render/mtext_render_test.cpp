@@ -9,32 +9,22 @@
 #include <string>
 #include <vector>
 
-#include "embedded/dxf/reader.h"
 #include "embedded/render/render_test_support.h"
 
 namespace sheafwork::embedded {
 namespace {
 
+using testing::BoxOf;
 using testing::FixedMeasure;
 using testing::Recorded;
 using testing::RecordingBackend;
 
-std::string DataFile(const std::string& name) {
-  return std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/mtext/" + name;
-}
-
 RecordingBackend DrawFile(const std::string& name) {
-  const Drawing drawing = ReadDxfFile(DataFile(name));
+  const Drawing drawing = testing::ReadTestDrawing("dxf/mtext/" + name);
   FixedMeasure measure;
   FrontendOptions options;
   options.textMeasure = &measure;
-  return testing::DrawLayout(drawing, drawing.layouts.front(), options);
-}
-
-Box2 BoxOf(const Recorded& item) {
-  Box2 box;
-  for (const Vec2& p : item.points) box.Extend(p);
-  return box;
+  return testing::DrawLayout(drawing, testing::ModelOf(drawing), options);
 }
 
 // The box of the strokes (text in a shape font) whose points all lie in

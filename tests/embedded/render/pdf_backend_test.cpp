@@ -3,20 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdlib>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "embedded/render/render_test_support.h"
-#include "fakes/cups_queue.h"
-#include "fakes/temp_folder.h"
 
 namespace sheafwork::embedded {
 namespace {
 
 using namespace testing;
-using sheafwork::testing::TempFolder;
 
 // What a PdfBackend writes for `draw`, all in one text.
 template <typename Draw>
@@ -217,50 +213,6 @@ TEST(PdfBackendTest, TextIsInTheTextLayerOnlyWhereItCanBeSeen) {
     EXPECT_EQ(Count(text, "3 Tr\n"), c.shown);
     EXPECT_GT(Count(text, "f*\n"), 0u) << "the glyphs are drawn all the same";
   }
-}
-
-TEST(PdfBackendTest, TrueTypeTextCanBeFoundInThePdf) {
-  if (std::system("pdftotext -v >/dev/null 2>&1") != 0) GTEST_SKIP() << "pdftotext missing";
-  Drawing d = MakeDrawing();
-  Text t;
-  t.text = "Façade sud ½ Ω";  // Ω is not in the Windows code page, but is found
-  t.insert = {10, 40, 0};
-  t.height = 8;
-  t.rotation = 0;
-  ModelSpace(d).entities.push_back(MakeEntity(t));
-  Text turned = t;
-  turned.text = "Coupe AA";
-  turned.insert = {130, 10, 0};
-  turned.rotation = 90;
-  ModelSpace(d).entities.push_back(MakeEntity(turned));
-  d.Reindex();
-  TempFolder folder;
-  const std::string pdf = folder.File("texte.pdf");
-  PlotJob job = MakeJob(d, ModelLayout(d), OneToOneSettings(150, 100));
-  job.outputPath = pdf;
-  RunPlotJob(job);
-  int status = 0;
-  const std::string text = sheafwork::testing::RunCommand("pdftotext '" + pdf + "' -", status);
-  ASSERT_EQ(status, 0) << text;
-  EXPECT_NE(text.find("Façade sud ½ Ω"), std::string::npos) << text;
-  EXPECT_NE(text.find("Coupe AA"), std::string::npos) << text;
-
-  // The words lie where the glyphs are drawn: the first one starts at 10 mm
-  // on the 100 mm tall sheet, its baseline at 40 mm.
-  const std::string boxes =
-      sheafwork::testing::RunCommand("pdftotext -bbox '" + pdf + "' -", status);
-  const std::size_t word = boxes.find(">Façade<");
-  ASSERT_NE(word, std::string::npos) << boxes;
-  const std::size_t line = boxes.rfind("<word", word);
-  double x0 = 0, y0 = 0, x1 = 0, y1 = 0;
-  ASSERT_EQ(
-      std::sscanf(boxes.c_str() + line, "<word xMin=\"%lf\" yMin=\"%lf\" xMax=\"%lf\" yMax=\"%lf\"",
-                  &x0, &y0, &x1, &y1),
-      4);
-  const double pt = 72 / kInch;
-  EXPECT_NEAR(x0, 10 * pt, 2 * pt);
-  EXPECT_NEAR(y0, (100 - 48) * pt, 3 * pt);  // the cap height above the baseline
-  EXPECT_NEAR(y1, (100 - 40) * pt, 3 * pt);  // down to about the baseline
 }
 
 }  // namespace

@@ -1,11 +1,19 @@
+// Plot jobs as a whole: the PDF file of a sheet, a printer that is not
+// there, and what bounds one sheet's walk (the entities it may draw, the
+// user's cancel; the nested blocks come from tests/data/dxf/fan-out/blocks.dxf,
+// B0 one line, each Bn ten references to B(n-1)).
+
 #include "embedded/render/plot_job.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "embedded/render/extents_backend.h"
+#include "embedded/render/frontend.h"
 #include "embedded/render/render_test_support.h"
 #include "fakes/temp_folder.h"
 
@@ -59,17 +67,83 @@ TEST(PlotJobTest, WritesAOnePagePdfOfTheSheetSize) {
   EXPECT_NE(pdf.find("/Count 1"), std::string::npos);
 }
 
-TEST(PlotJobTest, RefusesAPrinterTheSystemDoesNotHave) {
+// The message of the PlotError `job` ends with.
+std::string ErrorOf(const PlotJob& job) {
+  try {
+    RunPlotJob(job);
+  } catch (const PlotError& e) {
+    return e.what();
+  }
+  return "";
+}
+
+TEST(PlotJobTest, RefusesAPrinterTheSystemDoesNotHaveAndAFileItCannotCreate) {
   Drawing d = MakeDrawing();
+  ModelSpace(d).entities.push_back(MakeLine({0, 0}, {100, 50}));
+  d.Reindex();
   PlotJob job = PdfJob(d, "");
   job.output = OutputKind::Printer;
   job.printerName = "Traceur-inexistant-42";
+  EXPECT_EQ(ErrorOf(job), "imprimante introuvable : Traceur-inexistant-42");
+  EXPECT_EQ(ErrorOf(PdfJob(d, "/dossier-absent/plan.pdf")),
+            "impossible de créer le fichier PDF : /dossier-absent/plan.pdf");
+}
+
+using ::testing::HasSubstr;
+
+Drawing NestedBlocks() { return testing::ReadTestDrawing("dxf/fan-out/blocks.dxf"); }
+
+// Draws block `name` of `drawing` with `work`; the PlotError's message, or
+// empty when it was drawn.
+std::string DrawBlock(const Drawing& drawing, const std::string& name, const SheetWork& work) {
+  ExtentsBackend backend;
+  FrontendOptions options;
+  options.work = &work;
+  Frontend frontend(drawing, backend, options);
   try {
-    RunPlotJob(job);
-    FAIL() << "no PlotError";
-  } catch (const PlotError& e) {
-    EXPECT_EQ(std::string(e.what()), "imprimante introuvable : Traceur-inexistant-42");
+    frontend.DrawBlockEntities(*drawing.FindBlock(name), Transform3{});
+  } catch (const PlotError& error) {
+    return error.what();
   }
+  return "";
+}
+
+TEST(SheetBoundsTest, AWalkPastTheEntityLimitStopsNamingTheLimit) {
+  const Drawing drawing = NestedBlocks();
+  // B4 draws 10 + 100 + 1000 + 10 000 references and 10 000 lines.
+  struct Case {
+    const char* block;
+    std::uint64_t limit;
+    const char* error;
+  };
+  const Case cases[] = {
+      {"B4", 21110, ""},
+      {"B4", 21109, "plus de 21109 entités"},
+      {"B8", 100000, "plus de 100000 entités"},
+      {"B1", 0, "plus de 0 entités"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.block) + " " + std::to_string(c.limit));
+    SheetWork work;
+    work.entityLimit = c.limit;
+    const std::string error = DrawBlock(drawing, c.block, work);
+    if (*c.error == '\0') {
+      EXPECT_EQ(error, "");
+    } else {
+      EXPECT_THAT(error, HasSubstr(c.error));
+    }
+  }
+}
+
+TEST(SheetBoundsTest, ACancelStopsTheWalkUnderWay) {
+  const Drawing drawing = NestedBlocks();
+  int asked = 0;
+  SheetWork work;
+  work.cancelled = [&] { return ++asked == 2; };
+  // 10^9 lines: only a cancel ends this walk before the limit.
+  EXPECT_EQ(DrawBlock(drawing, "*Model_Space", work),
+            "tracé interrompu à la demande de l'utilisateur");
+  EXPECT_EQ(asked, 2);
 }
 
 }  // namespace

@@ -36,26 +36,8 @@ TEST(PlotStylePenTest, ColourNumberSelectsTheEntry) {
   PlotStyleEntry& blue = table->entries[4];
   blue.color = EncodePlotStyleColor(0x000000);
 
-  Drawing d = MakeDrawing();
-  AddLayer(d, "Rouge").color = 1;
-  Block& block = AddBlock(d, "B");
-  block.entities.push_back(Coloured(MakeLine({0, 0}, {1, 0}), kColorByBlock));
-  block.entities.push_back(Coloured(MakeLine({0, 0}, {1, 0}), 3));
-  Block& model = ModelSpace(d);
-  model.entities.push_back(Coloured(MakeLine({0, 0}, {1, 0}), 1));
-  model.entities.push_back(Coloured(MakeLine({0, 0}, {1, 0}, "Rouge"), kColorByLayer));
-  model.entities.push_back(Coloured(MakeLine({0, 0}, {1, 0}), 3, 35));
-  Entity trueRed = Coloured(MakeLine({0, 0}, {1, 0}), 1);
-  trueRed.props.trueColor = 0x123456;
-  model.entities.push_back(trueRed);
-  Entity trueGreen = Coloured(MakeLine({0, 0}, {1, 0}), 3);
-  trueGreen.props.trueColor = 0x123456;
-  model.entities.push_back(trueGreen);
-  Entity insert = Coloured(MakeInsert("B", {0, 0}), 1);
-  model.entities.push_back(insert);
-  model.entities.push_back(Coloured(MakeLine({0, 0}, {1, 0}), 5, 0));
-  model.entities.push_back(Coloured(MakeLine({0, 0}, {1, 0}), kColorByBlock));
-  d.Reindex();
+  // tests/data/dxf/render/make_drawings.py says what pens.dxf holds.
+  const Drawing d = ReadTestDrawing("dxf/render/pens.dxf");
 
   constexpr std::uint32_t kFadedBlue = 0x8080FF;
   struct Expected {
@@ -79,7 +61,7 @@ TEST(PlotStylePenTest, ColourNumberSelectsTheEntry) {
   for (const bool withTable : {true, false}) {
     FrontendOptions options;
     if (withTable) options.plotStyles = table;
-    const RecordingBackend backend = DrawLayout(d, ModelLayout(d), options);
+    const RecordingBackend backend = DrawLayout(d, ModelOf(d), options);
     ASSERT_EQ(backend.items.size(), std::size(expected));
     for (std::size_t i = 0; i < std::size(expected); ++i) {
       const Expected& e = expected[i];
@@ -256,25 +238,9 @@ Ink InkOf(const QImage& image) {
 
 TEST(MonochromePlotTest, PdfThroughTheShippedTableHasNoColour) {
   if (std::system("pdftoppm -v >/dev/null 2>&1") != 0) GTEST_SKIP() << "pdftoppm missing";
-  Drawing d = MakeDrawing();
-  Layer& layer = AddLayer(d, "Vert");
-  layer.color = 3;
-  Block& model = ModelSpace(d);
-  std::int16_t aci = 1;
-  for (double y = 20; y <= 80; y += 10, aci = static_cast<std::int16_t>(aci + 37)) {
-    model.entities.push_back(Coloured(MakeLine({10, y}, {90, y}), aci, 100));
-  }
-  Entity trueColour = Coloured(MakeLine({10, 90}, {90, 90}), 5, 100);
-  trueColour.props.trueColor = 0xFF8000;
-  model.entities.push_back(trueColour);
-  model.entities.push_back(Coloured(MakeLine({50, 10}, {50, 95}, "Vert"), kColorByLayer, 100));
-  Solid solid;
-  solid.corners = {Vec3{20, 5, 0}, Vec3{40, 5, 0}, Vec3{20, 15, 0}, Vec3{40, 15, 0}};
-  model.entities.push_back(Coloured(MakeEntity(solid), 6));
-  d.Reindex();
-
+  const Drawing d = ReadTestDrawing("dxf/render/colourful.dxf");
   sheafwork::testing::TempFolder folder;
-  PlotJob job = MakeJob(d, ModelLayout(d), OneToOneSettings(100));
+  PlotJob job = MakeJob(d, ModelOf(d), OneToOneSettings(100));
   job.settings.flags |= kPlotPlotStyles;
   job.resolutionDpi = 600;
   const auto render = [&](const std::string& name) {

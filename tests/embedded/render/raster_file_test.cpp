@@ -7,18 +7,20 @@
 
 #include <gtest/gtest.h>
 
+#include <QImage>
 #include <cctype>
 #include <fstream>
 #include <iterator>
 #include <string>
 
 #include "embedded/render/raster_cache.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
 
 std::string RasterPath(const std::string& name) {
-  return std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/raster/" + name;
+  return sheafwork::testing::TestData("raster/" + name);
 }
 
 std::string Bytes(const std::string& name) {
@@ -26,36 +28,16 @@ std::string Bytes(const std::string& name) {
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
-// A binary portable any-map (P4, P5 or P6) as 8-bit RGB.
+// A portable any-map (P4, P5 or P6), read by Qt, as 8-bit RGB.
 RasterFile ReadPnm(const std::string& name) {
-  const std::string data = Bytes(name);
-  std::size_t at = 0;
-  auto field = [&] {
-    while (at < data.size() && std::isspace(static_cast<unsigned char>(data[at]))) ++at;
-    const std::size_t start = at;
-    while (at < data.size() && !std::isspace(static_cast<unsigned char>(data[at]))) ++at;
-    return data.substr(start, at - start);
-  };
-  const std::string kind = field();
+  const QImage image =
+      QImage(QString::fromStdString(RasterPath(name))).convertToFormat(QImage::Format_RGB888);
   RasterFile out;
-  out.width = std::stoi(field());
-  out.height = std::stoi(field());
-  if (kind != "P4") field();  // the largest value, 255
-  ++at;
-  const auto pixels = static_cast<std::size_t>(out.width) * static_cast<std::size_t>(out.height);
-  for (std::size_t i = 0; i < pixels; ++i) {
-    if (kind == "P6") {
-      out.bytes.append(data, at + 3 * i, 3);
-    } else if (kind == "P5") {
-      out.bytes.append(3, data[at + i]);
-    } else {
-      const std::size_t x = i % static_cast<std::size_t>(out.width);
-      const std::size_t y = i / static_cast<std::size_t>(out.width);
-      const std::size_t stride = (static_cast<std::size_t>(out.width) + 7) / 8;
-      const bool black =
-          (static_cast<unsigned char>(data[at + y * stride + x / 8]) >> (7 - x % 8)) & 1;
-      out.bytes.append(3, black ? '\0' : '\xFF');
-    }
+  out.width = image.width();
+  out.height = image.height();
+  for (int y = 0; y < image.height(); ++y) {
+    out.bytes.append(reinterpret_cast<const char*>(image.constScanLine(y)),
+                     static_cast<std::size_t>(3 * image.width()));
   }
   return out;
 }
@@ -99,10 +81,11 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"rgb24-top-down.bmp", "python.ppm"}, Case{"palette8.bmp", "python.ppm"},
         Case{"bw1.bmp", "python.pbm"},
         // TIFF: LZW, Deflate with the predictor, PackBits big-endian,
-        // grey, white-is-zero black and white, palette.
+        // grey in 8 and 16 bits, white-is-zero black and white, palette.
         Case{"rgb-lzw.tif", "python.ppm"}, Case{"rgb-deflate-predictor.tif", "python.ppm"},
         Case{"rgb-packbits-big-endian.tif", "python.ppm"}, Case{"grey-lzw.tif", "python.pgm"},
-        Case{"bw-white-is-zero.tif", "python.pbm"}, Case{"palette-uncompressed.tif", "python.ppm"}),
+        Case{"grey16-big-endian.tif", "python.pgm"}, Case{"bw-white-is-zero.tif", "python.pbm"},
+        Case{"palette-uncompressed.tif", "python.ppm"}),
     [](const auto& info) {
       std::string name = info.param.file;
       for (char& c : name) {

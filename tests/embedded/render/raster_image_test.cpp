@@ -10,11 +10,11 @@
 #include <filesystem>
 #include <numbers>
 
-#include "embedded/dxf/reader.h"
 #include "embedded/model/referenced_files.h"
 #include "embedded/render/raster_file.h"
 #include "embedded/render/render_test_support.h"
 #include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -26,21 +26,16 @@ using testing::ModelLayout;
 using testing::Recorded;
 using testing::RecordingBackend;
 
-const std::string kData = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data";
-const std::string kRaster = kData + "/raster";
+const std::string kRaster = sheafwork::testing::TestData("raster");
 
 Drawing ReadImages(const std::string& name, const std::string& supportPath) {
-  Drawing drawing = ReadDxfFile(kData + "/dxf/images/" + name);
+  Drawing drawing = testing::ReadTestDrawing("dxf/images/" + name);
   ResolveImageFiles(drawing, supportPath);
   return drawing;
 }
 
 std::vector<const Recorded*> Of(const RecordingBackend& backend, Recorded::Kind kind) {
-  std::vector<const Recorded*> found;
-  for (const Recorded& item : backend.items) {
-    if (item.kind == kind) found.push_back(&item);
-  }
-  return found;
+  return testing::ItemsOf(backend.items, kind);
 }
 
 std::string FileName(const std::string& path) {
@@ -48,7 +43,8 @@ std::string FileName(const std::string& path) {
 }
 
 TEST(RasterImageTest, FilesAreFoundAsStoredOrByNameAlongTheSupportPath) {
-  const Drawing drawing = ReadImages("images.dxf", kData + "/vide;" + kRaster);
+  const Drawing drawing =
+      ReadImages("images.dxf", sheafwork::testing::TestData("vide") + ";" + kRaster);
   const RecordingBackend backend = DrawLayout(drawing, drawing.layouts[0]);
 
   const auto images = Of(backend, Recorded::Kind::Image);
@@ -67,13 +63,12 @@ TEST(RasterImageTest, FilesAreFoundAsStoredOrByNameAlongTheSupportPath) {
   ASSERT_EQ(frames.size(), 3u);
   // The frame starts at the image's top left corner.
   ExpectNear(frames[2]->points, {{0, 36}, {32, 36}, {32, 20}, {0, 20}}, 1e-9);
-}
 
-TEST(RasterImageTest, AnImageWhoseFileIsNotFoundShowsOnlyItsFrame) {
-  const Drawing drawing = ReadImages("images.dxf", "");  // python.jpg is nowhere now
-  const RecordingBackend backend = DrawLayout(drawing, drawing.layouts[0]);
-  ASSERT_EQ(Of(backend, Recorded::Kind::Image).size(), 1u);
-  EXPECT_EQ(Of(backend, Recorded::Kind::Polyline).size(), 3u);
+  // Without the support folder python.jpg is nowhere: only its frame shows.
+  const Drawing alone = ReadImages("images.dxf", "");
+  const RecordingBackend without = DrawLayout(alone, alone.layouts[0]);
+  EXPECT_EQ(Of(without, Recorded::Kind::Image).size(), 1u);
+  EXPECT_EQ(Of(without, Recorded::Kind::Polyline).size(), 3u);
 }
 
 TEST(RasterImageTest, ClipBoundariesLimitTheImageWhenClippingIsOn) {

@@ -3,14 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <QPainter>
-#include <QString>
 #include <QtGlobal>
 #include <cmath>
 #include <cstdlib>
 
+#include "embedded/dxf/reader.h"
 #include "embedded/paint/paint_sheet.h"
 #include "embedded/render/paint_sheet.h"
-#include "fakes/cups_queue.h"
+#include "fakes/test_data.h"
 #include "text/utf8.h"
 
 namespace sheafwork::embedded::testing {
@@ -24,6 +24,46 @@ const bool kOffscreen = [] {
 }();
 
 }  // namespace
+
+Drawing ReadTestDrawing(const std::string& relative) {
+  return ReadDxfFile(sheafwork::testing::TestData(relative));
+}
+
+const Layout& ModelOf(const Drawing& drawing) {
+  for (const Layout& layout : drawing.layouts) {
+    if (layout.IsModel()) return layout;
+  }
+  throw std::runtime_error("no model layout");
+}
+
+const Layout& LayoutNamed(const Drawing& drawing, const std::string& name) {
+  for (const Layout& layout : drawing.layouts) {
+    if (layout.name == name) return layout;
+  }
+  throw std::runtime_error("no layout " + name);
+}
+
+Box2 BoxOf(const Recorded& item) {
+  Box2 box;
+  for (const Vec2& p : item.points) box.Extend(p);
+  return box;
+}
+
+Box2 BoxOf(const std::vector<Recorded>& items, Recorded::Kind kind) {
+  Box2 box;
+  for (const Recorded& r : items) {
+    if (r.kind == kind) box.Extend(BoxOf(r));
+  }
+  return box;
+}
+
+std::vector<const Recorded*> ItemsOf(const std::vector<Recorded>& items, Recorded::Kind kind) {
+  std::vector<const Recorded*> found;
+  for (const Recorded& r : items) {
+    if (r.kind == kind) found.push_back(&r);
+  }
+  return found;
+}
 
 Drawing MakeDrawing() {
   (void)kOffscreen;
@@ -210,40 +250,6 @@ QImage RenderJob(const PlotJob& job, double pixelsPerMm) {
   return image;
 }
 
-bool InkNear(const QImage& image, double k, Vec2 at, double radiusMm) {
-  const int cx = static_cast<int>(std::floor(at.x * k));
-  const int cy = static_cast<int>(std::floor(image.height() - at.y * k));
-  const int r = std::max(0, static_cast<int>(std::ceil(radiusMm * k)));
-  for (int y = cy - r; y <= cy + r; ++y) {
-    for (int x = cx - r; x <= cx + r; ++x) {
-      if (x < 0 || y < 0 || x >= image.width() || y >= image.height()) continue;
-      if (qGray(image.pixel(x, y)) < 200) return true;
-    }
-  }
-  return false;
-}
-
-std::uint32_t ColorAt(const QImage& image, double k, Vec2 at) {
-  const int x = static_cast<int>(std::floor(at.x * k));
-  const int y = static_cast<int>(std::floor(image.height() - at.y * k));
-  return image.pixel(x, y) & 0xFFFFFFu;
-}
-
-QImage RasterisePdf(const std::string& pdf, int dpi, const std::string& pngStem) {
-  if (std::system("pdftoppm -v >/dev/null 2>&1") != 0) return {};
-  int status = 0;
-  const std::string out = sheafwork::testing::RunCommand(
-      "pdftoppm -png -singlefile -r " + std::to_string(dpi) + " '" + pdf + "' '" + pngStem + "'",
-      status);
-  EXPECT_EQ(status, 0) << out;
-  for (const char* complaint : {"Syntax Error", "Syntax Warning", "xref"}) {
-    EXPECT_EQ(out.find(complaint), std::string::npos) << out;
-  }
-  const QImage image(QString::fromStdString(pngStem + ".png"));
-  EXPECT_FALSE(image.isNull()) << pdf;
-  return image;
-}
-
 std::size_t Count(const std::string& text, const std::string& what) {
   std::size_t n = 0;
   for (std::size_t at = text.find(what); at != std::string::npos;
@@ -271,26 +277,6 @@ void ExpectNear(const std::vector<Vec2>& actual, const std::vector<Vec2>& expect
     SCOPED_TRACE(::testing::Message() << "point " << i);
     ExpectNear(actual[i], expected[i], tolerance);
   }
-}
-
-double DarkCovered(const QImage& a, const QImage& b) {
-  const auto dark = [](const QImage& image, int x, int y) {
-    return x >= 0 && y >= 0 && x < image.width() && y < image.height() &&
-           qGray(image.pixel(x, y)) < 160;
-  };
-  long long total = 0, covered = 0;
-  for (int y = 0; y < a.height(); ++y) {
-    for (int x = 0; x < a.width(); ++x) {
-      if (!dark(a, x, y)) continue;
-      ++total;
-      bool near = false;
-      for (int dy = -1; dy <= 1 && !near; ++dy) {
-        for (int dx = -1; dx <= 1 && !near; ++dx) near = dark(b, x + dx, y + dy);
-      }
-      covered += near ? 1 : 0;
-    }
-  }
-  return total == 0 ? 0 : static_cast<double>(covered) / static_cast<double>(total);
 }
 
 }  // namespace sheafwork::embedded::testing

@@ -11,8 +11,16 @@
 #include "embedded/render/frontend.h"
 #include "embedded/render/plot_job.h"
 #include "embedded/render/text_layout.h"
+#include "support/image_probes.h"
 
 namespace sheafwork::embedded::testing {
+
+/// The drawing tests/data/`relative` (fakes/test_data.h), read by our DXF reader.
+Drawing ReadTestDrawing(const std::string& relative);
+
+/// The drawing's model layout, and its layout named `name`.
+const Layout& ModelOf(const Drawing& drawing);
+const Layout& LayoutNamed(const Drawing& drawing, const std::string& name);
 
 /// A drawing with layers "0" and "Defpoints", a model layout and a paper
 /// layout "Feuille" (empty spaces). Call Reindex() after adding blocks.
@@ -88,6 +96,13 @@ class FixedMeasure final : public TextMeasure {
   double Advance(const FontFace& face, std::string_view text) override;
 };
 
+/// The box of `item`'s points, and of the points of every item of `kind`.
+Box2 BoxOf(const Recorded& item);
+Box2 BoxOf(const std::vector<Recorded>& items, Recorded::Kind kind);
+
+/// The items of `kind`, in the order drawn.
+std::vector<const Recorded*> ItemsOf(const std::vector<Recorded>& items, Recorded::Kind kind);
+
 /// What the frontend hands a backend for `layout`; its counters in `stats`
 /// when given.
 RecordingBackend DrawLayout(const Drawing& drawing, const Layout& layout,
@@ -101,22 +116,6 @@ QImage RenderJob(const PlotJob& job, double pixelsPerMm);
 /// per sheet millimetre.
 QImage RenderSheet(const Drawing& drawing, const Layout& layout, const PlotSettings& settings,
                    double pixelsPerMm);
-
-/// Whether anything non-white lies within `radiusMm` of sheet point `at`
-/// (millimetres, y up).
-bool InkNear(const QImage& image, double pixelsPerMm, Vec2 at, double radiusMm = 0.3);
-
-/// The share of `a`'s dark pixels with a dark pixel of `b` within one
-/// pixel: 1 when everything `a` draws, `b` draws too.
-double DarkCovered(const QImage& a, const QImage& b);
-
-/// The colour at sheet point `at`, 0xRRGGBB.
-std::uint32_t ColorAt(const QImage& image, double pixelsPerMm, Vec2 at);
-
-/// The PDF file `pdf` rasterised by pdftoppm at `dpi` into `pngStem`.png; a
-/// null image when pdftoppm is not installed. Fails the test when poppler
-/// complains about the file.
-QImage RasterisePdf(const std::string& pdf, int dpi, const std::string& pngStem);
 
 /// How many times `what` occurs in `text`.
 std::size_t Count(const std::string& text, const std::string& what);

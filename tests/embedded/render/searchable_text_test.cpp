@@ -4,74 +4,42 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
+#include <cmath>
 #include <string>
 #include <vector>
 
-#include "embedded/dxf/reader.h"
 #include "embedded/pdf/document.h"
 #include "embedded/render/pdf_backend.h"
 #include "embedded/render/plot_job.h"
 #include "embedded/render/render_test_support.h"
-#include "fakes/cups_queue.h"
 #include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
+#include "support/pdf_text.h"
 #include "text/utf8.h"
 
 namespace sheafwork::embedded {
 namespace {
 
-using sheafwork::testing::RunCommand;
 using sheafwork::testing::TempFolder;
 
-const std::string kData = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data";
-constexpr double kPointsPerMm = 72 / 25.4;
-
-bool HavePdftotext() { return std::system("pdftotext -v >/dev/null 2>&1") == 0; }
+using testing::HavePdftotext;
+using testing::PdfText;
 
 // Plots the model of `dxf` at 1:1 on a 150 × 100 mm sheet into `pdf`.
 void PlotModel(const std::string& dxf, const std::string& fontSearchPath, const std::string& pdf) {
-  const Drawing d = ReadDxfFile(dxf);
-  const Layout* model = nullptr;
-  for (const Layout& l : d.layouts) {
-    if (l.IsModel()) model = &l;
-  }
-  ASSERT_NE(model, nullptr);
-  PlotJob job = testing::MakeJob(d, *model, testing::OneToOneSettings(150, 100));
+  const Drawing d = testing::ReadTestDrawing(dxf);
+  PlotJob job = testing::MakeJob(d, testing::ModelOf(d), testing::OneToOneSettings(150, 100));
   job.fontSearchPath = fontSearchPath;
   job.outputPath = pdf;
   RunPlotJob(job);
-}
-
-std::string TextOf(const std::string& pdf, const std::string& options = "") {
-  int status = 0;
-  const std::string text = RunCommand("pdftotext " + options + " '" + pdf + "' -", status);
-  EXPECT_EQ(status, 0) << text;
-  return text;
-}
-
-struct WordBox {
-  double x0 = 0, y0 = 0, x1 = 0, y1 = 0;  ///< sheet mm, y down from the top
-};
-
-// The box pdftotext -bbox gives `word`, in millimetres; false when absent.
-bool FindWord(const std::string& boxes, const std::string& word, WordBox& box) {
-  const std::size_t at = boxes.find(">" + word + "<");
-  if (at == std::string::npos) return false;
-  const std::size_t line = boxes.rfind("<word", at);
-  if (std::sscanf(boxes.c_str() + line, "<word xMin=\"%lf\" yMin=\"%lf\" xMax=\"%lf\" yMax=\"%lf\"",
-                  &box.x0, &box.y0, &box.x1, &box.y1) != 4) {
-    return false;
-  }
-  for (double* v : {&box.x0, &box.y0, &box.x1, &box.y1}) *v /= kPointsPerMm;
-  return true;
 }
 
 TEST(SearchableTextTest, StrokeFontTextIsFoundWithEveryCharacterWhereItIsDrawn) {
   if (!HavePdftotext()) GTEST_SKIP() << "pdftotext missing";
   TempFolder folder;
   const std::string pdf = folder.File("plume.pdf");
-  PlotModel(kData + "/dxf/searchable-text/searchable_text.dxf", "", pdf);
-  const std::string text = TextOf(pdf);
+  PlotModel("dxf/searchable-text/searchable_text.dxf", "", pdf);
+  const std::string text = PdfText(pdf);
   for (const char* line : {"Façade Ø25 ° ± Ω ø ⌀", "Coupe AA", "Légende", "Échelle 1:50"}) {
     EXPECT_NE(text.find(line), std::string::npos) << line << " in:\n" << text;
   }
@@ -80,7 +48,7 @@ TEST(SearchableTextTest, StrokeFontTextIsFoundWithEveryCharacterWhereItIsDrawn) 
   // sheet's top edge (100 mm). The first text's baseline is at 40 mm, its
   // capitals 5 mm tall; the multi-line text hangs from 90 mm, 4 mm capitals;
   // the turned text runs up from (130, 10).
-  const std::string boxes = TextOf(pdf, "-bbox");
+  const std::string boxes = PdfText(pdf, "-bbox");
   struct Place {
     const char* word;
     double left, top, right, bottom;  ///< mm; a negative value is not checked
@@ -91,35 +59,62 @@ TEST(SearchableTextTest, StrokeFontTextIsFoundWithEveryCharacterWhereItIsDrawn) 
   };
   for (const Place& p : places) {
     SCOPED_TRACE(p.word);
-    WordBox box;
-    ASSERT_TRUE(FindWord(boxes, p.word, box)) << boxes;
+    const std::optional<Box2> box = testing::WordBox(boxes, p.word);
+    ASSERT_TRUE(box.has_value()) << boxes;
     const auto expectNear = [](double found, double wanted, double tolerance) {
-      if (wanted >= 0) {
-        EXPECT_NEAR(found, wanted, tolerance);
-      }
+      EXPECT_TRUE(wanted < 0 || std::abs(found - wanted) <= tolerance) << found << " vs " << wanted;
     };
-    expectNear(box.x0, p.left, 1.0);
-    expectNear(box.y0, p.top, 1.5);
-    expectNear(box.x1, p.right, 1.5);
-    expectNear(box.y1, p.bottom, 1.5);
+    expectNear(box->min.x, p.left, 1.0);
+    expectNear(box->min.y, p.top, 1.5);
+    expectNear(box->max.x, p.right, 1.5);
+    expectNear(box->max.y, p.bottom, 1.5);
   }
-  WordBox turned;
-  ASSERT_TRUE(FindWord(boxes, "Coupe", turned));
-  EXPECT_GT(turned.y1 - turned.y0, 3 * (turned.x1 - turned.x0)) << "runs up the sheet";
+  const std::optional<Box2> turned = testing::WordBox(boxes, "Coupe");
+  ASSERT_TRUE(turned.has_value());
+  EXPECT_GT(turned->Height(), 3 * turned->Width()) << "runs up the sheet";
 }
 
 TEST(SearchableTextTest, ShapeFontTextIsFoundBigFontAndUnicodeFontsIncluded) {
   if (!HavePdftotext()) GTEST_SKIP() << "pdftotext missing";
   TempFolder folder;
   const std::string pdf = folder.File("formes.pdf");
-  const std::string fonts = kData + "/fonts";
-  PlotModel(fonts + "/shape_fonts.dxf", fonts, pdf);
-  const std::string text = TextOf(pdf);
+  PlotModel("fonts/shape_fonts.dxf", sheafwork::testing::TestData("fonts"), pdf);
+  const std::string text = PdfText(pdf);
   // trait.shx, its big font, the Unicode font, and multi-line text moving
   // from one shape font to another.
   for (const char* word : {"LO", "\u4e2d", "\u0394\u03b1", "\u03b1", "O\u0394"}) {
     EXPECT_NE(text.find(word), std::string::npos) << word << " in:\n" << text;
   }
+}
+
+// TrueType text is in the PDF's text layer too, found where it is drawn.
+TEST(SearchableTextTest, TrueTypeTextIsFoundWhereItIsDrawn) {
+  if (!HavePdftotext()) GTEST_SKIP() << "pdftotext missing";
+  Drawing d = testing::MakeDrawing();
+  Text t;
+  t.text = "Façade sud ½ Ω";  // Ω is not in the Windows code page, but is found
+  t.insert = {10, 40, 0};
+  t.height = 8;
+  Text turned = t;
+  turned.text = "Coupe AA";
+  turned.insert = {130, 10, 0};
+  turned.rotation = 90;
+  testing::ModelSpace(d).entities = {testing::MakeEntity(t), testing::MakeEntity(turned)};
+  d.Reindex();
+  TempFolder folder;
+  PlotJob job = testing::MakeJob(d, testing::ModelLayout(d), testing::OneToOneSettings(150, 100));
+  job.outputPath = folder.File("texte.pdf");
+  RunPlotJob(job);
+  const std::string text = PdfText(job.outputPath);
+  EXPECT_NE(text.find("Façade sud ½ Ω"), std::string::npos) << text;
+  EXPECT_NE(text.find("Coupe AA"), std::string::npos) << text;
+  // The first word starts at 10 mm on the 100 mm tall sheet, its cap
+  // height above its baseline at 40 mm.
+  const std::optional<Box2> word = testing::WordBox(PdfText(job.outputPath, "-bbox"), "Façade");
+  ASSERT_TRUE(word.has_value());
+  EXPECT_NEAR(word->min.x, 10, 2);
+  EXPECT_NEAR(word->min.y, 100 - 48, 3);
+  EXPECT_NEAR(word->max.y, 100 - 40, 3);
 }
 
 // Past the codes one font can hold, the characters go on in more fonts, a
@@ -143,7 +138,7 @@ TEST(SearchableTextTest, ManyDistinctCharactersAreAllFound) {
     EXPECT_GE(document.Fonts().Size(), 2u);
     document.Close();
   }
-  const std::string text = TextOf(pdf, "-raw");
+  const std::string text = PdfText(pdf, "-raw");
   EXPECT_NE(text.find(line), std::string::npos) << text;
 }
 

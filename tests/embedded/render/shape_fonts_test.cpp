@@ -6,31 +6,29 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <string>
 
-#include "embedded/dxf/reader.h"
 #include "embedded/render/frontend.h"
+#include "embedded/render/render_test_support.h"
 #include "embedded/render/shape_font.h"
-#include "render_test_support.h"
+#include "embedded/render/shape_glyphs.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
 
 using testing::Recorded;
 
-const std::string kFonts = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/fonts";
+const std::string kFonts = sheafwork::testing::TestData("fonts");
 
 std::vector<Recorded> Draw(const std::string& searchPath) {
-  const Drawing d = ReadDxfFile(kFonts + "/shape_fonts.dxf");
+  const Drawing d = testing::ReadTestDrawing("fonts/shape_fonts.dxf");
   FrontendOptions options;
   options.fontSearchPath = searchPath;
   testing::FixedMeasure measure;
   options.textMeasure = &measure;
-  const Layout* model = nullptr;
-  for (const Layout& l : d.layouts) {
-    if (l.IsModel()) model = &l;
-  }
-  return testing::DrawLayout(d, *model, options).items;
+  return testing::DrawLayout(d, testing::ModelOf(d), options).items;
 }
 
 bool Near(Vec2 a, Vec2 b) { return std::hypot(a.x - b.x, a.y - b.y) < 1e-6; }
@@ -107,6 +105,71 @@ TEST(ShapeFontsTest, StandardShapeFontsHaveAStandIn) {
   for (const Case& c : cases) EXPECT_EQ(IsStandardShapeFont(c.name), c.standard) << c.name;
   EXPECT_EQ(FindShapeFontFile("UNI", kFonts), kFonts + "/uni.shx");  // ".shx" added, any case
   EXPECT_EQ(FindShapeFontFile("romans.shx", kFonts), "");
+}
+
+// Shapes of our test fonts (tests/data/fonts/*.shp) played into glyphs: the
+// expected boxes and advances are worked out by hand from the sources, in
+// vector lengths, and compared in cap heights.
+std::string FontPath(const std::string& name) { return kFonts + "/" + name; }
+
+double Deg(double d) { return d * std::numbers::pi / 180; }
+
+TEST(ShapeGlyphsTest, ShapeCodesDrawWhatTheirSourceSays) {
+  // Fractional arcs of radius 3 starting at the pen, their offsets in
+  // 256ths of an octant: from 45° + 56/256 of 45° (about 55°) to 90° +
+  // 28/256 (about 95°) counter-clockwise, or to 0° + 28/256 clockwise.
+  const double start = 45 + 56 * 45.0 / 256;
+  const double endCcw = 90 + 28 * 45.0 / 256, endCw = 28 * 45.0 / 256;
+  const double cx = -3 * std::cos(Deg(start)), cy = -3 * std::sin(Deg(start));
+  struct Case {
+    const char* file;
+    std::uint32_t shape;
+    double advance;
+    double minX, minY, maxX, maxY;  ///< the strokes' box
+    std::size_t strokes;
+    double unit;  ///< vector lengths per cap height
+  };
+  const Case cases[] = {
+      {"trait.shx", 'L', 6, 1, 0, 5, 6, 1, 6},
+      {"trait.shx", 'O', 6, 1, 1, 5, 5, 1, 6},    // octant arc: the whole circle
+      {"trait.shx", '1', 1, 0, 0, 1, 6, 1, 6},    // code 9 up to (0,0)
+      {"trait.shx", 'E', 6, 0, 0, 4, 6, 2, 6},    // subshape and position stack
+      {"trait.shx", 'H', 1, 0, 0, 1, 2, 1, 6},    // scale ×2 then ÷2
+      {"trait.shx", 'V', 1, 0, 0, 1, 0, 1, 6},    // code 14: vertical-only move skipped
+      {"trait.shx", 'S', -6, -6, 0, 3, 6, 1, 6},  // bulge 127: a half circle on the right
+      // Counter-clockwise: through the top of the circle.
+      {"trait.shx", 'C', cx + 3 * std::cos(Deg(endCcw)), cx + 3 * std::cos(Deg(endCcw)), 0, 0,
+       cy + 3, 1, 6},
+      {"trait.shx", 'c', cx + 3 * std::cos(Deg(endCw)), 0, cy + 3 * std::sin(Deg(endCw)),
+       cx + 3 * std::cos(Deg(endCw)), 0, 1, 6},
+      {"trait.shx", 256, 3, -1, 4, 1, 6, 1, 6},
+      {"trait.shx", ' ', 6, 0, 0, 0, 0, 0, 6},
+      {"uni.shx", 0x394, 5, 0, 0, 4, 6, 1, 6},  // the 'A' as a two-byte subshape
+      {"uni.shx", 0x3B1, 2, -4, -2, 0, 2, 1, 6},
+      {"big.shx", 0xD6D0, 7, 0, 0, 6, 8, 2, 8},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.file) + " shape " + std::to_string(c.shape));
+    const ShapeFile file = ShapeFile::Read(FontPath(c.file));
+    const std::optional<StrokeGlyph> glyph = ShapeGlyph(file, c.shape);
+    ASSERT_TRUE(glyph.has_value());
+    constexpr double kTol = 1e-3;
+    EXPECT_NEAR(glyph->advance, c.advance / c.unit, kTol);
+    EXPECT_EQ(glyph->sizes.size(), c.strokes);
+    if (c.strokes == 0) {
+      EXPECT_TRUE(glyph->box.Empty());
+      continue;
+    }
+    EXPECT_NEAR(glyph->box.min.x, c.minX / c.unit, kTol);
+    EXPECT_NEAR(glyph->box.min.y, c.minY / c.unit, kTol);
+    EXPECT_NEAR(glyph->box.max.x, c.maxX / c.unit, kTol);
+    EXPECT_NEAR(glyph->box.max.y, c.maxY / c.unit, kTol);
+  }
+}
+
+TEST(ShapeGlyphsTest, AShapeTheFileLacksHasNoGlyph) {
+  const ShapeFile file = ShapeFile::Read(FontPath("trait.shx"));
+  EXPECT_FALSE(ShapeGlyph(file, 'Z').has_value());
 }
 
 }  // namespace

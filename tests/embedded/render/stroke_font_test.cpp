@@ -63,16 +63,13 @@ TEST(StrokeFontTest, EveryGlyphFitsItsCell) {
 
 TEST(StrokeFontTest, CapitalsReachTheCapHeightAndLowercaseTheXHeight) {
   const StrokeFont& font = StrokeFont::Get();
-  auto top = [&](char32_t c) {
-    double y = -1;
-    for (const Vec2& p : font.Find(c)->points) y = std::max(y, p.y);
-    return y;
+  const auto box = [&](char32_t c) {
+    Box2 b;
+    for (const Vec2& p : font.Find(c)->points) b.Extend(p);
+    return b;
   };
-  auto bottom = [&](char32_t c) {
-    double y = 2;
-    for (const Vec2& p : font.Find(c)->points) y = std::min(y, p.y);
-    return y;
-  };
+  const auto top = [&](char32_t c) { return box(c).max.y; };
+  const auto bottom = [&](char32_t c) { return box(c).min.y; };
   for (char32_t c : CodePoints("EHTZ")) EXPECT_NEAR(top(c), 1.0, 1e-9);
   for (char32_t c : CodePoints("ACOS")) EXPECT_NEAR(top(c), 1.0, 0.03);
   for (char32_t c : CodePoints("xvwz")) EXPECT_NEAR(top(c), 8.0 / 12, 1e-9);

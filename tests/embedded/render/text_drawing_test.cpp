@@ -21,19 +21,8 @@ namespace {
 
 using namespace testing;
 
-Box2 BoxOf(const std::vector<Recorded>& items, Recorded::Kind kind) {
-  Box2 box;
-  for (const Recorded& r : items) {
-    if (r.kind != kind) continue;
-    for (const Vec2& p : r.points) box.Extend(p);
-  }
-  return box;
-}
-
 std::size_t CountOf(const std::vector<Recorded>& items, Recorded::Kind kind) {
-  std::size_t n = 0;
-  for (const Recorded& r : items) n += r.kind == kind ? 1 : 0;
-  return n;
+  return ItemsOf(items, kind).size();
 }
 
 void AddStyle(Drawing& d, const std::string& name, const std::string& file,
@@ -49,7 +38,7 @@ void AddStyle(Drawing& d, const std::string& name, const std::string& file,
 RecordingBackend DrawModel(const Drawing& d, TextMeasure* measure = nullptr) {
   FrontendOptions options;
   options.textMeasure = measure;
-  return DrawLayout(d, d.layouts[0], options);
+  return DrawLayout(d, ModelOf(d), options);
 }
 
 Text MakeText(const std::string& contents, const std::string& style, Vec2 at, double height) {
@@ -61,21 +50,12 @@ Text MakeText(const std::string& contents, const std::string& style, Vec2 at, do
   return t;
 }
 
+// The drawings of tests/data/dxf/render (make_drawings.py there says what
+// each holds).
+Drawing Read(const std::string& name) { return ReadTestDrawing("dxf/render/" + name); }
+
 TEST(TextDrawingTest, ShapeFontTextBecomesStrokesInItsPlace) {
-  Drawing d = MakeDrawing();
-  AddStyle(d, "Plume", "romans.shx");
-  ModelSpace(d).entities.push_back(MakeEntity(MakeText("Façade", "Plume", {20, 30}, 10)));
-  Text right = MakeText("Nord", "Plume", {0, 0}, 10);
-  right.horizontalAlign = 2;  // ends at its alignment point
-  right.alignPoint = {100, 60, 0};
-  right.hasAlignPoint = true;
-  ModelSpace(d).entities.push_back(MakeEntity(right));
-  Text fit = MakeText("AB", "Plume", {0, 90}, 5);
-  fit.horizontalAlign = 5;  // stretched between its two points
-  fit.alignPoint = {50, 90, 0};
-  fit.hasAlignPoint = true;
-  ModelSpace(d).entities.push_back(MakeEntity(fit));
-  d.Reindex();
+  const Drawing d = Read("shape_text.dxf");
   const RecordingBackend rec = DrawModel(d);
   EXPECT_EQ(CountOf(rec.items, Recorded::Kind::Text), 0u);
 
@@ -185,24 +165,10 @@ TEST(TextDrawingTest, TrueTypeTextStaysOneRun) {
 }
 
 TEST(TextDrawingTest, MTextRunsCarryTheirColourAndPlace) {
-  Drawing d = MakeDrawing();
-  AddStyle(d, "Arial", "arial.ttf");
-  MText m;
-  m.text = "{\\C1;Rouge} noir\\P{\\Ftxt;trait}\\P\\Lsous";
-  m.style = "Arial";
-  m.insert = {10, 100, 0};
-  m.height = 2;
-  m.rotation = 90;  // the text runs upwards
-  Entity e = MakeEntity(m);
-  e.props.color = 5;
-  ModelSpace(d).entities.push_back(e);
-  d.Reindex();
+  const Drawing d = Read("mtext_runs.dxf");
   FixedMeasure measure;
   const RecordingBackend rec = DrawModel(d, &measure);
-  std::vector<const Recorded*> texts;
-  for (const Recorded& r : rec.items) {
-    if (r.kind == Recorded::Kind::Text) texts.push_back(&r);
-  }
+  const std::vector<const Recorded*> texts = ItemsOf(rec.items, Recorded::Kind::Text);
   ASSERT_EQ(texts.size(), 3u);
   EXPECT_EQ(texts[0]->text, "Rouge");
   EXPECT_EQ(texts[0]->style.rgb, 0xFF0000u);
@@ -336,48 +302,10 @@ TEST(TextDrawingDeathTest, WithoutAnyFontTextIsStroked) {
       ::testing::ExitedWithCode(0), "");
 }
 
-// The share of pixels in a box (sheet mm, y up) that are inked.
-double InkShare(const QImage& image, double k, Vec2 from, Vec2 to,
-                std::uint32_t onlyRgb = 0xFFFFFFFF) {
-  int inked = 0, all = 0;
-  const int y0 = std::max(0, static_cast<int>(image.height() - to.y * k));
-  const int y1 = std::min(image.height(), static_cast<int>(image.height() - from.y * k));
-  const int x0 = std::max(0, static_cast<int>(from.x * k));
-  const int x1 = std::min(image.width(), static_cast<int>(to.x * k));
-  for (int y = y0; y < y1; ++y) {
-    for (int x = x0; x < x1; ++x) {
-      ++all;
-      const QRgb p = image.pixel(x, y);
-      if (onlyRgb == 0xFFFFFFFF) {
-        inked += qGray(p) < 160 ? 1 : 0;
-      } else {
-        const int r = qRed(p), g = qGreen(p), b = qBlue(p);
-        const int wr = static_cast<int>((onlyRgb >> 16) & 0xFF);
-        const int wg = static_cast<int>((onlyRgb >> 8) & 0xFF);
-        const int wb = static_cast<int>(onlyRgb & 0xFF);
-        inked += std::abs(r - wr) + std::abs(g - wg) + std::abs(b - wb) < 120 ? 1 : 0;
-      }
-    }
-  }
-  return all > 0 ? static_cast<double>(inked) / all : 0;
-}
-
 TEST(TextDrawingTest, PdfPlotShowsFormattedAndShapeFontText) {
-  Drawing d = MakeDrawing();
-  AddStyle(d, "Plume", "txt");
-  AddStyle(d, "Sans", "DejaVuSans.ttf");
-  ModelSpace(d).entities.push_back(
-      MakeEntity(MakeText("Élévation Sud %%c25", "Plume", {10, 170}, 10)));
-  MText m;
-  m.text = "{\\fDejaVu Sans|b1;Gras} et {\\C1;rouge}\\P{\\H2x;Grand} \\S1/2;\\P\\Lsouligné\\l fin";
-  m.style = "Sans";
-  m.insert = {10, 140, 0};
-  m.height = 6;
-  m.width = 150;
-  ModelSpace(d).entities.push_back(MakeEntity(m));
-  d.Reindex();
+  const Drawing d = Read("formatted_text.dxf");
   sheafwork::testing::TempFolder folder;
-  PlotJob job = MakeJob(d, ModelLayout(d), OneToOneSettings(200));
+  PlotJob job = MakeJob(d, ModelOf(d), OneToOneSettings(200));
   job.outputPath = folder.File("texte.pdf");
   RunPlotJob(job);
   const int dpi = 100;
@@ -386,15 +314,15 @@ TEST(TextDrawingTest, PdfPlotShowsFormattedAndShapeFontText) {
   const double k = dpi / 25.4;
   // The stroke-font title: ink along its line, nothing just above it.
   const double title = StrokeFont::Get().Advance("Élévation Sud Ø25") * 10;
-  EXPECT_GT(InkShare(image, k, {10, 170}, {10 + title, 180}), 0.05);
-  EXPECT_LT(InkShare(image, k, {10, 185}, {10 + title, 195}), 0.001);
-  EXPECT_LT(InkShare(image, k, {10 + title + 2, 168}, {200, 182}), 0.001);
+  EXPECT_GT(InkShare(image, k, Box2::Of({10, 170}, {10 + title, 180})), 0.05);
+  EXPECT_LT(InkShare(image, k, Box2::Of({10, 185}, {10 + title, 195})), 0.001);
+  EXPECT_LT(InkShare(image, k, Box2::Of({10 + title + 2, 168}, {200, 182})), 0.001);
   // The multi-line text: three lines from the top of the first at y = 140.
-  EXPECT_GT(InkShare(image, k, {10, 134}, {40, 140}), 0.05);             // "Gras et"
-  EXPECT_GT(InkShare(image, k, {35, 134}, {80, 140}, 0xFF0000), 0.02);   // "rouge" in red
-  EXPECT_LT(InkShare(image, k, {10, 134}, {30, 140}, 0xFF0000), 0.001);  // "Gras" not red
-  EXPECT_GT(InkShare(image, k, {10, 108}, {45, 120}), 0.05);             // "Grand" twice as high
-  EXPECT_LT(InkShare(image, k, {100, 60}, {200, 130}), 0.001);           // nothing further
+  EXPECT_GT(InkShare(image, k, Box2::Of({10, 134}, {40, 140})), 0.05);             // "Gras et"
+  EXPECT_GT(InkShare(image, k, Box2::Of({35, 134}, {80, 140}), 0xFF0000), 0.02);   // "rouge" in red
+  EXPECT_LT(InkShare(image, k, Box2::Of({10, 134}, {30, 140}), 0xFF0000), 0.001);  // "Gras" not red
+  EXPECT_GT(InkShare(image, k, Box2::Of({10, 108}, {45, 120})), 0.05);    // "Grand" twice as high
+  EXPECT_LT(InkShare(image, k, Box2::Of({100, 60}, {200, 130})), 0.001);  // nothing further
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "embedded/render/hpgl_reader.h"
+#include "support/hpgl_reader.h"
 
 #include <QColor>
 #include <QPainter>
