@@ -37,7 +37,15 @@ def tests_of(binary):
     return names
 
 
-def lines_run(build, only):
+def source_tree(build):
+    """The source tree the build was configured from."""
+    for line in (build / "CMakeCache.txt").read_text(encoding="utf-8").splitlines():
+        if line.startswith("CMAKE_HOME_DIRECTORY:INTERNAL="):
+            return Path(line.split("=", 1)[1]).resolve()
+    return ROOT
+
+
+def lines_run(build, source, only):
     """The (file, line) of src/ run since the counters were last cleared."""
     gcdas = [str(p) for p in build.rglob("*.gcda")]
     run = set()
@@ -51,7 +59,7 @@ def lines_run(build, only):
                 name = entry["file"]
                 path = (build / name).resolve() if not name.startswith("/") else Path(name)
                 try:
-                    relative = path.relative_to(ROOT).as_posix()
+                    relative = path.relative_to(source).as_posix()
                 except ValueError:
                     continue
                 if not relative.startswith(only):
@@ -71,6 +79,7 @@ def main():
     build = (ROOT / args.build_dir).resolve()
     binary = Path(args.binary) if Path(args.binary).is_absolute() else build / args.binary
 
+    source = source_tree(build)
     per_test = {}
     names = tests_of(binary)
     for number, name in enumerate(names, 1):
@@ -78,7 +87,7 @@ def main():
             gcda.unlink()
         subprocess.run([str(binary), f"--gtest_filter={name}"], cwd=binary.parent,
                        capture_output=True)
-        per_test[name] = lines_run(build, args.src)
+        per_test[name] = lines_run(build, source, args.src)
         print(f"{number}/{len(names)} {name}: {len(per_test[name])} lines", file=sys.stderr)
 
     runs = {}
