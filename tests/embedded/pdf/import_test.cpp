@@ -4,11 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <chrono>
 #include <fstream>
 #include <functional>
 #include <map>
-#include <regex>
 #include <set>
 
 #include "embedded/pdf/document.h"
@@ -85,9 +85,11 @@ std::string WritePart(const TempFolder& folder, const std::string& name, const S
 
 std::vector<int> References(const std::string& text) {
   std::vector<int> objects;
-  static const std::regex reference(R"((\d+) 0 R)");
-  for (std::sregex_iterator it(text.begin(), text.end(), reference), end; it != end; ++it) {
-    objects.push_back(std::stoi((*it)[1]));
+  for (std::size_t at = text.find(" 0 R"); at != std::string::npos;
+       at = text.find(" 0 R", at + 1)) {
+    std::size_t start = at;
+    while (start > 0 && std::isdigit(static_cast<unsigned char>(text[start - 1]))) --start;
+    if (start < at) objects.push_back(std::stoi(text.substr(start, at - start)));
   }
   return objects;
 }
@@ -111,23 +113,27 @@ LayerView Layers(const testing::ReadPdf& pdf) {
   std::map<int, std::string> names;
   for (int group : References(Entry(testing::ObjectText(pdf, 1), "/OCGs [", "]"))) {
     const std::string text = testing::ObjectText(pdf, group);
-    std::smatch name;
-    static const std::regex named(R"(/Name (\(.*\)|<[0-9A-F]*>))");
-    EXPECT_TRUE(std::regex_search(text, name, named)) << text;
-    const std::string string = name[1].str();
+    const std::size_t at = text.find("/Name ") + 6;
+    const std::size_t end = at < text.size() && text[at] == '(' ? text.rfind(')')
+                            : at < text.size()                  ? text.find('>', at)
+                                                                : std::string::npos;
+    EXPECT_NE(end, std::string::npos) << text;
+    const std::string string = end != std::string::npos ? text.substr(at, end + 1 - at) : "";
     PdfParser parser(string, 0);
     PdfValue value;
     EXPECT_TRUE(parser.Value(value));
     names[group] = TextStringToUtf8(value.text);
     view.groups.push_back(names[group]);
   }
-  static const std::regex page(R"(/Type /Page .*/Resources (\d+) 0 R)");
   for (int object = 1; pdf.offsets.contains(object); ++object) {
-    std::smatch found;
     const std::string text = testing::ObjectText(pdf, object);
-    if (!std::regex_search(text, found, page)) continue;
+    const std::size_t type = text.find("/Type /Page ");
+    const std::size_t at = text.find("/Resources ", type == std::string::npos ? 0 : type);
+    if (type == std::string::npos || at == std::string::npos) continue;
+    const std::vector<int> resourceObjects = References(text.substr(at));
+    if (resourceObjects.empty()) continue;
     std::set<std::string> used;
-    const std::string resources = testing::ObjectText(pdf, std::stoi(found[1]));
+    const std::string resources = testing::ObjectText(pdf, resourceObjects.front());
     for (int group : References(Entry(resources, "/Properties <<", ">>"))) {
       EXPECT_TRUE(names.contains(group)) << "a page names a group the catalog lacks";
       used.insert(names[group]);

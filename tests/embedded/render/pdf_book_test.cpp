@@ -8,7 +8,6 @@
 
 #include <functional>
 #include <map>
-#include <regex>
 #include <set>
 
 #include "embedded/dxf/reader.h"
@@ -101,10 +100,13 @@ std::vector<std::string> Flat(const std::vector<pdft::OutlineEntry>& entries, in
 
 // The names of the file's layer groups, as written.
 std::multiset<std::string> GroupNames(const std::string& bytes) {
-  static const std::regex group(R"(/Type /OCG /Name (\(.*?\)|<[0-9A-F]*>))");
+  const std::string mark = "/Type /OCG /Name ";
   std::multiset<std::string> names;
-  for (std::sregex_iterator it(bytes.begin(), bytes.end(), group), end; it != end; ++it) {
-    names.insert((*it)[1]);
+  for (std::size_t at = bytes.find(mark); at != std::string::npos; at = bytes.find(mark, at)) {
+    at += mark.size();
+    const std::size_t end = bytes.find(bytes[at] == '(' ? ')' : '>', at);
+    if (end == std::string::npos) break;
+    names.insert(bytes.substr(at, end + 1 - at));
   }
   return names;
 }
