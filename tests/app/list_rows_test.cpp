@@ -122,15 +122,6 @@ TEST_F(ListRowsTest, UnknownValuesAreRefusedWithWhatIsAccepted) {
   EXPECT_EQ(TempFolder::Read(list), before);
 }
 
-TEST_F(ListRowsTest, AddWarnsOfAMissingDrawingAndAddsItsRow) {
-  const std::string missing = folder.File("absent.dxf");
-  const Outcome o = Run({"list", "add", list, missing, drawings[0]});
-  EXPECT_EQ(o.status, 0);
-  EXPECT_NE(o.err.find(missing + ": "), std::string::npos) << o.err;
-  EXPECT_EQ(o.err.find(drawings[0]), std::string::npos) << o.err;
-  EXPECT_EQ(Rows().size(), 5u);
-}
-
 // A word that is no command gets the closest one, never a desktop start.
 TEST_F(ListRowsTest, UnknownCommandsNameTheClosest) {
   const std::pair<std::vector<std::string>, const char*> cases[] = {

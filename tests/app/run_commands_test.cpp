@@ -17,7 +17,6 @@
 namespace sheafwork {
 namespace {
 
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using testing::TempFolder;
@@ -53,25 +52,6 @@ class RunCommandsTest : public testing::HostCommandTest {
   NoPrinters printers;
   AllFonts fonts;
 };
-
-TEST_F(RunCommandsTest, PlotRunsEveryRowShowsProgressAndEndsTheHost) {
-  MakeList(true);
-  const Outcome o = Run({"plot", list});
-  EXPECT_EQ(o.status, 1);
-  EXPECT_THAT(o.err, HasSubstr("ligne 1/3 : " + plan + "\nligne 1/3 : tracé\n"));
-  EXPECT_THAT(o.err, HasSubstr("ligne 3/3 : échec\n"));
-  EXPECT_THAT(o.err, HasSubstr("sheafwork: 2 ligne(s) tracée(s), 1 en échec ; journal : " +
-                               Journal() + " ; erreurs : " + ErrorLog() + "\n"));
-  EXPECT_TRUE(o.out.empty());
-  EXPECT_EQ(host.Plots().size(), 2u);
-  EXPECT_EQ(testing::ReadLogLines(Journal()).size(), 2u + 2u);
-  EXPECT_THAT(testing::ReadLogLines(ErrorLog()),
-              ElementsAre("", "ERREUR: Echec de la configuration de la présentation de: " + plan,
-                          "ERREUR: Echec du traçage du dessin: " + plan));
-  // The host was quieted for the run, then put back and closed.
-  EXPECT_EQ(host.InitialDocument().variables["EXPERT"], host::SysVarValue(std::int16_t{0}));
-  EXPECT_TRUE(host.Quit());
-}
 
 // A run whose rows all go through ends with status 0, a cancelled one with 1;
 // a check that finds no error with 0.

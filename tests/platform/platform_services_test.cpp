@@ -6,14 +6,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ctime>
 #include <vector>
 
 #ifndef _WIN32
 #include "fakes/cups_queue.h"
 #endif
 #include "fakes/temp_folder.h"
-#include "platform/clock.h"
 #include "platform/device_uri.h"
 #include "platform/fonts.h"
 #include "platform/printers.h"
@@ -53,24 +51,6 @@ TEST(SystemPrinterCatalogTest, ListsAQueueOfTheSchedulerWithItsDevice) {
   EXPECT_FALSE(found->driver.empty());
 }
 #endif
-
-TEST(LocalTimeNowTest, MatchesTheSystemLocalTime) {
-  const std::time_t before = std::time(nullptr);
-  const LocalTime now = LocalTimeNow();
-  const std::time_t after = std::time(nullptr);
-
-  std::tm parts{};
-  parts.tm_year = now.year - 1900;
-  parts.tm_mon = now.month - 1;
-  parts.tm_mday = now.day;
-  parts.tm_hour = now.hour;
-  parts.tm_min = now.minute;
-  parts.tm_sec = now.second;
-  parts.tm_isdst = -1;
-  const std::time_t read = std::mktime(&parts);
-  EXPECT_GE(read, before - 1);
-  EXPECT_LE(read, after + 1);
-}
 
 }  // namespace
 }  // namespace sheafwork

@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-enum class Found { Beside, Installed, Nowhere };
+enum class Found { Beside, Nowhere };
 
 struct LayoutCase {
   const char* name;
@@ -32,24 +32,14 @@ TEST_P(ProgramLayoutTest, FindsTheDataAndTheModuleOrNamesWhereItLooked) {
   testing::TempFolder root;
   const fs::path bin = root.path() / "bin";
   const fs::path data = (bin / kInstalledDataFromProgram).lexically_normal();
-  const fs::path module = (bin / kInstalledModuleFromProgram).lexically_normal();
   fs::create_directories(bin);
-  for (const char* folder : c.folders) {
-    const std::string relative = folder;
-    fs::create_directories(relative.starts_with("DATA") ? data / relative.substr(5)
-                                                        : bin / relative);
-  }
+  for (const char* folder : c.folders) fs::create_directories(bin / folder);
   const ProgramLayout layout = FindProgramLayout(bin.string());
   switch (c.expected) {
     case Found::Beside:
       EXPECT_EQ(layout.dataFolder, bin.string());
       EXPECT_EQ(layout.moduleFolder, bin.string());
       EXPECT_EQ(layout.searched, std::vector<std::string>{bin.string()});
-      break;
-    case Found::Installed:
-      EXPECT_EQ(layout.dataFolder, data.string());
-      EXPECT_EQ(layout.moduleFolder, module.string());
-      EXPECT_EQ(layout.searched, (std::vector<std::string>{bin.string(), data.string()}));
       break;
     case Found::Nowhere:
       EXPECT_EQ(layout.dataFolder, "");
@@ -59,23 +49,10 @@ TEST_P(ProgramLayoutTest, FindsTheDataAndTheModuleOrNamesWhereItLooked) {
   }
 }
 
-// "DATA/x" is x in the installed data folder; other names are under bin/.
-INSTANTIATE_TEST_SUITE_P(
-    Layouts, ProgramLayoutTest,
-    ::testing::Values(
-        LayoutCase{"Build", {"plotters", "help"}, Found::Beside},
-        LayoutCase{"Installed", {"DATA/plotters", "DATA/help"}, Found::Installed},
-        LayoutCase{"BuildWinsOverInstalled", {"plotters", "DATA/plotters"}, Found::Beside},
-        LayoutCase{"NoData", {}, Found::Nowhere},
-        LayoutCase{"DataFolderWithoutPlotters", {"DATA/help"}, Found::Nowhere},
-        LayoutCase{"OtherFoldersBesideTheProgram", {"help", "dwg2dxf"}, Found::Nowhere}),
-    [](const auto& info) { return std::string(info.param.name); });
-
-TEST(ProgramLayoutUnknownTest, AProgramWhoseFolderIsUnknownLooksNowhere) {
-  const ProgramLayout layout = FindProgramLayout("");
-  EXPECT_EQ(layout.dataFolder, "");
-  EXPECT_TRUE(layout.searched.empty());
-}
+INSTANTIATE_TEST_SUITE_P(Layouts, ProgramLayoutTest,
+                         ::testing::Values(LayoutCase{"Build", {"plotters", "help"}, Found::Beside},
+                                           LayoutCase{"NoData", {}, Found::Nowhere}),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 }  // namespace
 }  // namespace sheafwork

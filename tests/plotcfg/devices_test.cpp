@@ -11,13 +11,6 @@
 namespace sheafwork {
 namespace {
 
-TEST(DeviceNamesTest, DefaultDeviceAndPlotterFiles) {
-  EXPECT_TRUE(IsDefaultDevice("PAR DÉFAUT"));
-  EXPECT_FALSE(IsDefaultDevice(" Par défaut"));
-  EXPECT_TRUE(IsPlotterConfigFile(" /cfg/TRACEUR.PC3 "));
-  EXPECT_FALSE(IsPlotterConfigFile("Traceur.pc3x"));
-}
-
 struct FixedPrinters : PrinterCatalog {
   std::vector<PrinterInfo> Printers() override { return list; }
   std::vector<PrinterInfo> list;

@@ -67,21 +67,6 @@ class PlotLayoutTest : public PlotRunTest {
   LogFile errorLog;
 };
 
-TEST_F(PlotLayoutTest, TheStepsComeInTheirFixedOrder) {
-  entry.PlotSetup = "A3";
-  entry.Layers = "MURS 0";
-  entry.PlotArea = "#E";
-  entry.PlotScale = "S#16";
-  std::string elapsed;
-  EXPECT_TRUE(Plot("Vue A", &elapsed));
-  EXPECT_EQ(elapsed, "00:01:15");
-  EXPECT_THAT(Steps(),
-              ElementsAre("Document(Plan.dwg).SetActiveLayout(Vue A)", "Layout(Vue A).CopyFrom(A3)",
-                          "Layer(MURS).SetLayerOn(false)", "Layout(Vue A).SetPlotType(1)",
-                          "Layout(Vue A).SetStandardScale(16)", "Plot(Plan.dwg).PlotToDevice()"));
-  EXPECT_THAT(Errors(), IsEmpty());
-}
-
 // A step that fails stops the ones after it and logs its own messages; a plot
 // the host refuses or throws on fails without a message. Failure rules stay
 // on, so each case fails a step the cases after it no longer reach.
