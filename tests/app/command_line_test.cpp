@@ -10,8 +10,25 @@ namespace sheafwork {
 namespace {
 
 using testing::Outcome;
+using testing::TempFolder;
 
 using CommandLineTest = testing::ListCommandTest;
+
+TEST_F(CommandLineTest, BadInputGivesTheMessageAndStatus2AndWritesNothing) {
+  const std::string bad = folder.Write("bad.qx3", "Liste\r\n");
+  Outcome o = Run({"list", "show", bad});
+  EXPECT_EQ(o.status, 2);
+  EXPECT_EQ(o.err, "sheafwork: " + bad + ": " + LoadResourceText(ids::kListFileNotValid) + "\n");
+  EXPECT_EQ(Run({"list", "add", bad, "/p/a.dwg"}).status, 2);
+  EXPECT_EQ(TempFolder::Read(bad), "Liste\r\n");
+
+  const std::string empty = folder.File("empty.qx3");
+  o = Run({"list", "new", empty});
+  EXPECT_EQ(o.status, 2);
+  EXPECT_NE(o.err.find(LoadResourceText(ids::kEmptyList)), std::string::npos);
+  EXPECT_FALSE(std::filesystem::exists(empty));
+  EXPECT_EQ(Run({"list", "frobnicate"}).status, 2);
+}
 
 TEST_F(CommandLineTest, NewRefusesToReplaceAListUnlessForcedAndAppendKeepsSettings) {
   const std::string list = folder.File("a.qx3");

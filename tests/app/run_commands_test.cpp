@@ -4,7 +4,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <sstream>
 #include <vector>
 
@@ -19,7 +18,6 @@ namespace {
 
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using testing::TempFolder;
 
 class NoPrinters : public PrinterCatalog {
  public:
@@ -109,31 +107,6 @@ TEST_F(RunCommandsTest, UnusableInputOrNoUsableHostEndWithStatus2) {
   o = Run({"plot", list});
   EXPECT_EQ(o.status, 2);
   EXPECT_THAT(o.err, HasSubstr("sheafwork: Erreur lors du chargement d'Orvane pour Sheafwork\n"));
-}
-
-// Drawings given to `plot` make the list in memory with the row options;
-// a list can come on standard input.
-TEST_F(RunCommandsTest, PlotDrawingsWithoutAListOrAListFromStandardInput) {
-  Outcome o = Run({"plot", plan, plan, "--layout", "Vue A", "--area", "extents", "--scale", "1:50",
-                   "--plot-style", "mono.ctb"});
-  EXPECT_EQ(o.status, 0) << o.err;
-  ASSERT_EQ(host.Plots().size(), 2u);
-  for (const auto& plot : host.Plots()) {
-    EXPECT_EQ(plot.layout, "Vue A");
-    EXPECT_EQ(plot.settings.plotType, 1);
-    EXPECT_EQ(plot.settings.standardScale, 25);
-    // The run's table, on every sheet, whether the layout used one or not.
-    EXPECT_EQ(plot.settings.styleSheet, "mono.ctb");
-    EXPECT_TRUE(plot.settings.plotWithPlotStyles);
-  }
-  EXPECT_FALSE(std::filesystem::exists(list));
-
-  MakeList(false);
-  std::istringstream in(TempFolder::Read(list));
-  env.input = &in;
-  o = Run({"plot", "-"});
-  EXPECT_EQ(o.status, 0) << o.err;
-  EXPECT_EQ(host.Plots().size(), 4u);
 }
 
 TEST_F(RunCommandsTest, PlotRefusesWhatItCannotDoBeforeStartingTheHost) {

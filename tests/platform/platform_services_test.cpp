@@ -1,7 +1,5 @@
-// The operating-system services against the machine the tests run on: the
-// fonts come from fonts-dejavu-core (scripts/setup.sh; on Windows the test
-// prefix's FONTS folder holds a copy, scripts/test-windows.sh); the printers
-// from the print scheduler when one runs (scripts/start-cups.sh).
+// The printer catalogue against the machine the tests run on: the printers
+// come from the print scheduler when one runs (scripts/start-cups.sh).
 
 #include <gtest/gtest.h>
 
@@ -12,29 +10,10 @@
 #include "fakes/cups_queue.h"
 #endif
 #include "fakes/temp_folder.h"
-#include "platform/device_uri.h"
-#include "platform/fonts.h"
 #include "platform/printers.h"
 
 namespace sheafwork {
 namespace {
-
-TEST(SystemFontFoldersTest, FindsInstalledFontFilesWhateverTheirLetterCase) {
-  const auto fonts = SystemFontFolders();
-  EXPECT_TRUE(fonts->HasFontFile("dEjAvUsAnS.tTf"));
-  EXPECT_FALSE(fonts->HasFontFile("sheafwork-no-such-font-7c1e.ttf"));
-}
-
-TEST(SystemPrinterCatalogTest, ListsThisMachinesPrintersWithoutThrowing) {
-  std::vector<PrinterInfo> printers;
-  ASSERT_NO_THROW(printers = SystemPrinterCatalog()->Printers());
-  for (const PrinterInfo& p : printers) {
-    EXPECT_FALSE(p.name.empty());
-#ifndef _WIN32
-    EXPECT_EQ(p.port, StripUserInfo(p.port)) << p.name;
-#endif
-  }
-}
 
 #ifndef _WIN32
 TEST(SystemPrinterCatalogTest, ListsAQueueOfTheSchedulerWithItsDevice) {

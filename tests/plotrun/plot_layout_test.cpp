@@ -1,9 +1,7 @@
 #include "plotrun/plot_layout.h"
 
 #include <filesystem>
-#include <tuple>
 
-#include "fakes/native_path.h"
 #include "fakes/test_data.h"
 #include "plot_run_fixture.h"
 #include "plotcfg/plot_style_check.h"
@@ -144,57 +142,6 @@ TEST_F(PlotLayoutTest, AMissingPlotStyleTableIsAWarningInTheErrorLog) {
   layout.styleSheet = "absente.ctb";
   EXPECT_TRUE(Plot("Vue A"));
   EXPECT_THAT(Errors(), IsEmpty());
-}
-
-// The row's device and plot file decide the host's plot call: the default
-// device in any letter case is the layout's own, a bare plotter configuration
-// name is looked up along the configuration folders, and a plot file, trimmed,
-// goes to the row's device.
-TEST_F(PlotLayoutTest, TheRowsDeviceAndPlotFileChooseThePlotCall) {
-  testing::TempFolder empty, configs;
-  const std::string found = configs.Write("Traceur.PC3", "");
-  std::filesystem::create_directory(configs.path() / "sous");
-  configs.Write("sous/Traceur.PC3", "");
-  host.printerConfigPath = empty.path().string() + " ; " + configs.path().string();
-
-  const std::string toDevice = "Plot(Plan.dwg).PlotToDevice(";
-  const std::string cfg = testing::NativePath("/cfg/Traceur.PC3");
-  const std::string sub = testing::NativePath("sous/Traceur.PC3");
-  const std::string out = testing::NativePath("/out/plan.pdf");
-  // device, plot file, plot call
-  const std::tuple<std::string, std::string, std::string> cases[] = {
-      {"", "", toDevice + ")"},
-      {"Par défaut", "", toDevice + ")"},
-      {"PAR DÉFAUT", "", toDevice + ")"},
-      {"par défaut", "", toDevice + ")"},
-      {"Traceur.PC3", "", toDevice + found + ")"},                       // the second folder
-      {"Absent.pc3", "", toDevice + "Absent.pc3)"},                      // not found: bare name
-      {cfg, "", toDevice + cfg + ")"},                                   // a folder: as it stands
-      {sub, "", toDevice + sub + ")"},                                   // even if found there
-      {"Imprimante du bureau", "", toDevice + "Imprimante du bureau)"},  // a system printer
-      {"PDF.pc3", "  " + out + " ", "Plot(Plan.dwg).PlotToFile(" + out + ", PDF.pc3)"},
-      // Blanks only are a plot file with an empty name, on the layout's device.
-      {"Par défaut", "   ", "Plot(Plan.dwg).PlotToFile()"},
-  };
-  for (const auto& [device, file, call] : cases) {
-    host.ClearCalls();
-    entry.PlotDevice = device;
-    entry.PlotFile = file;
-    EXPECT_TRUE(Plot("Vue A")) << device;
-    EXPECT_THAT(host.Calls("PlotTo"), ElementsAre(call)) << device;
-  }
-}
-
-TEST(PlotFileForTest, AllLayoutsKeepOnlyTheFolderOfTheTypedName) {
-  BatchEntry entry;
-  entry.FileName = testing::NativePath("/dwg/Plan.dwg");
-  entry.PlotFile = testing::NativePath("/out/any.plt");
-  entry.Layout = "Toutes les présentations";
-  EXPECT_EQ(PlotFileFor(entry, "Vue A"), testing::NativePath("/out/Plan-Vue A"));
-  entry.PlotFile = "any.plt";
-  EXPECT_EQ(PlotFileFor(entry, "Vue A"), "Plan-Vue A");
-  entry.Layout = "Vue A";
-  EXPECT_EQ(PlotFileFor(entry, "Vue A"), "any.plt");
 }
 
 TEST(FormatElapsedTimeTest, KeepsTheJournalsArithmetic) {

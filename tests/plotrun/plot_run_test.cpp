@@ -100,20 +100,6 @@ TEST_F(PlotAllEntriesTest, EachFailureOfARowHasItsOwnLinesAndTheRunGoesOn) {
   EXPECT_EQ(Journal().size(), 1u);
 }
 
-TEST_F(PlotAllEntriesTest, APageSetupFromAnotherDrawingIsReadOnceAndCopiedIntoTheLayout) {
-  auto& plan = Drawing("Plan.dwg", {"Vue A"});
-  auto& modeles = Drawing("Modeles.dwt");
-  modeles.AddPageSetup("A1").settings.configName = "Premier.pc3";
-  modeles.AddPageSetup("A1").settings.configName = "Traceur.pc3";  // the last one wins
-  Row(plan, "Vue A").PlotSetup = modeles.path + "|A1";
-
-  const RunResult result = Run();
-  EXPECT_EQ(result.plotted, 1);
-  ASSERT_EQ(host.Plots().size(), 1u);
-  EXPECT_EQ(host.Plots()[0].settings.configName, "Traceur.pc3");
-  EXPECT_THAT(host.OpenDocuments(), ElementsAre("*Dessin1.dwg"));
-}
-
 TEST_F(PlotAllEntriesTest, CancellingAtTheStartPlotsNothingAndLeavesTheRowsAlone) {
   const auto& plan = Drawing("Plan.dwg", {"Vue A"});
   Row(plan, "Vue A");
