@@ -1,7 +1,5 @@
 #include "plotrun/plot_layout.h"
 
-#include <filesystem>
-
 #include "fakes/test_data.h"
 #include "plot_run_fixture.h"
 #include "plotcfg/plot_style_check.h"
@@ -30,7 +28,7 @@ class PlotLayoutTest : public PlotRunTest {
   }
 
   // Plots `layout` with a fresh error log.
-  bool Plot(const std::string& layout, std::string* elapsed = nullptr) {
+  bool Plot(const std::string& layout) {
     EXPECT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, false));
     errorLog.WriteLogLine("errors");
     PlotSetupRecord record;
@@ -40,9 +38,8 @@ class PlotLayoutTest : public PlotRunTest {
                               record,
                               [this] { return Tick(); },
                               {}};
-    std::string text;
-    const bool ok = PlotLayout(context, entry, layout, false, text);
-    if (elapsed) *elapsed = text;
+    std::string elapsed;
+    const bool ok = PlotLayout(context, entry, layout, false, elapsed);
     errorLog.Close();
     return ok;
   }
