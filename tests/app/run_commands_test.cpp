@@ -9,6 +9,7 @@
 
 #include "command_runner.h"
 #include "fakes/log_lines.h"
+#include "fakes/system_doubles.h"
 #include "host/error.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -19,21 +20,12 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-class NoPrinters : public PrinterCatalog {
- public:
-  std::vector<PrinterInfo> Printers() override { return {{"Bureau", "HP LaserJet", "ipp://x"}}; }
-};
-
-class AllFonts : public FontFolders {
- public:
-  bool HasFontFile(std::string_view) override { return true; }
-};
-
 using testing::Outcome;
 
 class RunCommandsTest : public testing::HostCommandTest {
  protected:
   RunCommandsTest() {
+    printers.printers = {{"Bureau", "HP LaserJet", "ipp://x"}};
     env.printers = &printers;
     env.fonts = &fonts;
   }
@@ -47,8 +39,8 @@ class RunCommandsTest : public testing::HostCommandTest {
     }
   }
 
-  NoPrinters printers;
-  AllFonts fonts;
+  testing::ListedPrinters printers;
+  testing::AllFonts fonts;
 };
 
 // A run whose rows all go through ends with status 0, a cancelled one with 1;
