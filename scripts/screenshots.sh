@@ -27,7 +27,7 @@ mkdir -p "$out"
 # desktop; 96 dpi like most screens.
 XDG_RUNTIME_DIR="$runtime" QT_QPA_PLATFORM=xcb \
   xvfb-run -a -s "-screen 0 1600x1000x24 -dpi 96" \
-  "$build/tests/ui/ui_screenshots" "$out" "$work"
+  "$build/tools/screenshots/ui_screenshots" "$out" "$work"
 
 echo "Images dans $out :"
 ls -1 "$out"

@@ -1,10 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <vector>
 
 #include "command_runner.h"
-#include "fakes/test_data.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
@@ -15,53 +13,6 @@ using testing::Outcome;
 using testing::TempFolder;
 
 using CommandLineTest = testing::ListCommandTest;
-
-TEST_F(CommandLineTest, NewAddAndSetWriteTheExactFormat) {
-  const std::string list = folder.File("lot.qx3");
-  ASSERT_EQ(Run({"list", "new", list, "/plans/rez.dwg"}).status, 0);
-  ASSERT_EQ(Run({"list",
-                 "add",
-                 list,
-                 "/plans/étage.dwg",
-                 "--layout",
-                 "Toutes les présentations",
-                 "--setup",
-                 "/g/a.dwt|A1",
-                 "--device",
-                 "PDF.pc3",
-                 "--layers",
-                 "MURS 1 COTES 0",
-                 "--area",
-                 "#E",
-                 "--scale",
-                 "1#50",
-                 "--custom-scale",
-                 "--scale-lineweights",
-                 "--plot-file",
-                 "/s/étage.pdf"})
-                .status,
-            0);
-  ASSERT_EQ(Run({"list", "set", list, "--journal-header", "Nuit", "--journal-comment", "Révision C",
-                 "--journal-mode", "append", "--error-log", "off", "--error-file", "/l/e.log",
-                 "--error-header", "Erreurs"})
-                .status,
-            0);
-  std::string expected = testing::ReadTestData("app/written.qx3");
-  expected.replace(expected.find("@LIST@"), 6, list);
-  EXPECT_EQ(TempFolder::Read(list), expected);
-}
-
-TEST_F(CommandLineTest, ShowJsonGivesTheListAsRead) {
-  const auto doc = Show(testing::TestData("app/sparse.qx3"));
-  EXPECT_EQ(doc["name"], "");
-  EXPECT_EQ(doc["winSize"], "1920,1080");
-  EXPECT_EQ(doc["log"]["ErrorAppend"], true);
-  EXPECT_EQ(doc["log"]["JournalLogFileName"], "/logs/QXJOURNL.LOG");
-  ASSERT_EQ(doc["entries"].size(), 3u);
-  EXPECT_EQ(doc["entries"][0]["ScaleLW"], true);
-  EXPECT_EQ(doc["entries"][2]["Layout"], "Plan");
-  EXPECT_EQ(doc["entries"][1].size(), 10u);
-}
 
 TEST_F(CommandLineTest, BadInputGivesTheMessageAndStatus2AndWritesNothing) {
   const std::string bad = folder.Write("bad.qx3", "Liste\r\n");

@@ -64,7 +64,6 @@ class HostCommandTest : public ::testing::Test {
   }
   Outcome Run(std::vector<std::string> args) { return RunSheafwork(args, env); }
   std::string Journal() const { return env.defaultLogFolder + "/QXJOURNL.LOG"; }
-  std::string ErrorLog() const { return env.defaultLogFolder + "/QXERROR.LOG"; }
 
   FakeHost host;
   TempFolder home;

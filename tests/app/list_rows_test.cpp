@@ -122,33 +122,6 @@ TEST_F(ListRowsTest, UnknownValuesAreRefusedWithWhatIsAccepted) {
   EXPECT_EQ(TempFolder::Read(list), before);
 }
 
-TEST_F(ListRowsTest, AddWarnsOfAMissingDrawingAndAddsItsRow) {
-  const std::string missing = folder.File("absent.dxf");
-  const Outcome o = Run({"list", "add", list, missing, drawings[0]});
-  EXPECT_EQ(o.status, 0);
-  EXPECT_NE(o.err.find(missing + ": "), std::string::npos) << o.err;
-  EXPECT_EQ(o.err.find(drawings[0]), std::string::npos) << o.err;
-  EXPECT_EQ(Rows().size(), 5u);
-}
-
-// A word that is no command gets the closest one, never a desktop start.
-TEST_F(ListRowsTest, UnknownCommandsNameTheClosest) {
-  const std::pair<std::vector<std::string>, const char*> cases[] = {
-      {{"plto", "a.qx3"}, "« sheafwork plot »"},
-      {{"help"}, "« sheafwork --help »"},
-      {{"chek"}, "« sheafwork check »"},
-      {{"list", "shwo", "a.qx3"}, "« sheafwork list show »"},
-      {{"list", "remvoe", "a.qx3", "1"}, "« sheafwork list remove »"},
-  };
-  for (const auto& [args, closest] : cases) {
-    SCOPED_TRACE(args[0]);
-    const Outcome o = Run(args);
-    EXPECT_EQ(o.status, 2);
-    EXPECT_NE(o.err.find("commande inconnue"), std::string::npos) << o.err;
-    EXPECT_NE(o.err.find(closest), std::string::npos) << o.err;
-  }
-}
-
 // The desktop starts for no argument or one name of a list, never for a
 // command, a mistyped one or two names.
 TEST_F(ListRowsTest, OnlyNoArgumentOrOneListNameStartsTheDesktop) {

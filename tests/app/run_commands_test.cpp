@@ -4,12 +4,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <sstream>
 #include <vector>
 
 #include "command_runner.h"
 #include "fakes/log_lines.h"
+#include "fakes/system_doubles.h"
 #include "host/error.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -17,26 +17,15 @@
 namespace sheafwork {
 namespace {
 
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using testing::TempFolder;
-
-class NoPrinters : public PrinterCatalog {
- public:
-  std::vector<PrinterInfo> Printers() override { return {{"Bureau", "HP LaserJet", "ipp://x"}}; }
-};
-
-class AllFonts : public FontFolders {
- public:
-  bool HasFontFile(std::string_view) override { return true; }
-};
 
 using testing::Outcome;
 
 class RunCommandsTest : public testing::HostCommandTest {
  protected:
   RunCommandsTest() {
+    printers.printers = {{"Bureau", "HP LaserJet", "ipp://x"}};
     env.printers = &printers;
     env.fonts = &fonts;
   }
@@ -50,28 +39,9 @@ class RunCommandsTest : public testing::HostCommandTest {
     }
   }
 
-  NoPrinters printers;
-  AllFonts fonts;
+  testing::ListedPrinters printers;
+  testing::AllFonts fonts;
 };
-
-TEST_F(RunCommandsTest, PlotRunsEveryRowShowsProgressAndEndsTheHost) {
-  MakeList(true);
-  const Outcome o = Run({"plot", list});
-  EXPECT_EQ(o.status, 1);
-  EXPECT_THAT(o.err, HasSubstr("ligne 1/3 : " + plan + "\nligne 1/3 : tracé\n"));
-  EXPECT_THAT(o.err, HasSubstr("ligne 3/3 : échec\n"));
-  EXPECT_THAT(o.err, HasSubstr("sheafwork: 2 ligne(s) tracée(s), 1 en échec ; journal : " +
-                               Journal() + " ; erreurs : " + ErrorLog() + "\n"));
-  EXPECT_TRUE(o.out.empty());
-  EXPECT_EQ(host.Plots().size(), 2u);
-  EXPECT_EQ(testing::ReadLogLines(Journal()).size(), 2u + 2u);
-  EXPECT_THAT(testing::ReadLogLines(ErrorLog()),
-              ElementsAre("", "ERREUR: Echec de la configuration de la présentation de: " + plan,
-                          "ERREUR: Echec du traçage du dessin: " + plan));
-  // The host was quieted for the run, then put back and closed.
-  EXPECT_EQ(host.InitialDocument().variables["EXPERT"], host::SysVarValue(std::int16_t{0}));
-  EXPECT_TRUE(host.Quit());
-}
 
 // A run whose rows all go through ends with status 0, a cancelled one with 1;
 // a check that finds no error with 0.
@@ -129,31 +99,6 @@ TEST_F(RunCommandsTest, UnusableInputOrNoUsableHostEndWithStatus2) {
   o = Run({"plot", list});
   EXPECT_EQ(o.status, 2);
   EXPECT_THAT(o.err, HasSubstr("sheafwork: Erreur lors du chargement d'Orvane pour Sheafwork\n"));
-}
-
-// Drawings given to `plot` make the list in memory with the row options;
-// a list can come on standard input.
-TEST_F(RunCommandsTest, PlotDrawingsWithoutAListOrAListFromStandardInput) {
-  Outcome o = Run({"plot", plan, plan, "--layout", "Vue A", "--area", "extents", "--scale", "1:50",
-                   "--plot-style", "mono.ctb"});
-  EXPECT_EQ(o.status, 0) << o.err;
-  ASSERT_EQ(host.Plots().size(), 2u);
-  for (const auto& plot : host.Plots()) {
-    EXPECT_EQ(plot.layout, "Vue A");
-    EXPECT_EQ(plot.settings.plotType, 1);
-    EXPECT_EQ(plot.settings.standardScale, 25);
-    // The run's table, on every sheet, whether the layout used one or not.
-    EXPECT_EQ(plot.settings.styleSheet, "mono.ctb");
-    EXPECT_TRUE(plot.settings.plotWithPlotStyles);
-  }
-  EXPECT_FALSE(std::filesystem::exists(list));
-
-  MakeList(false);
-  std::istringstream in(TempFolder::Read(list));
-  env.input = &in;
-  o = Run({"plot", "-"});
-  EXPECT_EQ(o.status, 0) << o.err;
-  EXPECT_EQ(host.Plots().size(), 4u);
 }
 
 TEST_F(RunCommandsTest, PlotRefusesWhatItCannotDoBeforeStartingTheHost) {

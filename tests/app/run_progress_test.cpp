@@ -47,26 +47,6 @@ class RunProgressTest : public ::testing::Test {
   double now = 0;
 };
 
-TEST_F(RunProgressTest, LinesForPipesGiveTheReasonOnceAfterTheRow) {
-  EXPECT_EQ(Play(ProgressStyle::Lines),
-            "ligne 1/3 : /plans/a.dxf\n"
-            "ligne 1/3 : tracé\n"
-            "ligne 2/3 : /plans/b.dxf\n"
-            "sheafwork: b.dxf : périphérique remplacé\n"
-            "ligne 2/3 : échec\n"
-            "sheafwork: b.dxf : introuvable\n"
-            "sheafwork: ERREUR: Impossible d'ouvrir le dessin: /plans/b.dxf\n"
-            "sheafwork: PDF combiné non écrit\n");
-}
-
-TEST_F(RunProgressTest, QuietGivesOnlyFailures) {
-  EXPECT_EQ(Play(ProgressStyle::Quiet),
-            "ligne 2/3 : échec : /plans/b.dxf\n"
-            "sheafwork: b.dxf : introuvable\n"
-            "sheafwork: ERREUR: Impossible d'ouvrir le dessin: /plans/b.dxf\n"
-            "sheafwork: PDF combiné non écrit\n");
-}
-
 // One line redrawn in place; what is printed above it clears it first.
 TEST_F(RunProgressTest, TerminalRedrawsOneLineWithTimeLeft) {
   const std::string shown = Play(ProgressStyle::Terminal);
@@ -109,12 +89,6 @@ TEST_F(RunProgressTest, TerminalRedrawsOneLineWithTimeLeft) {
       EXPECT_LE(characters, 29u) << line.substr(start, end - start);
     }
   }
-}
-
-TEST(FormatDuration, MinutesAndHours) {
-  EXPECT_EQ(FormatDuration(0), "00:00");
-  EXPECT_EQ(FormatDuration(247.4), "04:07");
-  EXPECT_EQ(FormatDuration(3723), "1:02:03");
 }
 
 }  // namespace

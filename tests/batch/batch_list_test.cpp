@@ -60,32 +60,6 @@ TEST_F(BatchListTest, RemovingOneAsksNothingAndKeepsTheOrder) {
   EXPECT_TRUE(session.ListModified);
 }
 
-TEST_F(BatchListTest, RemovingSeveralAsksMessage87OnceAndWalksFromTheLast) {
-  const int selected[] = {1, 3};
-  prompt.ThenAnswer(PromptAnswer::No).ThenAnswer(PromptAnswer::Yes);
-  EXPECT_EQ(RemoveSelectedEntries(session, prompt, selected), 0);
-  EXPECT_EQ(RemoveSelectedEntries(session, prompt, selected), 2);
-  EXPECT_EQ(Names(), std::vector<std::string>{NativePath("/p/b.dwg")});
-  ASSERT_EQ(prompt.messages.size(), 2u);
-  EXPECT_EQ(prompt.messages[1].text, LoadResourceText(87));
-  EXPECT_EQ(prompt.messages[1].title, LoadResourceText(86));
-  EXPECT_EQ(prompt.messages[1].buttons, PromptButtons::YesNo);
-  EXPECT_EQ(view.events, (std::vector<std::string>{"remove 3", "remove 1"}));
-}
-
-TEST(BatchList, ARowShowsTheDefaultsForEmptyFields) {
-  BatchEntry entry;
-  entry.FileName = NativePath("/plans/nord/a.dwg");
-  using Row = std::array<std::string, kListColumns>;
-  EXPECT_EQ(ListRowTexts(entry), (Row{"a.dwg", NativePath("/plans/nord/"), "*Onglet courant*",
-                                      "Par défaut", "Par défaut"}));
-  entry.Layout = "Objet";
-  entry.PlotDevice = "PDF.pc3";
-  EXPECT_EQ(ListRowTexts(entry)[2], "Objet");
-  EXPECT_EQ(ListRowTexts(entry)[4], "PDF.pc3");
-  EXPECT_EQ(ListColumnTitle(4), "Périphérique de traçage");
-}
-
 TEST(BatchList, ResizeKeepsWhatFitsAndClearsNewEntries) {
   BatchList list;
   list.Resize(2);

@@ -38,19 +38,12 @@ class ListCommandsTest : public ::testing::Test {
   testing::ScriptedPrompt prompt;
 };
 
-TEST_F(ListCommandsTest, OpeningOffersToSaveFirstAndCancelEndsIt) {
-  prompt.ThenAnswer(PromptAnswer::Cancel);
-  EXPECT_FALSE(OpenList(session, prompt));
-  EXPECT_EQ(OnlyMessage().text, LoadResourceText(90));
-  EXPECT_EQ(OnlyMessage().buttons, PromptButtons::YesNoCancel);
-  EXPECT_TRUE(prompt.dialogs.empty());
-}
-
 TEST_F(ListCommandsTest, OpeningReplacesTheListAndSetsTheCaption) {
   const std::string path = SavedList("north.QX3");
   session.ListModified = true;
   prompt.ThenAnswer(PromptAnswer::No).ThenChoose(path);
   ASSERT_TRUE(OpenList(session, prompt));
+  EXPECT_EQ(prompt.messages.at(0).text, LoadResourceText(ids::kSaveCurrentList));
   EXPECT_EQ(prompt.dialogs[0].request.title, LoadResourceText(93));
   EXPECT_EQ(prompt.dialogs[0].request.filter, LoadResourceText(94));
   EXPECT_EQ(session.List.Entry(1).FileName, "/n/1.dwg");

@@ -90,16 +90,6 @@ TEST_F(ListFileTest, AppendingAddsBehindTheCurrentEntriesAndKeepsTheSettings) {
   EXPECT_EQ(s.WinSize, "640,480");  // the window size applies in both modes
 }
 
-TEST_F(ListFileTest, RefusesAWrongFirstLineWithoutChangingAnything) {
-  Session s("/logs");
-  s.List.Append().FileName = "/a/1.dwg";
-  for (const char* bytes :
-       {"Orvane 2000 Sheafwork List File \r\n", "\"BATCH NUM FILES\",1\r\n", ""}) {
-    EXPECT_EQ(Read(s, bytes).status, ListFileStatus::WrongFirstLine) << bytes;
-  }
-  EXPECT_EQ(s.List.EntryCount(), 1);
-}
-
 TEST_F(ListFileTest, StopsAtAMalformedLineKeepingWhatCameBefore) {
   for (const auto& row : testing::ReadTestTable("lists/bad_lines.tsv")) {
     SCOPED_TRACE(row.where);

@@ -21,19 +21,6 @@ class HostSessionTest : public ::testing::Test {
   HostSession session{host.App(), NativePath("/prog")};
 };
 
-TEST_F(HostSessionTest, SysvarsAreSavedSetAndPutBack) {
-  host.variables["PROXYNOTICE"] = std::int16_t{1};
-  host.variables["EXPERT"] = std::int16_t{3};
-  session.SetMainAppSysvars();
-  auto& doc = host.InitialDocument();
-  EXPECT_EQ(doc.variables["PROXYNOTICE"], host::SysVarValue(std::int16_t{0}));
-  EXPECT_EQ(doc.variables["EXPERT"], host::SysVarValue(std::int16_t{2}));
-
-  session.RestoreMainAppSysvars();
-  EXPECT_EQ(doc.variables["PROXYNOTICE"], host::SysVarValue(std::int16_t{1}));
-  EXPECT_EQ(doc.variables["EXPERT"], host::SysVarValue(std::int16_t{3}));
-}
-
 TEST_F(HostSessionTest, AFailedReadSkipsTheRestAndOnlyWhatWasSavedIsRestored) {
   host.FailOn("Document(Dessin1.dwg).GetVariable", host::Error(5, "refus"), 1);
   session.SetMainAppSysvars();
@@ -52,32 +39,6 @@ TEST_F(HostSessionTest, AFailedReadSkipsTheRestAndOnlyWhatWasSavedIsRestored) {
   host.ClearCalls();
   fresh.RestoreMainAppSysvars();
   EXPECT_THAT(host.Calls(), IsEmpty());
-}
-
-TEST_F(HostSessionTest, OpenDrawingOpensActivatesAndSetsRegenmode) {
-  const auto& plan = host.AddDrawing("Plan.dwg");
-  const OpenResult result = session.OpenDrawing(plan.path);
-  ASSERT_TRUE(result.ok);
-  EXPECT_THAT(host.Calls("Documents.Open"), ElementsAre("Documents.Open(" + plan.path + ", true)"));
-  EXPECT_THAT(host.OpenDocuments(), ElementsAre("Dessin1.dwg", "*" + plan.path));
-  EXPECT_EQ(session.Doc().FullName(), plan.path);
-  EXPECT_EQ(host.LastOpened(plan.path)->variables["REGENMODE"], host::SysVarValue(std::int16_t{1}));
-}
-
-// A missing file is reported without asking the host; the host's own error
-// comes with its number and description.
-TEST_F(HostSessionTest, AFailedOpenSaysWhy) {
-  OpenResult result = session.OpenDrawing(host.Folder().File("absent.dwg"));
-  EXPECT_FALSE(result.ok);
-  EXPECT_EQ(result.errorNumber, host::kFileNotFound);
-  EXPECT_THAT(host.Calls(), IsEmpty());
-
-  auto& plan = host.AddDrawing("Plan.dwg");
-  plan.openError = host::Error(-2145386390, "Dessin endommagé");
-  result = session.OpenDrawing(plan.path);
-  EXPECT_FALSE(result.ok);
-  EXPECT_EQ(result.errorNumber, -2145386390);
-  EXPECT_EQ(result.description, "Dessin endommagé");
 }
 
 TEST_F(HostSessionTest, SingleDocumentModeSavesAWritableDrawingBeforeReplacingIt) {

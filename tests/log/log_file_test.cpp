@@ -53,52 +53,6 @@ TEST_F(LogFileTest, OverwriteModeWritesHeadersAndLinesInWindows1252) {
   EXPECT_EQ(Errors(), "\r\nerreur\r\n");
 }
 
-// A log reached through a link, or with a second name, is rewritten where it
-// is: every name shows the new lines.
-TEST_F(LogFileTest, OverwriteModeWritesThroughLinksAndOtherNames) {
-  // Symbolic links need a privilege on Windows: a second name only there.
-#ifndef _WIN32
-  const std::string real = dir_.Write("reel.log", "old journal\r\n");
-  fs::remove(s_.JournalLogFileName);
-  fs::create_symlink(real, s_.JournalLogFileName);
-#endif
-  fs::create_hard_link(dir_.Write("erreurs.log", "old errors\r\n"), s_.ErrorLogFileName);
-  Run({"a"}, "e");
-#ifndef _WIN32
-  EXPECT_TRUE(fs::is_symlink(s_.JournalLogFileName));
-  EXPECT_EQ(testing::TempFolder::Read(real), "\r\n\r\na\r\n");
-#endif
-  EXPECT_EQ(testing::TempFolder::Read(dir_.File("erreurs.log")), "\r\ne\r\n");
-}
-
-// An emptied log keeps nothing of the old one, whether it gets a line or none.
-TEST_F(LogFileTest, AnEmptiedLogKeepsNothingOfTheOldOne) {
-  const std::string path = dir_.Write("resultats.txt", "ancien contenu\r\n");
-  LogFile log;
-  ASSERT_TRUE(log.Open(path, /*append=*/false));
-  EXPECT_EQ(fs::file_size(path), 0u);
-  EXPECT_TRUE(log.Close());
-  EXPECT_EQ(fs::file_size(path), 0u);
-
-  dir_.Write("resultats.txt", "ancien contenu\r\n");
-  ASSERT_TRUE(log.Open(path, /*append=*/false));
-  ASSERT_TRUE(log.WriteLogLine(""));
-  EXPECT_TRUE(log.Close());
-  EXPECT_EQ(testing::TempFolder::Read(path), "\r\n");
-}
-
-TEST_F(LogFileTest, AppendModeKeepsThePreviousBytes) {
-  const std::string oldJournal = "ancien\r\nsans fin de ligne";
-  std::ofstream(s_.JournalLogFileName, std::ios::binary) << oldJournal;
-  std::ofstream(s_.ErrorLogFileName, std::ios::binary) << "E";
-  s_.JournalAppend = s_.ErrorAppend = true;
-  s_.JournalHeader = "H";
-  s_.ErrorHeader = "Erreurs";
-  Run({"ligne"});
-  EXPECT_EQ(Journal(), oldJournal + "H\r\n\r\nligne\r\n");
-  EXPECT_EQ(Errors(), "EErreurs\r\n");
-}
-
 // A log switched off or unnamed is not created; a journal that cannot be
 // opened or written is reported once in the error log, with its name when it
 // could not be opened; a failing error log leaves the journal complete.

@@ -4,28 +4,11 @@
 
 #include <string>
 
-#include "fakes/test_data.h"
-
 namespace sheafwork {
 namespace {
 
 constexpr auto kWin = PathStyle::Windows;
 constexpr auto kPosix = PathStyle::Posix;
-
-TEST(PathsTest, FileNameAndFolderFromPath) {
-  for (const auto& row : testing::ReadTestTable("paths/file_and_folder.tsv")) {
-    SCOPED_TRACE(row.where);
-    const PathStyle style = row[0] == "windows" ? kWin : kPosix;
-    EXPECT_EQ(FileNameFromPath(row[1], style), row[2]);
-    EXPECT_EQ(FolderFromPath(row[1], style), row[3]);
-  }
-}
-
-TEST(PathsTest, StripExtension) {
-  for (const auto& row : testing::ReadTestTable("paths/strip_extension.tsv")) {
-    EXPECT_EQ(StripExtension(row[0]), row[1]) << row.where;
-  }
-}
 
 TEST(PathsTest, IsValidFileName) {
   const std::string ascii255 = std::string(251, 'a') + ".log";

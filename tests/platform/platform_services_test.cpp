@@ -1,42 +1,19 @@
-// The operating-system services against the machine the tests run on: the
-// fonts come from fonts-dejavu-core (scripts/setup.sh; on Windows the test
-// prefix's FONTS folder holds a copy, scripts/test-windows.sh); the printers
-// from the print scheduler when one runs (scripts/start-cups.sh).
+// The printer catalogue against the machine the tests run on: the printers
+// come from the print scheduler when one runs (scripts/start-cups.sh).
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ctime>
 #include <vector>
 
 #ifndef _WIN32
 #include "fakes/cups_queue.h"
 #endif
 #include "fakes/temp_folder.h"
-#include "platform/clock.h"
-#include "platform/device_uri.h"
-#include "platform/fonts.h"
 #include "platform/printers.h"
 
 namespace sheafwork {
 namespace {
-
-TEST(SystemFontFoldersTest, FindsInstalledFontFilesWhateverTheirLetterCase) {
-  const auto fonts = SystemFontFolders();
-  EXPECT_TRUE(fonts->HasFontFile("dEjAvUsAnS.tTf"));
-  EXPECT_FALSE(fonts->HasFontFile("sheafwork-no-such-font-7c1e.ttf"));
-}
-
-TEST(SystemPrinterCatalogTest, ListsThisMachinesPrintersWithoutThrowing) {
-  std::vector<PrinterInfo> printers;
-  ASSERT_NO_THROW(printers = SystemPrinterCatalog()->Printers());
-  for (const PrinterInfo& p : printers) {
-    EXPECT_FALSE(p.name.empty());
-#ifndef _WIN32
-    EXPECT_EQ(p.port, StripUserInfo(p.port)) << p.name;
-#endif
-  }
-}
 
 #ifndef _WIN32
 TEST(SystemPrinterCatalogTest, ListsAQueueOfTheSchedulerWithItsDevice) {
@@ -53,24 +30,6 @@ TEST(SystemPrinterCatalogTest, ListsAQueueOfTheSchedulerWithItsDevice) {
   EXPECT_FALSE(found->driver.empty());
 }
 #endif
-
-TEST(LocalTimeNowTest, MatchesTheSystemLocalTime) {
-  const std::time_t before = std::time(nullptr);
-  const LocalTime now = LocalTimeNow();
-  const std::time_t after = std::time(nullptr);
-
-  std::tm parts{};
-  parts.tm_year = now.year - 1900;
-  parts.tm_mon = now.month - 1;
-  parts.tm_mday = now.day;
-  parts.tm_hour = now.hour;
-  parts.tm_min = now.minute;
-  parts.tm_sec = now.second;
-  parts.tm_isdst = -1;
-  const std::time_t read = std::mktime(&parts);
-  EXPECT_GE(read, before - 1);
-  EXPECT_LE(read, after + 1);
-}
 
 }  // namespace
 }  // namespace sheafwork

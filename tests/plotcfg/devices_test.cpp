@@ -6,22 +6,11 @@
 #include <tuple>
 
 #include "fakes/fake_host.h"
+#include "fakes/system_doubles.h"
 #include "fakes/temp_folder.h"
 
 namespace sheafwork {
 namespace {
-
-TEST(DeviceNamesTest, DefaultDeviceAndPlotterFiles) {
-  EXPECT_TRUE(IsDefaultDevice("PAR DÉFAUT"));
-  EXPECT_FALSE(IsDefaultDevice(" Par défaut"));
-  EXPECT_TRUE(IsPlotterConfigFile(" /cfg/TRACEUR.PC3 "));
-  EXPECT_FALSE(IsPlotterConfigFile("Traceur.pc3x"));
-}
-
-struct FixedPrinters : PrinterCatalog {
-  std::vector<PrinterInfo> Printers() override { return list; }
-  std::vector<PrinterInfo> list;
-};
 
 // A file is looked for in every piece of a search path. Without a printer but
 // the pseudo-printer (named exactly), any file but a hidden one in a
@@ -62,8 +51,8 @@ TEST(DeviceFilesTest, SearchPathPiecesAndTheDeviceCount) {
   for (const auto& [list, configPath, none, readsPath] : cases) {
     testing::FakeHost host;
     host.printerConfigPath = configPath;
-    FixedPrinters printers;
-    printers.list = list;
+    testing::ListedPrinters printers;
+    printers.printers = list;
     EXPECT_EQ(NoDevicesAvailable(*host.App()->GetPreferences(), printers), none) << configPath;
     EXPECT_EQ(host.Calls("PrinterConfigPath").size(), readsPath ? 1u : 0u) << configPath;
   }

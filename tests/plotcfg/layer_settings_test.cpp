@@ -70,16 +70,5 @@ TEST_F(LayerSettingsTest, SubstringSearchAndThePairWalk) {
   EXPECT_THAT(host_.Calls("Layer(0).Plottable()"), IsEmpty());
 }
 
-// A bad flag or a host error stops the walk where it is and logs message 100.
-TEST_F(LayerSettingsTest, BadFlagsAndHostErrorsAreLogged) {
-  EXPECT_THAT(Apply({{"B"}, {"A"}, {"0"}}, "0 x", false), IsEmpty());
-  EXPECT_THAT(Apply({{"B"}, {"A"}}, "B 0 A T", false), ElementsAre("Layer(B).SetLayerOn(false)"));
-  host_.FailOn("SetFreeze");
-  EXPECT_THAT(Apply({{"A", true, true}}, "A 1", false), ElementsAre("Layer(A).SetFreeze(false)"));
-  // A number other than 0 reads as true.
-  EXPECT_THAT(Apply({{"B", false}}, "B 7"), ElementsAre("Layer(B).SetLayerOn(true)", kUpdate));
-  EXPECT_EQ(LogLines(), std::vector<std::string>(3, Text(100) + plan_.path));
-}
-
 }  // namespace
 }  // namespace sheafwork

@@ -14,19 +14,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-TEST(GetNPSInfoForEntryTest, SplitsAtTheFirstBarOnly) {
-  using Info = std::tuple<std::string, std::string, bool>;
-  const std::pair<const char*, Info> cases[] = {
-      {"  A3 paysage ", {"/plans/a.dwg", "  A3 paysage ", false}},
-      {" /mod/b.dwt | A3|bis ", {"/mod/b.dwt", "A3|bis", true}},
-      {"|A3", {"", "A3", true}},
-  };
-  for (const auto& [plotSetup, expected] : cases) {
-    const NpsInfo info = GetNPSInfoForEntry(plotSetup, "/plans/a.dwg");
-    EXPECT_EQ(Info(info.drawing, info.name, info.isExternal), expected) << plotSetup;
-  }
-}
-
 class PageSetupTest : public PlotcfgTest {
  protected:
   bool Apply(const std::string& name, bool external, const PlotSetupRecord& record = {},
@@ -58,24 +45,6 @@ TEST_F(PageSetupTest, CopyTakesTheLastExactMatch) {
   host_.FailOn("RefreshPlotDeviceInfo");
   EXPECT_FALSE(Apply("A3", true));
   EXPECT_THAT(host_.Calls("SetActiveLayout"), IsEmpty());
-}
-
-TEST_F(PageSetupTest, ModelSetupIsRefusedOnlyInPaperSpace) {
-  for (const auto& [space, modelType] : {std::pair{0, true}, {1, true}, {0, false}, {1, false}}) {
-    const bool ok = !(space == 0 && modelType);
-    plan_.pageSetups.clear();
-    plan_.AddPageSetup("Mise en page", modelType).settings.plotRotation = 3;
-    auto& doc = OpenPlan(static_cast<std::int16_t>(space));
-    EXPECT_EQ(CopyNPSIntoLayout(session_, "Mise en page"), ok) << space << modelType;
-    EXPECT_EQ(Active(doc).settings.plotRotation, ok ? 3 : 0);
-
-    // The external form applies the same rule to the record's flag.
-    PlotSetupRecord record;
-    record.modelType = modelType;
-    host_.ClearCalls();
-    EXPECT_EQ(Apply("Mise en page", true, record), ok) << space << modelType;
-    EXPECT_EQ(host_.Calls("RefreshPlotDeviceInfo").size(), ok ? 1u : 0u);
-  }
 }
 
 // The settings a page setup carries, as one comparable value.

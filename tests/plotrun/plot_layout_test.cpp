@@ -1,9 +1,5 @@
 #include "plotrun/plot_layout.h"
 
-#include <filesystem>
-#include <tuple>
-
-#include "fakes/native_path.h"
 #include "fakes/test_data.h"
 #include "plot_run_fixture.h"
 #include "plotcfg/plot_style_check.h"
@@ -32,7 +28,7 @@ class PlotLayoutTest : public PlotRunTest {
   }
 
   // Plots `layout` with a fresh error log.
-  bool Plot(const std::string& layout, std::string* elapsed = nullptr) {
+  bool Plot(const std::string& layout) {
     EXPECT_TRUE(errorLog.Open(session.Log.ErrorLogFileName, false));
     errorLog.WriteLogLine("errors");
     PlotSetupRecord record;
@@ -42,9 +38,8 @@ class PlotLayoutTest : public PlotRunTest {
                               record,
                               [this] { return Tick(); },
                               {}};
-    std::string text;
-    const bool ok = PlotLayout(context, entry, layout, false, text);
-    if (elapsed) *elapsed = text;
+    std::string elapsed;
+    const bool ok = PlotLayout(context, entry, layout, false, elapsed);
     errorLog.Close();
     return ok;
   }
@@ -66,21 +61,6 @@ class PlotLayoutTest : public PlotRunTest {
   BatchEntry entry;
   LogFile errorLog;
 };
-
-TEST_F(PlotLayoutTest, TheStepsComeInTheirFixedOrder) {
-  entry.PlotSetup = "A3";
-  entry.Layers = "MURS 0";
-  entry.PlotArea = "#E";
-  entry.PlotScale = "S#16";
-  std::string elapsed;
-  EXPECT_TRUE(Plot("Vue A", &elapsed));
-  EXPECT_EQ(elapsed, "00:01:15");
-  EXPECT_THAT(Steps(),
-              ElementsAre("Document(Plan.dwg).SetActiveLayout(Vue A)", "Layout(Vue A).CopyFrom(A3)",
-                          "Layer(MURS).SetLayerOn(false)", "Layout(Vue A).SetPlotType(1)",
-                          "Layout(Vue A).SetStandardScale(16)", "Plot(Plan.dwg).PlotToDevice()"));
-  EXPECT_THAT(Errors(), IsEmpty());
-}
 
 // A step that fails stops the ones after it and logs its own messages; a plot
 // the host refuses or throws on fails without a message. Failure rules stay
@@ -159,57 +139,6 @@ TEST_F(PlotLayoutTest, AMissingPlotStyleTableIsAWarningInTheErrorLog) {
   layout.styleSheet = "absente.ctb";
   EXPECT_TRUE(Plot("Vue A"));
   EXPECT_THAT(Errors(), IsEmpty());
-}
-
-// The row's device and plot file decide the host's plot call: the default
-// device in any letter case is the layout's own, a bare plotter configuration
-// name is looked up along the configuration folders, and a plot file, trimmed,
-// goes to the row's device.
-TEST_F(PlotLayoutTest, TheRowsDeviceAndPlotFileChooseThePlotCall) {
-  testing::TempFolder empty, configs;
-  const std::string found = configs.Write("Traceur.PC3", "");
-  std::filesystem::create_directory(configs.path() / "sous");
-  configs.Write("sous/Traceur.PC3", "");
-  host.printerConfigPath = empty.path().string() + " ; " + configs.path().string();
-
-  const std::string toDevice = "Plot(Plan.dwg).PlotToDevice(";
-  const std::string cfg = testing::NativePath("/cfg/Traceur.PC3");
-  const std::string sub = testing::NativePath("sous/Traceur.PC3");
-  const std::string out = testing::NativePath("/out/plan.pdf");
-  // device, plot file, plot call
-  const std::tuple<std::string, std::string, std::string> cases[] = {
-      {"", "", toDevice + ")"},
-      {"Par défaut", "", toDevice + ")"},
-      {"PAR DÉFAUT", "", toDevice + ")"},
-      {"par défaut", "", toDevice + ")"},
-      {"Traceur.PC3", "", toDevice + found + ")"},                       // the second folder
-      {"Absent.pc3", "", toDevice + "Absent.pc3)"},                      // not found: bare name
-      {cfg, "", toDevice + cfg + ")"},                                   // a folder: as it stands
-      {sub, "", toDevice + sub + ")"},                                   // even if found there
-      {"Imprimante du bureau", "", toDevice + "Imprimante du bureau)"},  // a system printer
-      {"PDF.pc3", "  " + out + " ", "Plot(Plan.dwg).PlotToFile(" + out + ", PDF.pc3)"},
-      // Blanks only are a plot file with an empty name, on the layout's device.
-      {"Par défaut", "   ", "Plot(Plan.dwg).PlotToFile()"},
-  };
-  for (const auto& [device, file, call] : cases) {
-    host.ClearCalls();
-    entry.PlotDevice = device;
-    entry.PlotFile = file;
-    EXPECT_TRUE(Plot("Vue A")) << device;
-    EXPECT_THAT(host.Calls("PlotTo"), ElementsAre(call)) << device;
-  }
-}
-
-TEST(PlotFileForTest, AllLayoutsKeepOnlyTheFolderOfTheTypedName) {
-  BatchEntry entry;
-  entry.FileName = testing::NativePath("/dwg/Plan.dwg");
-  entry.PlotFile = testing::NativePath("/out/any.plt");
-  entry.Layout = "Toutes les présentations";
-  EXPECT_EQ(PlotFileFor(entry, "Vue A"), testing::NativePath("/out/Plan-Vue A"));
-  entry.PlotFile = "any.plt";
-  EXPECT_EQ(PlotFileFor(entry, "Vue A"), "Plan-Vue A");
-  entry.Layout = "Vue A";
-  EXPECT_EQ(PlotFileFor(entry, "Vue A"), "any.plt");
 }
 
 TEST(FormatElapsedTimeTest, KeepsTheJournalsArithmetic) {

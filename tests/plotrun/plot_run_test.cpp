@@ -45,55 +45,6 @@ TEST_F(PlotAllEntriesTest, AnEmptyListAnnouncesNothingAndEndsTheBatchMode) {
   EXPECT_THAT(Errors(), IsEmpty());
 }
 
-TEST_F(PlotAllEntriesTest, RowsArePlottedInOrderWithOneJournalLineEach) {
-  const auto& plan = Drawing("Plan.dwg", {"Vue A"});
-  const auto& coupe = Drawing("Coupe.dwg");
-  Row(plan, "Vue A").PlotDevice = "PDF.pc3";
-  // Empty fields mean "Par défaut" for the run, and stay empty in the journal.
-  auto& blank = Row(coupe, "Onglet Objet");
-  blank.PlotSetup.clear();
-  blank.PlotDevice.clear();
-
-  const RunResult result = Run();
-  EXPECT_EQ(result.plotted, 2);
-  EXPECT_EQ(result.failed, 0);
-  EXPECT_EQ(result.totalPlots, 2);
-  EXPECT_THAT(Sheets(), ElementsAre("Plan.dwg|Vue A|", "Coupe.dwg|Objet|"));
-  const std::string folder = PathText(host.Folder().path() / "");
-  EXPECT_THAT(Journal(),
-              ElementsAre("Plan.dwg, " + folder + ", Vue A, Par défaut, PDF.pc3, 00:01:15",
-                          "Coupe.dwg, " + folder + ", Onglet Objet, , , 00:01:15"));
-  EXPECT_THAT(observer.events,
-              ElementsAre("cleared", "start 1/2", "1 plotted", "start 2/2", "2 plotted"));
-  // Each drawing is closed again; the host keeps its first document.
-  EXPECT_THAT(host.OpenDocuments(), ElementsAre("*Dessin1.dwg"));
-}
-
-TEST_F(PlotAllEntriesTest, AllLayoutsPlotsEveryPaperLayoutToItsOwnFileButNotTheModelTab) {
-  const auto& plan = Drawing("Plan.dwg", {"Vue A", "Vue B"});
-  auto& row = Row(plan, kAll);
-  row.PlotFile = testing::NativePath("/out/tout.pdf");
-
-  const RunResult result = Run();
-  EXPECT_EQ(result.totalPlots, 2);
-  EXPECT_THAT(Sheets(), ElementsAre("Plan.dwg|Vue A|" + testing::NativePath("/out/Plan-Vue A"),
-                                    "Plan.dwg|Vue B|" + testing::NativePath("/out/Plan-Vue B")));
-  // One line stands for all layouts, timed around the whole loop.
-  ASSERT_EQ(Journal().size(), 1u);
-  EXPECT_THAT(Journal()[0],
-              ::testing::EndsWith(", " + std::string(kAll) + ", Par défaut, Par défaut, 00:06:15"));
-}
-
-TEST_F(PlotAllEntriesTest, AModelOnlyDrawingInAllLayoutsModeCountsNothingButIsPlotted) {
-  const auto& model = Drawing("Modele.dwg");
-  Row(model, kAll);
-  const RunResult result = Run();
-  EXPECT_EQ(result.totalPlots, 0);
-  EXPECT_EQ(result.plotted, 1);
-  EXPECT_THAT(host.Plots(), IsEmpty());
-  EXPECT_EQ(Journal().size(), 1u);
-}
-
 TEST_F(PlotAllEntriesTest, ADrawingMissingWhileCountingEndsTheRunBeforeTheBatchMode) {
   const auto& plan = Drawing("Plan.dwg", {"Vue A"});
   auto& broken = Drawing("Casse.dwg", {"Vue A"});
@@ -149,32 +100,6 @@ TEST_F(PlotAllEntriesTest, EachFailureOfARowHasItsOwnLinesAndTheRunGoesOn) {
   EXPECT_EQ(Journal().size(), 1u);
 }
 
-TEST_F(PlotAllEntriesTest, APageSetupFromAnotherDrawingIsReadOnceAndCopiedIntoTheLayout) {
-  auto& plan = Drawing("Plan.dwg", {"Vue A"});
-  auto& modeles = Drawing("Modeles.dwt");
-  modeles.AddPageSetup("A1").settings.configName = "Premier.pc3";
-  modeles.AddPageSetup("A1").settings.configName = "Traceur.pc3";  // the last one wins
-  Row(plan, "Vue A").PlotSetup = modeles.path + "|A1";
-
-  const RunResult result = Run();
-  EXPECT_EQ(result.plotted, 1);
-  ASSERT_EQ(host.Plots().size(), 1u);
-  EXPECT_EQ(host.Plots()[0].settings.configName, "Traceur.pc3");
-  EXPECT_THAT(host.OpenDocuments(), ElementsAre("*Dessin1.dwg"));
-}
-
-// The same drawing twice is opened and closed twice; cancellation is polled
-// once before the run and twice per row.
-TEST_F(PlotAllEntriesTest, EachRowOpensItsDrawingAndPollsTwice) {
-  const auto& plan = Drawing("Plan.dwg", {"Vue A"});
-  Row(plan, "Vue A");
-  Row(plan, "Vue A");
-  Run();
-  EXPECT_EQ(host.Calls("Documents.Open").size(), 2u);
-  EXPECT_EQ(host.Calls(".Close(false)").size(), 2u);
-  EXPECT_EQ(host.ProgressPolls(), 1 + 2 * 2);
-}
-
 TEST_F(PlotAllEntriesTest, CancellingAtTheStartPlotsNothingAndLeavesTheRowsAlone) {
   const auto& plan = Drawing("Plan.dwg", {"Vue A"});
   Row(plan, "Vue A");
@@ -199,18 +124,6 @@ TEST_F(PlotAllEntriesTest, CancellingAfterADrawingOpenedLeavesItOpenAndEndsTheBa
   EXPECT_THAT(host.Calls("SetSheafworkProgress"),
               ElementsAre("Plot(Plan.dwg).SetSheafworkProgress(false)"));
   EXPECT_THAT(observer.events, ElementsAre("cleared", "start 1/2"));
-}
-
-TEST_F(PlotAllEntriesTest, CancellingAfterAPlotKeepsThatRowsResultAndItsDrawingOpen) {
-  const auto& plan = Drawing("Plan.dwg", {"Vue A"});
-  Row(plan, "Vue A");
-  Row(plan, "Vue A");
-  host.CancelAtPoll(3);
-  const RunResult result = Run();
-  EXPECT_EQ(result.plotted, 1);
-  EXPECT_TRUE(result.endedEarly);
-  EXPECT_EQ(Journal().size(), 1u);
-  EXPECT_THAT(host.OpenDocuments(), ElementsAre("Dessin1.dwg", "*" + plan.path));
 }
 
 TEST_F(PlotAllEntriesTest, AHostFailureOutsideAPlotLosesTheRowNotTheRun) {

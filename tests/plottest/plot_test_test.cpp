@@ -191,34 +191,6 @@ TEST_F(PlotTestScanTest, ALayoutsDeviceMissingHereIsWarnedAfterTheNoneDevices) {
   EXPECT_EQ(std::vector(lines.begin() + 4, lines.end() - 2), Expected("device_missing_here.txt"));
 }
 
-// Even for an empty list the variables are read and set in order, their old
-// values shown, and put back with their own types; meanwhile the host log goes
-// to the program folder.
-TEST_F(PlotTestScanTest, AnEmptyListStillSetsAndRestoresTheHost) {
-  host_.variables["XREFCTL"] = std::int16_t{2};
-  host_.variables["FILEDIA"] = std::int32_t{1};
-  host_.variables["CMDECHO"] = 0.5;
-  host_.variables["SHPNAME"] = std::string("hachure");
-  host_.logFilePath = "/opt/orvane/journaux";
-
-  EXPECT_EQ(Run(), Expected("empty_list.txt"));
-  const std::string doc = "Document(Dessin1.dwg).";
-  EXPECT_THAT(StartDocumentVariableCalls(),
-              ElementsAre(doc + "GetVariable(XREFCTL)", doc + "GetVariable(FILEDIA)",
-                          doc + "GetVariable(CMDECHO)", doc + "GetVariable(CMDDIA)",
-                          doc + "GetVariable(SHPNAME)", doc + "SetVariable(XREFCTL, 1)",
-                          doc + "SetVariable(FILEDIA, 0)", doc + "SetVariable(CMDECHO, 1)",
-                          doc + "SetVariable(CMDDIA, 0)", doc + "SetVariable(SHPNAME, )",
-                          doc + "SetVariable(XREFCTL, 2)", doc + "SetVariable(FILEDIA, 1)",
-                          doc + "SetVariable(CMDECHO, 0.5)", doc + "SetVariable(CMDDIA, 1)",
-                          doc + "SetVariable(SHPNAME, hachure)"));
-  EXPECT_EQ(host_.InitialDocument().variables.at("FILEDIA"), host::SysVarValue(std::int32_t{1}));
-  EXPECT_THAT(host_.Calls("Preferences.Set"),
-              ElementsAre("Preferences.SetLogFilePath(" + hs_.ProgramFolder + ")",
-                          "Preferences.SetLogFilePath(/opt/orvane/journaux)",
-                          "Preferences.SetLogFileOn(false)"));
-}
-
 // A failing host call adds lines 149 and 150 and ends only its own step: a
 // variable that could not be read is neither changed nor put back, a drawing's
 // checks stop but its device is still checked, the next rows are scanned, and

@@ -60,17 +60,6 @@ TEST_F(ResultsActionsTest, JournalRefusals) {
   EXPECT_TRUE(std::filesystem::is_empty(dir_.path()));
 }
 
-TEST_F(ResultsActionsTest, ResultsAreAppendedOnceInWindows1252AfterWhatTheJournalHolds) {
-  // A journal that does not exist yet is created.
-  ASSERT_TRUE(AppendResultsToJournal(settings_, kResults, prompt_));
-  EXPECT_EQ(testing::TempFolder::Read(settings_.JournalLogFileName), kResultsBytes + "\r\n");
-  dir_.Write("QXJOURNL.LOG", "ancien\r\n");
-  ASSERT_TRUE(AppendResultsToJournal(settings_, kResults, prompt_));
-  EXPECT_EQ(testing::TempFolder::Read(settings_.JournalLogFileName),
-            "ancien\r\n" + kResultsBytes + "\r\n");
-  EXPECT_TRUE(prompt_.messages.empty());
-}
-
 // Empty results are refused before a name is asked; a cancelled dialog writes
 // nothing.
 TEST_F(ResultsActionsTest, SaveAsRefusesEmptyResultsAndHonoursACancel) {

@@ -28,24 +28,6 @@ TEST(StringTableTest, HoldsIds31To313WithTextsThatFitWindows1252) {
   }
 }
 
-TEST(StringTableTest, KeepsSpacesAndInnerQuotes) {
-  EXPECT_EQ(LoadResourceText(31), "Utilitaire de traçage en différé Orvane");
-  EXPECT_EQ(LoadResourceText(34), "Version ");
-  EXPECT_EQ(LoadResourceText(134), "   Vérification ");
-  EXPECT_EQ(LoadResourceText(140), "ERREUR:  XREF manquante: ");
-  EXPECT_EQ(LoadResourceText(275), "1/128\" = 1'0\"");
-}
-
-TEST(StringTableTest, FiltersSplitIntoDescriptionAndPattern) {
-  using Pairs = std::vector<std::pair<std::string, std::string>>;
-  EXPECT_EQ(SplitFilter(LoadResourceText(71)),
-            (Pairs{{"Tous les dessins (*.dwg,*.dwt)", "*.dwg;*.dwt"},
-                   {"Fichiers de dessin (*.dwg)", "*.dwg"},
-                   {"Fichiers gabarits (*.dwt)", "*.dwt"}}));
-  EXPECT_THAT(SplitFilter(LoadResourceText(94)),
-              testing::ElementsAre(testing::Pair(testing::_, "*.qx3")));
-}
-
 TEST(StringTableTest, RejectsAMalformedRowNamingItsLine) {
   try {
     ParseStringTable("# comment\n\n31 \"a\"\n32 no quotes\n");

@@ -35,11 +35,6 @@ TEST(Windows1252Test, ReplacesWhatTheCodePageCannotHoldAndCountsIt) {
   }
 }
 
-TEST(StringsTest, TrimsOnlySpaces) {
-  EXPECT_EQ(TrimSpaces("   "), "");
-  EXPECT_EQ(TrimSpaces(" \t a b\t "), "\t a b\t");
-}
-
 TEST(StringsTest, ComparesIgnoringLetterCase) {
   for (const auto& row : testing::ReadTestTable("text/case_insensitive.tsv")) {
     const bool result = row[0] == "equals"   ? EqualsIgnoreCase(row[1], row[2])

@@ -2,8 +2,6 @@
 // list shows, dropping files, removing rows, the plot run's icons, closing.
 #include <QAbstractItemModelTester>
 #include <QAction>
-#include <QHeaderView>
-#include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPlainTextEdit>
@@ -29,17 +27,6 @@ using sheafwork::ui::MainWindow;
 
 namespace {
 
-QStringList EnabledCommands(const MainWindow& window) {
-  QStringList names;
-  for (const char* name :
-       {"mnuFileAddDrawing", "mnuFileRemove", "mnuFileOpenList", "mnuFileSaveList", "mnuFilePlot",
-        "mnuFilePlotTest", "mnuFileLogging", "mnuOptionsLayouts", "mnuOptionsPlotSetups",
-        "mnuOptionsPlotDevices", "mnuOptionsPlotSettings", "mnuOptionsLayers", "mnuHelpMain"}) {
-    if (window.Command(QString::fromLatin1(name))->isEnabled()) names << QString::fromLatin1(name);
-  }
-  return names;
-}
-
 QString Cell(const MainWindow& window, int row, int column) {
   return window.Model()->index(row, column).data().toString();
 }
@@ -50,39 +37,6 @@ class MainWindowTest : public QObject {
   Q_OBJECT
 
  private slots:
-  void commandsFollowTheSelection_data() {
-    QTest::addColumn<int>("rows");
-    QTest::addColumn<QList<int>>("selected");
-    QTest::addColumn<QStringList>("enabled");
-    const QStringList always = {"mnuFileAddDrawing", "mnuFileOpenList", "mnuFileLogging"};
-    const QStringList list = {"mnuFileSaveList", "mnuFilePlot", "mnuFilePlotTest"};
-    const QStringList selection = {"mnuFileRemove", "mnuOptionsLayouts", "mnuOptionsPlotSetups",
-                                   "mnuOptionsPlotDevices", "mnuOptionsPlotSettings"};
-    const auto sorted = [](QStringList names) {
-      names << "mnuHelpMain";
-      names.sort();
-      return names;
-    };
-    QTest::newRow("empty list") << 0 << QList<int>{} << sorted(always);
-    QTest::newRow("nothing selected") << 3 << QList<int>{} << sorted(always + list);
-    QTest::newRow("one row") << 3 << QList<int>{2}
-                             << sorted(always + list + selection + QStringList{"mnuOptionsLayers"});
-    QTest::newRow("two rows") << 3 << QList<int>{1, 3} << sorted(always + list + selection);
-  }
-
-  void commandsFollowTheSelection() {
-    QFETCH(int, rows);
-    QFETCH(QList<int>, selected);
-    QFETCH(QStringList, enabled);
-    UiWorld world;
-    for (int i = 1; i <= rows; ++i) world.AddRow("Plan" + std::to_string(i) + ".dwg");
-    MainWindow window(world.Context());
-    window.SelectPositions(std::vector<int>(selected.begin(), selected.end()));
-    QStringList actual = EnabledCommands(window);
-    actual.sort();
-    QCOMPARE(actual, enabled);
-  }
-
   void listShowsEntriesAndFollowsRemoval() {
     UiWorld world;
     world.AddRow("A.dwg");
@@ -145,19 +99,6 @@ class MainWindowTest : public QObject {
     world.session.ReloadMainListview(false, false);
     QCOMPARE(window.Model()->Status(2), RowStatus::NotPlotted);
     QCOMPARE(window.Model()->rowCount(), 2);
-  }
-
-  void reloadKeepsTheSelectedPositions() {
-    UiWorld world;
-    for (const char* name : {"A.dwg", "B.dwg", "C.dwg", "D.dwg"}) world.AddRow(name);
-    MainWindow window(world.Context());
-    window.SelectPositions({1, 3});
-    world.session.List.Entry(1).Layout = "Changée";
-    world.session.ReloadMainListview(true, true);
-    QCOMPARE(window.SelectedPositions(), (std::vector<int>{1, 3}));
-    QCOMPARE(Cell(window, 0, 2), QStringLiteral("Changée"));
-    world.session.ReloadMainListview(true, false);
-    QVERIFY(window.SelectedPositions().empty());
   }
 
   void droppedFilesBecomeRows() {
@@ -312,43 +253,6 @@ class MainWindowTest : public QObject {
     QVERIFY(second.GeometryRestored());
     QCOMPARE(second.size(), QSize(720, 410));
     QCOMPARE(second.List()->columnWidth(1), 123);
-  }
-
-  void firstSizeShowsEveryColumnWhole() {
-    UiWorld world;
-    world.AddRow("Plan.dwg");
-    MainWindow window(world.Context());
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    const QHeaderView& header = *window.List()->horizontalHeader();
-    const int visible = window.List()->viewport()->width();
-    for (int column = 0; column < kListColumns; ++column) {
-      const int right = header.sectionViewportPosition(column) + header.sectionSize(column);
-      QVERIFY2(right <= visible, qPrintable(QStringLiteral("column %1").arg(column)));
-      QVERIFY2(header.sectionSize(column) >= header.sectionSizeHint(column),
-               qPrintable(QStringLiteral("column %1").arg(column)));
-    }
-  }
-
-  void noTwoItemsOfAMenuShareAMnemonic() {
-    UiWorld world;
-    MainWindow window(world.Context());
-    for (QMenu* menu : window.menuBar()->findChildren<QMenu*>()) {
-      QSet<QChar> letters;
-      for (QAction* action : menu->actions()) {
-        const QString text = action->text();
-        const qsizetype marker = text.indexOf(u'&');
-        if (action->isSeparator() || marker < 0) continue;
-        const QChar letter = text[marker + 1].toLower();
-        QVERIFY2(!letters.contains(letter), qPrintable(menu->title() + u' ' + text));
-        letters.insert(letter);
-        QCOMPARE(QString(text).remove(u'&'),
-                 QString(action->text()).remove(u'&'));  // the caption's words stay
-      }
-    }
-    const QString about = window.Command("mnuHelpAbout")->text();
-    QCOMPARE(QString(about).remove(u'&'),
-             QString::fromStdString(LoadResourceText(ids::kMenuHelpAbout)).remove(u'&'));
   }
 
   void distinctMnemonics_data() {

@@ -14,11 +14,10 @@
 #include "embedded/automation/progress_display.h"
 #include "fakes/fake_host.h"
 #include "fakes/scripted_prompt.h"
+#include "fakes/system_doubles.h"
 #include "fakes/temp_folder.h"
 #include "host/host_session.h"
 #include "host/startup.h"
-#include "platform/fonts.h"
-#include "platform/printers.h"
 #include "ui/help.h"
 #include "ui/ui_context.h"
 
@@ -36,17 +35,6 @@ class RecordingHelp : public ui::HelpViewer {
  public:
   void ShowTopic(const QString& name) override { topics << name; }
   QStringList topics;
-};
-
-class ListedPrinters : public PrinterCatalog {
- public:
-  std::vector<PrinterInfo> Printers() override { return printers; }
-  std::vector<PrinterInfo> printers;
-};
-
-class AllFonts : public FontFolders {
- public:
-  bool HasFontFile(std::string_view) override { return true; }
 };
 
 /// A session with the fake host attached and nothing in the list.
