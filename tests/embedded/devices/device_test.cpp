@@ -28,35 +28,6 @@ class DeviceLookupTest : public ::testing::Test {
   std::vector<PrinterInfo> printers = {{"Bureau-HP", "HP LaserJet 4", "ipp://bureau"}};
 };
 
-TEST_F(DeviceLookupTest, ABareConfigurationNameIsTheFirstOneAlongThePath) {
-  Write("deux/Traceur.pc3");
-  EXPECT_EQ(FindPlotDevice("Traceur.pc3", searchPath, printers)->configPath,
-            folder.File("deux/Traceur.pc3"));
-  Write("un/Traceur.pc3");
-  const auto device = FindPlotDevice("Traceur.pc3", searchPath, printers);
-  ASSERT_TRUE(device);
-  EXPECT_EQ(device->configPath, folder.File("un/Traceur.pc3"));
-  EXPECT_EQ(device->name, "Traceur.pc3");
-  EXPECT_TRUE(device->WritesFiles());
-  EXPECT_EQ(device->PrinterName(), "");
-
-  EXPECT_FALSE(FindPlotDevice("Autre.pc3", searchPath, printers));
-  EXPECT_FALSE(FindPlotDevice("Traceur.pc3", "", printers));
-
-  // Configuration files are found without listing the system's printers;
-  // a printer's name lists them.
-  int listed = 0;
-  const auto lister = [&]() -> const std::vector<PrinterInfo>& {
-    ++listed;
-    return printers;
-  };
-  EXPECT_TRUE(FindPlotDevice("Traceur.pc3", searchPath, lister));
-  EXPECT_FALSE(FindPlotDevice("Autre.pc3", searchPath, lister));
-  EXPECT_EQ(listed, 0);
-  EXPECT_TRUE(FindPlotDevice("Bureau-HP", searchPath, lister));
-  EXPECT_EQ(listed, 1);
-}
-
 TEST_F(DeviceLookupTest, ANameWithAFolderIsNeverLookedUpAlongThePath) {
   Write("un/Traceur.PC3");
   const std::string elsewhere = folder.File("ailleurs/Traceur.PC3");
@@ -64,11 +35,6 @@ TEST_F(DeviceLookupTest, ANameWithAFolderIsNeverLookedUpAlongThePath) {
   const auto given = FindPlotDevice(folder.File("un/Traceur.PC3"), "", printers);
   ASSERT_TRUE(given);
   EXPECT_EQ(given->configPath, folder.File("un/Traceur.PC3"));
-}
-
-TEST_F(DeviceLookupTest, AMalformedConfigurationIsAnErrorNotAMissingDevice) {
-  Write("un/Casse.pc3", "driver = pdf\n");
-  EXPECT_THROW(FindPlotDevice("Casse.pc3", searchPath, printers), DeviceError);
 }
 
 TEST_F(DeviceLookupTest, OtherNamesArePrintersOfTheSystem) {

@@ -53,25 +53,5 @@ TEST(PlotStyleTableTest, AppliesTheEntryOfTheColourNumber) {
   }
 }
 
-TEST(PlotStyleTableTest, ScreeningFadesTowardWhite) {
-  EXPECT_EQ(ScreenedRgb(0x336699, 100), 0x336699u);
-  EXPECT_EQ(ScreenedRgb(0x336699, 0), 0xFFFFFFu);
-  EXPECT_EQ(ScreenedRgb(0x000000, 50), 0x808080u);
-  EXPECT_EQ(ScreenedRgb(0xFF0000, 40), 0xFF9999u);
-  EXPECT_EQ(ScreenedRgb(0x000000, 140), 0x000000u);  // out of range: clamped
-  EXPECT_EQ(ScreenedRgb(0x000000, -5), 0xFFFFFFu);
-}
-
-TEST(PlotStyleTableTest, LineweightIndexPastTheTableKeepsTheObjects) {
-  PlotStyleTable table;
-  PlotStyleEntry entry;
-  for (const int index : {kPlotStyleObjectLineweight, -1, 27, 1000}) {
-    entry.lineweight = index;
-    EXPECT_EQ(table.EntryLineweightMm(entry), std::nullopt) << index;
-  }
-  entry.lineweight = 26;
-  EXPECT_EQ(table.EntryLineweightMm(entry), 2.11);
-}
-
 }  // namespace
 }  // namespace sheafwork::embedded
