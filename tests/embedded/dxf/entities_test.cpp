@@ -1,11 +1,14 @@
-// Entities as the reader decodes them, each kind from the tags a writer of
-// release 2000 or later puts down, subclass markers included
-// (tests/data/dxf/entity-tags, written by hand).
+// Entities as the reader decodes them: each kind from the tags a writer of
+// release 2000 or later puts down, subclass markers included, and wipeouts
+// and clipped block references (tests/data/dxf/entity-tags and masking,
+// written by hand); hatch paths with spline edges written by another program
+// (hatch-spline-edges).
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "embedded/dxf/dxf_fixtures.h"
@@ -125,19 +128,6 @@ TEST(ReaderEntities, HatchPathsPatternAndClockwiseArcs) {
   EXPECT_EQ(h.patternLines[0].dashes, (std::vector<double>{3, -1}));
 }
 
-TEST(ReaderEntities, HatchSplineEdgeWithFitDataBeforeTheSourceCount) {
-  const Drawing d = Read("hatch-spline-fit-data.dxf");
-  const auto& h = Only<Hatch>(d);
-  EXPECT_TRUE(h.solid);
-  ASSERT_EQ(h.loops.size(), 1u);
-  ASSERT_EQ(h.loops[0].edges.size(), 1u);
-  const HatchEdge& s = h.loops[0].edges[0];
-  EXPECT_EQ(s.kind, HatchEdge::Kind::Spline);
-  EXPECT_EQ(s.knots.size(), 8u);
-  EXPECT_EQ(s.controlPoints.size(), 4u);
-  EXPECT_EQ(s.fitPoints.size(), 2u);
-}
-
 TEST(ReaderEntities, ViewportFrozenLayersByHandle) {
   // Layers Cotes (A0) and Texte (A1); the viewport freezes a1 and an unknown FF.
   const Drawing d = Read("viewport.dxf");
@@ -185,6 +175,117 @@ TEST(ReaderEntities, CurvesSolidsAndUnknownKinds) {
   EXPECT_EQ(d.skippedEntities.at("MLINE"), 2);
   EXPECT_TRUE(std::holds_alternative<AttributeDefinition>(all[9].geometry));
   EXPECT_EQ(d.skippedEntities.count("ATTDEF"), 0u);
+}
+
+// A path's edges after a spline edge belong to the path, whatever counts the
+// spline edge carries.
+using Kind = HatchEdge::Kind;
+
+struct SplineEdgeCase {
+  const char* file;
+  std::vector<Kind> edges;
+};
+
+const SplineEdgeCase kCases[] = {
+    {"spline-r2018.dxf", {Kind::Line, Kind::Spline, Kind::Line, Kind::Arc}},
+    {"spline-fit-r2018.dxf", {Kind::Line, Kind::Spline, Kind::Line, Kind::Arc}},
+    {"spline-last-r2018.dxf", {Kind::Line, Kind::Arc, Kind::Line, Kind::Spline}},
+    {"spline-last-r2000.dxf", {Kind::Line, Kind::Arc, Kind::Line, Kind::Spline}},
+};
+
+TEST(HatchEdges, EdgesAfterASplineEdgeStayInThePath) {
+  for (const SplineEdgeCase& c : kCases) {
+    SCOPED_TRACE(c.file);
+    const Drawing d = testing::ReadFixture(std::string("hatch-spline-edges/") + c.file);
+    const Block* model = d.FindBlock("*Model_Space");
+    ASSERT_NE(model, nullptr);
+    ASSERT_EQ(model->entities.size(), 1u);
+    const auto* hatch = std::get_if<Hatch>(&model->entities[0].geometry);
+    ASSERT_NE(hatch, nullptr);
+    ASSERT_EQ(hatch->loops.size(), 1u);
+    std::vector<Kind> kinds;
+    for (const HatchEdge& e : hatch->loops[0].edges) kinds.push_back(e.kind);
+    ASSERT_EQ(kinds, c.edges);
+    for (const HatchEdge& e : hatch->loops[0].edges) {
+      if (e.kind == Kind::Spline) {
+        EXPECT_EQ(e.controlPoints.size(), 4u);
+        EXPECT_EQ(e.knots.size(), 8u);
+      }
+      if (e.kind == Kind::Arc) {
+        EXPECT_DOUBLE_EQ(e.radius, 50);
+      }
+    }
+  }
+}
+
+Drawing ReadMasking(const std::string& name) { return testing::ReadFixture("masking/" + name); }
+
+const Entity& First(const Drawing& d) { return testing::ModelEntities(d).at(0); }
+
+TEST(ReaderWipeout, PlacementAndPolygonBoundaryInPixels) {
+  const Drawing d = ReadMasking("wipeout-polygon.dxf");
+  const Entity& e = First(d);
+  EXPECT_EQ(e.props.layer, "Masque");
+  const auto& w = std::get<Wipeout>(e.geometry);
+  EXPECT_DOUBLE_EQ(w.insert.x, 100);
+  EXPECT_DOUBLE_EQ(w.insert.y, 50);
+  EXPECT_DOUBLE_EQ(w.uPixel.x, 40);
+  EXPECT_DOUBLE_EQ(w.vPixel.y, 20);
+  EXPECT_DOUBLE_EQ(w.imageSize.x, 1);
+  EXPECT_DOUBLE_EQ(w.imageSize.y, 1);
+  EXPECT_EQ(w.displayFlags, 7);
+  EXPECT_TRUE(w.clipping);
+  EXPECT_EQ(w.clipType, 2);
+  ASSERT_EQ(w.clipVertices.size(), 4u);
+  EXPECT_DOUBLE_EQ(w.clipVertices[1].x, 0.5);
+  EXPECT_DOUBLE_EQ(w.clipVertices[1].y, -0.5);
+  EXPECT_DOUBLE_EQ(w.clipVertices[2].x, 0);
+  EXPECT_DOUBLE_EQ(w.clipVertices[2].y, 0.5);
+}
+
+TEST(ReaderWipeout, RectangleBoundaryClippingOffAndFrameSetting) {
+  struct Case {
+    const char* file;
+    bool clipping;  ///< state 0 is kept: the whole image is masked then
+    std::int16_t frame;
+  };
+  const Case cases[] = {
+      {"wipeout-rectangle.dxf", true, 0},  // no WIPEOUTVARIABLES object
+      {"wipeout-frame-shown.dxf", true, 1},
+      {"wipeout-clipping-off.dxf", false, 0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.file);
+    const Drawing d = ReadMasking(c.file);
+    const auto& w = std::get<Wipeout>(First(d).geometry);
+    EXPECT_EQ(w.clipType, 1);
+    EXPECT_EQ(w.clipping, c.clipping);
+    EXPECT_EQ(d.header.wipeoutFrame, c.frame);
+  }
+}
+
+// An INSERT whose extension dictionary leads to a spatial filter of three
+// points, enabled or not, under the key SPATIAL or another one.
+TEST(ReaderInserts, ClipBoundaryThroughTheExtensionDictionary) {
+  const std::pair<const char*, bool> cases[] = {
+      {"insert-clipped.dxf", true},
+      {"insert-clip-off.dxf", false},
+      {"insert-other-filter.dxf", false},
+      {"insert-no-objects.dxf", false},
+  };
+  for (const auto& [file, clipped] : cases) {
+    SCOPED_TRACE(file);
+    const Drawing d = ReadMasking(file);
+    const auto& insert = std::get<Insert>(First(d).geometry);
+    EXPECT_EQ(insert.block, "B");
+    ASSERT_EQ(insert.clip != nullptr, clipped);
+    if (clipped) {
+      const std::vector<Vec2>& boundary = insert.clip->boundary;
+      ASSERT_EQ(boundary.size(), 3u);
+      EXPECT_DOUBLE_EQ(boundary[1].x, 5);
+      EXPECT_DOUBLE_EQ(boundary[2].y, 5);
+    }
+  }
 }
 
 }  // namespace
