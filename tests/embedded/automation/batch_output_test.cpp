@@ -74,25 +74,6 @@ TEST_F(BatchOutputTest, TheCombinedPdfGetsEachPlottedSheetInOrderWhenTheBatchEnd
   EXPECT_EQ(testing::PdfPageSizes(combined).size(), 2u);
 }
 
-TEST_F(BatchOutputTest, QuittingWritesTheCombinedPdfAndAnEmptyOneIsNotWritten) {
-  const std::string combined = files.File("tout.pdf");
-  Combine(combined);
-  auto doc = OpenPlan(TwoSheetDrawing());
-  Show(*doc, "Présentation1");
-  ASSERT_TRUE(doc->GetPlot()->PlotToDevice(std::nullopt));
-  Host()->Quit();
-  EXPECT_THAT(closings, ElementsAre("1"));
-  EXPECT_EQ(testing::PdfPageSizes(combined).size(), 1u);
-
-  // A second host that plots nothing leaves the earlier file as it was.
-  closings.clear();
-  app = nullptr;
-  OpenPlan(TwoSheetDrawing());
-  Host()->Quit();
-  EXPECT_THAT(closings, ElementsAre("0"));
-  EXPECT_EQ(testing::PdfPageSizes(combined).size(), 1u);
-}
-
 TEST_F(BatchOutputTest, ACombinedPdfThatCannotBeCreatedKeepsTheHostFromStarting) {
   Combine(files.File("absent/tout.pdf"));
   try {
@@ -102,81 +83,6 @@ TEST_F(BatchOutputTest, ACombinedPdfThatCannotBeCreatedKeepsTheHostFromStarting)
     EXPECT_EQ(error.number(), 75);
     EXPECT_THAT(error.description(), HasSubstr(files.File("absent/tout.pdf")));
   }
-}
-
-TEST_F(BatchOutputTest, TheNumberOfCopiesReachesThePrinterJob) {
-  auto doc = OpenPlan(TwoSheetDrawing());
-  auto plot = doc->GetPlot();
-  ASSERT_TRUE(plot->PlotToDevice("Bureau-HP"));
-  plot->SetNumberOfCopies(3);
-  ASSERT_TRUE(plot->PlotToDevice("Bureau-HP"));
-  // The number belongs to the document: a new plot object keeps it.
-  ASSERT_TRUE(doc->GetPlot()->PlotToDevice("Bureau-HP"));
-  ASSERT_EQ(plots.size(), 3u);
-  EXPECT_EQ(plots[0].copies, 1);
-  EXPECT_EQ(plots[1].copies, 3);
-  EXPECT_EQ(plots[2].copies, 3);
-}
-
-/// A display that asks to stop as soon as the first plot has begun.
-struct StopAfterFirstPlot : RecordingDisplay {
-  bool Cancelled() override { return events.size() > 1; }
-};
-
-struct CancelCase {
-  const char* name;
-  std::vector<std::string> rows;  ///< the layout of each row
-  std::size_t journalRows;        ///< rows the journal shows as plotted
-};
-
-class CancelTest : public EmbeddedRunTest, public ::testing::WithParamInterface<CancelCase> {};
-
-TEST_P(CancelTest, CancellingStopsTheRunAfterTheLayoutUnderWay) {
-  auto stopping = std::make_shared<StopAfterFirstPlot>();
-  options.progress = stopping;
-  const std::string plan = AddDrawing("Plan.dxf", TwoSheetDrawing());
-  for (const std::string& layout : GetParam().rows) Row(plan, layout);
-
-  const RunResult result = Run();
-  EXPECT_TRUE(result.cancelled);
-  EXPECT_TRUE(result.endedEarly);
-  ASSERT_EQ(plots.size(), 1u);
-  EXPECT_EQ(plots[0].layout, "Présentation1");
-  EXPECT_THAT(stopping->events, ElementsAre("start 2", "1/2 Plan.dxf Présentation1", "finish"));
-  std::size_t rows = 0;
-  for (const std::string& line : testing::ReadLogLines(session.Log.JournalLogFileName)) {
-    rows += line.find("Plan.dxf, ") == 0 ? 1 : 0;
-  }
-  EXPECT_EQ(rows, GetParam().journalRows);
-}
-
-INSTANTIATE_TEST_SUITE_P(Rows, CancelTest,
-                         ::testing::Values(
-                             // Between two layouts of one row: the row is left unfinished.
-                             CancelCase{"BetweenLayoutsOfARow", {"Toutes les présentations"}, 0},
-                             // Between two rows: the first row is done.
-                             CancelCase{"BetweenRows", {"Présentation1", "Coupe"}, 1}),
-                         [](const ::testing::TestParamInfo<CancelCase>& info) {
-                           return info.param.name;
-                         });
-
-TEST(ConsoleProgressDisplayTest, CtrlCDuringABatchCancelsItInsteadOfEndingTheProgram) {
-  std::ostringstream out;
-  auto display = ConsoleProgressDisplay(out, false);
-  struct sigaction before = {};
-  sigaction(SIGINT, nullptr, &before);
-
-  display->Start(2);
-  EXPECT_FALSE(display->Cancelled());
-  std::raise(SIGINT);  // would end the test program without the display
-  EXPECT_TRUE(display->Cancelled());
-  display->Finish();
-  EXPECT_FALSE(display->Cancelled());
-
-  struct sigaction after = {};
-  sigaction(SIGINT, nullptr, &after);
-  EXPECT_EQ(after.sa_handler, before.sa_handler) << "Ctrl+C was not given back";
-  EXPECT_THAT(out.str(), IsEmpty());
 }
 
 }  // namespace

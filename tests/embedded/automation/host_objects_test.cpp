@@ -375,20 +375,5 @@ TEST_F(EmbeddedHostTest, AFontIsAvailableWhenFoundOnTheSupportPathOrStandard) {
   EXPECT_EQ(available, expected);
 }
 
-// Without a support path of its own, the host finds shape fonts in the
-// program's fonts/ folder and in the user's, beside the user's plotters.
-TEST_F(EmbeddedHostTest, ShapeFontsAreFoundInTheProgramsAndTheUsersFontFolders) {
-  const std::string fonts = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/fonts";
-  std::filesystem::create_directories(data.path() / "fonts");
-  std::filesystem::create_directories(user.path() / "fonts");
-  std::filesystem::copy_file(fonts + "/trait.shx", data.path() / "fonts" / "trait.shx");
-  std::filesystem::copy_file(fonts + "/uni.shx", user.path() / "fonts" / "UNI.SHX");
-  auto doc = Open(AddDrawing("Polices.dxf", ReadDxfFile(fonts + "/shape_fonts.dxf")));
-  const std::map<std::string, bool> available = FontAvailability(*doc);
-  EXPECT_TRUE(available.at("TRAIT"));
-  EXPECT_TRUE(available.at("UNI"));
-  EXPECT_FALSE(available.at("PERDU"));
-}
-
 }  // namespace
 }  // namespace sheafwork::embedded

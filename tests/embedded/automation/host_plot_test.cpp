@@ -14,24 +14,6 @@ using ::testing::HasSubstr;
 
 using EmbeddedPlotTest = EmbeddedHostTest;
 
-TEST_F(EmbeddedPlotTest, ALayoutsOwnPdfDeviceWritesBesideTheDrawing) {
-  auto doc = OpenPlan();
-  Show(*doc, "Présentation1");
-  doc->GetLayers()->Item(1)->SetLayerOn(false);
-  ASSERT_TRUE(doc->GetPlot()->PlotToDevice(std::nullopt));
-  ASSERT_EQ(plots.size(), 1u);
-  const CapturedPlot& plot = plots[0];
-  EXPECT_EQ(plot.output, OutputKind::Pdf);
-  EXPECT_EQ(plot.outputPath, files.File("Plan-Présentation1.pdf"));
-  EXPECT_EQ(plot.layout, "Présentation1");
-  EXPECT_EQ(plot.settings.mediaName, "ISO A3 (420.00 x 297.00 mm)");
-  EXPECT_FALSE(plot.layers[1].on);  // the document's copy is plotted
-  EXPECT_THAT(HostLogLines(),
-              ElementsAre("Tracé : dessin " + planPath +
-                          ", présentation Présentation1, périphérique PDF.pc3, sortie " +
-                          files.File("Plan-Présentation1.pdf")));
-}
-
 TEST_F(EmbeddedPlotTest, EachDeviceWritesItsKindOfOutputWhereItBelongs) {
   for (const char* name : {"PNG.pc3", "SVG.pc3", "HPGL2.pc3"}) {
     std::filesystem::copy_file(std::string(SHEAFWORK_SOURCE_DIR) + "/data/plotters/" + name,
@@ -108,24 +90,6 @@ TEST_F(EmbeddedPlotTest, FailedPlotsReturnFalseWithTheirReasonInTheHostLog) {
   EXPECT_EQ(display->failures, log);
 }
 
-TEST_F(EmbeddedPlotTest, ALayoutWhoseBlockIsLostFailsAndTheOthersPlot) {
-  auto doc = OpenPlan(ReadDxfFile(std::string(SHEAFWORK_SOURCE_DIR) +
-                                  "/tests/data/dxf/layout-links/layout-block-missing.dxf"));
-  auto plot = doc->GetPlot();
-  Show(*doc, "Gamma");
-  EXPECT_FALSE(plot->PlotToFile(files.File("gamma.pdf"), "PDF.pc3"));
-  Show(*doc, "Alpha");
-  EXPECT_TRUE(plot->PlotToFile(files.File("alpha.pdf"), "PDF.pc3"));
-
-  const auto log = HostLogLines();
-  ASSERT_EQ(log.size(), 2u);
-  EXPECT_THAT(log[0], HasSubstr("présentation Gamma, périphérique PDF.pc3 : "
-                                "layout-block-missing.dxf : fichier endommagé"));
-  EXPECT_THAT(log[1], HasSubstr("Tracé : dessin " + planPath + ", présentation Alpha"));
-  ASSERT_EQ(plots.size(), 1u);
-  EXPECT_EQ(plots[0].layout, "Alpha");
-}
-
 TEST_F(EmbeddedPlotTest, WhatAPlotLeftOutIsLoggedAndShownByKind) {
   auto doc = OpenPlan(
       ReadDxfFile(std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/entities/undrawn.dxf"));
@@ -145,21 +109,6 @@ TEST_F(EmbeddedPlotTest, WhatAPlotLeftOutIsLoggedAndShownByKind) {
   ASSERT_TRUE(plot->PlotToFile(files.File("papier.pdf"), "PDF.pc3"));
   EXPECT_EQ(HostLogLines().size(), 3u);
   EXPECT_EQ(display->notices.size(), 1u);
-}
-
-TEST_F(EmbeddedPlotTest, SwitchingTheLogOffAndOnStartsAFreshLog) {
-  auto doc = OpenPlan();
-  auto plot = doc->GetPlot();
-  auto preferences = Host()->GetPreferences();
-  plot->PlotToDevice("Absent.pc3");
-  plot->PlotToDevice("Absent.pc3");
-  EXPECT_EQ(HostLogLines().size(), 2u);
-  preferences->SetLogFileOn(false);
-  plot->PlotToDevice("Absent.pc3");  // not logged
-  EXPECT_EQ(HostLogLines().size(), 2u);
-  preferences->SetLogFileOn(true);
-  plot->PlotToDevice("Absent.pc3");
-  EXPECT_EQ(HostLogLines().size(), 1u);
 }
 
 TEST_F(EmbeddedPlotTest, BatchModeDrivesTheProgressDisplayUntilCancelled) {
