@@ -1,16 +1,28 @@
+// Plotting through the embedded host: each device's output, failed plots,
+// the progress display, the combined PDF of a batch, layouts as drawings from
+// elsewhere store them, and the plot style table of a layout.
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <sstream>
 
 #include "embedded/automation/embedded_fixture.h"
+#include "embedded/plotstyle/plot_style_file.h"
+#include "fakes/cups_queue.h"
 #include "fakes/log_lines.h"
+#include "fakes/temp_folder.h"
 
 namespace sheafwork::embedded {
 namespace {
 
+using ::testing::AllOf;
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
 
 using EmbeddedPlotTest = EmbeddedHostTest;
 
@@ -154,6 +166,277 @@ TEST(ConsoleProgressDisplayTest, DrawsABarOnlyOnATerminalAndAlwaysNamesFailures)
               HasSubstr("[###############               ] 2/2 Plan.dxf - Présentation1"));
   bar->Finish();
   EXPECT_TRUE(terminal.str().ends_with("\r\033[K"));
+}
+
+// The combined PDF a batch of plots leaves besides its plots.
+constexpr double kPointsPerMm = 72 / 25.4;
+
+/// The sample drawing with both paper layouts plotting to PDF: "Présentation1"
+/// on an A3 sheet, "Coupe" on a 500 × 250 mm one.
+Drawing TwoSheetDrawing() {
+  Drawing d = SampleDrawing();
+  for (Layout& layout : d.layouts) {
+    if (!layout.IsModel()) layout.settings.configName = "PDF.pc3";
+  }
+  return d;
+}
+
+class BatchOutputTest : public EmbeddedHostTest {
+ protected:
+  // The combined PDF goes to `path`; its closing is recorded.
+  void Combine(const std::string& path) {
+    options.combinedPdf = path;
+    options.combinedPdfClosed = [this](int pages, const std::string& error) {
+      closings.push_back(std::to_string(pages) + (error.empty() ? "" : " " + error));
+    };
+  }
+
+  std::vector<std::string> closings;
+};
+
+TEST_F(BatchOutputTest, TheCombinedPdfGetsEachPlottedSheetInOrderWhenTheBatchEnds) {
+  const std::string combined = files.File("tout.pdf");
+  Combine(combined);
+  auto doc = OpenPlan(TwoSheetDrawing());
+  auto plot = doc->GetPlot();
+  std::int16_t count = 3;
+  plot->StartBatchMode(count);
+  Show(*doc, "Coupe");
+  ASSERT_TRUE(plot->PlotToFile(files.File("coupe.pdf"), std::nullopt));
+  EXPECT_FALSE(plot->PlotToDevice("Absent.pc3"));  // a failed plot adds no page
+  Show(*doc, "Présentation1");
+  ASSERT_TRUE(plot->PlotToDevice(std::nullopt));
+  EXPECT_FALSE(std::filesystem::exists(combined)) << "written before the batch ended";
+
+  plot->SetSheafworkProgress(false);
+  EXPECT_THAT(closings, ElementsAre("2"));
+  const auto pages = testing::PdfPageSizes(combined);
+  ASSERT_EQ(pages.size(), 2u);
+  EXPECT_NEAR(pages[0].first, 500 * kPointsPerMm, 1);
+  EXPECT_NEAR(pages[0].second, 250 * kPointsPerMm, 1);
+  EXPECT_NEAR(pages[1].first, 420 * kPointsPerMm, 1);
+  EXPECT_NEAR(pages[1].second, 297 * kPointsPerMm, 1);
+
+  // Plots after the batch ended change nothing, and quitting closes nothing
+  // twice.
+  ASSERT_TRUE(plot->PlotToDevice(std::nullopt));
+  Host()->Quit();
+  EXPECT_THAT(closings, ElementsAre("2"));
+  EXPECT_EQ(testing::PdfPageSizes(combined).size(), 2u);
+}
+
+TEST_F(BatchOutputTest, ACombinedPdfThatCannotBeCreatedKeepsTheHostFromStarting) {
+  Combine(files.File("absent/tout.pdf"));
+  try {
+    Host();
+    ADD_FAILURE() << "the host started";
+  } catch (const host::Error& error) {
+    EXPECT_EQ(error.number(), 75);
+    EXPECT_THAT(error.description(), HasSubstr(files.File("absent/tout.pdf")));
+  }
+}
+
+// Layouts as drawings from elsewhere store them: never set up, with devices
+// this machine does not have, with paper names written another way. The
+// drawing is read by the DXF reader from tests/data/dxf/sheets.
+class ForeignSheetsTest : public EmbeddedHostTest {
+ protected:
+  ForeignSheetsTest() {
+    options.reader = {};  // the DXF reader
+    path_ = (files.path() / "never_set_up.dxf").string();
+    std::filesystem::copy_file(
+        std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/sheets/never_set_up.dxf", path_);
+  }
+
+  std::shared_ptr<host::Document> OpenSheets() {
+    auto doc = Open(path_);
+    doc->Activate();
+    Host()->GetPreferences()->SetLogFileOn(true);
+    return doc;
+  }
+
+  std::string path_;
+};
+
+// What each layout plots on, with its own device and with PDF.pc3 given.
+struct SheetCase {
+  const char* layout;
+  const char* paper;  ///< the paper plotted on
+  double width;
+  double height;
+  const char* logged;  ///< in the host's log with the layout's own device
+  bool onStderr;       ///< a missing device is told on the display too
+};
+
+TEST_F(ForeignSheetsTest, EveryLayoutPlotsOnTheDevicesPaperThatItsStoredPaperStandsFor) {
+  const SheetCase cases[] = {
+      // Never set up: no device, 0 x 0 mm, no name.
+      {"Objet", "ISO A3 (420.00 x 297.00 mm)", 420, 297,
+       "Papier « 0 x 0 mm » inutilisable : tracé sur le papier par défaut de PDF.pc3", false},
+      {"Vierge", "ISO A3 (420.00 x 297.00 mm)", 420, 297,
+       "Périphérique « Aucun » : tracé sur PDF.pc3", false},
+      {"Sans traceur", "ISO A4 (210.00 x 297.00 mm)", 210, 297,
+       "Périphérique « Aucun » : tracé sur PDF.pc3", false},
+      {"Autre PDF", "ISO A1 (841.00 x 594.00 mm)", 841, 594,
+       "Périphérique « DWG To PDF.pc3 » absent de cette machine : tracé sur PDF.pc3", true},
+      {"Imprimante", "ANSI A (8.50 x 11.00 pouces)", 215.9, 279.4,
+       "Périphérique « Microsoft Print to PDF » absent de cette machine : tracé sur PDF.pc3", true},
+      // A paper name without its size, on a device that is here.
+      {"A2 court", "ISO A2 (594.00 x 420.00 mm)", 594, 420, "périphérique PDF.pc3, sortie", false},
+      // A size no device paper has stays the layout's own.
+      {"Maison", "Feuille maison", 500, 250,
+       "Périphérique « Absent.pc3 » absent de cette machine : tracé sur PDF.pc3", true},
+  };
+  auto doc = OpenSheets();
+  auto plot = doc->GetPlot();
+  for (const SheetCase& c : cases) {
+    SCOPED_TRACE(c.layout);
+    for (const bool given : {false, true}) {
+      plots.clear();
+      display->notices.clear();
+      Show(*doc, c.layout);
+      ASSERT_TRUE(plot->PlotToDevice(given ? std::optional<std::string>("PDF.pc3")
+                                           : std::optional<std::string>()));
+      ASSERT_EQ(plots.size(), 1u);
+      EXPECT_EQ(plots[0].settings.mediaName, c.paper);
+      EXPECT_NEAR(plots[0].settings.paperWidth, c.width, 1e-6);
+      EXPECT_NEAR(plots[0].settings.paperHeight, c.height, 1e-6);
+      if (!given) {
+        EXPECT_THAT(HostLogLines("never_set_up"),
+                    Contains(AllOf(HasSubstr(c.logged),
+                                   HasSubstr("présentation " + std::string(c.layout)))));
+        EXPECT_EQ(display->notices.size(), c.onStderr ? 1u : 0u);
+      } else {
+        EXPECT_THAT(display->notices, IsEmpty());
+      }
+    }
+  }
+  EXPECT_THAT(display->failures, IsEmpty());
+}
+
+TEST_F(ForeignSheetsTest, AMissingDeviceWithoutAFallbackFailsAndAGivenMissingDeviceNeverStandsIn) {
+  auto doc = OpenSheets();
+  // Saved on the model tab: the paper layout to go back to is the one on
+  // *Paper_Space, not the first tab.
+  doc->SetActiveSpace(0);
+  EXPECT_EQ(doc->ActiveLayout()->Name(), "Autre PDF");
+  auto plot = doc->GetPlot();
+  Show(*doc, "Vierge");
+  EXPECT_FALSE(plot->PlotToDevice("Absent.pc3"));
+  auto preferences = std::dynamic_pointer_cast<EmbeddedPreferences>(Host()->GetPreferences());
+  ASSERT_NE(preferences, nullptr);
+  EXPECT_EQ(preferences->FallbackDevice(), "PDF.pc3");
+  preferences->SetFallbackDevice("Autre.pc3");
+  Show(*doc, "Autre PDF");
+  EXPECT_FALSE(plot->PlotToDevice(std::nullopt));
+  EXPECT_TRUE(plots.empty());
+  ASSERT_EQ(display->failures.size(), 2u);
+  EXPECT_THAT(display->failures[0], HasSubstr("introuvable : Absent.pc3"));
+  EXPECT_THAT(display->failures[1],
+              HasSubstr("périphérique de remplacement introuvable : Autre.pc3"));
+}
+
+// The plot style table of a layout, found along the host's plot-style path
+// and handed to the plot engine.
+std::string TableBytes(std::uint32_t colourOneRgb) {
+  PlotStyleTable table;
+  table.entries[0].color = EncodePlotStyleColor(colourOneRgb);
+  const std::vector<unsigned char> bytes = WritePlotStyleTable(table);
+  return {bytes.begin(), bytes.end()};
+}
+
+class PlotStylesHostTest : public EmbeddedHostTest {
+ protected:
+  /// Plots layout "Présentation1" of a drawing whose settings name `table`;
+  /// whether the plot was made.
+  bool PlotWith(const std::string& table, bool plotStyles = true) {
+    Drawing drawing = SampleDrawing();
+    PlotSettings& settings = drawing.layouts[2].settings;
+    settings.styleSheet = table;
+    settings.Set(kPlotPlotStyles, plotStyles);
+    auto doc = OpenPlan(drawing);
+    Show(*doc, "Présentation1");
+    const bool done = doc->GetPlot()->PlotToDevice(std::nullopt);
+    doc->Close(false);
+    return done;
+  }
+  std::optional<std::uint32_t> PlottedColourOne() const {
+    if (plots.empty() || !plots.back().plotStyles) return std::nullopt;
+    return plots.back().plotStyles->entries[0].PenRgb();
+  }
+};
+
+TEST_F(PlotStylesHostTest, DataFolderBeforeUserFolderAndThePreferenceDecides) {
+  Put(user, "plotstyles/Maison.ctb", TableBytes(0x0000FF));
+  ASSERT_TRUE(PlotWith("maison.ctb"));
+  EXPECT_EQ(PlottedColourOne(), 0x0000FFu);
+
+  Put(data, "plotstyles/maison.ctb", TableBytes(0x00FF00));
+  ASSERT_TRUE(PlotWith("maison.ctb"));
+  EXPECT_EQ(PlottedColourOne(), 0x00FF00u);
+
+  auto preferences = std::dynamic_pointer_cast<EmbeddedPreferences>(Host()->GetPreferences());
+  EXPECT_EQ(preferences->PlotStylePath(),
+            (data.path() / "plotstyles").string() + ";" + (user.path() / "plotstyles").string());
+  preferences->SetPlotStylePath((user.path() / "plotstyles").string());
+  ASSERT_TRUE(PlotWith("maison.ctb"));
+  EXPECT_EQ(PlottedColourOne(), 0x0000FFu);
+
+  // Settings that do not plot with plot styles get no table.
+  ASSERT_TRUE(PlotWith("maison.ctb", false));
+  EXPECT_EQ(PlottedColourOne(), std::nullopt);
+  EXPECT_THAT(HostLog(), Not(HasSubstr("Table de styles")));
+}
+
+// A table named but unreadable fails the plot of the sheet, with a line
+// naming the table and the fault: plotting without it would give a colour
+// plot where the layout asked for monochrome. A table this machine does not
+// have is named on the display and in the log, and the sheet plots without
+// it; so does a named-style table (.stb), which the host does not apply.
+TEST_F(PlotStylesHostTest, ATableThatCannotBeReadFailsThePlotAMissingOneIsNamed) {
+  const std::string broken = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/plotstyle/broken/";
+  for (const char* name : {"truncated.ctb", "lying.ctb", "damaged.ctb", "notes.ctb"}) {
+    Put(data, std::string("plotstyles/") + name, testing::TempFolder::Read(broken + name));
+  }
+  Put(data, "plotstyles/noms.stb", TableBytes(0));
+  struct Case {
+    const char* table;
+    const char* fault;  ///< null: the plot goes on without a table
+    const char* note;   ///< what the log says when it goes on
+  };
+  const Case cases[] = {
+      {"absente.ctb", nullptr,
+       "Table de styles de tracé « absente.ctb » introuvable sur cette machine : présentation "
+       "tracée sans elle"},
+      {"truncated.ctb", "truncated.ctb : données compressées tronquées", nullptr},
+      {"lying.ctb", "lying.ctb : ", nullptr},
+      {"damaged.ctb", "damaged.ctb : ", nullptr},
+      {"notes.ctb", "notes.ctb : ", nullptr},
+      {"noms.stb", nullptr, "Table de styles nommés « noms.stb » non appliquée"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.table);
+    plots.clear();
+    display->failures.clear();
+    const std::size_t before = HostLog().size();
+    const bool plotted = PlotWith(c.table);
+    const std::string added = HostLog().substr(before);
+    if (!c.fault) {
+      EXPECT_TRUE(plotted);
+      ASSERT_EQ(plots.size(), 1u);
+      EXPECT_EQ(plots[0].plotStyles, nullptr);
+      EXPECT_THAT(added, HasSubstr(c.note));
+      EXPECT_THAT(display->failures, IsEmpty());
+      continue;
+    }
+    EXPECT_FALSE(plotted);
+    EXPECT_THAT(plots, IsEmpty());
+    EXPECT_THAT(added, HasSubstr("Échec du tracé : dessin"));
+    EXPECT_THAT(added, HasSubstr(c.fault));
+    ASSERT_EQ(display->failures.size(), 1u);
+    EXPECT_THAT(display->failures[0], HasSubstr(c.fault));
+  }
+  EXPECT_THAT(display->notices, Contains(HasSubstr("« absente.ctb » introuvable")));
 }
 
 }  // namespace
