@@ -119,11 +119,13 @@ TEST(TokenizerAscii, MalformedInputNamesTheLine) {
 
 // Binary files of tests/data/dxf/binary (make_binary.py): a header of
 // release 12 (short group codes) or 2000 (long ones), then EOF and a tag
-// after it.
+// after it; the width of the codes is found without the release too.
 TEST(TokenizerBinary, ReadsShortAndLongGroupCodesByRelease) {
   for (const bool shortCodes : {true, false}) {
-    const std::string bytes =
-        ReadTestData(shortCodes ? "dxf/binary/short-codes.dxf" : "dxf/binary/long-codes.dxf");
+    const std::string name = shortCodes ? "dxf/binary/short-codes" : "dxf/binary/long-codes";
+    EXPECT_EQ(Tokenizer(ReadTestData(name + "-no-version.dxf"), "b.dxf").HasShortCodes(),
+              shortCodes);
+    const std::string bytes = ReadTestData(name + ".dxf");
     Tokenizer t(bytes, "b.dxf");
     ASSERT_TRUE(t.IsBinary());
     EXPECT_EQ(t.HasShortCodes(), shortCodes);
@@ -144,14 +146,6 @@ TEST(TokenizerBinary, ReadsShortAndLongGroupCodesByRelease) {
       EXPECT_EQ(tags[9].Integer(), 1);
     }
     EXPECT_EQ(tags[0].line, 22u);  // byte offsets
-  }
-}
-
-TEST(TokenizerBinary, FindsTheCodeWidthWithoutAVersion) {
-  for (const bool shortCodes : {true, false}) {
-    const std::string bytes = ReadTestData(shortCodes ? "dxf/binary/short-codes-no-version.dxf"
-                                                      : "dxf/binary/long-codes-no-version.dxf");
-    EXPECT_EQ(Tokenizer(bytes, "b.dxf").HasShortCodes(), shortCodes);
   }
 }
 
