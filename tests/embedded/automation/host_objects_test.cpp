@@ -183,27 +183,6 @@ TEST_F(EmbeddedHostTest, HostWideVariablesAreSharedAndDocumentVariablesAreNot) {
             SysVarValue(std::string("/var/log/traces/Plan_sheafwork.log")));
 }
 
-TEST_F(EmbeddedHostTest, PreferencesStartFromTheDataAndUserFolders) {
-  auto preferences = Host()->GetPreferences();
-  EXPECT_EQ(preferences->PrinterConfigPath(),
-            (data.path() / "plotters").string() + ";" + (user.path() / "plotters").string());
-  EXPECT_EQ(preferences->SupportPath(), (data.path() / "support").string() + ";" +
-                                            (data.path() / "fonts").string() + ";" +
-                                            (user.path() / "fonts").string());
-  EXPECT_EQ(preferences->LogFilePath(), user.path().string());
-  EXPECT_FALSE(preferences->LogFileOn());
-
-  options.dwgConverter.reset();
-  setenv("SHEAFWORK_DWG_CONVERTER", "/opt/convertir", 1);
-  setenv("SHEAFWORK_FALLBACK_DEVICE", "Bureau-HP", 1);
-  auto fromEnvironment =
-      std::dynamic_pointer_cast<EmbeddedPreferences>(MakeEmbeddedHost(options)->GetPreferences());
-  unsetenv("SHEAFWORK_DWG_CONVERTER");
-  unsetenv("SHEAFWORK_FALLBACK_DEVICE");
-  EXPECT_EQ(fromEnvironment->DwgConverter(), "/opt/convertir");
-  EXPECT_EQ(fromEnvironment->FallbackDevice(), "Bureau-HP");
-}
-
 TEST_F(EmbeddedHostTest, LayersTextStylesAndViewsComeFromTheDocumentsOwnCopy) {
   const std::string plan = AddDrawing("Plan.dxf");
   auto doc = Open(plan);

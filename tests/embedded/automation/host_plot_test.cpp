@@ -1,6 +1,6 @@
 // Plotting through the embedded host: each device's output, failed plots,
-// the progress display, the combined PDF of a batch, layouts as drawings from
-// elsewhere store them, and the plot style table of a layout.
+// the progress display, layouts as drawings from elsewhere store them, and the
+// plot style table of a layout.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,7 +10,6 @@
 
 #include "embedded/automation/embedded_fixture.h"
 #include "embedded/plotstyle/plot_style_file.h"
-#include "fakes/cups_queue.h"
 #include "fakes/log_lines.h"
 #include "fakes/temp_folder.h"
 
@@ -102,27 +101,6 @@ TEST_F(EmbeddedPlotTest, FailedPlotsReturnFalseWithTheirReasonInTheHostLog) {
   EXPECT_EQ(display->failures, log);
 }
 
-TEST_F(EmbeddedPlotTest, WhatAPlotLeftOutIsLoggedAndShownByKind) {
-  auto doc = OpenPlan(
-      ReadDxfFile(std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/entities/undrawn.dxf"));
-  using Kinds = std::vector<std::pair<std::string, std::int32_t>>;
-  EXPECT_EQ(doc->UndrawnEntities(), (Kinds{{"MLINE", 2}, {"TOLERANCE", 1}}));
-  auto plot = doc->GetPlot();
-  ASSERT_TRUE(plot->PlotToFile(files.File("objet.pdf"), "PDF.pc3"));  // the model tab
-  const auto log = HostLogLines();
-  ASSERT_EQ(log.size(), 2u);
-  EXPECT_EQ(log[1],
-            "Entités non tracées (types que l'hôte ne sait pas tracer) : MLINE (2), TOLERANCE (1)"
-            " (dessin " +
-                planPath + ", présentation Objet)");
-  EXPECT_EQ(display->notices, std::vector<std::string>{log[1]});
-  // A paper layout without viewports does not show them: nothing to say.
-  Show(*doc, doc->GetLayouts()->Item(1)->Name());
-  ASSERT_TRUE(plot->PlotToFile(files.File("papier.pdf"), "PDF.pc3"));
-  EXPECT_EQ(HostLogLines().size(), 3u);
-  EXPECT_EQ(display->notices.size(), 1u);
-}
-
 TEST_F(EmbeddedPlotTest, BatchModeDrivesTheProgressDisplayUntilCancelled) {
   auto doc = OpenPlan();
   auto plot = doc->GetPlot();
@@ -166,74 +144,6 @@ TEST(ConsoleProgressDisplayTest, DrawsABarOnlyOnATerminalAndAlwaysNamesFailures)
               HasSubstr("[###############               ] 2/2 Plan.dxf - Présentation1"));
   bar->Finish();
   EXPECT_TRUE(terminal.str().ends_with("\r\033[K"));
-}
-
-// The combined PDF a batch of plots leaves besides its plots.
-constexpr double kPointsPerMm = 72 / 25.4;
-
-/// The sample drawing with both paper layouts plotting to PDF: "Présentation1"
-/// on an A3 sheet, "Coupe" on a 500 × 250 mm one.
-Drawing TwoSheetDrawing() {
-  Drawing d = SampleDrawing();
-  for (Layout& layout : d.layouts) {
-    if (!layout.IsModel()) layout.settings.configName = "PDF.pc3";
-  }
-  return d;
-}
-
-class BatchOutputTest : public EmbeddedHostTest {
- protected:
-  // The combined PDF goes to `path`; its closing is recorded.
-  void Combine(const std::string& path) {
-    options.combinedPdf = path;
-    options.combinedPdfClosed = [this](int pages, const std::string& error) {
-      closings.push_back(std::to_string(pages) + (error.empty() ? "" : " " + error));
-    };
-  }
-
-  std::vector<std::string> closings;
-};
-
-TEST_F(BatchOutputTest, TheCombinedPdfGetsEachPlottedSheetInOrderWhenTheBatchEnds) {
-  const std::string combined = files.File("tout.pdf");
-  Combine(combined);
-  auto doc = OpenPlan(TwoSheetDrawing());
-  auto plot = doc->GetPlot();
-  std::int16_t count = 3;
-  plot->StartBatchMode(count);
-  Show(*doc, "Coupe");
-  ASSERT_TRUE(plot->PlotToFile(files.File("coupe.pdf"), std::nullopt));
-  EXPECT_FALSE(plot->PlotToDevice("Absent.pc3"));  // a failed plot adds no page
-  Show(*doc, "Présentation1");
-  ASSERT_TRUE(plot->PlotToDevice(std::nullopt));
-  EXPECT_FALSE(std::filesystem::exists(combined)) << "written before the batch ended";
-
-  plot->SetSheafworkProgress(false);
-  EXPECT_THAT(closings, ElementsAre("2"));
-  const auto pages = testing::PdfPageSizes(combined);
-  ASSERT_EQ(pages.size(), 2u);
-  EXPECT_NEAR(pages[0].first, 500 * kPointsPerMm, 1);
-  EXPECT_NEAR(pages[0].second, 250 * kPointsPerMm, 1);
-  EXPECT_NEAR(pages[1].first, 420 * kPointsPerMm, 1);
-  EXPECT_NEAR(pages[1].second, 297 * kPointsPerMm, 1);
-
-  // Plots after the batch ended change nothing, and quitting closes nothing
-  // twice.
-  ASSERT_TRUE(plot->PlotToDevice(std::nullopt));
-  Host()->Quit();
-  EXPECT_THAT(closings, ElementsAre("2"));
-  EXPECT_EQ(testing::PdfPageSizes(combined).size(), 2u);
-}
-
-TEST_F(BatchOutputTest, ACombinedPdfThatCannotBeCreatedKeepsTheHostFromStarting) {
-  Combine(files.File("absent/tout.pdf"));
-  try {
-    Host();
-    ADD_FAILURE() << "the host started";
-  } catch (const host::Error& error) {
-    EXPECT_EQ(error.number(), 75);
-    EXPECT_THAT(error.description(), HasSubstr(files.File("absent/tout.pdf")));
-  }
 }
 
 // Layouts as drawings from elsewhere store them: never set up, with devices

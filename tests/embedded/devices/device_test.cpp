@@ -28,15 +28,6 @@ class DeviceLookupTest : public ::testing::Test {
   std::vector<PrinterInfo> printers = {{"Bureau-HP", "HP LaserJet 4", "ipp://bureau"}};
 };
 
-TEST_F(DeviceLookupTest, ANameWithAFolderIsNeverLookedUpAlongThePath) {
-  Write("un/Traceur.PC3");
-  const std::string elsewhere = folder.File("ailleurs/Traceur.PC3");
-  EXPECT_FALSE(FindPlotDevice(elsewhere, searchPath, printers));
-  const auto given = FindPlotDevice(folder.File("un/Traceur.PC3"), "", printers);
-  ASSERT_TRUE(given);
-  EXPECT_EQ(given->configPath, folder.File("un/Traceur.PC3"));
-}
-
 TEST_F(DeviceLookupTest, OtherNamesArePrintersOfTheSystem) {
   const auto printer = FindPlotDevice("Bureau-HP", searchPath, printers);
   ASSERT_TRUE(printer);

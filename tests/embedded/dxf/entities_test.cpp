@@ -104,44 +104,6 @@ TEST(ReaderEntities, PolylinesOfBothKinds) {
   EXPECT_TRUE(d.skippedEntities.empty());
 }
 
-TEST(ReaderEntities, HatchPathsPatternAndClockwiseArcs) {
-  const Drawing d = Read("hatch.dxf");
-  const auto& h = Only<Hatch>(d);
-  EXPECT_EQ(h.pattern, "ANSI31");
-  EXPECT_FALSE(h.solid);
-  EXPECT_EQ(h.elevation, 2);
-  EXPECT_EQ(h.style, 1);
-  ASSERT_EQ(h.loops.size(), 2u);
-  ASSERT_EQ(h.loops[0].edges.size(), 2u);
-  EXPECT_EQ(h.loops[0].edges[0].kind, HatchEdge::Kind::Line);
-  EXPECT_EQ(h.loops[0].edges[0].end.x, 10);
-  const HatchEdge& arc = h.loops[0].edges[1];
-  EXPECT_EQ(arc.kind, HatchEdge::Kind::Arc);
-  EXPECT_FALSE(arc.counterClockwise);
-  EXPECT_EQ(arc.startAngle, 0);  // as stored
-  EXPECT_EQ(arc.endAngle, 180);
-  EXPECT_TRUE(h.loops[1].isPolyline);
-  ASSERT_EQ(h.loops[1].polyline.size(), 2u);
-  EXPECT_EQ(h.loops[1].polyline[0].bulge, 0.5);
-  ASSERT_EQ(h.patternLines.size(), 1u);
-  EXPECT_EQ(h.patternLines[0].offset.x, -2.2);
-  EXPECT_EQ(h.patternLines[0].dashes, (std::vector<double>{3, -1}));
-}
-
-TEST(ReaderEntities, ViewportFrozenLayersByHandle) {
-  // Layers Cotes (A0) and Texte (A1); the viewport freezes a1 and an unknown FF.
-  const Drawing d = Read("viewport.dxf");
-  const auto& vp = std::get<Viewport>(d.FindBlock("*Paper_Space")->entities.at(0).geometry);
-  EXPECT_EQ(vp.width, 200);
-  EXPECT_EQ(vp.id, 3);
-  EXPECT_EQ(vp.viewCenter.y, 20);
-  EXPECT_EQ(vp.viewTarget.y, 2);
-  EXPECT_EQ(vp.viewHeight, 600);
-  EXPECT_EQ(vp.twist, 15);
-  EXPECT_EQ(vp.flags, 163840);
-  EXPECT_EQ(vp.frozenLayers, std::vector<std::string>{"Texte"});
-}
-
 TEST(ReaderEntities, ReleaseTwelveViewportFromExtendedData) {
   const Drawing d = Read("viewport-r12.dxf");
   const auto& vp = std::get<Viewport>(d.FindBlock("*Paper_Space")->entities.at(0).geometry);
@@ -241,27 +203,6 @@ TEST(ReaderWipeout, PlacementAndPolygonBoundaryInPixels) {
   EXPECT_DOUBLE_EQ(w.clipVertices[1].y, -0.5);
   EXPECT_DOUBLE_EQ(w.clipVertices[2].x, 0);
   EXPECT_DOUBLE_EQ(w.clipVertices[2].y, 0.5);
-}
-
-TEST(ReaderWipeout, RectangleBoundaryClippingOffAndFrameSetting) {
-  struct Case {
-    const char* file;
-    bool clipping;  ///< state 0 is kept: the whole image is masked then
-    std::int16_t frame;
-  };
-  const Case cases[] = {
-      {"wipeout-rectangle.dxf", true, 0},  // no WIPEOUTVARIABLES object
-      {"wipeout-frame-shown.dxf", true, 1},
-      {"wipeout-clipping-off.dxf", false, 0},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.file);
-    const Drawing d = ReadMasking(c.file);
-    const auto& w = std::get<Wipeout>(First(d).geometry);
-    EXPECT_EQ(w.clipType, 1);
-    EXPECT_EQ(w.clipping, c.clipping);
-    EXPECT_EQ(d.header.wipeoutFrame, c.frame);
-  }
 }
 
 // An INSERT whose extension dictionary leads to a spatial filter of three

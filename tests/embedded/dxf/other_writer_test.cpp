@@ -158,31 +158,6 @@ TEST(MTextReadingTest, ColumnLayoutsInBothForms) {
   }
 }
 
-TEST(MTextReadingTest, BackgroundFillAndFrame) {
-  const Drawing drawing = testing::ReadFixture("mtext/background.dxf");
-  const std::vector<const MText*> texts = All<MText>(Model(drawing));
-  ASSERT_EQ(texts.size(), 4u);
-  struct Expected {
-    std::int32_t flags;
-    std::int16_t color;
-    std::optional<std::uint32_t> trueColor;
-    double scale;
-  };
-  const Expected expected[] = {{1, 1, std::nullopt, 1.5},
-                               {17, 0, 0x0080FF, 2},
-                               {3, 0, std::nullopt, 1.5},
-                               {16, 0, std::nullopt, 1.5}};
-  for (std::size_t i = 0; i < texts.size(); ++i) {
-    SCOPED_TRACE(texts[i]->text);
-    ASSERT_NE(texts[i]->extras, nullptr);
-    const MTextBackground& background = texts[i]->extras->background;
-    EXPECT_EQ(background.flags, expected[i].flags);
-    EXPECT_EQ(background.color, expected[i].color);
-    EXPECT_EQ(background.trueColor, expected[i].trueColor);
-    EXPECT_DOUBLE_EQ(background.scale, expected[i].scale);
-  }
-}
-
 TEST(MTextReadingTest, AttributeVisibilityIsTheAttributesOwn) {
   // Each attribute is followed by an xrecord part whose own 70 codes
   // ("really locked" among them) say nothing of visibility.
@@ -200,17 +175,6 @@ TEST(MTextReadingTest, AttributeVisibilityIsTheAttributesOwn) {
 // carry beside the usual ones.
 Drawing Read(const std::string& name) { return testing::ReadFixture("entities/" + name); }
 
-TEST(EntityKinds, ConstructionLinesKeepTheirBaseDirectionAndKind) {
-  const Drawing d = Read("construction_lines.dxf");
-  const auto lines = All<ConstructionLine>(Model(d));
-  ASSERT_EQ(lines.size(), 2u);
-  EXPECT_FALSE(lines[0]->ray);
-  EXPECT_DOUBLE_EQ(lines[0]->base.x, 50);
-  EXPECT_NEAR(lines[0]->direction.x, lines[0]->direction.y, 1e-12);
-  EXPECT_TRUE(lines[1]->ray);
-  EXPECT_DOUBLE_EQ(lines[1]->base.y, 80);
-}
-
 TEST(EntityKinds, MeshesBecomeTheirVisibleEdges) {
   const Drawing d = Read("meshes.dxf");
   const auto meshes = All<MeshEdges>(Model(d));
@@ -225,27 +189,6 @@ TEST(EntityKinds, MeshesBecomeTheirVisibleEdges) {
   EXPECT_EQ(meshes[2]->vertices.size(), 4u);
   EXPECT_EQ(meshes[2]->edges.size(), 2 * 4u);
   EXPECT_TRUE(d.skippedEntities.empty());
-}
-
-TEST(EntityKinds, MultileadersKeepLinesArrowsAndContent) {
-  const Drawing d = Read("multileaders.dxf");
-  const auto leaders = All<MultiLeader>(Model(d));
-  ASSERT_EQ(leaders.size(), 2u);
-  const MultiLeader& text = *leaders[0];
-  ASSERT_EQ(text.lineEnds.size(), 1u);
-  ASSERT_GE(text.points.size(), 2u);
-  EXPECT_DOUBLE_EQ(text.points[0].x, 20);
-  EXPECT_DOUBLE_EQ(text.points[0].y, 20);
-  EXPECT_DOUBLE_EQ(text.arrowSize, 4);
-  ASSERT_EQ(text.text.size(), 1u);
-  EXPECT_EQ(text.text[0].text, "NOTE");
-  EXPECT_DOUBLE_EQ(text.text[0].height, 5);
-  EXPECT_TRUE(text.block.empty());
-
-  const MultiLeader& block = *leaders[1];
-  EXPECT_TRUE(block.text.empty());
-  EXPECT_EQ(block.block, "REPERE");
-  EXPECT_DOUBLE_EQ(block.points[0].x, 60);
 }
 
 }  // namespace
