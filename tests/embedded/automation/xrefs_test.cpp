@@ -43,13 +43,6 @@ TEST(ResolveExternalReferencesTest, FollowsNestedReferencesButNotOverlaysAndBrea
   EXPECT_EQ(b->xrefs[1].resolvedPath, "");  // an overlay inside a reference
 }
 
-// The drawings of tests/data/dxf/fan-out: xref-N has ten reference blocks
-// that all name xref-(N-1).
-std::string FanOut(int level) {
-  return std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/fan-out/xref-" +
-         std::to_string(level) + ".dxf";
-}
-
 // Follows the first reference down from `drawing`: the file name of each
 // drawing loaded, then why the chain stops ("profondeur", "taille") or "fin".
 std::vector<std::string> FirstChain(const Drawing& drawing) {
@@ -70,32 +63,14 @@ std::vector<std::string> FirstChain(const Drawing& drawing) {
   return chain;
 }
 
-class FanOutTest : public ::testing::Test {
- protected:
-  // Resolves xref-6 with `limits`, reading real files and noting each read;
-  // reads past twenty fail, as a runaway would.
-  Drawing Resolve(const XrefLimits& limits) {
-    Drawing drawing = ReadDxfFile(FanOut(6));
-    drawing.path = FanOut(6);
-    ResolveExternalReferences(
-        drawing, "",
-        [&](const std::string& path) {
-          reads.push_back(std::filesystem::path(path).filename().string());
-          if (reads.size() > 20) throw std::runtime_error("trop de lectures");
-          return std::make_shared<const Drawing>(ReadDxfFile(path));
-        },
-        limits);
-    return drawing;
-  }
-  std::vector<std::string> reads;
-};
-
-TEST_F(FanOutTest, ReferencesBeyondTheDepthOrSizeLimitAreLeftOutAndSaySo) {
+// tests/data/dxf/fan-out: xref-N has ten reference blocks that all name
+// xref-(N-1); the files weigh about 18 KB each.
+TEST(FanOutTest, ReferencesBeyondTheDepthOrSizeLimitAreLeftOutAndSaySo) {
+  const std::string top = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/fan-out/xref-6.dxf";
   struct Case {
     XrefLimits limits;
     std::vector<std::string> chain;
   };
-  // The files weigh about 18 KB each.
   const Case cases[] = {
       {{3, XrefLimits{}.maxTotalBytes}, {"xref-5.dxf", "xref-4.dxf", "xref-3.dxf", "profondeur"}},
       {{16, 40000}, {"xref-5.dxf", "xref-4.dxf", "taille"}},
@@ -103,11 +78,19 @@ TEST_F(FanOutTest, ReferencesBeyondTheDepthOrSizeLimitAreLeftOutAndSaySo) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(std::to_string(c.limits.maxDepth) + " " + std::to_string(c.limits.maxTotalBytes));
-    reads.clear();
-    const Drawing drawing = Resolve(c.limits);
+    Drawing drawing = ReadDxfFile(top);
+    drawing.path = top;
+    std::size_t reads = 0;
+    ResolveExternalReferences(
+        drawing, "",
+        [&](const std::string& path) {
+          if (++reads > 20) throw std::runtime_error("trop de lectures");  // a runaway
+          return std::make_shared<const Drawing>(ReadDxfFile(path));
+        },
+        c.limits);
     EXPECT_EQ(FirstChain(drawing), c.chain);
     // What was read is what the chain shows: nothing beyond a limit.
-    EXPECT_EQ(reads.size(), c.chain.size() - 1);
+    EXPECT_EQ(reads, c.chain.size() - 1);
   }
 }
 

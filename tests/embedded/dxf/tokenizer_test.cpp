@@ -98,25 +98,6 @@ TEST(TokenizerAscii, ReadsNumbersInEveryCommonSpelling) {
   }
 }
 
-TEST(TokenizerAscii, MalformedInputNamesTheLine) {
-  struct ErrorCase {
-    std::string input;
-    std::vector<std::string> parts;
-  };
-  const std::vector<ErrorCase> cases = {
-      {"0\nSECTION\nabc\nx\n", {"t.dxf, ligne 3", "code de groupe attendu", "« abc »"}},
-      {"0\nSECTION\n2\n", {"t.dxf, ligne 4", "fin de fichier inattendue : valeur du code 2"}},
-  };
-  for (const ErrorCase& c : cases) {
-    try {
-      Tokenize(c.input);
-      ADD_FAILURE() << "no error for " << c.input;
-    } catch (const DxfError& e) {
-      for (const std::string& part : c.parts) EXPECT_THAT(e.what(), HasSubstr(part)) << c.input;
-    }
-  }
-}
-
 // Binary files of tests/data/dxf/binary (make_binary.py): a header of
 // release 12 (short group codes) or 2000 (long ones), then EOF and a tag
 // after it; the width of the codes is found without the release too.
