@@ -21,13 +21,6 @@ using testing::ModelEntities;
 
 Drawing Read(const std::string& name) { return testing::ReadFixture("entity-tags/" + name); }
 
-template <typename T>
-const T& Only(const Drawing& d) {
-  const std::vector<Entity>& all = ModelEntities(d);
-  EXPECT_EQ(all.size(), 1u);
-  return std::get<T>(all.at(0).geometry);
-}
-
 TEST(ReaderEntities, CommonPropertiesFromTheEntityPart) {
   const Drawing d = Read("common-properties.dxf");
   const Entity& e = ModelEntities(d).at(0);
@@ -74,7 +67,8 @@ TEST(ReaderEntities, TextAlignmentComesFromTheRightSubclass) {
 TEST(ReaderEntities, MTextJoinsItsChunksInOrder) {
   // Two chunks of 250 letters under code 3, then the last one under code 1.
   const Drawing d = Read("mtext-chunks.dxf");
-  const auto& m = Only<MText>(d);
+  ASSERT_EQ(ModelEntities(d).size(), 1u);
+  const auto& m = std::get<MText>(ModelEntities(d)[0].geometry);
   EXPECT_EQ(m.text, std::string(250, 'a') + std::string(250, 'b') + "\\Pfin");
   EXPECT_EQ(m.attachment, 5);
   EXPECT_EQ(m.width, 100);
@@ -180,13 +174,9 @@ TEST(HatchEdges, EdgesAfterASplineEdgeStayInThePath) {
   }
 }
 
-Drawing ReadMasking(const std::string& name) { return testing::ReadFixture("masking/" + name); }
-
-const Entity& First(const Drawing& d) { return testing::ModelEntities(d).at(0); }
-
 TEST(ReaderWipeout, PlacementAndPolygonBoundaryInPixels) {
-  const Drawing d = ReadMasking("wipeout-polygon.dxf");
-  const Entity& e = First(d);
+  const Drawing d = testing::ReadFixture("masking/wipeout-polygon.dxf");
+  const Entity& e = ModelEntities(d).at(0);
   EXPECT_EQ(e.props.layer, "Masque");
   const auto& w = std::get<Wipeout>(e.geometry);
   EXPECT_DOUBLE_EQ(w.insert.x, 100);
@@ -216,8 +206,8 @@ TEST(ReaderInserts, ClipBoundaryThroughTheExtensionDictionary) {
   };
   for (const auto& [file, clipped] : cases) {
     SCOPED_TRACE(file);
-    const Drawing d = ReadMasking(file);
-    const auto& insert = std::get<Insert>(First(d).geometry);
+    const Drawing d = testing::ReadFixture(std::string("masking/") + file);
+    const auto& insert = std::get<Insert>(ModelEntities(d).at(0).geometry);
     EXPECT_EQ(insert.block, "B");
     ASSERT_EQ(insert.clip != nullptr, clipped);
     if (clipped) {
