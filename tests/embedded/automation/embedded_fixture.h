@@ -45,8 +45,7 @@ struct RecordingDisplay : ProgressDisplay {
 
 /// What the plot engine was asked to do.
 struct CapturedPlot {
-  std::string drawing;  ///< the drawing's path
-  std::string layout;   ///< the layout's stored name
+  std::string layout;  ///< the layout's stored name
   PlotSettings settings;
   OutputKind output = OutputKind::Pdf;
   std::string outputPath;
@@ -103,8 +102,8 @@ class EmbeddedHostTest : public ::testing::Test {
     };
     options.plotter = [this](const PlotJob& job) {
       if (!plotFailure.empty()) throw PlotError(plotFailure);
-      plots.push_back({job.drawing->path, job.layout->name, job.settings, job.output,
-                       job.outputPath, job.printerName, job.plotStyles});
+      plots.push_back({job.layout->name, job.settings, job.output, job.outputPath, job.printerName,
+                       job.plotStyles});
     };
   }
 

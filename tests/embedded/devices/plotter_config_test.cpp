@@ -108,25 +108,13 @@ TEST(PlotterConfigTest, ManyPapersAreReadInLinearTime) {
   }
 }
 
-constexpr const char* kPdf = "driver = pdf\npaper = A | 10 x 10\n";
-
-class DeviceLookupTest : public ::testing::Test {
- protected:
-  DeviceLookupTest() {
-    std::filesystem::create_directories(folder.path() / "un");
-    std::filesystem::create_directories(folder.path() / "deux");
-    searchPath = " " + folder.File("vide") + " ;" + folder.File("un") + ";;" + folder.File("deux");
-  }
-  std::string Write(const std::string& name, const std::string& text = kPdf) {
-    return folder.Write(name, text);
-  }
-
+TEST(DeviceLookupTest, OtherNamesArePrintersOfTheSystem) {
   testing::TempFolder folder;
-  std::string searchPath;
-  std::vector<PrinterInfo> printers = {{"Bureau-HP", "HP LaserJet 4", "ipp://bureau"}};
-};
-
-TEST_F(DeviceLookupTest, OtherNamesArePrintersOfTheSystem) {
+  std::filesystem::create_directories(folder.path() / "un");
+  // Blanks around the folders of the path and empty entries are passed over.
+  const std::string searchPath =
+      " " + folder.File("vide") + " ;" + folder.File("un") + ";;" + folder.File("deux");
+  const std::vector<PrinterInfo> printers = {{"Bureau-HP", "HP LaserJet 4", "ipp://bureau"}};
   const auto printer = FindPlotDevice("Bureau-HP", searchPath, printers);
   ASSERT_TRUE(printer);
   EXPECT_FALSE(printer->WritesFiles());
@@ -136,7 +124,7 @@ TEST_F(DeviceLookupTest, OtherNamesArePrintersOfTheSystem) {
   EXPECT_FALSE(FindPlotDevice("bureau-hp", searchPath, printers));
   EXPECT_FALSE(FindPlotDevice("", searchPath, printers));
 
-  Write("un/Salle.pc3", "driver = printer\nprinter = Bureau-HP\n");
+  folder.Write("un/Salle.pc3", "driver = printer\nprinter = Bureau-HP\n");
   const auto configured = FindPlotDevice("Salle.pc3", searchPath, printers);
   ASSERT_TRUE(configured);
   EXPECT_FALSE(configured->WritesFiles());
