@@ -32,9 +32,9 @@ using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-class EmbeddedRunTest : public EmbeddedHostTest {
+class CoreFlowTest : public EmbeddedHostTest {
  protected:
-  EmbeddedRunTest() {
+  CoreFlowTest() {
     session.Log.JournalLogFileName = logs.File("journal.log");
     session.Log.ErrorLogFileName = logs.File("erreurs.log");
     session.Log.JournalHeader = "journal";
@@ -71,8 +71,6 @@ class EmbeddedRunTest : public EmbeddedHostTest {
 struct NoFonts : FontFolders {
   bool HasFontFile(std::string_view) override { return false; }
 };
-
-using CoreFlowTest = EmbeddedRunTest;
 
 struct RowsSeen : RunObserver {
   void RowFinished(int row, RowStatus status) override {

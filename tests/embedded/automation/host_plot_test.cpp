@@ -151,21 +151,15 @@ TEST(ConsoleProgressDisplayTest, DrawsABarOnlyOnATerminalAndAlwaysNamesFailures)
 // drawing is read by the DXF reader from tests/data/dxf/sheets.
 class ForeignSheetsTest : public EmbeddedHostTest {
  protected:
-  ForeignSheetsTest() {
-    options.reader = {};  // the DXF reader
-    path_ = (files.path() / "never_set_up.dxf").string();
-    std::filesystem::copy_file(
-        std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/sheets/never_set_up.dxf", path_);
-  }
-
   std::shared_ptr<host::Document> OpenSheets() {
-    auto doc = Open(path_);
+    options.reader = {};  // the DXF reader
+    const std::string path = files.File("never_set_up.dxf");
+    std::filesystem::copy_file(testing::TestData("dxf/sheets/never_set_up.dxf"), path);
+    auto doc = Open(path);
     doc->Activate();
     Host()->GetPreferences()->SetLogFileOn(true);
     return doc;
   }
-
-  std::string path_;
 };
 
 // What each layout plots on, with its own device and with PDF.pc3 given.

@@ -18,9 +18,7 @@ using ::testing::UnorderedElementsAre;
 TEST(ResolveExternalReferencesTest, FollowsNestedReferencesButNotOverlaysAndBreaksCycles) {
   testing::TempFolder folder;
   const std::string a = Put(folder, "A.dxf", "");
-  Put(folder, "B.dxf", "");
-  Put(folder, "C.dxf", "");
-  Put(folder, "Illisible.dxf", "");
+  for (const char* name : {"B.dxf", "C.dxf", "Illisible.dxf"}) Put(folder, name, "");
   std::map<std::string, Drawing> byName = {
       {"A.dxf", WithXrefs({XrefBlock("B", "B.dxf")})},
       {"B.dxf", WithXrefs({XrefBlock("A", "A.dxf"), XrefBlock("C", "C.dxf", true)})},
