@@ -46,39 +46,37 @@ TEST_P(OtherWriterTest, TablesAndModelSpaceAreRead) {
   EXPECT_FALSE(hidden->on);
   EXPECT_EQ(hidden->color, 3);
 
-  ASSERT_FALSE(drawing.layouts.empty());
-  const Block* model = drawing.LayoutBlock(drawing.layouts.front());
-  ASSERT_NE(model, nullptr);
-  EXPECT_EQ(All<Line>(*model).size(), 2u);
-  ASSERT_EQ(All<Circle>(*model).size(), 1u);
-  EXPECT_DOUBLE_EQ(All<Circle>(*model)[0]->radius, 20);
-  ASSERT_EQ(All<Arc>(*model).size(), 1u);
-  EXPECT_DOUBLE_EQ(All<Arc>(*model)[0]->endAngle, 90);
-  ASSERT_EQ(All<Text>(*model).size(), 1u);
-  EXPECT_EQ(All<Text>(*model)[0]->text, "Élévation °");
-  ASSERT_EQ(All<Insert>(*model).size(), 1u);
-  EXPECT_EQ(All<Insert>(*model)[0]->block, "PORTE");
-  EXPECT_DOUBLE_EQ(All<Insert>(*model)[0]->rotation, 30);
+  const Block& model = Model(drawing);
+  EXPECT_EQ(All<Line>(model).size(), 2u);
+  ASSERT_EQ(All<Circle>(model).size(), 1u);
+  EXPECT_DOUBLE_EQ(All<Circle>(model)[0]->radius, 20);
+  ASSERT_EQ(All<Arc>(model).size(), 1u);
+  EXPECT_DOUBLE_EQ(All<Arc>(model)[0]->endAngle, 90);
+  ASSERT_EQ(All<Text>(model).size(), 1u);
+  EXPECT_EQ(All<Text>(model)[0]->text, "Élévation °");
+  ASSERT_EQ(All<Insert>(model).size(), 1u);
+  EXPECT_EQ(All<Insert>(model)[0]->block, "PORTE");
+  EXPECT_DOUBLE_EQ(All<Insert>(model)[0]->rotation, 30);
   const Block* door = drawing.FindBlock("porte");
   ASSERT_NE(door, nullptr);
   EXPECT_EQ(door->entities.size(), 2u);
   EXPECT_TRUE(drawing.skippedEntities.empty());
 
   if (GetParam().release12) return;
-  ASSERT_EQ(All<Polyline>(*model).size(), 1u);
-  const Polyline& polyline = *All<Polyline>(*model)[0];
+  ASSERT_EQ(All<Polyline>(model).size(), 1u);
+  const Polyline& polyline = *All<Polyline>(model)[0];
   ASSERT_EQ(polyline.vertices.size(), 3u);
   EXPECT_DOUBLE_EQ(polyline.vertices[0].bulge, 0.5);
-  ASSERT_EQ(All<Ellipse>(*model).size(), 1u);
-  EXPECT_DOUBLE_EQ(All<Ellipse>(*model)[0]->ratio, 0.5);
-  ASSERT_EQ(All<MText>(*model).size(), 1u);
-  EXPECT_EQ(All<MText>(*model)[0]->text, "Ligne 1\\PLigne 2");
-  ASSERT_EQ(All<Hatch>(*model).size(), 1u);
-  EXPECT_TRUE(All<Hatch>(*model)[0]->solid);
-  ASSERT_EQ(All<Hatch>(*model)[0]->loops.size(), 1u);
-  ASSERT_EQ(All<Spline>(*model).size(), 1u);
-  EXPECT_FALSE(All<Spline>(*model)[0]->controlPoints.empty() &&
-               All<Spline>(*model)[0]->fitPoints.empty());
+  ASSERT_EQ(All<Ellipse>(model).size(), 1u);
+  EXPECT_DOUBLE_EQ(All<Ellipse>(model)[0]->ratio, 0.5);
+  ASSERT_EQ(All<MText>(model).size(), 1u);
+  EXPECT_EQ(All<MText>(model)[0]->text, "Ligne 1\\PLigne 2");
+  ASSERT_EQ(All<Hatch>(model).size(), 1u);
+  EXPECT_TRUE(All<Hatch>(model)[0]->solid);
+  ASSERT_EQ(All<Hatch>(model)[0]->loops.size(), 1u);
+  ASSERT_EQ(All<Spline>(model).size(), 1u);
+  EXPECT_FALSE(All<Spline>(model)[0]->controlPoints.empty() &&
+               All<Spline>(model)[0]->fitPoints.empty());
 }
 
 TEST_P(OtherWriterTest, LayoutsAndViewports) {
