@@ -1,9 +1,23 @@
-// The program's plot run and plot test over the embedded host.
+// The program's plot run and plot test over the embedded host, and how the
+// host runs a DWG converter: the stand-in converters of
+// tests/data/dwg/converters in place of tools/dwg2dxf.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "embedded/automation/plot_run_fixture.h"
+#include <stdlib.h>
+
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "batch/session.h"
+#include "embedded/automation/dwg_converter.h"
+#include "embedded/automation/embedded_fixture.h"
+#include "fakes/log_lines.h"
+#include "host/host_session.h"
+#include "plotrun/plot_run.h"
 #include "plottest/plot_test.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -17,39 +31,46 @@ using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::Not;
-using ::testing::StartsWith;
+
+class CoreFlowTest : public EmbeddedHostTest {
+ protected:
+  CoreFlowTest() {
+    session.Log.JournalLogFileName = logs.File("journal.log");
+    session.Log.ErrorLogFileName = logs.File("erreurs.log");
+    session.Log.JournalHeader = "journal";
+    session.Log.JournalUserComment = "commentaire";
+    session.Log.ErrorHeader = "erreurs";
+  }
+
+  /// Appends a row plotting `layout` of the drawing at `path`.
+  BatchEntry& Row(const std::string& path, const std::string& layout) {
+    BatchEntry& entry = session.List.Append();
+    entry.FileName = path;
+    entry.Layout = layout;
+    return entry;
+  }
+
+  /// The host session the runs share, made on first use.
+  HostSession& Attach() {
+    if (!hostSession) {
+      hostSession = std::make_unique<HostSession>(Host(), logs.path().string());
+      hostSession->objOrvaDoc = Host()->ActiveDocument();
+    }
+    return *hostSession;
+  }
+
+  RunResult Run(const RunServices& services = {}) {
+    return PlotAllEntries(session, Attach(), services);
+  }
+
+  testing::TempFolder logs;
+  Session session{logs.path().string()};
+  std::unique_ptr<HostSession> hostSession;
+};
 
 struct NoFonts : FontFolders {
   bool HasFontFile(std::string_view) override { return false; }
 };
-
-using CoreFlowTest = EmbeddedRunTest;
-
-TEST_F(CoreFlowTest, ThePlotRunPlotsRowsThroughTheEmbeddedHost) {
-  const std::string plan = AddDrawing("Plan.dxf");
-  const std::string missing = files.File("Absent.dxf");
-  Row(plan, "Toutes les présentations");
-  Row(plan, "Présentation1").PlotFile = files.File("feuille");
-  Row(plan, "Coupe");  // its device is "Aucun": the host's fallback device plots it
-  Row(missing, "Présentation1");
-
-  const RunResult result = Run();
-  EXPECT_EQ(result.plotted, 3);
-  EXPECT_EQ(result.failed, 1);
-  EXPECT_EQ(result.totalPlots, 5);
-
-  std::vector<std::string> outputs;
-  for (const CapturedPlot& plot : plots) outputs.push_back(plot.outputPath);
-  EXPECT_THAT(outputs,
-              ElementsAre(files.File("Plan-Présentation1.pdf"), files.File("Plan-Coupe.pdf"),
-                          files.File("feuille.pdf"), files.File("Plan-Coupe.pdf")));
-  const auto errors = testing::ReadLogLines(session.Log.ErrorLogFileName);
-  EXPECT_THAT(errors, ElementsAre("erreurs", HasSubstr(missing), HasSubstr(missing)));
-  EXPECT_EQ(testing::ReadLogLines(session.Log.JournalLogFileName).size(), 5u);
-  // Every document the run opened was closed again.
-  EXPECT_EQ(Host()->GetDocuments()->Count(), 1);
-  EXPECT_THAT(display->events.front(), "start 5");
-}
 
 struct RowsSeen : RunObserver {
   void RowFinished(int row, RowStatus status) override {
@@ -98,31 +119,108 @@ TEST_F(CoreFlowTest, ThePlotTestWarnsOfAReferenceLeftOutBeyondTheLimits) {
               HasSubstr(LoadResourceText(ids::kTestXrefLeftOut) + "Xréf TRAME : Trame.dxf -> " +
                         files.File("Trame.dxf") + " : " + LoadResourceText(ids::kXrefLeftOutMark)));
   EXPECT_THAT(results, Not(HasSubstr("ERREUR:  XREF")));
+  EXPECT_THAT(
+      display->notices,
+      Contains("Référence externe non chargée : TRAME (" + files.File("Trame.dxf") + ", dessin " +
+               files.File("Fond.dxf") +
+               ") : plus de 1 niveau de références imbriquées ; le dessin est tracé sans elle"));
 }
 
-TEST_F(CoreFlowTest, ThePlotTestReportsAnUnresolvedExternalReference) {
-  const std::string plan =
-      AddDrawing("Plan.dxf", WithXrefs({XrefBlock("FOND", "C:\\fonds\\Fond.dwg")}));
-  const std::string clean = AddDrawing("Propre.dxf");
-  Row(plan, "Présentation1");
-  Row(clean, "Coupe");
-  Put(data, "support/romans.shx", "");
+std::string Converter(const std::string& name) {
+  return std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dwg/converters/" + name;
+}
 
-  HostSession& host = Attach();
-  FakePrinters printers;
-  NoFonts fonts;
-  const std::string results = RunPlotTest(session, host, PlotTestServices{printers, fonts, {}, {}});
+// Sets an environment variable for the life of the object.
+class ScopedVariable {
+ public:
+  ScopedVariable(const char* name, const std::string& value) : name_(name) {
+    if (const char* old = std::getenv(name)) old_ = old;
+    setenv(name, value.c_str(), 1);
+  }
+  ~ScopedVariable() {
+    if (old_) {
+      setenv(name_, old_->c_str(), 1);
+    } else {
+      unsetenv(name_);
+    }
+  }
+  ScopedVariable(const ScopedVariable&) = delete;
+  ScopedVariable& operator=(const ScopedVariable&) = delete;
 
-  EXPECT_THAT(results, HasSubstr("ERREUR:  XREF manquante: Xréf FOND : C:\\fonds\\Fond.dwg -> "
-                                 "Introuvable\r\n"));
-  EXPECT_THAT(results, HasSubstr("XREFCTL <0>, FILEDIA <1>, CMDECHO <1>, CMDDIA <1>, SHPNAME <>"));
-  // Coupe's device is "Aucun"; the shape file is found along the support path.
-  EXPECT_THAT(results, HasSubstr("présentation <Coupe>"));
-  EXPECT_THAT(results, Not(HasSubstr("romans.shx")));
-  EXPECT_THAT(results, Not(HasSubstr("xréf <")));  // both logs were written
-  // The variables were put back.
-  EXPECT_EQ(Host()->ActiveDocument()->GetVariable("XREFCTL"), host::SysVarValue(std::int16_t{0}));
+ private:
+  const char* name_;
+  std::optional<std::string> old_;
+};
+
+struct Failure {
+  const char* converter;
+  int timeLimitMs;
+  const char* reason;  ///< what the error says between parentheses
+};
+
+class DwgConverterFailure : public EmbeddedHostTest,
+                            public ::testing::WithParamInterface<Failure> {};
+
+TEST_P(DwgConverterFailure, FailsTheOpenWithTheReasonOnTheDisplayAndInTheHostLog) {
+  const Failure& failure = GetParam();
+  options.dwgConverter = Converter(failure.converter);
+  options.dwgTimeLimit = std::chrono::milliseconds(failure.timeLimitMs);
+  Host()->GetPreferences()->SetLogFileOn(true);
+  const std::string dwg = AddDrawing("Plan.dwg");
+
+  const auto start = std::chrono::steady_clock::now();
+  const host::Error error = ErrorOf([&] { Open(dwg); });
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+  const std::string expected =
+      "la conversion DWG a échoué (" + std::string(failure.reason) + ") : " + dwg;
+  EXPECT_EQ(error.description(), expected);
+  EXPECT_EQ(display->failures, std::vector<std::string>{expected});
+  EXPECT_THAT(HostLog(), HasSubstr(expected));
   EXPECT_EQ(Host()->GetDocuments()->Count(), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Converters, DwgConverterFailure,
+    ::testing::Values(Failure{"no-output.sh", 10000,
+                              "le convertisseur n'a pas écrit de fichier DXF"},
+                      Failure{"hangs.sh", 300, "le convertisseur a été arrêté au bout de 1 s"}));
+
+TEST_F(EmbeddedHostTest, AnUnreadableConversionNamesTheDrawingNotTheTemporaryFile) {
+  options.dwgConverter = Converter("unreadable-output.sh");
+  options.reader = [](const std::string& path) { return ReadDxfFile(path); };
+  const std::string dwg = AddDrawing("Plan.dwg");
+  const host::Error error = ErrorOf([&] { Open(dwg); });
+  EXPECT_EQ(error.description(), "le DXF converti de ce dessin DWG est illisible (ligne 1 : " +
+                                     std::string("section TABLES sans ENDSEC) : ") + dwg);
+}
+
+TEST_F(EmbeddedHostTest, AConverterRunByNodeSaysWhatToInstallWhenNodeIsMissing) {
+  testing::TempFolder emptyPath;
+  options.dwgConverter = (data.path() / "dwg2dxf" / "dwg2dxf.js").string();
+  const std::string dwg = AddDrawing("Plan.dwg");
+  ScopedVariable path("PATH", emptyPath.path().string());
+  const host::Error error = ErrorOf([&] { Open(dwg); });
+  EXPECT_THAT(error.description(), HasSubstr("Node.js est introuvable"));
+  EXPECT_THAT(error.description(), HasSubstr("installez le paquet nodejs"));
+  EXPECT_THAT(error.description(), HasSubstr(dwg));
+}
+
+TEST_F(EmbeddedHostTest, TheConverterBesideTheDataIsTheDefaultAndTheEnvironmentOverridesIt) {
+  const auto converterOf = [&] {
+    options.dwgConverter.reset();
+    return std::dynamic_pointer_cast<EmbeddedPreferences>(
+               MakeEmbeddedHost(options)->GetPreferences())
+        ->DwgConverter();
+  };
+  ScopedVariable none("SHEAFWORK_DWG_CONVERTER", "");
+  EXPECT_EQ(converterOf(), "");  // not installed
+
+  const std::string bundled = Put(data, "dwg2dxf/dwg2dxf.js", "");
+  EXPECT_EQ(bundled, BundledDwgConverter(data.path().string()));
+  EXPECT_EQ(converterOf(), bundled);
+
+  ScopedVariable named("SHEAFWORK_DWG_CONVERTER", "/opt/convertir");
+  EXPECT_EQ(converterOf(), "/opt/convertir");
 }
 
 }  // namespace

@@ -45,15 +45,12 @@ struct RecordingDisplay : ProgressDisplay {
 
 /// What the plot engine was asked to do.
 struct CapturedPlot {
-  std::string drawing;  ///< the drawing's path
-  std::string layout;   ///< the layout's stored name
+  std::string layout;  ///< the layout's stored name
   PlotSettings settings;
   OutputKind output = OutputKind::Pdf;
   std::string outputPath;
   std::string printerName;
-  std::vector<Layer> layers;
   std::shared_ptr<const PlotStyleTable> plotStyles;
-  int copies = 1;
 };
 
 /// tests/data/dxf/automation/sample.dxf (make_sample.py there): the model
@@ -105,9 +102,8 @@ class EmbeddedHostTest : public ::testing::Test {
     };
     options.plotter = [this](const PlotJob& job) {
       if (!plotFailure.empty()) throw PlotError(plotFailure);
-      plots.push_back({job.drawing->path, job.layout->name, job.settings, job.output,
-                       job.outputPath, job.printerName, job.drawing->layers, job.plotStyles,
-                       job.copies});
+      plots.push_back({job.layout->name, job.settings, job.output, job.outputPath, job.printerName,
+                       job.plotStyles});
     };
   }
 
@@ -135,11 +131,9 @@ class EmbeddedHostTest : public ::testing::Test {
     return doc;
   }
 
-  /// The host's log of the drawing opened by OpenPlan.
-  std::string PlanLog() const { return HostLog("Plan"); }
-
-  /// The host's log of the drawing named `drawing` (without its extension).
-  std::string HostLog(const std::string& drawing) const {
+  /// The host's log of the drawing named `drawing` (without its extension),
+  /// by default the one OpenPlan opened.
+  std::string HostLog(const std::string& drawing = "Plan") const {
     return testing::TempFolder::Read((user.path() / (drawing + "_sheafwork.log")).string());
   }
 

@@ -23,7 +23,7 @@ std::vector<std::string> LayoutNames(host::Document& doc) {
   return names;
 }
 
-TEST_F(EmbeddedHostTest, StartsWithOneUntitledDocumentActive) {
+TEST_F(EmbeddedHostTest, StartsWithOneUntitledDocumentActiveAndTheDefaultVariables) {
   auto host = Host();
   EXPECT_EQ(host->Path(), data.path().string());
   EXPECT_EQ(host->GetDocuments()->Count(), 1);
@@ -33,6 +33,44 @@ TEST_F(EmbeddedHostTest, StartsWithOneUntitledDocumentActive) {
   EXPECT_THAT(LayoutNames(*doc), ElementsAre("Objet", "Présentation1"));
   EXPECT_EQ(doc->ActiveSpace(), 1);
   EXPECT_TRUE(host->GetOrvaState()->IsQuiescent());
+
+  // System variables start with the host's defaults and keep their types.
+  const std::vector<std::pair<std::string, SysVarValue>> defaults = {
+      {"SDI", std::int16_t{0}},
+      {"EXPERT", std::int16_t{0}},
+      {"PROXYNOTICE", std::int16_t{1}},
+      {"XREFCTL", std::int16_t{0}},
+      {"FILEDIA", std::int16_t{1}},
+      {"CMDECHO", std::int16_t{1}},
+      {"CMDDIA", std::int16_t{1}},
+      {"SHPNAME", std::string()},
+      {"REGENMODE", std::int16_t{1}},
+      {"TILEMODE", std::int16_t{1}},
+      {"DWGNAME", std::string("Dessin1.dwg")},
+      {"LOGFILENAME", (user.path() / "Dessin1_sheafwork.log").string()},
+  };
+  for (const auto& [name, value] : defaults) EXPECT_EQ(doc->GetVariable(name), value) << name;
+
+  doc->SetVariable("expert", std::int32_t{2});
+  EXPECT_EQ(doc->GetVariable("EXPERT"), SysVarValue(std::int16_t{2}));
+  doc->SetVariable("SHPNAME", std::string("ltypeshp"));
+  EXPECT_EQ(doc->GetVariable("SHPNAME"), SysVarValue(std::string("ltypeshp")));
+
+  struct Refused {
+    const char* name;
+    SysVarValue value;
+    int number;
+  };
+  for (const Refused& refused :
+       {Refused{"DWGNAME", std::string("x.dwg"), 1005},
+        Refused{"LOGFILENAME", std::string("x"), 1005}, Refused{"INCONNUE", std::int16_t{0}, 1004},
+        Refused{"EXPERT", std::int16_t{6}, 5}, Refused{"FILEDIA", 1.0, 13},
+        Refused{"CMDECHO", std::string("1"), 13}, Refused{"SHPNAME", std::int16_t{1}, 13}}) {
+    EXPECT_EQ(ErrorOf([&] { doc->SetVariable(refused.name, refused.value); }).number(),
+              refused.number)
+        << refused.name;
+  }
+  EXPECT_EQ(ErrorOf([&] { doc->GetVariable("INCONNUE"); }).number(), 1004);
 }
 
 TEST_F(EmbeddedHostTest, LayoutsListTheModelAsObjetThenPaperLayoutsInTabOrder) {
@@ -126,46 +164,6 @@ TEST_F(EmbeddedHostTest, DwgDrawingsOpenThroughTheConverterOfThePreferences) {
   EXPECT_THAT(ErrorOf([&] { Open(dwg); }).description(), HasSubstr("la conversion DWG a échoué"));
 }
 
-TEST_F(EmbeddedHostTest, SystemVariablesStartWithTheHostDefaultsAndKeepTheirTypes) {
-  auto doc = Host()->ActiveDocument();
-  const std::vector<std::pair<std::string, SysVarValue>> defaults = {
-      {"SDI", std::int16_t{0}},
-      {"EXPERT", std::int16_t{0}},
-      {"PROXYNOTICE", std::int16_t{1}},
-      {"XREFCTL", std::int16_t{0}},
-      {"FILEDIA", std::int16_t{1}},
-      {"CMDECHO", std::int16_t{1}},
-      {"CMDDIA", std::int16_t{1}},
-      {"SHPNAME", std::string()},
-      {"REGENMODE", std::int16_t{1}},
-      {"TILEMODE", std::int16_t{1}},
-      {"DWGNAME", std::string("Dessin1.dwg")},
-      {"LOGFILENAME", (user.path() / "Dessin1_sheafwork.log").string()},
-  };
-  for (const auto& [name, value] : defaults) EXPECT_EQ(doc->GetVariable(name), value) << name;
-
-  doc->SetVariable("expert", std::int32_t{2});
-  EXPECT_EQ(doc->GetVariable("EXPERT"), SysVarValue(std::int16_t{2}));
-  doc->SetVariable("SHPNAME", std::string("ltypeshp"));
-  EXPECT_EQ(doc->GetVariable("SHPNAME"), SysVarValue(std::string("ltypeshp")));
-
-  struct Refused {
-    const char* name;
-    SysVarValue value;
-    int number;
-  };
-  for (const Refused& refused :
-       {Refused{"DWGNAME", std::string("x.dwg"), 1005},
-        Refused{"LOGFILENAME", std::string("x"), 1005}, Refused{"INCONNUE", std::int16_t{0}, 1004},
-        Refused{"EXPERT", std::int16_t{6}, 5}, Refused{"FILEDIA", 1.0, 13},
-        Refused{"CMDECHO", std::string("1"), 13}, Refused{"SHPNAME", std::int16_t{1}, 13}}) {
-    EXPECT_EQ(ErrorOf([&] { doc->SetVariable(refused.name, refused.value); }).number(),
-              refused.number)
-        << refused.name;
-  }
-  EXPECT_EQ(ErrorOf([&] { doc->GetVariable("INCONNUE"); }).number(), 1004);
-}
-
 TEST_F(EmbeddedHostTest, HostWideVariablesAreSharedAndDocumentVariablesAreNot) {
   auto untitled = Host()->ActiveDocument();
   const std::string plan = AddDrawing("Plan.dxf");
@@ -181,27 +179,6 @@ TEST_F(EmbeddedHostTest, HostWideVariablesAreSharedAndDocumentVariablesAreNot) {
   preferences->SetLogFilePath("/var/log/traces");
   EXPECT_EQ(doc->GetVariable("LOGFILENAME"),
             SysVarValue(std::string("/var/log/traces/Plan_sheafwork.log")));
-}
-
-TEST_F(EmbeddedHostTest, PreferencesStartFromTheDataAndUserFolders) {
-  auto preferences = Host()->GetPreferences();
-  EXPECT_EQ(preferences->PrinterConfigPath(),
-            (data.path() / "plotters").string() + ";" + (user.path() / "plotters").string());
-  EXPECT_EQ(preferences->SupportPath(), (data.path() / "support").string() + ";" +
-                                            (data.path() / "fonts").string() + ";" +
-                                            (user.path() / "fonts").string());
-  EXPECT_EQ(preferences->LogFilePath(), user.path().string());
-  EXPECT_FALSE(preferences->LogFileOn());
-
-  options.dwgConverter.reset();
-  setenv("SHEAFWORK_DWG_CONVERTER", "/opt/convertir", 1);
-  setenv("SHEAFWORK_FALLBACK_DEVICE", "Bureau-HP", 1);
-  auto fromEnvironment =
-      std::dynamic_pointer_cast<EmbeddedPreferences>(MakeEmbeddedHost(options)->GetPreferences());
-  unsetenv("SHEAFWORK_DWG_CONVERTER");
-  unsetenv("SHEAFWORK_FALLBACK_DEVICE");
-  EXPECT_EQ(fromEnvironment->DwgConverter(), "/opt/convertir");
-  EXPECT_EQ(fromEnvironment->FallbackDevice(), "Bureau-HP");
 }
 
 TEST_F(EmbeddedHostTest, LayersTextStylesAndViewsComeFromTheDocumentsOwnCopy) {
@@ -231,7 +208,7 @@ TEST_F(EmbeddedHostTest, LayersTextStylesAndViewsComeFromTheDocumentsOwnCopy) {
   EXPECT_EQ(views->Item(1)->Name(), "Détail");
 }
 
-TEST_F(EmbeddedHostTest, TheDeviceAucunIsAnEmptyOrNoneDevice) {
+TEST_F(EmbeddedHostTest, TheDeviceAucunIsAnEmptyOrNoneDeviceAndPapersComeFromTheDevice) {
   auto doc = Open(AddDrawing("Plan.dxf"));
   EXPECT_EQ(LayoutNamed(*doc, "Objet")->ConfigName(), "Aucun");  // "none_device"
   EXPECT_EQ(LayoutNamed(*doc, "Coupe")->ConfigName(), "Aucun");  // empty
@@ -246,10 +223,8 @@ TEST_F(EmbeddedHostTest, TheDeviceAucunIsAnEmptyOrNoneDevice) {
   EXPECT_EQ(plan->ConfigName(), "Aucun");
   plan->SetConfigName("Bureau-HP");
   EXPECT_EQ(plan->ConfigName(), "Bureau-HP");
-}
 
-TEST_F(EmbeddedHostTest, PapersComeFromTheDeviceAndTheLayoutsOwnPaperStaysValid) {
-  auto doc = Open(AddDrawing("Plan.dxf"));
+  // Papers come from the device, and the layout's own paper stays valid.
   auto section = LayoutNamed(*doc, "Coupe");
   section->SetConfigName("PDF.pc3");
   // Its own sheet is not one of the device's, yet stays listed and current.
@@ -373,21 +348,6 @@ TEST_F(EmbeddedHostTest, AFontIsAvailableWhenFoundOnTheSupportPathOrStandard) {
                                                 {"PERDU", false},   {"ARIAL", false}};
   const std::map<std::string, bool> available = FontAvailability(*doc);
   EXPECT_EQ(available, expected);
-}
-
-// Without a support path of its own, the host finds shape fonts in the
-// program's fonts/ folder and in the user's, beside the user's plotters.
-TEST_F(EmbeddedHostTest, ShapeFontsAreFoundInTheProgramsAndTheUsersFontFolders) {
-  const std::string fonts = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/fonts";
-  std::filesystem::create_directories(data.path() / "fonts");
-  std::filesystem::create_directories(user.path() / "fonts");
-  std::filesystem::copy_file(fonts + "/trait.shx", data.path() / "fonts" / "trait.shx");
-  std::filesystem::copy_file(fonts + "/uni.shx", user.path() / "fonts" / "UNI.SHX");
-  auto doc = Open(AddDrawing("Polices.dxf", ReadDxfFile(fonts + "/shape_fonts.dxf")));
-  const std::map<std::string, bool> available = FontAvailability(*doc);
-  EXPECT_TRUE(available.at("TRAIT"));
-  EXPECT_TRUE(available.at("UNI"));
-  EXPECT_FALSE(available.at("PERDU"));
 }
 
 }  // namespace

@@ -1,36 +1,29 @@
+// Plotting through the embedded host: each device's output, failed plots,
+// the progress display, layouts as drawings from elsewhere store them, and the
+// plot style table of a layout.
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <sstream>
 
 #include "embedded/automation/embedded_fixture.h"
+#include "embedded/plotstyle/plot_style_file.h"
 #include "fakes/log_lines.h"
+#include "fakes/temp_folder.h"
 
 namespace sheafwork::embedded {
 namespace {
 
+using ::testing::AllOf;
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
 
 using EmbeddedPlotTest = EmbeddedHostTest;
-
-TEST_F(EmbeddedPlotTest, ALayoutsOwnPdfDeviceWritesBesideTheDrawing) {
-  auto doc = OpenPlan();
-  Show(*doc, "Présentation1");
-  doc->GetLayers()->Item(1)->SetLayerOn(false);
-  ASSERT_TRUE(doc->GetPlot()->PlotToDevice(std::nullopt));
-  ASSERT_EQ(plots.size(), 1u);
-  const CapturedPlot& plot = plots[0];
-  EXPECT_EQ(plot.output, OutputKind::Pdf);
-  EXPECT_EQ(plot.outputPath, files.File("Plan-Présentation1.pdf"));
-  EXPECT_EQ(plot.layout, "Présentation1");
-  EXPECT_EQ(plot.settings.mediaName, "ISO A3 (420.00 x 297.00 mm)");
-  EXPECT_FALSE(plot.layers[1].on);  // the document's copy is plotted
-  EXPECT_THAT(HostLogLines(),
-              ElementsAre("Tracé : dessin " + planPath +
-                          ", présentation Présentation1, périphérique PDF.pc3, sortie " +
-                          files.File("Plan-Présentation1.pdf")));
-}
 
 TEST_F(EmbeddedPlotTest, EachDeviceWritesItsKindOfOutputWhereItBelongs) {
   for (const char* name : {"PNG.pc3", "SVG.pc3", "HPGL2.pc3"}) {
@@ -108,60 +101,6 @@ TEST_F(EmbeddedPlotTest, FailedPlotsReturnFalseWithTheirReasonInTheHostLog) {
   EXPECT_EQ(display->failures, log);
 }
 
-TEST_F(EmbeddedPlotTest, ALayoutWhoseBlockIsLostFailsAndTheOthersPlot) {
-  auto doc = OpenPlan(ReadDxfFile(std::string(SHEAFWORK_SOURCE_DIR) +
-                                  "/tests/data/dxf/layout-links/layout-block-missing.dxf"));
-  auto plot = doc->GetPlot();
-  Show(*doc, "Gamma");
-  EXPECT_FALSE(plot->PlotToFile(files.File("gamma.pdf"), "PDF.pc3"));
-  Show(*doc, "Alpha");
-  EXPECT_TRUE(plot->PlotToFile(files.File("alpha.pdf"), "PDF.pc3"));
-
-  const auto log = HostLogLines();
-  ASSERT_EQ(log.size(), 2u);
-  EXPECT_THAT(log[0], HasSubstr("présentation Gamma, périphérique PDF.pc3 : "
-                                "layout-block-missing.dxf : fichier endommagé"));
-  EXPECT_THAT(log[1], HasSubstr("Tracé : dessin " + planPath + ", présentation Alpha"));
-  ASSERT_EQ(plots.size(), 1u);
-  EXPECT_EQ(plots[0].layout, "Alpha");
-}
-
-TEST_F(EmbeddedPlotTest, WhatAPlotLeftOutIsLoggedAndShownByKind) {
-  auto doc = OpenPlan(
-      ReadDxfFile(std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/entities/undrawn.dxf"));
-  using Kinds = std::vector<std::pair<std::string, std::int32_t>>;
-  EXPECT_EQ(doc->UndrawnEntities(), (Kinds{{"MLINE", 2}, {"TOLERANCE", 1}}));
-  auto plot = doc->GetPlot();
-  ASSERT_TRUE(plot->PlotToFile(files.File("objet.pdf"), "PDF.pc3"));  // the model tab
-  const auto log = HostLogLines();
-  ASSERT_EQ(log.size(), 2u);
-  EXPECT_EQ(log[1],
-            "Entités non tracées (types que l'hôte ne sait pas tracer) : MLINE (2), TOLERANCE (1)"
-            " (dessin " +
-                planPath + ", présentation Objet)");
-  EXPECT_EQ(display->notices, std::vector<std::string>{log[1]});
-  // A paper layout without viewports does not show them: nothing to say.
-  Show(*doc, doc->GetLayouts()->Item(1)->Name());
-  ASSERT_TRUE(plot->PlotToFile(files.File("papier.pdf"), "PDF.pc3"));
-  EXPECT_EQ(HostLogLines().size(), 3u);
-  EXPECT_EQ(display->notices.size(), 1u);
-}
-
-TEST_F(EmbeddedPlotTest, SwitchingTheLogOffAndOnStartsAFreshLog) {
-  auto doc = OpenPlan();
-  auto plot = doc->GetPlot();
-  auto preferences = Host()->GetPreferences();
-  plot->PlotToDevice("Absent.pc3");
-  plot->PlotToDevice("Absent.pc3");
-  EXPECT_EQ(HostLogLines().size(), 2u);
-  preferences->SetLogFileOn(false);
-  plot->PlotToDevice("Absent.pc3");  // not logged
-  EXPECT_EQ(HostLogLines().size(), 2u);
-  preferences->SetLogFileOn(true);
-  plot->PlotToDevice("Absent.pc3");
-  EXPECT_EQ(HostLogLines().size(), 1u);
-}
-
 TEST_F(EmbeddedPlotTest, BatchModeDrivesTheProgressDisplayUntilCancelled) {
   auto doc = OpenPlan();
   auto plot = doc->GetPlot();
@@ -205,6 +144,203 @@ TEST(ConsoleProgressDisplayTest, DrawsABarOnlyOnATerminalAndAlwaysNamesFailures)
               HasSubstr("[###############               ] 2/2 Plan.dxf - Présentation1"));
   bar->Finish();
   EXPECT_TRUE(terminal.str().ends_with("\r\033[K"));
+}
+
+// Layouts as drawings from elsewhere store them: never set up, with devices
+// this machine does not have, with paper names written another way. The
+// drawing is read by the DXF reader from tests/data/dxf/sheets.
+class ForeignSheetsTest : public EmbeddedHostTest {
+ protected:
+  std::shared_ptr<host::Document> OpenSheets() {
+    options.reader = {};  // the DXF reader
+    const std::string path = files.File("never_set_up.dxf");
+    std::filesystem::copy_file(testing::TestData("dxf/sheets/never_set_up.dxf"), path);
+    auto doc = Open(path);
+    doc->Activate();
+    Host()->GetPreferences()->SetLogFileOn(true);
+    return doc;
+  }
+};
+
+// What each layout plots on, with its own device and with PDF.pc3 given.
+struct SheetCase {
+  const char* layout;
+  const char* paper;  ///< the paper plotted on
+  double width;
+  double height;
+  const char* logged;  ///< in the host's log with the layout's own device
+  bool onStderr;       ///< a missing device is told on the display too
+};
+
+TEST_F(ForeignSheetsTest, EveryLayoutPlotsOnTheDevicesPaperThatItsStoredPaperStandsFor) {
+  const SheetCase cases[] = {
+      // Never set up: no device, 0 x 0 mm, no name.
+      {"Objet", "ISO A3 (420.00 x 297.00 mm)", 420, 297,
+       "Papier « 0 x 0 mm » inutilisable : tracé sur le papier par défaut de PDF.pc3", false},
+      {"Vierge", "ISO A3 (420.00 x 297.00 mm)", 420, 297,
+       "Périphérique « Aucun » : tracé sur PDF.pc3", false},
+      {"Sans traceur", "ISO A4 (210.00 x 297.00 mm)", 210, 297,
+       "Périphérique « Aucun » : tracé sur PDF.pc3", false},
+      {"Autre PDF", "ISO A1 (841.00 x 594.00 mm)", 841, 594,
+       "Périphérique « DWG To PDF.pc3 » absent de cette machine : tracé sur PDF.pc3", true},
+      {"Imprimante", "ANSI A (8.50 x 11.00 pouces)", 215.9, 279.4,
+       "Périphérique « Microsoft Print to PDF » absent de cette machine : tracé sur PDF.pc3", true},
+      // A paper name without its size, on a device that is here.
+      {"A2 court", "ISO A2 (594.00 x 420.00 mm)", 594, 420, "périphérique PDF.pc3, sortie", false},
+      // A size no device paper has stays the layout's own.
+      {"Maison", "Feuille maison", 500, 250,
+       "Périphérique « Absent.pc3 » absent de cette machine : tracé sur PDF.pc3", true},
+  };
+  auto doc = OpenSheets();
+  auto plot = doc->GetPlot();
+  for (const SheetCase& c : cases) {
+    SCOPED_TRACE(c.layout);
+    for (const bool given : {false, true}) {
+      plots.clear();
+      display->notices.clear();
+      Show(*doc, c.layout);
+      ASSERT_TRUE(plot->PlotToDevice(given ? std::optional<std::string>("PDF.pc3")
+                                           : std::optional<std::string>()));
+      ASSERT_EQ(plots.size(), 1u);
+      EXPECT_EQ(plots[0].settings.mediaName, c.paper);
+      EXPECT_NEAR(plots[0].settings.paperWidth, c.width, 1e-6);
+      EXPECT_NEAR(plots[0].settings.paperHeight, c.height, 1e-6);
+      if (!given) {
+        EXPECT_THAT(HostLogLines("never_set_up"),
+                    Contains(AllOf(HasSubstr(c.logged),
+                                   HasSubstr("présentation " + std::string(c.layout)))));
+        EXPECT_EQ(display->notices.size(), c.onStderr ? 1u : 0u);
+      } else {
+        EXPECT_THAT(display->notices, IsEmpty());
+      }
+    }
+  }
+  EXPECT_THAT(display->failures, IsEmpty());
+}
+
+TEST_F(ForeignSheetsTest, AMissingDeviceWithoutAFallbackFailsAndAGivenMissingDeviceNeverStandsIn) {
+  auto doc = OpenSheets();
+  // Saved on the model tab: the paper layout to go back to is the one on
+  // *Paper_Space, not the first tab.
+  doc->SetActiveSpace(0);
+  EXPECT_EQ(doc->ActiveLayout()->Name(), "Autre PDF");
+  auto plot = doc->GetPlot();
+  Show(*doc, "Vierge");
+  EXPECT_FALSE(plot->PlotToDevice("Absent.pc3"));
+  auto preferences = std::dynamic_pointer_cast<EmbeddedPreferences>(Host()->GetPreferences());
+  ASSERT_NE(preferences, nullptr);
+  EXPECT_EQ(preferences->FallbackDevice(), "PDF.pc3");
+  preferences->SetFallbackDevice("Autre.pc3");
+  Show(*doc, "Autre PDF");
+  EXPECT_FALSE(plot->PlotToDevice(std::nullopt));
+  EXPECT_TRUE(plots.empty());
+  ASSERT_EQ(display->failures.size(), 2u);
+  EXPECT_THAT(display->failures[0], HasSubstr("introuvable : Absent.pc3"));
+  EXPECT_THAT(display->failures[1],
+              HasSubstr("périphérique de remplacement introuvable : Autre.pc3"));
+}
+
+// The plot style table of a layout, found along the host's plot-style path
+// and handed to the plot engine.
+std::string TableBytes(std::uint32_t colourOneRgb) {
+  PlotStyleTable table;
+  table.entries[0].color = EncodePlotStyleColor(colourOneRgb);
+  const std::vector<unsigned char> bytes = WritePlotStyleTable(table);
+  return {bytes.begin(), bytes.end()};
+}
+
+class PlotStylesHostTest : public EmbeddedHostTest {
+ protected:
+  /// Plots layout "Présentation1" of a drawing whose settings name `table`;
+  /// whether the plot was made.
+  bool PlotWith(const std::string& table, bool plotStyles = true) {
+    Drawing drawing = SampleDrawing();
+    PlotSettings& settings = drawing.layouts[2].settings;
+    settings.styleSheet = table;
+    settings.Set(kPlotPlotStyles, plotStyles);
+    auto doc = OpenPlan(drawing);
+    Show(*doc, "Présentation1");
+    const bool done = doc->GetPlot()->PlotToDevice(std::nullopt);
+    doc->Close(false);
+    return done;
+  }
+  std::optional<std::uint32_t> PlottedColourOne() const {
+    if (plots.empty() || !plots.back().plotStyles) return std::nullopt;
+    return plots.back().plotStyles->entries[0].PenRgb();
+  }
+};
+
+TEST_F(PlotStylesHostTest, DataFolderBeforeUserFolderAndThePreferenceDecides) {
+  Put(user, "plotstyles/Maison.ctb", TableBytes(0x0000FF));
+  ASSERT_TRUE(PlotWith("maison.ctb"));
+  EXPECT_EQ(PlottedColourOne(), 0x0000FFu);
+
+  Put(data, "plotstyles/maison.ctb", TableBytes(0x00FF00));
+  ASSERT_TRUE(PlotWith("maison.ctb"));
+  EXPECT_EQ(PlottedColourOne(), 0x00FF00u);
+
+  auto preferences = std::dynamic_pointer_cast<EmbeddedPreferences>(Host()->GetPreferences());
+  EXPECT_EQ(preferences->PlotStylePath(),
+            (data.path() / "plotstyles").string() + ";" + (user.path() / "plotstyles").string());
+  preferences->SetPlotStylePath((user.path() / "plotstyles").string());
+  ASSERT_TRUE(PlotWith("maison.ctb"));
+  EXPECT_EQ(PlottedColourOne(), 0x0000FFu);
+
+  // Settings that do not plot with plot styles get no table.
+  ASSERT_TRUE(PlotWith("maison.ctb", false));
+  EXPECT_EQ(PlottedColourOne(), std::nullopt);
+  EXPECT_THAT(HostLog(), Not(HasSubstr("Table de styles")));
+}
+
+// A table named but unreadable fails the plot of the sheet, with a line
+// naming the table and the fault: plotting without it would give a colour
+// plot where the layout asked for monochrome. A table this machine does not
+// have is named on the display and in the log, and the sheet plots without
+// it; so does a named-style table (.stb), which the host does not apply.
+TEST_F(PlotStylesHostTest, ATableThatCannotBeReadFailsThePlotAMissingOneIsNamed) {
+  const std::string broken = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/plotstyle/broken/";
+  for (const char* name : {"truncated.ctb", "lying.ctb", "damaged.ctb", "notes.ctb"}) {
+    Put(data, std::string("plotstyles/") + name, testing::TempFolder::Read(broken + name));
+  }
+  Put(data, "plotstyles/noms.stb", TableBytes(0));
+  struct Case {
+    const char* table;
+    const char* fault;  ///< null: the plot goes on without a table
+    const char* note;   ///< what the log says when it goes on
+  };
+  const Case cases[] = {
+      {"absente.ctb", nullptr,
+       "Table de styles de tracé « absente.ctb » introuvable sur cette machine : présentation "
+       "tracée sans elle"},
+      {"truncated.ctb", "truncated.ctb : données compressées tronquées", nullptr},
+      {"lying.ctb", "lying.ctb : ", nullptr},
+      {"damaged.ctb", "damaged.ctb : ", nullptr},
+      {"notes.ctb", "notes.ctb : ", nullptr},
+      {"noms.stb", nullptr, "Table de styles nommés « noms.stb » non appliquée"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.table);
+    plots.clear();
+    display->failures.clear();
+    const std::size_t before = HostLog().size();
+    const bool plotted = PlotWith(c.table);
+    const std::string added = HostLog().substr(before);
+    if (!c.fault) {
+      EXPECT_TRUE(plotted);
+      ASSERT_EQ(plots.size(), 1u);
+      EXPECT_EQ(plots[0].plotStyles, nullptr);
+      EXPECT_THAT(added, HasSubstr(c.note));
+      EXPECT_THAT(display->failures, IsEmpty());
+      continue;
+    }
+    EXPECT_FALSE(plotted);
+    EXPECT_THAT(plots, IsEmpty());
+    EXPECT_THAT(added, HasSubstr("Échec du tracé : dessin"));
+    EXPECT_THAT(added, HasSubstr(c.fault));
+    ASSERT_EQ(display->failures.size(), 1u);
+    EXPECT_THAT(display->failures[0], HasSubstr(c.fault));
+  }
+  EXPECT_THAT(display->notices, Contains(HasSubstr("« absente.ctb » introuvable")));
 }
 
 }  // namespace

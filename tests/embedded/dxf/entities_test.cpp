@@ -1,11 +1,14 @@
-// Entities as the reader decodes them, each kind from the tags a writer of
-// release 2000 or later puts down, subclass markers included
-// (tests/data/dxf/entity-tags, written by hand).
+// Entities as the reader decodes them: each kind from the tags a writer of
+// release 2000 or later puts down, subclass markers included, and wipeouts
+// and clipped block references (tests/data/dxf/entity-tags and masking,
+// written by hand); hatch paths with spline edges written by another program
+// (hatch-spline-edges).
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "embedded/dxf/dxf_fixtures.h"
@@ -17,13 +20,6 @@ namespace {
 using testing::ModelEntities;
 
 Drawing Read(const std::string& name) { return testing::ReadFixture("entity-tags/" + name); }
-
-template <typename T>
-const T& Only(const Drawing& d) {
-  const std::vector<Entity>& all = ModelEntities(d);
-  EXPECT_EQ(all.size(), 1u);
-  return std::get<T>(all.at(0).geometry);
-}
 
 TEST(ReaderEntities, CommonPropertiesFromTheEntityPart) {
   const Drawing d = Read("common-properties.dxf");
@@ -71,7 +67,8 @@ TEST(ReaderEntities, TextAlignmentComesFromTheRightSubclass) {
 TEST(ReaderEntities, MTextJoinsItsChunksInOrder) {
   // Two chunks of 250 letters under code 3, then the last one under code 1.
   const Drawing d = Read("mtext-chunks.dxf");
-  const auto& m = Only<MText>(d);
+  ASSERT_EQ(ModelEntities(d).size(), 1u);
+  const auto& m = std::get<MText>(ModelEntities(d)[0].geometry);
   EXPECT_EQ(m.text, std::string(250, 'a') + std::string(250, 'b') + "\\Pfin");
   EXPECT_EQ(m.attachment, 5);
   EXPECT_EQ(m.width, 100);
@@ -99,57 +96,6 @@ TEST(ReaderEntities, PolylinesOfBothKinds) {
   EXPECT_EQ(std::get<MeshEdges>(all[2].geometry).vertices.size(), 2u);
   EXPECT_TRUE(std::holds_alternative<Point>(all[3].geometry));
   EXPECT_TRUE(d.skippedEntities.empty());
-}
-
-TEST(ReaderEntities, HatchPathsPatternAndClockwiseArcs) {
-  const Drawing d = Read("hatch.dxf");
-  const auto& h = Only<Hatch>(d);
-  EXPECT_EQ(h.pattern, "ANSI31");
-  EXPECT_FALSE(h.solid);
-  EXPECT_EQ(h.elevation, 2);
-  EXPECT_EQ(h.style, 1);
-  ASSERT_EQ(h.loops.size(), 2u);
-  ASSERT_EQ(h.loops[0].edges.size(), 2u);
-  EXPECT_EQ(h.loops[0].edges[0].kind, HatchEdge::Kind::Line);
-  EXPECT_EQ(h.loops[0].edges[0].end.x, 10);
-  const HatchEdge& arc = h.loops[0].edges[1];
-  EXPECT_EQ(arc.kind, HatchEdge::Kind::Arc);
-  EXPECT_FALSE(arc.counterClockwise);
-  EXPECT_EQ(arc.startAngle, 0);  // as stored
-  EXPECT_EQ(arc.endAngle, 180);
-  EXPECT_TRUE(h.loops[1].isPolyline);
-  ASSERT_EQ(h.loops[1].polyline.size(), 2u);
-  EXPECT_EQ(h.loops[1].polyline[0].bulge, 0.5);
-  ASSERT_EQ(h.patternLines.size(), 1u);
-  EXPECT_EQ(h.patternLines[0].offset.x, -2.2);
-  EXPECT_EQ(h.patternLines[0].dashes, (std::vector<double>{3, -1}));
-}
-
-TEST(ReaderEntities, HatchSplineEdgeWithFitDataBeforeTheSourceCount) {
-  const Drawing d = Read("hatch-spline-fit-data.dxf");
-  const auto& h = Only<Hatch>(d);
-  EXPECT_TRUE(h.solid);
-  ASSERT_EQ(h.loops.size(), 1u);
-  ASSERT_EQ(h.loops[0].edges.size(), 1u);
-  const HatchEdge& s = h.loops[0].edges[0];
-  EXPECT_EQ(s.kind, HatchEdge::Kind::Spline);
-  EXPECT_EQ(s.knots.size(), 8u);
-  EXPECT_EQ(s.controlPoints.size(), 4u);
-  EXPECT_EQ(s.fitPoints.size(), 2u);
-}
-
-TEST(ReaderEntities, ViewportFrozenLayersByHandle) {
-  // Layers Cotes (A0) and Texte (A1); the viewport freezes a1 and an unknown FF.
-  const Drawing d = Read("viewport.dxf");
-  const auto& vp = std::get<Viewport>(d.FindBlock("*Paper_Space")->entities.at(0).geometry);
-  EXPECT_EQ(vp.width, 200);
-  EXPECT_EQ(vp.id, 3);
-  EXPECT_EQ(vp.viewCenter.y, 20);
-  EXPECT_EQ(vp.viewTarget.y, 2);
-  EXPECT_EQ(vp.viewHeight, 600);
-  EXPECT_EQ(vp.twist, 15);
-  EXPECT_EQ(vp.flags, 163840);
-  EXPECT_EQ(vp.frozenLayers, std::vector<std::string>{"Texte"});
 }
 
 TEST(ReaderEntities, ReleaseTwelveViewportFromExtendedData) {
@@ -185,6 +131,92 @@ TEST(ReaderEntities, CurvesSolidsAndUnknownKinds) {
   EXPECT_EQ(d.skippedEntities.at("MLINE"), 2);
   EXPECT_TRUE(std::holds_alternative<AttributeDefinition>(all[9].geometry));
   EXPECT_EQ(d.skippedEntities.count("ATTDEF"), 0u);
+}
+
+// A path's edges after a spline edge belong to the path, whatever counts the
+// spline edge carries.
+using Kind = HatchEdge::Kind;
+
+struct SplineEdgeCase {
+  const char* file;
+  std::vector<Kind> edges;
+};
+
+const SplineEdgeCase kCases[] = {
+    {"spline-r2018.dxf", {Kind::Line, Kind::Spline, Kind::Line, Kind::Arc}},
+    {"spline-fit-r2018.dxf", {Kind::Line, Kind::Spline, Kind::Line, Kind::Arc}},
+    {"spline-last-r2018.dxf", {Kind::Line, Kind::Arc, Kind::Line, Kind::Spline}},
+    {"spline-last-r2000.dxf", {Kind::Line, Kind::Arc, Kind::Line, Kind::Spline}},
+};
+
+TEST(HatchEdges, EdgesAfterASplineEdgeStayInThePath) {
+  for (const SplineEdgeCase& c : kCases) {
+    SCOPED_TRACE(c.file);
+    const Drawing d = testing::ReadFixture(std::string("hatch-spline-edges/") + c.file);
+    const Block* model = d.FindBlock("*Model_Space");
+    ASSERT_NE(model, nullptr);
+    ASSERT_EQ(model->entities.size(), 1u);
+    const auto* hatch = std::get_if<Hatch>(&model->entities[0].geometry);
+    ASSERT_NE(hatch, nullptr);
+    ASSERT_EQ(hatch->loops.size(), 1u);
+    std::vector<Kind> kinds;
+    for (const HatchEdge& e : hatch->loops[0].edges) kinds.push_back(e.kind);
+    ASSERT_EQ(kinds, c.edges);
+    for (const HatchEdge& e : hatch->loops[0].edges) {
+      if (e.kind == Kind::Spline) {
+        EXPECT_EQ(e.controlPoints.size(), 4u);
+        EXPECT_EQ(e.knots.size(), 8u);
+      }
+      if (e.kind == Kind::Arc) {
+        EXPECT_DOUBLE_EQ(e.radius, 50);
+      }
+    }
+  }
+}
+
+TEST(ReaderWipeout, PlacementAndPolygonBoundaryInPixels) {
+  const Drawing d = testing::ReadFixture("masking/wipeout-polygon.dxf");
+  const Entity& e = ModelEntities(d).at(0);
+  EXPECT_EQ(e.props.layer, "Masque");
+  const auto& w = std::get<Wipeout>(e.geometry);
+  EXPECT_DOUBLE_EQ(w.insert.x, 100);
+  EXPECT_DOUBLE_EQ(w.insert.y, 50);
+  EXPECT_DOUBLE_EQ(w.uPixel.x, 40);
+  EXPECT_DOUBLE_EQ(w.vPixel.y, 20);
+  EXPECT_DOUBLE_EQ(w.imageSize.x, 1);
+  EXPECT_DOUBLE_EQ(w.imageSize.y, 1);
+  EXPECT_EQ(w.displayFlags, 7);
+  EXPECT_TRUE(w.clipping);
+  EXPECT_EQ(w.clipType, 2);
+  ASSERT_EQ(w.clipVertices.size(), 4u);
+  EXPECT_DOUBLE_EQ(w.clipVertices[1].x, 0.5);
+  EXPECT_DOUBLE_EQ(w.clipVertices[1].y, -0.5);
+  EXPECT_DOUBLE_EQ(w.clipVertices[2].x, 0);
+  EXPECT_DOUBLE_EQ(w.clipVertices[2].y, 0.5);
+}
+
+// An INSERT whose extension dictionary leads to a spatial filter of three
+// points, enabled or not, under the key SPATIAL or another one.
+TEST(ReaderInserts, ClipBoundaryThroughTheExtensionDictionary) {
+  const std::pair<const char*, bool> cases[] = {
+      {"insert-clipped.dxf", true},
+      {"insert-clip-off.dxf", false},
+      {"insert-other-filter.dxf", false},
+      {"insert-no-objects.dxf", false},
+  };
+  for (const auto& [file, clipped] : cases) {
+    SCOPED_TRACE(file);
+    const Drawing d = testing::ReadFixture(std::string("masking/") + file);
+    const auto& insert = std::get<Insert>(ModelEntities(d).at(0).geometry);
+    EXPECT_EQ(insert.block, "B");
+    ASSERT_EQ(insert.clip != nullptr, clipped);
+    if (clipped) {
+      const std::vector<Vec2>& boundary = insert.clip->boundary;
+      ASSERT_EQ(boundary.size(), 3u);
+      EXPECT_DOUBLE_EQ(boundary[1].x, 5);
+      EXPECT_DOUBLE_EQ(boundary[2].y, 5);
+    }
+  }
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
-// Table files: tables written by another program (tests/data/plotstyle/other-writer), our own
-// writer read back, the shipped monochrome table, and broken files.
+// Table files: a table written by another program (tests/data/plotstyle/other-writer), the
+// shipped monochrome table and broken files; and what a table does to an object's colour and
+// lineweight.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "embedded/plotstyle/plot_style_file.h"
+#include "embedded/plotstyle/plot_style_table.h"
 #include "fakes/temp_folder.h"
 #include "fakes/test_data.h"
 
@@ -37,12 +39,12 @@ void ExpectRefused(Read read, std::initializer_list<std::string> parts, const st
   }
 }
 
-class OtherWriterTest : public ::testing::TestWithParam<const char*> {};
-
-TEST_P(OtherWriterTest, FieldsAreReadAsWritten) {
-  const std::string path = TestData(std::string("plotstyle/other-writer/") + GetParam());
+// ez-wide.ctb: that program writes the header's three numbers 8 bytes wide.
+TEST(PlotStyleReaderTest, ATableOfAnotherWriterIsReadAsWritten) {
+  const std::string path = TestData("plotstyle/other-writer/ez-wide.ctb");
   const std::vector<unsigned char> bytes = Bytes(path);
   ASSERT_FALSE(bytes.empty()) << path;
+  EXPECT_EQ(ReadPlotStyleHeader(bytes, path).headerSize, 72u);
 
   // The header's second and third numbers are the text and compressed sizes.
   const PlotStyleHeader header = ReadPlotStyleHeader(bytes, path);
@@ -69,56 +71,6 @@ TEST_P(OtherWriterTest, FieldsAreReadAsWritten) {
   EXPECT_EQ(blue.PenRgb(), std::nullopt);
   EXPECT_EQ(table.EntryLineweightMm(blue), std::nullopt);
   EXPECT_EQ(blue.screen, 100);
-}
-
-INSTANTIATE_TEST_SUITE_P(HeaderLayouts, OtherWriterTest,
-                         ::testing::Values("ez.ctb", "ez-wide.ctb"));
-
-TEST(PlotStyleWriterTest, EveryFieldSurvivesARoundTrip) {
-  PlotStyleTable table;
-  table.description = "Essai = « accents »";
-  table.scaleFactor = 2.5;
-  table.applyFactor = true;
-  table.customLineweightDisplayUnits = 1;
-  table.lineweights.push_back(0.333);
-  PlotStyleEntry& e = table.entries[41];
-  e.name = "Couleur 42";
-  e.localizedName = "Couleur quarante-deux";
-  e.description = "a=b";
-  e.color = EncodePlotStyleColor(0x123456);
-  e.modeColor = EncodePlotStyleColor(0x654321);
-  e.colorPolicy = kPolicyDithering | kPolicyGrayscale;
-  e.physicalPenNumber = 3;
-  e.virtualPenNumber = 7;
-  e.screen = 35;
-  e.linepatternSize = 0.75;
-  e.linetype = 4;
-  e.adaptiveLinetype = false;
-  e.lineweight = static_cast<int>(table.lineweights.size()) - 1;
-  e.fillStyle = 66;
-  e.endStyle = 2;
-  e.joinStyle = 1;
-
-  const std::vector<unsigned char> bytes = WritePlotStyleTable(table);
-  const PlotStyleTable back = ReadPlotStyleTable(bytes, "essai.ctb");
-  // Written again, the table gives the same text: nothing was lost.
-  EXPECT_EQ(PlotStyleTableText(back), PlotStyleTableText(table));
-  const PlotStyleEntry& b = back.entries[41];
-  EXPECT_EQ(b.localizedName, "Couleur quarante-deux");
-  EXPECT_EQ(b.description, "a=b");
-  EXPECT_EQ(b.PenRgb(), 0x654321u);  // the mode colour is the pen's
-  EXPECT_EQ(b.screen, 35);
-  EXPECT_EQ(b.fillStyle, 66);
-  EXPECT_FALSE(b.adaptiveLinetype);
-  EXPECT_EQ(back.EntryLineweightMm(b), 0.333);
-  EXPECT_EQ(back.description, table.description);
-  EXPECT_EQ(back.scaleFactor, 2.5);
-  EXPECT_TRUE(back.applyFactor);
-
-  const PlotStyleHeader header = ReadPlotStyleHeader(bytes, "essai.ctb");
-  EXPECT_EQ(header.headerSize, 60u);
-  EXPECT_EQ(header.textSize, PlotStyleTableText(table).size() + 1);
-  EXPECT_EQ(header.compressedSize, bytes.size() - 60);
 }
 
 TEST(PlotStyleWriterTest, ShippedMonochromeTableIsOursAndPlotsBlack) {
@@ -200,13 +152,50 @@ TEST(PlotStyleReaderTest, BrokenTextsNameTheLine) {
   }
 }
 
-TEST(PlotStyleReaderTest, TolerantWhereWritersDiffer) {
-  const PlotStyleTable table = ParsePlotStyleText(ReadTestData("plotstyle/tolerant.txt"), "t.ctb");
-  EXPECT_EQ(table.description, "crlf");
-  EXPECT_EQ(table.entries[9].PenRgb(), 0xFF0000u);
-  EXPECT_EQ(table.EntryLineweightMm(table.entries[9]), 0.70);
-  EXPECT_EQ(table.entries[0].PenRgb(), std::nullopt);
-  EXPECT_EQ(table.lineweights.size(), 2u);
+TEST(PlotStyleTableTest, AppliesTheEntryOfTheColourNumber) {
+  PlotStyleTable table;
+  PlotStyleEntry& red = table.entries[0];
+  red.color = EncodePlotStyleColor(0x0000FF);
+  red.lineweight = 13;  // 0.50 in the usual table
+  PlotStyleEntry& faded = table.entries[8];
+  faded.color = EncodePlotStyleColor(0x000000);
+  faded.screen = 25;
+  PlotStyleEntry& gray = table.entries[2];
+  gray.colorPolicy = kPolicyGrayscale;
+  PlotStyleEntry& byLayerKind = table.entries[3];
+  byLayerKind.color = EncodePlotStyleColor(0x123456, kColorKindByLayer);
+  PlotStyleEntry& indexKind = table.entries[4];
+  indexKind.color = EncodePlotStyleColor(0xFF00FF, kColorKindIndex);
+  PlotStyleEntry& zeroWeight = table.entries[5];
+  zeroWeight.lineweight = 0;  // 0.00 mm: the object's lineweight
+  PlotStyleEntry& otherObject = table.entries[6];
+  otherObject.color = kPlotStyleObjectColor2;
+  otherObject.modeColor = EncodePlotStyleColor(0x00FF00);
+
+  struct Case {
+    int aci;
+    std::uint32_t rgb;
+    double mm;
+    std::uint32_t wantRgb;
+    double wantMm;
+  };
+  const Case cases[] = {
+      {1, 0xFF0000, 0.25, 0x0000FF, 0.50},    // pen colour and lineweight
+      {9, 0x808080, 0.25, 0xBFBFBF, 0.25},    // black at 25 %: a light grey
+      {3, 0x00FF00, 0.30, 0x969696, 0.30},    // grey of the object's colour
+      {4, 0xABCDEF, 0.25, 0xABCDEF, 0.25},    // "by layer" kind: the object's
+      {5, 0x00FF00, 0.25, 0xFF00FF, 0.25},    // colour-number kind: its RGB bytes
+      {6, 0x112233, 0.70, 0x112233, 0.70},    // 0.00 mm keeps the object's weight
+      {7, 0x445566, 0.25, 0x445566, 0.25},    // the other "object colour" value
+      {2, 0x10FF10, 0.18, 0x10FF10, 0.18},    // an untouched entry
+      {0, 0x10FF10, 0.18, 0x10FF10, 0.18},    // no entry for 0 ...
+      {256, 0x10FF10, 0.18, 0x10FF10, 0.18},  // ... nor 256
+  };
+  for (const Case& c : cases) {
+    const PlotStylePen pen = table.Apply(c.aci, c.rgb, c.mm);
+    EXPECT_EQ(pen.rgb, c.wantRgb) << "colour " << c.aci;
+    EXPECT_DOUBLE_EQ(pen.lineweightMm, c.wantMm) << "colour " << c.aci;
+  }
 }
 
 }  // namespace

@@ -4,10 +4,8 @@
 # what they hold. Run with /usr/bin/python3 from this folder.
 #
 # ezdxf packs the header's three numbers with the platform's "unsigned long":
-# 8 bytes each on 64-bit Linux (ez-wide.ctb, a 72-byte header). ez.ctb is
-# the same table with the usual 4-byte numbers (a 60-byte header).
-import struct
-
+# 8 bytes each on 64-bit Linux (ez-wide.ctb, a 72-byte header, where the
+# usual one is 60 bytes).
 from ezdxf.addons import acadctb
 
 table = acadctb.new_ctb()
@@ -25,5 +23,3 @@ white = table[7]
 white.color = (0, 0, 0)
 
 table.save("ez-wide.ctb")
-acadctb.pack = lambda fmt, *values: struct.pack("<III", *values)
-table.save("ez.ctb")
