@@ -2,12 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <QString>
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-
-#include "fakes/cups_queue.h"
 
 namespace sheafwork::embedded::testing {
 
@@ -73,21 +70,6 @@ double DarkCovered(const QImage& a, const QImage& b) {
     }
   }
   return total == 0 ? 0 : static_cast<double>(covered) / static_cast<double>(total);
-}
-
-QImage RasterisePdf(const std::string& pdf, int dpi, const std::string& pngStem) {
-  if (std::system("pdftoppm -v >/dev/null 2>&1") != 0) return {};
-  int status = 0;
-  const std::string out = sheafwork::testing::RunCommand(
-      "pdftoppm -png -singlefile -r " + std::to_string(dpi) + " '" + pdf + "' '" + pngStem + "'",
-      status);
-  EXPECT_EQ(status, 0) << out;
-  for (const char* complaint : {"Syntax Error", "Syntax Warning", "xref"}) {
-    EXPECT_EQ(out.find(complaint), std::string::npos) << out;
-  }
-  const QImage image(QString::fromStdString(pngStem + ".png"));
-  EXPECT_FALSE(image.isNull()) << pdf;
-  return image;
 }
 
 }  // namespace sheafwork::embedded::testing

@@ -4,7 +4,6 @@
 #include <QImage>
 #include <cstdint>
 #include <optional>
-#include <string>
 
 #include "embedded/model/geometry.h"
 #include "embedded/render/box.h"
@@ -25,10 +24,5 @@ double InkShare(const QImage& image, double pixelsPerMm, const Box2& box,
 /// The share of `a`'s dark pixels with a dark pixel of `b` within one
 /// pixel: 1 when everything `a` draws, `b` draws too.
 double DarkCovered(const QImage& a, const QImage& b);
-
-/// The PDF file `pdf` rasterised by pdftoppm at `dpi` into `pngStem`.png; a
-/// null image when pdftoppm is not installed. Fails the test when poppler
-/// complains about the file.
-QImage RasterisePdf(const std::string& pdf, int dpi, const std::string& pngStem);
 
 }  // namespace sheafwork::embedded::testing

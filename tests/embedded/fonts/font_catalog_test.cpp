@@ -35,33 +35,6 @@ TEST(FontFilesTest, FindsFamiliesAndFilesAsTheSystemNamesThem) {
   EXPECT_FALSE(FindFontFile("introuvable.ttf"));
 }
 
-TEST(FontCatalogTest, FallsBackFromFamilyToFileToDejaVuSans) {
-  const ChosenFace regular = ChooseFace({"DejaVu Sans", "", false, false});
-  const ChosenFace bold = ChooseFace({"DejaVu Sans", "", true, false});
-  ASSERT_NE(regular.face, nullptr);
-  ASSERT_NE(bold.face, nullptr);
-  EXPECT_NE(regular.face, bold.face);
-
-  struct Case {
-    FontFace asked;
-    const TrueTypeFace* expected;
-  };
-  const Case cases[] = {
-      // The family wins over the file.
-      {{"DejaVu Sans", "DejaVuSans-Bold.ttf", false, false}, regular.face},
-      // An unknown family: the file named.
-      {{"Arial Introuvable", "DejaVuSans-Bold.ttf", false, false}, bold.face},
-      // Neither: DejaVu Sans, bold as asked.
-      {{"Arial Introuvable", "introuvable.ttf", true, false}, bold.face},
-      {{"", "", false, false}, regular.face},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(ChooseFace(c.asked).face, c.expected) << c.asked.family << " | " << c.asked.file;
-  }
-  // The same request gets the same face, not a second copy.
-  EXPECT_EQ(ChooseFace({"DejaVu Sans", "", true, false}).face, bold.face);
-}
-
 TEST(FontCatalogTest, AMissingCommonFontGetsAFaceOfTheSameWidths) {
   // Arial and the like are missing here; a face of their widths (from
   // fonts-liberation or fonts-urw-base35) stands in, not DejaVu Sans,
@@ -96,16 +69,6 @@ TEST(FontCatalogTest, AMissingCommonFontGetsAFaceOfTheSameWidths) {
     EXPECT_EQ(chosen.face, ChooseFace({installed, "", c.asked.bold, false}).face);
     EXPECT_NE(chosen.face, dejaVu.face);
   }
-}
-
-TEST(FontCatalogTest, ItalicIsTheFacesOwnOrSlanted) {
-  // Whether the system has an oblique DejaVu Sans or not, italic text
-  // slants exactly once.
-  const auto file = FindFamily("DejaVu Sans", false, true);
-  ASSERT_TRUE(file);
-  const ChosenFace italic = ChooseFace({"DejaVu Sans", "", false, true});
-  EXPECT_NE(file->italic, italic.slant);
-  EXPECT_FALSE(ChooseFace({"DejaVu Sans", "", false, false}).slant);
 }
 
 }  // namespace

@@ -91,21 +91,6 @@ TEST(HpglBackendTest, PaletteSizesAndPensBeyondTheLast) {
   EXPECT_EQ(plot.strokes.back().pen, 1);
 }
 
-TEST(HpglBackendTest, StrokesInAbsoluteUnitsJoinedWherePiecesMeet) {
-  HpglBackend b(100, 100, "");
-  // Segments meeting end to start go on in one PD; a gap lifts the pen.
-  const std::vector<Vec2> pairs = {{1, 1}, {2, 1}, {2, 1}, {2, 3.0126}, {5, 5}, {6, 5}};
-  b.DrawLines(pairs, kRed);
-  const std::vector<Vec2> square = {{10, 10}, {20, 10}, {20, 20}, {10, 20}};
-  b.DrawPolyline(square, true, kRed);
-  b.DrawPolyline(std::vector<Vec2>{{30, 30}}, false, kRed);  // one point: nothing
-  b.DrawPoint({50, 50}, kRed);
-  EXPECT_EQ(Body(b.Finish()),
-            "SP1;PU40,40;PD80,40,80,121;PU200,200;PD240,200;"
-            "PU400,400;PD800,400,800,800,400,800,400,400;"
-            "PU2000,2000;PD;");
-}
-
 TEST(HpglBackendTest, LongRunsAreSplitAndFarPointsClippedOntoTheLine) {
   HpglBackend b(100, 100, "");
   std::vector<Vec2> zigzag;

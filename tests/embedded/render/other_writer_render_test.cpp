@@ -66,9 +66,9 @@ TEST(OtherWriterRender, WidePolylineCornersAreMitredUpToALimit) {
   }
 }
 
-// Construction lines, meshes, multileaders and attribute definitions
-// (tests/data/dxf/entities) plotted 1:1 on a 100 mm sheet: where each must
-// leave ink, and where it must not.
+// Construction lines, meshes and multileaders (tests/data/dxf/entities)
+// plotted 1:1 on a 100 mm sheet: where each must leave ink, and where it
+// must not.
 constexpr double kPx = 4;
 
 struct InkCase {
@@ -107,11 +107,7 @@ INSTANTIATE_TEST_SUITE_P(
         // Arrow tips, landings, the text and the block's circle.
         InkCase{"multileaders.dxf",
                 {{20.3, 20.6}, {44, 47.5}, {51, 47.6}, {60.2, 21}, {85, 80}},
-                {{30, 70}, {15, 15}}},
-        // The stand-alone definition's tag and the reference's attribute; not
-        // the definition inside the block, where the attribute would be
-        // without its move.
-        InkCase{"attribute_definitions.dxf", {{10.4, 12.5}, {10.4, 77.5}}, {{10.4, 64.5}}}));
+                {{30, 70}, {15, 15}}}));
 
 }  // namespace
 }  // namespace sheafwork::embedded

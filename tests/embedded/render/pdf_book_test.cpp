@@ -12,10 +12,10 @@
 
 #include "embedded/dxf/reader.h"
 #include "embedded/model/referenced_files.h"
-#include "embedded/pdf/pdf_reading.h"
 #include "embedded/render/render_test_support.h"
 #include "fakes/cups_queue.h"
 #include "fakes/temp_folder.h"
+#include "support/pdf_reading.h"
 
 namespace sheafwork::embedded {
 namespace {

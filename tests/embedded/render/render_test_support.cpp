@@ -94,9 +94,7 @@ Drawing MakeDrawing() {
 }
 
 Block& ModelSpace(Drawing& d) { return d.blocks[0]; }
-Block& PaperSpace(Drawing& d) { return d.blocks[1]; }
 Layout& ModelLayout(Drawing& d) { return d.layouts[0]; }
-Layout& PaperLayout(Drawing& d) { return d.layouts[1]; }
 
 Layer& AddLayer(Drawing& d, const std::string& name) {
   Layer layer;
@@ -213,7 +211,6 @@ void RecordingBackend::DrawText(const TextRun& text, const Style& style) {
 }
 
 bool RecordingBackend::DrawImage(const ImageRun& image) {
-  if (!drawsImages) return false;
   const Affine2& m = image.toSheet;
   Add({Recorded::Kind::Image,
        {m.Apply({0, 0}), m.Apply({1, 0}), m.Apply({1, 1}), m.Apply({0, 1})},
@@ -223,8 +220,7 @@ bool RecordingBackend::DrawImage(const ImageRun& image) {
   return true;
 }
 
-void RecordingBackend::PushClip(std::span<const Vec2> polygon) {
-  clips.emplace_back(items.size(), std::vector<Vec2>(polygon.begin(), polygon.end()));
+void RecordingBackend::PushClip(std::span<const Vec2>) {
   ++clipDepth;
   maxClipDepth = std::max(maxClipDepth, clipDepth);
 }
@@ -233,10 +229,7 @@ void RecordingBackend::PopClip() { --clipDepth; }
 
 QImage RenderSheet(const Drawing& drawing, const Layout& layout, const PlotSettings& settings,
                    double pixelsPerMm) {
-  return RenderJob(MakeJob(drawing, layout, settings), pixelsPerMm);
-}
-
-QImage RenderJob(const PlotJob& job, double pixelsPerMm) {
+  const PlotJob job = MakeJob(drawing, layout, settings);
   const SheetLayout sheet = PlanSheet(job);
   QImage image(static_cast<int>(std::lround(sheet.frame.width * pixelsPerMm)),
                static_cast<int>(std::lround(sheet.frame.height * pixelsPerMm)),

@@ -15,6 +15,7 @@
 #include "embedded/render/render_test_support.h"
 #include "embedded/render/stroke_font.h"
 #include "fakes/temp_folder.h"
+#include "support/pdf_reading.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -54,64 +55,6 @@ Text MakeText(const std::string& contents, const std::string& style, Vec2 at, do
 // each holds).
 Drawing Read(const std::string& name) { return ReadTestDrawing("dxf/render/" + name); }
 
-TEST(TextDrawingTest, ShapeFontTextBecomesStrokesInItsPlace) {
-  const Drawing d = Read("shape_text.dxf");
-  const RecordingBackend rec = DrawModel(d);
-  EXPECT_EQ(CountOf(rec.items, Recorded::Kind::Text), 0u);
-
-  const double facade = StrokeFont::Get().Advance("Façade") * 10;
-  Box2 first, second, third;
-  for (const Recorded& r : rec.items) {
-    ASSERT_EQ(r.kind, Recorded::Kind::Polyline);
-    for (const Vec2& p : r.points) (p.y < 50 ? first : p.y < 80 ? second : third).Extend(p);
-  }
-  EXPECT_GE(first.min.x, 20 - 1e-9);
-  EXPECT_LE(first.max.x, 20 + facade);
-  EXPECT_GT(first.max.x, 20 + facade - 3);  // no more than a letter's bearing short
-  EXPECT_NEAR(first.max.y, 40, 1e-9);       // cap height
-  EXPECT_LT(first.min.y, 30);               // the cedilla hangs below the baseline
-  EXPECT_GT(first.min.y, 30 - 4);
-  EXPECT_LE(second.max.x, 100 + 1e-9);
-  EXPECT_GT(second.max.x, 97);
-  EXPECT_NEAR(second.min.y, 60, 1e-9);
-  EXPECT_NEAR(third.min.x, 0, 1e-9);
-  EXPECT_GT(third.max.x, 40);  // stretched over the 50 units, less B's bearing
-  EXPECT_LE(third.max.x, 50 + 1e-9);
-}
-
-TEST(TextDrawingTest, SmallShapeFontTextKeepsOnlyThePointsItsCurvesNeed) {
-  // The same letter at two sizes: large, every stored point of its bowl is
-  // needed; small, most of them lie on the chords of their neighbours and are
-  // left out, while what is drawn stays within a dot of the glyph.
-  const auto strokes = [](double height) {
-    Drawing d = MakeDrawing();
-    AddStyle(d, "Plume", "romans.shx");
-    ModelSpace(d).entities.push_back(MakeEntity(MakeText("o", "Plume", {0, 0}, height)));
-    d.Reindex();
-    return DrawModel(d).items;
-  };
-  const auto pointCount = [](const std::vector<Recorded>& items) {
-    std::size_t n = 0;
-    for (const Recorded& r : items) n += r.points.size();
-    return n;
-  };
-  const std::vector<Recorded> large = strokes(100), small = strokes(0.5);
-  ASSERT_EQ(large.size(), small.size());
-  EXPECT_LT(pointCount(small) * 2, pointCount(large));
-  for (std::size_t i = 0; i < small.size(); ++i) {
-    // Both ends stay, and every point kept is a point of the glyph.
-    ASSERT_GE(small[i].points.size(), 2u);
-    EXPECT_NEAR(small[i].points.front().x, large[i].points.front().x / 200, 1e-9);
-    EXPECT_NEAR(small[i].points.back().y, large[i].points.back().y / 200, 1e-9);
-    for (const Vec2& p : small[i].points) {
-      const bool onGlyph = std::any_of(
-          large[i].points.begin(), large[i].points.end(),
-          [&](const Vec2& q) { return std::hypot(q.x / 200 - p.x, q.y / 200 - p.y) < 1e-9; });
-      EXPECT_TRUE(onGlyph);
-    }
-  }
-}
-
 TEST(TextDrawingTest, StrokeTextIsLeftOutOnlyWhenNoneOfItsStrokesReachesTheCullBox) {
   // Text is left out early on a bound of its glyphs' boxes; what it draws
   // must not depend on that: a box touching only a corner of the strokes
@@ -149,47 +92,6 @@ TEST(TextDrawingTest, StrokeTextIsLeftOutOnlyWhenNoneOfItsStrokesReachesTheCullB
     EXPECT_TRUE(draw(map, above).empty());
     EXPECT_TRUE(draw(map, far).empty());
   }
-}
-
-TEST(TextDrawingTest, TrueTypeTextStaysOneRun) {
-  Drawing d = MakeDrawing();
-  AddStyle(d, "Arial", "arial.ttf");
-  AddStyle(d, "Famille", "", "DejaVu Sans");
-  ModelSpace(d).entities.push_back(MakeEntity(MakeText("a", "Arial", {0, 0}, 2)));
-  ModelSpace(d).entities.push_back(MakeEntity(MakeText("b", "Famille", {0, 0}, 2)));
-  ModelSpace(d).entities.push_back(MakeEntity(MakeText("c", "Inconnu", {0, 0}, 2)));
-  d.Reindex();
-  const RecordingBackend rec = DrawModel(d);
-  ASSERT_EQ(rec.items.size(), 3u);
-  for (const Recorded& r : rec.items) EXPECT_EQ(r.kind, Recorded::Kind::Text);
-}
-
-TEST(TextDrawingTest, MTextRunsCarryTheirColourAndPlace) {
-  const Drawing d = Read("mtext_runs.dxf");
-  FixedMeasure measure;
-  const RecordingBackend rec = DrawModel(d, &measure);
-  const std::vector<const Recorded*> texts = ItemsOf(rec.items, Recorded::Kind::Text);
-  ASSERT_EQ(texts.size(), 3u);
-  EXPECT_EQ(texts[0]->text, "Rouge");
-  EXPECT_EQ(texts[0]->style.rgb, 0xFF0000u);
-  EXPECT_EQ(texts[1]->text, " noir");
-  EXPECT_EQ(texts[1]->style.rgb, 0x0000FFu);  // the entity's colour 5
-  EXPECT_EQ(texts[2]->text, "sous");
-  // Rotated a quarter turn: the first line's baseline is 2 units right of
-  // the insertion point, the second run 5 characters (10 units) above it.
-  EXPECT_NEAR(texts[0]->points[0].x, 12, 1e-9);
-  EXPECT_NEAR(texts[0]->points[0].y, 100, 1e-9);
-  EXPECT_NEAR(texts[1]->points[0].y, 110, 1e-9);
-  // "trait" in a shape font: strokes between the first and third lines.
-  const Box2 strokes = BoxOf(rec.items, Recorded::Kind::Polyline);
-  EXPECT_FALSE(strokes.Empty());
-  EXPECT_GT(strokes.min.x, texts[0]->points[0].x);
-  EXPECT_LT(strokes.max.x, texts[2]->points[0].x);
-  // The underline of "sous", in the entity's colour, along the text.
-  ASSERT_EQ(CountOf(rec.items, Recorded::Kind::Lines), 1u);
-  const Box2 under = BoxOf(rec.items, Recorded::Kind::Lines);
-  EXPECT_NEAR(under.max.y - under.min.y, 8, 1e-9);
-  EXPECT_GT(under.min.x, texts[2]->points[0].x);
 }
 
 TEST(TextDrawingTest, TogglesDrawLinesAlongSingleLineText) {
@@ -309,7 +211,7 @@ TEST(TextDrawingTest, PdfPlotShowsFormattedAndShapeFontText) {
   job.outputPath = folder.File("texte.pdf");
   RunPlotJob(job);
   const int dpi = 100;
-  const QImage image = RasterisePdf(job.outputPath, dpi, folder.File("texte"));
+  const QImage image = pdf::testing::RasterisePage(job.outputPath, 1, dpi, folder.File("texte"));
   if (image.isNull()) GTEST_SKIP() << "pdftoppm is not available";
   const double k = dpi / 25.4;
   // The stroke-font title: ink along its line, nothing just above it.
