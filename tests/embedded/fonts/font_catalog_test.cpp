@@ -10,31 +10,6 @@
 namespace sheafwork::embedded {
 namespace {
 
-std::string BaseName(const std::string& path) { return path.substr(path.rfind('/') + 1); }
-
-TEST(FontFilesTest, FindsFamiliesAndFilesAsTheSystemNamesThem) {
-  const auto regular = FindFamily("DejaVu Sans", false, false);
-  ASSERT_TRUE(regular) << "fonts-dejavu-core is installed by the setup";
-  EXPECT_EQ(BaseName(regular->path), "DejaVuSans.ttf");
-  EXPECT_FALSE(regular->bold);
-
-  // Family names ignore letter case; bold picks the bold face.
-  const auto bold = FindFamily("dejavu sans", true, false);
-  ASSERT_TRUE(bold);
-  EXPECT_EQ(BaseName(bold->path), "DejaVuSans-Bold.ttf");
-  EXPECT_TRUE(bold->bold);
-
-  // A file is found by its name alone, whatever its case or folder.
-  const auto file = FindFontFile("C:\\Windows\\Fonts\\dejavusans-BOLD.TTF");
-  ASSERT_TRUE(file);
-  EXPECT_EQ(file->path, bold->path);
-
-  // What the system does not have is not made up.
-  EXPECT_FALSE(FindFamily("Famille Introuvable", false, false));
-  EXPECT_FALSE(FindFamily("", false, false));
-  EXPECT_FALSE(FindFontFile("introuvable.ttf"));
-}
-
 TEST(FontCatalogTest, AMissingCommonFontGetsAFaceOfTheSameWidths) {
   // Arial and the like are missing here; a face of their widths (from
   // fonts-liberation or fonts-urw-base35) stands in, not DejaVu Sans,

@@ -46,32 +46,6 @@ TEST(PaintSheetTest, SolidHatchFillsBetweenItsLoops) {
   EXPECT_EQ(ColorAt(image, kPx, {10, 10}), 0xFFFFFFu);
 }
 
-TEST(PaintSheetTest, TextSitsOnItsAlignmentPoint) {
-  Drawing d = MakeDrawing();
-  Text right;  // right-aligned: the text runs to the left of its point
-  right.text = "HHH";
-  right.height = 10;
-  right.horizontalAlign = 2;
-  right.hasAlignPoint = true;
-  right.alignPoint = {80, 20, 0};
-  ModelSpace(d).entities.push_back(MakeEntity(right));
-  Text turned = right;  // left-aligned, a quarter turn: runs upwards
-  turned.horizontalAlign = 0;
-  turned.hasAlignPoint = false;
-  turned.insert = {30, 50, 0};
-  turned.rotation = 90;
-  ModelSpace(d).entities.push_back(MakeEntity(turned));
-  d.Reindex();
-
-  const QImage image = RenderSheet(d, ModelLayout(d), OneToOneSettings(100), kPx);
-  EXPECT_TRUE(InkNear(image, kPx, {75, 25}, 1));
-  EXPECT_FALSE(InkNear(image, kPx, {85, 25}, 1));
-  EXPECT_FALSE(InkNear(image, kPx, {75, 33}, 1));  // above the cap height
-  EXPECT_TRUE(InkNear(image, kPx, {25, 55}, 1));
-  EXPECT_FALSE(InkNear(image, kPx, {35, 55}, 1));
-  EXPECT_FALSE(InkNear(image, kPx, {25, 45}, 1));
-}
-
 TEST(PaintSheetTest, RefusesJobsWithoutDrawingOrPaper) {
   Drawing d = MakeDrawing();
   PlotJob job;

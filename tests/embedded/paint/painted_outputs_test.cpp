@@ -75,26 +75,51 @@ TEST_F(PaintedOutputsTest, WithoutThemPaintedJobsFailByNameWhilePdfAndHpglStillP
   }
 }
 
-TEST_F(PaintedOutputsTest, AFailedLoadIsTriedOnceAndNamesTheModuleAndTheReason) {
+// Stands for a module's output: fails with its own message.
+bool RefusingOutput(const PlotJob& job, const SheetLayout&, std::string& failure) noexcept {
+  failure = "refusé : " + job.outputPath;
+  return false;
+}
+
+TEST_F(PaintedOutputsTest, ALoadedTableIsUsedForEachKindAndItsFailuresBecomePlotErrors) {
   int calls = 0;
   SetPaintedOutputsLoader([&calls] {
     ++calls;
     PaintedOutputsLoad load;
-    load.module = "/opt/sheafwork/sheafwork-qt.so";
-    load.failure = "libQt6Gui.so.6: cannot open shared object file";
-    load.outputs = PaintOutputs();  // ignored: the load failed
+    load.module = "module";
+    load.outputs = PaintOutputs();
+    load.outputs.svg = &RefusingOutput;
     return load;
   });
-  EXPECT_EQ(calls, 0);  // nothing loaded before a painted output is needed
-  EXPECT_NO_THROW(RunPlotJob(Job(OutputKind::Pdf, "plan.pdf")));
-  EXPECT_EQ(calls, 0);
-  for (const PaintedKind& k : kPaintedKinds) {
-    EXPECT_EQ(Failure(Job(k.kind, "sortie")),
-              std::string(k.name) +
-                  " est indisponible : le module de dessin /opt/sheafwork/sheafwork-qt.so n'a pas "
-                  "pu être chargé (libQt6Gui.so.6: cannot open shared object file)");
-  }
+  const PlotJob png = Job(OutputKind::Png, "plan.png");
+  EXPECT_NO_THROW(RunPlotJob(png));
+  EXPECT_EQ(TempFolder::Read(png.outputPath).substr(1, 3), "PNG");
+  const PlotJob svg = Job(OutputKind::Svg, "plan.svg");
+  EXPECT_EQ(Failure(svg), "refusé : " + svg.outputPath);
+  EXPECT_EQ(Failure(Job(OutputKind::Printer, "")), "imprimante introuvable : traceur-absent");
   EXPECT_EQ(calls, 1);
+
+  // Outputs set directly replace the loader's.
+  SetPaintedOutputs({&RefusingOutput, nullptr, nullptr});
+  EXPECT_EQ(Failure(png), "refusé : " + png.outputPath);
+  EXPECT_EQ(Failure(svg),
+            "la sortie SVG est indisponible : ce programme n'a pas de module de dessin");
+}
+
+TEST_F(PaintedOutputsTest, TheTableTurnsExceptionsIntoMessages) {
+  const PaintedOutputs outputs = PaintOutputs();
+  const PlotJob png = Job(OutputKind::Png, "absent/plan.png");
+  const SheetLayout sheet = PlanSheet(png);
+  std::string failure;
+  EXPECT_FALSE(outputs.png(png, sheet, failure));
+  EXPECT_EQ(failure, "impossible de créer le fichier PNG : " + png.outputPath);
+  failure.clear();
+  EXPECT_FALSE(outputs.printer(Job(OutputKind::Printer, ""), sheet, failure));
+  EXPECT_EQ(failure, "imprimante introuvable : traceur-absent");
+  failure.clear();
+  const PlotJob svg = Job(OutputKind::Svg, "plan.svg");
+  EXPECT_TRUE(outputs.svg(svg, sheet, failure)) << failure;
+  EXPECT_TRUE(failure.empty());
 }
 
 }  // namespace

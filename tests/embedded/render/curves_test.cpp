@@ -79,17 +79,6 @@ TEST(CurvesTest, BSplinesByDeBoor) {
   EXPECT_NEAR(out.back().x, 2, 1e-12);
 }
 
-TEST(CurvesTest, FitPointCurvePassesThroughItsPoints) {
-  const std::vector<Vec3> fit{{0, 0, 0}, {1, 3, 0}, {4, 3, 0}, {6, 0, 0}};
-  std::vector<Vec3> out;
-  AppendThroughPoints(out, fit, false, 8);
-  ASSERT_EQ(out.size(), 1u + 3 * 8);
-  for (std::size_t i = 0; i < fit.size(); ++i) {
-    EXPECT_NEAR(out[i * 8].x, fit[i].x, 1e-9);
-    EXPECT_NEAR(out[i * 8].y, fit[i].y, 1e-9);
-  }
-}
-
 TEST(HatchPatternTest, LinesAreCutToTheBoundaryAndDashed) {
   // A 10 × 10 square with a 2 × 2 hole in the middle.
   const std::vector<Vec2> points{{0, 0}, {10, 0}, {10, 10}, {0, 10},

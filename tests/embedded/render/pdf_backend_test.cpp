@@ -45,26 +45,6 @@ TEST(PdfBackendTest, WholeUnitsOf1200PerInchScaledToPointsOnce) {
   EXPECT_EQ(Count(text, " cm\n"), 1u);
 }
 
-TEST(PdfBackendTest, LinetypesAreThePagesOwnDashPatterns) {
-  const Vec2 first[] = {{0, 0}, {kInch, 0}};
-  const Vec2 second[] = {{0, 10}, {kInch, 10}};
-  const Vec2 solid[] = {{0, 20}, {kInch, 20}};
-  const std::string text = ContentOf([&](Backend& b) {
-    Dasher dasher;
-    dasher.SetPattern(std::vector<double>{kInch / 4, -kInch / 8}, 1, 0);
-    b.DrawDashed(first, false, dasher, kBlack);
-    dasher.Restart();
-    b.DrawDashed(second, false, dasher, kBlack);  // the same phase: the same path
-    b.DrawLines(solid, kBlack);
-  });
-  // 300 units drawn, 150 skipped; one dashed line a subpath, not a dash.
-  EXPECT_NE(text.find("[ 300 150 ] 0 d\n0 0 m\n1200 0 l\n0 472 m\n1200 472 l\nS\n"),
-            std::string::npos)
-      << text;
-  EXPECT_NE(text.find("[ ] 0 d\n0 945 m\n1200 945 l\nS\n"), std::string::npos) << text;
-  EXPECT_EQ(Count(text, " d\n"), 2u) << text;
-}
-
 TEST(PdfBackendTest, LayersMarkWhatTheyDrawWithoutCrossingAClip) {
   const Vec2 low[] = {{0, 0}, {10, 0}};
   const Vec2 high[] = {{0, 5}, {10, 5}};

@@ -14,47 +14,11 @@
 #include "embedded/render/extents_backend.h"
 #include "embedded/render/frontend.h"
 #include "embedded/render/render_test_support.h"
-#include "fakes/temp_folder.h"
 
 namespace sheafwork::embedded {
 namespace {
 
 using namespace testing;
-
-PlotJob PdfJob(const Drawing& d, const std::string& path) {
-  PlotJob job = MakeJob(d, d.layouts[0], {});
-  job.settings.paperWidth = 297;  // A3 portrait media plotted landscape
-  job.settings.paperHeight = 420;
-  job.settings.rotation = 1;
-  job.settings.plotType = kPlotExtents;
-  job.settings.standardScale = 0;
-  job.outputPath = path;
-  job.title = "plan.dxf - Objet";
-  job.resolutionDpi = 600;
-  return job;
-}
-
-// The message of the PlotError `job` ends with.
-std::string ErrorOf(const PlotJob& job) {
-  try {
-    RunPlotJob(job);
-  } catch (const PlotError& e) {
-    return e.what();
-  }
-  return "";
-}
-
-TEST(PlotJobTest, RefusesAPrinterTheSystemDoesNotHaveAndAFileItCannotCreate) {
-  Drawing d = MakeDrawing();
-  ModelSpace(d).entities.push_back(MakeLine({0, 0}, {100, 50}));
-  d.Reindex();
-  PlotJob job = PdfJob(d, "");
-  job.output = OutputKind::Printer;
-  job.printerName = "Traceur-inexistant-42";
-  EXPECT_EQ(ErrorOf(job), "imprimante introuvable : Traceur-inexistant-42");
-  EXPECT_EQ(ErrorOf(PdfJob(d, "/dossier-absent/plan.pdf")),
-            "impossible de créer le fichier PDF : /dossier-absent/plan.pdf");
-}
 
 using ::testing::HasSubstr;
 

@@ -117,20 +117,14 @@ def pens():
 
 
 def texts():
-    """Text in shape fonts and TrueType faces."""
-    # A title in the stroke font at (10, 170), 10 high; below it, multi-line
-    # text 6 high hanging from (10, 140): bold, red, twice as high, a
-    # fraction, underlined.
+    """Multi-line text in a TrueType face and a shape font."""
+    # Multi-line text of colour 5 turned a quarter: an inline colour, a shape
+    # font, an underline.
     doc = new()
-    doc.styles.new("Plume", dxfattribs={"font": "txt"})
-    doc.styles.new("Sans", dxfattribs={"font": "DejaVuSans.ttf"})
-    msp = doc.modelspace()
-    msp.add_text("Élévation Sud %%c25", dxfattribs={"style": "Plume", "height": 10,
-                                                   "insert": (10, 170)})
-    msp.add_mtext("{\\fDejaVu Sans|b1;Gras} et {\\C1;rouge}\\P{\\H2x;Grand} \\S1/2;\\P"
-                  "\\Lsouligné\\l fin",
-                  dxfattribs={"style": "Sans", "insert": (10, 140), "char_height": 6, "width": 150})
-    doc.saveas("formatted_text.dxf")
+    doc.styles.new("Arial", dxfattribs={"font": "arial.ttf"})
+    doc.modelspace().add_mtext("{\\C1;Rouge} noir\\P{\\Ftxt;trait}\\P\\Lsous", dxfattribs={
+        "style": "Arial", "insert": (10, 100), "char_height": 2, "rotation": 90, "color": 5})
+    doc.saveas("mtext_runs.dxf")
 
 
 def viewport(layout, center, size, view_height, target=(0, 0), view_center=(0, 0), **attribs):
