@@ -115,6 +115,14 @@ bool PopplerComplains(const std::string& output) {
   return false;
 }
 
+void ExpectPopplerRenders(const std::string& path, const std::string& args,
+                          const std::string& stem) {
+  int status = 0;
+  const std::string out = Poppler("pdftoppm", args + " '" + path + "' '" + stem + "'", status);
+  EXPECT_EQ(status, 0) << out;
+  EXPECT_FALSE(PopplerComplains(out)) << out;
+}
+
 }  // namespace
 
 std::vector<OutlineEntry> ReadOutline(const ReadPdf& pdf, std::string& error) {
@@ -228,14 +236,6 @@ std::string InflatedStream(const ReadPdf& pdf, int number, std::string& error) {
 }
 
 bool HavePoppler() { return std::system("pdfinfo -v >/dev/null 2>&1") == 0; }
-
-void ExpectPopplerRenders(const std::string& path, const std::string& args,
-                          const std::string& stem) {
-  int status = 0;
-  const std::string out = Poppler("pdftoppm", args + " '" + path + "' '" + stem + "'", status);
-  EXPECT_EQ(status, 0) << out;
-  EXPECT_FALSE(PopplerComplains(out)) << out;
-}
 
 QImage RasterisePage(const std::string& path, int page, int dpi, const std::string& stem) {
   if (!HavePoppler()) return {};

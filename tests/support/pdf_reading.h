@@ -46,11 +46,6 @@ std::vector<OutlineEntry> ReadOutline(const ReadPdf& pdf, std::string& error);
 /// Whether poppler's tools are installed.
 bool HavePoppler();
 
-/// Rasterises `path` with pdftoppm and `args` into files named from `stem`,
-/// failing the test when pdftoppm fails or complains.
-void ExpectPopplerRenders(const std::string& path, const std::string& args,
-                          const std::string& stem);
-
 /// Page `page` (from 1) of `path` as pdftoppm draws it at `dpi`, through
 /// the file `stem`.png; a null image when poppler's tools are not installed.
 /// Fails the test when pdftoppm fails or complains about the file.

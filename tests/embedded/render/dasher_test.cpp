@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <vector>
 
 #include "embedded/render/point_style.h"
@@ -15,8 +14,6 @@ namespace sheafwork::embedded {
 namespace {
 
 using testing::ExpectNear;
-
-constexpr double kInf = std::numeric_limits<double>::infinity();
 
 struct Cut {
   Dasher::Result result;

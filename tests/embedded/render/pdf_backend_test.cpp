@@ -33,7 +33,6 @@ std::string ContentOf(Draw draw, pdf::OptionalContent* layers = nullptr) {
 constexpr double kInch = 25.4;
 const Style kBlack{0x000000, 0.25};
 const Style kRed{0xFF0000, 0.25};
-const Style kThick{0x000000, 0.5};
 
 TEST(PdfBackendTest, WholeUnitsOf1200PerInchScaledToPointsOnce) {
   const std::string text = ContentOf([](Backend& b) {

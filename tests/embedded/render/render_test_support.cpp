@@ -2,14 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <QPainter>
 #include <QtGlobal>
 #include <cmath>
 #include <cstdlib>
 
 #include "embedded/dxf/reader.h"
-#include "embedded/paint/paint_sheet.h"
-#include "embedded/render/paint_sheet.h"
 #include "fakes/test_data.h"
 #include "text/utf8.h"
 
@@ -226,22 +223,6 @@ void RecordingBackend::PushClip(std::span<const Vec2>) {
 }
 
 void RecordingBackend::PopClip() { --clipDepth; }
-
-QImage RenderSheet(const Drawing& drawing, const Layout& layout, const PlotSettings& settings,
-                   double pixelsPerMm) {
-  const PlotJob job = MakeJob(drawing, layout, settings);
-  const SheetLayout sheet = PlanSheet(job);
-  QImage image(static_cast<int>(std::lround(sheet.frame.width * pixelsPerMm)),
-               static_cast<int>(std::lround(sheet.frame.height * pixelsPerMm)),
-               QImage::Format_ARGB32_Premultiplied);
-  image.fill(Qt::white);
-  QPainter painter(&image);
-  PaintOptions options;
-  options.pixelsPerMm = pixelsPerMm;
-  PaintSheet(painter, job, sheet, options);
-  painter.end();
-  return image;
-}
 
 std::size_t Count(const std::string& text, const std::string& what) {
   std::size_t n = 0;

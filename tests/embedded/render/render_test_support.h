@@ -101,11 +101,6 @@ std::vector<const Recorded*> ItemsOf(const std::vector<Recorded>& items, Recorde
 RecordingBackend DrawLayout(const Drawing& drawing, const Layout& layout,
                             const FrontendOptions& options = {}, FrontendStats* stats = nullptr);
 
-/// Paints `layout` with `settings` on a white image, `pixelsPerMm` pixels
-/// per sheet millimetre.
-QImage RenderSheet(const Drawing& drawing, const Layout& layout, const PlotSettings& settings,
-                   double pixelsPerMm);
-
 /// How many times `what` occurs in `text`.
 std::size_t Count(const std::string& text, const std::string& what);
 
