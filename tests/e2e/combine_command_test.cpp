@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "e2e/program.h"
-#include "embedded/pdf/pdf_reading.h"
+#include "support/pdf_reading.h"
 
 namespace sheafwork::e2e {
 namespace {

@@ -16,7 +16,7 @@
 #include "embedded/dxf/reader.h"
 #include "fakes/temp_folder.h"
 #include "golden/image_compare.h"
-#include "golden/render_sheet.h"
+#include "support/image_probes.h"
 #include "text/strings.h"
 
 namespace sheafwork::golden {
@@ -25,6 +25,7 @@ namespace {
 namespace fs = std::filesystem;
 using embedded::Drawing;
 using embedded::Layout;
+using embedded::testing::RenderSheet;
 
 const fs::path kSamples = fs::path(SHEAFWORK_SOURCE_DIR) / "tests/data/dwg/samples";
 const fs::path kConverterFolder = fs::path(SHEAFWORK_SOURCE_DIR) / "tools";
@@ -102,8 +103,8 @@ TEST_P(DwgSample, ConvertsWithTheLayerStatesAndSheetsOfTheReference) {
         std::find_if(converted.layouts.begin(), converted.layouts.end(),
                      [&](const Layout& l) { return EqualsIgnoreCase(l.name, expected.name); });
     ASSERT_NE(layout, converted.layouts.end());
-    const QImage wanted = RenderSheet(reference, expected);
-    const QImage got = RenderSheet(converted, *layout);
+    const QImage wanted = RenderSheet(reference, expected, expected.settings, kPixelsPerMm);
+    const QImage got = RenderSheet(converted, *layout, layout->settings, kPixelsPerMm);
     CompareOptions options;
     options.maxDiffering = sample.maxDiffering;
     const Comparison comparison = CompareImages(wanted, got, options);
@@ -125,9 +126,9 @@ INSTANTIATE_TEST_SUITE_P(Releases, DwgSample,
                              Sample{"r14", "", -1}, Sample{"2000", "", 400},
                              // Converted only with the larger stack the converter gives the
                              // library (on the library's own stack it fails inside the module).
-                             Sample{"2004", "", 400},
-                             Sample{"2007", "", 400}, Sample{"2010", "", 800},
-                             Sample{"2013", "", 800}, Sample{"2018", "", 1100}),
+                             Sample{"2004", "", 400}, Sample{"2007", "", 400},
+                             Sample{"2010", "", 800}, Sample{"2013", "", 800},
+                             Sample{"2018", "", 1100}),
                          [](const ::testing::TestParamInfo<Sample>& info) {
                            return std::string("R") + info.param.release;
                          });

@@ -18,7 +18,7 @@
 #include "embedded/dxf/reader.h"
 #include "embedded/model/xrefs.h"
 #include "golden/image_compare.h"
-#include "golden/render_sheet.h"
+#include "support/image_probes.h"
 
 namespace sheafwork::golden {
 namespace {
@@ -26,6 +26,7 @@ namespace {
 namespace fs = std::filesystem;
 using embedded::Drawing;
 using embedded::Layout;
+using embedded::testing::RenderSheet;
 
 const fs::path kGoldenFolder = fs::path(SHEAFWORK_SOURCE_DIR) / "tests/golden";
 const fs::path kPlansFolder = fs::path(SHEAFWORK_SOURCE_DIR) / "examples/plans";
@@ -106,7 +107,7 @@ TEST_P(GoldenImage, MatchesItsReference) {
   const auto layout = std::find_if(drawing.layouts.begin(), drawing.layouts.end(),
                                    [&](const Layout& l) { return l.name == sheet.layout; });
   ASSERT_NE(layout, drawing.layouts.end());
-  const QImage actual = RenderSheet(drawing, *layout);
+  const QImage actual = RenderSheet(drawing, *layout, layout->settings, kPixelsPerMm);
   const fs::path reference = kGoldenFolder / (sheet.name + ".png");
   if (Updating()) {
     ASSERT_TRUE(actual.save(QString::fromStdString(reference.string()), "PNG", 9));

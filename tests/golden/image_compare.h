@@ -12,6 +12,9 @@
 
 namespace sheafwork::golden {
 
+/// Pixels per millimetre of paper in the images compared.
+inline constexpr double kPixelsPerMm = 4;
+
 struct CompareOptions {
   /// Two softened colours match when no channel differs by more than this
   /// (0 to 255). A 0.1 mm line at 4 px/mm darkens its softened band by

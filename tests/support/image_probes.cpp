@@ -2,14 +2,33 @@
 
 #include <gtest/gtest.h>
 
-#include <QString>
+#include <QPainter>
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 
-#include "fakes/cups_queue.h"
+#include "embedded/paint/paint_sheet.h"
+#include "embedded/render/paint_sheet.h"
 
 namespace sheafwork::embedded::testing {
+
+QImage RenderSheet(const Drawing& drawing, const Layout& layout, const PlotSettings& settings,
+                   double pixelsPerMm) {
+  PlotJob job;
+  job.drawing = &drawing;
+  job.layout = &layout;
+  job.settings = settings;
+  const SheetLayout sheet = PlanSheet(job);
+  QImage image(static_cast<int>(std::lround(sheet.frame.width * pixelsPerMm)),
+               static_cast<int>(std::lround(sheet.frame.height * pixelsPerMm)),
+               QImage::Format_RGB32);
+  image.fill(Qt::white);
+  QPainter painter(&image);
+  PaintOptions options;
+  options.pixelsPerMm = pixelsPerMm;
+  PaintSheet(painter, job, sheet, options);
+  painter.end();
+  return image;
+}
 
 bool InkNear(const QImage& image, double k, Vec2 at, double radiusMm) {
   const int cx = static_cast<int>(std::floor(at.x * k));
@@ -30,31 +49,6 @@ std::uint32_t ColorAt(const QImage& image, double k, Vec2 at) {
   return image.pixel(x, y) & 0xFFFFFFu;
 }
 
-double InkShare(const QImage& image, double k, const Box2& box, std::optional<std::uint32_t> rgb) {
-  const bool whole = box.Empty();
-  const int x0 = whole ? 0 : std::max(0, static_cast<int>(box.min.x * k));
-  const int x1 = whole ? image.width() : std::min(image.width(), static_cast<int>(box.max.x * k));
-  const int y0 = whole ? 0 : std::max(0, static_cast<int>(image.height() - box.max.y * k));
-  const int y1 = whole ? image.height()
-                       : std::min(image.height(), static_cast<int>(image.height() - box.min.y * k));
-  int inked = 0, all = 0;
-  for (int y = y0; y < y1; ++y) {
-    for (int x = x0; x < x1; ++x) {
-      ++all;
-      const QRgb p = image.pixel(x, y);
-      if (!rgb) {
-        inked += qGray(p) < 160 ? 1 : 0;
-        continue;
-      }
-      const auto channel = [&](int shift) { return static_cast<int>((*rgb >> shift) & 0xFF); };
-      const int distance = std::abs(qRed(p) - channel(16)) + std::abs(qGreen(p) - channel(8)) +
-                           std::abs(qBlue(p) - channel(0));
-      inked += distance < 120 ? 1 : 0;
-    }
-  }
-  return all > 0 ? static_cast<double>(inked) / all : 0;
-}
-
 double DarkCovered(const QImage& a, const QImage& b) {
   const auto dark = [](const QImage& image, int x, int y) {
     return x >= 0 && y >= 0 && x < image.width() && y < image.height() &&
@@ -73,21 +67,6 @@ double DarkCovered(const QImage& a, const QImage& b) {
     }
   }
   return total == 0 ? 0 : static_cast<double>(covered) / static_cast<double>(total);
-}
-
-QImage RasterisePdf(const std::string& pdf, int dpi, const std::string& pngStem) {
-  if (std::system("pdftoppm -v >/dev/null 2>&1") != 0) return {};
-  int status = 0;
-  const std::string out = sheafwork::testing::RunCommand(
-      "pdftoppm -png -singlefile -r " + std::to_string(dpi) + " '" + pdf + "' '" + pngStem + "'",
-      status);
-  EXPECT_EQ(status, 0) << out;
-  for (const char* complaint : {"Syntax Error", "Syntax Warning", "xref"}) {
-    EXPECT_EQ(out.find(complaint), std::string::npos) << out;
-  }
-  const QImage image(QString::fromStdString(pngStem + ".png"));
-  EXPECT_FALSE(image.isNull()) << pdf;
-  return image;
 }
 
 }  // namespace sheafwork::embedded::testing

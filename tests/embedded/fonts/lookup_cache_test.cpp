@@ -30,31 +30,6 @@ class LookupCacheTest : public ::testing::Test {
   const std::string inside_ = folder_.File("fonts/truetype");
 };
 
-TEST_F(LookupCacheTest, AnswersComeBackInTheNextRun) {
-  {
-    LookupCache cache = Load();
-    EXPECT_EQ(cache.Find("family:Sans:b"), nullptr);
-    cache.Remember("family:Sans:b", FaceFile{"/polices/Sans Gras.ttc", 2, false, true},
-                   [&] { return Folders(); });
-    cache.Remember("family:Arial:", std::nullopt, [&] { return Folders(); });
-    // What the file's format cannot hold is not kept.
-    cache.Remember("family:A\tB:", std::nullopt, [&] { return Folders(); });
-  }
-  const LookupCache next = Load();
-  const std::optional<FaceFile>* bold = next.Find("family:Sans:b");
-  ASSERT_NE(bold, nullptr);
-  ASSERT_TRUE(bold->has_value());
-  EXPECT_EQ((*bold)->path, "/polices/Sans Gras.ttc");
-  EXPECT_EQ((*bold)->index, 2);
-  EXPECT_TRUE((*bold)->bold);
-  EXPECT_FALSE((*bold)->italic);
-  const std::optional<FaceFile>* arial = next.Find("family:Arial:");
-  ASSERT_NE(arial, nullptr);  // known: the system has none
-  EXPECT_FALSE(arial->has_value());
-  EXPECT_EQ(next.Find("family:A\tB:"), nullptr);
-  EXPECT_EQ(next.Find("family:Sans:"), nullptr);
-}
-
 TEST_F(LookupCacheTest, AnswersAreForgottenWhenFontsMayHaveChanged) {
   const auto remembered = [&] {
     LookupCache cache = Load();

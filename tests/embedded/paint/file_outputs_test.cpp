@@ -12,6 +12,7 @@
 #include "embedded/render/render_test_support.h"
 #include "fakes/temp_folder.h"
 #include "support/hpgl_reader.h"
+#include "support/pdf_reading.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -111,8 +112,8 @@ TEST(FileOutputsTest, PngSvgHpglAndPdfDrawTheSameMarksInTheSamePlaces) {
   // The PDF as a raster of the same resolution, when poppler is at hand; its
   // page may be a little taller than the sheet (whole points), content placed
   // from the top.
-  const QImage page =
-      RasterisePdf(pdf, kDpi, folder.File("pdf")).copy(QRect({0, 0}, raster.size()));
+  const QImage page = embedded::pdf::testing::RasterisePage(pdf, 1, kDpi, folder.File("pdf"))
+                          .copy(QRect({0, 0}, raster.size()));
   struct Output {
     const char* name;
     const QImage& image;
@@ -138,49 +139,6 @@ TEST(FileOutputsTest, PngSvgHpglAndPdfDrawTheSameMarksInTheSamePlaces) {
     EXPECT_FALSE(InkNear(o.image, kPx, {100, 40}));  // the circle's centre
     EXPECT_FALSE(InkNear(o.image, kPx, {78, 40}));   // where the arc does not pass
   }
-}
-
-TEST(FileOutputsTest, PngHasTheSheetsPixelsAndResolution) {
-  struct Case {
-    double paperWidth, paperHeight;
-    int rotation;
-    int dpi;
-    int width, height;
-  };
-  const Drawing d = KnownDrawing();
-  TempFolder folder;
-  for (const Case& c : {Case{210, 148, 0, 200, 1654, 1165}, Case{297, 420, 1, 72, 1191, 842},
-                        Case{279.4, 215.9, 0, 100, 1100, 850}}) {
-    PlotJob job = Job(d, OutputKind::Png, folder.File("sheet.png"));
-    job.settings.paperWidth = c.paperWidth;
-    job.settings.paperHeight = c.paperHeight;
-    job.settings.rotation = c.rotation;
-    job.resolutionDpi = c.dpi;
-    RunPlotJob(job);
-    const QImage image(QString::fromStdString(job.outputPath));
-    SCOPED_TRACE(c.dpi);
-    EXPECT_EQ(image.width(), c.width);
-    EXPECT_EQ(image.height(), c.height);
-    EXPECT_NEAR(image.dotsPerMeterX(), c.dpi / 0.0254, 1);
-    EXPECT_NEAR(image.dotsPerMeterY(), c.dpi / 0.0254, 1);
-    EXPECT_FALSE(image.hasAlphaChannel());
-    EXPECT_EQ(image.text("Title"), "plan.dxf - Objet");
-    EXPECT_EQ(image.pixel(0, 0) & 0xFFFFFF, 0xFFFFFFu);  // white where nothing is drawn
-  }
-}
-
-TEST(FileOutputsTest, SvgIsTheSheetInMillimetres) {
-  const Drawing d = KnownDrawing();
-  TempFolder folder;
-  PlotJob job = Job(d, OutputKind::Svg, folder.File("plan.svg"));
-  job.settings.paperWidth = 279.4;
-  job.settings.windowMax = {279.4, 148};
-  RunPlotJob(job);
-  const std::string svg = TempFolder::Read(job.outputPath);
-  EXPECT_NE(svg.find("width=\"279.4mm\" height=\"148mm\""), std::string::npos)
-      << svg.substr(0, 300);
-  EXPECT_NE(svg.find("viewBox=\"0 0 279.4 148\""), std::string::npos);
-  EXPECT_NE(svg.find("<title>plan.dxf - Objet</title>"), std::string::npos);
 }
 
 TEST(FileOutputsTest, FailuresNameTheFileAndLeaveNoneBehind) {

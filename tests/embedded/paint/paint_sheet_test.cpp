@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <numbers>
 
 #include "embedded/render/render_test_support.h"
 
@@ -14,38 +13,6 @@ namespace {
 using namespace testing;
 
 constexpr double kPx = 4;  // pixels per millimetre
-
-// Which layers, blocks and viewports show is the frontend's (see its tests);
-// here, what the painter makes of the primitives it is handed.
-TEST(PaintSheetTest, BulgesAndArcsTurnTheWayTheirSignsAndExtrusionsSay) {
-  Drawing d = MakeDrawing();
-  Polyline half;  // a half circle below its chord from (20,50) to (40,50)
-  half.vertices = {{{20, 50, 0}, 0, 0, 1}, {{40, 50, 0}, 0, 0, 0}};
-  ModelSpace(d).entities.push_back(Heavy(MakeEntity(half)));
-
-  ModelSpace(d).entities.push_back(Heavy(MakeEntity(Arc{{70, 60, 0}, 10, 30, 120, kUnitZ})));
-  // Seen from below: object x runs to world -x, the quarter turns to the upper left.
-  ModelSpace(d).entities.push_back(Heavy(MakeEntity(Arc{{-80, 30, 0}, 10, 0, 90, {0, 0, -1}})));
-  d.Reindex();
-
-  const QImage image = RenderSheet(d, ModelLayout(d), OneToOneSettings(100), kPx);
-  EXPECT_TRUE(InkNear(image, kPx, {30, 40}));  // the arc's midpoint
-  EXPECT_TRUE(InkNear(image, kPx, {30 + 10 * std::cos(5.5), 50 + 10 * std::sin(5.5)}));
-  EXPECT_FALSE(InkNear(image, kPx, {30, 50}));  // not the chord
-  EXPECT_FALSE(InkNear(image, kPx, {30, 60}));  // not bulging the other way
-
-  const double q = 10 * std::sqrt(0.5);
-  auto onArc = [](double degrees) {
-    const double r = degrees * std::numbers::pi / 180;
-    return Vec2{70 + 10 * std::cos(r), 60 + 10 * std::sin(r)};
-  };
-  EXPECT_TRUE(InkNear(image, kPx, onArc(75)));  // counter-clockwise from 30° to 120°
-  EXPECT_FALSE(InkNear(image, kPx, onArc(-75)));
-  EXPECT_FALSE(InkNear(image, kPx, onArc(0)));
-  EXPECT_FALSE(InkNear(image, kPx, onArc(165)));
-  EXPECT_TRUE(InkNear(image, kPx, {80 - q, 30 + q}));
-  EXPECT_FALSE(InkNear(image, kPx, {80 + q, 30 + q}));
-}
 
 TEST(PaintSheetTest, SolidHatchFillsBetweenItsLoops) {
   Drawing d = MakeDrawing();
@@ -77,32 +44,6 @@ TEST(PaintSheetTest, SolidHatchFillsBetweenItsLoops) {
   EXPECT_EQ(ColorAt(image, kPx, {50, 50}), 0xFFFFFFu);  // the island
   EXPECT_EQ(ColorAt(image, kPx, {50, 65}), 0xFF0000u);
   EXPECT_EQ(ColorAt(image, kPx, {10, 10}), 0xFFFFFFu);
-}
-
-TEST(PaintSheetTest, TextSitsOnItsAlignmentPoint) {
-  Drawing d = MakeDrawing();
-  Text right;  // right-aligned: the text runs to the left of its point
-  right.text = "HHH";
-  right.height = 10;
-  right.horizontalAlign = 2;
-  right.hasAlignPoint = true;
-  right.alignPoint = {80, 20, 0};
-  ModelSpace(d).entities.push_back(MakeEntity(right));
-  Text turned = right;  // left-aligned, a quarter turn: runs upwards
-  turned.horizontalAlign = 0;
-  turned.hasAlignPoint = false;
-  turned.insert = {30, 50, 0};
-  turned.rotation = 90;
-  ModelSpace(d).entities.push_back(MakeEntity(turned));
-  d.Reindex();
-
-  const QImage image = RenderSheet(d, ModelLayout(d), OneToOneSettings(100), kPx);
-  EXPECT_TRUE(InkNear(image, kPx, {75, 25}, 1));
-  EXPECT_FALSE(InkNear(image, kPx, {85, 25}, 1));
-  EXPECT_FALSE(InkNear(image, kPx, {75, 33}, 1));  // above the cap height
-  EXPECT_TRUE(InkNear(image, kPx, {25, 55}, 1));
-  EXPECT_FALSE(InkNear(image, kPx, {35, 55}, 1));
-  EXPECT_FALSE(InkNear(image, kPx, {25, 45}, 1));
 }
 
 TEST(PaintSheetTest, RefusesJobsWithoutDrawingOrPaper) {

@@ -75,28 +75,6 @@ TEST_F(PaintedOutputsTest, WithoutThemPaintedJobsFailByNameWhilePdfAndHpglStillP
   }
 }
 
-TEST_F(PaintedOutputsTest, AFailedLoadIsTriedOnceAndNamesTheModuleAndTheReason) {
-  int calls = 0;
-  SetPaintedOutputsLoader([&calls] {
-    ++calls;
-    PaintedOutputsLoad load;
-    load.module = "/opt/sheafwork/sheafwork-qt.so";
-    load.failure = "libQt6Gui.so.6: cannot open shared object file";
-    load.outputs = PaintOutputs();  // ignored: the load failed
-    return load;
-  });
-  EXPECT_EQ(calls, 0);  // nothing loaded before a painted output is needed
-  EXPECT_NO_THROW(RunPlotJob(Job(OutputKind::Pdf, "plan.pdf")));
-  EXPECT_EQ(calls, 0);
-  for (const PaintedKind& k : kPaintedKinds) {
-    EXPECT_EQ(Failure(Job(k.kind, "sortie")),
-              std::string(k.name) +
-                  " est indisponible : le module de dessin /opt/sheafwork/sheafwork-qt.so n'a pas "
-                  "pu être chargé (libQt6Gui.so.6: cannot open shared object file)");
-  }
-  EXPECT_EQ(calls, 1);
-}
-
 // Stands for a module's output: fails with its own message.
 bool RefusingOutput(const PlotJob& job, const SheetLayout&, std::string& failure) noexcept {
   failure = "refusé : " + job.outputPath;

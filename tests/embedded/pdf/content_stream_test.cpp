@@ -35,13 +35,6 @@ TEST(ContentStreamTest, ChunksEndAtLineEndsAndTogetherAreTheWholeText) {
   EXPECT_EQ(content.Bytes(), expected.size());
 }
 
-TEST(ContentStreamTest, AnEmptyPageStillHasOneChunk) {
-  int chunks = 0;
-  ContentStream content([&](std::string chunk) { chunks += chunk.empty() ? 1 : 100; }, 1024);
-  content.Finish();
-  EXPECT_EQ(chunks, 1);
-}
-
 TEST(PdfStringsTest, LiteralAndTextStrings) {
   EXPECT_EQ(LiteralString("a (b) \\c"), "(a \\(b\\) \\\\c)");
   EXPECT_EQ(LiteralString("\xE9\n"), "(\\351\\012)");

@@ -5,16 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
-#include <functional>
 #include <memory>
 #include <string>
 
 #include "embedded/dxf/reader.h"
 #include "embedded/model/xrefs.h"
 #include "embedded/render/extents_backend.h"
-#include "embedded/render/plot_job.h"
 #include "embedded/render/render_test_support.h"
-#include "fakes/temp_folder.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -22,7 +19,7 @@ namespace {
 using testing::InkNear;
 using testing::OneToOneSettings;
 
-constexpr double kPx = 10;  // pixels per sheet millimetre, painted and rasterised
+constexpr double kPx = 10;  // pixels per sheet millimetre
 
 Drawing Read(const std::string& name) {
   Drawing d = testing::ReadTestDrawing("dxf/clipping/" + name);
@@ -34,19 +31,8 @@ Drawing Read(const std::string& name) {
 
 const Layout& Model(const Drawing& d) { return testing::ModelOf(d); }
 
-// The sheet painted, and as the PDF file shows it: both outputs clip.
-using Output = std::function<QImage(const Drawing&, const PlotSettings&)>;
-
 QImage Painted(const Drawing& d, const PlotSettings& s) {
   return testing::RenderSheet(d, Model(d), s, kPx);
-}
-
-QImage FromPdf(const Drawing& d, const PlotSettings& s) {
-  sheafwork::testing::TempFolder folder;
-  PlotJob job = testing::MakeJob(d, Model(d), s);
-  job.outputPath = folder.File("plan.pdf");
-  RunPlotJob(job);
-  return testing::RasterisePdf(job.outputPath, static_cast<int>(kPx * 25.4), folder.File("plan"));
 }
 
 struct Probe {
@@ -63,12 +49,10 @@ void ExpectInk(const QImage& image, std::initializer_list<Probe> probes) {
   }
 }
 
-class ClippingOutputTest : public ::testing::TestWithParam<Output> {};
-
 // Each reference draws a cross of two 10-unit midlines; its clip keeps part.
-TEST_P(ClippingOutputTest, ReferencesShowWhatTheirClipKeeps) {
+TEST(ClippingTest, ReferencesShowWhatTheirClipKeeps) {
   const Drawing d = Read("xclip.dxf");
-  ExpectInk(GetParam()(d, OneToOneSettings(200, 40)),
+  ExpectInk(Painted(d, OneToOneSettings(200, 40)),
             {{"clipped where it stands: left part", {12, 15}, true},
              {"clipped where it stands: right part", {18, 15}, false},
              {"clipped where it stands: other midline", {15, 18}, false},
@@ -91,18 +75,6 @@ TEST_P(ClippingOutputTest, ReferencesShowWhatTheirClipKeeps) {
              {"clipping off", {183, 15}, true},
              {"clipping off: other midline", {180, 18}, true}});
 }
-
-TEST_P(ClippingOutputTest, ExternalReferenceIsClippedLikeABlock) {
-  const Drawing d = Read("xclip-xref.dxf");
-  ASSERT_EQ(d.xrefs.size(), 1u);
-  ExpectInk(GetParam()(d, OneToOneSettings(40, 30)), {{"kept part", {12, 15}, true},
-                                                      {"cut part", {18, 15}, false},
-                                                      {"other midline", {15, 18}, false}});
-}
-
-INSTANTIATE_TEST_SUITE_P(Outputs, ClippingOutputTest,
-                         ::testing::Values(Output(Painted), Output(FromPdf)),
-                         [](const auto& info) { return info.index == 0 ? "Painted" : "Pdf"; });
 
 TEST(ClippingExtentsTest, OnlyWhatTheClipKeepsCounts) {
   const Drawing d = Read("xclip-xref.dxf");

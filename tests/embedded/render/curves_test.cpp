@@ -54,44 +54,6 @@ TEST(CurvesTest, BulgeGivesTheArcThroughBothVertices) {
   }
 }
 
-TEST(CurvesTest, ArcSegmentsMeetTheTolerance) {
-  const Flattening f{0.01, 8};
-  for (double radius : {0.001, 1.0, 100.0, 5000.0}) {  // up to a 10 m sheet
-    const int n = ArcSegments(radius, 2 * kPi, f);
-    EXPECT_GE(n, 8);
-    EXPECT_LE(radius * (1 - std::cos(kPi / n)), 0.01 + 1e-12) << radius;
-  }
-}
-
-TEST(CurvesTest, ArcPointsLieWhereTheirAnglesSay) {
-  // However many points and whichever way the arc turns, point i sits at
-  // start + i·sweep/segments; the ends exactly so.
-  struct Case {
-    double start, sweep;
-    int segments;
-    bool withStart;
-  };
-  const Case cases[] = {
-      {0, 2 * std::numbers::pi, 16, true},      {1.2, -2.5, 7, true},  {-40.0, 3.0, 4096, true},
-      {0.3, 2 * std::numbers::pi, 4096, false}, {2.0, 1e-6, 3, false}, {0, 1.0, 1, true},
-  };
-  const Vec2 center{1000, -250};
-  const double radius = 7500;
-  for (const Case& c : cases) {
-    std::vector<Vec2> out = {{0, 0}};  // appended to
-    AppendArc(out, center, radius, c.start, c.sweep, c.segments, c.withStart);
-    const int first = c.withStart ? 0 : 1;
-    ASSERT_EQ(out.size(), static_cast<std::size_t>(c.segments - first + 2)) << c.segments;
-    for (int i = first; i <= c.segments; ++i) {
-      const double a = c.start + c.sweep * i / c.segments;
-      const Vec2 p = out[static_cast<std::size_t>(i - first + 1)];
-      const double tolerance = (i == first || i == c.segments) ? 0 : 1e-9 * radius;
-      EXPECT_NEAR(p.x, center.x + radius * std::cos(a), tolerance) << c.segments << " " << i;
-      EXPECT_NEAR(p.y, center.y + radius * std::sin(a), tolerance) << c.segments << " " << i;
-    }
-  }
-}
-
 TEST(CurvesTest, BSplinesByDeBoor) {
   // A clamped quadratic with three control points is a Bézier curve.
   std::vector<Vec3> out;
@@ -115,17 +77,6 @@ TEST(CurvesTest, BSplinesByDeBoor) {
   ASSERT_EQ(out.size(), 9u);
   EXPECT_NEAR(out.front().x, 0, 1e-12);
   EXPECT_NEAR(out.back().x, 2, 1e-12);
-}
-
-TEST(CurvesTest, FitPointCurvePassesThroughItsPoints) {
-  const std::vector<Vec3> fit{{0, 0, 0}, {1, 3, 0}, {4, 3, 0}, {6, 0, 0}};
-  std::vector<Vec3> out;
-  AppendThroughPoints(out, fit, false, 8);
-  ASSERT_EQ(out.size(), 1u + 3 * 8);
-  for (std::size_t i = 0; i < fit.size(); ++i) {
-    EXPECT_NEAR(out[i * 8].x, fit[i].x, 1e-9);
-    EXPECT_NEAR(out[i * 8].y, fit[i].y, 1e-9);
-  }
 }
 
 TEST(HatchPatternTest, LinesAreCutToTheBoundaryAndDashed) {

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <vector>
 
 #include "embedded/render/point_style.h"
@@ -15,8 +14,6 @@ namespace sheafwork::embedded {
 namespace {
 
 using testing::ExpectNear;
-
-constexpr double kInf = std::numeric_limits<double>::infinity();
 
 struct Cut {
   Dasher::Result result;
@@ -35,90 +32,6 @@ Cut CutUp(Dasher& dasher, std::vector<Vec2> points, bool closed = false) {
   }
   EXPECT_EQ(at, flat.size());
   return cut;
-}
-
-Cut CutUp(std::vector<double> pattern, double scale, std::vector<Vec2> points,
-          bool closed = false) {
-  Dasher dasher;
-  dasher.SetPattern(pattern, scale, 0.1);
-  return CutUp(dasher, std::move(points), closed);
-}
-
-TEST(DasherTest, DashesAlongALineByPatternAndScale) {
-  struct Case {
-    const char* name;
-    std::vector<double> pattern;
-    double scale;
-  };
-  // The same 2-on, 1-off pattern, given three ways.
-  const Case cases[] = {
-      {"as is", {2, -1}, 1},
-      {"scaled", {1, -0.5}, 2},
-      {"negative scale ignored", {4, -2}, -0.5},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    const Cut cut = CutUp(c.pattern, c.scale, {{0, 0}, {10, 0}});
-    EXPECT_EQ(cut.result, Dasher::Result::kDashed);
-    ASSERT_EQ(cut.pieces.size(), 4u);
-    ExpectNear(cut.pieces[0], {{0, 0}, {2, 0}});
-    ExpectNear(cut.pieces[1], {{3, 0}, {5, 0}});
-    ExpectNear(cut.pieces[2], {{6, 0}, {8, 0}});
-    ExpectNear(cut.pieces[3], {{9, 0}, {10, 0}});
-  }
-}
-
-TEST(DasherTest, PhaseRunsOnAcrossVerticesAndDashesTurnCorners) {
-  // 3 on, 1 off along an L: the first dash turns the corner at (2, 0).
-  const Cut cut = CutUp({3, -1}, 1, {{0, 0}, {2, 0}, {2, 6}});
-  ASSERT_EQ(cut.pieces.size(), 2u);
-  ExpectNear(cut.pieces[0], {{0, 0}, {2, 0}, {2, 1}});
-  ExpectNear(cut.pieces[1], {{2, 2}, {2, 5}});
-
-  // Across calls too, until Restart.
-  Dasher dasher;
-  dasher.SetPattern(std::vector<double>{1, -1}, 1, 0.1);
-  CutUp(dasher, {{0, 0}, {2.5, 0}});  // ends half-way through a dash
-  ExpectNear(CutUp(dasher, {{0, 0}, {2.5, 0}}).pieces.at(0), {{0, 0}, {0.5, 0}});
-  dasher.Restart();
-  ExpectNear(CutUp(dasher, {{0, 0}, {2.5, 0}}).pieces.at(0), {{0, 0}, {1, 0}});
-}
-
-TEST(DasherTest, ClosedOutlineIncludesTheClosingSegment) {
-  const Cut cut = CutUp({3, -1}, 1, {{0, 0}, {4, 0}, {4, 4}, {0, 4}}, true);
-  ASSERT_EQ(cut.pieces.size(), 4u);
-  ExpectNear(cut.pieces[0], {{0, 0}, {3, 0}});
-  ExpectNear(cut.pieces[1], {{4, 0}, {4, 3}});
-  ExpectNear(cut.pieces[3], {{0, 4}, {0, 1}});
-}
-
-TEST(DasherTest, DotsAreShortDashesThatTakeNoRoom) {
-  const Cut cut = CutUp({0, -1}, 1, {{0, 0}, {3.5, 0}});
-  ASSERT_EQ(cut.pieces.size(), 4u);
-  for (int i = 0; i < 4; ++i) {
-    SCOPED_TRACE(i);
-    ExpectNear(cut.pieces[static_cast<std::size_t>(i)], {{i * 1.0, 0}, {i + 0.1, 0}});
-  }
-  // Dash, gap, dot, gap: the dot sits after the first gap.
-  const Cut mixed = CutUp({2, -1, 0, -1}, 1, {{0, 0}, {8, 0}});
-  ASSERT_GE(mixed.pieces.size(), 3u);
-  ExpectNear(mixed.pieces[1], {{3, 0}, {3.1, 0}});
-  ExpectNear(mixed.pieces[2], {{4, 0}, {6, 0}});
-}
-
-TEST(DasherTest, ContinuousWhenShortOrWithoutGaps) {
-  const Cut shortLine = CutUp({2, -1}, 1, {{0, 0}, {2.5, 0}});
-  EXPECT_EQ(shortLine.result, Dasher::Result::kContinuous);
-  ASSERT_EQ(shortLine.pieces.size(), 1u);
-  ExpectNear(shortLine.pieces[0], {{0, 0}, {2.5, 0}});
-
-  Dasher dasher;
-  for (const std::vector<double>& pattern :
-       std::vector<std::vector<double>>{{}, {5}, {0, 0}, {2, 0}, {-kInf, 1}}) {
-    EXPECT_FALSE(dasher.SetPattern(pattern, 1, 0.1));
-    EXPECT_FALSE(dasher.Active());
-  }
-  EXPECT_TRUE(dasher.SetPattern(std::vector<double>{0, -1}, 1, 0.1));
 }
 
 TEST(DasherTest, TooDensePatternGivesNothing) {

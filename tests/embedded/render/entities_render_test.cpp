@@ -119,56 +119,6 @@ TEST(LinetypeTest, PolylineGenerationFlagKeepsThePhaseAcrossVertices) {
   }
 }
 
-// tests/data/dxf/render/make_drawings.py says what each drawing holds.
-TEST(LinetypeTest, PaperScaledInViewportsWhenAsked) {
-  Drawing d = ReadTestDrawing("dxf/render/paper_linetype.dxf");
-  for (bool paper : {true, false}) {
-    SCOPED_TRACE(paper ? "PSLTSCALE 1" : "PSLTSCALE 0");
-    d.header.psLtScale = paper;
-    const RecordingBackend rec = DrawLayout(d, LayoutNamed(d, "Feuille"));
-    // The frame, then the line: 4 dashes of 2 mm, or 34 of 0.2 mm.
-    EXPECT_EQ(StrokesOf(rec) - 1, paper ? 4u : 34u);
-  }
-}
-
-TEST(PointDisplayTest, ModeAndSizeFromTheHeader) {
-  struct Case {
-    std::int16_t mode;
-    double size;
-    std::size_t lines;  ///< strokes handed over
-    bool dot;
-    double extent;  ///< half the symbol's width
-  };
-  const Case cases[] = {
-      {0, 4, 0, true, 0},       {1, 4, 0, false, 0},
-      {3, 4, 2, false, 2},      {2, 0, 2, false, 2.5},  // 5 % of a 100-high view
-      {2, -10, 2, false, 5},                            // 10 % of it
-      {64 + 1, 4, 4, false, 2},                         // a square alone
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.mode);
-    Drawing d = MakeDrawing();
-    d.header.pdMode = c.mode;
-    d.header.pdSize = c.size;
-    d.header.limMax = {100, 100};
-    ModelSpace(d).entities.push_back(MakeEntity(Point{{50, 50, 0}}));
-    d.Reindex();
-    const RecordingBackend rec = DrawLayout(d, ModelLayout(d));
-    std::size_t lines = 0;
-    bool dot = false;
-    double extent = 0;
-    for (const Recorded& item : rec.items) {
-      dot = dot || item.kind == Recorded::Kind::Point;
-      if (item.kind != Recorded::Kind::Lines) continue;
-      lines += item.points.size() / 2;
-      for (const Vec2& p : item.points) extent = std::max(extent, std::abs(p.x - 50));
-    }
-    EXPECT_EQ(lines, c.lines);
-    EXPECT_EQ(dot, c.dot);
-    EXPECT_NEAR(extent, c.extent, 1e-9);
-  }
-}
-
 Wipeout SquareWipeout(Vec2 at, double side) {
   Wipeout w;
   w.insert = {at.x, at.y, 0};
@@ -205,51 +155,6 @@ TEST(WipeoutTest, MasksWhatCameBeforeOnly) {
   EXPECT_FALSE(InkNear(image, kPx, {41, 41}, 0.2));  // no frame by default
 }
 
-TEST(WipeoutTest, BoundaryInPixelsFrameAndDisplayFlag) {
-  struct Case {
-    const char* name;
-    Wipeout wipeout;
-    std::int16_t frame;
-    std::vector<Vec2> fill;  ///< expected outline, empty when nothing drawn
-    bool framed;
-  };
-  Wipeout triangle = SquareWipeout({10, 20}, 40);
-  triangle.vPixel = {0, 20, 0};
-  triangle.clipType = 2;
-  triangle.clipVertices = {{-0.5, -0.5}, {0.5, 0.5}, {-0.5, 0.5}, {-0.5, -0.5}};
-  Wipeout unclipped = SquareWipeout({0, 0}, 10);
-  unclipped.clipping = false;
-  unclipped.clipVertices = {{-0.5, -0.5}, {0, 0}};
-  Wipeout hidden = SquareWipeout({0, 0}, 10);
-  hidden.displayFlags = 0;
-  const Case cases[] = {
-      // Pixel rows run downwards from the image's top edge.
-      {"triangle", triangle, 0, {{10, 40}, {50, 20}, {10, 20}}, false},
-      {"clipping off: the whole image", unclipped, 0, {{0, 10}, {10, 10}, {10, 0}, {0, 0}}, false},
-      {"frame shown", SquareWipeout({0, 0}, 10), 1, {{0, 10}, {10, 10}, {10, 0}, {0, 0}}, true},
-      {"frame displayed only",
-       SquareWipeout({0, 0}, 10),
-       2,
-       {{0, 10}, {10, 10}, {10, 0}, {0, 0}},
-       false},
-      {"not shown", hidden, 1, {}, false},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    Drawing d = MakeDrawing();
-    d.header.wipeoutFrame = c.frame;
-    ModelSpace(d).entities.push_back(MakeEntity(c.wipeout));
-    d.Reindex();
-    const RecordingBackend rec = DrawLayout(d, ModelLayout(d));
-    if (c.fill.empty()) {
-      EXPECT_TRUE(rec.items.empty());
-      continue;
-    }
-    ASSERT_EQ(rec.items.size(), c.framed ? 2u : 1u);
-    ExpectNear(rec.items[0].points, c.fill);
-  }
-}
-
 // A model filled black, seen at 1:1 through a 60 mm viewport at (50, 50),
 // in a layout per boundary clipping it.
 TEST(ClippedViewportTest, ContentOutsideTheBoundaryIsNotDrawn) {
@@ -278,36 +183,6 @@ TEST(ClippedViewportTest, ContentOutsideTheBoundaryIsNotDrawn) {
     // A boundary is the frame: the viewport's own is not drawn.
     const bool clipped = c.outside.x != 15;
     EXPECT_NE(InkNear(image, kPx, {21, 50}, 0.5) && InkNear(image, kPx, {79, 79}, 0.5), clipped);
-  }
-}
-
-TEST(ClippedReferenceTest, BoundaryInBlockCoordinatesFollowsTheReference) {
-  PlotSettings s = OneToOneSettings(100);
-  for (bool clipped : {true, false}) {
-    SCOPED_TRACE(clipped ? "clipped" : "not clipped");
-    Drawing d = MakeDrawing();
-    Block& block = AddBlock(d, "B");
-    block.base = {10, 0, 0};
-    Entity line = MakeLine({10, 0}, {50, 0});
-    line.props.lineweight = 50;
-    block.entities.push_back(line);
-    // Placed at (20, 50), doubled: the line runs from x 20 to 100.
-    Entity insert = MakeInsert("B", {20, 50});
-    auto& g = std::get<Insert>(insert.geometry);
-    g.scale = {2, 2, 1};
-    if (clipped) {
-      auto clip = std::make_shared<BlockClip>();
-      clip->boundary = {{10, -5}, {30, 5}};  // block x 10..30: sheet x 20..60
-      g.clip = clip;
-    }
-    ModelSpace(d).entities.push_back(insert);
-    d.Reindex();
-    const QImage image = RenderSheet(d, ModelLayout(d), s, kPx);
-    EXPECT_TRUE(InkNear(image, kPx, {40, 50}, 0.1));
-    EXPECT_EQ(InkNear(image, kPx, {80, 50}, 0.1), !clipped);
-    RecordingBackend rec = DrawLayout(d, ModelLayout(d));
-    EXPECT_EQ(rec.maxClipDepth, clipped ? 1 : 0);
-    EXPECT_EQ(rec.clipDepth, 0);
   }
 }
 

@@ -18,16 +18,6 @@ using namespace testing;
 // each holds), drawn in their model layout.
 Drawing Read(const std::string& name) { return ReadTestDrawing("dxf/render/" + name); }
 
-// Of the lines at y 0 to 6 only those on a plain (0) or locked layer (4)
-// plot; of the block referenced on a frozen layer nothing, of the one on a
-// layer off only its line on a layer of its own (21).
-TEST(FrontendVisibilityTest, HidesWhatDoesNotPlot) {
-  const Drawing d = Read("visibility.dxf");
-  std::vector<double> drawn;
-  for (const Recorded& r : DrawLayout(d, ModelOf(d)).items) drawn.push_back(r.points[0].y);
-  EXPECT_EQ(drawn, (std::vector<double>{0, 4, 21}));
-}
-
 TEST(FrontendPropertiesTest, ResolvesColoursThroughLayersAndBlocks) {
   const Drawing d = Read("colours.dxf");
   const RecordingBackend rec = DrawLayout(d, ModelOf(d));
@@ -58,19 +48,6 @@ TEST(FrontendPropertiesTest, PenWidthsFollowLineweightsAndThePolicy) {
     ASSERT_EQ(rec.items.size(), 4u);
     for (int i = 0; i < 4; ++i) EXPECT_DOUBLE_EQ(rec.items[i].style.widthMm, c.widths[i]);
   }
-}
-
-TEST(FrontendTransformTest, NestedBlocksMirroredExtrusionAndMinsertGrids) {
-  const Drawing d = Read("transforms.dxf");
-  const RecordingBackend rec = DrawLayout(d, ModelOf(d));
-  ASSERT_EQ(rec.items.size(), 1u + 1u + 6u);
-  ExpectNear(rec.items[0].points[0], {60, 20});
-  ExpectNear(rec.items[0].points[1], {60, 40});
-  ExpectNear(rec.items[1].points[0], {-10, 0});
-  ExpectNear(rec.items[1].points[1], {-20, 0});
-  // Row 2, column 1: offset (20, 10) turned a quarter: (-10, 20).
-  ExpectNear(rec.items[7].points[0], {-10, 120});
-  ExpectNear(rec.items[7].points[1], {-10, 130});
 }
 
 TEST(FrontendBlockTest, AttributesXrefsAndSelfReference) {
@@ -144,14 +121,6 @@ TEST(FrontendViewportTest, DrawsModelSpaceThroughContentViewportsOnly) {
     const Recorded& paperLine = first ? rec.items[3] : rec.items[2];
     ExpectNear(paperLine.points[1], {1, 1});
   }
-}
-
-TEST(FrontendViewportTest, ViewTargetCentreAndTwistPlaceTheModel) {
-  const Drawing d = Read("twist.dxf");
-  const RecordingBackend rec = DrawLayout(d, LayoutNamed(d, "Feuille"));
-  ASSERT_EQ(rec.items.size(), 2u);
-  ExpectNear(rec.items[1].points[0], {52, 50});
-  ExpectNear(rec.items[1].points[1], {52, 55});
 }
 
 }  // namespace

@@ -27,14 +27,6 @@ std::vector<std::string> Texts(const std::vector<HpglCommand>& commands) {
   return out;
 }
 
-// The commands after the set-up (from the first pen selection), without
-// the end of the page.
-std::string Body(const std::string& file) {
-  const std::size_t from = file.find("SP");
-  const std::size_t to = file.rfind("PU;SP0;PG;");
-  return file.substr(from, to - from);
-}
-
 TEST(HpglBackendTest, SetsUpThePlotAndAPenPerColour) {
   HpglBackend b(420, 297, "plan.dxf - \"A3\"");
   const std::vector<Vec2> line = {{10, 10}, {20, 10}};
@@ -91,21 +83,6 @@ TEST(HpglBackendTest, PaletteSizesAndPensBeyondTheLast) {
   EXPECT_EQ(plot.strokes.back().pen, 1);
 }
 
-TEST(HpglBackendTest, StrokesInAbsoluteUnitsJoinedWherePiecesMeet) {
-  HpglBackend b(100, 100, "");
-  // Segments meeting end to start go on in one PD; a gap lifts the pen.
-  const std::vector<Vec2> pairs = {{1, 1}, {2, 1}, {2, 1}, {2, 3.0126}, {5, 5}, {6, 5}};
-  b.DrawLines(pairs, kRed);
-  const std::vector<Vec2> square = {{10, 10}, {20, 10}, {20, 20}, {10, 20}};
-  b.DrawPolyline(square, true, kRed);
-  b.DrawPolyline(std::vector<Vec2>{{30, 30}}, false, kRed);  // one point: nothing
-  b.DrawPoint({50, 50}, kRed);
-  EXPECT_EQ(Body(b.Finish()),
-            "SP1;PU40,40;PD80,40,80,121;PU200,200;PD240,200;"
-            "PU400,400;PD800,400,800,800,400,800,400,400;"
-            "PU2000,2000;PD;");
-}
-
 TEST(HpglBackendTest, LongRunsAreSplitAndFarPointsClippedOntoTheLine) {
   HpglBackend b(100, 100, "");
   std::vector<Vec2> zigzag;
@@ -128,28 +105,6 @@ TEST(HpglBackendTest, LongRunsAreSplitAndFarPointsClippedOntoTheLine) {
   EXPECT_GT(far.points[1].x, 1e6);
   EXPECT_LT(far.points[1].x * 40, std::ldexp(1.0, 30));
   EXPECT_DOUBLE_EQ(far.points[1].x, far.points[1].y);
-}
-
-TEST(HpglBackendTest, FillsArePolygonsOfTheirLoops) {
-  HpglBackend b(100, 100, "");
-  const std::vector<Vec2> points = {{10, 10}, {90, 10}, {90, 90}, {10, 90},
-                                    {40, 40}, {60, 40}, {50, 60}};
-  const std::vector<int> loops = {4, 0, 3};
-  b.FillLoops(points, loops, kBlue);
-  b.FillLoops(points, std::vector<int>{}, kBlue);  // no loop: nothing
-  const std::string file = b.Finish();
-  EXPECT_EQ(Body(file),
-            "SP1;PU400,400;PM0;PD3600,400,3600,3600,400,3600;"
-            "PM1;PU1600,1600;PD2400,1600,2000,2400;PM2;FP0;");
-  EXPECT_EQ(ReadHpgl(file).All("PW").size(), 1u);  // fills leave widths alone
-
-  const HpglPlot plot = ReadHpgl(file);
-  ASSERT_EQ(plot.fills.size(), 1u);
-  ASSERT_EQ(plot.fills[0].loops.size(), 2u);
-  EXPECT_EQ(plot.fills[0].loops[1].size(), 3u);
-  const QImage image = testing::RenderHpgl(plot, 2);
-  EXPECT_EQ(testing::ColorAt(image, 2, {20, 80}), 0x0000FFu);  // inside
-  EXPECT_EQ(testing::ColorAt(image, 2, {50, 45}), 0xFFFFFFu);  // the hole
 }
 
 TEST(HpglBackendTest, ArcsAndCircles) {

@@ -128,21 +128,6 @@ TEST(MTextFormatTest, CodesChangeTheFormatOfWhatFollows) {
   }
 }
 
-TEST(MTextFormatTest, TextOfOneFormatIsOnePiece) {
-  // Codes that change nothing do not split the text.
-  const auto pieces = ParseMText("ab{cd}\\C256;ef", Base());
-  ASSERT_EQ(pieces.size(), 1u);
-  EXPECT_EQ(pieces[0].text, "abcdef");
-  // A stack keeps the format it was written in.
-  const auto stacked = ParseMText("{\\C1;\\S1/4;}", Base());
-  ASSERT_EQ(stacked.size(), 1u);
-  EXPECT_EQ(stacked[0].format.rgb, 0xFF0000u);
-  // A paragraph break carries the height of the empty line it starts.
-  const auto breaks = ParseMText("\\H5;\\P", Base());
-  ASSERT_EQ(breaks.size(), 1u);
-  EXPECT_EQ(breaks[0].format.height, 5);
-}
-
 TEST(MTextFormatTest, DeepNestingAndGarbageAreHarmless) {
   std::string deep(500, '{');
   deep += "\\C1;x";

@@ -156,30 +156,6 @@ TEST(MTextRenderTest, FractionBarsAreThinBandsBetweenTheDigits) {
   }
 }
 
-TEST(MTextRenderTest, ExtrudedTextFacesTheRightWay) {
-  // Seen from above, text whose normal points down: MTEXT running along
-  // its world direction (1, 0, 0), upside down; TEXT placed in its own
-  // coordinates, whose x runs west.
-  const RecordingBackend rec = DrawFile("extrusion.dxf");
-  struct Case {
-    const char* what;
-    double low, high;  ///< the band of y it lies in
-    double left, right;
-  };
-  const Case cases[] = {
-      {"MTEXT along +x", 9, 16, 20, 50},
-      {"TEXT in object coordinates", 49, 56, -10, 20},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    const Box2 box = StrokesBetween(rec, c.low, c.high);
-    ASSERT_FALSE(box.Empty());
-    EXPECT_GE(box.min.x, c.left);
-    EXPECT_LE(box.max.x, c.right);
-    EXPECT_GT(box.Width(), 15);
-  }
-}
-
 TEST(MTextRenderTest, BackwardsFittedTextStaysBetweenItsPoints) {
   // Rows 12 apart of text from x = 0 to x = 30: backwards, upside down or
   // both, fitted or aligned.

@@ -99,30 +99,5 @@ TEST(PageGeometryTest, PlacesThePlotOnTheSheet) {
   }
 }
 
-TEST(PageGeometryTest, UpsideDownTurnsTheImage) {
-  PlotSettings s = Media(200, 100, 0, 0, 0, 0);
-  s.rotation = 3;  // sheet swapped, image upside down
-  const SheetLayout layout = ComputeSheetLayout(s, {Box2::Of({0, 0}, {10, 10}), std::nullopt});
-  EXPECT_EQ(layout.frame.width, 100);
-  ExpectNear(layout.drawingToSheet.ApplyLinear({1, 0}), {-1, 0}, 1e-12);
-}
-
-TEST(PageGeometryTest, LayoutAnchorPutsThePaperOriginAtThePlotOrigin) {
-  PlotSettings s = Media(297, 210, 7.5, 20, 7.5, 20);
-  const SheetLayout layout =
-      ComputeSheetLayout(s, {Box2::Of({-7.5, -20}, {289.5, 190}), Vec2{0, 0}});
-  ExpectNear(layout.drawingToSheet.Apply({0, 0}), {7.5, 20}, 1e-12);
-}
-
-TEST(PageGeometryTest, StandardScaleTable) {
-  EXPECT_DOUBLE_EQ(StandardScaleRatio(25), 1.0 / 50);
-  EXPECT_DOUBLE_EQ(StandardScaleRatio(8), 1.0 / 48);  // 1/4" = 1'
-  EXPECT_DOUBLE_EQ(StandardScaleRatio(32), 1000);
-  EXPECT_EQ(StandardScaleRatio(0), 0);
-  EXPECT_EQ(StandardScaleRatio(33), 0);
-  EXPECT_DOUBLE_EQ(PaperUnitMm(0), 25.4);
-  EXPECT_DOUBLE_EQ(PaperUnitMm(1), 1);
-}
-
 }  // namespace
 }  // namespace sheafwork::embedded

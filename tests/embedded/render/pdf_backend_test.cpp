@@ -33,7 +33,6 @@ std::string ContentOf(Draw draw, pdf::OptionalContent* layers = nullptr) {
 constexpr double kInch = 25.4;
 const Style kBlack{0x000000, 0.25};
 const Style kRed{0xFF0000, 0.25};
-const Style kThick{0x000000, 0.5};
 
 TEST(PdfBackendTest, WholeUnitsOf1200PerInchScaledToPointsOnce) {
   const std::string text = ContentOf([](Backend& b) {
@@ -43,72 +42,6 @@ TEST(PdfBackendTest, WholeUnitsOf1200PerInchScaledToPointsOnce) {
   EXPECT_EQ(text.rfind("0.06 0 0 0.06 0 0 cm\n1 J\n1 j\n", 0), 0u) << text;
   EXPECT_NE(text.find("0 0 m\n1200 600 l\nS\n"), std::string::npos) << text;
   EXPECT_EQ(Count(text, " cm\n"), 1u);
-}
-
-TEST(PdfBackendTest, StyleIsWrittenOnlyWhenItChangesAndRunsShareOneStroke) {
-  const Vec2 a[] = {{0, 0}, {10, 0}};
-  const Vec2 chain[] = {{10, 0}, {10, 10}, {0, 10}};
-  struct Case {
-    const char* name;
-    std::vector<Style> styles;  // one polyline-and-lines run each
-    std::size_t strokes, colors, widths;
-  } cases[] = {
-      {"one style", {kBlack, kBlack, kBlack}, 1, 1, 1},
-      {"colour changes", {kBlack, kRed, kBlack}, 3, 3, 1},
-      {"width changes", {kBlack, kThick, kBlack}, 3, 1, 3},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    const std::string text = ContentOf([&](Backend& b) {
-      for (const Style& s : c.styles) {
-        b.DrawLines(a, s);
-        b.DrawPolyline(chain, false, s);
-        b.DrawArc({5, 5}, 3, 0, 1, s);
-      }
-    });
-    EXPECT_EQ(Count(text, "\nS\n"), c.strokes) << text;
-    EXPECT_EQ(Count(text, " RG\n"), c.colors) << text;
-    EXPECT_EQ(Count(text, " w\n"), c.widths) << text;
-  }
-}
-
-TEST(PdfBackendTest, LinetypesAreThePagesOwnDashPatterns) {
-  const Vec2 first[] = {{0, 0}, {kInch, 0}};
-  const Vec2 second[] = {{0, 10}, {kInch, 10}};
-  const Vec2 solid[] = {{0, 20}, {kInch, 20}};
-  const std::string text = ContentOf([&](Backend& b) {
-    Dasher dasher;
-    dasher.SetPattern(std::vector<double>{kInch / 4, -kInch / 8}, 1, 0);
-    b.DrawDashed(first, false, dasher, kBlack);
-    dasher.Restart();
-    b.DrawDashed(second, false, dasher, kBlack);  // the same phase: the same path
-    b.DrawLines(solid, kBlack);
-  });
-  // 300 units drawn, 150 skipped; one dashed line a subpath, not a dash.
-  EXPECT_NE(text.find("[ 300 150 ] 0 d\n0 0 m\n1200 0 l\n0 472 m\n1200 472 l\nS\n"),
-            std::string::npos)
-      << text;
-  EXPECT_NE(text.find("[ ] 0 d\n0 945 m\n1200 945 l\nS\n"), std::string::npos) << text;
-  EXPECT_EQ(Count(text, " d\n"), 2u) << text;
-}
-
-TEST(PdfBackendTest, ClipsNestAndTheStateAfterThemIsWrittenAgain) {
-  const Vec2 line[] = {{0, 0}, {10, 0}};
-  const Vec2 square[] = {{0, 0}, {5, 0}, {5, 5}, {0, 5}};
-  const std::string text = ContentOf([&](Backend& b) {
-    b.DrawLines(line, kRed);
-    b.PushClip(square);
-    b.DrawLines(line, kRed);  // q keeps the colour: not written again
-    b.PopClip();
-    b.PopClip();              // one too many: ignored
-    b.DrawLines(line, kRed);  // after Q the colour is unknown
-    b.PushClip(square);       // left open: closed at the end
-  });
-  EXPECT_EQ(Count(text, "\nq\n"), 2u) << text;
-  EXPECT_EQ(Count(text, "\nQ\n"), 2u) << text;
-  EXPECT_EQ(Count(text, "W* n\n") + Count(text, "W*\nn\n"), 2u) << text;
-  EXPECT_EQ(Count(text, " RG\n"), 2u) << text;
-  EXPECT_EQ(Count(text, " w\n"), 2u) << text;
 }
 
 TEST(PdfBackendTest, LayersMarkWhatTheyDrawWithoutCrossingAClip) {

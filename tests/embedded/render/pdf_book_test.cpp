@@ -1,21 +1,16 @@
-// A book of sheets is the same whether its sheets are painted into it or
-// each written to a one-page file first and added from there, in any mix:
-// the same pages, outline and layers, rendered alike.
+// A book of sheets takes sheets painted into it and sheets written to a
+// one-page file first and added from there; a file that cannot be added is
+// named and the book goes on.
 
 #include "embedded/render/pdf_book.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <map>
-#include <set>
-
 #include "embedded/dxf/reader.h"
 #include "embedded/model/referenced_files.h"
-#include "embedded/pdf/pdf_reading.h"
 #include "embedded/render/render_test_support.h"
-#include "fakes/cups_queue.h"
 #include "fakes/temp_folder.h"
+#include "support/pdf_reading.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -23,70 +18,20 @@ namespace {
 using sheafwork::testing::TempFolder;
 namespace pdft = pdf::testing;
 
-const std::string kDrawings = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/pdf-parts/";
+Drawing Read(const std::string& name) {
+  Drawing d = ReadDxfFile(std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/pdf-parts/" + name);
+  ResolveImageFiles(d, "");
+  return d;
+}
 
-struct Row {
-  std::string drawing;
-  std::string layout;  ///< empty: the model
-  double width = 0;
-  double height = 0;
-};
-
-const std::vector<Row> kRows = {
-    {"plan.dxf", "", 150, 100},
-    {"plan.dxf", "Présentation", 210, 148},
-    {"coupe.dxf", "", 100, 60},
-};
-
-class PdfBookTest : public ::testing::Test {
- protected:
-  void SetUp() override {
-    for (const Row& row : kRows) {
-      if (drawings_.contains(row.drawing)) continue;
-      Drawing& drawing = drawings_[row.drawing] = ReadDxfFile(kDrawings + row.drawing);
-      ResolveImageFiles(drawing, "");
-    }
-    for (const Row& row : kRows) {
-      const Drawing& drawing = drawings_.at(row.drawing);
-      const Layout* layout = nullptr;
-      for (const Layout& l : drawing.layouts) {
-        if (row.layout.empty() ? l.IsModel() : l.name == row.layout) layout = &l;
-      }
-      ASSERT_NE(layout, nullptr) << row.layout;
-      PlotJob job =
-          testing::MakeJob(drawing, *layout, testing::OneToOneSettings(row.width, row.height));
-      job.drawingName = row.drawing;
-      job.layoutName = row.layout.empty() ? "Objet" : row.layout;
-      jobs_.push_back(job);
-    }
-  }
-
-  // Sheet `i` as a one-page file of its own.
-  std::string Part(std::size_t i) {
-    const std::string path = folder_.File("feuille" + std::to_string(i) + ".pdf");
-    PdfBook part(path);
-    part.AddPage(jobs_[i]);
-    part.Close();
-    return path;
-  }
-
-  void AddFrom(PdfBook& book, std::size_t i) {
-    const PlotJob& job = jobs_[i];
-    book.AddSheetFrom(Part(i), job.drawing->path, job.drawingName, job.layoutName);
-  }
-
-  std::string Book(const std::string& name, const std::function<void(PdfBook&)>& fill) {
-    const std::string path = folder_.File(name);
-    PdfBook book(path);
-    fill(book);
-    book.Close();
-    return path;
-  }
-
-  TempFolder folder_;
-  std::map<std::string, Drawing> drawings_;
-  std::vector<PlotJob> jobs_;
-};
+// The model of `drawing`, filed as `name`, on a `width` × `height` sheet.
+PlotJob ModelJob(const Drawing& drawing, const std::string& name, double width, double height) {
+  PlotJob job = testing::MakeJob(drawing, testing::ModelOf(drawing),
+                                 testing::OneToOneSettings(width, height));
+  job.drawingName = name;
+  job.layoutName = "Objet";
+  return job;
+}
 
 // The outline as lines "depth title page", in order.
 std::vector<std::string> Flat(const std::vector<pdft::OutlineEntry>& entries, int depth = 0) {
@@ -98,92 +43,39 @@ std::vector<std::string> Flat(const std::vector<pdft::OutlineEntry>& entries, in
   return lines;
 }
 
-// The names of the file's layer groups, as written.
-std::multiset<std::string> GroupNames(const std::string& bytes) {
-  const std::string mark = "/Type /OCG /Name ";
-  std::multiset<std::string> names;
-  for (std::size_t at = bytes.find(mark); at != std::string::npos; at = bytes.find(mark, at)) {
-    at += mark.size();
-    const std::size_t end = bytes.find(bytes[at] == '(' ? ')' : '>', at);
-    if (end == std::string::npos) break;
-    names.insert(bytes.substr(at, end + 1 - at));
+TEST(PdfBookTest, ASheetFileThatCannotBeAddedIsNamedAndTheBookGoesOn) {
+  TempFolder folder;
+  const Drawing plan = Read("plan.dxf");
+  const Drawing coupe = Read("coupe.dxf");
+  const std::string part = folder.File("feuille.pdf");
+  {
+    PdfBook sheet(part);
+    sheet.AddPage(ModelJob(plan, "plan.dxf", 150, 100));
+    sheet.Close();
   }
-  return names;
-}
-
-TEST_F(PdfBookTest, SheetsAddedFromTheirOwnFilesMakeTheSameBookAsSheetsPainted) {
-  const std::string painted = Book("peint.pdf", [&](PdfBook& book) {
-    for (const PlotJob& job : jobs_) book.AddPage(job);
-  });
-  const std::string added = Book("ajoute.pdf", [&](PdfBook& book) {
-    for (std::size_t i = 0; i < jobs_.size(); ++i) AddFrom(book, i);
-    EXPECT_EQ(book.Pages(), 3);
-  });
-  const std::string mixed = Book("mixte.pdf", [&](PdfBook& book) {
-    book.AddPage(jobs_[0]);
-    AddFrom(book, 1);
-    book.AddPage(jobs_[2]);
-  });
-
-  const pdft::ReadPdf reference = pdft::ReadStructure(painted);
-  ASSERT_EQ(reference.error, "");
-  std::string error;
-  const std::vector<std::string> outline = Flat(pdft::ReadOutline(reference, error));
-  ASSERT_EQ(error, "");
-  EXPECT_EQ(outline, (std::vector<std::string>{"0 plan.dxf 0", "1 Objet 0", "1 Présentation 1",
-                                               "0 coupe.dxf 2", "1 Objet 2"}));
-  const std::multiset<std::string> groups = GroupNames(reference.bytes);
-  EXPECT_EQ(std::set<std::string>(groups.begin(), groups.end()).size(), groups.size());
-  EXPECT_GE(groups.size(), 4u);  // 0, Murs, Cotes (façade), Texte, Toit...
-  for (const std::string& path : {added, mixed}) {
-    SCOPED_TRACE(path);
-    const pdft::ReadPdf pdf = pdft::ReadStructure(path);
-    ASSERT_EQ(pdf.error, "");
-    EXPECT_EQ(Flat(pdft::ReadOutline(pdf, error)), outline);
-    EXPECT_EQ(error, "");
-    EXPECT_EQ(GroupNames(pdf.bytes), groups);  // each layer once
-  }
-
-  if (!pdft::HavePoppler()) GTEST_SKIP() << "poppler's tools are not installed";
-  const auto sizes = sheafwork::testing::PdfPageSizes(painted);
-  ASSERT_EQ(sizes.size(), kRows.size());
-  const std::map<std::string, std::string> stems = {{painted, "p"}, {added, "a"}, {mixed, "m"}};
-  for (const auto& [path, stem] : stems) {
-    EXPECT_EQ(sheafwork::testing::PdfPageSizes(path), sizes) << path;
-    pdft::ExpectPopplerRenders(path, "-r 30", folder_.File(stem));
-  }
-  for (std::size_t page = 1; page <= kRows.size(); ++page) {
-    SCOPED_TRACE(page);
-    const auto file = [&](const std::string& stem) {
-      return TempFolder::Read(folder_.File(stem + "-" + std::to_string(page) + ".ppm"));
-    };
-    ASSERT_FALSE(file("p").empty());
-    EXPECT_EQ(file("a"), file("p"));
-    EXPECT_EQ(file("m"), file("p"));
-  }
-}
-
-TEST_F(PdfBookTest, ASheetFileThatCannotBeAddedIsNamedAndTheBookGoesOn) {
-  const std::string whole = TempFolder::Read(Part(0));
+  const std::string whole = TempFolder::Read(part);
   const std::vector<std::pair<std::string, std::string>> bad = {
-      {folder_.File("absent.pdf"), "impossible de lire le fichier PDF : "},
-      {folder_.Write("tronque.pdf", whole.substr(0, whole.size() / 2)),
+      {folder.File("absent.pdf"), "impossible de lire le fichier PDF : "},
+      {folder.Write("tronque.pdf", whole.substr(0, whole.size() / 2)),
        "le fichier PDF est tronqué ou n'a pas été écrit par Sheafwork : "},
   };
-  const std::string path = Book("livre.pdf", [&](PdfBook& book) {
-    book.AddPage(jobs_[2]);
-    for (const auto& [part, message] : bad) {
+  const std::string path = folder.File("livre.pdf");
+  {
+    PdfBook book(path);
+    book.AddPage(ModelJob(coupe, "coupe.dxf", 100, 60));
+    for (const auto& [file, message] : bad) {
       try {
-        book.AddSheetFrom(part, "plan.dxf", "plan.dxf", "Objet");
-        ADD_FAILURE() << "added " << part;
+        book.AddSheetFrom(file, "plan.dxf", "plan.dxf", "Objet");
+        ADD_FAILURE() << "added " << file;
       } catch (const PlotError& e) {
-        EXPECT_EQ(std::string(e.what()).find(message + part), 0u) << e.what();
+        EXPECT_EQ(std::string(e.what()).find(message + file), 0u) << e.what();
       }
     }
     EXPECT_EQ(book.Pages(), 1);
-    AddFrom(book, 0);
+    book.AddSheetFrom(part, plan.path, "plan.dxf", "Objet");
     EXPECT_EQ(book.Pages(), 2);
-  });
+    book.Close();
+  }
   const pdft::ReadPdf pdf = pdft::ReadStructure(path);
   ASSERT_EQ(pdf.error, "");
   std::string error;

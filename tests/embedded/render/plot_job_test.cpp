@@ -8,86 +8,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "embedded/render/extents_backend.h"
 #include "embedded/render/frontend.h"
 #include "embedded/render/render_test_support.h"
-#include "fakes/temp_folder.h"
 
 namespace sheafwork::embedded {
 namespace {
 
 using namespace testing;
-
-// The numbers of the first /MediaBox entry.
-std::vector<double> MediaBox(const std::string& pdf) {
-  std::vector<double> numbers;
-  const std::size_t at = pdf.find("/MediaBox [");
-  if (at == std::string::npos) return numbers;
-  std::istringstream in(pdf.substr(at + 11, pdf.find(']', at) - at - 11));
-  for (double v; in >> v;) numbers.push_back(v);
-  return numbers;
-}
-
-PlotJob PdfJob(const Drawing& d, const std::string& path) {
-  PlotJob job = MakeJob(d, d.layouts[0], {});
-  job.settings.paperWidth = 297;  // A3 portrait media plotted landscape
-  job.settings.paperHeight = 420;
-  job.settings.rotation = 1;
-  job.settings.plotType = kPlotExtents;
-  job.settings.standardScale = 0;
-  job.outputPath = path;
-  job.title = "plan.dxf - Objet";
-  job.resolutionDpi = 600;
-  return job;
-}
-
-TEST(PlotJobTest, WritesAOnePagePdfOfTheSheetSize) {
-  Drawing d = MakeDrawing();
-  ModelSpace(d).entities.push_back(MakeLine({0, 0}, {100, 50}));
-  d.Reindex();
-  sheafwork::testing::TempFolder folder;
-  const std::string path = folder.File("plan.pdf");
-  RunPlotJob(PdfJob(d, path));
-
-  const std::string pdf = sheafwork::testing::TempFolder::Read(path);
-  ASSERT_FALSE(pdf.empty());
-  EXPECT_EQ(pdf.rfind("%PDF-", 0), 0u);
-  EXPECT_NE(pdf.find("%%EOF", pdf.size() - 16), std::string::npos);  // complete and closed
-  const std::vector<double> box = MediaBox(pdf);
-  ASSERT_EQ(box.size(), 4u);
-  EXPECT_EQ(box[0], 0);
-  EXPECT_EQ(box[1], 0);
-  EXPECT_NEAR(box[2], 420 * 72 / 25.4, 0.01);  // the sheet exactly, in points
-  EXPECT_NEAR(box[3], 297 * 72 / 25.4, 0.01);
-  EXPECT_EQ(Count(pdf, "/Type /Page") - Count(pdf, "/Type /Pages"), 1u);
-  EXPECT_NE(pdf.find("/Count 1"), std::string::npos);
-}
-
-// The message of the PlotError `job` ends with.
-std::string ErrorOf(const PlotJob& job) {
-  try {
-    RunPlotJob(job);
-  } catch (const PlotError& e) {
-    return e.what();
-  }
-  return "";
-}
-
-TEST(PlotJobTest, RefusesAPrinterTheSystemDoesNotHaveAndAFileItCannotCreate) {
-  Drawing d = MakeDrawing();
-  ModelSpace(d).entities.push_back(MakeLine({0, 0}, {100, 50}));
-  d.Reindex();
-  PlotJob job = PdfJob(d, "");
-  job.output = OutputKind::Printer;
-  job.printerName = "Traceur-inexistant-42";
-  EXPECT_EQ(ErrorOf(job), "imprimante introuvable : Traceur-inexistant-42");
-  EXPECT_EQ(ErrorOf(PdfJob(d, "/dossier-absent/plan.pdf")),
-            "impossible de créer le fichier PDF : /dossier-absent/plan.pdf");
-}
 
 using ::testing::HasSubstr;
 

@@ -1,20 +1,14 @@
-// Plot style tables and lineweights on paper: what the frontend makes of an
-// entity's colour number, the pen widths on the sheet, and a monochrome plot.
+// Plot style tables: what the frontend makes of an entity's colour number,
+// and of the colours inside multiline text.
 
 #include <gtest/gtest.h>
 
-#include <QImage>
 #include <algorithm>
-#include <cmath>
-#include <cstdlib>
-#include <limits>
 
 #include "embedded/plotstyle/plot_style_file.h"
 #include "embedded/render/frontend.h"
-#include "embedded/render/paint_sheet.h"
 #include "embedded/render/plot_style_look.h"
 #include "embedded/render/render_test_support.h"
-#include "fakes/temp_folder.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -109,154 +103,6 @@ TEST(PlotStylePenTest, InlineColoursOfMultilineTextGoThroughTheTable) {
       EXPECT_EQ(found->style.rgb, withTable ? x.rgb : x.rgbWithout);
     }
   }
-}
-
-TEST(PlotStylePenTest, ThinnestLineIsOneDeviceDot) {
-  struct Case {
-    double dotsPerMm;
-    double expectedMm;
-  };
-  const Case cases[] = {
-      {1200 / 25.4, 25.4 / 1200},
-      {300 / 25.4, 25.4 / 300},
-      {2, 0.5},
-      {0, kThinLineMm},
-      {-3, kThinLineMm},
-      {std::numeric_limits<double>::quiet_NaN(), kThinLineMm},
-      {std::numeric_limits<double>::infinity(), kThinLineMm},
-  };
-  for (const Case& c : cases) {
-    EXPECT_DOUBLE_EQ(ThinnestVisibleLineMm(c.dotsPerMm), c.expectedMm) << c.dotsPerMm;
-  }
-  LineweightPolicy policy;
-  policy.thinMm = 0.2;
-  EXPECT_DOUBLE_EQ(policy.PenWidthMm(0), 0.2);
-  EXPECT_DOUBLE_EQ(policy.PenWidthMm(0.05), 0.2);  // thinner than the device shows
-  EXPECT_DOUBLE_EQ(policy.PenWidthMm(0.3), 0.3);
-  policy.plotLineweights = false;
-  EXPECT_DOUBLE_EQ(policy.PenWidthMm(2), 0.2);
-}
-
-struct Column {
-  int inked = 0;      ///< pixels darker than mid-grey
-  int darkest = 255;  ///< grey level of the darkest pixel
-};
-
-// The pixels of column `xMm` of the image, in rows `fromRow` to `toRow`.
-Column InkInColumn(const QImage& image, double pixelsPerMm, double xMm, int fromRow = 0,
-                   int toRow = -1) {
-  Column column;
-  const int x = static_cast<int>(xMm * pixelsPerMm);
-  for (int y = fromRow; y < (toRow < 0 ? image.height() : toRow); ++y) {
-    const int gray = qGray(image.pixel(x, y));
-    column.darkest = std::min(column.darkest, gray);
-    if (gray < 128) ++column.inked;
-  }
-  return column;
-}
-
-TEST(LineweightOnPaperTest, ScaledWithThePlotScaleOnlyWhenAskedAndNotInTheModel) {
-  Drawing d = MakeDrawing();
-  PaperSpace(d).entities.push_back(Coloured(MakeLine({0, 100}, {200, 100}), 7, 200));
-  ModelSpace(d).entities.push_back(Coloured(MakeLine({0, 100}, {200, 100}), 7, 200));
-  d.Reindex();
-  constexpr double k = 10;  // pixels per mm
-
-  struct Case {
-    const char* what;
-    bool paper;
-    bool scaleLineweights;
-    double expectedMm;
-  };
-  const Case cases[] = {
-      {"paper layout at 1:2, scaled", true, true, 1.0},
-      {"paper layout at 1:2, not scaled", true, false, 2.0},
-      {"model layout at 1:2, never scaled", false, true, 2.0},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    PlotJob job = MakeJob(d, c.paper ? PaperLayout(d) : ModelLayout(d), OneToOneSettings(200));
-    job.settings.Set(kUseStandardScale, false);
-    job.settings.customNumerator = 1;
-    job.settings.customDenominator = 2;
-    job.settings.Set(kScaleLineweights, c.scaleLineweights);
-    const Column column = InkInColumn(RenderJob(job, k), k, 30);
-    EXPECT_NEAR(column.inked, c.expectedMm * k, 1.5);
-  }
-}
-
-TEST(LineweightOnPaperTest, ThinLinesAreOneDotAndNeverVanish) {
-  Drawing d = MakeDrawing();
-  ModelSpace(d).entities.push_back(Coloured(MakeLine({0, 50.25}, {100, 50.25}), 7, 0));
-  ModelSpace(d).entities.push_back(Coloured(MakeLine({0, 20}, {100, 20}), 7, 200));
-  d.Reindex();
-  struct Case {
-    const char* what;
-    std::int32_t flags;
-    int heavyDots;  ///< the 2 mm line, at 2 dots per mm
-  };
-  const Case cases[] = {
-      {"lineweights plotted", kPrintLineweights, 4},
-      {"plot styles imply lineweights", kPlotPlotStyles, 4},
-      {"lineweights not plotted", 0, 1},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    PlotJob job = MakeJob(d, ModelLayout(d), OneToOneSettings(100));
-    job.settings.flags = kUseStandardScale | c.flags;
-    // A coarse device: at 2 dots per mm a 0.1 mm line would be a faint
-    // fifth of a dot.
-    const QImage image = RenderJob(job, 2);
-    const int middle = image.height() / 2;  // rows run down
-    const Column thin = InkInColumn(image, 2, 30, 0, middle);
-    const Column heavy = InkInColumn(image, 2, 30, middle);
-    EXPECT_LT(thin.darkest, 64);
-    EXPECT_EQ(thin.inked, 1);
-    EXPECT_EQ(heavy.inked, c.heavyDots);
-  }
-}
-
-// Counts the pixels whose channels differ (coloured ones) and the dark ones.
-struct Ink {
-  int coloured = 0;
-  int dark = 0;
-};
-
-Ink InkOf(const QImage& image) {
-  Ink ink;
-  for (int y = 0; y < image.height(); ++y) {
-    for (int x = 0; x < image.width(); ++x) {
-      const QRgb p = image.pixel(x, y);
-      const int spread =
-          std::max({qRed(p), qGreen(p), qBlue(p)}) - std::min({qRed(p), qGreen(p), qBlue(p)});
-      if (spread > 8) ++ink.coloured;
-      if (qGray(p) < 128) ++ink.dark;
-    }
-  }
-  return ink;
-}
-
-TEST(MonochromePlotTest, PdfThroughTheShippedTableHasNoColour) {
-  if (std::system("pdftoppm -v >/dev/null 2>&1") != 0) GTEST_SKIP() << "pdftoppm missing";
-  const Drawing d = ReadTestDrawing("dxf/render/colourful.dxf");
-  sheafwork::testing::TempFolder folder;
-  PlotJob job = MakeJob(d, ModelOf(d), OneToOneSettings(100));
-  job.settings.flags |= kPlotPlotStyles;
-  job.resolutionDpi = 600;
-  const auto render = [&](const std::string& name) {
-    job.outputPath = folder.File(name + ".pdf");
-    RunPlotJob(job);
-    return InkOf(RasterisePdf(job.outputPath, 60, folder.File(name)));
-  };
-
-  const Ink coloured = render("couleurs");
-  EXPECT_GT(coloured.coloured, 500);  // the drawing is colourful without the table
-
-  job.plotStyles = std::make_shared<const PlotStyleTable>(
-      ReadPlotStyleFile(std::string(SHEAFWORK_SOURCE_DIR) + "/data/plotstyles/monochrome.ctb"));
-  const Ink mono = render("monochrome");
-  EXPECT_EQ(mono.coloured, 0);
-  EXPECT_GT(mono.dark, 500);
 }
 
 }  // namespace

@@ -1,30 +1,23 @@
 // Raster images in drawings written by another program
 // (tests/data/dxf/images/make_drawings.py, over the pictures of
-// tests/data/raster): where their files are found, how their clip
-// boundaries limit them, and what each output draws of them.
+// tests/data/raster): how their clip boundaries limit them, painted and
+// in the PDF, and what the PDF holds of their files.
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
-#include <filesystem>
-#include <numbers>
 
 #include "embedded/model/referenced_files.h"
 #include "embedded/render/raster_file.h"
 #include "embedded/render/render_test_support.h"
 #include "fakes/temp_folder.h"
 #include "fakes/test_data.h"
+#include "support/pdf_reading.h"
 
 namespace sheafwork::embedded {
 namespace {
 
 using testing::ColorAt;
-using testing::DrawLayout;
-using testing::ExpectNear;
-using testing::ModelLayout;
-using testing::Recorded;
-using testing::RecordingBackend;
 
 const std::string kRaster = sheafwork::testing::TestData("raster");
 
@@ -32,69 +25,6 @@ Drawing ReadImages(const std::string& name, const std::string& supportPath) {
   Drawing drawing = testing::ReadTestDrawing("dxf/images/" + name);
   ResolveImageFiles(drawing, supportPath);
   return drawing;
-}
-
-std::vector<const Recorded*> Of(const RecordingBackend& backend, Recorded::Kind kind) {
-  return testing::ItemsOf(backend.items, kind);
-}
-
-std::string FileName(const std::string& path) {
-  return std::filesystem::path(path).filename().string();
-}
-
-TEST(RasterImageTest, FilesAreFoundAsStoredOrByNameAlongTheSupportPath) {
-  const Drawing drawing =
-      ReadImages("images.dxf", sheafwork::testing::TestData("vide") + ";" + kRaster);
-  const RecordingBackend backend = DrawLayout(drawing, drawing.layouts[0]);
-
-  const auto images = Of(backend, Recorded::Kind::Image);
-  ASSERT_EQ(images.size(), 2u);
-  // "../../raster/rgb8.png", relative to the drawing's folder.
-  EXPECT_EQ(FileName(images[0]->text), "rgb8.png");
-  ExpectNear(images[0]->points, {{0, 0}, {16, 0}, {16, 16}, {0, 16}}, 1e-9);
-  // "C:\Projets\Logos\python.jpg", by its name in the support folder,
-  // turned 30° about its insertion point.
-  EXPECT_EQ(images[1]->text, kRaster + "/python.jpg");
-  const double c = 16 * std::cos(std::numbers::pi / 6), s = 16 * std::sin(std::numbers::pi / 6);
-  ExpectNear(images[1]->points, {{20, 0}, {20 + c, s}, {20 + c - s, s + c}, {20 - s, c}}, 1e-9);
-
-  // Frames are on: one per image, the one whose file is nowhere too.
-  const auto frames = Of(backend, Recorded::Kind::Polyline);
-  ASSERT_EQ(frames.size(), 3u);
-  // The frame starts at the image's top left corner.
-  ExpectNear(frames[2]->points, {{0, 36}, {32, 36}, {32, 20}, {0, 20}}, 1e-9);
-
-  // Without the support folder python.jpg is nowhere: only its frame shows.
-  const Drawing alone = ReadImages("images.dxf", "");
-  const RecordingBackend without = DrawLayout(alone, alone.layouts[0]);
-  EXPECT_EQ(Of(without, Recorded::Kind::Image).size(), 1u);
-  EXPECT_EQ(Of(without, Recorded::Kind::Polyline).size(), 3u);
-}
-
-TEST(RasterImageTest, ClipBoundariesLimitTheImageWhenClippingIsOn) {
-  const Drawing drawing = ReadImages("clipped.dxf", "");
-  const RecordingBackend backend = DrawLayout(drawing, drawing.layouts[0]);
-
-  ASSERT_EQ(Of(backend, Recorded::Kind::Image).size(), 3u);
-  EXPECT_TRUE(Of(backend, Recorded::Kind::Polyline).empty());  // frames are off
-  // Pixel coordinates run down from the top left pixel's centre.
-  ASSERT_EQ(backend.clips.size(), 2u);
-  EXPECT_EQ(backend.clips[0].first, 0u);
-  ExpectNear(backend.clips[0].second, {{4, 12}, {12, 12}, {12, 8}, {4, 8}}, 1e-9);
-  EXPECT_EQ(backend.clips[1].first, 1u);
-  ExpectNear(backend.clips[1].second, {{20, 0}, {36, 0}, {28, 16}}, 1e-9);
-  EXPECT_EQ(backend.clipDepth, 0);
-}
-
-TEST(RasterImageTest, AnOutputThatDrawsNoImagesGetsTheirFrames) {
-  const Drawing drawing = ReadImages("clipped.dxf", "");
-  RecordingBackend backend;
-  backend.drawsImages = false;
-  Frontend frontend(drawing, backend, {});
-  frontend.DrawLayout(drawing.layouts[0], Affine2{});
-  EXPECT_TRUE(Of(backend, Recorded::Kind::Image).empty());
-  ASSERT_EQ(Of(backend, Recorded::Kind::Polyline).size(), 3u);
-  ExpectNear(Of(backend, Recorded::Kind::Polyline)[1]->points, {{20, 0}, {36, 0}, {28, 16}}, 1e-9);
 }
 
 // The model layout of `drawing` plotted to the PDF file `path`; its bytes.
@@ -155,7 +85,7 @@ TEST(RasterImageTest, PdfShowsTheClippedPicturesFromOneImageObject) {
   const std::string path = folder.File("clipped.pdf");
   const std::string pdf = PlotPdf(drawing, testing::OneToOneSettings(60, 20), path);
   EXPECT_EQ(testing::Count(pdf, "/Subtype /Image"), 1u);  // one file, drawn three times
-  const QImage sheet = testing::RasterisePdf(path, 203, folder.File("clipped"));
+  const QImage sheet = pdf::testing::RasterisePage(path, 1, 203, folder.File("clipped"));
   if (sheet.isNull()) GTEST_SKIP() << "pdftoppm is not installed";
   ExpectClippedPictures(sheet, 203 / 25.4);
 }

@@ -2,14 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <QPainter>
 #include <QtGlobal>
 #include <cmath>
 #include <cstdlib>
 
 #include "embedded/dxf/reader.h"
-#include "embedded/paint/paint_sheet.h"
-#include "embedded/render/paint_sheet.h"
 #include "fakes/test_data.h"
 #include "text/utf8.h"
 
@@ -94,9 +91,7 @@ Drawing MakeDrawing() {
 }
 
 Block& ModelSpace(Drawing& d) { return d.blocks[0]; }
-Block& PaperSpace(Drawing& d) { return d.blocks[1]; }
 Layout& ModelLayout(Drawing& d) { return d.layouts[0]; }
-Layout& PaperLayout(Drawing& d) { return d.layouts[1]; }
 
 Layer& AddLayer(Drawing& d, const std::string& name) {
   Layer layer;
@@ -213,7 +208,6 @@ void RecordingBackend::DrawText(const TextRun& text, const Style& style) {
 }
 
 bool RecordingBackend::DrawImage(const ImageRun& image) {
-  if (!drawsImages) return false;
   const Affine2& m = image.toSheet;
   Add({Recorded::Kind::Image,
        {m.Apply({0, 0}), m.Apply({1, 0}), m.Apply({1, 1}), m.Apply({0, 1})},
@@ -223,32 +217,12 @@ bool RecordingBackend::DrawImage(const ImageRun& image) {
   return true;
 }
 
-void RecordingBackend::PushClip(std::span<const Vec2> polygon) {
-  clips.emplace_back(items.size(), std::vector<Vec2>(polygon.begin(), polygon.end()));
+void RecordingBackend::PushClip(std::span<const Vec2>) {
   ++clipDepth;
   maxClipDepth = std::max(maxClipDepth, clipDepth);
 }
 
 void RecordingBackend::PopClip() { --clipDepth; }
-
-QImage RenderSheet(const Drawing& drawing, const Layout& layout, const PlotSettings& settings,
-                   double pixelsPerMm) {
-  return RenderJob(MakeJob(drawing, layout, settings), pixelsPerMm);
-}
-
-QImage RenderJob(const PlotJob& job, double pixelsPerMm) {
-  const SheetLayout sheet = PlanSheet(job);
-  QImage image(static_cast<int>(std::lround(sheet.frame.width * pixelsPerMm)),
-               static_cast<int>(std::lround(sheet.frame.height * pixelsPerMm)),
-               QImage::Format_ARGB32_Premultiplied);
-  image.fill(Qt::white);
-  QPainter painter(&image);
-  PaintOptions options;
-  options.pixelsPerMm = pixelsPerMm;
-  PaintSheet(painter, job, sheet, options);
-  painter.end();
-  return image;
-}
 
 std::size_t Count(const std::string& text, const std::string& what) {
   std::size_t n = 0;

@@ -27,9 +27,7 @@ const Layout& LayoutNamed(const Drawing& drawing, const std::string& name);
 Drawing MakeDrawing();
 
 Block& ModelSpace(Drawing& drawing);
-Block& PaperSpace(Drawing& drawing);
 Layout& ModelLayout(Drawing& drawing);
-Layout& PaperLayout(Drawing& drawing);
 Layer& AddLayer(Drawing& drawing, const std::string& name);
 Block& AddBlock(Drawing& drawing, const std::string& name);
 
@@ -79,11 +77,6 @@ class RecordingBackend final : public Backend {
   std::vector<std::string> layers;  ///< the layer each item was drawn on
   int clipDepth = 0;
   int maxClipDepth = 0;
-  /// Whether DrawImage draws (records) images, as the PDF and painted
-  /// outputs do, or refuses them, as HP-GL/2 does.
-  bool drawsImages = true;
-  /// Each clip pushed, with the number of items recorded before it.
-  std::vector<std::pair<std::size_t, std::vector<Vec2>>> clips;
 
  private:
   void Add(Recorded item);
@@ -107,15 +100,6 @@ std::vector<const Recorded*> ItemsOf(const std::vector<Recorded>& items, Recorde
 /// when given.
 RecordingBackend DrawLayout(const Drawing& drawing, const Layout& layout,
                             const FrontendOptions& options = {}, FrontendStats* stats = nullptr);
-
-/// Paints `job`'s sheet on a white image, `pixelsPerMm` pixels per sheet
-/// millimetre.
-QImage RenderJob(const PlotJob& job, double pixelsPerMm);
-
-/// Paints `layout` with `settings` on a white image, `pixelsPerMm` pixels
-/// per sheet millimetre.
-QImage RenderSheet(const Drawing& drawing, const Layout& layout, const PlotSettings& settings,
-                   double pixelsPerMm);
 
 /// How many times `what` occurs in `text`.
 std::size_t Count(const std::string& text, const std::string& what);

@@ -34,36 +34,6 @@ TEST(TextCodesTest, SpecialCodesAreReplaced) {
   }
 }
 
-TEST(TextLayoutTest, AlignmentsPlaceTheBaseline) {
-  const FontMetrics metrics{10, 3};  // glyph units
-  const double width[] = {100};
-  struct Case {
-    int h, v;
-    double x, baseline;
-  };
-  // Text 2 units high (0.2 per glyph unit), 100 glyph units = 20 units wide.
-  const Case cases[] = {
-      {0, 0, 0, 0}, {2, 0, -20, 0}, {1, 3, -10, -2}, {4, 0, -10, -1}, {0, 1, 0, 0.6}};
-  for (const Case& c : cases) {
-    TextRun run;
-    run.height = 2;
-    run.horizontalAlign = c.h;
-    run.verticalAlign = c.v;
-    LinePlacement line[1];
-    PlaceRun(run, metrics, width, line);
-    EXPECT_NEAR(line[0].x, c.x, 1e-12) << c.h << "/" << c.v;
-    EXPECT_NEAR(line[0].baseline, c.baseline, 1e-12) << c.h << "/" << c.v;
-  }
-  TextRun fit;  // fitted text stretches to the baseline's length only
-  fit.height = 2;
-  fit.horizontalAlign = 5;
-  fit.fitLength = 50;
-  LinePlacement line[1];
-  const RunPlacement p = PlaceRun(fit, metrics, width, line);
-  EXPECT_NEAR(p.xScale, 0.5, 1e-12);
-  EXPECT_NEAR(p.yScale, 0.2, 1e-12);
-}
-
 TEST(TextLayoutTest, MultiLineAttachment) {
   const FontMetrics metrics{10, 3};
   const double widths[] = {100, 50};

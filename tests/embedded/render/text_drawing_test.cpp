@@ -2,16 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <QImage>
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <numeric>
 #include <string>
 #include <vector>
 
 #include "embedded/render/frontend.h"
-#include "embedded/render/plot_job.h"
 #include "embedded/render/render_test_support.h"
 #include "embedded/render/stroke_font.h"
 #include "fakes/temp_folder.h"
@@ -53,116 +50,6 @@ Text MakeText(const std::string& contents, const std::string& style, Vec2 at, do
 // The drawings of tests/data/dxf/render (make_drawings.py there says what
 // each holds).
 Drawing Read(const std::string& name) { return ReadTestDrawing("dxf/render/" + name); }
-
-TEST(TextDrawingTest, ShapeFontTextBecomesStrokesInItsPlace) {
-  const Drawing d = Read("shape_text.dxf");
-  const RecordingBackend rec = DrawModel(d);
-  EXPECT_EQ(CountOf(rec.items, Recorded::Kind::Text), 0u);
-
-  const double facade = StrokeFont::Get().Advance("Façade") * 10;
-  Box2 first, second, third;
-  for (const Recorded& r : rec.items) {
-    ASSERT_EQ(r.kind, Recorded::Kind::Polyline);
-    for (const Vec2& p : r.points) (p.y < 50 ? first : p.y < 80 ? second : third).Extend(p);
-  }
-  EXPECT_GE(first.min.x, 20 - 1e-9);
-  EXPECT_LE(first.max.x, 20 + facade);
-  EXPECT_GT(first.max.x, 20 + facade - 3);  // no more than a letter's bearing short
-  EXPECT_NEAR(first.max.y, 40, 1e-9);       // cap height
-  EXPECT_LT(first.min.y, 30);               // the cedilla hangs below the baseline
-  EXPECT_GT(first.min.y, 30 - 4);
-  EXPECT_LE(second.max.x, 100 + 1e-9);
-  EXPECT_GT(second.max.x, 97);
-  EXPECT_NEAR(second.min.y, 60, 1e-9);
-  EXPECT_NEAR(third.min.x, 0, 1e-9);
-  EXPECT_GT(third.max.x, 40);  // stretched over the 50 units, less B's bearing
-  EXPECT_LE(third.max.x, 50 + 1e-9);
-}
-
-TEST(TextDrawingTest, SmallShapeFontTextKeepsOnlyThePointsItsCurvesNeed) {
-  // The same letter at two sizes: large, every stored point of its bowl is
-  // needed; small, most of them lie on the chords of their neighbours and are
-  // left out, while what is drawn stays within a dot of the glyph.
-  const auto strokes = [](double height) {
-    Drawing d = MakeDrawing();
-    AddStyle(d, "Plume", "romans.shx");
-    ModelSpace(d).entities.push_back(MakeEntity(MakeText("o", "Plume", {0, 0}, height)));
-    d.Reindex();
-    return DrawModel(d).items;
-  };
-  const auto pointCount = [](const std::vector<Recorded>& items) {
-    std::size_t n = 0;
-    for (const Recorded& r : items) n += r.points.size();
-    return n;
-  };
-  const std::vector<Recorded> large = strokes(100), small = strokes(0.5);
-  ASSERT_EQ(large.size(), small.size());
-  EXPECT_LT(pointCount(small) * 2, pointCount(large));
-  for (std::size_t i = 0; i < small.size(); ++i) {
-    // Both ends stay, and every point kept is a point of the glyph.
-    ASSERT_GE(small[i].points.size(), 2u);
-    EXPECT_NEAR(small[i].points.front().x, large[i].points.front().x / 200, 1e-9);
-    EXPECT_NEAR(small[i].points.back().y, large[i].points.back().y / 200, 1e-9);
-    for (const Vec2& p : small[i].points) {
-      const bool onGlyph = std::any_of(
-          large[i].points.begin(), large[i].points.end(),
-          [&](const Vec2& q) { return std::hypot(q.x / 200 - p.x, q.y / 200 - p.y) < 1e-9; });
-      EXPECT_TRUE(onGlyph);
-    }
-  }
-}
-
-TEST(TextDrawingTest, StrokeTextIsLeftOutOnlyWhenNoneOfItsStrokesReachesTheCullBox) {
-  // Text is left out early on a bound of its glyphs' boxes; what it draws
-  // must not depend on that: a box touching only a corner of the strokes
-  // keeps all of them, a box beside them (within the bound of a turned or
-  // slanted text) keeps none.
-  const Affine2 maps[] = {
-      Affine2::Translation(50, 20) * Affine2::Scaling(4, 4),
-      Affine2::Translation(50, 20) * Affine2::Rotation(Radians(35)) * Affine2::Scaling(4, 4),
-      Affine2{-3, 0, 1.5, 4, 50, 20},  // mirrored and slanted
-  };
-  const auto draw = [](const Affine2& map, const std::optional<Box2>& cull) {
-    RecordingBackend rec;
-    DrawStrokeLine(rec, ShapeFace::Builtin(), "Coupe A-A", 1.1, map, Style{}, cull);
-    return rec.items;
-  };
-  for (const Affine2& map : maps) {
-    const std::vector<Recorded> all = draw(map, std::nullopt);
-    ASSERT_FALSE(all.empty());
-    Box2 drawn;
-    Vec2 highest = all.front().points.front();
-    for (const Recorded& r : all) {
-      for (const Vec2& p : r.points) {
-        drawn.Extend(p);
-        if (p.y > highest.y) highest = p;
-      }
-    }
-    const double gap = 0.05;
-    const Box2 touching =
-        Box2::Of({highest.x - gap, highest.y - gap}, {highest.x + gap, highest.y + 1});
-    const Box2 above = Box2::Of({drawn.min.x, drawn.max.y + gap}, {drawn.max.x, drawn.max.y + 10});
-    const Box2 far = Box2::Of({-500, -500}, {-400, -400});
-    const std::vector<Recorded> kept = draw(map, touching);
-    ASSERT_EQ(kept.size(), all.size());
-    for (std::size_t i = 0; i < all.size(); ++i) ExpectNear(kept[i].points, all[i].points, 0);
-    EXPECT_TRUE(draw(map, above).empty());
-    EXPECT_TRUE(draw(map, far).empty());
-  }
-}
-
-TEST(TextDrawingTest, TrueTypeTextStaysOneRun) {
-  Drawing d = MakeDrawing();
-  AddStyle(d, "Arial", "arial.ttf");
-  AddStyle(d, "Famille", "", "DejaVu Sans");
-  ModelSpace(d).entities.push_back(MakeEntity(MakeText("a", "Arial", {0, 0}, 2)));
-  ModelSpace(d).entities.push_back(MakeEntity(MakeText("b", "Famille", {0, 0}, 2)));
-  ModelSpace(d).entities.push_back(MakeEntity(MakeText("c", "Inconnu", {0, 0}, 2)));
-  d.Reindex();
-  const RecordingBackend rec = DrawModel(d);
-  ASSERT_EQ(rec.items.size(), 3u);
-  for (const Recorded& r : rec.items) EXPECT_EQ(r.kind, Recorded::Kind::Text);
-}
 
 TEST(TextDrawingTest, MTextRunsCarryTheirColourAndPlace) {
   const Drawing d = Read("mtext_runs.dxf");
@@ -244,41 +131,6 @@ TEST(TextDrawingTest, TogglesDrawLinesAlongSingleLineText) {
   EXPECT_NEAR(line.min.y, -2, 1e-9);
 }
 
-TEST(TextDrawingTest, DefaultTextIsFilledOutlines) {
-  struct Case {
-    int horizontal;
-    double left, right;  ///< where the text may lie along x
-  };
-  // "HI" 10 high at (50, 20): about 15 wide in a sans-serif face.
-  const Case cases[] = {{0, 50, 80}, {2, 20, 50}};
-  for (const Case& c : cases) {
-    RecordingBackend backend;
-    backend.outlineText = true;  // a backend with no text of its own
-    TextRun run;
-    run.text = "HI";
-    run.height = 10;
-    run.horizontalAlign = c.horizontal;
-    run.toSheet = Affine2::Translation(50, 20);
-    backend.DrawText(run, Style{0x00FF00, 0.25});
-    ASSERT_FALSE(backend.items.empty());
-    std::size_t loops = 0;
-    for (const Recorded& r : backend.items) {
-      ASSERT_EQ(r.kind, Recorded::Kind::Fill);
-      EXPECT_EQ(r.style.rgb, 0x00FF00u);
-      EXPECT_EQ(std::accumulate(r.loopSizes.begin(), r.loopSizes.end(), std::size_t{0}),
-                r.points.size());
-      loops += r.loopSizes.size();
-    }
-    EXPECT_GE(loops, 2u);  // one outline per letter at least
-    const Box2 box = BoxOf(backend.items, Recorded::Kind::Fill);
-    EXPECT_NEAR(box.min.y, 20, 0.1);  // on the baseline
-    EXPECT_NEAR(box.max.y, 30, 0.3);  // cap height 10
-    EXPECT_GE(box.min.x, c.left);
-    EXPECT_LE(box.max.x, c.right);
-    EXPECT_GT(box.max.x - box.min.x, 8);
-  }
-}
-
 // A system without any font still shows its TrueType text, in the stroke
 // font. The fonts are looked up once per process: the check runs in a
 // process of its own whose font configuration has no folder.
@@ -300,29 +152,6 @@ TEST(TextDrawingDeathTest, WithoutAnyFontTextIsStroked) {
         std::exit(stroked ? 0 : 1);
       },
       ::testing::ExitedWithCode(0), "");
-}
-
-TEST(TextDrawingTest, PdfPlotShowsFormattedAndShapeFontText) {
-  const Drawing d = Read("formatted_text.dxf");
-  sheafwork::testing::TempFolder folder;
-  PlotJob job = MakeJob(d, ModelOf(d), OneToOneSettings(200));
-  job.outputPath = folder.File("texte.pdf");
-  RunPlotJob(job);
-  const int dpi = 100;
-  const QImage image = RasterisePdf(job.outputPath, dpi, folder.File("texte"));
-  if (image.isNull()) GTEST_SKIP() << "pdftoppm is not available";
-  const double k = dpi / 25.4;
-  // The stroke-font title: ink along its line, nothing just above it.
-  const double title = StrokeFont::Get().Advance("Élévation Sud Ø25") * 10;
-  EXPECT_GT(InkShare(image, k, Box2::Of({10, 170}, {10 + title, 180})), 0.05);
-  EXPECT_LT(InkShare(image, k, Box2::Of({10, 185}, {10 + title, 195})), 0.001);
-  EXPECT_LT(InkShare(image, k, Box2::Of({10 + title + 2, 168}, {200, 182})), 0.001);
-  // The multi-line text: three lines from the top of the first at y = 140.
-  EXPECT_GT(InkShare(image, k, Box2::Of({10, 134}, {40, 140})), 0.05);             // "Gras et"
-  EXPECT_GT(InkShare(image, k, Box2::Of({35, 134}, {80, 140}), 0xFF0000), 0.02);   // "rouge" in red
-  EXPECT_LT(InkShare(image, k, Box2::Of({10, 134}, {30, 140}), 0xFF0000), 0.001);  // "Gras" not red
-  EXPECT_GT(InkShare(image, k, Box2::Of({10, 108}, {45, 120})), 0.05);    // "Grand" twice as high
-  EXPECT_LT(InkShare(image, k, Box2::Of({100, 60}, {200, 130})), 0.001);  // nothing further
 }
 
 }  // namespace

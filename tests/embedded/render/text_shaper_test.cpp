@@ -43,61 +43,6 @@ void ExpectRuns(const ShapedText& shaped, const std::vector<Expected>& expected,
 
 constexpr double kPitch = 5.0 / 3.0;
 
-TEST(TextShaperTest, WrapsWordsAtTheColumnWidth) {
-  struct Case {
-    const char* in;
-    double column;
-    std::vector<Expected> runs;
-  };
-  const Case cases[] = {
-      {"aa bb cc", 5.5, {{"aa bb", 0, -1}, {"cc", 0, -1 - kPitch}}},
-      {"aa bb cc", 0, {{"aa bb cc", 0, -1}}},                         // no column: no wrap
-      {"aaaaaaa b", 3, {{"aaaaaaa", 0, -1}, {"b", 0, -1 - kPitch}}},  // a long word overflows
-      {"aa\\~bb cc",
-       4,
-       {{"aa\xC2\xA0"
-         "bb",
-         0, -1},
-        {"cc", 0, -1 - kPitch}}},                                  // no break at \~
-      {"aa    bb", 5, {{"aa", 0, -1}, {"bb", 0, -1 - kPitch}}},    // blanks count, trail unseen
-      {"a\\P\\Pb", 0, {{"a", 0, -1}, {"b", 0, -1 - 2 * kPitch}}},  // an empty paragraph
-      {"  a", 0, {{"  a", 0, -1}}},                                // indentation kept
-  };
-  for (const Case& c : cases) {
-    TextBlock block;
-    block.columnWidth = c.column;
-    ExpectRuns(Shape(c.in, block), c.runs, c.in);
-  }
-}
-
-TEST(TextShaperTest, AttachmentPlacesTheBlock) {
-  // Lines 2 and 4 wide, cap height 1: the block is 4 wide and runs from the
-  // first line's top (1 + pitch above the last baseline) down to the last
-  // baseline.
-  const double depth = 1 + kPitch;
-  struct Case {
-    int attachment;
-    Expected first, second;
-  };
-  const Case cases[] = {
-      {1, {"ab", 0, -1}, {"abcd", 0, -1 - kPitch}},
-      {3, {"ab", -2, -1}, {"abcd", -4, -1 - kPitch}},
-      {5, {"ab", -1, -1 + depth / 2}, {"abcd", -2, -1 - kPitch + depth / 2}},
-      {7, {"ab", 0, kPitch}, {"abcd", 0, 0}},
-      {9, {"ab", -2, kPitch}, {"abcd", -4, 0}},
-  };
-  for (const Case& c : cases) {
-    TextBlock block;
-    block.attachment = c.attachment;
-    ExpectRuns(Shape("ab\\Pabcd", block), {c.first, c.second},
-               "attachment " + std::to_string(c.attachment));
-  }
-  TextBlock spaced;
-  spaced.lineSpacing = 2;
-  ExpectRuns(Shape("ab\\Pabcd", spaced), {{"ab", 0, -1}, {"abcd", 0, -1 - 2 * kPitch}},
-             "spacing 2");
-}
-
 TEST(TextShaperTest, ParagraphAlignmentWithinTheColumn) {
   TextBlock block;
   block.columnWidth = 10;
@@ -153,45 +98,6 @@ TEST(TextShaperTest, LinesOfMixedHeights) {
   ExpectRuns(Shape("{\\A2;a}{\\H3x;b}", {}), {{"a", 0, -1}, {"b", 1, -3}}, "top");
   // Spacing follows the taller of two neighbouring lines.
   ExpectRuns(Shape("{\\H3x;a}\\Pb", {}), {{"a", 0, -3}, {"b", 0, -3 - 3 * kPitch}}, "spacing");
-}
-
-TEST(TextShaperTest, FormatsSplitRunsAndWidthsFollowThem) {
-  const ShapedText shaped = Shape("{\\C1;ab}cd {\\W2;ef}{\\T1.5;gh}", {});
-  ExpectRuns(shaped, {{"ab", 0, -1}, {"cd ", 2, -1}, {"ef", 5, -1}, {"gh", 9, -1}}, "formats");
-  EXPECT_EQ(shaped.runs[0].format.rgb, 0xFF0000u);
-  EXPECT_NEAR(shaped.runs[2].width, 4, 1e-12);
-  EXPECT_NEAR(shaped.runs[3].width, 3, 1e-12);
-  // A shape font is measured with the stroke font and flagged for strokes.
-  const ShapedText stroke = Shape("{\\Ftxt;ab}cd", {});
-  ASSERT_EQ(stroke.runs.size(), 2u);
-  EXPECT_TRUE(stroke.runs[0].stroke);
-  EXPECT_FALSE(stroke.runs[1].stroke);
-  EXPECT_NEAR(stroke.runs[1].origin.x, stroke.runs[0].width, 1e-12);
-}
-
-TEST(TextShaperTest, DecorationsAndStacks) {
-  const ShapedText under = Shape("a\\Lbc\\l \\Kd", {}, 2);
-  ASSERT_EQ(under.lines.size(), 2u);
-  EXPECT_NEAR(under.lines[0].from.x, 2, 1e-12);  // under "bc" only
-  EXPECT_NEAR(under.lines[0].to.x, 6, 1e-12);
-  EXPECT_LT(under.lines[0].from.y, -2);               // below the baseline
-  EXPECT_NEAR(under.lines[1].from.y, -2 + 1, 1e-12);  // strike at half the cap height
-
-  const ShapedText stack = Shape("1\\S1/16;", {}, 1);
-  ASSERT_EQ(stack.runs.size(), 3u);
-  ASSERT_EQ(stack.lines.size(), 1u);  // the bar
-  const double bar = stack.lines[0].from.y;
-  EXPECT_EQ(stack.runs[1].text, "1");
-  EXPECT_EQ(stack.runs[2].text, "16");
-  EXPECT_GT(stack.runs[1].origin.y, bar);                                // numerator above
-  EXPECT_LT(stack.runs[2].origin.y + stack.runs[2].format.height, bar);  // denominator below
-  EXPECT_LT(stack.runs[1].format.height, 1);
-  // Centred over each other, both right of the "1" before them.
-  EXPECT_NEAR(stack.runs[1].origin.x + stack.runs[1].width / 2,
-              stack.runs[2].origin.x + stack.runs[2].width / 2, 1e-9);
-  EXPECT_GE(stack.runs[2].origin.x, 1);
-  // Tolerances: no bar.
-  EXPECT_TRUE(Shape("\\S+1^-2;", {}).lines.empty());
 }
 
 }  // namespace

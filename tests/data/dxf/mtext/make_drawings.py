@@ -63,31 +63,6 @@ def stacked():
     doc.saveas("stacked.dxf")
 
 
-def extrusion():
-    doc, msp = new("R2018")
-    down = (0, 0, -1)
-    # The direction is a world vector; the insert a world point.
-    msp.add_mtext("MTEXT", dxfattribs={
-        "insert": (20, 10), "char_height": 5, "extrusion": down, "text_direction": (1, 0, 0)})
-    # No direction: the rotation is an angle in the object's own plane.
-    msp.add_mtext("ROT", dxfattribs={
-        "insert": (20, 30), "char_height": 5, "extrusion": down, "rotation": 30})
-    # Single-line text: insert and rotation in object coordinates (x to the west).
-    msp.add_text("TEXT", dxfattribs={
-        "insert": (-20, 50), "height": 5, "extrusion": down})
-    doc.saveas("extrusion.dxf")
-    # ezdxf leaves out a direction equal to its default (1, 0, 0); the other
-    # program writes it, and it is the case to read: put it back after the
-    # first MTEXT's extrusion.
-    with open("extrusion.dxf", encoding="utf-8") as f:
-        text = f.read()
-    marker = "  1\nMTEXT\n210\n0.0\n220\n0.0\n230\n-1.0\n"
-    assert marker in text
-    text = text.replace(marker, marker + " 11\n1.0\n 21\n0.0\n 31\n0.0\n", 1)
-    with open("extrusion.dxf", "w", encoding="utf-8") as f:
-        f.write(text)
-
-
 def mirrored():
     doc, msp = new("R2018")
     rows = [(2, 3), (2, 5), (4, 3), (4, 5), (0, 5), (6, 3)]
@@ -129,6 +104,5 @@ if __name__ == "__main__":
     columns("R2007", "columns-r2007.dxf")
     background()
     stacked()
-    extrusion()
     mirrored()
     attributes()

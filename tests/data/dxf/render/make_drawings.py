@@ -53,24 +53,6 @@ def lineweights():
     doc.saveas("lineweights.dxf")
 
 
-def transforms():
-    """A 10-unit line in "Inner", turned a quarter in "Outer" (base (1, 1)),
-    that doubled at (50, 20); "Inner" upside down (extrusion -z) at (10, 0);
-    "Inner" as a turned grid of 2 columns 20 apart and 3 rows 5 apart."""
-    doc = new()
-    inner = doc.blocks.new("Inner")
-    inner.add_line((0, 0), (10, 0))
-    outer = doc.blocks.new("Outer", base_point=(1, 1))
-    outer.add_blockref("Inner", (6, 1), dxfattribs={"rotation": 90})
-    msp = doc.modelspace()
-    msp.add_blockref("Outer", (50, 20), dxfattribs={"xscale": 2, "yscale": 2})
-    msp.add_blockref("Inner", (10, 0), dxfattribs={"extrusion": (0, 0, -1)})
-    grid = msp.add_blockref("Inner", (0, 100), dxfattribs={"rotation": 90})
-    grid.dxf.column_count, grid.dxf.row_count = 2, 3
-    grid.dxf.column_spacing, grid.dxf.row_spacing = 20, 5
-    doc.saveas("transforms.dxf")
-
-
 def extents():
     """One entity of each kind, each on a layer of its own named after it."""
     doc = new()
@@ -134,34 +116,8 @@ def pens():
     doc.saveas("pens.dxf")
 
 
-def colourful():
-    """1 mm lines of colours 1, 38, 75 ... 223 from y 20 to 80, an orange
-    true colour at 90, a vertical line on a green layer, a magenta solid."""
-    doc = new()
-    doc.layers.add("Vert", color=3)
-    msp = doc.modelspace()
-    for i in range(7):
-        y = 20 + 10 * i
-        msp.add_line((10, y), (90, y), dxfattribs={"color": 1 + 37 * i, "lineweight": 100})
-    msp.add_line((10, 90), (90, 90), dxfattribs={"color": 5, "true_color": 0xFF8000, "lineweight": 100})
-    msp.add_line((50, 10), (50, 95), dxfattribs={"layer": "Vert", "lineweight": 100})
-    msp.add_solid([(20, 5), (40, 5), (20, 15), (40, 15)], dxfattribs={"color": 6})
-    doc.saveas("colourful.dxf")
-
-
 def texts():
-    """Text in shape fonts and TrueType faces."""
-    doc = new()
-    doc.styles.new("Plume", dxfattribs={"font": "romans.shx"})
-    msp = doc.modelspace()
-    # Left-aligned at (20, 30); ending at (100, 60); fitted from (0, 90) to (50, 90).
-    msp.add_text("Façade", dxfattribs={"style": "Plume", "height": 10, "insert": (20, 30)})
-    msp.add_text("Nord", dxfattribs={"style": "Plume", "height": 10, "halign": 2,
-                                     "align_point": (100, 60)})
-    msp.add_text("AB", dxfattribs={"style": "Plume", "height": 5, "halign": 5,
-                                   "insert": (0, 90), "align_point": (50, 90)})
-    doc.saveas("shape_text.dxf")
-
+    """Multi-line text in a TrueType face and a shape font."""
     # Multi-line text of colour 5 turned a quarter: an inline colour, a shape
     # font, an underline.
     doc = new()
@@ -169,20 +125,6 @@ def texts():
     doc.modelspace().add_mtext("{\\C1;Rouge} noir\\P{\\Ftxt;trait}\\P\\Lsous", dxfattribs={
         "style": "Arial", "insert": (10, 100), "char_height": 2, "rotation": 90, "color": 5})
     doc.saveas("mtext_runs.dxf")
-
-    # A title in the stroke font at (10, 170), 10 high; below it, multi-line
-    # text 6 high hanging from (10, 140): bold, red, twice as high, a
-    # fraction, underlined.
-    doc = new()
-    doc.styles.new("Plume", dxfattribs={"font": "txt"})
-    doc.styles.new("Sans", dxfattribs={"font": "DejaVuSans.ttf"})
-    msp = doc.modelspace()
-    msp.add_text("Élévation Sud %%c25", dxfattribs={"style": "Plume", "height": 10,
-                                                   "insert": (10, 170)})
-    msp.add_mtext("{\\fDejaVu Sans|b1;Gras} et {\\C1;rouge}\\P{\\H2x;Grand} \\S1/2;\\P"
-                  "\\Lsouligné\\l fin",
-                  dxfattribs={"style": "Sans", "insert": (10, 140), "char_height": 6, "width": 150})
-    doc.saveas("formatted_text.dxf")
 
 
 def viewport(layout, center, size, view_height, target=(0, 0), view_center=(0, 0), **attribs):
@@ -211,16 +153,6 @@ def viewports():
     viewport(sheet, (150, 50), 40, 40, id=3, status=1, flags=131072)
     sheet.add_line((0, 0), (1, 1))
     doc.saveas("viewports.dxf")
-
-    # A 40 mm viewport at (50, 50) at half size onto (100, 200), its view
-    # centre 4 units left of that, turned a quarter; a 10-unit line from there.
-    doc = new()
-    doc.modelspace().add_line((100, 200), (110, 200))
-    sheet = doc.layouts.new("Feuille")
-    viewport(sheet, (0, 0), 0, 0)
-    viewport(sheet, (50, 50), 40, 80, target=(100, 200), view_center=(-4, 0),
-             view_twist_angle=90)
-    doc.saveas("twist.dxf")
 
 
 def clipped_viewports():
@@ -252,54 +184,6 @@ def clipped_viewports():
     doc.saveas("clipped_viewports.dxf")
 
 
-def paper_linetype():
-    """A dashed line (2 on, 1 off) 100 long at the middle of a 20 mm viewport
-    at 1:10: 10 mm on the sheet."""
-    doc = new()
-    doc.linetypes.new("TIRETS", dxfattribs={"description": "__ __", "pattern": [3, 2, -1]})
-    doc.modelspace().add_line((0, 0), (100, 0), dxfattribs={"linetype": "TIRETS"})
-    sheet = doc.layouts.new("Feuille")
-    viewport(sheet, (0, 0), 0, 0)
-    viewport(sheet, (50, 50), 20, 200, target=(50, 0))
-    doc.saveas("paper_linetype.dxf")
-
-
-def visibility():
-    """Lines from (0, y) to (1, y): y 0 on a plain layer, 1 on a layer off, 2
-    frozen, 3 not plotted, 4 locked, 5 invisible itself, 6 on "DEFPOINTS".
-    A block of a line on layer 0 and one 1 above it on layer "Other",
-    referenced at (0, 10) on a frozen layer and at (0, 20) on a layer off."""
-    doc = new()
-    msp = doc.modelspace()
-    for y, name in enumerate(["plain", "off", "frozen", "not plotted", "locked"]):
-        layer = doc.layers.add(name)
-        if name == "off":
-            layer.off()
-        if name == "frozen":
-            layer.freeze()
-        if name == "not plotted":
-            layer.dxf.plot = 0
-        if name == "locked":
-            layer.lock()
-        msp.add_line((0, y), (1, y), dxfattribs={"layer": name})
-    doc.layers.add("hidden line")  # ezdxf 0.18 does not write a line's group 60: added below
-    msp.add_line((0, 5), (1, 5), dxfattribs={"layer": "hidden line"})
-    msp.add_line((0, 6), (1, 6), dxfattribs={"layer": "DEFPOINTS"})
-    doc.layers.add("Other")
-    doc.layers.add("Host frozen").freeze()
-    doc.layers.add("Host off").off()
-    block = doc.blocks.new("B")
-    block.add_line((0, 0), (1, 0))
-    block.add_line((0, 1), (1, 1), dxfattribs={"layer": "Other"})
-    msp.add_blockref("B", (0, 10), dxfattribs={"layer": "Host frozen"})
-    msp.add_blockref("B", (0, 20), dxfattribs={"layer": "Host off"})
-    doc.saveas("visibility.dxf")
-    with open("visibility.dxf", encoding="utf-8") as f:
-        text = f.read()
-    with open("visibility.dxf", "w", encoding="utf-8") as f:
-        f.write(text.replace("  8\nhidden line\n", "  8\nhidden line\n 60\n     1\n", 1))
-
-
 def blocks():
     """A block "Tag" of a line and a reference to itself at (5, 5), referenced
     at (100, 0) with an attribute "A-12" at (7, 8) and an invisible one; the
@@ -326,14 +210,10 @@ def blocks():
 
 
 colours()
-visibility()
 blocks()
 viewports()
 clipped_viewports()
-paper_linetype()
 texts()
 pens()
-colourful()
 lineweights()
-transforms()
 extents()

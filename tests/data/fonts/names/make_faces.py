@@ -66,14 +66,8 @@ def write(path, data):
 
 
 write("regular.ttf", sfnt(face("Essai Sans", "Regular")))
-write("condensed-bold-oblique.ttf",
-      sfnt(face("Essai Sans Condensed", "Bold Oblique", typographic="Essai Sans", weight=700,
-                selection=0x21, mac_style=3)))
-write("mac-names-old-os2.ttf",
-      sfnt(face("Vieille", "Italic", mac_only=True, upem=1000, selection=0x01, os2_version=1)))
 first = face("Paire", "Regular", upem=1000)
 second = face("Paire", "Bold", weight=700, selection=0x20, upem=1000)
 one = sfnt(first, 20)
 two = sfnt(second, 20 + len(one))
 write("pair.ttc", b"ttcf" + struct.pack(">HHIII", 1, 0, 2, 20, 20 + len(one)) + one + two)
-write("truncated.ttf", sfnt(face("Coupée", "Regular"))[:40])

@@ -1,9 +1,8 @@
-#include "embedded/pdf/pdf_reading.h"
+#include "support/pdf_reading.h"
 
 #include <gtest/gtest.h>
 #include <zlib.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <span>
@@ -219,55 +218,37 @@ std::string InflatedStream(const ReadPdf& pdf, int number, std::string& error) {
 
 bool HavePoppler() { return std::system("pdfinfo -v >/dev/null 2>&1") == 0; }
 
-std::string Poppler(const std::string& tool, const std::string& args, int& status) {
-  return sheafwork::testing::RunCommand(tool + " " + args, status);
-}
-
-bool PopplerComplains(const std::string& output) {
-  for (const char* word : {"Syntax Error", "Syntax Warning", "xref", "Internal Error"}) {
-    if (output.find(word) != std::string::npos) return true;
-  }
-  return false;
-}
-
-void ExpectPopplerRenders(const std::string& path, const std::string& args,
-                          const std::string& stem) {
-  int status = 0;
-  const std::string out = Poppler("pdftoppm", args + " '" + path + "' '" + stem + "'", status);
-  EXPECT_EQ(status, 0) << out;
-  EXPECT_FALSE(PopplerComplains(out)) << out;
-}
-
-GreyPage RasterisePage(const std::string& path, int page, int dpi, const std::string& stem) {
+QImage RasterisePage(const std::string& path, int page, int dpi, const std::string& stem) {
+  if (!HavePoppler()) return {};
   const std::string p = std::to_string(page);
-  ExpectPopplerRenders(
-      path, "-gray -singlefile -r " + std::to_string(dpi) + " -f " + p + " -l " + p, stem);
-  const std::string bytes = sheafwork::testing::TempFolder::Read(stem + ".pgm");
-  GreyPage image;
-  int maxValue = 0;
-  int used = 0;
-  if (std::sscanf(bytes.c_str(), "P5 %d %d %d%n", &image.width, &image.height, &maxValue, &used) ==
-      3) {
-    image.pixels = bytes.substr(static_cast<std::size_t>(used) + 1);
+  int status = 0;
+  const std::string out =
+      sheafwork::testing::RunCommand("pdftoppm -png -singlefile -r " + std::to_string(dpi) +
+                                         " -f " + p + " -l " + p + " '" + path + "' '" + stem + "'",
+                                     status);
+  EXPECT_EQ(status, 0) << out;
+  for (const char* complaint : {"Syntax Error", "Syntax Warning", "xref", "Internal Error"}) {
+    EXPECT_EQ(out.find(complaint), std::string::npos) << out;
   }
-  EXPECT_EQ(image.pixels.size(), static_cast<std::size_t>(image.width) * image.height) << path;
+  const QImage image(QString::fromStdString(stem + ".png"));
+  EXPECT_FALSE(image.isNull()) << path;
   return image;
 }
 
-void ExpectSamePicture(const GreyPage& a, const GreyPage& b) {
-  ASSERT_EQ(a.width, b.width);
-  ASSERT_EQ(a.height, b.height);
-  ASSERT_EQ(a.pixels.size(), b.pixels.size());
-  ASSERT_FALSE(a.pixels.empty());
+void ExpectSamePicture(const QImage& a, const QImage& b) {
+  ASSERT_FALSE(a.isNull());
+  ASSERT_EQ(a.size(), b.size());
   std::size_t differing = 0, inked = 0;
-  for (std::size_t i = 0; i < a.pixels.size(); ++i) {
-    const int pa = static_cast<unsigned char>(a.pixels[i]);
-    const int pb = static_cast<unsigned char>(b.pixels[i]);
-    if (std::abs(pa - pb) > 64) ++differing;
-    if (pa < 192) ++inked;
+  for (int y = 0; y < a.height(); ++y) {
+    for (int x = 0; x < a.width(); ++x) {
+      const int pa = qGray(a.pixel(x, y));
+      if (std::abs(pa - qGray(b.pixel(x, y))) > 64) ++differing;
+      if (pa < 192) ++inked;
+    }
   }
+  const auto pixels = static_cast<std::size_t>(a.width()) * static_cast<std::size_t>(a.height());
   EXPECT_GT(inked, 20u) << "the page is blank";
-  EXPECT_LE(differing, a.pixels.size() / 200) << "of " << a.pixels.size() << " pixels";
+  EXPECT_LE(differing, pixels / 200) << "of " << pixels << " pixels";
 }
 
 }  // namespace sheafwork::embedded::pdf::testing

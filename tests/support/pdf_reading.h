@@ -3,6 +3,7 @@
 // the objects it points at and their streams, inflated; and poppler's view
 // of the file.
 
+#include <QImage>
 #include <map>
 #include <string>
 #include <vector>
@@ -45,31 +46,14 @@ std::vector<OutlineEntry> ReadOutline(const ReadPdf& pdf, std::string& error);
 /// Whether poppler's tools are installed.
 bool HavePoppler();
 
-/// What `tool` (pdfinfo, pdftoppm...) with `args` prints, standard error
-/// included; `status` its exit status.
-std::string Poppler(const std::string& tool, const std::string& args, int& status);
+/// Page `page` (from 1) of `path` as pdftoppm draws it at `dpi`, through
+/// the file `stem`.png; a null image when poppler's tools are not installed.
+/// Fails the test when pdftoppm fails or complains about the file.
+QImage RasterisePage(const std::string& path, int page, int dpi, const std::string& stem);
 
-/// Whether poppler's output complains about the file's structure.
-bool PopplerComplains(const std::string& output);
-
-/// Rasterises `path` with pdftoppm and `args` into files named from `stem`,
-/// failing the test when pdftoppm fails or complains.
-void ExpectPopplerRenders(const std::string& path, const std::string& args,
-                          const std::string& stem);
-
-/// A page in greys, one byte a pixel, rows from the top.
-struct GreyPage {
-  int width = 0;
-  int height = 0;
-  std::string pixels;
-};
-
-/// Page `page` (from 1) of `path` as pdftoppm draws it in greys at `dpi`,
-/// through the file `stem`.pgm; empty, failing the test, when it cannot.
-GreyPage RasterisePage(const std::string& path, int page, int dpi, const std::string& stem);
-
-/// Fails the test unless the two pages look alike: the same size, something
-/// drawn, and at most one pixel in 200 differing by more than a light grey.
-void ExpectSamePicture(const GreyPage& a, const GreyPage& b);
+/// Fails the test unless the two pictures look alike: the same size,
+/// something drawn, and at most one pixel in 200 differing by more than a
+/// light grey.
+void ExpectSamePicture(const QImage& a, const QImage& b);
 
 }  // namespace sheafwork::embedded::pdf::testing
