@@ -5,7 +5,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <ostream>
 #include <string>
 
 #include "embedded/devices/device.h"
@@ -36,6 +38,8 @@ struct BadConfig {
   const char* what;  ///< part of the message
 };
 
+void PrintTo(const BadConfig& bad, std::ostream* out) { *out << bad.file; }
+
 class BadPlotterConfigTest : public ::testing::TestWithParam<BadConfig> {};
 
 TEST_P(BadPlotterConfigTest, NamesTheFileTheLineAndTheFault) {
@@ -64,7 +68,12 @@ INSTANTIATE_TEST_SUITE_P(
                                 "papier par défaut « B » absent"},
                       BadConfig{"no-driver", "", "clé « driver » manquante"},
                       BadConfig{"printer-unnamed", "", "clé « printer » manquante"},
-                      BadConfig{"not-utf8", "", "UTF-8"}));
+                      BadConfig{"not-utf8", "", "UTF-8"}),
+    [](const ::testing::TestParamInfo<BadConfig>& info) {
+      std::string name = info.param.file;
+      std::replace(name.begin(), name.end(), '-', '_');
+      return name;
+    });
 
 TEST(PlotterConfigTest, AFileThatCannotBeReadIsNamed) {
   testing::TempFolder folder;
