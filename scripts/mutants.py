@@ -166,6 +166,22 @@ def test_target(path):
 FIELDS = ("area", "file", "line", "operator", "column", "old", "new", "text")
 
 
+def read_results(path):
+    """The verdicts of a results file: {mutant key: fields}."""
+    path = Path(path)
+    if not path.exists():
+        return {}
+    return {fields[1]: fields for fields in
+            (line.split("\t") for line in path.read_text(encoding="utf-8").splitlines())}
+
+
+def killers_of(fields):
+    """The tests named as killing a mutant (none for "(crash)" or "(timeout)")."""
+    if fields[2] != "killed" or len(fields) < 5:
+        return []
+    return [k for k in fields[4].split(",") if k and not k.startswith("(")]
+
+
 def draw():
     """A new sample from the sources as they stand."""
     rng = random.Random(SEED)
@@ -285,18 +301,14 @@ def main():
 
     results_path = ROOT / args.results
     results_path.parent.mkdir(parents=True, exist_ok=True)
-    done = {}
-    if results_path.exists():
-        for line in results_path.read_text(encoding="utf-8").splitlines():
-            fields = line.split("\t")
-            done[fields[1]] = fields
+    done = read_results(results_path)
     if args.needed:
         # A test that alone kills a mutant is needed; the others may go as
         # far as the mutants are concerned (coverage has its say too).
         needed = {}
         for fields in done.values():
-            killers = [k for k in (fields[4].split(",") if len(fields) > 4 else []) if k]
-            if fields[2] == "killed" and len(killers) == 1:
+            killers = killers_of(fields)
+            if len(killers) == 1:
                 needed.setdefault(killers[0], []).append(fields[1])
         for test in sorted(needed):
             print(f"{test}\t{' '.join(needed[test])}")
@@ -310,10 +322,8 @@ def main():
 
     earlier = {}
     if args.killers_first:
-        for line in (ROOT / args.killers_first).read_text(encoding="utf-8").splitlines():
-            fields = line.split("\t")
-            if len(fields) > 4 and fields[2] == "killed":
-                earlier[fields[1]] = [k for k in fields[4].split(",") if k and "(" not in k]
+        earlier = {key: killers_of(fields)
+                   for key, fields in read_results(ROOT / args.killers_first).items()}
     baseline = {}
     tested = 0
     with results_path.open("a", encoding="utf-8") as results:

@@ -31,6 +31,8 @@ import subprocess
 import sys
 from pathlib import Path
 
+import mutants
+
 ROOT = Path(__file__).resolve().parent.parent
 
 
@@ -106,16 +108,6 @@ def measure(build, binary, source):
     return per_test
 
 
-def killers_of(results):
-    """For each killed mutant of a scripts/mutants.py results file, its killers."""
-    for line in Path(results).read_text(encoding="utf-8").splitlines():
-        fields = line.split("\t")
-        if len(fields) > 4 and fields[2] == "killed":
-            names = [k for k in fields[4].split(",") if k and not k.startswith("(")]
-            if names:
-                yield fields[1], names
-
-
 def cover(per_test, keep_patterns, mutant_results):
     """The tests kept, and why each was."""
     kept = {}
@@ -124,7 +116,8 @@ def cover(per_test, keep_patterns, mutant_results):
             kept[test] = "kept by name"
     bare = {name.split(":", 1)[1]: name for name in per_test}
     for results in mutant_results:
-        for mutant, names in killers_of(results):
+        for mutant, fields in mutants.read_results(results).items():
+            names = mutants.killers_of(fields)
             present = [bare[n] for n in names if n in bare]
             if present and not any(n in kept for n in present):
                 kept[min(present, key=lambda n: len(per_test[n]))] = f"kills {mutant}"
