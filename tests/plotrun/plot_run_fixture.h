@@ -56,11 +56,18 @@ class PlotRunTest : public ::testing::Test {
     return entry;
   }
 
-  RunResult Run() {
+  /// Plots the list; with a `worker`, in two stand-in worker processes
+  /// (tests/data/parallel/workers).
+  RunResult Run(const std::string& worker = "") {
     RunServices services;
     services.clock = [this] { return Tick(); };
     services.observer = &observer;
     services.prompt = &prompt;
+    if (!worker.empty()) {
+      services.jobs = 2;
+      services.workerCommand = {"/bin/bash", std::string(SHEAFWORK_SOURCE_DIR) +
+                                                 "/tests/data/parallel/workers/" + worker};
+    }
     return PlotAllEntries(session, hostSession, services);
   }
 
