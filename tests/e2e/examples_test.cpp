@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
+#include <ostream>
 #include <set>
 #include <string>
 #include <variant>
@@ -133,6 +134,8 @@ struct Example {
   const char* file;
   dxfgen::Document (*make)();
 };
+
+void PrintTo(const Example& example, std::ostream* out) { *out << example.file; }
 
 class ReleaseTwoThousandExample : public ::testing::TestWithParam<Example> {};
 

@@ -18,7 +18,6 @@
 #include "e2e/program.h"
 #include "fakes/cups_queue.h"
 #include "fakes/log_lines.h"
-#include "plotcfg/plot_style_check.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
@@ -43,12 +42,6 @@ class PlotCommand : public ExampleListTest {
     return rows;
   }
 
-  void ExpectNoErrorLogged() const {
-    for (const auto& line : testing::ReadLogLines(errors_)) {
-      EXPECT_EQ(line.find("ERREUR"), std::string::npos) << line;
-    }
-  }
-
   std::string journal_ = folder_.File("journal.log");
   std::string errors_ = folder_.File("erreurs.log");
 };
@@ -68,6 +61,10 @@ TEST_F(PlotCommand, PlotsEveryLayoutOfAGoodListToItsSheet) {
   // A page setup taken from another drawing.
   AddRow(Plan("facades.dxf"), " --layout 'Façade sud' --setup " + Quoted(rdc + "|A1 paysage") +
                                   " --plot-file " + Quoted(Out("sud-a1.pdf")));
+  // Image, drawing and plotter devices write beside the drawing too.
+  for (const char* device : {"PNG.pc3", "SVG.pc3", "HPGL2.pc3"}) {
+    AddRow(rdc, std::string(" --layout 'Plan A3' --device ") + device);
+  }
   SetLogs();
 
   const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
@@ -101,7 +98,7 @@ TEST_F(PlotCommand, PlotsEveryLayoutOfAGoodListToItsSheet) {
   // One journal line per plotted row: drawing, folder, layout, page setup,
   // device, time; the row's own fields, an empty one left empty.
   const std::vector<std::string> rows = PlottedRows();
-  ASSERT_EQ(rows.size(), 6u) << testing::TempFolder::Read(journal_);
+  ASSERT_EQ(rows.size(), 9u) << testing::TempFolder::Read(journal_);
   EXPECT_EQ(rows[0].rfind("rez-de-chaussee.dxf, " + plans_, 0), 0u) << rows[0];
   EXPECT_NE(rows[0].find("/, , , , "), std::string::npos) << rows[0];
   EXPECT_NE(rows[1].find(", Plan A3, , PDF.pc3, "), std::string::npos) << rows[1];
@@ -110,20 +107,7 @@ TEST_F(PlotCommand, PlotsEveryLayoutOfAGoodListToItsSheet) {
   EXPECT_NE(rows[4].find(", " + LoadResourceText(ids::kLayoutAll) + ", "), std::string::npos)
       << rows[4];
 
-  ExpectNoErrorLogged();
-}
-
-TEST_F(PlotCommand, ImageDrawingAndPlotterDevicesWriteTheirFilesBesideTheDrawing) {
-  const std::string rdc = Plan("rez-de-chaussee.dxf");
-  for (const char* device : {"PNG.pc3", "SVG.pc3", "HPGL2.pc3"}) {
-    AddRow(rdc, std::string(" --layout 'Plan A3' --device ") + device);
-  }
-  SetLogs();
-  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
-  EXPECT_EQ(run.status, 0) << run.err;
-  ASSERT_EQ(PlottedRows().size(), 3u) << testing::TempFolder::Read(journal_);
-
-  // The A3 sheet, 420 x 297 mm, in each.
+  // The A3 sheet, 420 x 297 mm, in each of those.
   const std::string stem = plans_ + "/rez-de-chaussee-Plan A3.";
   QImageReader png(QString::fromStdString(stem + "png"));
   EXPECT_EQ(png.format(), "png");
@@ -139,24 +123,9 @@ TEST_F(PlotCommand, ImageDrawingAndPlotterDevicesWriteTheirFilesBesideTheDrawing
   EXPECT_NE(plt.find("PD"), std::string::npos);
   EXPECT_EQ(plt.substr(plt.size() - 3), "PG;");
 
-  ExpectNoErrorLogged();
-}
-
-TEST_F(PlotCommand, KindsOfEntityLeftOutAreNamedOnStderr) {
-  // Written by ezdxf: tests/data/dxf/entities/make_entities.py.
-  const std::string model = " --layout " + Quoted(LoadResourceText(ids::kLayoutModelTab));
-  AddRow(Fixture("dxf/entities/undrawn.dxf"), model + " --plot-file " + Quoted(Out("u.pdf")));
-  AddRow(Fixture("dxf/entities/meshes.dxf"), model + " --plot-file " + Quoted(Out("m.pdf")));
-
-  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
-  EXPECT_EQ(run.status, 0) << run.err;
-  std::vector<std::string> named;
-  for (const auto& line : Lines(run.err)) {
-    if (line.find("MLINE") != std::string::npos) named.push_back(line);
+  for (const auto& line : testing::ReadLogLines(errors_)) {
+    EXPECT_EQ(line.find("ERREUR"), std::string::npos) << line;
   }
-  ASSERT_EQ(named.size(), 1u) << run.err;
-  EXPECT_NE(named[0].find("MLINE (2), TOLERANCE (1)"), std::string::npos) << named[0];
-  EXPECT_NE(named[0].find("undrawn.dxf"), std::string::npos) << named[0];
 }
 
 TEST_F(PlotCommand, AFailingRowIsLoggedAndTheRunGoesOn) {
@@ -197,58 +166,28 @@ TEST_F(PlotCommand, AFailingRowIsLoggedAndTheRunGoesOn) {
   EXPECT_EQ(testing::PdfPageSizes(out_ + "/" + pdfs[0]).size(), 1u);
 }
 
-// A layout whose plot style table is cut short fails its row, named on
-// stderr with the table and the fault; one whose table is missing plots
-// without it, the table named on stderr and in the error log; the other
-// rows plot.
-TEST_F(PlotCommand, ALayoutWhosePlotStyleTableCannotBeReadFailsItsRow) {
-  // Written by ezdxf: tests/data/dxf/plot-styles/make_drawings.py.
-  const std::string data = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/";
-  const std::string drawing = data + "dxf/plot-styles/tables.dxf";
-  const std::string tables = folder_.File("xdg/sheafwork/plotstyles");
-  std::filesystem::create_directories(tables);
-  std::filesystem::copy_file(data + "plotstyle/broken/truncated.ctb", tables + "/truncated.ctb");
-  AddRow(drawing, " --layout Monochrome --plot-file " + Quoted(Out("mono.pdf")));
-  AddRow(drawing, " --layout Absente --plot-file " + Quoted(Out("absente.pdf")));
-  AddRow(drawing, " --layout Tronquee --plot-file " + Quoted(Out("tronquee.pdf")));
-  SetLogs();
-
-  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
-  EXPECT_EQ(run.status, 1) << run.err;
-  EXPECT_NE(run.err.find("Table de styles de tracé « absente.ctb » introuvable sur cette machine"),
-            std::string::npos)
-      << run.err;
-  EXPECT_NE(run.err.find("truncated.ctb : données compressées tronquées"), std::string::npos)
-      << run.err;
-  const std::vector<std::string> errors = testing::ReadLogLines(errors_);
-  EXPECT_EQ(std::count(errors.begin(), errors.end(), LoadResourceText(ids::kPlotFailed) + drawing),
-            1)
-      << testing::TempFolder::Read(errors_);
-  EXPECT_EQ(std::count(errors.begin(), errors.end(),
-                       MissingPlotStyleWarning("absente.ctb", "Absente", drawing)),
-            1)
-      << testing::TempFolder::Read(errors_);
-  EXPECT_FALSE(PlotOutput(Out("mono.pdf")).empty());
-  EXPECT_FALSE(PlotOutput(Out("absente.pdf")).empty());
-  EXPECT_TRUE(PlotOutput(Out("tronquee.pdf")).empty());
-}
-
 // Qt cannot start with a platform plugin that does not exist: a PDF plot
-// must not need it, TrueType text (drawn and searchable) included.
+// must not need it, TrueType text and text in a shape font (here missing,
+// drawn by the stroke font that stands in) both drawn and searchable.
 TEST_F(PlotCommand, APdfPlotDoesNotStartQt) {
   AddRow(Plan("facades.dxf"),
          " --layout 'Façade nord' --device PDF.pc3 --plot-file " + Quoted(Out("nord.pdf")));
-  List("add " + Quoted(list_) + " " + Quoted(Plan("etage.dxf")) +
-       " --layout 'Plan étage' --device PDF.pc3 --plot-file " + Quoted(Out("etage.pdf")));
+  AddRow(Plan("etage.dxf"),
+         " --layout 'Plan étage' --device PDF.pc3 --plot-file " + Quoted(Out("etage.pdf")));
+  AddRow(Plan("planche-essais.dxf"),
+         " --layout 'Planche A3' --device PDF.pc3 --plot-file " + Quoted(Out("planche.pdf")));
 
   const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_, "QT_QPA_PLATFORM=introuvable");
   ASSERT_EQ(run.status, 0) << run.err;
   ExpectPages(PlotOutput(Out("nord.pdf")), {{420, 297}});
-  int status = -1;
-  const std::string text =
-      sheafwork::testing::RunCommand("pdftotext " + Quoted(Out("etage.pdf")) + " -", status);
-  ASSERT_EQ(status, 0);
-  EXPECT_NE(text.find("Salle de bains"), std::string::npos) << text;
+  for (const auto& [pdf, text] :
+       {std::pair{"etage.pdf", "Salle de bains"}, {"planche.pdf", "Style ROMANS (romans.shx)"}}) {
+    int status = -1;
+    const std::string found =
+        sheafwork::testing::RunCommand("pdftotext " + Quoted(Out(pdf)) + " -", status);
+    EXPECT_EQ(status, 0);
+    EXPECT_NE(found.find(text), std::string::npos) << found;
+  }
 }
 
 // A log that cannot be written (a full device, a folder, a read-only folder)
@@ -298,20 +237,6 @@ TEST_F(PlotCommand, ALogThatCannotBeWrittenIsReportedAndNotNamedInTheSummary) {
     EXPECT_EQ(summary.find("erreurs : " + c.errors) != std::string::npos, c.errorsNamed) << summary;
   }
   std::filesystem::permissions(readOnly, std::filesystem::perms::owner_all);
-}
-
-// Text in a shape font (here missing, drawn by the stroke font that stands
-// in) is found in the PDF as TrueType text is.
-TEST_F(PlotCommand, ShapeFontTextIsFoundInThePdf) {
-  AddRow(Plan("planche-essais.dxf"),
-         " --layout 'Planche A3' --device PDF.pc3 --plot-file " + Quoted(Out("planche.pdf")));
-  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
-  ASSERT_EQ(run.status, 0) << run.err;
-  int status = -1;
-  const std::string text =
-      sheafwork::testing::RunCommand("pdftotext " + Quoted(Out("planche.pdf")) + " -", status);
-  ASSERT_EQ(status, 0);
-  EXPECT_NE(text.find("Style ROMANS (romans.shx)"), std::string::npos) << text;
 }
 
 }  // namespace
