@@ -17,15 +17,6 @@ using namespace sheafwork::testing;
 
 namespace {
 
-ui::MainWindow* ShownMainWindow() {
-  for (QWidget* widget : QApplication::topLevelWidgets()) {
-    if (auto* window = qobject_cast<ui::MainWindow*>(widget); window && window->isVisible()) {
-      return window;
-    }
-  }
-  return nullptr;
-}
-
 QWidget* ShownWindowNamed(const char* name) {
   for (QWidget* widget : QApplication::topLevelWidgets()) {
     if (widget->objectName() == QLatin1String(name) && widget->isVisible()) return widget;
@@ -61,7 +52,7 @@ class DesktopTest : public QObject {
     QTimer person;
     person.setInterval(20);
     connect(&person, &QTimer::timeout, [&] {
-      ui::MainWindow* window = ShownMainWindow();
+      auto* window = qobject_cast<ui::MainWindow*>(ShownWindowNamed("frmSheafwork"));
       if (!window) return;
       person.stop();
       window->Command(QStringLiteral("mnuHelpMain"))->trigger();

@@ -32,10 +32,6 @@ using namespace sheafwork::testing;
 
 namespace {
 
-void SetText(const QWidget& parent, const char* name, const std::string& text) {
-  Child<QLineEdit>(parent, name)->setText(QString::fromStdString(text));
-}
-
 LogSettings SomeSettings() {
   LogSettings log;
   log.JournalLogOn = true;
@@ -48,14 +44,6 @@ LogSettings SomeSettings() {
   log.ErrorAppend = false;
   return log;
 }
-
-// The logging dialog over SomeSettings(), the settings it was given kept.
-struct LoggingDialogOver {
-  LogSettings log = SomeSettings();
-  const LogSettings before = log;
-  ScriptedPrompt prompt;
-  ui::LoggingDialog dialog{log, prompt, nullptr};
-};
 
 }  // namespace
 
@@ -101,103 +89,96 @@ class DialogsTest : public QObject {
     QVERIFY(log == before);
   }
 
-  void loggingOkValidatesOnlyTheGroupsSwitchedOn_data() {
+  // OK checks the names of the groups switched on and the values the list
+  // file cannot hold: a refusal names the field and the dialog stays open,
+  // the settings untouched; a shown text is kept after a warning.
+  void loggingOkChecksWhatTheListFileHolds_data() {
     QTest::addColumn<bool>("journalOn");
     QTest::addColumn<QString>("journalName");
     QTest::addColumn<bool>("errorOn");
     QTest::addColumn<QString>("errorName");
-    QTest::addColumn<int>("message");                                       // 0: accepted
-    const QString longName = QStringLiteral("/tmp/") + QString(251, u'j');  // 256 characters
-    QTest::newRow("both valid") << true << "/tmp/j.log" << true << "/tmp/e.log" << 0;
-    QTest::newRow("both invalid: journal first")
-        << true << "/tmp/a|b.log" << true << "/tmp/<e>.log" << ids::kJournalNameNotValid;
-    QTest::newRow("error log invalid")
-        << true << "/tmp/j.log" << true << "" << ids::kErrorLogNameNotValid;
-    QTest::newRow("invalid name of a group switched off")
-        << false << "/tmp/a|b.log" << true << "/tmp/e.log" << 0;
-    QTest::newRow("256 characters") << true << longName << false << "" << ids::kJournalNameNotValid;
-    QTest::newRow("255 characters") << true << longName.chopped(1) << false << "" << 0;
-  }
-
-  // Values the list file cannot hold: the dialog names the field and stays
-  // open, the settings untouched; a shown text is kept after a warning.
-  void loggingOkRefusesValuesTheListFileCannotHold() {
-    QFETCH(QString, name);
-    QFETCH(QString, header);
-    QFETCH(QString, comment);
-    QFETCH(int, field);
-    QFETCH(int, reason);
-    LoggingDialogOver over;
-    auto& [log, before, prompt, dialog] = over;
-    Child<QCheckBox>(dialog, "chkJournalEnable")->setChecked(true);
-    SetText(dialog, "txtJournalFilename", ui::S(name));
-    SetText(dialog, "txtJournalHeader", ui::S(header));
-    SetText(dialog, "txtJournalUser", ui::S(comment));
-    Child<QPushButton>(dialog, "cmdJournalOK")->click();
-    QCOMPARE(prompt.messages.size(), std::size_t{1});
-    QCOMPARE(prompt.messages[0].text, LoadResourceText(field) + " : " + LoadResourceText(reason));
-    if (reason != ids::kValueKeptWithMarks) {
-      QCOMPARE(dialog.result(), int(QDialog::Rejected));
-      QVERIFY(log == before);
-      return;
-    }
-    QCOMPARE(dialog.result(), int(QDialog::Accepted));
-    QCOMPARE(QString::fromStdString(log.JournalUserComment), comment);
-  }
-
-  void loggingOkRefusesValuesTheListFileCannotHold_data() {
-    QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("header");
     QTest::addColumn<QString>("comment");
-    QTest::addColumn<int>("field");
-    QTest::addColumn<int>("reason");
+    QTest::addColumn<QString>("message");  // empty: none
+    QTest::addColumn<int>("title");
+    QTest::addColumn<bool>("accepted");
+    const auto text = [](int id) { return QString::fromStdString(LoadResourceText(id)); };
+    const auto field = [&](int id, int reason) { return text(id) + " : " + text(reason); };
+    const QString longName = QStringLiteral("/tmp/") + QString(251, u'j');  // 256 characters
+    QTest::newRow("both valid") << true << "/tmp/j.log" << true << "/tmp/e.log" << QString()
+                                << QString() << QString() << 0 << true;
+    QTest::newRow("both invalid: journal first")
+        << true << "/tmp/a|b.log" << true << "/tmp/<e>.log" << QString() << QString()
+        << text(ids::kJournalNameNotValid) << ids::kErrorTitle << false;
+    QTest::newRow("error log invalid")
+        << true << "/tmp/j.log" << true << QString() << QString() << QString()
+        << text(ids::kErrorLogNameNotValid) << ids::kErrorTitle << false;
+    QTest::newRow("invalid name of a group switched off")
+        << false << "/tmp/a|b.log" << true << "/tmp/e.log" << QString() << QString() << QString()
+        << 0 << true;
+    QTest::newRow("256 characters")
+        << true << longName << false << QString() << QString() << QString()
+        << text(ids::kJournalNameNotValid) << ids::kErrorTitle << false;
+    QTest::newRow("255 characters") << true << longName.chopped(1) << false << QString()
+                                    << QString() << QString() << QString() << 0 << true;
     QTest::newRow("line break in the header")
-        << "/tmp/j.log"
-        << "un\ndeux"
-        << "" << ids::kFieldJournalHeader << ids::kValueHasLineBreak;
+        << true << "/tmp/j.log" << true << "/tmp/e.log"
+        << "un\ndeux" << QString() << field(ids::kFieldJournalHeader, ids::kValueHasLineBreak)
+        << ids::kInvalidFileTitle << false;
     QTest::newRow("name outside the code page")
-        << QString::fromUtf8("/tmp/\u65e5.log") << ""
-        << "" << ids::kFieldJournalFile << ids::kValueNotWindows1252;
-    QTest::newRow("quote in the name") << "/tmp/\"j\".log"
-                                       << ""
-                                       << "" << ids::kFieldJournalFile << ids::kValueHasQuote;
+        << true << QString::fromUtf8("/tmp/\u65e5.log") << true << "/tmp/e.log" << QString()
+        << QString() << field(ids::kFieldJournalFile, ids::kValueNotWindows1252)
+        << ids::kInvalidFileTitle << false;
+    QTest::newRow("quote in the name")
+        << true << "/tmp/\"j\".log" << true << "/tmp/e.log" << QString() << QString()
+        << field(ids::kFieldJournalFile, ids::kValueHasQuote) << ids::kInvalidFileTitle << false;
     QTest::newRow("comment outside the code page: kept")
-        << "/tmp/j.log"
-        << "" << QString::fromUtf8("Nord \u5317") << ids::kFieldJournalComment
-        << ids::kValueKeptWithMarks;
+        << true << "/tmp/j.log" << true << "/tmp/e.log" << QString()
+        << QString::fromUtf8("Nord \u5317")
+        << field(ids::kFieldJournalComment, ids::kValueKeptWithMarks) << ids::kAppTitle << true;
   }
 
-  void loggingOkValidatesOnlyTheGroupsSwitchedOn() {
+  void loggingOkChecksWhatTheListFileHolds() {
     QFETCH(bool, journalOn);
     QFETCH(QString, journalName);
     QFETCH(bool, errorOn);
     QFETCH(QString, errorName);
-    QFETCH(int, message);
-    LoggingDialogOver over;
-    auto& [log, before, prompt, dialog] = over;
+    QFETCH(QString, header);
+    QFETCH(QString, comment);
+    QFETCH(QString, message);
+    QFETCH(int, title);
+    QFETCH(bool, accepted);
+    LogSettings log = SomeSettings();
+    const LogSettings before = log;
+    ScriptedPrompt prompt;
+    ui::LoggingDialog dialog(log, prompt, nullptr);
     Child<QCheckBox>(dialog, "chkJournalEnable")->setChecked(journalOn);
     Child<QCheckBox>(dialog, "chkErrorEnable")->setChecked(errorOn);
-    SetText(dialog, "txtJournalFilename", ui::S(journalName));
-    SetText(dialog, "txtErrorFilename", ui::S(errorName));
+    Child<QLineEdit>(dialog, "txtJournalFilename")->setText(journalName);
+    Child<QLineEdit>(dialog, "txtErrorFilename")->setText(errorName);
+    Child<QLineEdit>(dialog, "txtJournalHeader")->setText(header);
+    Child<QLineEdit>(dialog, "txtJournalUser")->setText(comment);
     Child<QRadioButton>(dialog, "optJournalOverwrite")->setChecked(true);
-    SetText(dialog, "txtJournalHeader", "");
     Child<QPushButton>(dialog, "cmdJournalOK")->click();
-    if (message != 0) {
+    if (message.isEmpty()) {
+      QVERIFY(prompt.messages.empty());
+    } else {
       QCOMPARE(prompt.messages.size(), std::size_t{1});
-      QCOMPARE(prompt.messages[0].text, LoadResourceText(message));
-      QCOMPARE(prompt.messages[0].title, LoadResourceText(ids::kErrorTitle));
-      QCOMPARE(dialog.result(), int(QDialog::Rejected));
+      QCOMPARE(QString::fromStdString(prompt.messages[0].text), message);
+      QCOMPARE(prompt.messages[0].title, LoadResourceText(title));
+    }
+    QCOMPARE(dialog.result(), int(accepted ? QDialog::Accepted : QDialog::Rejected));
+    if (!accepted) {
       QVERIFY(log == before);
       return;
     }
-    QVERIFY(prompt.messages.empty());
-    QCOMPARE(dialog.result(), int(QDialog::Accepted));
     QCOMPARE(log.JournalLogOn, journalOn);
     QCOMPARE(log.ErrorLogOn, errorOn);
     if (journalOn) {
+      QCOMPARE(QString::fromStdString(log.JournalUserComment), comment);
       QCOMPARE(QString::fromStdString(log.JournalLogFileName), journalName);
       QCOMPARE(log.JournalAppend, false);
-      QCOMPARE(log.JournalHeader, std::string());
+      QCOMPARE(QString::fromStdString(log.JournalHeader), header);
     } else {
       // Only the switch changes; the name typed in the disabled group is not kept.
       QCOMPARE(log.JournalLogFileName, before.JournalLogFileName);
@@ -223,6 +204,13 @@ class DialogsTest : public QObject {
     QVERIFY(Child<QPlainTextEdit>(one, "txtDevicesDescr")
                 ->toPlainText()
                 .startsWith(QString::fromStdString(LoadResourceText(ids::kNonSystemPrinter))));
+    // A click describes the item clicked.
+    one.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&one));
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                      list->visualItemRect(list->item(1)).center());
+    QCOMPARE(list->currentRow(), 1);
+    QVERIFY(Child<QPlainTextEdit>(one, "txtDevicesDescr")->toPlainText().contains("HP LaserJet"));
     // A printer named like a file is a system printer.
     list->setCurrentRow(2);
     const QString described = Child<QPlainTextEdit>(one, "txtDevicesDescr")->toPlainText();
@@ -246,23 +234,6 @@ class DialogsTest : public QObject {
     Child<QPushButton>(both, "cmdDevicesOk")->click();
     QCOMPARE(world.session.List.Entry(1).PlotDevice, "/srv/traceurs/Grand.Pc3");
     QCOMPARE(world.session.List.Entry(2).PlotDevice, "/srv/traceurs/Grand.Pc3");
-  }
-
-  void devicesDescribesTheItemClicked() {
-    UiWorld world;
-    world.AddRow("A.dwg");
-    world.printers.printers = {{"Bureau", "HP LaserJet", "ipp://imprimante/bureau"}};
-    world.session.Selection.SelectCountCache(std::vector<int>{1});
-    ui::DevicesDialog dialog(world.session, &world.printers, world.hostSession.get(), world.prompt,
-                             nullptr);
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-    auto* list = Child<QListWidget>(dialog, "lstDevices2");
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                      list->visualItemRect(list->item(1)).center());
-    QCOMPARE(list->currentRow(), 1);
-    const QString described = Child<QPlainTextEdit>(dialog, "txtDevicesDescr")->toPlainText();
-    QVERIFY2(described.contains(QStringLiteral("HP LaserJet")), qPrintable(described));
   }
 
   void devicesReportsAnUnreadableSearchPath() {
@@ -311,7 +282,7 @@ class DialogsTest : public QObject {
     QCOMPARE(prompt.messages.back().text, LoadResourceText(ids::kJournalNotOn));
   }
 
-  void aboutShowsVersionAndMissingSystemInfo() {
+  void aboutShowsVersionAndSystemFacts() {
     ScriptedPrompt prompt;
     ui::AboutDialog about(prompt, nullptr, [] { return false; });
     QCOMPARE(about.windowTitle(), QString::fromStdString(LoadResourceText(ids::kAboutTitle)));
@@ -321,9 +292,9 @@ class DialogsTest : public QObject {
     QCOMPARE(prompt.messages.size(), std::size_t{1});
     QCOMPARE(prompt.messages[0].text, LoadResourceText(ids::kSysInfoUnavailable));
     QVERIFY(about.isVisible());
-  }
 
-  void systemInfoNamesTheSystemHostAndFolders() {
+    // Where they are available, the system facts name the system, the host
+    // and the folders.
     UiWorld world;
     ui::UiContext context = world.Context();
     context.hostName = "embarque";
@@ -340,7 +311,7 @@ class DialogsTest : public QObject {
     QVERIFY(!text.contains(QString::fromStdString(LoadResourceText(ids::kSysInfoUnavailable))));
   }
 
-  void helpTopicsByButtonAndF1() {
+  void helpTopicsByButtonAndF1AndTheirPages() {
     QCOMPARE(ui::TopicForContext(ui::context::kLogging + 5), QStringLiteral("LoggingDialog"));
     QCOMPARE(ui::TopicForContext(ui::context::kSettingsLayers),
              QStringLiteral("PlotSettingsDialog_LayersTab"));
@@ -360,21 +331,18 @@ class DialogsTest : public QObject {
     QTest::keyClick(name, Qt::Key_F1);
     QCOMPARE(help.topics, (QStringList{"LoggingDialog", "LoggingDialog"}));
     QVERIFY(dialog.isVisible());
-  }
 
-  void everyTopicHasAHelpPage() {
+    // Every topic has its page.
     const QString folder = ui::HelpFolder("");
     // The main page tells which drawings the program reads.
-    QFile main(folder + QStringLiteral("/UsingTheSheafworkUtility.html"));
+    QFile main(folder + "/UsingTheSheafworkUtility.html");
     QVERIFY(main.open(QIODevice::ReadOnly));
     const QString page = QString::fromUtf8(main.readAll());
-    QVERIFY(page.contains(QStringLiteral("DXF")) && page.contains(QStringLiteral("DWG")));
-    for (const char* name : {ui::topic::kMain, ui::topic::kLogging, ui::topic::kLayoutsSingle,
-                             ui::topic::kLayoutsMulti, ui::topic::kPageSetups, ui::topic::kDevices,
-                             ui::topic::kSettingsPlot, ui::topic::kSettingsLayers}) {
-      QVERIFY2(
-          QFileInfo::exists(folder + u'/' + QString::fromLatin1(name) + QStringLiteral(".html")),
-          name);
+    QVERIFY(page.contains("DXF") && page.contains("DWG"));
+    for (const char* topic : {ui::topic::kMain, ui::topic::kLogging, ui::topic::kLayoutsSingle,
+                              ui::topic::kLayoutsMulti, ui::topic::kPageSetups, ui::topic::kDevices,
+                              ui::topic::kSettingsPlot, ui::topic::kSettingsLayers}) {
+      QVERIFY2(QFileInfo::exists(folder + u'/' + topic + ".html"), topic);
     }
   }
 

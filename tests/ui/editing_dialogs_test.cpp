@@ -10,6 +10,7 @@
 #include <QTabWidget>
 #include <QTreeWidget>
 #include <QtTest>
+#include <map>
 #include <set>
 
 #include "res/string_ids.h"
@@ -76,17 +77,16 @@ class EditingDialogsTest : public QObject {
     Pick(*Child<QListWidget>(model, "lstLayouts"), QStringLiteral("Objet"));
     model.accept();
     QCOMPARE(world.session.List.Entry(1).Layout, LoadResourceText(ids::kLayoutModelTab));
-  }
 
-  void layoutsOfADrawingThatDoesNotOpen() {
-    UiWorld world;
-    world.AddRow("Plan.dwg").openError = host::Error(-2147467259, "Fichier endommagé");
-    ui::LayoutsSingleDialog dialog(world.session, 1, world.hostSession.get(), world.prompt,
+    // A drawing that does not open offers the three layouts every drawing has.
+    QVERIFY(world.prompt.messages.empty());
+    world.AddRow("Casse.dwg").openError = host::Error(-2147467259, "Fichier endommagé");
+    ui::LayoutsSingleDialog broken(world.session, 2, world.hostSession.get(), world.prompt,
                                    nullptr);
     QCOMPARE(world.prompt.messages.size(), std::size_t{1});
     QCOMPARE(world.prompt.messages[0].text,
              LoadResourceText(ids::kLayoutsOpenError) + "Fichier endommagé");
-    QCOMPARE(Child<QListWidget>(dialog, "lstLayouts")->count(), 3);
+    QCOMPARE(Child<QListWidget>(broken, "lstLayouts")->count(), 3);
   }
 
   void layoutsOfSeveralRows() {
@@ -165,18 +165,16 @@ class EditingDialogsTest : public QObject {
       numbers.insert(scales[i].number);
     }
     QCOMPARE(numbers.size(), scales.size());
-    const auto number = [&](const char* name) {
-      for (const auto& scale : scales) {
-        if (LoadResourceText(scale.nameId) == name) return scale.number;
-      }
-      return -1;
-    };
-    QCOMPARE(number("1:1"), 16);
-    QCOMPARE(number("1:100"), 26);
-    QCOMPARE(number("100:1"), 31);
-    QCOMPARE(number("1/128\" = 1'0\""), 1);
-    QCOMPARE(number("1\" = 1'0\""), 12);
-    QCOMPARE(number("1'0\" = 1'0\""), 15);
+    std::map<std::string, int> byName;
+    for (const auto& scale : scales) byName[LoadResourceText(scale.nameId)] = scale.number;
+    for (const auto& [name, number] : std::map<std::string, int>{{"1:1", 16},
+                                                                 {"1:100", 26},
+                                                                 {"100:1", 31},
+                                                                 {"1/128\" = 1'0\"", 1},
+                                                                 {"1\" = 1'0\"", 12},
+                                                                 {"1'0\" = 1'0\"", 15}}) {
+      QCOMPARE(byName[name], number);
+    }
   }
 
   void plotSettingsOfOneRow() {

@@ -74,7 +74,16 @@ class HostRunTest : public QObject {
         std::filesystem::path(SHEAFWORK_SOURCE_DIR) / "examples/plans/etage.dxf", drawing);
     auto progress = std::make_shared<WatchedProgress>();
     ScriptedPrompt prompt;
-    AttachResult attached = AttachEmbeddedHost(folder, progress, prompt);
+    // The embedded host, started as the desktop starts it, with the shipped
+    // data and no printers.
+    embedded::EmbeddedHostOptions options;
+    options.dataFolder = std::string(SHEAFWORK_SOURCE_DIR) + "/data";
+    options.userFolder = folder.File("utilisateur");
+    options.printers = std::make_shared<ListedPrinters>();
+    options.progress = progress;
+    AttachResult attached =
+        AttachHost([&] { return embedded::MakeEmbeddedHost(options); },
+                   ProgramFiles{folder.File("data"), folder.path().string()}, prompt);
     QVERIFY(attached.ok);
     Session session(folder.path().string());
     BatchEntry& good = session.List.Append();

@@ -101,7 +101,7 @@ class MainWindowTest : public QObject {
     QCOMPARE(window.Model()->rowCount(), 2);
   }
 
-  void droppedFilesBecomeRows() {
+  void droppedOrAddedDrawingsBecomeRows() {
     UiWorld world;
     MainWindow window(world.Context());
     const std::string upper = world.folder.Write("PLAN.DWG", "");
@@ -126,6 +126,17 @@ class MainWindowTest : public QObject {
     QMimeData plain;
     plain.setText(QString::fromStdString(upper));
     QVERIFY(!window.Model()->canDropMimeData(&plain, Qt::CopyAction, -1, -1, {}));
+
+    // Adding by name takes drawings only.
+    world.prompt.ThenChoose(world.folder.Write("a.dwg", ""))
+        .ThenChoose(world.folder.Write("b.pdf", ""));
+    window.AddDrawings();
+    window.AddDrawings();
+    QCOMPARE(window.Model()->rowCount(), 4);
+    QCOMPARE(world.prompt.dialogs[0].request.title, LoadResourceText(ids::kAddDrawingTitle));
+    QCOMPARE(ui::QtNameFilters(world.prompt.dialogs[0].request.filter),
+             QStringLiteral("Tous les dessins (*.dwg *.dwt *.dxf);;Fichiers de dessin (*.dwg);;"
+                            "Fichiers gabarits (*.dwt);;Fichiers DXF (*.dxf)"));
   }
 
   void droppedListOpensThenAppends() {
@@ -149,20 +160,6 @@ class MainWindowTest : public QObject {
     window.Model()->dropMimeData(&data, Qt::CopyAction, -1, -1, {});
     QCOMPARE(window.Model()->rowCount(), 4);
     QCOMPARE(other.session.ListName, list);
-  }
-
-  void addDrawingTakesOnlyDrawings() {
-    UiWorld world;
-    MainWindow window(world.Context());
-    world.prompt.ThenChoose(world.folder.Write("a.dwg", ""))
-        .ThenChoose(world.folder.Write("b.pdf", ""));
-    window.AddDrawings();
-    window.AddDrawings();
-    QCOMPARE(window.Model()->rowCount(), 1);
-    QCOMPARE(world.prompt.dialogs[0].request.title, LoadResourceText(ids::kAddDrawingTitle));
-    QCOMPARE(ui::QtNameFilters(world.prompt.dialogs[0].request.filter),
-             QStringLiteral("Tous les dessins (*.dwg *.dwt *.dxf);;Fichiers de dessin (*.dwg);;"
-                            "Fichiers gabarits (*.dwt);;Fichiers DXF (*.dxf)"));
   }
 
   void plotRunMarksEveryRow() {

@@ -2,7 +2,6 @@
 
 #include <filesystem>
 
-#include "embedded/automation/embedded_host.h"
 #include "host/startup.h"
 
 namespace sheafwork::testing {
@@ -46,18 +45,6 @@ FakeDrawing& UiWorld::AddRow(const std::string& name) {
   BatchEntry& entry = session.List.Append();
   entry.FileName = drawing.path;
   return drawing;
-}
-
-AttachResult AttachEmbeddedHost(const TempFolder& folder,
-                                std::shared_ptr<embedded::ProgressDisplay> progress,
-                                Prompt& prompt) {
-  embedded::EmbeddedHostOptions options;
-  options.dataFolder = std::string(SHEAFWORK_SOURCE_DIR) + "/data";
-  options.userFolder = folder.File("utilisateur");
-  options.printers = std::make_shared<ListedPrinters>();
-  options.progress = std::move(progress);
-  return AttachHost([&] { return embedded::MakeEmbeddedHost(options); },
-                    ProgramFiles{folder.File("data"), folder.path().string()}, prompt);
 }
 
 QStringList Items(const QListWidget& list) {

@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "batch/session.h"
-#include "embedded/automation/progress_display.h"
 #include "fakes/fake_host.h"
 #include "fakes/scripted_prompt.h"
 #include "fakes/system_doubles.h"
@@ -56,13 +55,6 @@ class UiWorld {
   AllFonts fonts;
   RecordingHelp help;
 };
-
-/// The embedded host, started as the desktop starts it, with the shipped
-/// data, no printers, `folder` for the user's files and `progress` as its
-/// progress display.
-AttachResult AttachEmbeddedHost(const TempFolder& folder,
-                                std::shared_ptr<embedded::ProgressDisplay> progress,
-                                Prompt& prompt);
 
 /// The control named `name` among the children of `parent`; a missing one
 /// ends the test run.
