@@ -41,12 +41,6 @@ std::vector<std::vector<std::string>> ProblemsByRow(const std::string& results) 
   return rows;
 }
 
-std::string Joined(const std::vector<std::string>& lines) {
-  std::string text;
-  for (const auto& line : lines) text += line + "\n";
-  return text;
-}
-
 using CheckCommand = ExampleListTest;
 
 TEST_F(CheckCommand, ReportsEachMissingPieceOnItsRowAndNothingForAGoodRow) {
@@ -86,7 +80,7 @@ TEST_F(CheckCommand, ReportsEachMissingPieceOnItsRowAndNothingForAGoodRow) {
   std::vector<std::vector<std::string>> found = ProblemsByRow(run.out);
   ASSERT_EQ(found.size(), expected.size()) << run.out;
   for (std::size_t row = 0; row < expected.size(); ++row) {
-    SCOPED_TRACE("row " + std::to_string(row + 1) + ":\n" + Joined(found[row]));
+    SCOPED_TRACE("row " + std::to_string(row + 1) + ": " + ::testing::PrintToString(found[row]));
     // The unresolved reference is named by the host's external-reference
     // log line; only the reference that is really missing may appear.
     for (auto& line : found[row]) {

@@ -35,7 +35,7 @@ embedded::Box2 StrokeExtents(const embedded::testing::HpglPlot& plot) {
   return box;
 }
 
-class PlotDrawings : public ExampleListTest {};
+using PlotDrawings = ExampleListTest;
 
 // The example drawings as a newcomer plots them: every drawing's active
 // layout into one folder, created for the run; the same drawing twice gets

@@ -45,16 +45,6 @@ ProgramRun RunProgram(const std::string& exe, const std::string& args,
   return run;
 }
 
-std::string CopyExamplePlans(const testing::TempFolder& folder) {
-  const fs::path plans = folder.path() / "plans";
-  fs::create_directories(plans);
-  for (const auto& entry :
-       fs::directory_iterator(fs::path(SHEAFWORK_SOURCE_DIR) / "examples/plans")) {
-    fs::copy_file(entry.path(), plans / entry.path().filename());
-  }
-  return plans.string();
-}
-
 std::vector<std::string> Lines(const std::string& text) {
   std::vector<std::string> lines;
   std::size_t start = 0;
@@ -87,10 +77,9 @@ std::string PlotOutput(const std::string& stem) {
 }
 
 ExampleListTest::ExampleListTest()
-    : plans_(CopyExamplePlans(folder_)),
-      out_(folder_.File("sorties")),
-      list_(folder_.File("lot.qx3")) {
+    : plans_(folder_.File("plans")), out_(folder_.File("sorties")), list_(folder_.File("lot.qx3")) {
   fs::create_directories(out_);
+  fs::copy(fs::path(SHEAFWORK_SOURCE_DIR) / "examples/plans", plans_);
 }
 
 std::string ExampleListTest::Fixture(const std::string& relative) const {

@@ -30,10 +30,6 @@ ProgramRun RunProgram(const std::string& exe, const std::string& args,
 /// `text` quoted for the shell.
 std::string Quoted(const std::string& text);
 
-/// Copies the example drawings of examples/plans into `folder`/plans and
-/// returns that folder's path.
-std::string CopyExamplePlans(const testing::TempFolder& folder);
-
 /// The lines of `text` split at LF (a CR before it dropped).
 std::vector<std::string> Lines(const std::string& text);
 
@@ -50,8 +46,8 @@ void ExpectPages(const std::string& file, const std::vector<SheetSize>& sheets);
 /// added; empty when neither exists.
 std::string PlotOutput(const std::string& stem);
 
-/// A test over copies of the example drawings, with a list file to build
-/// with `sheafwork list` and a folder for the plots.
+/// A test over copies of the example drawings (in `folder_`/plans), with a
+/// list file to build with `sheafwork list` and a folder for the plots.
 class ExampleListTest : public ::testing::Test {
  protected:
   ExampleListTest();
