@@ -25,43 +25,14 @@ TEST_F(ListValuesTest, RefusedValuesLeaveTheListAsItWas) {
   ASSERT_EQ(Run({"list", "new", list, "/p/1.dwg"}).status, 0);
   const std::string before = TempFolder::Read(list);
 
-  struct Case {
-    std::vector<std::string> args;
-    int field;
-    int reason;
-  };
-  const Case cases[] = {
-      {{"add", list, "/p/a\nb.dwg"}, ids::kFieldDrawing, ids::kValueHasLineBreak},
-      {{"add", list, "/p/plan.dwg", "--layout", "Plan\r"},
-       ids::kFieldLayout,
-       ids::kValueHasLineBreak},
-      {{"add", list, "/p/plan.dwg", "--plot-file", "/out/\"x\".pdf"},
-       ids::kFieldPlotFile,
-       ids::kValueHasQuote},
-      {{"add", list, "/p/\xE6\xA4\x8D.dwg"}, ids::kFieldDrawing, ids::kValueNotWindows1252},
-      {{"add", list, "/p/plan.dwg", "--device", "/cfg/\xCE\xA9.pc3"},
-       ids::kFieldDevice,
-       ids::kValueNotWindows1252},
-      {{"add", list, "/p/plan.dwg", "--setup", "\xFF"},
-       ids::kFieldPageSetup,
-       ids::kValueNotWindows1252},
-      {{"set", list, "--journal-file", "/logs/j\n.log"},
-       ids::kFieldJournalFile,
-       ids::kValueHasLineBreak},
-      {{"set", list, "--journal-comment", "un\ndeux"},
-       ids::kFieldJournalComment,
-       ids::kValueHasLineBreak},
-      {{"set", list, "--error-file", "/logs/\xE6\x97\xA5.log"},
-       ids::kFieldErrorFile,
-       ids::kValueNotWindows1252},
-  };
-  for (const Case& c : cases) {
-    std::vector<std::string> args = c.args;
-    args.insert(args.begin(), "list");
-    SCOPED_TRACE(args[1] + " " + args[3]);
+  for (const auto& row : testing::ReadTestTable("app/refused_values.tsv")) {
+    SCOPED_TRACE(row.where);
+    std::vector<std::string> args = {"list", row[0], list};
+    for (const std::string& arg : row.List(1)) args.push_back(arg);
     const testing::Outcome o = Run(args);
     EXPECT_EQ(o.status, 2) << o.err;
-    EXPECT_NE(o.err.find(LoadResourceText(c.field) + " : " + LoadResourceText(c.reason)),
+    EXPECT_NE(o.err.find(LoadResourceText(std::stoi(row[2])) + " : " +
+                         LoadResourceText(std::stoi(row[3]))),
               std::string::npos)
         << o.err;
     EXPECT_EQ(TempFolder::Read(list), before);

@@ -21,7 +21,6 @@
 #include "ui/devices_dialog.h"
 #include "ui/help.h"
 #include "ui/logging_dialog.h"
-#include "ui/qt_text.h"
 #include "ui/results_dialog.h"
 #include "ui/single_instance.h"
 #include "ui/system_info_dialog.h"
@@ -371,22 +370,6 @@ class DialogsTest : public QObject {
     file.close();
     ui::SingleInstance instance(stale);
     QVERIFY(instance.TryLock());
-  }
-
-  void filtersBecomeQtNameFilters_data() {
-    QTest::addColumn<int>("id");
-    QTest::addColumn<QString>("filters");
-    QTest::newRow("drawings") << ids::kDrawingFilter
-                              << "Tous les dessins (*.dwg *.dwt);;Fichiers de dessin (*.dwg);;"
-                                 "Fichiers gabarits (*.dwt)";
-    QTest::newRow("logs") << ids::kLogFilter << "Fichiers journaux (*.log)";
-    QTest::newRow("all files") << ids::kAllFilesFilter << "Tous les fichiers (*.*)";
-  }
-
-  void filtersBecomeQtNameFilters() {
-    QFETCH(int, id);
-    QFETCH(QString, filters);
-    QCOMPARE(ui::QtNameFilters(LoadResourceText(id)), filters);
   }
 };
 

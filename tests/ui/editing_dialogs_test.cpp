@@ -13,6 +13,7 @@
 #include <map>
 #include <set>
 
+#include "fakes/test_data.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 #include "ui/layouts_dialog.h"
@@ -333,22 +334,14 @@ class EditingDialogsTest : public QObject {
     QCOMPARE(world.session.List.Entry(1).Layers, "0 0 MURS 0 Cotes 0 Gelé 1");
   }
 
-  void layerFlagsAreRead_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QStringList>("pairs");
-    QTest::newRow("empty") << "" << QStringList{};
-    QTest::newRow("pairs") << "0 1 MURS 0" << QStringList{"0=1", "MURS=0"};
-    QTest::newRow("extra blanks and a missing flag") << "  A 1  B" << QStringList{"A=1"};
-  }
-
   void layerFlagsAreRead() {
-    QFETCH(QString, text);
-    QFETCH(QStringList, pairs);
-    QStringList read;
-    for (const auto& [name, flag] : ui::ParseLayerFlags(text.toStdString())) {
-      read << QString::fromStdString(name) + (flag ? "=1" : "=0");
+    for (const auto& row : ReadTestTable("ui/layer_flags.tsv")) {
+      std::vector<std::string> read;
+      for (const auto& [name, flag] : ui::ParseLayerFlags(row[0])) {
+        read.push_back(name + (flag ? "=1" : "=0"));
+      }
+      QVERIFY2(read == row.List(1), row.where.c_str());
     }
-    QCOMPARE(read, pairs);
   }
 };
 

@@ -13,6 +13,7 @@
 
 #include "batch/list_commands.h"
 #include "batch/list_row.h"
+#include "fakes/test_data.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 #include "ui/batch_model.h"
@@ -252,28 +253,13 @@ class MainWindowTest : public QObject {
     QCOMPARE(second.List()->columnWidth(1), 123);
   }
 
-  void distinctMnemonics_data() {
-    QTest::addColumn<QStringList>("captions");
-    QTest::addColumn<QStringList>("expected");
-    QTest::newRow("already distinct")
-        << QStringList{"&Ouvrir", "&Fermer", ""} << QStringList{"&Ouvrir", "&Fermer", ""};
-    QTest::newRow("next word's initial")
-        << QStringList{"&Aide sur le traçage", "", "&A propos du traçage"}
-        << QStringList{"&Aide sur le traçage", "", "A &propos du traçage"};
-    QTest::newRow("letter case ignored") << QStringList{"&Tracer", "Essai de &traçage"}
-                                         << QStringList{"&Tracer", "&Essai de traçage"};
-    QTest::newRow("any free letter")
-        << QStringList{"&Ab", "&Ba", "&Abc"} << QStringList{"&Ab", "&Ba", "Ab&c"};
-    QTest::newRow("none free") << QStringList{"&Ab", "&Ba", "&Ab"}
-                               << QStringList{"&Ab", "&Ba", "&Ab"};
-    QTest::newRow("a plain ampersand")
-        << QStringList{"&Dessins", "R && &D"} << QStringList{"&Dessins", "&R && D"};
-  }
-
   void distinctMnemonics() {
-    QFETCH(QStringList, captions);
-    QFETCH(QStringList, expected);
-    QCOMPARE(ui::DistinctMnemonics(captions), expected);
+    for (const auto& row : ReadTestTable("ui/mnemonics.tsv")) {
+      const auto captions = [&](int i) { return QString::fromStdString(row[i]).split(u'|'); };
+      const QStringList got = ui::DistinctMnemonics(captions(0));
+      QVERIFY2(got == captions(1),
+               qPrintable(QString::fromStdString(row.where) + ": " + got.join(u'|')));
+    }
   }
 
   void newListAsksAndClears() {
