@@ -163,13 +163,26 @@ class MainWindowTest : public QObject {
     QCOMPARE(other.session.ListName, list);
   }
 
-  void plotRunMarksEveryRow() {
+  // The plot test shows its results; a plot run marks every row.
+  void plotTestAndPlotRun() {
     UiWorld world;
-    world.AddRow("Bon.dwg");
+    world.AddRow("Bon.dwg").AddLayout("A1");
+    world.session.List.Entry(1).Layout = "Inconnue";
     FakeDrawing& broken = world.AddRow("Casse.dwg");
     broken.openError = host::Error(-2147467259, "Dessin illisible");
     world.AddRow("Autre.dwg");
     MainWindow window(world.Context());
+    QString shown;
+    WhenModal<ui::ResultsDialog>([&](ui::ResultsDialog& dialog) {
+      shown = dialog.findChild<QPlainTextEdit*>("txtPTResults")->toPlainText();
+    });
+    window.PlotTest();
+    QVERIFY2(shown.contains(
+                 QStringLiteral("ERREUR: Présentation <Inconnue> introuvable dans le dessin")),
+             qPrintable(shown));
+    QVERIFY(!shown.contains(u'\r'));
+
+    world.session.List.Entry(1).Layout = "";
     window.Plot();
     ui::BatchModel& model = *window.Model();
     QCOMPARE(model.Status(1), RowStatus::Plotted);
@@ -184,22 +197,6 @@ class MainWindowTest : public QObject {
     QCOMPARE(icon(0), icon(2));
     QVERIFY(window.List()->isEnabled());
     QVERIFY(window.menuBar()->isEnabled());
-  }
-
-  void plotTestShowsItsResults() {
-    UiWorld world;
-    world.AddRow("Plan.dwg").AddLayout("A1");
-    world.session.List.Entry(1).Layout = "Inconnue";
-    MainWindow window(world.Context());
-    QString shown;
-    WhenModal<ui::ResultsDialog>([&](ui::ResultsDialog& dialog) {
-      shown = dialog.findChild<QPlainTextEdit*>("txtPTResults")->toPlainText();
-    });
-    window.PlotTest();
-    QVERIFY2(shown.contains(
-                 QStringLiteral("ERREUR: Présentation <Inconnue> introuvable dans le dessin")),
-             qPrintable(shown));
-    QVERIFY(!shown.contains(u'\r'));
   }
 
   void commandsWithoutHostSaySo() {
