@@ -233,18 +233,16 @@ class DialogsTest : public QObject {
     Child<QPushButton>(both, "cmdDevicesOk")->click();
     QCOMPARE(world.session.List.Entry(1).PlotDevice, "/srv/traceurs/Grand.Pc3");
     QCOMPARE(world.session.List.Entry(2).PlotDevice, "/srv/traceurs/Grand.Pc3");
-  }
 
-  void devicesReportsAnUnreadableSearchPath() {
-    UiWorld world;
-    world.AddRow("A.dwg");
-    world.session.Selection.SelectCountCache(std::vector<int>{1});
+    // A search path the host cannot give is said; the default stays on offer.
+    world.printers.printers.clear();
     world.host.FailOn("PrinterConfigPath");
-    ui::DevicesDialog dialog(world.session, &world.printers, world.hostSession.get(), world.prompt,
-                             nullptr);
-    QCOMPARE(world.prompt.messages.size(), std::size_t{1});
-    QCOMPARE(world.prompt.messages[0].text, LoadResourceText(ids::kConfigPathUnreadable));
-    QCOMPARE(Items(*Child<QListWidget>(dialog, "lstDevices2")), QStringList{"Par défaut"});
+    const std::size_t said = world.prompt.messages.size();
+    ui::DevicesDialog failing(world.session, &world.printers, world.hostSession.get(), world.prompt,
+                              nullptr);
+    QCOMPARE(world.prompt.messages.size(), said + 1);
+    QCOMPARE(world.prompt.messages.back().text, LoadResourceText(ids::kConfigPathUnreadable));
+    QCOMPARE(Items(*Child<QListWidget>(failing, "lstDevices2")), QStringList{"Par défaut"});
   }
 
   void resultsAppendOnceAndRefuseEmptyText() {

@@ -199,17 +199,6 @@ class MainWindowTest : public QObject {
     QVERIFY(window.menuBar()->isEnabled());
   }
 
-  void commandsWithoutHostSaySo() {
-    UiWorld world;
-    world.AddRow("Plan.dwg");
-    ui::UiContext context = world.Context();
-    context.host = nullptr;
-    MainWindow window(context);
-    window.Plot();
-    QCOMPARE(world.prompt.messages.size(), std::size_t{1});
-    QCOMPARE(world.prompt.messages[0].text, LoadResourceText(ids::kHostLoadFailed));
-  }
-
   void closingAsksThenEndsTheSession() {
     UiWorld world;
     world.AddRow("Plan.dwg");
@@ -259,10 +248,18 @@ class MainWindowTest : public QObject {
     }
   }
 
-  void newListAsksAndClears() {
+  // Without a host the commands that need one say so; a new list asks
+  // whether to save the one shown, then clears it.
+  void commandsWithoutHostAndNewList() {
     UiWorld world;
     world.AddRow("Plan.dwg");
-    MainWindow window(world.Context());
+    ui::UiContext context = world.Context();
+    context.host = nullptr;
+    MainWindow window(context);
+    window.Plot();
+    QCOMPARE(world.prompt.messages.size(), std::size_t{1});
+    QCOMPARE(world.prompt.messages[0].text, LoadResourceText(ids::kHostLoadFailed));
+
     world.prompt.ThenAnswer(PromptAnswer::Cancel);
     window.NewList();
     QCOMPARE(window.Model()->rowCount(), 1);
