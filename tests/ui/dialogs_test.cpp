@@ -15,6 +15,7 @@
 #include <QtTest>
 
 #include "fakes/log_lines.h"
+#include "fakes/test_data.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 #include "ui/about_dialog.h"
@@ -92,88 +93,57 @@ class DialogsTest : public QObject {
   // file cannot hold: a refusal names the field and the dialog stays open,
   // the settings untouched; a shown text is kept after a warning.
   void loggingOkChecksWhatTheListFileHolds_data() {
-    QTest::addColumn<bool>("journalOn");
-    QTest::addColumn<QString>("journalName");
-    QTest::addColumn<bool>("errorOn");
-    QTest::addColumn<QString>("errorName");
-    QTest::addColumn<QString>("header");
-    QTest::addColumn<QString>("comment");
-    QTest::addColumn<QString>("message");  // empty: none
-    QTest::addColumn<int>("title");
-    QTest::addColumn<bool>("accepted");
-    const auto text = [](int id) { return QString::fromStdString(LoadResourceText(id)); };
-    const auto field = [&](int id, int reason) { return text(id) + " : " + text(reason); };
-    const QString longName = QStringLiteral("/tmp/") + QString(251, u'j');  // 256 characters
-    QTest::newRow("both valid") << true << "/tmp/j.log" << true << "/tmp/e.log" << QString()
-                                << QString() << QString() << 0 << true;
-    QTest::newRow("both invalid: journal first")
-        << true << "/tmp/a|b.log" << true << "/tmp/<e>.log" << QString() << QString()
-        << text(ids::kJournalNameNotValid) << ids::kErrorTitle << false;
-    QTest::newRow("error log invalid")
-        << true << "/tmp/j.log" << true << QString() << QString() << QString()
-        << text(ids::kErrorLogNameNotValid) << ids::kErrorTitle << false;
-    QTest::newRow("invalid name of a group switched off")
-        << false << "/tmp/a|b.log" << true << "/tmp/e.log" << QString() << QString() << QString()
-        << 0 << true;
-    QTest::newRow("256 characters")
-        << true << longName << false << QString() << QString() << QString()
-        << text(ids::kJournalNameNotValid) << ids::kErrorTitle << false;
-    QTest::newRow("255 characters") << true << longName.chopped(1) << false << QString()
-                                    << QString() << QString() << QString() << 0 << true;
-    QTest::newRow("line break in the header")
-        << true << "/tmp/j.log" << true << "/tmp/e.log"
-        << "un\ndeux" << QString() << field(ids::kFieldJournalHeader, ids::kValueHasLineBreak)
-        << ids::kInvalidFileTitle << false;
-    QTest::newRow("name outside the code page")
-        << true << QString::fromUtf8("/tmp/\u65e5.log") << true << "/tmp/e.log" << QString()
-        << QString() << field(ids::kFieldJournalFile, ids::kValueNotWindows1252)
-        << ids::kInvalidFileTitle << false;
-    QTest::newRow("quote in the name")
-        << true << "/tmp/\"j\".log" << true << "/tmp/e.log" << QString() << QString()
-        << field(ids::kFieldJournalFile, ids::kValueHasQuote) << ids::kInvalidFileTitle << false;
-    QTest::newRow("comment outside the code page: kept")
-        << true << "/tmp/j.log" << true << "/tmp/e.log" << QString()
-        << QString::fromUtf8("Nord \u5317")
-        << field(ids::kFieldJournalComment, ids::kValueKeptWithMarks) << ids::kAppTitle << true;
+    for (const char* column : {"journalOn", "journalName", "errorOn", "errorName", "header",
+                               "comment", "message", "title", "accepted"}) {
+      QTest::addColumn<QString>(column);
+    }
+    for (const auto& row : ReadTestTable("ui/logging_ok.tsv")) {
+      auto& data = QTest::newRow(row.where.c_str());
+      for (const std::string& field : row.fields) data << QString::fromStdString(field);
+    }
   }
 
   void loggingOkChecksWhatTheListFileHolds() {
-    QFETCH(bool, journalOn);
     QFETCH(QString, journalName);
-    QFETCH(bool, errorOn);
     QFETCH(QString, errorName);
     QFETCH(QString, header);
     QFETCH(QString, comment);
     QFETCH(QString, message);
-    QFETCH(int, title);
-    QFETCH(bool, accepted);
+    QFETCH(QString, title);
+    QFETCH(QString, journalOn);  // "1": ticked, "0": not
+    QFETCH(QString, errorOn);
+    QFETCH(QString, accepted);
+    QStringList texts;  // the message's texts, by their ids
+    for (const QString& id : message.split(u' ', Qt::SkipEmptyParts)) {
+      if (id != "-") texts << QString::fromStdString(LoadResourceText(id.toInt()));
+    }
     LogSettings log = SomeSettings();
     const LogSettings before = log;
     ScriptedPrompt prompt;
     ui::LoggingDialog dialog(log, prompt, nullptr);
-    Child<QCheckBox>(dialog, "chkJournalEnable")->setChecked(journalOn);
-    Child<QCheckBox>(dialog, "chkErrorEnable")->setChecked(errorOn);
+    Child<QCheckBox>(dialog, "chkJournalEnable")->setChecked(journalOn == "1");
+    Child<QCheckBox>(dialog, "chkErrorEnable")->setChecked(errorOn == "1");
     Child<QLineEdit>(dialog, "txtJournalFilename")->setText(journalName);
     Child<QLineEdit>(dialog, "txtErrorFilename")->setText(errorName);
     Child<QLineEdit>(dialog, "txtJournalHeader")->setText(header);
     Child<QLineEdit>(dialog, "txtJournalUser")->setText(comment);
     Child<QRadioButton>(dialog, "optJournalOverwrite")->setChecked(true);
     Child<QPushButton>(dialog, "cmdJournalOK")->click();
-    if (message.isEmpty()) {
+    if (texts.isEmpty()) {
       QVERIFY(prompt.messages.empty());
     } else {
       QCOMPARE(prompt.messages.size(), std::size_t{1});
-      QCOMPARE(QString::fromStdString(prompt.messages[0].text), message);
-      QCOMPARE(prompt.messages[0].title, LoadResourceText(title));
+      QCOMPARE(QString::fromStdString(prompt.messages[0].text), texts.join(" : "));
+      QCOMPARE(prompt.messages[0].title, LoadResourceText(title.toInt()));
     }
-    QCOMPARE(dialog.result(), int(accepted ? QDialog::Accepted : QDialog::Rejected));
-    if (!accepted) {
+    QCOMPARE(dialog.result(), int(accepted == "1" ? QDialog::Accepted : QDialog::Rejected));
+    if (accepted == "0") {
       QVERIFY(log == before);
       return;
     }
-    QCOMPARE(log.JournalLogOn, journalOn);
-    QCOMPARE(log.ErrorLogOn, errorOn);
-    if (journalOn) {
+    QCOMPARE(log.JournalLogOn, journalOn == "1");
+    QCOMPARE(log.ErrorLogOn, errorOn == "1");
+    if (journalOn == "1") {
       QCOMPARE(QString::fromStdString(log.JournalUserComment), comment);
       QCOMPARE(QString::fromStdString(log.JournalLogFileName), journalName);
       QCOMPARE(log.JournalAppend, false);
