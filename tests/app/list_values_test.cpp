@@ -3,6 +3,7 @@
 // `list new` and `list set` with status 2 and the list left as it was; texts
 // that are only shown keep "?" with a warning.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -15,6 +16,8 @@
 
 namespace sheafwork {
 namespace {
+
+using ::testing::HasSubstr;
 
 using testing::TempFolder;
 
@@ -31,10 +34,8 @@ TEST_F(ListValuesTest, RefusedValuesLeaveTheListAsItWas) {
     for (const std::string& arg : row.List(1)) args.push_back(arg);
     const testing::Outcome o = Run(args);
     EXPECT_EQ(o.status, 2) << o.err;
-    EXPECT_NE(o.err.find(LoadResourceText(std::stoi(row[2])) + " : " +
-                         LoadResourceText(std::stoi(row[3]))),
-              std::string::npos)
-        << o.err;
+    EXPECT_THAT(o.err, HasSubstr(LoadResourceText(std::stoi(row[2])) + " : " +
+                                 LoadResourceText(std::stoi(row[3]))));
     EXPECT_EQ(TempFolder::Read(list), before);
   }
   // A new list with such a path is not created at all.
@@ -48,10 +49,8 @@ TEST_F(ListValuesTest, ShownTextsKeepQuestionMarksWithAWarning) {
   ASSERT_EQ(Run({"list", "new", list, "/p/caf\xC3\xA9 \xE2\x82\xAC.dwg"}).status, 0);
   testing::Outcome o = Run({"list", "set", list, "--journal-header", "Plan \xE5\x8C\x97"});
   ASSERT_EQ(o.status, 0) << o.err;
-  EXPECT_NE(o.err.find(LoadResourceText(ids::kFieldJournalHeader) + " : " +
-                       LoadResourceText(ids::kValueKeptWithMarks)),
-            std::string::npos)
-      << o.err;
+  EXPECT_THAT(o.err, HasSubstr(LoadResourceText(ids::kFieldJournalHeader) + " : " +
+                               LoadResourceText(ids::kValueKeptWithMarks)));
 
   o = Run({"list", "show", "--json", list});
   ASSERT_EQ(o.status, 0) << o.err;
@@ -69,13 +68,12 @@ TEST_F(ListValuesTest, ListsThatAreNotFilesOrTooLongAreRefusedByName) {
   const std::string big = testing::TestData("app/too-many-rows.qx3");
   testing::Outcome o = Run({"list", "show", big});
   EXPECT_EQ(o.status, 2);
-  EXPECT_NE(o.err.find(big + ": " + LoadResourceText(ids::kListTooManyEntries)), std::string::npos)
-      << o.err;
+  EXPECT_THAT(o.err, HasSubstr(big + ": " + LoadResourceText(ids::kListTooManyEntries)));
   // A folder and a device are no list.
   o = Run({"list", "show", "/dev/zero"});
   EXPECT_EQ(o.status, 2);
-  EXPECT_NE(o.err.find("/dev/zero: "), std::string::npos);
-  EXPECT_NE(o.err.find(LoadResourceText(ids::kNotRegularFile)), std::string::npos) << o.err;
+  EXPECT_THAT(o.err, HasSubstr("/dev/zero: "));
+  EXPECT_THAT(o.err, HasSubstr(LoadResourceText(ids::kNotRegularFile)));
 }
 
 }  // namespace

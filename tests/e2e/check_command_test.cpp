@@ -2,6 +2,7 @@
 // test looks for, each on its own row, and nothing reported for a good row;
 // beside it, what `sheafwork plot` says of the same rows.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -18,6 +19,8 @@
 
 namespace sheafwork::e2e {
 namespace {
+
+using ::testing::HasSubstr;
 
 // The results' problem lines (errors and warnings), by the drawing row
 // ("   Vérification <drawing>") they come under, in row order.
@@ -85,8 +88,8 @@ TEST_F(CheckCommand, ReportsEachMissingPieceOnItsRowAndNothingForAGoodRow) {
     // log line; only the reference that is really missing may appear.
     for (auto& line : found[row]) {
       if (line.rfind(xref, 0) == 0) {
-        EXPECT_NE(line.find("fond-de-plan"), std::string::npos);
-        EXPECT_NE(line.find(LoadResourceText(ids::kXrefNotFoundMark)), std::string::npos);
+        EXPECT_THAT(line, HasSubstr("fond-de-plan"));
+        EXPECT_THAT(line, HasSubstr(LoadResourceText(ids::kXrefNotFoundMark)));
         line = "<xref>";
       }
     }
@@ -115,8 +118,8 @@ TEST_F(CheckCommand, KindsOfEntityThePlotLeavesOutAreNamedByBoth) {
     if (line.find("MLINE") != std::string::npos) named.push_back(line);
   }
   ASSERT_EQ(named.size(), 1u) << run.err;
-  EXPECT_NE(named[0].find("MLINE (2), TOLERANCE (1)"), std::string::npos) << named[0];
-  EXPECT_NE(named[0].find("undrawn.dxf"), std::string::npos) << named[0];
+  EXPECT_THAT(named[0], HasSubstr("MLINE (2), TOLERANCE (1)"));
+  EXPECT_THAT(named[0], HasSubstr("undrawn.dxf"));
 }
 
 // A layout whose plot style table is cut short fails its row in a plot,
@@ -139,11 +142,9 @@ TEST_F(CheckCommand, PlotStyleTablesMissingOrUnreadable) {
 
   ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
   EXPECT_EQ(run.status, 1) << run.err;
-  EXPECT_NE(run.err.find("Table de styles de tracé « absente.ctb » introuvable sur cette machine"),
-            std::string::npos)
-      << run.err;
-  EXPECT_NE(run.err.find("truncated.ctb : données compressées tronquées"), std::string::npos)
-      << run.err;
+  EXPECT_THAT(run.err,
+              HasSubstr("Table de styles de tracé « absente.ctb » introuvable sur cette machine"));
+  EXPECT_THAT(run.err, HasSubstr("truncated.ctb : données compressées tronquées"));
   const std::string absent = MissingPlotStyleWarning("absente.ctb", "Absente", drawing);
   const std::vector<std::string> errors = testing::ReadLogLines(errorLog);
   EXPECT_EQ(std::count(errors.begin(), errors.end(), LoadResourceText(ids::kPlotFailed) + drawing),

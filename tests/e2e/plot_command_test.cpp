@@ -26,6 +26,7 @@ namespace sheafwork::e2e {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsSupersetOf;
 using ::testing::StartsWith;
 
@@ -81,7 +82,7 @@ TEST_F(PlotCommand, PlotsEveryLayoutOfAGoodListToItsSheet) {
     if (entry.path().extension() == ".pdf") beside.push_back(entry.path().string());
   }
   ASSERT_EQ(beside.size(), 1u);
-  EXPECT_NE(beside[0].find("rez-de-chaussee"), std::string::npos) << beside[0];
+  EXPECT_THAT(beside[0], HasSubstr("rez-de-chaussee"));
   ExpectPages(beside[0], {{420, 297}});
 
   // Each file named on its row; for all layouts, one file per paper layout
@@ -105,12 +106,11 @@ TEST_F(PlotCommand, PlotsEveryLayoutOfAGoodListToItsSheet) {
   const std::vector<std::string> rows = PlottedRows();
   ASSERT_EQ(rows.size(), 9u) << testing::TempFolder::Read(journal_);
   EXPECT_EQ(rows[0].rfind("rez-de-chaussee.dxf, " + plans_, 0), 0u) << rows[0];
-  EXPECT_NE(rows[0].find("/, , , , "), std::string::npos) << rows[0];
-  EXPECT_NE(rows[1].find(", Plan A3, , PDF.pc3, "), std::string::npos) << rows[1];
-  EXPECT_NE(rows[2].find(", Plan A1, A3 paysage, "), std::string::npos) << rows[2];
+  EXPECT_THAT(rows[0], HasSubstr("/, , , , "));
+  EXPECT_THAT(rows[1], HasSubstr(", Plan A3, , PDF.pc3, "));
+  EXPECT_THAT(rows[2], HasSubstr(", Plan A1, A3 paysage, "));
   EXPECT_EQ(rows[4].rfind("etage.dxf, ", 0), 0u) << rows[4];
-  EXPECT_NE(rows[4].find(", " + LoadResourceText(ids::kLayoutAll) + ", "), std::string::npos)
-      << rows[4];
+  EXPECT_THAT(rows[4], HasSubstr(", " + LoadResourceText(ids::kLayoutAll) + ", "));
 
   // The A3 sheet, 420 x 297 mm, in each of those.
   const std::string stem = plans_ + "/rez-de-chaussee-Plan A3.";
@@ -119,13 +119,13 @@ TEST_F(PlotCommand, PlotsEveryLayoutOfAGoodListToItsSheet) {
   EXPECT_EQ(png.size(), QSize(3307, 2339));  // 200 dots per inch
 
   const std::string svg = testing::TempFolder::Read(stem + "svg");
-  EXPECT_NE(svg.find("width=\"420mm\" height=\"297mm\""), std::string::npos) << svg.substr(0, 200);
-  EXPECT_NE(svg.find("<title>rez-de-chaussee.dxf - Plan A3</title>"), std::string::npos);
+  EXPECT_THAT(svg, HasSubstr("width=\"420mm\" height=\"297mm\"")) << svg.substr(0, 200);
+  EXPECT_THAT(svg, HasSubstr("<title>rez-de-chaussee.dxf - Plan A3</title>"));
 
   const std::string plt = testing::TempFolder::Read(stem + "plt");
   EXPECT_EQ(plt.rfind("IN;", 0), 0u) << plt.substr(0, 100);
-  EXPECT_NE(plt.find("PS16800,11880;"), std::string::npos);
-  EXPECT_NE(plt.find("PD"), std::string::npos);
+  EXPECT_THAT(plt, HasSubstr("PS16800,11880;"));
+  EXPECT_THAT(plt, HasSubstr("PD"));
   EXPECT_EQ(plt.substr(plt.size() - 3), "PG;");
 
   for (const auto& line : testing::ReadLogLines(errors_)) {
@@ -186,7 +186,7 @@ TEST_F(PlotCommand, APdfPlotDoesNotStartQt) {
     const std::string found =
         sheafwork::testing::RunCommand("pdftotext " + Quoted(Out(pdf)) + " -", status);
     EXPECT_EQ(status, 0);
-    EXPECT_NE(found.find(text), std::string::npos) << found;
+    EXPECT_THAT(found, HasSubstr(text));
   }
 }
 
@@ -228,7 +228,7 @@ TEST_F(PlotCommand, ALogThatCannotBeWrittenIsReportedAndNotNamedInTheSummary) {
     const std::vector<std::string> lines = Lines(run.err);
     EXPECT_EQ(std::count(lines.begin(), lines.end(), "sheafwork: " + c.problem), 1) << run.err;
     const std::string summary = lines.back();
-    EXPECT_NE(summary.find("1 ligne(s) tracée(s), 0 en échec"), std::string::npos) << summary;
+    EXPECT_THAT(summary, HasSubstr("1 ligne(s) tracée(s), 0 en échec"));
     EXPECT_EQ(summary.find("journal : " + c.journal) != std::string::npos, c.journalNamed)
         << summary;
     EXPECT_EQ(summary.find("erreurs : " + c.errors) != std::string::npos, c.errorsNamed) << summary;

@@ -131,7 +131,7 @@ TEST_F(PlotDrawings, UnknownValuesAndTablesAreRefusedWithStatus2) {
     SCOPED_TRACE(args);
     const ProgramRun run = Sheafwork(args + " --output-dir " + Quoted(Out("z")), folder_);
     EXPECT_EQ(run.status, 2);
-    EXPECT_NE(run.err.find(said), std::string::npos) << run.err;
+    EXPECT_THAT(run.err, HasSubstr(said));
   }
   EXPECT_FALSE(fs::exists(Out("z/rez-de-chaussee-Plan A3.pdf")));
 }
