@@ -52,9 +52,7 @@ TEST_F(ListValuesTest, ShownTextsKeepQuestionMarksWithAWarning) {
   EXPECT_THAT(o.err, HasSubstr(LoadResourceText(ids::kFieldJournalHeader) + " : " +
                                LoadResourceText(ids::kValueKeptWithMarks)));
 
-  o = Run({"list", "show", "--json", list});
-  ASSERT_EQ(o.status, 0) << o.err;
-  const auto doc = nlohmann::json::parse(o.out);
+  const auto doc = Show(list);
   EXPECT_EQ(doc["log"]["JournalHeader"], "Plan ?");
   // Characters of the code page are kept as they are, without a word.
   EXPECT_EQ(doc["entries"][0]["FileName"], "/p/caf\xC3\xA9 \xE2\x82\xAC.dwg");

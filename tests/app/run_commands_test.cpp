@@ -142,7 +142,7 @@ TEST_F(RunCommandsTest, CheckPrintsTheResultsAndSavesOrAppendsThem) {
   std::string fromFile;
   for (std::size_t i = 0; i + 1 < lines.size(); ++i) fromFile += lines[i] + "\n";
   EXPECT_EQ(fromFile, o.out);
-  EXPECT_EQ(testing::ReadLogLines(Journal()), lines);
+  EXPECT_EQ(testing::ReadLogLines(env.defaultLogFolder + "/QXJOURNL.LOG"), lines);
   EXPECT_TRUE(host.Plots().empty());
 }
 
