@@ -1,7 +1,6 @@
 // The desktop application as a person starts and ends it.
 #include <QAction>
 #include <QApplication>
-#include <QDialog>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTimer>

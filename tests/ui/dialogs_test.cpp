@@ -1,11 +1,10 @@
 // The logging, plot devices, results and about dialogs; help; the single
-// instance lock; file-dialog filters.
+// instance lock.
 #include <QCheckBox>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QLockFile>
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QPushButton>
