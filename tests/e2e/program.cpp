@@ -25,12 +25,7 @@ std::string Quoted(const std::string& text) {
 }
 
 ProgramRun Sheafwork(const std::string& args, const testing::TempFolder& folder,
-                     const std::string& env) {
-  return RunProgram(SHEAFWORK_EXE, args, folder, env);
-}
-
-ProgramRun RunProgram(const std::string& exe, const std::string& args,
-                      const testing::TempFolder& folder, const std::string& env) {
+                     const std::string& env, const std::string& exe) {
   const std::string out = folder.File("stdout.txt");
   const std::string err = folder.File("stderr.txt");
   const std::string command = "env -u DISPLAY -u WAYLAND_DISPLAY -u SHEAFWORK_DWG_CONVERTER " +

@@ -18,14 +18,12 @@ struct ProgramRun {
   std::string err;
 };
 
-/// Runs `sheafwork` with `args` (words already quoted for the shell) in a
-/// setting like a server's: no display, no input, the per-user data folder
-/// inside `folder`; `env` adds words for env(1) ("TMPDIR=/x", "-u NAME").
+/// Runs `sheafwork` (or the program at `exe`, a copy of the built one) with
+/// `args` (words already quoted for the shell) in a setting like a server's:
+/// no display, no input, the per-user data folder inside `folder`; `env` adds
+/// words for env(1) ("TMPDIR=/x", "-u NAME").
 ProgramRun Sheafwork(const std::string& args, const testing::TempFolder& folder,
-                     const std::string& env = "");
-/// The same with the program at `exe` (a copy of the built one).
-ProgramRun RunProgram(const std::string& exe, const std::string& args,
-                      const testing::TempFolder& folder, const std::string& env = "");
+                     const std::string& env = "", const std::string& exe = SHEAFWORK_EXE);
 
 /// `text` quoted for the shell.
 std::string Quoted(const std::string& text);

@@ -76,7 +76,7 @@ TEST_F(WithoutModule, PdfRowsPlotWhilePaintedRowsAndTheDesktopNameTheModule) {
   const std::string rdc = Plan("rez-de-chaussee.dxf");
   AddRow(rdc, " --layout 'Plan A3' --device PNG.pc3 --plot-file " + Quoted(Out("rdc.png")));
   AddRow(rdc, " --layout 'Plan A3' --device PDF.pc3 --plot-file " + Quoted(Out("rdc.pdf")));
-  ProgramRun run = RunProgram(exe, "plot " + Quoted(list_), folder_);
+  ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_, "", exe);
   EXPECT_EQ(run.status, 1) << run.err;
   EXPECT_FALSE(PlotOutput(Out("rdc.pdf")).empty()) << run.err;
   EXPECT_TRUE(PlotOutput(Out("rdc.png")).empty());
@@ -84,7 +84,7 @@ TEST_F(WithoutModule, PdfRowsPlotWhilePaintedRowsAndTheDesktopNameTheModule) {
   EXPECT_THAT(run.err,
               HasSubstr("la sortie PNG est indisponible : le module de dessin " + notLoaded));
 
-  run = RunProgram(exe, "", folder_);
+  run = Sheafwork("", folder_, "", exe);
   EXPECT_NE(run.status, 0);
   EXPECT_THAT(run.err, HasSubstr("sheafwork: l'application de bureau ne peut pas démarrer : le "
                                  "module " +
