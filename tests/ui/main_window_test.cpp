@@ -105,17 +105,16 @@ class MainWindowTest : public QObject {
   void droppedOrAddedDrawingsBecomeRows() {
     UiWorld world;
     MainWindow window(world.Context());
-    const std::string upper = world.folder.Write("PLAN.DWG", "");
-    const std::string text = world.folder.Write("notes.txt", "");
-    const std::string templ = world.folder.Write("gabarit.dwt", "");
-    const std::string dxf = world.folder.Write("facades.dxf", "");
+    // Drawings of each kind, a text file and a folder named like a drawing.
     std::filesystem::create_directories(world.folder.path() / "dossier.dwg");
+    QList<QUrl> urls;
+    for (const char* name :
+         {"PLAN.DWG", "notes.txt", "dossier.dwg", "gabarit.dwt", "facades.dxf"}) {
+      if (!std::filesystem::exists(world.folder.path() / name)) world.folder.Write(name, "");
+      urls << QUrl::fromLocalFile(QString::fromStdString(world.folder.File(name)));
+    }
     QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(upper)),
-                  QUrl::fromLocalFile(QString::fromStdString(text)),
-                  QUrl::fromLocalFile(QString::fromStdString(world.folder.File("dossier.dwg"))),
-                  QUrl::fromLocalFile(QString::fromStdString(templ)),
-                  QUrl::fromLocalFile(QString::fromStdString(dxf))});
+    data.setUrls(urls);
     QVERIFY(window.Model()->canDropMimeData(&data, Qt::CopyAction, -1, -1, {}));
     window.Model()->dropMimeData(&data, Qt::CopyAction, -1, -1, {});
     QCOMPARE(window.Model()->rowCount(), 3);
@@ -125,7 +124,7 @@ class MainWindowTest : public QObject {
     QVERIFY(window.Command("mnuFilePlot")->isEnabled());
 
     QMimeData plain;
-    plain.setText(QString::fromStdString(upper));
+    plain.setText(urls.front().toLocalFile());
     QVERIFY(!window.Model()->canDropMimeData(&plain, Qt::CopyAction, -1, -1, {}));
 
     // Adding by name takes drawings only.
