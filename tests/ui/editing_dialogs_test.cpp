@@ -305,15 +305,14 @@ class EditingDialogsTest : public QObject {
     auto* tabs = Child<QTabWidget>(dialog, "tabSettings");
     QCOMPARE(tabs->currentIndex(), int(ui::SettingsDialog::kLayersPage));
     auto* layers = Child<QTreeWidget>(dialog, "lstLayers");
-    QCOMPARE(layers->topLevelItemCount(), 5);
-    const auto state = [&](int i) { return layers->topLevelItem(i)->text(1); };
+    QStringList states;
+    for (int i = 0; i < layers->topLevelItemCount(); ++i)
+      states << layers->topLevelItem(i)->text(1);
     const QString on = QString::fromStdString(LoadResourceText(ids::kSettingsOnWord));
     const QString off = QString::fromStdString(LoadResourceText(ids::kSettingsOffWord));
     // The row's override wins over the drawing (letter case ignored).
-    QCOMPARE(state(0), on);
-    QCOMPARE(state(1), off);
-    QCOMPARE(state(2), off);
-    QCOMPARE(state(3), off);
+    QCOMPARE(states.mid(0, 4), (QStringList{on, off, off, off}));
+    QCOMPARE(states.size(), 5);
     // Without a change the row's text stays as it was.
     ui::SettingsDialog untouched(world.session, world.hostSession.get(), world.prompt, nullptr,
                                  ui::SettingsDialog::kLayersPage);
