@@ -231,13 +231,10 @@ class EditingDialogsTest : public QObject {
     QTest::addColumn<QString>("fileName");
     QTest::addColumn<QString>("plotted");
     QTest::addColumn<int>("message");  // 0: refused without a message
-    QTest::newRow("bad file name") << "a|b.pdf"
-                                   << "1" << ids::kFileNameNotValid;
+    QTest::newRow("bad file name") << QStringLiteral("a|b.pdf") << "1" << ids::kFileNameNotValid;
     QTest::newRow("file name too long") << QString(300, u'x') << "1" << ids::kFileNameTooLong;
-    QTest::newRow("custom scale of zero") << "plan.pdf"
-                                          << "0" << 0;
-    QTest::newRow("custom scale left empty") << "plan.pdf"
-                                             << "" << 0;
+    QTest::newRow("custom scale of zero") << QStringLiteral("plan.pdf") << "0" << 0;
+    QTest::newRow("custom scale left empty") << QStringLiteral("plan.pdf") << QString() << 0;
   }
 
   void plotSettingsRefusals() {
