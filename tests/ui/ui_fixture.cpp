@@ -25,15 +25,15 @@ UiTestRegistrar::UiTestRegistrar(std::function<QObject*()> make) {
 }
 
 UiWorld::UiWorld() : session(folder.path().string()) {
-  // A plotter configuration folder with one file, so that "Par défaut" has a
-  // device to plot on.
+  // A plotter configuration folder, so that "Par défaut" has a device to
+  // plot on and the devices dialog files to list.
   std::filesystem::create_directories(folder.path() / "plotters");
   folder.Write("plotters/PDF.pc3", "driver=pdf\n");
   folder.Write("plotters/Traceur A0.PC3", "driver=hpgl\n");
   host.printerConfigPath = folder.File("plotters");
-  HostFactory factory = [this] { return host.App(); };
   AttachResult attached =
-      AttachHost(factory, ProgramFiles{folder.File("data"), folder.path().string()}, prompt);
+      AttachHost([this] { return host.App(); },
+                 ProgramFiles{folder.File("data"), folder.path().string()}, prompt);
   hostSession = std::move(attached.host);
   host.ClearCalls();
 }
