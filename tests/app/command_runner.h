@@ -63,7 +63,6 @@ class HostCommandTest : public ::testing::Test {
     list = home.File("lot.qx3");
   }
   Outcome Run(std::vector<std::string> args) { return RunSheafwork(args, env); }
-  std::string Journal() const { return env.defaultLogFolder + "/QXJOURNL.LOG"; }
 
   FakeHost host;
   TempFolder home;

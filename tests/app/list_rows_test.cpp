@@ -60,29 +60,30 @@ TEST_F(ListRowsTest, RemoveAndMoveRenumberTheRows) {
 }
 
 TEST_F(ListRowsTest, EditChangesOnlyTheFieldsGivenWithReadableValues) {
+  const nlohmann::json before = Rows();
   ASSERT_EQ(Run({"list", "edit", list, "2", "--layout", "Plan A1", "--area", "extents", "--scale",
                  "1:50", "--scale-lineweights"})
                 .status,
             0);
   ASSERT_EQ(Run({"list", "edit", list, "2", "--device", "PDF.pc3"}).status, 0);
-  auto row = Rows()[1];
-  EXPECT_EQ(row["Layout"], "Plan A1");
-  EXPECT_EQ(row["PlotDevice"], "PDF.pc3");
-  EXPECT_EQ(row["PlotArea"], "#E");
-  EXPECT_EQ(row["PlotScale"], "S#25");
-  EXPECT_EQ(row["ScaleCustom"], false);
-  EXPECT_EQ(row["ScaleLW"], true);
-  EXPECT_EQ(Rows()[0]["Layout"], "");
+  nlohmann::json edited = before[1];
+  edited.update({{"Layout", "Plan A1"},
+                 {"PlotDevice", "PDF.pc3"},
+                 {"PlotArea", "#E"},
+                 {"PlotScale", "S#25"},
+                 {"ScaleCustom", false},
+                 {"ScaleLW", true}});
+  EXPECT_EQ(Rows(), nlohmann::json({before[0], edited, before[2]}));
 
   ASSERT_EQ(Run({"list", "edit", list, "2", "--custom-scale", "1:25", "--no-scale-lineweights",
                  "--area", "window:0,0,420,297"})
                 .status,
             0);
-  row = Rows()[1];
-  EXPECT_EQ(row["PlotScale"], "1#25");
-  EXPECT_EQ(row["ScaleCustom"], true);
-  EXPECT_EQ(row["ScaleLW"], false);
-  EXPECT_EQ(row["PlotArea"], "#W0,0,420,297");
+  edited.update({{"PlotScale", "1#25"},
+                 {"ScaleCustom", true},
+                 {"ScaleLW", false},
+                 {"PlotArea", "#W0,0,420,297"}});
+  EXPECT_EQ(Rows()[1], edited);
 
   // `list show` gives the readable names beside the codes.
   const Outcome shown = Run({"list", "show", list});

@@ -60,7 +60,7 @@ TEST_F(LogsMergeTest, ThreeShardsMergedAreOneRunOverTheWholeList) {
 }
 
 // What the merge cannot start from: status 2, the list named with the
-// reason.
+// reason; a number of shards out of range is refused in French.
 TEST_F(LogsMergeTest, NothingToMergeIsSaid) {
   MakeList();
   struct Case {
@@ -81,9 +81,6 @@ TEST_F(LogsMergeTest, NothingToMergeIsSaid) {
     EXPECT_EQ(o.status, 2);
     EXPECT_THAT(o.err, HasSubstr("sheafwork: " + list + ": " + reason));
   }
-}
-
-TEST_F(LogsMergeTest, ANumberOfShardsOutOfRangeIsRefusedInFrench) {
   const auto o = Run({"logs", "merge", list, "--shards", "0"});
   EXPECT_EQ(o.status, 2);
   EXPECT_THAT(o.err, HasSubstr("--shards : « 0 » n'est pas entre 1 et 32767"));

@@ -60,7 +60,7 @@ TEST_F(RunCommandsTest, ACleanRunOrCheckEndsWith0ACancelledRunWith1) {
   EXPECT_THAT(o.err, HasSubstr("traçage annulé"));
 }
 
-TEST_F(RunCommandsTest, UnusableInputOrNoUsableHostEndWithStatus2) {
+TEST_F(RunCommandsTest, UnusableInputOrNoUsableHostEndWithStatus2BeforeTheHostStarts) {
   MakeList(false);
   Outcome o = Run({"plot", list, "--host", "autre"});
   EXPECT_EQ(o.status, 2);
@@ -99,10 +99,9 @@ TEST_F(RunCommandsTest, UnusableInputOrNoUsableHostEndWithStatus2) {
   o = Run({"plot", list});
   EXPECT_EQ(o.status, 2);
   EXPECT_THAT(o.err, HasSubstr("sheafwork: Erreur lors du chargement d'Orvane pour Sheafwork\n"));
-}
 
-TEST_F(RunCommandsTest, PlotRefusesWhatItCannotDoBeforeStartingTheHost) {
-  MakeList(false);
+  // What the plot cannot do is refused before the host starts.
+  env.hosts = &hosts;
   const std::vector<std::string> refused[] = {
       {"plot", plan, "--area", "etendue"},
       {"plot", list, "--layout", "Vue A"},
@@ -112,13 +111,13 @@ TEST_F(RunCommandsTest, PlotRefusesWhatItCannotDoBeforeStartingTheHost) {
   };
   for (const auto& args : refused) {
     SCOPED_TRACE(args[1] + " " + args[2]);
-    const Outcome o = Run(args);
+    o = Run(args);
     EXPECT_EQ(o.status, 2);
     EXPECT_THAT(o.err, HasSubstr("sheafwork: "));
   }
   std::istringstream in("pas une liste\n");
   env.input = &in;
-  const Outcome o = Run({"plot", "-"});
+  o = Run({"plot", "-"});
   EXPECT_EQ(o.status, 2);
   EXPECT_THAT(o.err, HasSubstr("(entrée standard): "));
   EXPECT_THAT(host.Calls(), IsEmpty());
@@ -143,7 +142,7 @@ TEST_F(RunCommandsTest, CheckPrintsTheResultsAndSavesOrAppendsThem) {
   std::string fromFile;
   for (std::size_t i = 0; i + 1 < lines.size(); ++i) fromFile += lines[i] + "\n";
   EXPECT_EQ(fromFile, o.out);
-  EXPECT_EQ(testing::ReadLogLines(Journal()), lines);
+  EXPECT_EQ(testing::ReadLogLines(env.defaultLogFolder + "/QXJOURNL.LOG"), lines);
   EXPECT_TRUE(host.Plots().empty());
 }
 

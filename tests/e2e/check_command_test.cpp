@@ -1,20 +1,26 @@
 // `sheafwork check` on the example drawings: every kind of problem the plot
-// test looks for, each on its own row, and nothing reported for a good row.
+// test looks for, each on its own row, and nothing reported for a good row;
+// beside it, what `sheafwork plot` says of the same rows.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
-#include <map>
 #include <string>
 #include <vector>
 
 #include "e2e/program.h"
+#include "fakes/log_lines.h"
 #include "plotcfg/plot_style_check.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
 namespace sheafwork::e2e {
 namespace {
+
+using ::testing::AllOf;
+using ::testing::HasSubstr;
 
 // The results' problem lines (errors and warnings), by the drawing row
 // ("   Vérification <drawing>") they come under, in row order.
@@ -36,12 +42,6 @@ std::vector<std::vector<std::string>> ProblemsByRow(const std::string& results) 
     }
   }
   return rows;
-}
-
-std::string Joined(const std::vector<std::string>& lines) {
-  std::string text;
-  for (const auto& line : lines) text += line + "\n";
-  return text;
 }
 
 using CheckCommand = ExampleListTest;
@@ -80,52 +80,82 @@ TEST_F(CheckCommand, ReportsEachMissingPieceOnItsRowAndNothingForAGoodRow) {
       {LoadResourceText(ids::kTestCannotOpen)},
   };
 
+  // The unresolved reference is named by the host's external-reference log
+  // line; only the reference that is really missing may appear.
   std::vector<std::vector<std::string>> found = ProblemsByRow(run.out);
-  ASSERT_EQ(found.size(), expected.size()) << run.out;
-  for (std::size_t row = 0; row < expected.size(); ++row) {
-    SCOPED_TRACE("row " + std::to_string(row + 1) + ":\n" + Joined(found[row]));
-    // The unresolved reference is named by the host's external-reference
-    // log line; only the reference that is really missing may appear.
-    for (auto& line : found[row]) {
-      if (line.rfind(xref, 0) == 0) {
-        EXPECT_NE(line.find("fond-de-plan"), std::string::npos);
-        EXPECT_NE(line.find(LoadResourceText(ids::kXrefNotFoundMark)), std::string::npos);
-        line = "<xref>";
-      }
+  for (auto& row : found) {
+    for (auto& line : row) {
+      if (line.rfind(xref, 0) != 0) continue;
+      EXPECT_THAT(line, AllOf(HasSubstr("fond-de-plan"),
+                              HasSubstr(LoadResourceText(ids::kXrefNotFoundMark))));
+      line = "<xref>";
     }
-    EXPECT_EQ(found[row], expected[row]);
   }
+  EXPECT_EQ(found, expected) << run.out;
 }
 
-TEST_F(CheckCommand, WarnsAboutKindsOfEntityThePlotWillLeaveOut) {
+// What the plot will leave out is a warning of the check and named on
+// stderr by the plot, which goes on.
+TEST_F(CheckCommand, KindsOfEntityThePlotLeavesOutAreNamedByBoth) {
   // Written by ezdxf: tests/data/dxf/entities/make_entities.py.
-  List("new " + Quoted(list_) + " " + Quoted(Fixture("dxf/entities/undrawn.dxf")));
-  AddRow(Fixture("dxf/entities/meshes.dxf"));
+  const std::string model = " --layout " + Quoted(LoadResourceText(ids::kLayoutModelTab));
+  AddRow(Fixture("dxf/entities/undrawn.dxf"), model + " --plot-file " + Quoted(Out("u.pdf")));
+  AddRow(Fixture("dxf/entities/meshes.dxf"), model + " --plot-file " + Quoted(Out("m.pdf")));
 
-  const ProgramRun run = Sheafwork("check " + Quoted(list_), folder_);
+  ProgramRun run = Sheafwork("check " + Quoted(list_), folder_);
   EXPECT_EQ(run.status, 0) << run.out;  // a warning, not an error
   const std::vector<std::vector<std::string>> expected = {
       {LoadResourceText(ids::kTestUndrawnEntities) + "MLINE (2), TOLERANCE (1)"}, {}};
   EXPECT_EQ(ProblemsByRow(run.out), expected) << run.out;
+
+  run = Sheafwork("plot " + Quoted(list_), folder_);
+  EXPECT_EQ(run.status, 0) << run.err;
+  std::vector<std::string> named;
+  for (const auto& line : Lines(run.err)) {
+    if (line.find("MLINE") != std::string::npos) named.push_back(line);
+  }
+  ASSERT_EQ(named.size(), 1u) << run.err;
+  EXPECT_THAT(named[0], HasSubstr("MLINE (2), TOLERANCE (1)"));
+  EXPECT_THAT(named[0], HasSubstr("undrawn.dxf"));
 }
 
-// A plot style table the machine does not have is a warning on each row
-// whose layouts plot with it, the all-layouts row included; a table that is
+// A layout whose plot style table is cut short fails its row in a plot,
+// named on stderr with the table and the fault; one whose table is missing
+// plots without it, the table named on stderr and in the error log; the
+// other rows plot. The check warns about the missing table on each row whose
+// layouts plot with it, the all-layouts row included; a table that is
 // there, or no table, is not.
-TEST_F(CheckCommand, WarnsAboutPlotStyleTablesTheMachineDoesNotHave) {
+TEST_F(CheckCommand, PlotStyleTablesMissingOrUnreadable) {
   // Written by ezdxf: tests/data/dxf/plot-styles/make_drawings.py.
   const std::string drawing = Fixture("dxf/plot-styles/tables.dxf");
   const std::string tables = folder_.File("xdg/sheafwork/plotstyles");
   std::filesystem::create_directories(tables);
   std::filesystem::copy_file(Fixture("plotstyle/broken/truncated.ctb"), tables + "/truncated.ctb");
-  AddRow(drawing, " --layout Monochrome");
-  AddRow(drawing, " --layout Absente");
-  AddRow(drawing, " --layout Tronquee");
-  AddRow(drawing, " --layout 'Toutes les présentations'");
+  AddRow(drawing, " --layout Monochrome --plot-file " + Quoted(Out("mono.pdf")));
+  AddRow(drawing, " --layout Absente --plot-file " + Quoted(Out("absente.pdf")));
+  AddRow(drawing, " --layout Tronquee --plot-file " + Quoted(Out("tronquee.pdf")));
+  const std::string errorLog = folder_.File("erreurs.log");
+  List("set " + Quoted(list_) + " --error-log on --error-file " + Quoted(errorLog));
 
-  const ProgramRun run = Sheafwork("check " + Quoted(list_), folder_);
-  EXPECT_EQ(run.status, 0) << run.out;  // a warning, not an error
+  ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
+  EXPECT_EQ(run.status, 1) << run.err;
+  EXPECT_THAT(run.err,
+              HasSubstr("Table de styles de tracé « absente.ctb » introuvable sur cette machine"));
+  EXPECT_THAT(run.err, HasSubstr("truncated.ctb : données compressées tronquées"));
   const std::string absent = MissingPlotStyleWarning("absente.ctb", "Absente", drawing);
+  const std::vector<std::string> errors = testing::ReadLogLines(errorLog);
+  EXPECT_EQ(std::count(errors.begin(), errors.end(), LoadResourceText(ids::kPlotFailed) + drawing),
+            1)
+      << testing::TempFolder::Read(errorLog);
+  EXPECT_EQ(std::count(errors.begin(), errors.end(), absent), 1)
+      << testing::TempFolder::Read(errorLog);
+  EXPECT_FALSE(PlotOutput(Out("mono.pdf")).empty());
+  EXPECT_FALSE(PlotOutput(Out("absente.pdf")).empty());
+  EXPECT_TRUE(PlotOutput(Out("tronquee.pdf")).empty());
+
+  AddRow(drawing, " --layout 'Toutes les présentations'");
+  run = Sheafwork("check " + Quoted(list_), folder_);
+  EXPECT_EQ(run.status, 0) << run.out;  // a warning, not an error
   const std::vector<std::vector<std::string>> expected = {{}, {absent}, {}, {absent}};
   EXPECT_EQ(ProblemsByRow(run.out), expected) << run.out;
 }

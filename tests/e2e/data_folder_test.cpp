@@ -37,13 +37,13 @@ TEST_F(WithoutData, PlotCheckAndTheDesktopSayWhereTheyLooked) {
   const std::string runs[] = {"plot " + Quoted(list_), "check " + Quoted(list_), ""};
   for (const std::string& args : runs) {
     SCOPED_TRACE(args);
-    const ProgramRun run = RunProgram(exe_, args, folder_);
+    const ProgramRun run = Sheafwork(args, folder_, "", exe_);
     EXPECT_EQ(run.status, 2);
     EXPECT_EQ(run.err, message);
   }
   EXPECT_TRUE(PlotOutput(pdf).empty());
   // The list commands need no data.
-  EXPECT_EQ(RunProgram(exe_, "list show " + Quoted(list_), folder_).status, 0);
+  EXPECT_EQ(Sheafwork("list show " + Quoted(list_), folder_, "", exe_).status, 0);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
+#include <ostream>
 #include <set>
 #include <string>
 #include <variant>
@@ -44,56 +45,35 @@ TEST(Examples, CommittedFilesAreWhatTheGeneratorWrites) {
   EXPECT_EQ(present, expected);
 }
 
-// One object of a file: its type and its tags up to the next 0 tag.
-struct RawObject {
-  std::string type;
-  std::vector<std::pair<int, std::string>> tags;
-  std::string Value(int code) const {
-    for (const auto& [c, v] : tags) {
-      if (c == code) return v;
-    }
-    return {};
-  }
-};
-
-std::vector<RawObject> RawObjects(const std::string& bytes) {
+// Handles are unique and below $HANDSEED; every owner is a known handle. An
+// object's handle is its first code 5 (105 for a dimension style).
+void ExpectConsistentHandles(const std::string& bytes) {
   embedded::Tokenizer tokenizer(bytes, "example.dxf");
   embedded::Tag tag;
-  std::vector<RawObject> objects;
-  while (tokenizer.Next(tag)) {
-    if (tag.code == 0) {
-      objects.push_back({std::string(tag.value), {}});
-    } else if (!objects.empty()) {
-      objects.back().tags.emplace_back(tag.code, std::string(tag.value));
-    }
-  }
-  return objects;
-}
-
-// Handles are unique and below $HANDSEED; every owner is a known handle.
-void ExpectConsistentHandles(const std::string& bytes) {
-  const std::vector<RawObject> objects = RawObjects(bytes);
+  std::string type, variable;
+  bool handled = false;
   std::uint64_t seed = 0;
-  const RawObject& header = objects.at(0);
-  for (std::size_t i = 0; i + 1 < header.tags.size(); ++i) {
-    if (header.tags[i] == std::pair<int, std::string>{9, "$HANDSEED"}) {
-      seed = std::stoull(header.tags[i + 1].second, nullptr, 16);
+  std::set<std::string> handles, owners;
+  while (tokenizer.Next(tag)) {
+    const std::string value(tag.value);
+    if (tag.code == 0) {
+      type = value;
+      handled = false;
+    } else if (tag.code == 9) {
+      variable = value;
+    } else if (variable == "$HANDSEED" && seed == 0) {
+      seed = std::stoull(value, nullptr, 16);
+    } else if (tag.code == (type == "DIMSTYLE" ? 105 : 5) && !handled && type != "SECTION") {
+      handled = true;
+      EXPECT_TRUE(handles.insert(value).second) << "handle " << value << " twice";
+      EXPECT_LT(std::stoull(value, nullptr, 16), seed) << type;
+    } else if (tag.code == 330 && value != "0") {
+      owners.insert(value);
     }
   }
   ASSERT_GT(seed, 0u);
-  std::set<std::string> handles;
-  for (const auto& object : objects) {
-    std::string handle = object.Value(object.type == "DIMSTYLE" ? 105 : 5);
-    if (handle.empty() || object.type == "SECTION") continue;
-    EXPECT_TRUE(handles.insert(handle).second) << "handle " << handle << " twice";
-    EXPECT_LT(std::stoull(handle, nullptr, 16), seed) << object.type;
-  }
-  for (const auto& object : objects) {
-    for (const auto& [code, value] : object.tags) {
-      if (code == 330 && value != "0") {
-        EXPECT_TRUE(handles.count(value)) << object.type << " owned by unknown " << value;
-      }
-    }
+  for (const std::string& owner : owners) {
+    EXPECT_TRUE(handles.count(owner)) << "owned by unknown " << owner;
   }
 }
 
@@ -133,6 +113,8 @@ struct Example {
   const char* file;
   dxfgen::Document (*make)();
 };
+
+void PrintTo(const Example& example, std::ostream* out) { *out << example.file; }
 
 class ReleaseTwoThousandExample : public ::testing::TestWithParam<Example> {};
 

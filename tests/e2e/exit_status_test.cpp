@@ -10,7 +10,7 @@
 namespace sheafwork::e2e {
 namespace {
 
-TEST(ExitStatus, HelpAndVersionGoToStdoutWithStatus0) {
+TEST(ExitStatus, HelpAndVersionGoToStdoutWith0AndErrorsToStderrWith2) {
   testing::TempFolder folder;
   const ProgramRun help = Sheafwork("list add --help", folder);
   EXPECT_EQ(help.status, 0);
@@ -18,10 +18,7 @@ TEST(ExitStatus, HelpAndVersionGoToStdoutWithStatus0) {
   const ProgramRun version = Sheafwork("--version", folder);
   EXPECT_EQ(version.status, 0);
   EXPECT_EQ(version.out.rfind("sheafwork ", 0), 0u);
-}
 
-TEST(ExitStatus, ErrorsGoToStderrWithStatus2) {
-  testing::TempFolder folder;
   const std::string bad = folder.Write("bad.qx3", "not a list\r\n");
   const ProgramRun run = Sheafwork("list show " + Quoted(bad), folder);
   EXPECT_EQ(run.status, 2);

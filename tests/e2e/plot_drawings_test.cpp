@@ -2,6 +2,7 @@
 // into one folder, with readable plot settings and a plot style table for
 // the run.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -17,6 +18,9 @@ namespace sheafwork::e2e {
 namespace {
 
 namespace fs = std::filesystem;
+using ::testing::Contains;
+using ::testing::HasSubstr;
+using ::testing::IsSupersetOf;
 
 std::set<std::string> FilesIn(const std::string& folder) {
   std::set<std::string> names;
@@ -35,7 +39,7 @@ embedded::Box2 StrokeExtents(const embedded::testing::HpglPlot& plot) {
   return box;
 }
 
-class PlotDrawings : public ExampleListTest {};
+using PlotDrawings = ExampleListTest;
 
 // The example drawings as a newcomer plots them: every drawing's active
 // layout into one folder, created for the run; the same drawing twice gets
@@ -61,9 +65,8 @@ TEST_F(PlotDrawings, EveryActiveLayoutIntoOneFolderWithDistinctNames) {
     EXPECT_EQ(fs::path(name).extension(), ".pdf");
     EXPECT_GT(fs::file_size(fs::path(folder) / name), 500u);
   }
-  EXPECT_TRUE(written.count("etage-Détail chambres.pdf")) << run.err;
-  EXPECT_TRUE(written.count("etage-Détail chambres-2.pdf")) << run.err;
-  EXPECT_TRUE(written.count("rez-de-chaussee-Plan A3.pdf")) << run.err;
+  EXPECT_THAT(written, IsSupersetOf({"etage-Détail chambres.pdf", "etage-Détail chambres-2.pdf",
+                                     "rez-de-chaussee-Plan A3.pdf"}));
   // Nothing beside the drawings.
   for (const auto& entry : fs::directory_iterator(plans_)) {
     EXPECT_EQ(entry.path().extension(), ".dxf") << entry.path();
@@ -128,7 +131,7 @@ TEST_F(PlotDrawings, UnknownValuesAndTablesAreRefusedWithStatus2) {
     SCOPED_TRACE(args);
     const ProgramRun run = Sheafwork(args + " --output-dir " + Quoted(Out("z")), folder_);
     EXPECT_EQ(run.status, 2);
-    EXPECT_NE(run.err.find(said), std::string::npos) << run.err;
+    EXPECT_THAT(run.err, HasSubstr(said));
   }
   EXPECT_FALSE(fs::exists(Out("z/rez-de-chaussee-Plan A3.pdf")));
 }
@@ -143,12 +146,8 @@ TEST_F(PlotDrawings, AFailedRowsReasonComesOnceAfterItsLine) {
   const auto failed = std::find(lines.begin(), lines.end(), "ligne 1/1 : échec");
   ASSERT_NE(failed, lines.end()) << run.err;
   ASSERT_NE(failed + 1, lines.end());
-  EXPECT_NE((failed + 1)->find("Absent.pc3"), std::string::npos) << run.err;
-  EXPECT_EQ(
-      std::count_if(lines.begin(), lines.end(),
-                    [](const std::string& l) { return l.find("Absent.pc3") != std::string::npos; }),
-      1)
-      << run.err;
+  EXPECT_THAT(*(failed + 1), HasSubstr("Absent.pc3"));
+  EXPECT_THAT(lines, Contains(HasSubstr("Absent.pc3")).Times(1)) << run.err;
 }
 
 }  // namespace

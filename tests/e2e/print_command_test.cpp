@@ -11,23 +11,16 @@
 namespace sheafwork::e2e {
 namespace {
 
-TEST(PrintCommand, ARowWhoseDeviceIsAQueuePrintsItsSheetThere) {
+using PrintCommand = ExampleListTest;
+
+TEST_F(PrintCommand, ARowWhoseDeviceIsAQueuePrintsItsSheetThere) {
   SHEAFWORK_REQUIRE_CUPS();
-  testing::TempFolder folder;
-  const std::string printed = folder.File("imprime.pdf");
+  const std::string printed = folder_.File("imprime.pdf");
   testing::CupsQueue queue("sheafwork-e2e", printed);
   ASSERT_TRUE(queue.Error().empty()) << queue.Error();
+  AddRow(Plan("rez-de-chaussee.dxf"), " --layout 'Plan A3' --device " + Quoted(queue.Name()));
 
-  const std::string plans = CopyExamplePlans(folder);
-  const std::string list = folder.File("lot.qx3");
-  const std::string drawing = plans + "/rez-de-chaussee.dxf";
-  ASSERT_EQ(Sheafwork("list add " + Quoted(list) + " " + Quoted(drawing) +
-                          " --layout 'Plan A3' --device " + Quoted(queue.Name()),
-                      folder)
-                .status,
-            0);
-
-  const ProgramRun run = Sheafwork("plot " + Quoted(list), folder);
+  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
   ASSERT_EQ(run.status, 0) << run.err;
   ASSERT_TRUE(queue.WaitUntilPrinted(std::chrono::seconds(60))) << queue.Error();
 
@@ -38,7 +31,7 @@ TEST(PrintCommand, ARowWhoseDeviceIsAQueuePrintsItsSheetThere) {
   EXPECT_NEAR(std::max(width, height), Points(420), 1.5);
   EXPECT_NEAR(std::min(width, height), Points(297), 1.5);
   // Nothing was written beside the drawing: the sheet went to the printer.
-  EXPECT_TRUE(PlotOutput(plans + "/rez-de-chaussee-Plan A3").empty());
+  EXPECT_TRUE(PlotOutput(Plan("rez-de-chaussee-Plan A3")).empty());
 }
 
 }  // namespace

@@ -25,12 +25,7 @@ std::string Quoted(const std::string& text) {
 }
 
 ProgramRun Sheafwork(const std::string& args, const testing::TempFolder& folder,
-                     const std::string& env) {
-  return RunProgram(SHEAFWORK_EXE, args, folder, env);
-}
-
-ProgramRun RunProgram(const std::string& exe, const std::string& args,
-                      const testing::TempFolder& folder, const std::string& env) {
+                     const std::string& env, const std::string& exe) {
   const std::string out = folder.File("stdout.txt");
   const std::string err = folder.File("stderr.txt");
   const std::string command = "env -u DISPLAY -u WAYLAND_DISPLAY -u SHEAFWORK_DWG_CONVERTER " +
@@ -43,16 +38,6 @@ ProgramRun RunProgram(const std::string& exe, const std::string& args,
   run.out = testing::TempFolder::Read(out);
   run.err = testing::TempFolder::Read(err);
   return run;
-}
-
-std::string CopyExamplePlans(const testing::TempFolder& folder) {
-  const fs::path plans = folder.path() / "plans";
-  fs::create_directories(plans);
-  for (const auto& entry :
-       fs::directory_iterator(fs::path(SHEAFWORK_SOURCE_DIR) / "examples/plans")) {
-    fs::copy_file(entry.path(), plans / entry.path().filename());
-  }
-  return plans.string();
 }
 
 std::vector<std::string> Lines(const std::string& text) {
@@ -87,10 +72,9 @@ std::string PlotOutput(const std::string& stem) {
 }
 
 ExampleListTest::ExampleListTest()
-    : plans_(CopyExamplePlans(folder_)),
-      out_(folder_.File("sorties")),
-      list_(folder_.File("lot.qx3")) {
+    : plans_(folder_.File("plans")), out_(folder_.File("sorties")), list_(folder_.File("lot.qx3")) {
   fs::create_directories(out_);
+  fs::copy(fs::path(SHEAFWORK_SOURCE_DIR) / "examples/plans", plans_);
 }
 
 std::string ExampleListTest::Fixture(const std::string& relative) const {

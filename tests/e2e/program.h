@@ -18,21 +18,15 @@ struct ProgramRun {
   std::string err;
 };
 
-/// Runs `sheafwork` with `args` (words already quoted for the shell) in a
-/// setting like a server's: no display, no input, the per-user data folder
-/// inside `folder`; `env` adds words for env(1) ("TMPDIR=/x", "-u NAME").
+/// Runs `sheafwork` (or the program at `exe`, a copy of the built one) with
+/// `args` (words already quoted for the shell) in a setting like a server's:
+/// no display, no input, the per-user data folder inside `folder`; `env` adds
+/// words for env(1) ("TMPDIR=/x", "-u NAME").
 ProgramRun Sheafwork(const std::string& args, const testing::TempFolder& folder,
-                     const std::string& env = "");
-/// The same with the program at `exe` (a copy of the built one).
-ProgramRun RunProgram(const std::string& exe, const std::string& args,
-                      const testing::TempFolder& folder, const std::string& env = "");
+                     const std::string& env = "", const std::string& exe = SHEAFWORK_EXE);
 
 /// `text` quoted for the shell.
 std::string Quoted(const std::string& text);
-
-/// Copies the example drawings of examples/plans into `folder`/plans and
-/// returns that folder's path.
-std::string CopyExamplePlans(const testing::TempFolder& folder);
 
 /// The lines of `text` split at LF (a CR before it dropped).
 std::vector<std::string> Lines(const std::string& text);
@@ -50,8 +44,8 @@ void ExpectPages(const std::string& file, const std::vector<SheetSize>& sheets);
 /// added; empty when neither exists.
 std::string PlotOutput(const std::string& stem);
 
-/// A test over copies of the example drawings, with a list file to build
-/// with `sheafwork list` and a folder for the plots.
+/// A test over copies of the example drawings (in `folder_`/plans), with a
+/// list file to build with `sheafwork list` and a folder for the plots.
 class ExampleListTest : public ::testing::Test {
  protected:
   ExampleListTest();

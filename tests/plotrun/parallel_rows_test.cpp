@@ -8,30 +8,14 @@ namespace {
 
 using ::testing::ElementsAre;
 
-class ParallelRowsTest : public PlotRunTest {
- protected:
-  /// Plots the list with `jobs` stand-in workers (tests/data/parallel/workers).
-  RunResult RunWith(const std::string& worker, int jobs) {
-    RunServices services;
-    services.clock = [this] { return Tick(); };
-    services.observer = &observer;
-    services.prompt = &prompt;
-    services.jobs = jobs;
-    services.workerCommand = {
-        "/bin/bash", std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/parallel/workers/" + worker};
-    return PlotAllEntries(session, hostSession, services);
-  }
-  void Rows(int count) {
-    const auto& plan = host.AddDrawing("Plan.dwg");
-    for (int i = 0; i < count; ++i) Row(plan);
-  }
-};
+using ParallelRowsTest = PlotRunTest;
 
 // Rows answered out of order are written in row order, to the journal and
 // to the observer alike.
 TEST_F(ParallelRowsTest, RecordsAreWrittenInRowOrder) {
-  Rows(5);
-  const RunResult result = RunWith("answers-in-pairs.sh", 2);
+  const auto& plan = host.AddDrawing("Plan.dwg");
+  for (int i = 0; i < 5; ++i) Row(plan);
+  const RunResult result = Run("answers-in-pairs.sh");
   EXPECT_EQ(result.plotted, 5);
   EXPECT_FALSE(result.endedEarly);
   EXPECT_THAT(Journal(), ElementsAre("ligne 1", "ligne 2", "ligne 3", "ligne 4", "ligne 5"));
@@ -43,8 +27,9 @@ TEST_F(ParallelRowsTest, RecordsAreWrittenInRowOrder) {
 // Workers that end before answering fail each row they were handed with how
 // they ended; others take the rows left, and the run reaches the end.
 TEST_F(ParallelRowsTest, RowsOfAWorkerThatEndsFailWithItsStatus) {
-  Rows(3);
-  const RunResult result = RunWith("exits-at-once.sh", 2);
+  const auto& plan = host.AddDrawing("Plan.dwg");
+  for (int i = 0; i < 3; ++i) Row(plan);
+  const RunResult result = Run("exits-at-once.sh");
   EXPECT_EQ(result.failed, 3);
   EXPECT_EQ(result.plotted, 0);
   EXPECT_FALSE(result.endedEarly);

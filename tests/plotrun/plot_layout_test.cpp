@@ -8,7 +8,6 @@
 namespace sheafwork {
 namespace {
 
-using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 /// One layout of an open drawing, plotted by PlotLayout directly.

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -56,11 +57,18 @@ class PlotRunTest : public ::testing::Test {
     return entry;
   }
 
-  RunResult Run() {
+  /// Plots the list; with a `worker`, in two stand-in worker processes
+  /// (tests/data/parallel/workers).
+  RunResult Run(const std::string& worker = "") {
     RunServices services;
     services.clock = [this] { return Tick(); };
     services.observer = &observer;
     services.prompt = &prompt;
+    if (!worker.empty()) {
+      services.jobs = 2;
+      services.workerCommand = {"/bin/bash", std::string(SHEAFWORK_SOURCE_DIR) +
+                                                 "/tests/data/parallel/workers/" + worker};
+    }
     return PlotAllEntries(session, hostSession, services);
   }
 
@@ -70,26 +78,22 @@ class PlotRunTest : public ::testing::Test {
     return LocalTime{2026, 11, 22, seconds / 3600, seconds / 60 % 60, seconds % 60};
   }
 
-  /// The journal's lines after its header and comment.
+  /// The journal's lines after its header and comment, and the error log's
+  /// after its header.
   std::vector<std::string> Journal() const {
-    auto lines = testing::ReadLogLines(session.Log.JournalLogFileName);
-    if (lines.size() < 2) {
-      ADD_FAILURE() << "the journal lacks its header and comment";
-      return {};
-    }
-    EXPECT_EQ(lines[0], "journal");
-    EXPECT_EQ(lines[1], "comment");
-    return {lines.begin() + 2, lines.end()};
+    return AfterHeader(session.Log.JournalLogFileName, {"journal", "comment"});
   }
-  /// The error log's lines after its header.
   std::vector<std::string> Errors() const {
-    auto lines = testing::ReadLogLines(session.Log.ErrorLogFileName);
-    if (lines.empty()) {
-      ADD_FAILURE() << "the error log lacks its header";
+    return AfterHeader(session.Log.ErrorLogFileName, {"errors"});
+  }
+  static std::vector<std::string> AfterHeader(const std::string& log,
+                                              const std::vector<std::string>& header) {
+    const auto lines = testing::ReadLogLines(log);
+    if (lines.size() < header.size() || !std::equal(header.begin(), header.end(), lines.begin())) {
+      ADD_FAILURE() << log << " does not start with its header";
       return {};
     }
-    EXPECT_EQ(lines[0], "errors");
-    return {lines.begin() + 1, lines.end()};
+    return {lines.begin() + header.size(), lines.end()};
   }
 
   static std::string Text(int id) { return LoadResourceText(id); }

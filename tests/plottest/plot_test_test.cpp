@@ -11,6 +11,7 @@
 
 #include "fakes/fake_host.h"
 #include "fakes/log_lines.h"
+#include "fakes/system_doubles.h"
 #include "fakes/temp_folder.h"
 #include "fakes/test_data.h"
 #include "text/strings.h"
@@ -24,12 +25,6 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-struct FakePrinters : PrinterCatalog {
-  std::vector<PrinterInfo> Printers() override { return list; }
-  std::vector<PrinterInfo> list = {{"Bureau-HP", "HP LaserJet", "ipp://bureau"},
-                                   {"Phantom Ole to KDX Printer", "", ""}};
-};
-
 struct FakeFonts : FontFolders {
   bool HasFontFile(std::string_view fileName) override {
     asked.emplace_back(fileName);
@@ -40,6 +35,11 @@ struct FakeFonts : FontFolders {
 
 class PlotTestScanTest : public ::testing::Test {
  protected:
+  PlotTestScanTest() {
+    printers_.printers = {{"Bureau-HP", "HP LaserJet", "ipp://bureau"},
+                          {"Phantom Ole to KDX Printer", "", ""}};
+  }
+
   void Row(const std::string& file, const std::string& layout, const std::string& plotSetup,
            const std::string& device) {
     BatchEntry& entry = session_.List.Append();
@@ -74,20 +74,11 @@ class PlotTestScanTest : public ::testing::Test {
     return lines;
   }
 
-  // The variable calls made on the document the host had open at the start.
-  std::vector<std::string> StartDocumentVariableCalls() const {
-    auto calls = host_.Calls("Document(Dessin1.dwg).");
-    std::erase_if(calls, [](const std::string& call) {
-      return call.find("Variable(") == std::string::npos || call.ends_with("(SDI)");
-    });
-    return calls;
-  }
-
   testing::FakeHost host_;
   testing::TempFolder dir_;
   Session session_{dir_.path().string()};
   HostSession hs_{host_.App(), dir_.File("programme")};
-  FakePrinters printers_;
+  testing::ListedPrinters printers_;
   FakeFonts fonts_;
   std::function<void(int, int, const std::string&)> progress_;
 };
@@ -198,7 +189,7 @@ TEST_F(PlotTestScanTest, ALayoutsDeviceMissingHereIsWarnedAfterTheNoneDevices) {
 // pseudo-printer only and no plotter file, a row on the default device says so
 // whether its drawing opened or not.
 TEST_F(PlotTestScanTest, AHostFailureIsReportedAndTheScanGoesOn) {
-  printers_.list = {{"Phantom Ole to KDX Printer", "", ""}};
+  printers_.printers = {{"Phantom Ole to KDX Printer", "", ""}};
   host_.FailOn("Document(Dessin1.dwg).GetVariable(FILEDIA)",
                host::Error(7, "Variable verrouillée"));
   host_.FailOn("Document(Plan.dwg).TextStyles");
@@ -211,7 +202,8 @@ TEST_F(PlotTestScanTest, AHostFailureIsReportedAndTheScanGoesOn) {
   Row(Path("Absent.dwg"), "Présentation1", "Par défaut", "");
 
   EXPECT_EQ(Run(), Expected("host_failure.txt"));
-  const auto calls = StartDocumentVariableCalls();
+  // The variables of the document the host had open at the start.
+  const auto calls = host_.Calls("Document(Dessin1.dwg).");
   EXPECT_THAT(calls, Not(Contains(HasSubstr("SetVariable(FILEDIA"))));
   EXPECT_THAT(calls, Contains("Document(Dessin1.dwg).SetVariable(CMDDIA, 1)"));
   // The host log restarts for each row.

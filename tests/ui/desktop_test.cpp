@@ -1,7 +1,6 @@
 // The desktop application as a person starts and ends it.
 #include <QAction>
 #include <QApplication>
-#include <QDialog>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -16,15 +15,6 @@ using namespace sheafwork;
 using namespace sheafwork::testing;
 
 namespace {
-
-ui::MainWindow* ShownMainWindow() {
-  for (QWidget* widget : QApplication::topLevelWidgets()) {
-    if (auto* window = qobject_cast<ui::MainWindow*>(widget); window && window->isVisible()) {
-      return window;
-    }
-  }
-  return nullptr;
-}
 
 QWidget* ShownWindowNamed(const char* name) {
   for (QWidget* widget : QApplication::topLevelWidgets()) {
@@ -61,7 +51,7 @@ class DesktopTest : public QObject {
     QTimer person;
     person.setInterval(20);
     connect(&person, &QTimer::timeout, [&] {
-      ui::MainWindow* window = ShownMainWindow();
+      auto* window = qobject_cast<ui::MainWindow*>(ShownWindowNamed("frmSheafwork"));
       if (!window) return;
       person.stop();
       window->Command(QStringLiteral("mnuHelpMain"))->trigger();

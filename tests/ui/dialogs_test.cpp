@@ -1,11 +1,10 @@
 // The logging, plot devices, results and about dialogs; help; the single
-// instance lock; file-dialog filters.
+// instance lock.
 #include <QCheckBox>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QLockFile>
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QPushButton>
@@ -15,13 +14,13 @@
 #include <QtTest>
 
 #include "fakes/log_lines.h"
+#include "fakes/test_data.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 #include "ui/about_dialog.h"
 #include "ui/devices_dialog.h"
 #include "ui/help.h"
 #include "ui/logging_dialog.h"
-#include "ui/qt_text.h"
 #include "ui/results_dialog.h"
 #include "ui/single_instance.h"
 #include "ui/system_info_dialog.h"
@@ -31,10 +30,6 @@ using namespace sheafwork;
 using namespace sheafwork::testing;
 
 namespace {
-
-void SetText(const QWidget& parent, const char* name, const std::string& text) {
-  Child<QLineEdit>(parent, name)->setText(QString::fromStdString(text));
-}
 
 LogSettings SomeSettings() {
   LogSettings log;
@@ -48,14 +43,6 @@ LogSettings SomeSettings() {
   log.ErrorAppend = false;
   return log;
 }
-
-// The logging dialog over SomeSettings(), the settings it was given kept.
-struct LoggingDialogOver {
-  LogSettings log = SomeSettings();
-  const LogSettings before = log;
-  ScriptedPrompt prompt;
-  ui::LoggingDialog dialog{log, prompt, nullptr};
-};
 
 }  // namespace
 
@@ -101,103 +88,65 @@ class DialogsTest : public QObject {
     QVERIFY(log == before);
   }
 
-  void loggingOkValidatesOnlyTheGroupsSwitchedOn_data() {
-    QTest::addColumn<bool>("journalOn");
-    QTest::addColumn<QString>("journalName");
-    QTest::addColumn<bool>("errorOn");
-    QTest::addColumn<QString>("errorName");
-    QTest::addColumn<int>("message");                                       // 0: accepted
-    const QString longName = QStringLiteral("/tmp/") + QString(251, u'j');  // 256 characters
-    QTest::newRow("both valid") << true << "/tmp/j.log" << true << "/tmp/e.log" << 0;
-    QTest::newRow("both invalid: journal first")
-        << true << "/tmp/a|b.log" << true << "/tmp/<e>.log" << ids::kJournalNameNotValid;
-    QTest::newRow("error log invalid")
-        << true << "/tmp/j.log" << true << "" << ids::kErrorLogNameNotValid;
-    QTest::newRow("invalid name of a group switched off")
-        << false << "/tmp/a|b.log" << true << "/tmp/e.log" << 0;
-    QTest::newRow("256 characters") << true << longName << false << "" << ids::kJournalNameNotValid;
-    QTest::newRow("255 characters") << true << longName.chopped(1) << false << "" << 0;
+  // OK checks the names of the groups switched on and the values the list
+  // file cannot hold: a refusal names the field and the dialog stays open,
+  // the settings untouched; a shown text is kept after a warning.
+  void loggingOkChecksWhatTheListFileHolds_data() {
+    for (const char* column : {"journalOn", "journalName", "errorOn", "errorName", "header",
+                               "comment", "message", "title", "accepted"}) {
+      QTest::addColumn<QString>(column);
+    }
+    for (const auto& row : ReadTestTable("ui/logging_ok.tsv")) {
+      auto& data = QTest::newRow(row.where.c_str());
+      for (const std::string& field : row.fields) data << QString::fromStdString(field);
+    }
   }
 
-  // Values the list file cannot hold: the dialog names the field and stays
-  // open, the settings untouched; a shown text is kept after a warning.
-  void loggingOkRefusesValuesTheListFileCannotHold() {
-    QFETCH(QString, name);
+  void loggingOkChecksWhatTheListFileHolds() {
+    QFETCH(QString, journalName);
+    QFETCH(QString, errorName);
     QFETCH(QString, header);
     QFETCH(QString, comment);
-    QFETCH(int, field);
-    QFETCH(int, reason);
-    LoggingDialogOver over;
-    auto& [log, before, prompt, dialog] = over;
-    Child<QCheckBox>(dialog, "chkJournalEnable")->setChecked(true);
-    SetText(dialog, "txtJournalFilename", ui::S(name));
-    SetText(dialog, "txtJournalHeader", ui::S(header));
-    SetText(dialog, "txtJournalUser", ui::S(comment));
-    Child<QPushButton>(dialog, "cmdJournalOK")->click();
-    QCOMPARE(prompt.messages.size(), std::size_t{1});
-    QCOMPARE(prompt.messages[0].text, LoadResourceText(field) + " : " + LoadResourceText(reason));
-    if (reason != ids::kValueKeptWithMarks) {
-      QCOMPARE(dialog.result(), int(QDialog::Rejected));
-      QVERIFY(log == before);
-      return;
+    QFETCH(QString, message);
+    QFETCH(QString, title);
+    QFETCH(QString, journalOn);  // "1": ticked, "0": not
+    QFETCH(QString, errorOn);
+    QFETCH(QString, accepted);
+    QStringList texts;  // the message's texts, by their ids
+    for (const QString& id : message.split(u' ', Qt::SkipEmptyParts)) {
+      if (id != "-") texts << QString::fromStdString(LoadResourceText(id.toInt()));
     }
-    QCOMPARE(dialog.result(), int(QDialog::Accepted));
-    QCOMPARE(QString::fromStdString(log.JournalUserComment), comment);
-  }
-
-  void loggingOkRefusesValuesTheListFileCannotHold_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("header");
-    QTest::addColumn<QString>("comment");
-    QTest::addColumn<int>("field");
-    QTest::addColumn<int>("reason");
-    QTest::newRow("line break in the header")
-        << "/tmp/j.log"
-        << "un\ndeux"
-        << "" << ids::kFieldJournalHeader << ids::kValueHasLineBreak;
-    QTest::newRow("name outside the code page")
-        << QString::fromUtf8("/tmp/\u65e5.log") << ""
-        << "" << ids::kFieldJournalFile << ids::kValueNotWindows1252;
-    QTest::newRow("quote in the name") << "/tmp/\"j\".log"
-                                       << ""
-                                       << "" << ids::kFieldJournalFile << ids::kValueHasQuote;
-    QTest::newRow("comment outside the code page: kept")
-        << "/tmp/j.log"
-        << "" << QString::fromUtf8("Nord \u5317") << ids::kFieldJournalComment
-        << ids::kValueKeptWithMarks;
-  }
-
-  void loggingOkValidatesOnlyTheGroupsSwitchedOn() {
-    QFETCH(bool, journalOn);
-    QFETCH(QString, journalName);
-    QFETCH(bool, errorOn);
-    QFETCH(QString, errorName);
-    QFETCH(int, message);
-    LoggingDialogOver over;
-    auto& [log, before, prompt, dialog] = over;
-    Child<QCheckBox>(dialog, "chkJournalEnable")->setChecked(journalOn);
-    Child<QCheckBox>(dialog, "chkErrorEnable")->setChecked(errorOn);
-    SetText(dialog, "txtJournalFilename", ui::S(journalName));
-    SetText(dialog, "txtErrorFilename", ui::S(errorName));
+    LogSettings log = SomeSettings();
+    const LogSettings before = log;
+    ScriptedPrompt prompt;
+    ui::LoggingDialog dialog(log, prompt, nullptr);
+    Child<QCheckBox>(dialog, "chkJournalEnable")->setChecked(journalOn == "1");
+    Child<QCheckBox>(dialog, "chkErrorEnable")->setChecked(errorOn == "1");
+    Child<QLineEdit>(dialog, "txtJournalFilename")->setText(journalName);
+    Child<QLineEdit>(dialog, "txtErrorFilename")->setText(errorName);
+    Child<QLineEdit>(dialog, "txtJournalHeader")->setText(header);
+    Child<QLineEdit>(dialog, "txtJournalUser")->setText(comment);
     Child<QRadioButton>(dialog, "optJournalOverwrite")->setChecked(true);
-    SetText(dialog, "txtJournalHeader", "");
     Child<QPushButton>(dialog, "cmdJournalOK")->click();
-    if (message != 0) {
+    if (texts.isEmpty()) {
+      QVERIFY(prompt.messages.empty());
+    } else {
       QCOMPARE(prompt.messages.size(), std::size_t{1});
-      QCOMPARE(prompt.messages[0].text, LoadResourceText(message));
-      QCOMPARE(prompt.messages[0].title, LoadResourceText(ids::kErrorTitle));
-      QCOMPARE(dialog.result(), int(QDialog::Rejected));
+      QCOMPARE(QString::fromStdString(prompt.messages[0].text), texts.join(" : "));
+      QCOMPARE(prompt.messages[0].title, LoadResourceText(title.toInt()));
+    }
+    QCOMPARE(dialog.result(), int(accepted == "1" ? QDialog::Accepted : QDialog::Rejected));
+    if (accepted == "0") {
       QVERIFY(log == before);
       return;
     }
-    QVERIFY(prompt.messages.empty());
-    QCOMPARE(dialog.result(), int(QDialog::Accepted));
-    QCOMPARE(log.JournalLogOn, journalOn);
-    QCOMPARE(log.ErrorLogOn, errorOn);
-    if (journalOn) {
+    QCOMPARE(log.JournalLogOn, journalOn == "1");
+    QCOMPARE(log.ErrorLogOn, errorOn == "1");
+    if (journalOn == "1") {
+      QCOMPARE(QString::fromStdString(log.JournalUserComment), comment);
       QCOMPARE(QString::fromStdString(log.JournalLogFileName), journalName);
       QCOMPARE(log.JournalAppend, false);
-      QCOMPARE(log.JournalHeader, std::string());
+      QCOMPARE(QString::fromStdString(log.JournalHeader), header);
     } else {
       // Only the switch changes; the name typed in the disabled group is not kept.
       QCOMPARE(log.JournalLogFileName, before.JournalLogFileName);
@@ -223,6 +172,13 @@ class DialogsTest : public QObject {
     QVERIFY(Child<QPlainTextEdit>(one, "txtDevicesDescr")
                 ->toPlainText()
                 .startsWith(QString::fromStdString(LoadResourceText(ids::kNonSystemPrinter))));
+    // A click describes the item clicked.
+    one.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&one));
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                      list->visualItemRect(list->item(1)).center());
+    QCOMPARE(list->currentRow(), 1);
+    QVERIFY(Child<QPlainTextEdit>(one, "txtDevicesDescr")->toPlainText().contains("HP LaserJet"));
     // A printer named like a file is a system printer.
     list->setCurrentRow(2);
     const QString described = Child<QPlainTextEdit>(one, "txtDevicesDescr")->toPlainText();
@@ -246,35 +202,16 @@ class DialogsTest : public QObject {
     Child<QPushButton>(both, "cmdDevicesOk")->click();
     QCOMPARE(world.session.List.Entry(1).PlotDevice, "/srv/traceurs/Grand.Pc3");
     QCOMPARE(world.session.List.Entry(2).PlotDevice, "/srv/traceurs/Grand.Pc3");
-  }
 
-  void devicesDescribesTheItemClicked() {
-    UiWorld world;
-    world.AddRow("A.dwg");
-    world.printers.printers = {{"Bureau", "HP LaserJet", "ipp://imprimante/bureau"}};
-    world.session.Selection.SelectCountCache(std::vector<int>{1});
-    ui::DevicesDialog dialog(world.session, &world.printers, world.hostSession.get(), world.prompt,
-                             nullptr);
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-    auto* list = Child<QListWidget>(dialog, "lstDevices2");
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                      list->visualItemRect(list->item(1)).center());
-    QCOMPARE(list->currentRow(), 1);
-    const QString described = Child<QPlainTextEdit>(dialog, "txtDevicesDescr")->toPlainText();
-    QVERIFY2(described.contains(QStringLiteral("HP LaserJet")), qPrintable(described));
-  }
-
-  void devicesReportsAnUnreadableSearchPath() {
-    UiWorld world;
-    world.AddRow("A.dwg");
-    world.session.Selection.SelectCountCache(std::vector<int>{1});
+    // A search path the host cannot give is said; the default stays on offer.
+    world.printers.printers.clear();
     world.host.FailOn("PrinterConfigPath");
-    ui::DevicesDialog dialog(world.session, &world.printers, world.hostSession.get(), world.prompt,
-                             nullptr);
-    QCOMPARE(world.prompt.messages.size(), std::size_t{1});
-    QCOMPARE(world.prompt.messages[0].text, LoadResourceText(ids::kConfigPathUnreadable));
-    QCOMPARE(Items(*Child<QListWidget>(dialog, "lstDevices2")), QStringList{"Par défaut"});
+    const std::size_t said = world.prompt.messages.size();
+    ui::DevicesDialog failing(world.session, &world.printers, world.hostSession.get(), world.prompt,
+                              nullptr);
+    QCOMPARE(world.prompt.messages.size(), said + 1);
+    QCOMPARE(world.prompt.messages.back().text, LoadResourceText(ids::kConfigPathUnreadable));
+    QCOMPARE(Items(*Child<QListWidget>(failing, "lstDevices2")), QStringList{"Par défaut"});
   }
 
   void resultsAppendOnceAndRefuseEmptyText() {
@@ -311,7 +248,7 @@ class DialogsTest : public QObject {
     QCOMPARE(prompt.messages.back().text, LoadResourceText(ids::kJournalNotOn));
   }
 
-  void aboutShowsVersionAndMissingSystemInfo() {
+  void aboutShowsVersionAndSystemFacts() {
     ScriptedPrompt prompt;
     ui::AboutDialog about(prompt, nullptr, [] { return false; });
     QCOMPARE(about.windowTitle(), QString::fromStdString(LoadResourceText(ids::kAboutTitle)));
@@ -321,9 +258,9 @@ class DialogsTest : public QObject {
     QCOMPARE(prompt.messages.size(), std::size_t{1});
     QCOMPARE(prompt.messages[0].text, LoadResourceText(ids::kSysInfoUnavailable));
     QVERIFY(about.isVisible());
-  }
 
-  void systemInfoNamesTheSystemHostAndFolders() {
+    // Where they are available, the system facts name the system, the host
+    // and the folders.
     UiWorld world;
     ui::UiContext context = world.Context();
     context.hostName = "embarque";
@@ -340,7 +277,7 @@ class DialogsTest : public QObject {
     QVERIFY(!text.contains(QString::fromStdString(LoadResourceText(ids::kSysInfoUnavailable))));
   }
 
-  void helpTopicsByButtonAndF1() {
+  void helpTopicsByButtonAndF1AndTheirPages() {
     QCOMPARE(ui::TopicForContext(ui::context::kLogging + 5), QStringLiteral("LoggingDialog"));
     QCOMPARE(ui::TopicForContext(ui::context::kSettingsLayers),
              QStringLiteral("PlotSettingsDialog_LayersTab"));
@@ -360,21 +297,18 @@ class DialogsTest : public QObject {
     QTest::keyClick(name, Qt::Key_F1);
     QCOMPARE(help.topics, (QStringList{"LoggingDialog", "LoggingDialog"}));
     QVERIFY(dialog.isVisible());
-  }
 
-  void everyTopicHasAHelpPage() {
+    // Every topic has its page.
     const QString folder = ui::HelpFolder("");
     // The main page tells which drawings the program reads.
-    QFile main(folder + QStringLiteral("/UsingTheSheafworkUtility.html"));
+    QFile main(folder + "/UsingTheSheafworkUtility.html");
     QVERIFY(main.open(QIODevice::ReadOnly));
     const QString page = QString::fromUtf8(main.readAll());
-    QVERIFY(page.contains(QStringLiteral("DXF")) && page.contains(QStringLiteral("DWG")));
-    for (const char* name : {ui::topic::kMain, ui::topic::kLogging, ui::topic::kLayoutsSingle,
-                             ui::topic::kLayoutsMulti, ui::topic::kPageSetups, ui::topic::kDevices,
-                             ui::topic::kSettingsPlot, ui::topic::kSettingsLayers}) {
-      QVERIFY2(
-          QFileInfo::exists(folder + u'/' + QString::fromLatin1(name) + QStringLiteral(".html")),
-          name);
+    QVERIFY(page.contains("DXF") && page.contains("DWG"));
+    for (const char* topic : {ui::topic::kMain, ui::topic::kLogging, ui::topic::kLayoutsSingle,
+                              ui::topic::kLayoutsMulti, ui::topic::kPageSetups, ui::topic::kDevices,
+                              ui::topic::kSettingsPlot, ui::topic::kSettingsLayers}) {
+      QVERIFY2(QFileInfo::exists(folder + u'/' + topic + ".html"), topic);
     }
   }
 
@@ -403,22 +337,6 @@ class DialogsTest : public QObject {
     file.close();
     ui::SingleInstance instance(stale);
     QVERIFY(instance.TryLock());
-  }
-
-  void filtersBecomeQtNameFilters_data() {
-    QTest::addColumn<int>("id");
-    QTest::addColumn<QString>("filters");
-    QTest::newRow("drawings") << ids::kDrawingFilter
-                              << "Tous les dessins (*.dwg *.dwt);;Fichiers de dessin (*.dwg);;"
-                                 "Fichiers gabarits (*.dwt)";
-    QTest::newRow("logs") << ids::kLogFilter << "Fichiers journaux (*.log)";
-    QTest::newRow("all files") << ids::kAllFilesFilter << "Tous les fichiers (*.*)";
-  }
-
-  void filtersBecomeQtNameFilters() {
-    QFETCH(int, id);
-    QFETCH(QString, filters);
-    QCOMPARE(ui::QtNameFilters(LoadResourceText(id)), filters);
   }
 };
 

@@ -10,8 +10,10 @@
 #include <QTabWidget>
 #include <QTreeWidget>
 #include <QtTest>
+#include <map>
 #include <set>
 
+#include "fakes/test_data.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 #include "ui/layouts_dialog.h"
@@ -76,17 +78,16 @@ class EditingDialogsTest : public QObject {
     Pick(*Child<QListWidget>(model, "lstLayouts"), QStringLiteral("Objet"));
     model.accept();
     QCOMPARE(world.session.List.Entry(1).Layout, LoadResourceText(ids::kLayoutModelTab));
-  }
 
-  void layoutsOfADrawingThatDoesNotOpen() {
-    UiWorld world;
-    world.AddRow("Plan.dwg").openError = host::Error(-2147467259, "Fichier endommagé");
-    ui::LayoutsSingleDialog dialog(world.session, 1, world.hostSession.get(), world.prompt,
+    // A drawing that does not open offers the three layouts every drawing has.
+    QVERIFY(world.prompt.messages.empty());
+    world.AddRow("Casse.dwg").openError = host::Error(-2147467259, "Fichier endommagé");
+    ui::LayoutsSingleDialog broken(world.session, 2, world.hostSession.get(), world.prompt,
                                    nullptr);
     QCOMPARE(world.prompt.messages.size(), std::size_t{1});
     QCOMPARE(world.prompt.messages[0].text,
              LoadResourceText(ids::kLayoutsOpenError) + "Fichier endommagé");
-    QCOMPARE(Child<QListWidget>(dialog, "lstLayouts")->count(), 3);
+    QCOMPARE(Child<QListWidget>(broken, "lstLayouts")->count(), 3);
   }
 
   void layoutsOfSeveralRows() {
@@ -165,18 +166,16 @@ class EditingDialogsTest : public QObject {
       numbers.insert(scales[i].number);
     }
     QCOMPARE(numbers.size(), scales.size());
-    const auto number = [&](const char* name) {
-      for (const auto& scale : scales) {
-        if (LoadResourceText(scale.nameId) == name) return scale.number;
-      }
-      return -1;
-    };
-    QCOMPARE(number("1:1"), 16);
-    QCOMPARE(number("1:100"), 26);
-    QCOMPARE(number("100:1"), 31);
-    QCOMPARE(number("1/128\" = 1'0\""), 1);
-    QCOMPARE(number("1\" = 1'0\""), 12);
-    QCOMPARE(number("1'0\" = 1'0\""), 15);
+    std::map<std::string, int> byName;
+    for (const auto& scale : scales) byName[LoadResourceText(scale.nameId)] = scale.number;
+    for (const auto& [name, number] : std::map<std::string, int>{{"1:1", 16},
+                                                                 {"1:100", 26},
+                                                                 {"100:1", 31},
+                                                                 {"1/128\" = 1'0\"", 1},
+                                                                 {"1\" = 1'0\"", 12},
+                                                                 {"1'0\" = 1'0\"", 15}}) {
+      QCOMPARE(byName[name], number);
+    }
   }
 
   void plotSettingsOfOneRow() {
@@ -232,13 +231,10 @@ class EditingDialogsTest : public QObject {
     QTest::addColumn<QString>("fileName");
     QTest::addColumn<QString>("plotted");
     QTest::addColumn<int>("message");  // 0: refused without a message
-    QTest::newRow("bad file name") << "a|b.pdf"
-                                   << "1" << ids::kFileNameNotValid;
+    QTest::newRow("bad file name") << QStringLiteral("a|b.pdf") << "1" << ids::kFileNameNotValid;
     QTest::newRow("file name too long") << QString(300, u'x') << "1" << ids::kFileNameTooLong;
-    QTest::newRow("custom scale of zero") << "plan.pdf"
-                                          << "0" << 0;
-    QTest::newRow("custom scale left empty") << "plan.pdf"
-                                             << "" << 0;
+    QTest::newRow("custom scale of zero") << QStringLiteral("plan.pdf") << "0" << 0;
+    QTest::newRow("custom scale left empty") << QStringLiteral("plan.pdf") << QString() << 0;
   }
 
   void plotSettingsRefusals() {
@@ -275,6 +271,7 @@ class EditingDialogsTest : public QObject {
     world.session.List.Entry(2).PlotArea = "#L";
     world.session.List.Entry(1).PlotFile = "/tmp/a.pdf";
     world.session.List.Entry(1).ScaleLW = true;
+    BatchEntry a = world.session.List.Entry(1), b = world.session.List.Entry(2);
     Select(world.session, {1, 2});
     ui::SettingsDialog dialog(world.session, world.hostSession.get(), world.prompt, nullptr,
                               ui::SettingsDialog::kLayersPage);
@@ -288,16 +285,10 @@ class EditingDialogsTest : public QObject {
     QCOMPARE(Child<QCheckBox>(dialog, "chkScaleLW")->checkState(), Qt::PartiallyChecked);
     ChooseScale(dialog, LoadResourceText(ids::kScaleToFitName));
     dialog.accept();
-    const BatchEntry& a = world.session.List.Entry(1);
-    const BatchEntry& b = world.session.List.Entry(2);
-    QCOMPARE(a.PlotArea, "#D");
-    QCOMPARE(b.PlotArea, "#L");
-    QCOMPARE(a.PlotScale, "S#0");
-    QCOMPARE(b.PlotScale, "S#0");
-    QVERIFY(a.ScaleLW);
-    QVERIFY(!b.ScaleLW);
-    QCOMPARE(a.PlotFile, "/tmp/a.pdf");
-    QCOMPARE(b.PlotFile, "");
+    a.PlotScale = b.PlotScale = "S#0";
+    QCOMPARE(world.session.List.Entry(1).PlotScale, "S#0");
+    QVERIFY(world.session.List.Entry(1) == a);
+    QVERIFY(world.session.List.Entry(2) == b);
   }
 
   void layersPageWritesTheLayerPairs() {
@@ -311,15 +302,14 @@ class EditingDialogsTest : public QObject {
     auto* tabs = Child<QTabWidget>(dialog, "tabSettings");
     QCOMPARE(tabs->currentIndex(), int(ui::SettingsDialog::kLayersPage));
     auto* layers = Child<QTreeWidget>(dialog, "lstLayers");
-    QCOMPARE(layers->topLevelItemCount(), 5);
-    const auto state = [&](int i) { return layers->topLevelItem(i)->text(1); };
+    QStringList states;
+    for (int i = 0; i < layers->topLevelItemCount(); ++i)
+      states << layers->topLevelItem(i)->text(1);
     const QString on = QString::fromStdString(LoadResourceText(ids::kSettingsOnWord));
     const QString off = QString::fromStdString(LoadResourceText(ids::kSettingsOffWord));
     // The row's override wins over the drawing (letter case ignored).
-    QCOMPARE(state(0), on);
-    QCOMPARE(state(1), off);
-    QCOMPARE(state(2), off);
-    QCOMPARE(state(3), off);
+    QCOMPARE(states.mid(0, 4), (QStringList{on, off, off, off}));
+    QCOMPARE(states.size(), 5);
     // Without a change the row's text stays as it was.
     ui::SettingsDialog untouched(world.session, world.hostSession.get(), world.prompt, nullptr,
                                  ui::SettingsDialog::kLayersPage);
@@ -335,22 +325,14 @@ class EditingDialogsTest : public QObject {
     QCOMPARE(world.session.List.Entry(1).Layers, "0 0 MURS 0 Cotes 0 Gelé 1");
   }
 
-  void layerFlagsAreRead_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QStringList>("pairs");
-    QTest::newRow("empty") << "" << QStringList{};
-    QTest::newRow("pairs") << "0 1 MURS 0" << QStringList{"0=1", "MURS=0"};
-    QTest::newRow("extra blanks and a missing flag") << "  A 1  B" << QStringList{"A=1"};
-  }
-
   void layerFlagsAreRead() {
-    QFETCH(QString, text);
-    QFETCH(QStringList, pairs);
-    QStringList read;
-    for (const auto& [name, flag] : ui::ParseLayerFlags(text.toStdString())) {
-      read << QString::fromStdString(name) + (flag ? "=1" : "=0");
+    for (const auto& row : ReadTestTable("ui/layer_flags.tsv")) {
+      std::vector<std::string> read;
+      for (const auto& [name, flag] : ui::ParseLayerFlags(row[0])) {
+        read.push_back(name + (flag ? "=1" : "=0"));
+      }
+      QVERIFY2(read == row.List(1), row.where.c_str());
     }
-    QCOMPARE(read, pairs);
   }
 };
 

@@ -69,16 +69,23 @@ class HostRunTest : public QObject {
   // the command line prints on stderr), or that it gave none.
   void plotRunWithTheEmbeddedHost() {
     TempFolder folder;
-    const std::filesystem::path drawing = folder.path() / "etage.dxf";
-    std::filesystem::copy_file(
-        std::filesystem::path(SHEAFWORK_SOURCE_DIR) / "examples/plans/etage.dxf", drawing);
+    const std::string source = SHEAFWORK_SOURCE_DIR;
     auto progress = std::make_shared<WatchedProgress>();
     ScriptedPrompt prompt;
-    AttachResult attached = AttachEmbeddedHost(folder, progress, prompt);
+    // The embedded host, started as the desktop starts it, with the shipped
+    // data and no printers.
+    embedded::EmbeddedHostOptions options;
+    options.dataFolder = source + "/data";
+    options.userFolder = folder.File("utilisateur");
+    options.printers = std::make_shared<ListedPrinters>();
+    options.progress = progress;
+    AttachResult attached =
+        AttachHost([&] { return embedded::MakeEmbeddedHost(options); },
+                   ProgramFiles{folder.File("data"), folder.path().string()}, prompt);
     QVERIFY(attached.ok);
     Session session(folder.path().string());
     BatchEntry& good = session.List.Append();
-    good.FileName = drawing.string();
+    good.FileName = source + "/examples/plans/etage.dxf";
     good.Layout = "Onglet Objet";
     good.PlotDevice = "PDF.pc3";
     good.PlotArea = "#E";
@@ -86,10 +93,7 @@ class HostRunTest : public QObject {
     good.PlotFile = folder.File("sortie/etage.pdf");
     BatchEntry& missing = session.List.Append();
     missing.FileName = folder.File("absent.dxf");
-    const std::filesystem::path damaged = folder.path() / "endommage.dxf";
-    std::filesystem::copy_file(
-        std::filesystem::path(SHEAFWORK_SOURCE_DIR) / "tests/data/ui/damaged.dxf", damaged);
-    session.List.Append().FileName = damaged.string();
+    session.List.Append().FileName = source + "/tests/data/ui/damaged.dxf";
     std::filesystem::create_directories(folder.path() / "sortie");
 
     ui::UiContext context;
@@ -117,7 +121,7 @@ class HostRunTest : public QObject {
     // The reader's reason names the file and what it found.
     for (int column = 0; column < kListColumns; ++column) {
       const QString tip = model.index(2, column).data(Qt::ToolTipRole).toString();
-      QVERIFY2(tip.contains(QStringLiteral("endommage.dxf")) &&
+      QVERIFY2(tip.contains(QStringLiteral("damaged.dxf")) &&
                    tip.contains(QStringLiteral("pas un nombre")),
                qPrintable(tip));
     }

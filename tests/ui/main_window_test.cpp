@@ -13,6 +13,7 @@
 
 #include "batch/list_commands.h"
 #include "batch/list_row.h"
+#include "fakes/test_data.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 #include "ui/batch_model.h"
@@ -101,20 +102,19 @@ class MainWindowTest : public QObject {
     QCOMPARE(window.Model()->rowCount(), 2);
   }
 
-  void droppedFilesBecomeRows() {
+  void droppedOrAddedDrawingsBecomeRows() {
     UiWorld world;
     MainWindow window(world.Context());
-    const std::string upper = world.folder.Write("PLAN.DWG", "");
-    const std::string text = world.folder.Write("notes.txt", "");
-    const std::string templ = world.folder.Write("gabarit.dwt", "");
-    const std::string dxf = world.folder.Write("facades.dxf", "");
+    // Drawings of each kind, a text file and a folder named like a drawing.
     std::filesystem::create_directories(world.folder.path() / "dossier.dwg");
+    QList<QUrl> urls;
+    for (const char* name :
+         {"PLAN.DWG", "notes.txt", "dossier.dwg", "gabarit.dwt", "facades.dxf"}) {
+      if (!std::filesystem::exists(world.folder.path() / name)) world.folder.Write(name, "");
+      urls << QUrl::fromLocalFile(QString::fromStdString(world.folder.File(name)));
+    }
     QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(upper)),
-                  QUrl::fromLocalFile(QString::fromStdString(text)),
-                  QUrl::fromLocalFile(QString::fromStdString(world.folder.File("dossier.dwg"))),
-                  QUrl::fromLocalFile(QString::fromStdString(templ)),
-                  QUrl::fromLocalFile(QString::fromStdString(dxf))});
+    data.setUrls(urls);
     QVERIFY(window.Model()->canDropMimeData(&data, Qt::CopyAction, -1, -1, {}));
     window.Model()->dropMimeData(&data, Qt::CopyAction, -1, -1, {});
     QCOMPARE(window.Model()->rowCount(), 3);
@@ -124,8 +124,19 @@ class MainWindowTest : public QObject {
     QVERIFY(window.Command("mnuFilePlot")->isEnabled());
 
     QMimeData plain;
-    plain.setText(QString::fromStdString(upper));
+    plain.setText(urls.front().toLocalFile());
     QVERIFY(!window.Model()->canDropMimeData(&plain, Qt::CopyAction, -1, -1, {}));
+
+    // Adding by name takes drawings only.
+    world.prompt.ThenChoose(world.folder.Write("a.dwg", ""))
+        .ThenChoose(world.folder.Write("b.pdf", ""));
+    window.AddDrawings();
+    window.AddDrawings();
+    QCOMPARE(window.Model()->rowCount(), 4);
+    QCOMPARE(world.prompt.dialogs[0].request.title, LoadResourceText(ids::kAddDrawingTitle));
+    QCOMPARE(ui::QtNameFilters(world.prompt.dialogs[0].request.filter),
+             QStringLiteral("Tous les dessins (*.dwg *.dwt *.dxf);;Fichiers de dessin (*.dwg);;"
+                            "Fichiers gabarits (*.dwt);;Fichiers DXF (*.dxf)"));
   }
 
   void droppedListOpensThenAppends() {
@@ -151,27 +162,26 @@ class MainWindowTest : public QObject {
     QCOMPARE(other.session.ListName, list);
   }
 
-  void addDrawingTakesOnlyDrawings() {
+  // The plot test shows its results; a plot run marks every row.
+  void plotTestAndPlotRun() {
     UiWorld world;
-    MainWindow window(world.Context());
-    world.prompt.ThenChoose(world.folder.Write("a.dwg", ""))
-        .ThenChoose(world.folder.Write("b.pdf", ""));
-    window.AddDrawings();
-    window.AddDrawings();
-    QCOMPARE(window.Model()->rowCount(), 1);
-    QCOMPARE(world.prompt.dialogs[0].request.title, LoadResourceText(ids::kAddDrawingTitle));
-    QCOMPARE(ui::QtNameFilters(world.prompt.dialogs[0].request.filter),
-             QStringLiteral("Tous les dessins (*.dwg *.dwt *.dxf);;Fichiers de dessin (*.dwg);;"
-                            "Fichiers gabarits (*.dwt);;Fichiers DXF (*.dxf)"));
-  }
-
-  void plotRunMarksEveryRow() {
-    UiWorld world;
-    world.AddRow("Bon.dwg");
+    world.AddRow("Bon.dwg").AddLayout("A1");
+    world.session.List.Entry(1).Layout = "Inconnue";
     FakeDrawing& broken = world.AddRow("Casse.dwg");
     broken.openError = host::Error(-2147467259, "Dessin illisible");
     world.AddRow("Autre.dwg");
     MainWindow window(world.Context());
+    QString shown;
+    WhenModal<ui::ResultsDialog>([&](ui::ResultsDialog& dialog) {
+      shown = dialog.findChild<QPlainTextEdit*>("txtPTResults")->toPlainText();
+    });
+    window.PlotTest();
+    QVERIFY2(shown.contains(
+                 QStringLiteral("ERREUR: Présentation <Inconnue> introuvable dans le dessin")),
+             qPrintable(shown));
+    QVERIFY(!shown.contains(u'\r'));
+
+    world.session.List.Entry(1).Layout = "";
     window.Plot();
     ui::BatchModel& model = *window.Model();
     QCOMPARE(model.Status(1), RowStatus::Plotted);
@@ -186,33 +196,6 @@ class MainWindowTest : public QObject {
     QCOMPARE(icon(0), icon(2));
     QVERIFY(window.List()->isEnabled());
     QVERIFY(window.menuBar()->isEnabled());
-  }
-
-  void plotTestShowsItsResults() {
-    UiWorld world;
-    world.AddRow("Plan.dwg").AddLayout("A1");
-    world.session.List.Entry(1).Layout = "Inconnue";
-    MainWindow window(world.Context());
-    QString shown;
-    WhenModal<ui::ResultsDialog>([&](ui::ResultsDialog& dialog) {
-      shown = dialog.findChild<QPlainTextEdit*>("txtPTResults")->toPlainText();
-    });
-    window.PlotTest();
-    QVERIFY2(shown.contains(
-                 QStringLiteral("ERREUR: Présentation <Inconnue> introuvable dans le dessin")),
-             qPrintable(shown));
-    QVERIFY(!shown.contains(u'\r'));
-  }
-
-  void commandsWithoutHostSaySo() {
-    UiWorld world;
-    world.AddRow("Plan.dwg");
-    ui::UiContext context = world.Context();
-    context.host = nullptr;
-    MainWindow window(context);
-    window.Plot();
-    QCOMPARE(world.prompt.messages.size(), std::size_t{1});
-    QCOMPARE(world.prompt.messages[0].text, LoadResourceText(ids::kHostLoadFailed));
   }
 
   void closingAsksThenEndsTheSession() {
@@ -255,34 +238,27 @@ class MainWindowTest : public QObject {
     QCOMPARE(second.List()->columnWidth(1), 123);
   }
 
-  void distinctMnemonics_data() {
-    QTest::addColumn<QStringList>("captions");
-    QTest::addColumn<QStringList>("expected");
-    QTest::newRow("already distinct")
-        << QStringList{"&Ouvrir", "&Fermer", ""} << QStringList{"&Ouvrir", "&Fermer", ""};
-    QTest::newRow("next word's initial")
-        << QStringList{"&Aide sur le traçage", "", "&A propos du traçage"}
-        << QStringList{"&Aide sur le traçage", "", "A &propos du traçage"};
-    QTest::newRow("letter case ignored") << QStringList{"&Tracer", "Essai de &traçage"}
-                                         << QStringList{"&Tracer", "&Essai de traçage"};
-    QTest::newRow("any free letter")
-        << QStringList{"&Ab", "&Ba", "&Abc"} << QStringList{"&Ab", "&Ba", "Ab&c"};
-    QTest::newRow("none free") << QStringList{"&Ab", "&Ba", "&Ab"}
-                               << QStringList{"&Ab", "&Ba", "&Ab"};
-    QTest::newRow("a plain ampersand")
-        << QStringList{"&Dessins", "R && &D"} << QStringList{"&Dessins", "&R && D"};
-  }
-
   void distinctMnemonics() {
-    QFETCH(QStringList, captions);
-    QFETCH(QStringList, expected);
-    QCOMPARE(ui::DistinctMnemonics(captions), expected);
+    for (const auto& row : ReadTestTable("ui/mnemonics.tsv")) {
+      const auto captions = [&](int i) { return QString::fromStdString(row[i]).split(u'|'); };
+      const QStringList got = ui::DistinctMnemonics(captions(0));
+      QVERIFY2(got == captions(1),
+               qPrintable(QString::fromStdString(row.where) + ": " + got.join(u'|')));
+    }
   }
 
-  void newListAsksAndClears() {
+  // Without a host the commands that need one say so; a new list asks
+  // whether to save the one shown, then clears it.
+  void commandsWithoutHostAndNewList() {
     UiWorld world;
     world.AddRow("Plan.dwg");
-    MainWindow window(world.Context());
+    ui::UiContext context = world.Context();
+    context.host = nullptr;
+    MainWindow window(context);
+    window.Plot();
+    QCOMPARE(world.prompt.messages.size(), std::size_t{1});
+    QCOMPARE(world.prompt.messages[0].text, LoadResourceText(ids::kHostLoadFailed));
+
     world.prompt.ThenAnswer(PromptAnswer::Cancel);
     window.NewList();
     QCOMPARE(window.Model()->rowCount(), 1);

@@ -2,7 +2,6 @@
 
 #include <filesystem>
 
-#include "embedded/automation/embedded_host.h"
 #include "host/startup.h"
 
 namespace sheafwork::testing {
@@ -26,15 +25,15 @@ UiTestRegistrar::UiTestRegistrar(std::function<QObject*()> make) {
 }
 
 UiWorld::UiWorld() : session(folder.path().string()) {
-  // A plotter configuration folder with one file, so that "Par défaut" has a
-  // device to plot on.
+  // A plotter configuration folder, so that "Par défaut" has a device to
+  // plot on and the devices dialog files to list.
   std::filesystem::create_directories(folder.path() / "plotters");
   folder.Write("plotters/PDF.pc3", "driver=pdf\n");
   folder.Write("plotters/Traceur A0.PC3", "driver=hpgl\n");
   host.printerConfigPath = folder.File("plotters");
-  HostFactory factory = [this] { return host.App(); };
   AttachResult attached =
-      AttachHost(factory, ProgramFiles{folder.File("data"), folder.path().string()}, prompt);
+      AttachHost([this] { return host.App(); },
+                 ProgramFiles{folder.File("data"), folder.path().string()}, prompt);
   hostSession = std::move(attached.host);
   host.ClearCalls();
 }
@@ -46,18 +45,6 @@ FakeDrawing& UiWorld::AddRow(const std::string& name) {
   BatchEntry& entry = session.List.Append();
   entry.FileName = drawing.path;
   return drawing;
-}
-
-AttachResult AttachEmbeddedHost(const TempFolder& folder,
-                                std::shared_ptr<embedded::ProgressDisplay> progress,
-                                Prompt& prompt) {
-  embedded::EmbeddedHostOptions options;
-  options.dataFolder = std::string(SHEAFWORK_SOURCE_DIR) + "/data";
-  options.userFolder = folder.File("utilisateur");
-  options.printers = std::make_shared<ListedPrinters>();
-  options.progress = std::move(progress);
-  return AttachHost([&] { return embedded::MakeEmbeddedHost(options); },
-                    ProgramFiles{folder.File("data"), folder.path().string()}, prompt);
 }
 
 QStringList Items(const QListWidget& list) {

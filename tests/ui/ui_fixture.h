@@ -2,16 +2,17 @@
 // What the desktop application's tests share: a session with the scripted
 // host attached, the scripted prompt, printers and fonts of the test's
 // choosing, and a help viewer that records the topics it was asked for.
+#include <QApplication>
 #include <QListWidget>
 #include <QObject>
 #include <QStringList>
+#include <QTimer>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "batch/session.h"
-#include "embedded/automation/progress_display.h"
 #include "fakes/fake_host.h"
 #include "fakes/scripted_prompt.h"
 #include "fakes/system_doubles.h"
@@ -57,34 +58,8 @@ class UiWorld {
   RecordingHelp help;
 };
 
-/// The embedded host, started as the desktop starts it, with the shipped
-/// data, no printers, `folder` for the user's files and `progress` as its
-/// progress display.
-AttachResult AttachEmbeddedHost(const TempFolder& folder,
-                                std::shared_ptr<embedded::ProgressDisplay> progress,
-                                Prompt& prompt);
-
 /// The control named `name` among the children of `parent`; a missing one
 /// ends the test run.
-template <typename T>
-T* Child(const QWidget& parent, const char* name);
-
-/// The texts of a list's items, in order.
-QStringList Items(const QListWidget& list);
-
-/// Runs `check` on the modal dialog of type T as soon as it shows, then
-/// closes it with `accept` (or rejects it). Returns immediately.
-template <typename T>
-void WhenModal(std::function<void(T&)> check, bool accept = true);
-
-}  // namespace sheafwork::testing
-
-#include <QApplication>
-#include <QDialog>
-#include <QTimer>
-
-namespace sheafwork::testing {
-
 template <typename T>
 T* Child(const QWidget& parent, const char* name) {
   T* child = parent.findChild<T*>(QString::fromLatin1(name));
@@ -92,32 +67,24 @@ T* Child(const QWidget& parent, const char* name) {
   return child;
 }
 
+/// The texts of a list's items, in order.
+QStringList Items(const QListWidget& list);
+
+/// Runs `check` on the modal dialog of type T as soon as it shows, then
+/// accepts it; gives up after `tries` polls. Returns immediately.
 template <typename T>
-void WhenModal(std::function<void(T&)> check, bool accept) {
+void WhenModal(std::function<void(T&)> check, int tries = 500) {
   // Polls until the dialog shows: work done before it may run the event loop.
-  auto* timer = new QTimer;
-  auto tries = std::make_shared<int>(0);
-  timer->setInterval(10);
-  QObject::connect(timer, &QTimer::timeout, [timer, tries, check, accept] {
-    auto* dialog = qobject_cast<T*>(QApplication::activeModalWidget());
-    if (!dialog) {
-      if (++*tries > 500) {
-        qWarning("no modal dialog of the expected type");
-        timer->deleteLater();
-        timer->stop();
-      }
-      return;
-    }
-    timer->stop();
-    timer->deleteLater();
-    check(*dialog);
-    if (accept) {
+  QTimer::singleShot(10, [check, tries] {
+    if (auto* dialog = qobject_cast<T*>(QApplication::activeModalWidget())) {
+      check(*dialog);
       dialog->accept();
+    } else if (tries > 0) {
+      WhenModal(check, tries - 1);
     } else {
-      dialog->reject();
+      qWarning("no modal dialog of the expected type");
     }
   });
-  timer->start();
 }
 
 }  // namespace sheafwork::testing
