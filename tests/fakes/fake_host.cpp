@@ -1,11 +1,7 @@
 #include "fakes/fake_host.h"
 
-#include "fakes/native_path.h"
-#include "log/wide_path.h"
-
 #include <algorithm>
 #include <charconv>
-#include <filesystem>
 #include <functional>
 #include <new>
 #include <stdexcept>
@@ -80,23 +76,42 @@ using SetterArg = std::conditional_t<std::is_same_v<T, std::string>, const std::
     Set("Set" #Name, &FakePlotSettings::field, static_cast<Type>(value)); \
   }
 
-class FakePlotConfig : public host::Layout {
+// An object at `index` of one of the document's lists; its calls are
+// recorded under "Kind(name)".
+class FakePart {
+ public:
+  FakePart(std::shared_ptr<FakeDocument> doc, std::int32_t index)
+      : doc_(std::move(doc)), index_(index) {}
+
+ protected:
+  template <typename T>
+  T& At(std::vector<T>& list) const {
+    return list.at(static_cast<std::size_t>(index_));
+  }
+  void RecordAs(const std::string& kind, const std::string& name, const std::string& member,
+                const std::string& args = {}) const {
+    doc_->Record(kind + "(" + name + ")", member, args);
+  }
+
+  std::shared_ptr<FakeDocument> doc_;
+  std::int32_t index_;
+};
+
+class FakePlotConfig : public host::Layout, public FakePart {
  public:
   enum class Kind { Layout, PageSetup };
   FakePlotConfig(std::shared_ptr<FakeDocument> doc, std::int32_t index, Kind kind)
-      : doc_(std::move(doc)), kind_(kind), index_(index) {}
+      : FakePart(std::move(doc), index), kind_(kind) {}
 
   FakeLayoutData& Data() {
-    auto& list = kind_ == Kind::Layout ? doc_->data.layouts : doc_->data.pageSetups;
-    return list.at(static_cast<std::size_t>(index_));
+    return At(kind_ == Kind::Layout ? doc_->data.layouts : doc_->data.pageSetups);
   }
   FakePlotSettings& S() { return Data().settings; }
   std::int32_t Index() const { return index_; }
   FakeDocument& Doc() { return *doc_; }
 
   void Rec(const std::string& member, const std::string& args = {}) {
-    doc_->Record((kind_ == Kind::Layout ? "Layout(" : "PlotConfiguration(") + Data().name + ")",
-                 member, args);
+    RecordAs(kind_ == Kind::Layout ? "Layout" : "PlotConfiguration", Data().name, member, args);
   }
   template <typename T>
   T Get(const char* member, T FakePlotSettings::*field) {
@@ -162,9 +177,7 @@ class FakePlotConfig : public host::Layout {
   }
 
  private:
-  std::shared_ptr<FakeDocument> doc_;
   Kind kind_;
-  std::int32_t index_;
 };
 
 #undef FAKE_PLOT_PROPERTY
@@ -213,62 +226,47 @@ std::shared_ptr<Interface> Collection(const std::shared_ptr<FakeDocument>& doc,
                                                                     std::move(count));
 }
 
-class FakeLayer : public host::Layer {
+class FakeLayer : public host::Layer, public FakePart {
  public:
-  FakeLayer(std::shared_ptr<FakeDocument> doc, std::int32_t index)
-      : doc_(std::move(doc)), index_(index) {}
-  FakeLayerData& L() { return doc_->data.layers.at(static_cast<std::size_t>(index_)); }
-  void Rec(const std::string& member, const std::string& args = {}) {
-    doc_->Record("Layer(" + L().name + ")", member, args);
+  using FakePart::FakePart;
+  FakeLayerData& L() { return At(doc_->data.layers); }
+  bool Flag(const char* member, bool FakeLayerData::*flag) {
+    RecordAs("Layer", L().name, member);
+    return L().*flag;
   }
-  bool Flag(const char* member, bool FakeLayerData::*flag) { return Rec(member), L().*flag; }
   void SetFlag(const char* member, bool FakeLayerData::*flag, bool value) {
-    Rec(member, Args(value));
+    RecordAs("Layer", L().name, member, Args(value));
     L().*flag = value;
   }
-  std::string Name() override { return Rec("Name"), L().name; }
+  std::string Name() override { return RecordAs("Layer", L().name, "Name"), L().name; }
   bool LayerOn() override { return Flag("LayerOn", &FakeLayerData::on); }
   void SetLayerOn(bool v) override { SetFlag("SetLayerOn", &FakeLayerData::on, v); }
   bool Freeze() override { return Flag("Freeze", &FakeLayerData::frozen); }
   void SetFreeze(bool v) override { SetFlag("SetFreeze", &FakeLayerData::frozen, v); }
   bool Plottable() override { return Flag("Plottable", &FakeLayerData::plottable); }
   void SetPlottable(bool v) override { SetFlag("SetPlottable", &FakeLayerData::plottable, v); }
-
- private:
-  std::shared_ptr<FakeDocument> doc_;
-  std::int32_t index_;
 };
 
-class FakeView : public host::View {
+class FakeView : public host::View, public FakePart {
  public:
-  FakeView(std::shared_ptr<FakeDocument> doc, std::int32_t index)
-      : doc_(std::move(doc)), index_(index) {}
+  using FakePart::FakePart;
   std::string Name() override {
-    const auto& name = doc_->data.views.at(static_cast<std::size_t>(index_));
-    return doc_->Record("View(" + name + ")", "Name"), name;
+    const std::string& name = At(doc_->data.views);
+    return RecordAs("View", name, "Name"), name;
   }
-
- private:
-  std::shared_ptr<FakeDocument> doc_;
-  std::int32_t index_;
 };
 
-class FakeTextStyle : public host::TextStyle {
+class FakeTextStyle : public host::TextStyle, public FakePart {
  public:
-  FakeTextStyle(std::shared_ptr<FakeDocument> doc, std::int32_t index)
-      : doc_(std::move(doc)), index_(index) {}
+  using FakePart::FakePart;
   FakeTextStyleData& T(const char* member) {
-    auto& style = doc_->data.textStyles.at(static_cast<std::size_t>(index_));
-    doc_->Record("TextStyle(" + style.name + ")", member);
+    FakeTextStyleData& style = At(doc_->data.textStyles);
+    RecordAs("TextStyle", style.name, member);
     return style;
   }
   std::string Name() override { return T("Name").name; }
   std::string FontFile() override { return T("FontFile").fontFile; }
   bool FontAvailable() override { return T("FontAvailable").available; }
-
- private:
-  std::shared_ptr<FakeDocument> doc_;
-  std::int32_t index_;
 };
 
 class FakePlot : public host::Plot {
@@ -412,54 +410,61 @@ void FakeDocument::Regen(std::int16_t which) { Rec("Regen", Args(which)); }
 // ---------------------------------------------------------------------------
 // The application and its documents.
 
-class FakePreferences : public host::Preferences {
+// An object of the host itself; its calls are recorded under `kind`.
+class HostPart {
  public:
-  explicit FakePreferences(FakeHost& host) : host_(host) {}
+  HostPart(FakeHost& host, const char* kind) : host_(host), kind_(kind) {}
+
+ protected:
+  void Rec(const std::string& member, const std::string& args = {}) {
+    host_.Record(kind_, member, args);
+  }
+  /// Records the write of `value` to the host's `field`, then makes it.
+  template <typename T>
+  void Put(const char* member, T& field, const T& value) {
+    Rec(member, Args(value));
+    field = value;
+  }
+
+  FakeHost& host_;
+  const char* kind_;
+};
+
+class FakePreferences : public host::Preferences, HostPart {
+ public:
+  explicit FakePreferences(FakeHost& host) : HostPart(host, "Preferences") {}
   std::string PrinterConfigPath() override {
     return Rec("PrinterConfigPath"), host_.printerConfigPath;
   }
   std::string SupportPath() override { return Rec("SupportPath"), host_.supportPath; }
   std::string LogFilePath() override { return Rec("LogFilePath"), host_.logFilePath; }
-  void SetLogFilePath(const std::string& folder) override {
-    Rec("SetLogFilePath", Args(folder));
-    host_.logFilePath = folder;
+  void SetLogFilePath(const std::string& v) override {
+    Put("SetLogFilePath", host_.logFilePath, v);
   }
   bool LogFileOn() override { return Rec("LogFileOn"), host_.logFileOn; }
-  void SetLogFileOn(bool on) override {
-    Rec("SetLogFileOn", Args(on));
-    host_.logFileOn = on;
-  }
-
- private:
-  void Rec(const std::string& member, const std::string& args = {}) {
-    host_.Record("Preferences", member, args);
-  }
-  FakeHost& host_;
+  void SetLogFileOn(bool v) override { Put("SetLogFileOn", host_.logFileOn, v); }
 };
 
-class FakeState : public host::State {
+class FakeState : public host::State, HostPart {
  public:
-  explicit FakeState(FakeHost& host) : host_(host) {}
-  bool IsQuiescent() override { return host_.Record("State", "IsQuiescent"), true; }
-
- private:
-  FakeHost& host_;
+  explicit FakeState(FakeHost& host) : HostPart(host, "State") {}
+  bool IsQuiescent() override { return Rec("IsQuiescent"), true; }
 };
 
-class FakeDocuments : public host::Documents {
+class FakeDocuments : public host::Documents, HostPart {
  public:
-  explicit FakeDocuments(FakeHost& host) : host_(host) {}
+  explicit FakeDocuments(FakeHost& host) : HostPart(host, "Documents") {}
   std::int32_t Count() override {
-    host_.Record("Documents", "Count");
+    Rec("Count");
     return static_cast<std::int32_t>(host_.open_.size());
   }
   std::shared_ptr<host::Document> Item(std::int32_t index) override {
-    host_.Record("Documents", "Item", Args(index));
+    Rec("Item", Args(index));
     CheckIndex(index, host_.open_.size());
     return host_.open_[static_cast<std::size_t>(index)];
   }
   std::shared_ptr<host::Document> Open(const std::string& fileName, bool readOnly) override {
-    host_.Record("Documents", "Open", Args(fileName, readOnly));
+    Rec("Open", Args(fileName, readOnly));
     auto found = std::find_if(host_.drawings_.begin(), host_.drawings_.end(),
                               [&](const auto& d) { return d->path == fileName; });
     if (found == host_.drawings_.end()) {
@@ -467,12 +472,11 @@ class FakeDocuments : public host::Documents {
     }
     if ((*found)->openError) throw *(*found)->openError;
     // In single-document mode the new drawing replaces the only open one.
-    if (host_.open_.size() == 1 && host_.active_) {
-      if (host::SysVarAsInteger(host_.active_->Variable("SDI")) > 0) {
-        host_.active_->closed = true;
-        host_.open_.clear();
-        host_.active_.reset();
-      }
+    if (host_.open_.size() == 1 && host_.active_ &&
+        host::SysVarAsInteger(host_.active_->Variable("SDI")) > 0) {
+      host_.active_->closed = true;
+      host_.open_.clear();
+      host_.active_.reset();
     }
     auto doc = std::make_shared<FakeDocument>(host_, **found);
     doc->data.readOnly = doc->data.readOnly || readOnly;
@@ -481,58 +485,37 @@ class FakeDocuments : public host::Documents {
     host_.lastOpened_[fileName] = doc;
     return doc;
   }
-
- private:
-  FakeHost& host_;
 };
 
-class FakeApplication : public host::Application {
+class FakeApplication : public host::Application, HostPart {
  public:
-  explicit FakeApplication(FakeHost& host) : host_(host) {}
+  explicit FakeApplication(FakeHost& host) : HostPart(host, "Application") {}
   bool Visible() override { return Rec("Visible"), host_.visible; }
-  void SetVisible(bool v) override {
-    Rec("SetVisible", Args(v));
-    host_.visible = v;
-  }
+  void SetVisible(bool v) override { Put("SetVisible", host_.visible, v); }
   std::string Path() override { return Rec("Path"), host_.path; }
   std::int32_t Width() override { return Rec("Width"), host_.width; }
-  void SetWidth(std::int32_t v) override {
-    Rec("SetWidth", Args(v));
-    host_.width = v;
-  }
+  void SetWidth(std::int32_t v) override { Put("SetWidth", host_.width, v); }
   std::int32_t Height() override { return Rec("Height"), host_.height; }
-  void SetHeight(std::int32_t v) override {
-    Rec("SetHeight", Args(v));
-    host_.height = v;
-  }
+  void SetHeight(std::int32_t v) override { Put("SetHeight", host_.height, v); }
   std::shared_ptr<host::Document> ActiveDocument() override {
     Rec("ActiveDocument");
     if (!host_.active_) throw host::Error(kNoDocument, "Aucun document actif");
     return host_.active_;
   }
   std::shared_ptr<host::Documents> GetDocuments() override {
-    Rec("Documents");
-    return std::make_shared<FakeDocuments>(host_);
+    return Rec("Documents"), std::make_shared<FakeDocuments>(host_);
   }
   std::shared_ptr<host::Preferences> GetPreferences() override {
-    Rec("Preferences");
-    return std::make_shared<FakePreferences>(host_);
+    return Rec("Preferences"), std::make_shared<FakePreferences>(host_);
   }
   std::shared_ptr<host::State> GetOrvaState() override {
-    Rec("GetOrvaState");
-    return std::make_shared<FakeState>(host_);
+    return Rec("GetOrvaState"), std::make_shared<FakeState>(host_);
   }
   void Update() override { Rec("Update"); }
   void Quit() override {
     Rec("Quit");
     host_.quit_ = true;
   }
-
- private:
-  void Rec(const std::string& member, const std::string& args = {}) {
-    host_.Record("Application", member, args);
-  }
-  FakeHost& host_;
 };
 
 // ---------------------------------------------------------------------------
@@ -555,10 +538,7 @@ FakeHost::FakeHost()
 FakeHost::~FakeHost() = default;
 
 FakeDrawing& FakeHost::AddDrawing(const std::string& name) {
-  std::filesystem::path full = folder_.path() / FsPath(name);
-  std::filesystem::create_directories(full.parent_path());
-  folder_.Write(PathText(std::filesystem::relative(full, folder_.path())), "");
-  return AddDrawingAt(PathText(full));
+  return AddDrawingAt(folder_.Write(name, ""));
 }
 
 FakeDrawing& FakeHost::AddDrawingAt(const std::string& path) {

@@ -1,7 +1,5 @@
 #include "host/startup.h"
 
-#include <filesystem>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -33,7 +31,6 @@ class StartupTest : public ::testing::Test {
 
 TEST_F(StartupTest, TheHostsHelpFileAndTheTemplateDrawingAreUsedWhenPresent) {
   testing::TempFolder hostFolder;
-  std::filesystem::create_directory(hostFolder.path() / "Help");
   hostFolder.Write("Help/quirerun.hlp", "");
   host.path = hostFolder.path().string();
   const std::string templateDrawing = data.Write("QUIRERUN.DWG", "");

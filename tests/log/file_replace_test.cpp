@@ -76,7 +76,6 @@ TEST(OutputFileTest, TheReplacingFileKeepsTheOwnerWherePermitted) {
 // file not there yet, is written where it leads; the link stays.
 TEST(OutputFileTest, ALinkIsWrittenThroughToItsFile) {
   TempFolder folder;
-  fs::create_directories(folder.path() / "reel");
   const std::string real = folder.Write("reel/liste.qx3", "ancienne");
   struct Case {
     const char* link;

@@ -10,6 +10,7 @@
 #include <chrono>
 #include <filesystem>
 #include <memory>
+#include <ostream>
 #include <string>
 
 #include "batch/session.h"
@@ -158,6 +159,8 @@ struct Failure {
   const char* reason;  ///< what the error says between parentheses
 };
 
+void PrintTo(const Failure& failure, std::ostream* out) { *out << failure.converter; }
+
 class DwgConverterFailure : public EmbeddedHostTest,
                             public ::testing::WithParamInterface<Failure> {};
 
@@ -215,7 +218,7 @@ TEST_F(EmbeddedHostTest, TheConverterBesideTheDataIsTheDefaultAndTheEnvironmentO
   ScopedVariable none("SHEAFWORK_DWG_CONVERTER", "");
   EXPECT_EQ(converterOf(), "");  // not installed
 
-  const std::string bundled = Put(data, "dwg2dxf/dwg2dxf.js", "");
+  const std::string bundled = data.Write("dwg2dxf/dwg2dxf.js", "");
   EXPECT_EQ(bundled, BundledDwgConverter(data.path().string()));
   EXPECT_EQ(converterOf(), bundled);
 

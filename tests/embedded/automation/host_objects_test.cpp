@@ -164,7 +164,10 @@ TEST_F(EmbeddedHostTest, DwgDrawingsOpenThroughTheConverterOfThePreferences) {
   EXPECT_THAT(ErrorOf([&] { Open(dwg); }).description(), HasSubstr("la conversion DWG a échoué"));
 }
 
-TEST_F(EmbeddedHostTest, HostWideVariablesAreSharedAndDocumentVariablesAreNot) {
+// Host-wide variables are shared, a document's own are not; its layers,
+// text styles and views are its own copy of the file's; SaveAs writes it
+// under the new name.
+TEST_F(EmbeddedHostTest, ADocumentHasItsOwnVariablesObjectsAndName) {
   auto untitled = Host()->ActiveDocument();
   const std::string plan = AddDrawing("Plan.dxf");
   auto doc = Open(plan);
@@ -174,16 +177,10 @@ TEST_F(EmbeddedHostTest, HostWideVariablesAreSharedAndDocumentVariablesAreNot) {
   EXPECT_EQ(doc->GetVariable("REGENMODE"), SysVarValue(std::int16_t{1}));
   EXPECT_EQ(doc->GetVariable("DWGNAME"), SysVarValue(std::string("Plan.dxf")));
   EXPECT_EQ(doc->GetVariable("DWGPREFIX"), SysVarValue(files.path().string() + "/"));
-
-  auto preferences = Host()->GetPreferences();
-  preferences->SetLogFilePath("/var/log/traces");
+  Host()->GetPreferences()->SetLogFilePath("/var/log/traces");
   EXPECT_EQ(doc->GetVariable("LOGFILENAME"),
             SysVarValue(std::string("/var/log/traces/Plan_sheafwork.log")));
-}
 
-TEST_F(EmbeddedHostTest, LayersTextStylesAndViewsComeFromTheDocumentsOwnCopy) {
-  const std::string plan = AddDrawing("Plan.dxf");
-  auto doc = Open(plan);
   auto layers = doc->GetLayers();
   ASSERT_EQ(layers->Count(), 3);
   auto cotes = layers->Item(2);
@@ -202,10 +199,18 @@ TEST_F(EmbeddedHostTest, LayersTextStylesAndViewsComeFromTheDocumentsOwnCopy) {
   ASSERT_EQ(styles->Count(), 2);  // the shape-file record is left out
   EXPECT_EQ(styles->Item(1)->Name(), "Titre");
   EXPECT_EQ(styles->Item(1)->FontFile(), "romans.shx");
-
   auto views = doc->GetViews();
   ASSERT_EQ(views->Count(), 2);
   EXPECT_EQ(views->Item(1)->Name(), "Détail");
+
+  const std::string copy = files.File("Copie.dxf");
+  doc->SaveAs(copy);
+  EXPECT_EQ(testing::TempFolder::Read(copy), "Plan.dxf");
+  EXPECT_EQ(doc->FullName(), copy);
+  const std::string scratch = files.File("QXTEMP.DWG");
+  untitled->SaveAs(scratch);
+  EXPECT_THAT(testing::TempFolder::Read(scratch), HasSubstr("EOF"));
+  EXPECT_EQ(ErrorOf([&] { doc->SaveAs(files.File("absent/x.dxf")); }).number(), 75);
 }
 
 TEST_F(EmbeddedHostTest, TheDeviceAucunIsAnEmptyOrNoneDeviceAndPapersComeFromTheDevice) {
@@ -311,31 +316,6 @@ TEST_F(EmbeddedHostTest, AfterQuitEveryMemberFails) {
   EXPECT_EQ(ErrorOf([&] { host->Quit(); }).number(), 91);
 }
 
-TEST_F(EmbeddedHostTest, SaveAsWritesTheDrawingUnderTheNewName) {
-  const std::string plan = AddDrawing("Plan.dxf");
-  auto doc = Open(plan);
-  const std::string copy = files.File("Copie.dxf");
-  doc->SaveAs(copy);
-  EXPECT_EQ(testing::TempFolder::Read(copy), "Plan.dxf");
-  EXPECT_EQ(doc->FullName(), copy);
-
-  auto untitled = Host()->ActiveDocument();
-  const std::string scratch = files.File("QXTEMP.DWG");
-  untitled->SaveAs(scratch);
-  EXPECT_THAT(testing::TempFolder::Read(scratch), HasSubstr("EOF"));
-  EXPECT_EQ(ErrorOf([&] { doc->SaveAs(files.File("absent/x.dxf")); }).number(), 75);
-}
-
-// Whether the host finds the font of each text style, by style name.
-std::map<std::string, bool> FontAvailability(host::Document& doc) {
-  auto styles = doc.GetTextStyles();
-  std::map<std::string, bool> available;
-  for (std::int32_t i = 0; i < styles->Count(); ++i) {
-    available[styles->Item(i)->Name()] = styles->Item(i)->FontAvailable();
-  }
-  return available;
-}
-
 // The plot test asks the host about fonts it finds no file of: ours draws
 // the standard shape fonts with its stroke font, and finds shape fonts
 // along its support path in any letter case, ".shx" added.
@@ -343,10 +323,14 @@ TEST_F(EmbeddedHostTest, AFontIsAvailableWhenFoundOnTheSupportPathOrStandard) {
   const std::string fonts = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/fonts";
   auto doc = Open(AddDrawing("Polices.dxf", ReadDxfFile(fonts + "/shape_fonts.dxf")));
   std::dynamic_pointer_cast<EmbeddedPreferences>(Host()->GetPreferences())->SetSupportPath(fonts);
+  auto styles = doc->GetTextStyles();
+  std::map<std::string, bool> available;
+  for (std::int32_t i = 0; i < styles->Count(); ++i) {
+    available[styles->Item(i)->Name()] = styles->Item(i)->FontAvailable();
+  }
   const std::map<std::string, bool> expected = {{"Standard", true}, {"TRAIT", true},
                                                 {"UNI", true},      {"ROMANS", true},
                                                 {"PERDU", false},   {"ARIAL", false}};
-  const std::map<std::string, bool> available = FontAvailability(*doc);
   EXPECT_EQ(available, expected);
 }
 

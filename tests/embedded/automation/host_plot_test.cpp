@@ -271,11 +271,11 @@ class PlotStylesHostTest : public EmbeddedHostTest {
 };
 
 TEST_F(PlotStylesHostTest, DataFolderBeforeUserFolderAndThePreferenceDecides) {
-  Put(user, "plotstyles/Maison.ctb", TableBytes(0x0000FF));
+  user.Write("plotstyles/Maison.ctb", TableBytes(0x0000FF));
   ASSERT_TRUE(PlotWith("maison.ctb"));
   EXPECT_EQ(PlottedColourOne(), 0x0000FFu);
 
-  Put(data, "plotstyles/maison.ctb", TableBytes(0x00FF00));
+  data.Write("plotstyles/maison.ctb", TableBytes(0x00FF00));
   ASSERT_TRUE(PlotWith("maison.ctb"));
   EXPECT_EQ(PlottedColourOne(), 0x00FF00u);
 
@@ -300,9 +300,9 @@ TEST_F(PlotStylesHostTest, DataFolderBeforeUserFolderAndThePreferenceDecides) {
 TEST_F(PlotStylesHostTest, ATableThatCannotBeReadFailsThePlotAMissingOneIsNamed) {
   const std::string broken = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/plotstyle/broken/";
   for (const char* name : {"truncated.ctb", "lying.ctb", "damaged.ctb", "notes.ctb"}) {
-    Put(data, std::string("plotstyles/") + name, testing::TempFolder::Read(broken + name));
+    data.Write(std::string("plotstyles/") + name, testing::TempFolder::Read(broken + name));
   }
-  Put(data, "plotstyles/noms.stb", TableBytes(0));
+  data.Write("plotstyles/noms.stb", TableBytes(0));
   struct Case {
     const char* table;
     const char* fault;  ///< null: the plot goes on without a table

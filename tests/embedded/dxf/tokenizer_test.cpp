@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "embedded/dxf/reader.h"
@@ -114,17 +115,12 @@ TEST(TokenizerBinary, ReadsShortAndLongGroupCodesByRelease) {
     Tag tag;
     while (t.Next(tag)) tags.push_back(tag);
     ASSERT_EQ(tags.size(), shortCodes ? 9u : 10u);
-    EXPECT_EQ(tags[3].value, shortCodes ? "AC1009" : "AC1015");
-    EXPECT_EQ(tags[4].Double(), 2.5);
-    EXPECT_EQ(tags[5].Integer(), -3);
-    EXPECT_EQ(tags[6].Integer(), 70000);
-    EXPECT_EQ(tags[7].code, 1001);
-    EXPECT_EQ(tags[8].code, 1070);
-    EXPECT_EQ(tags[8].Integer(), 7);
+    EXPECT_EQ(std::tuple(tags[3].value, tags[4].Double(), tags[5].Integer(), tags[6].Integer(),
+                         tags[7].code, tags[8].code, tags[8].Integer()),
+              std::tuple(shortCodes ? "AC1009" : "AC1015", 2.5, -3, 70000, 1001, 1070, 7));
     if (!shortCodes) {
-      EXPECT_EQ(tags[9].code, 290);
-      EXPECT_EQ(tags[9].value.size(), 1u);
-      EXPECT_EQ(tags[9].Integer(), 1);
+      EXPECT_EQ(std::tuple(tags[9].code, tags[9].value.size(), tags[9].Integer()),
+                std::tuple(290, 1u, 1));
     }
     EXPECT_EQ(tags[0].line, 22u);  // byte offsets
   }
