@@ -25,14 +25,11 @@ std::vector<std::string> LayoutNames(host::Document& doc) {
 
 TEST_F(EmbeddedHostTest, StartsWithOneUntitledDocumentActiveAndTheDefaultVariables) {
   auto host = Host();
-  EXPECT_EQ(host->Path(), data.path().string());
-  EXPECT_EQ(host->GetDocuments()->Count(), 1);
   auto doc = host->ActiveDocument();
-  EXPECT_EQ(doc->FullName(), "Dessin1.dwg");
-  EXPECT_FALSE(doc->ReadOnly());
+  EXPECT_EQ(std::tuple(host->Path(), host->GetDocuments()->Count(), doc->FullName(),
+                       doc->ReadOnly(), doc->ActiveSpace(), host->GetOrvaState()->IsQuiescent()),
+            std::tuple(data.path().string(), 1, "Dessin1.dwg", false, 1, true));
   EXPECT_THAT(LayoutNames(*doc), ElementsAre("Objet", "Présentation1"));
-  EXPECT_EQ(doc->ActiveSpace(), 1);
-  EXPECT_TRUE(host->GetOrvaState()->IsQuiescent());
 
   // System variables start with the host's defaults and keep their types.
   const std::vector<std::pair<std::string, SysVarValue>> defaults = {
@@ -47,8 +44,7 @@ TEST_F(EmbeddedHostTest, StartsWithOneUntitledDocumentActiveAndTheDefaultVariabl
       {"REGENMODE", std::int16_t{1}},
       {"TILEMODE", std::int16_t{1}},
       {"DWGNAME", std::string("Dessin1.dwg")},
-      {"LOGFILENAME", (user.path() / "Dessin1_sheafwork.log").string()},
-  };
+      {"LOGFILENAME", (user.path() / "Dessin1_sheafwork.log").string()}};
   for (const auto& [name, value] : defaults) EXPECT_EQ(doc->GetVariable(name), value) << name;
 
   doc->SetVariable("expert", std::int32_t{2});
@@ -82,9 +78,9 @@ TEST_F(EmbeddedHostTest, LayoutsListTheModelAsObjetThenPaperLayoutsInTabOrder) {
 
   // The active space and the active layout follow each other.
   doc->SetActiveLayout(LayoutNamed(*doc, "Coupe"));
-  EXPECT_EQ(doc->ActiveSpace(), 0);
-  EXPECT_EQ(doc->ActiveLayout()->Name(), "Coupe");
-  EXPECT_EQ(host::SysVarAsInteger(doc->GetVariable("TILEMODE")), 0);
+  EXPECT_EQ(std::tuple(doc->ActiveSpace(), doc->ActiveLayout()->Name(),
+                       host::SysVarAsInteger(doc->GetVariable("TILEMODE"))),
+            std::tuple(0, "Coupe", 0));
   doc->SetActiveSpace(1);
   EXPECT_EQ(doc->ActiveLayout()->Name(), "Objet");
   doc->SetActiveSpace(0);  // back to the layout last shown in paper space
@@ -105,15 +101,15 @@ TEST_F(EmbeddedHostTest, OpenedDocumentsAreNotActiveUntilActivated) {
   EXPECT_EQ(Host()->ActiveDocument()->FullName(), "Dessin1.dwg");
   EXPECT_TRUE(doc->ReadOnly());
   doc->Activate();
-  EXPECT_EQ(Host()->ActiveDocument()->FullName(), plan);
-  EXPECT_EQ(Host()->GetDocuments()->Count(), 2);
+  EXPECT_EQ(std::tuple(Host()->ActiveDocument()->FullName(), Host()->GetDocuments()->Count()),
+            std::tuple(plan, 2));
 
   // Closing the active document makes another one active; its objects then
   // refuse every call.
   auto layers = doc->GetLayers();
   doc->Close(false);
-  EXPECT_EQ(Host()->GetDocuments()->Count(), 1);
-  EXPECT_EQ(Host()->ActiveDocument()->FullName(), "Dessin1.dwg");
+  EXPECT_EQ(std::tuple(Host()->ActiveDocument()->FullName(), Host()->GetDocuments()->Count()),
+            std::tuple("Dessin1.dwg", 1));
   EXPECT_EQ(ErrorOf([&] { layers->Count(); }).number(), 91);
   EXPECT_THAT(ErrorOf([&] { doc->FullName(); }).description(), HasSubstr("est fermé"));
 }
@@ -184,21 +180,21 @@ TEST_F(EmbeddedHostTest, ADocumentHasItsOwnVariablesObjectsAndName) {
   auto layers = doc->GetLayers();
   ASSERT_EQ(layers->Count(), 3);
   auto cotes = layers->Item(2);
-  EXPECT_EQ(cotes->Name(), "COTES");
-  EXPECT_FALSE(cotes->Plottable());
+  EXPECT_EQ(std::tuple(cotes->Name(), cotes->Plottable()), std::tuple("COTES", false));
   cotes->SetPlottable(true);
   cotes->SetFreeze(true);
   layers->Item(1)->SetLayerOn(false);
-  EXPECT_TRUE(doc->GetLayers()->Item(2)->Plottable());
-  EXPECT_TRUE(doc->GetLayers()->Item(2)->Freeze());
-  EXPECT_FALSE(doc->GetLayers()->Item(1)->LayerOn());
+  auto again = doc->GetLayers();
+  EXPECT_EQ(
+      std::tuple(again->Item(2)->Plottable(), again->Item(2)->Freeze(), again->Item(1)->LayerOn()),
+      std::tuple(true, true, false));
   // Another document of the same file starts from the file.
   EXPECT_FALSE(Open(plan)->GetLayers()->Item(2)->Plottable());
 
   auto styles = doc->GetTextStyles();
   ASSERT_EQ(styles->Count(), 2);  // the shape-file record is left out
-  EXPECT_EQ(styles->Item(1)->Name(), "Titre");
-  EXPECT_EQ(styles->Item(1)->FontFile(), "romans.shx");
+  EXPECT_EQ(std::tuple(styles->Item(1)->Name(), styles->Item(1)->FontFile()),
+            std::tuple("Titre", "romans.shx"));
   auto views = doc->GetViews();
   ASSERT_EQ(views->Count(), 2);
   EXPECT_EQ(views->Item(1)->Name(), "Détail");
@@ -215,10 +211,11 @@ TEST_F(EmbeddedHostTest, ADocumentHasItsOwnVariablesObjectsAndName) {
 
 TEST_F(EmbeddedHostTest, TheDeviceAucunIsAnEmptyOrNoneDeviceAndPapersComeFromTheDevice) {
   auto doc = Open(AddDrawing("Plan.dxf"));
-  EXPECT_EQ(LayoutNamed(*doc, "Objet")->ConfigName(), "Aucun");  // "none_device"
-  EXPECT_EQ(LayoutNamed(*doc, "Coupe")->ConfigName(), "Aucun");  // empty
+  // The model's device is "none_device", the section's empty.
   auto plan = LayoutNamed(*doc, "Présentation1");
-  EXPECT_EQ(plan->ConfigName(), "PDF.pc3");
+  EXPECT_EQ(std::tuple(LayoutNamed(*doc, "Objet")->ConfigName(),
+                       LayoutNamed(*doc, "Coupe")->ConfigName(), plan->ConfigName()),
+            std::tuple("Aucun", "Aucun", "PDF.pc3"));
   plan->SetConfigName("Aucun");
   EXPECT_EQ(plan->ConfigName(), "Aucun");
   // The paper stays, as the only one offered.
@@ -234,9 +231,8 @@ TEST_F(EmbeddedHostTest, TheDeviceAucunIsAnEmptyOrNoneDeviceAndPapersComeFromThe
   section->SetConfigName("PDF.pc3");
   // Its own sheet is not one of the device's, yet stays listed and current.
   const auto media = section->GetCanonicalMediaNames();
-  EXPECT_EQ(media.size(), 21u);
-  EXPECT_EQ(media.back(), "Feuille maison");
-  EXPECT_EQ(section->CanonicalMediaName(), "Feuille maison");
+  EXPECT_EQ(std::tuple(media.size(), media.back(), section->CanonicalMediaName()),
+            std::tuple(21u, "Feuille maison", "Feuille maison"));
   section->SetCanonicalMediaName("Feuille maison");
   EXPECT_EQ(ErrorOf([&] { section->SetCanonicalMediaName("ISO B2"); }).number(), 5);
 
@@ -246,9 +242,9 @@ TEST_F(EmbeddedHostTest, TheDeviceAucunIsAnEmptyOrNoneDeviceAndPapersComeFromThe
   doc->SetActiveLayout(section);
   ASSERT_TRUE(doc->GetPlot()->PlotToDevice(std::nullopt));
   ASSERT_EQ(plots.size(), 1u);
-  EXPECT_EQ(plots[0].settings.mediaName, "ISO A1 (594.00 x 841.00 mm)");
-  EXPECT_DOUBLE_EQ(plots[0].settings.paperWidth, 594);
-  EXPECT_DOUBLE_EQ(plots[0].settings.paperHeight, 841);
+  const PlotSettings& plotted = plots[0].settings;
+  EXPECT_EQ(std::tuple(plotted.mediaName, plotted.paperWidth, plotted.paperHeight),
+            std::tuple("ISO A1 (594.00 x 841.00 mm)", 594, 841));
 }
 
 TEST_F(EmbeddedHostTest, CopyFromTakesEverySettingButTheTargetsNameAndSpace) {
@@ -257,27 +253,23 @@ TEST_F(EmbeddedHostTest, CopyFromTakesEverySettingButTheTargetsNameAndSpace) {
   auto setups = doc->GetPlotConfigurations();
   ASSERT_EQ(setups->Count(), 2);
   auto a1 = setups->Item(0);
-  EXPECT_EQ(a1->Name(), "A1 PDF");
-  EXPECT_FALSE(a1->ModelType());
-  EXPECT_TRUE(setups->Item(1)->ModelType());
+  EXPECT_EQ(std::tuple(a1->Name(), a1->ModelType(), setups->Item(1)->ModelType()),
+            std::tuple("A1 PDF", false, true));
 
   section->CopyFrom(*a1);
-  EXPECT_EQ(section->Name(), "Coupe");
-  EXPECT_FALSE(section->ModelType());
-  EXPECT_EQ(section->ConfigName(), "PDF.pc3");
-  EXPECT_EQ(section->CanonicalMediaName(), "ISO A1 (841.00 x 594.00 mm)");
-  EXPECT_FALSE(section->UseStandardScale());
   double numerator = 0, denominator = 0;
   section->GetCustomScale(numerator, denominator);
-  EXPECT_EQ(denominator, 50);
-  EXPECT_EQ(section->PlotType(), kPlotExtents);
+  EXPECT_EQ(std::tuple(section->Name(), section->ModelType(), section->ConfigName(),
+                       section->CanonicalMediaName(), section->UseStandardScale(), denominator,
+                       section->PlotType()),
+            std::tuple("Coupe", false, "PDF.pc3", "ISO A1 (841.00 x 594.00 mm)", false, 50,
+                       kPlotExtents));
 
   // Into the model layout: it stays the model layout.
   auto model = LayoutNamed(*doc, "Objet");
   model->CopyFrom(*section);
-  EXPECT_TRUE(model->ModelType());
-  EXPECT_EQ(model->Name(), "Objet");
-  EXPECT_EQ(model->ConfigName(), "PDF.pc3");
+  EXPECT_EQ(std::tuple(model->ModelType(), model->Name(), model->ConfigName()),
+            std::tuple(true, "Objet", "PDF.pc3"));
   // The setup itself is unchanged.
   EXPECT_EQ(a1->PlotType(), kPlotExtents);
 }

@@ -92,12 +92,12 @@ TEST_F(EmbeddedPlotTest, FailedPlotsReturnFalseWithTheirReasonInTheHostLog) {
 
   const std::string start = "Échec du tracé : dessin " + planPath + ", présentation Coupe, ";
   const auto log = HostLogLines();
-  ASSERT_EQ(log.size(), 4u);
-  EXPECT_EQ(log[0],
-            start + "périphérique Absent.pc3 : périphérique de traçage introuvable : Absent.pc3");
-  EXPECT_THAT(log[1], HasSubstr("Casse.pc3 : aucun papier"));
-  EXPECT_THAT(log[2], HasSubstr("dossier de sortie introuvable : " + files.File("absent")));
-  EXPECT_EQ(log[3], start + "périphérique PDF.pc3 : police introuvable");
+  EXPECT_THAT(
+      log, ElementsAre(
+               start + "périphérique Absent.pc3 : périphérique de traçage introuvable : Absent.pc3",
+               HasSubstr("Casse.pc3 : aucun papier"),
+               HasSubstr("dossier de sortie introuvable : " + files.File("absent")),
+               start + "périphérique PDF.pc3 : police introuvable"));
   EXPECT_EQ(display->failures, log);
 }
 
@@ -234,10 +234,9 @@ TEST_F(ForeignSheetsTest, AMissingDeviceWithoutAFallbackFailsAndAGivenMissingDev
   Show(*doc, "Autre PDF");
   EXPECT_FALSE(plot->PlotToDevice(std::nullopt));
   EXPECT_TRUE(plots.empty());
-  ASSERT_EQ(display->failures.size(), 2u);
-  EXPECT_THAT(display->failures[0], HasSubstr("introuvable : Absent.pc3"));
-  EXPECT_THAT(display->failures[1],
-              HasSubstr("périphérique de remplacement introuvable : Autre.pc3"));
+  EXPECT_THAT(display->failures,
+              ElementsAre(HasSubstr("introuvable : Absent.pc3"),
+                          HasSubstr("périphérique de remplacement introuvable : Autre.pc3")));
 }
 
 // The plot style table of a layout, found along the host's plot-style path
@@ -335,10 +334,8 @@ TEST_F(PlotStylesHostTest, ATableThatCannotBeReadFailsThePlotAMissingOneIsNamed)
     }
     EXPECT_FALSE(plotted);
     EXPECT_THAT(plots, IsEmpty());
-    EXPECT_THAT(added, HasSubstr("Échec du tracé : dessin"));
-    EXPECT_THAT(added, HasSubstr(c.fault));
-    ASSERT_EQ(display->failures.size(), 1u);
-    EXPECT_THAT(display->failures[0], HasSubstr(c.fault));
+    EXPECT_THAT(added, AllOf(HasSubstr("Échec du tracé : dessin"), HasSubstr(c.fault)));
+    EXPECT_THAT(display->failures, ElementsAre(HasSubstr(c.fault)));
   }
   EXPECT_THAT(display->notices, Contains(HasSubstr("« absente.ctb » introuvable")));
 }
