@@ -12,6 +12,7 @@
 #include "embedded/plotstyle/plot_style_file.h"
 #include "fakes/log_lines.h"
 #include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -162,54 +163,25 @@ class ForeignSheetsTest : public EmbeddedHostTest {
   }
 };
 
-// What each layout plots on, with its own device and with PDF.pc3 given.
-struct SheetCase {
-  const char* layout;
-  const char* paper;  ///< the paper plotted on
-  double width;
-  double height;
-  const char* logged;  ///< in the host's log with the layout's own device
-  bool onStderr;       ///< a missing device is told on the display too
-};
-
 TEST_F(ForeignSheetsTest, EveryLayoutPlotsOnTheDevicesPaperThatItsStoredPaperStandsFor) {
-  const SheetCase cases[] = {
-      // Never set up: no device, 0 x 0 mm, no name.
-      {"Objet", "ISO A3 (420.00 x 297.00 mm)", 420, 297,
-       "Papier « 0 x 0 mm » inutilisable : tracé sur le papier par défaut de PDF.pc3", false},
-      {"Vierge", "ISO A3 (420.00 x 297.00 mm)", 420, 297,
-       "Périphérique « Aucun » : tracé sur PDF.pc3", false},
-      {"Sans traceur", "ISO A4 (210.00 x 297.00 mm)", 210, 297,
-       "Périphérique « Aucun » : tracé sur PDF.pc3", false},
-      {"Autre PDF", "ISO A1 (841.00 x 594.00 mm)", 841, 594,
-       "Périphérique « DWG To PDF.pc3 » absent de cette machine : tracé sur PDF.pc3", true},
-      {"Imprimante", "ANSI A (8.50 x 11.00 pouces)", 215.9, 279.4,
-       "Périphérique « Microsoft Print to PDF » absent de cette machine : tracé sur PDF.pc3", true},
-      // A paper name without its size, on a device that is here.
-      {"A2 court", "ISO A2 (594.00 x 420.00 mm)", 594, 420, "périphérique PDF.pc3, sortie", false},
-      // A size no device paper has stays the layout's own.
-      {"Maison", "Feuille maison", 500, 250,
-       "Périphérique « Absent.pc3 » absent de cette machine : tracé sur PDF.pc3", true},
-  };
   auto doc = OpenSheets();
   auto plot = doc->GetPlot();
-  for (const SheetCase& c : cases) {
-    SCOPED_TRACE(c.layout);
+  for (const auto& row : testing::ReadTestTable("dxf/sheets/never_set_up.tsv")) {
+    SCOPED_TRACE(row.where);
     for (const bool given : {false, true}) {
       plots.clear();
       display->notices.clear();
-      Show(*doc, c.layout);
+      Show(*doc, row[0]);
       ASSERT_TRUE(plot->PlotToDevice(given ? std::optional<std::string>("PDF.pc3")
                                            : std::optional<std::string>()));
       ASSERT_EQ(plots.size(), 1u);
-      EXPECT_EQ(plots[0].settings.mediaName, c.paper);
-      EXPECT_NEAR(plots[0].settings.paperWidth, c.width, 1e-6);
-      EXPECT_NEAR(plots[0].settings.paperHeight, c.height, 1e-6);
+      EXPECT_EQ(plots[0].settings.mediaName, row[1]);
+      EXPECT_NEAR(plots[0].settings.paperWidth, std::stod(row[2]), 1e-6);
+      EXPECT_NEAR(plots[0].settings.paperHeight, std::stod(row[3]), 1e-6);
       if (!given) {
         EXPECT_THAT(HostLogLines("never_set_up"),
-                    Contains(AllOf(HasSubstr(c.logged),
-                                   HasSubstr("présentation " + std::string(c.layout)))));
-        EXPECT_EQ(display->notices.size(), c.onStderr ? 1u : 0u);
+                    Contains(AllOf(HasSubstr(row[4]), HasSubstr("présentation " + row[0]))));
+        EXPECT_EQ(display->notices.size(), row[5] == "1" ? 1u : 0u);
       } else {
         EXPECT_THAT(display->notices, IsEmpty());
       }
@@ -297,45 +269,29 @@ TEST_F(PlotStylesHostTest, DataFolderBeforeUserFolderAndThePreferenceDecides) {
 // have is named on the display and in the log, and the sheet plots without
 // it; so does a named-style table (.stb), which the host does not apply.
 TEST_F(PlotStylesHostTest, ATableThatCannotBeReadFailsThePlotAMissingOneIsNamed) {
-  const std::string broken = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/plotstyle/broken/";
-  for (const char* name : {"truncated.ctb", "lying.ctb", "damaged.ctb", "notes.ctb"}) {
-    data.Write(std::string("plotstyles/") + name, testing::TempFolder::Read(broken + name));
+  for (const std::string name : {"truncated.ctb", "lying.ctb", "damaged.ctb", "notes.ctb"}) {
+    data.Write("plotstyles/" + name, testing::ReadTestData("plotstyle/broken/" + name));
   }
   data.Write("plotstyles/noms.stb", TableBytes(0));
-  struct Case {
-    const char* table;
-    const char* fault;  ///< null: the plot goes on without a table
-    const char* note;   ///< what the log says when it goes on
-  };
-  const Case cases[] = {
-      {"absente.ctb", nullptr,
-       "Table de styles de tracé « absente.ctb » introuvable sur cette machine : présentation "
-       "tracée sans elle"},
-      {"truncated.ctb", "truncated.ctb : données compressées tronquées", nullptr},
-      {"lying.ctb", "lying.ctb : ", nullptr},
-      {"damaged.ctb", "damaged.ctb : ", nullptr},
-      {"notes.ctb", "notes.ctb : ", nullptr},
-      {"noms.stb", nullptr, "Table de styles nommés « noms.stb » non appliquée"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.table);
+  for (const auto& row : testing::ReadTestTable("plotstyle/broken/host_plots.tsv")) {
+    SCOPED_TRACE(row.where);
     plots.clear();
     display->failures.clear();
     const std::size_t before = HostLog().size();
-    const bool plotted = PlotWith(c.table);
+    const bool plotted = PlotWith(row[0]);
     const std::string added = HostLog().substr(before);
-    if (!c.fault) {
+    if (row[1] == "plots") {
       EXPECT_TRUE(plotted);
       ASSERT_EQ(plots.size(), 1u);
       EXPECT_EQ(plots[0].plotStyles, nullptr);
-      EXPECT_THAT(added, HasSubstr(c.note));
+      EXPECT_THAT(added, HasSubstr(row[2]));
       EXPECT_THAT(display->failures, IsEmpty());
       continue;
     }
     EXPECT_FALSE(plotted);
     EXPECT_THAT(plots, IsEmpty());
-    EXPECT_THAT(added, AllOf(HasSubstr("Échec du tracé : dessin"), HasSubstr(c.fault)));
-    EXPECT_THAT(display->failures, ElementsAre(HasSubstr(c.fault)));
+    EXPECT_THAT(added, AllOf(HasSubstr("Échec du tracé : dessin"), HasSubstr(row[2])));
+    EXPECT_THAT(display->failures, ElementsAre(HasSubstr(row[2])));
   }
   EXPECT_THAT(display->notices, Contains(HasSubstr("« absente.ctb » introuvable")));
 }

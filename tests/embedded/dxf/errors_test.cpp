@@ -21,34 +21,13 @@ using ::testing::AllOf;
 using ::testing::HasSubstr;
 
 TEST(ReaderErrors, NamesTheFileThePlaceAndWhatWasExpected) {
-  struct Case {
-    const char* file;
-    std::vector<std::string> parts;
-  };
-  const std::vector<Case> cases = {
-      {"empty.dxf", {"empty.dxf : le fichier est vide"}},
-      {"words.dxf", {"words.dxf : ce n'est pas un fichier DXF"}},
-      {"png-bytes.dxf", {"n'est pas un fichier DXF"}},
-      {"section-not-closed.dxf",
-       {"section-not-closed.dxf, ligne 1 : section ENTITIES sans ENDSEC"}},
-      {"word-for-a-number.dxf",
-       {"word-for-a-number.dxf, ligne 10 : nombre attendu pour le code 10, « abc » trouvé"}},
-      {"block-not-closed.dxf", {"ligne 5", "bloc Porte sans ENDBLK"}},
-      {"table-not-closed.dxf", {"ligne 5", "table LAYER sans ENDTAB"}},
-      {"no-section-name.dxf", {"ligne 1", "nom de section attendu"}},
-      {"entity-between-sections.dxf", {"ligne 7", "SECTION attendue, « LINE » trouvé"}},
-      {"code-in-words.dxf", {"code-in-words.dxf, ligne 3", "code de groupe attendu", "« abc »"}},
-      {"cut-after-a-code.dxf",
-       {"cut-after-a-code.dxf, ligne 4", "fin de fichier inattendue : valeur du code 2"}},
-      {"absent.dxf", {"absent.dxf : lecture impossible"}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.file);
+  for (const auto& row : sheafwork::testing::ReadTestTable("dxf/errors/messages.tsv")) {
+    SCOPED_TRACE(row.where);
     try {
-      ReadDxfFile(TestData(std::string("dxf/errors/") + c.file));
+      ReadDxfFile(TestData("dxf/errors/" + row[0]));
       ADD_FAILURE() << "read without error";
     } catch (const DxfError& e) {
-      for (const std::string& part : c.parts) EXPECT_THAT(e.what(), HasSubstr(part));
+      for (std::size_t i = 1; i < row.fields.size(); ++i) EXPECT_THAT(e.what(), HasSubstr(row[i]));
     }
   }
 }

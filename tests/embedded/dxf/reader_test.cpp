@@ -74,25 +74,15 @@ TEST(ReaderLayouts, BlocksKeepTheirBaseFlagsAndExternalPath) {
 }
 
 TEST(ReaderTables, LayerStates) {
-  struct Case {
-    const char* name;  ///< in another letter case than in the file
-    bool on, frozen, locked, plottable;
-    int shownColor;
-  };
-  const Case cases[] = {
-      {"ALLUME", true, false, false, true, 1}, {"eteint", false, false, false, true, 3},
-      {"gele", true, true, false, true, 5},    {"verrouille", true, false, true, true, 5},
-      {"fige", true, true, true, false, 7},    {"cache", false, false, false, false, 7},
-  };
   const Drawing d = ReadFixture("tables/layers.dxf");
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    const Layer* layer = d.FindLayer(c.name);
+  for (const auto& row : sheafwork::testing::ReadTestTable("dxf/tables/layers.tsv")) {
+    SCOPED_TRACE(row.where);
+    const Layer* layer = d.FindLayer(row[0]);
     ASSERT_NE(layer, nullptr);
     EXPECT_EQ(std::tuple(layer->on, layer->frozen, layer->locked, layer->plottable, layer->color,
                          layer->linetype, layer->lineweight),
-              std::tuple(c.on, c.frozen, c.locked, c.plottable, c.shownColor, "DASHED",
-                         kLineweightDefault));
+              std::tuple(row[1] == "1", row[2] == "1", row[3] == "1", row[4] == "1",
+                         std::stoi(row[5]), "DASHED", kLineweightDefault));
   }
 }
 
