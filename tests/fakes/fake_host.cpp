@@ -269,11 +269,12 @@ class FakeTextStyle : public host::TextStyle, public FakePart {
   bool FontAvailable() override { return T("FontAvailable").available; }
 };
 
-class FakePlot : public host::Plot {
+// The document's plot object (its index is unused).
+class FakePlot : public host::Plot, public FakePart {
  public:
-  explicit FakePlot(std::shared_ptr<FakeDocument> doc) : doc_(std::move(doc)) {}
+  using FakePart::FakePart;
   void Rec(const std::string& member, const std::string& args = {}) {
-    doc_->Record("Plot(" + doc_->Tag() + ")", member, args);
+    RecordAs("Plot", doc_->Tag(), member, args);
   }
   void SetQuietErrorMode(bool v) override { Rec("SetQuietErrorMode", Args(v)); }
   void SetNumberOfCopies(std::int16_t v) override { Rec("SetNumberOfCopies", Args(v)); }
@@ -301,7 +302,6 @@ class FakePlot : public host::Plot {
     host.plots_.push_back({doc_->data.path, layout.name, device, file, layout.settings});
     return host.plotResult_;
   }
-  std::shared_ptr<FakeDocument> doc_;
 };
 
 // ---------------------------------------------------------------------------
@@ -403,7 +403,7 @@ std::shared_ptr<host::TextStyles> FakeDocument::GetTextStyles() {
                                                        [this] { return data.textStyles.size(); });
 }
 std::shared_ptr<host::Plot> FakeDocument::GetPlot() {
-  return Rec("Plot"), std::make_shared<FakePlot>(shared_from_this());
+  return Rec("Plot"), std::make_shared<FakePlot>(shared_from_this(), 0);
 }
 void FakeDocument::Regen(std::int16_t which) { Rec("Regen", Args(which)); }
 

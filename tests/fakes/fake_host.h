@@ -195,7 +195,6 @@ class FakeHost {
   bool Quit() const { return quit_; }
 
   // ---- used by the fake objects ----
-  class Impl;
   /// Records a call and throws when a failure rule matches it.
   void Record(const std::string& object, const std::string& member, const std::string& args = {});
 
