@@ -1,5 +1,6 @@
 #include "comserver/served_host.h"
 
+#include <sstream>
 #include <string>
 #include <utility>
 
@@ -310,16 +311,11 @@ com::ComRef<IDispatch> ServeApplication(std::shared_ptr<host::Application> o, Se
       {"TestHostKind", ReadOnly([kind = hooks.kind] { return Text(kind); })},
       {"TestControl",
        [configure = hooks.configure](ServedCall& call) {
-         const std::string text = call.Arg(0).AsString();
-         std::size_t start = 0;
-         while (start <= text.size()) {
-           std::size_t end = text.find('\n', start);
-           if (end == std::string::npos) end = text.size();
-           const std::string_view line(text.data() + start, end - start);
+         std::istringstream lines(call.Arg(0).AsString());
+         for (std::string line; std::getline(lines, line);) {
            if (!line.empty() && !AddFaultRule(line) && !(configure && configure(line))) {
-             throw host::Error(kInvalidCall, "Ligne de contrôle inconnue : " + std::string(line));
+             throw host::Error(kInvalidCall, "Ligne de contrôle inconnue : " + line);
            }
-           start = end + 1;
          }
        }},
   };

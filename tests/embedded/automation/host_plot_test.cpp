@@ -150,21 +150,17 @@ TEST(ConsoleProgressDisplayTest, DrawsABarOnlyOnATerminalAndAlwaysNamesFailures)
 // Layouts as drawings from elsewhere store them: never set up, with devices
 // this machine does not have, with paper names written another way. The
 // drawing is read by the DXF reader from tests/data/dxf/sheets.
-class ForeignSheetsTest : public EmbeddedHostTest {
- protected:
-  std::shared_ptr<host::Document> OpenSheets() {
-    options.reader = {};  // the DXF reader
-    const std::string path = files.File("never_set_up.dxf");
-    std::filesystem::copy_file(testing::TestData("dxf/sheets/never_set_up.dxf"), path);
-    auto doc = Open(path);
-    doc->Activate();
-    Host()->GetPreferences()->SetLogFileOn(true);
-    return doc;
-  }
-};
-
-TEST_F(ForeignSheetsTest, EveryLayoutPlotsOnTheDevicesPaperThatItsStoredPaperStandsFor) {
-  auto doc = OpenSheets();
+TEST_F(EmbeddedHostTest, ForeignLayoutsPlotOnTheDevicesPaperThatTheirStoredPaperStandsFor) {
+  options.reader = {};  // the DXF reader
+  const std::string path = files.File("never_set_up.dxf");
+  std::filesystem::copy_file(testing::TestData("dxf/sheets/never_set_up.dxf"), path);
+  auto doc = Open(path);
+  doc->Activate();
+  Host()->GetPreferences()->SetLogFileOn(true);
+  // Saved on the model tab: the paper layout to go back to is the one on
+  // *Paper_Space, not the first tab.
+  doc->SetActiveSpace(0);
+  EXPECT_EQ(doc->ActiveLayout()->Name(), "Autre PDF");
   auto plot = doc->GetPlot();
   for (const auto& row : testing::ReadTestTable("dxf/sheets/never_set_up.tsv")) {
     SCOPED_TRACE(row.where);
@@ -188,15 +184,10 @@ TEST_F(ForeignSheetsTest, EveryLayoutPlotsOnTheDevicesPaperThatItsStoredPaperSta
     }
   }
   EXPECT_THAT(display->failures, IsEmpty());
-}
 
-TEST_F(ForeignSheetsTest, AMissingDeviceWithoutAFallbackFailsAndAGivenMissingDeviceNeverStandsIn) {
-  auto doc = OpenSheets();
-  // Saved on the model tab: the paper layout to go back to is the one on
-  // *Paper_Space, not the first tab.
-  doc->SetActiveSpace(0);
-  EXPECT_EQ(doc->ActiveLayout()->Name(), "Autre PDF");
-  auto plot = doc->GetPlot();
+  // A missing device without a fallback fails, and a given missing device
+  // never has one stand in.
+  plots.clear();
   Show(*doc, "Vierge");
   EXPECT_FALSE(plot->PlotToDevice("Absent.pc3"));
   auto preferences = std::dynamic_pointer_cast<EmbeddedPreferences>(Host()->GetPreferences());
