@@ -52,16 +52,6 @@ void CheckIndex(std::int32_t index, std::size_t count) {
 
 }  // namespace
 
-FakeLayoutData& FakeDrawing::AddLayout(const std::string& name) {
-  layouts.push_back({name, false, {}});
-  return layouts.back();
-}
-
-FakeLayoutData& FakeDrawing::AddPageSetup(const std::string& name, bool modelType) {
-  pageSetups.push_back({name, modelType, {}});
-  return pageSetups.back();
-}
-
 // ---------------------------------------------------------------------------
 // The plot settings of a layout or a page setup of an open document.
 

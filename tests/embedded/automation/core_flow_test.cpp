@@ -203,9 +203,8 @@ TEST_F(EmbeddedHostTest, AConverterRunByNodeSaysWhatToInstallWhenNodeIsMissing) 
   const std::string dwg = AddDrawing("Plan.dwg");
   ScopedVariable path("PATH", emptyPath.path().string());
   const host::Error error = ErrorOf([&] { Open(dwg); });
-  EXPECT_THAT(error.description(), HasSubstr("Node.js est introuvable"));
-  EXPECT_THAT(error.description(), HasSubstr("installez le paquet nodejs"));
-  EXPECT_THAT(error.description(), HasSubstr(dwg));
+  EXPECT_THAT(error.description(), AllOf(HasSubstr("Node.js est introuvable"),
+                                         HasSubstr("installez le paquet nodejs"), HasSubstr(dwg)));
 }
 
 TEST_F(EmbeddedHostTest, TheConverterBesideTheDataIsTheDefaultAndTheEnvironmentOverridesIt) {
