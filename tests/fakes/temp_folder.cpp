@@ -27,9 +27,7 @@ TempFolder::~TempFolder() {
   fs::remove_all(path_, ignored);
 }
 
-std::string TempFolder::File(std::string_view name) const {
-  return PathText(path_ / FsPath(name));
-}
+std::string TempFolder::File(std::string_view name) const { return PathText(path_ / FsPath(name)); }
 
 std::string TempFolder::Write(std::string_view name, std::string_view bytes) const {
   const std::string file = File(name);
