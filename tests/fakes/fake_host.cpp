@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <charconv>
-#include <functional>
 #include <new>
 #include <stdexcept>
+#include <tuple>
 #include <type_traits>
+#include <utility>
 
 namespace sheafwork::testing {
 
@@ -175,45 +176,38 @@ class FakePlotConfig : public host::Layout, public FakePart {
 // ---------------------------------------------------------------------------
 // Collections and small objects of a document.
 
-template <typename Interface, typename Element, typename Make>
+// A list of the document's data, recorded under `kind`; its element at an
+// index is made as `T(document, index, extra...)`.
+template <typename Interface, typename T, typename List, typename... Extra>
 class FakeCollection : public Interface {
  public:
-  FakeCollection(std::shared_ptr<FakeDocument> doc, std::string kind, Make make,
-                 std::function<std::size_t()> count)
-      : doc_(std::move(doc)), kind_(std::move(kind)), make_(make), count_(std::move(count)) {}
+  FakeCollection(std::shared_ptr<FakeDocument> doc, std::string kind, List FakeDrawing::*list,
+                 Extra... extra)
+      : doc_(std::move(doc)), kind_(std::move(kind)), list_(list), extra_(extra...) {}
   std::int32_t Count() override {
     doc_->Record(kind_, "Count");
-    return static_cast<std::int32_t>(count_());
+    return static_cast<std::int32_t>((doc_->data.*list_).size());
   }
-  std::shared_ptr<Element> Item(std::int32_t index) override {
+  decltype(std::declval<Interface&>().Item(0)) Item(std::int32_t index) override {
     doc_->Record(kind_, "Item", Args(index));
-    CheckIndex(index, count_());
-    return make_(doc_, index);
+    CheckIndex(index, (doc_->data.*list_).size());
+    return std::apply([&](Extra... e) { return std::make_shared<T>(doc_, index, e...); }, extra_);
   }
 
  private:
   std::shared_ptr<FakeDocument> doc_;
   std::string kind_;
-  Make make_;
-  std::function<std::size_t()> count_;
+  List FakeDrawing::*list_;
+  std::tuple<Extra...> extra_;
 };
 
-// Makes the element of a collection at an index: `T(document, index, extra...)`.
-template <typename T, typename... Extra>
-auto Make(Extra... extra) {
-  return [=](std::shared_ptr<FakeDocument> doc, std::int32_t i) {
-    return std::make_shared<T>(std::move(doc), i, extra...);
-  };
-}
-
 // The document's collection `kind`, recorded as read from the document.
-template <typename Interface, typename Element, typename Make>
+template <typename Interface, typename T, typename List, typename... Extra>
 std::shared_ptr<Interface> Collection(const std::shared_ptr<FakeDocument>& doc,
-                                      const std::string& kind, Make make,
-                                      std::function<std::size_t()> count) {
+                                      const std::string& kind, List FakeDrawing::*list,
+                                      Extra... extra) {
   doc->Record("Document(" + doc->Tag() + ")", kind);
-  return std::make_shared<FakeCollection<Interface, Element, Make>>(doc, kind, make,
-                                                                    std::move(count));
+  return std::make_shared<FakeCollection<Interface, T, List, Extra...>>(doc, kind, list, extra...);
 }
 
 class FakeLayer : public host::Layer, public FakePart {
@@ -356,7 +350,8 @@ void FakeDocument::SetActiveSpace(std::int16_t space) {
 }
 std::shared_ptr<host::Layout> FakeDocument::ActiveLayout() {
   Rec("ActiveLayout");
-  return Make<FakePlotConfig>(FakePlotConfig::Kind::Layout)(shared_from_this(), data.activeLayout);
+  return std::make_shared<FakePlotConfig>(shared_from_this(), data.activeLayout,
+                                          FakePlotConfig::Kind::Layout);
 }
 void FakeDocument::SetActiveLayout(const std::shared_ptr<host::Layout>& layout) {
   auto* fake = dynamic_cast<FakePlotConfig*>(layout.get());
@@ -369,28 +364,23 @@ void FakeDocument::SetActiveLayout(const std::shared_ptr<host::Layout>& layout) 
   if (data.activeLayout > 0) data.lastPaperLayout = data.activeLayout;
 }
 std::shared_ptr<host::Layouts> FakeDocument::GetLayouts() {
-  return Collection<host::Layouts, host::Layout>(shared_from_this(), "Layouts",
-                                                 Make<FakePlotConfig>(FakePlotConfig::Kind::Layout),
-                                                 [this] { return data.layouts.size(); });
+  return Collection<host::Layouts, FakePlotConfig>(
+      shared_from_this(), "Layouts", &FakeDrawing::layouts, FakePlotConfig::Kind::Layout);
 }
 std::shared_ptr<host::PlotConfigurations> FakeDocument::GetPlotConfigurations() {
-  return Collection<host::PlotConfigurations, host::PlotConfiguration>(
-      shared_from_this(), "PlotConfigurations",
-      Make<FakePlotConfig>(FakePlotConfig::Kind::PageSetup),
-      [this] { return data.pageSetups.size(); });
+  return Collection<host::PlotConfigurations, FakePlotConfig>(
+      shared_from_this(), "PlotConfigurations", &FakeDrawing::pageSetups,
+      FakePlotConfig::Kind::PageSetup);
 }
 std::shared_ptr<host::Layers> FakeDocument::GetLayers() {
-  return Collection<host::Layers, host::Layer>(shared_from_this(), "Layers", Make<FakeLayer>(),
-                                               [this] { return data.layers.size(); });
+  return Collection<host::Layers, FakeLayer>(shared_from_this(), "Layers", &FakeDrawing::layers);
 }
 std::shared_ptr<host::Views> FakeDocument::GetViews() {
-  return Collection<host::Views, host::View>(shared_from_this(), "Views", Make<FakeView>(),
-                                             [this] { return data.views.size(); });
+  return Collection<host::Views, FakeView>(shared_from_this(), "Views", &FakeDrawing::views);
 }
 std::shared_ptr<host::TextStyles> FakeDocument::GetTextStyles() {
-  return Collection<host::TextStyles, host::TextStyle>(shared_from_this(), "TextStyles",
-                                                       Make<FakeTextStyle>(),
-                                                       [this] { return data.textStyles.size(); });
+  return Collection<host::TextStyles, FakeTextStyle>(shared_from_this(), "TextStyles",
+                                                     &FakeDrawing::textStyles);
 }
 std::shared_ptr<host::Plot> FakeDocument::GetPlot() {
   return Rec("Plot"), std::make_shared<FakePlot>(shared_from_this(), 0);
