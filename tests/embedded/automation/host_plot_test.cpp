@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <map>
 #include <sstream>
 
 #include "embedded/automation/embedded_fixture.h"
@@ -35,44 +36,28 @@ TEST_F(EmbeddedPlotTest, EachDeviceWritesItsKindOfOutputWhereItBelongs) {
   std::filesystem::create_directories(folder);
   data.Write("plotters/Dossier.pc3", "driver = pdf\noutput-folder = " + folder +
                                          "\npaper = ISO A3 (420.00 x 297.00 mm) | 420 x 297\n");
-  struct Case {
-    const char* layout;
-    const char* device;
-    std::string file;  ///< PlotToFile's name; empty for PlotToDevice
-    OutputKind kind;
-    std::string output;  ///< the file written, or the printer
-  };
-  const Case cases[] = {
-      // The model tab plots through the device given, with the model's name.
-      {"Objet", "PDF.pc3", "", OutputKind::Pdf, files.File("Plan-Objet.pdf")},
-      // A name without an extension gets the device's.
-      {"Objet", "PDF.pc3", files.File("sortie"), OutputKind::Pdf, files.File("sortie.pdf")},
-      {"Objet", "PDF.pc3", files.File("sortie.PDF"), OutputKind::Pdf, files.File("sortie.PDF")},
-      {"Coupe", "PNG.pc3", "", OutputKind::Png, files.File("Plan-Coupe.png")},
-      {"Coupe", "SVG.pc3", "", OutputKind::Svg, files.File("Plan-Coupe.svg")},
-      {"Coupe", "HPGL2.pc3", "", OutputKind::Hpgl, files.File("Plan-Coupe.plt")},
-      // A configuration's output folder wins.
-      {"Coupe", "Dossier.pc3", "", OutputKind::Pdf, folder + "/Plan-Coupe.pdf"},
-      {"Objet", "Bureau-HP", "", OutputKind::Printer, "Bureau-HP"},
-      // A printer's plot to a file is a PDF file.
-      {"Coupe", "Bureau-HP", files.File("imprimante"), OutputKind::Pdf,
-       files.File("imprimante.pdf")},
-  };
+  const std::map<std::string, OutputKind> kinds = {{"pdf", OutputKind::Pdf},
+                                                   {"png", OutputKind::Png},
+                                                   {"svg", OutputKind::Svg},
+                                                   {"hpgl", OutputKind::Hpgl},
+                                                   {"printer", OutputKind::Printer}};
   auto doc = OpenPlan();
   auto plot = doc->GetPlot();
-  for (const Case& c : cases) {
-    SCOPED_TRACE(std::string(c.device) + " " + c.file);
+  for (const auto& row : testing::ReadTestTable("dxf/automation/devices.tsv")) {
+    SCOPED_TRACE(row.where);
     plots.clear();
-    Show(*doc, c.layout);
-    ASSERT_TRUE(c.file.empty() ? plot->PlotToDevice(c.device) : plot->PlotToFile(c.file, c.device));
+    Show(*doc, row[0]);
+    ASSERT_TRUE(row[2] == "-" ? plot->PlotToDevice(row[1])
+                              : plot->PlotToFile(files.File(row[2]), row[1]));
     ASSERT_EQ(plots.size(), 1u);
-    EXPECT_EQ(plots[0].output, c.kind);
-    const bool printer = c.kind == OutputKind::Printer;
-    EXPECT_EQ(printer ? plots[0].printerName : plots[0].outputPath, c.output);
+    EXPECT_EQ(plots[0].output, kinds.at(row[3]));
+    const bool printer = row[3] == "printer";
+    const std::string output = printer ? row[4] : files.File(row[4]);
+    EXPECT_EQ(printer ? plots[0].printerName : plots[0].outputPath, output);
     EXPECT_THAT(HostLogLines().back(),
-                HasSubstr((printer ? "sortie imprimante " : "sortie ") + c.output));
+                HasSubstr((printer ? "sortie imprimante " : "sortie ") + output));
     // A layout's own sheet stays, even though the device does not offer it.
-    if (c.layout == std::string("Coupe")) {
+    if (row[0] == "Coupe") {
       EXPECT_EQ(plots[0].settings.mediaName, "Feuille maison");
       EXPECT_DOUBLE_EQ(plots[0].settings.paperWidth, 500);
     }
