@@ -192,7 +192,9 @@ TEST_F(EmbeddedHostTest, ADocumentHasItsOwnVariablesObjectsAndName) {
   EXPECT_EQ(ErrorOf([&] { doc->SaveAs(files.File("absent/x.dxf")); }).number(), 75);
 }
 
-TEST_F(EmbeddedHostTest, TheDeviceAucunIsAnEmptyOrNoneDeviceAndPapersComeFromTheDevice) {
+// The device "Aucun" is an empty or "none" device, papers come from the
+// device, and a page setup's settings are copied over a layout's.
+TEST_F(EmbeddedHostTest, ALayoutsDeviceAndPaperAndTheSettingsCopiedFromASetup) {
   auto doc = Open(AddDrawing("Plan.dxf"));
   // The model's device is "none_device", the section's empty.
   auto plan = LayoutNamed(*doc, "Présentation1");
@@ -228,11 +230,8 @@ TEST_F(EmbeddedHostTest, TheDeviceAucunIsAnEmptyOrNoneDeviceAndPapersComeFromThe
   const PlotSettings& plotted = plots[0].settings;
   EXPECT_EQ(std::tuple(plotted.mediaName, plotted.paperWidth, plotted.paperHeight),
             std::tuple("ISO A1 (594.00 x 841.00 mm)", 594, 841));
-}
 
-TEST_F(EmbeddedHostTest, CopyFromTakesEverySettingButTheTargetsNameAndSpace) {
-  auto doc = Open(AddDrawing("Plan.dxf"));
-  auto section = LayoutNamed(*doc, "Coupe");
+  // CopyFrom takes every setting but the target's name and space.
   auto setups = doc->GetPlotConfigurations();
   ASSERT_EQ(setups->Count(), 2);
   auto a1 = setups->Item(0);
