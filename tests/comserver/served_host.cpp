@@ -52,6 +52,7 @@ MemberHandler ReadOnly(Get get) {
 Variant Served(bool value) { return Variant(value); }
 Variant Served(std::int16_t value) { return Variant(value); }
 Variant Served(std::int32_t value) { return Variant(value); }
+Variant Served(double value) { return Variant(value); }
 Variant Served(const std::string& text) { return Text(text); }
 Variant Served(host::Point2 p) { return PointValue(p); }
 void Take(const Variant& v, bool& out) { out = v.AsBool(); }
@@ -69,6 +70,18 @@ MemberHandler Property(std::shared_ptr<O> o, T (O::*get)(), void (O::*set)(Arg))
                     Take(v, value);
                     ((*o).*set)(value);
                   });
+}
+
+// A member that gives two values back through its arguments by reference.
+template <typename O, typename T>
+MemberHandler TwoOut(std::shared_ptr<O> o, void (O::*get)(T&, T&)) {
+  return [o, get](ServedCall& call) {
+    T first{};
+    T second{};
+    ((*o).*get)(first, second);
+    call.SetOut(0, Served(first));
+    call.SetOut(1, Served(second));
+  };
 }
 
 com::ComRef<IDispatch> Serve(std::shared_ptr<host::PlotConfiguration> o);
@@ -103,28 +116,14 @@ com::ComRef<IDispatch> Serve(std::shared_ptr<host::PlotConfiguration> o) {
       {N::kPlotRotation, Property(o, &I::PlotRotation, &I::SetPlotRotation)},
       {N::kPlotType, Property(o, &I::PlotType, &I::SetPlotType)},
       {N::kViewToPlot, Property(o, &I::ViewToPlot, &I::SetViewToPlot)},
-      {N::kGetWindowToPlot,
-       [o](ServedCall& call) {
-         host::Point2 low;
-         host::Point2 high;
-         o->GetWindowToPlot(low, high);
-         call.SetOut(0, PointValue(low));
-         call.SetOut(1, PointValue(high));
-       }},
+      {N::kGetWindowToPlot, TwoOut(o, &I::GetWindowToPlot)},
       {N::kSetWindowToPlot,
        [o](ServedCall& call) { o->SetWindowToPlot(PointOf(call.Arg(0)), PointOf(call.Arg(1))); }},
       {N::kCenterPlot, Property(o, &I::CenterPlot, &I::SetCenterPlot)},
       {N::kPlotOrigin, Property(o, &I::PlotOrigin, &I::SetPlotOrigin)},
       {N::kUseStandardScale, Property(o, &I::UseStandardScale, &I::SetUseStandardScale)},
       {N::kStandardScale, Property(o, &I::StandardScale, &I::SetStandardScale)},
-      {N::kGetCustomScale,
-       [o](ServedCall& call) {
-         double numerator = 0;
-         double denominator = 0;
-         o->GetCustomScale(numerator, denominator);
-         call.SetOut(0, Variant(numerator));
-         call.SetOut(1, Variant(denominator));
-       }},
+      {N::kGetCustomScale, TwoOut(o, &I::GetCustomScale)},
       {N::kSetCustomScale,
        [o](ServedCall& call) {
          o->SetCustomScale(call.Arg(0).AsDouble(), call.Arg(1).AsDouble());
