@@ -97,6 +97,8 @@ TEST_F(EmbeddedHostTest, OpenedDocumentsAreNotActiveUntilActivated) {
   EXPECT_THAT(ErrorOf([&] { doc->FullName(); }).description(), HasSubstr("est fermé"));
 }
 
+// A drawing that is not there or cannot be read, or a DWG drawing without a
+// converter or with one that fails, is a host error naming the reason.
 TEST_F(EmbeddedHostTest, OpenFailuresAreHostErrorsWithTheirOwnNumbers) {
   const std::string missing = files.File("Absent.dxf");
   const host::Error notFound = ErrorOf([&] { Open(missing); });
@@ -117,20 +119,7 @@ TEST_F(EmbeddedHostTest, OpenFailuresAreHostErrorsWithTheirOwnNumbers) {
             "SHEAFWORK_DWG_CONVERTER) : " +
                 dwg);
 
-  const std::string text = files.Write("Notes.txt", "");
-  EXPECT_THAT(ErrorOf([&] { Open(text); }).description(), HasSubstr(text));
-
-  // Only host errors leave the host.
-  options.reader = [](const std::string&) -> Drawing { throw std::runtime_error("disque"); };
-  app.reset();
-  const std::string any = AddDrawing("Plan.dxf");
-  EXPECT_THAT(ErrorOf([&] { Open(any); }).description(), HasSubstr("disque"));
-  EXPECT_EQ(Host()->GetDocuments()->Count(), 1);
-}
-
-// The converter named by the preferences, changed while the host runs.
-TEST_F(EmbeddedHostTest, DwgDrawingsOpenThroughTheConverterOfThePreferences) {
-  const std::string dwg = AddDrawing("Plan.dwg");
+  // The converter named by the preferences, changed while the host runs.
   auto preferences = std::dynamic_pointer_cast<EmbeddedPreferences>(Host()->GetPreferences());
   ASSERT_TRUE(preferences);
   EXPECT_EQ(preferences->DwgConverter(), "");
@@ -141,6 +130,16 @@ TEST_F(EmbeddedHostTest, DwgDrawingsOpenThroughTheConverterOfThePreferences) {
   EXPECT_THAT(ErrorOf([&] { Open(dwg); }).description(), HasSubstr("code 3"));
   preferences->SetDwgConverter(files.File("nulle-part"));
   EXPECT_THAT(ErrorOf([&] { Open(dwg); }).description(), HasSubstr("la conversion DWG a échoué"));
+
+  const std::string text = files.Write("Notes.txt", "");
+  EXPECT_THAT(ErrorOf([&] { Open(text); }).description(), HasSubstr(text));
+
+  // Only host errors leave the host.
+  options.reader = [](const std::string&) -> Drawing { throw std::runtime_error("disque"); };
+  app.reset();
+  const std::string any = AddDrawing("Plan.dxf");
+  EXPECT_THAT(ErrorOf([&] { Open(any); }).description(), HasSubstr("disque"));
+  EXPECT_EQ(Host()->GetDocuments()->Count(), 1);
 }
 
 // Host-wide variables are shared, a document's own are not; its layers,
