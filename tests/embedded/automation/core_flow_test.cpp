@@ -12,6 +12,7 @@
 #include <memory>
 #include <ostream>
 #include <string>
+#include <tuple>
 
 #include "batch/session.h"
 #include "embedded/automation/dwg_converter.h"
@@ -51,22 +52,15 @@ class CoreFlowTest : public EmbeddedHostTest {
     return entry;
   }
 
-  /// The host session the runs share, made on first use.
-  HostSession& Attach() {
-    if (!hostSession) {
-      hostSession = std::make_unique<HostSession>(Host(), logs.path().string());
-      hostSession->objOrvaDoc = Host()->ActiveDocument();
-    }
-    return *hostSession;
-  }
-
-  RunResult Run(const RunServices& services = {}) {
-    return PlotAllEntries(session, Attach(), services);
+  /// The core's session on the host, made once the host's options are set.
+  HostSession Attach() {
+    HostSession host(Host(), logs.path().string());
+    host.objOrvaDoc = Host()->ActiveDocument();
+    return host;
   }
 
   testing::TempFolder logs;
   Session session{logs.path().string()};
-  std::unique_ptr<HostSession> hostSession;
 };
 
 struct NoFonts : FontFolders {
@@ -95,10 +89,9 @@ TEST_F(CoreFlowTest, ACancelDuringASheetStopsTheRunAndReportsItsRowCancelled) {
   RunServices services;
   services.observer = &seen;
 
-  const RunResult result = Run(services);
-  EXPECT_TRUE(result.cancelled);
-  EXPECT_EQ(result.plotted, 0);
-  EXPECT_EQ(result.failed, 0);
+  HostSession host = Attach();
+  const RunResult result = PlotAllEntries(session, host, services);
+  EXPECT_EQ(std::tuple(result.cancelled, result.plotted, result.failed), std::tuple(true, 0, 0));
   EXPECT_THAT(seen.rows, ElementsAre("1 annulé"));
   EXPECT_THAT(
       testing::ReadLogLines(session.Log.ErrorLogFileName),
@@ -112,7 +105,7 @@ TEST_F(CoreFlowTest, ThePlotTestWarnsOfAReferenceLeftOutBeyondTheLimits) {
   AddDrawing("Trame.dxf");
   Row(AddDrawing("Plan.dxf", WithXrefs({XrefBlock("FOND", "Fond.dxf")})), "Présentation1");
 
-  HostSession& host = Attach();
+  HostSession host = Attach();
   FakePrinters printers;
   NoFonts fonts;
   const std::string results = RunPlotTest(session, host, PlotTestServices{printers, fonts, {}, {}});
