@@ -187,8 +187,7 @@ TEST_F(EmbeddedHostTest, ForeignLayoutsPlotOnTheDevicesPaperThatTheirStoredPaper
                           HasSubstr("périphérique de remplacement introuvable : Autre.pc3")));
 }
 
-// The plot style table of a layout, found along the host's plot-style path
-// and handed to the plot engine.
+// A plot style table whose colour 1 is `colourOneRgb`, as its file holds it.
 std::string TableBytes(std::uint32_t colourOneRgb) {
   PlotStyleTable table;
   table.entries[0].color = EncodePlotStyleColor(colourOneRgb);
@@ -196,11 +195,17 @@ std::string TableBytes(std::uint32_t colourOneRgb) {
   return {bytes.begin(), bytes.end()};
 }
 
-class PlotStylesHostTest : public EmbeddedHostTest {
- protected:
-  /// Plots layout "Présentation1" of a drawing whose settings name `table`;
-  /// whether the plot was made.
-  bool PlotWith(const std::string& table, bool plotStyles = true) {
+// The table of a layout is looked for in the data folder, then the user's,
+// or along the path the preference gives. A table named but unreadable fails
+// the plot of the sheet, with a line naming the table and the fault: plotting
+// without it would give a colour plot where the layout asked for monochrome.
+// A table this machine does not have is named on the display and in the log,
+// and the sheet plots without it; so does a named-style table (.stb), which
+// the host does not apply.
+TEST_F(EmbeddedHostTest, APlotStyleTableIsFoundAlongThePathOrItsFaultNamed) {
+  // Plots layout "Présentation1" of a drawing whose settings name `table`;
+  // whether the plot was made.
+  const auto plotWith = [&](const std::string& table, bool plotStyles = true) {
     Drawing drawing = SampleDrawing();
     PlotSettings& settings = drawing.layouts[2].settings;
     settings.styleSheet = table;
@@ -210,41 +215,12 @@ class PlotStylesHostTest : public EmbeddedHostTest {
     const bool done = doc->GetPlot()->PlotToDevice(std::nullopt);
     doc->Close(false);
     return done;
-  }
-  std::optional<std::uint32_t> PlottedColourOne() const {
+  };
+  const auto plottedColourOne = [&]() -> std::optional<std::uint32_t> {
     if (plots.empty() || !plots.back().plotStyles) return std::nullopt;
     return plots.back().plotStyles->entries[0].PenRgb();
-  }
-};
+  };
 
-TEST_F(PlotStylesHostTest, DataFolderBeforeUserFolderAndThePreferenceDecides) {
-  user.Write("plotstyles/Maison.ctb", TableBytes(0x0000FF));
-  ASSERT_TRUE(PlotWith("maison.ctb"));
-  EXPECT_EQ(PlottedColourOne(), 0x0000FFu);
-
-  data.Write("plotstyles/maison.ctb", TableBytes(0x00FF00));
-  ASSERT_TRUE(PlotWith("maison.ctb"));
-  EXPECT_EQ(PlottedColourOne(), 0x00FF00u);
-
-  auto preferences = std::dynamic_pointer_cast<EmbeddedPreferences>(Host()->GetPreferences());
-  EXPECT_EQ(preferences->PlotStylePath(),
-            (data.path() / "plotstyles").string() + ";" + (user.path() / "plotstyles").string());
-  preferences->SetPlotStylePath((user.path() / "plotstyles").string());
-  ASSERT_TRUE(PlotWith("maison.ctb"));
-  EXPECT_EQ(PlottedColourOne(), 0x0000FFu);
-
-  // Settings that do not plot with plot styles get no table.
-  ASSERT_TRUE(PlotWith("maison.ctb", false));
-  EXPECT_EQ(PlottedColourOne(), std::nullopt);
-  EXPECT_THAT(HostLog(), Not(HasSubstr("Table de styles")));
-}
-
-// A table named but unreadable fails the plot of the sheet, with a line
-// naming the table and the fault: plotting without it would give a colour
-// plot where the layout asked for monochrome. A table this machine does not
-// have is named on the display and in the log, and the sheet plots without
-// it; so does a named-style table (.stb), which the host does not apply.
-TEST_F(PlotStylesHostTest, ATableThatCannotBeReadFailsThePlotAMissingOneIsNamed) {
   for (const std::string name : {"truncated.ctb", "lying.ctb", "damaged.ctb", "notes.ctb"}) {
     data.Write("plotstyles/" + name, testing::ReadTestData("plotstyle/broken/" + name));
   }
@@ -254,7 +230,7 @@ TEST_F(PlotStylesHostTest, ATableThatCannotBeReadFailsThePlotAMissingOneIsNamed)
     plots.clear();
     display->failures.clear();
     const std::size_t before = HostLog().size();
-    const bool plotted = PlotWith(row[0]);
+    const bool plotted = plotWith(row[0]);
     const std::string added = HostLog().substr(before);
     if (row[1] == "plots") {
       EXPECT_TRUE(plotted);
@@ -270,6 +246,24 @@ TEST_F(PlotStylesHostTest, ATableThatCannotBeReadFailsThePlotAMissingOneIsNamed)
     EXPECT_THAT(display->failures, ElementsAre(HasSubstr(row[2])));
   }
   EXPECT_THAT(display->notices, Contains(HasSubstr("« absente.ctb » introuvable")));
+
+  const std::size_t logged = HostLog().size();
+  user.Write("plotstyles/Maison.ctb", TableBytes(0x0000FF));
+  ASSERT_TRUE(plotWith("maison.ctb"));
+  EXPECT_EQ(plottedColourOne(), 0x0000FFu);
+  data.Write("plotstyles/maison.ctb", TableBytes(0x00FF00));
+  ASSERT_TRUE(plotWith("maison.ctb"));
+  EXPECT_EQ(plottedColourOne(), 0x00FF00u);
+  auto preferences = std::dynamic_pointer_cast<EmbeddedPreferences>(Host()->GetPreferences());
+  EXPECT_EQ(preferences->PlotStylePath(),
+            (data.path() / "plotstyles").string() + ";" + (user.path() / "plotstyles").string());
+  preferences->SetPlotStylePath((user.path() / "plotstyles").string());
+  ASSERT_TRUE(plotWith("maison.ctb"));
+  EXPECT_EQ(plottedColourOne(), 0x0000FFu);
+  // Settings that do not plot with plot styles get no table.
+  ASSERT_TRUE(plotWith("maison.ctb", false));
+  EXPECT_EQ(plottedColourOne(), std::nullopt);
+  EXPECT_THAT(HostLog().substr(logged), Not(HasSubstr("Table de styles")));
 }
 
 }  // namespace
