@@ -97,20 +97,18 @@ TEST(ReaderEntities, CurvesSolidsAndUnknownKinds) {
   const Drawing d = Read("curves-and-unknown-kinds.dxf");
   const std::vector<Entity>& all = ModelEntities(d);
   ASSERT_EQ(all.size(), 10u);
-  EXPECT_EQ(std::get<Ellipse>(all[0].geometry).majorAxis.x, 4);
-  EXPECT_EQ(std::get<Ellipse>(all[0].geometry).endParam, 3.14);
+  const auto& ellipse = std::get<Ellipse>(all[0].geometry);
+  EXPECT_EQ(std::tuple(ellipse.majorAxis.x, ellipse.endParam), std::tuple(4, 3.14));
   EXPECT_EQ(std::get<Spline>(all[1].geometry).fitPoints.size(), 3u);
   const auto& solid = std::get<Solid>(all[2].geometry);
   EXPECT_EQ(solid.corners[3].y, 1);  // the third corner repeated
   EXPECT_EQ(std::get<Face3d>(all[3].geometry).invisibleEdges, 5);
   EXPECT_EQ(std::get<Arc>(all[4].geometry).startAngle, 270);
   const auto& dim = std::get<Dimension>(all[5].geometry);
-  EXPECT_EQ(dim.block, "*D5");
-  EXPECT_FALSE(dim.insert.has_value());
-  EXPECT_EQ(dim.textMidpoint.y, 2);
+  EXPECT_EQ(std::tuple(dim.block, dim.insert.has_value(), dim.textMidpoint.y),
+            std::tuple("*D5", false, 2));
   const auto& leader = std::get<Leader>(all[6].geometry);
-  EXPECT_EQ(leader.vertices.size(), 2u);
-  EXPECT_FALSE(leader.arrowhead);
+  EXPECT_EQ(std::tuple(leader.vertices.size(), leader.arrowhead), std::tuple(2u, false));
   EXPECT_EQ(std::get<Undrawn>(all[7].geometry).kind, "MLINE");
   EXPECT_EQ(d.skippedEntities.at("MLINE"), 2);
   EXPECT_TRUE(std::holds_alternative<AttributeDefinition>(all[9].geometry));

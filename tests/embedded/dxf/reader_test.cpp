@@ -37,12 +37,11 @@ TEST(ReaderLayouts, TakesEachCodeFromItsSubclassAndSortsByTabOrder) {
                           Pair("Façade", "*Paper_Space7")));
   EXPECT_TRUE(d.layouts[0].IsModel());
   EXPECT_FALSE(d.layouts[2].IsModel());
-  EXPECT_EQ(d.layouts[1].settings.pageSetupName, "applied setup");
-  EXPECT_EQ(d.layouts[1].settings.flags, 688);  // not the layout's own 70
-  EXPECT_EQ(d.layouts[1].settings.configName, "DWG To PDF.pc3");
-  EXPECT_EQ(d.layouts[1].limMin.x, -20);
-  EXPECT_EQ(d.layouts[1].limMax.y, 289.5);
-  EXPECT_EQ(d.layouts[1].handle, "59");
+  // The flags are the plot settings' 70, not the layout's own.
+  const Layout& plan = d.layouts[1];
+  EXPECT_EQ(std::tuple(plan.settings.pageSetupName, plan.settings.flags, plan.settings.configName,
+                       plan.limMin.x, plan.limMax.y, plan.handle),
+            std::tuple("applied setup", 688, "DWG To PDF.pc3", -20, 289.5, "59"));
   // $TILEMODE 0: the layout on *Paper_Space was active.
   EXPECT_EQ(d.layouts[d.activeLayout].name, "Plan");
   EXPECT_EQ(ReadFixture("layouts/layouts-tilemode-1.dxf").activeLayout, 0u);
@@ -67,10 +66,8 @@ TEST(ReaderLayouts, BlocksKeepTheirBaseFlagsAndExternalPath) {
   const Drawing d = ReadFixture("layouts/xref-block.dxf");
   const Block* b = d.FindBlock("FOND");
   ASSERT_NE(b, nullptr);
-  EXPECT_TRUE(b->IsXref());
-  EXPECT_EQ(b->xrefPath, "..\\fonds\\fond.dxf");
-  EXPECT_EQ(b->layer, "Cadre");
-  EXPECT_EQ(b->base.y, 6);
+  EXPECT_EQ(std::tuple(b->IsXref(), b->xrefPath, b->layer, b->base.y),
+            std::tuple(true, "..\\fonds\\fond.dxf", "Cadre", 6));
 }
 
 TEST(ReaderTables, LayerStates) {
@@ -111,9 +108,7 @@ TEST(ReaderTables, ViewsLinetypesAndTheActiveViewport) {
   EXPECT_EQ(lt->dashes, (std::vector<double>{1, -0.5, 0}));
   const View* v = d.FindView("Coupe");
   ASSERT_NE(v, nullptr);
-  EXPECT_TRUE(v->paperSpace);
-  EXPECT_EQ(v->width, 60);
-  EXPECT_EQ(v->center.y, 6);
+  EXPECT_EQ(std::tuple(v->paperSpace, v->width, v->center.y), std::tuple(true, 60, 6));
 }
 
 // Each file holds one TEXT in a drawing of ANSI_1252 code page.
