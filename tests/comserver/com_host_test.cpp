@@ -255,9 +255,7 @@ TEST_F(ComHostTest, MembersCrossTheProcessBoundaryByName) {
 TEST_F(ComHostTest, ARunJournalsEachPlottedRowAndLogsTheRowTheServerCannotOpen) {
   Control(testing::ReadTestData("comhost/error53.control"));
   const RunResult result = RunList({"Plan.dxf", "Erreur53.dxf", "Coupe.dxf"});
-  EXPECT_EQ(result.plotted, 2);
-  EXPECT_EQ(result.failed, 1);
-  EXPECT_FALSE(result.endedEarly);
+  EXPECT_EQ(std::tuple(result.plotted, result.failed, result.endedEarly), std::tuple(2, 1, false));
   EXPECT_THAT(LogLines(session.Log.JournalLogFileName, 2),
               ElementsAre(StartsWith("Plan.dxf, "), StartsWith("Coupe.dxf, ")));
   EXPECT_THAT(LogLines(session.Log.ErrorLogFileName, 1),
@@ -273,11 +271,9 @@ TEST_F(ComHostTest, AServerThatDiesMidRunEndsTheRunWithCompleteLogs) {
   const auto start = std::chrono::steady_clock::now();
   const RunResult result = RunList({"Plan.dxf", "Coupe.dxf", "Facade.dxf"});
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
-  EXPECT_EQ(result.plotted, 1);
-  EXPECT_EQ(result.failed, 1);
-  EXPECT_TRUE(result.endedEarly);
-  EXPECT_TRUE(result.journalWritten);
-  EXPECT_TRUE(result.errorLogWritten);
+  EXPECT_EQ(std::tuple(result.plotted, result.failed, result.endedEarly, result.journalWritten,
+                       result.errorLogWritten),
+            std::tuple(1, 1, true, true, true));
   EXPECT_EQ(LogLines(session.Log.JournalLogFileName, 2).size(), 1u);
   EXPECT_THAT(LogLines(session.Log.ErrorLogFileName, 1),
               ElementsAre(LoadResourceText(ids::kProblemOpeningDrawing) + Drawing("Coupe.dxf"),
