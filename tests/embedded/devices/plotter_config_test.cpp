@@ -95,18 +95,17 @@ TEST(DeviceLookupTest, OtherNamesArePrintersOfTheSystem) {
   const std::vector<PrinterInfo> printers = {{"Bureau-HP", "HP LaserJet 4", "ipp://bureau"}};
   const auto printer = FindPlotDevice("Bureau-HP", searchPath, printers);
   ASSERT_TRUE(printer);
-  EXPECT_FALSE(printer->WritesFiles());
-  EXPECT_EQ(printer->PrinterName(), "Bureau-HP");
-  EXPECT_EQ(printer->config.papers, StandardPrinterPapers());
-  EXPECT_EQ(printer->config.description, "HP LaserJet 4");
+  EXPECT_EQ(std::tuple(printer->WritesFiles(), printer->PrinterName(), printer->config.papers,
+                       printer->config.description),
+            std::tuple(false, "Bureau-HP", StandardPrinterPapers(), "HP LaserJet 4"));
   EXPECT_FALSE(FindPlotDevice("bureau-hp", searchPath, printers));
   EXPECT_FALSE(FindPlotDevice("", searchPath, printers));
 
   folder.Write("un/Salle.pc3", "driver = printer\nprinter = Bureau-HP\n");
   const auto configured = FindPlotDevice("Salle.pc3", searchPath, printers);
   ASSERT_TRUE(configured);
-  EXPECT_FALSE(configured->WritesFiles());
-  EXPECT_EQ(configured->PrinterName(), "Bureau-HP");
+  EXPECT_EQ(std::tuple(configured->WritesFiles(), configured->PrinterName()),
+            std::tuple(false, "Bureau-HP"));
 }
 
 }  // namespace

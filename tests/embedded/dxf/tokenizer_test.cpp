@@ -16,6 +16,7 @@ namespace sheafwork::embedded {
 namespace {
 
 using sheafwork::testing::ReadTestData;
+using ::testing::AllOf;
 using ::testing::HasSubstr;
 
 struct Read {
@@ -115,8 +116,7 @@ TEST(TokenizerBinary, TruncatedValueNamesTheOffset) {
     Tokenize(ReadTestData("dxf/binary/value-cut.dxf"));  // inside the double of code 10
     FAIL();
   } catch (const DxfError& e) {
-    EXPECT_THAT(e.what(), HasSubstr("t.dxf, octet"));
-    EXPECT_THAT(e.what(), HasSubstr("valeur du code 10"));
+    EXPECT_THAT(e.what(), AllOf(HasSubstr("t.dxf, octet"), HasSubstr("valeur du code 10")));
   }
   EXPECT_THROW(Tokenize(ReadTestData("dxf/binary/string-unterminated.dxf")), DxfError);
 }
