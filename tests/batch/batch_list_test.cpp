@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <numeric>
+#include <tuple>
 #include <vector>
 
 #include "batch/list_commands.h"
@@ -44,9 +45,9 @@ class BatchListTest : public ::testing::Test {
 
 TEST_F(BatchListTest, AddingTakesAFolderAndANameAndAllowsRepeats) {
   ASSERT_NE(AddDrawingToList(session, "  " + NativePath("/p/a.dwg") + " "), nullptr);
-  EXPECT_EQ(session.List.Entry(4).FileName, NativePath("/p/a.dwg"));
-  EXPECT_EQ(session.List.Entry(4).Layout, "");
-  EXPECT_TRUE(session.ListModified);
+  EXPECT_EQ(std::tuple(session.List.Entry(4).FileName, session.List.Entry(4).Layout,
+                       session.ListModified),
+            std::tuple(NativePath("/p/a.dwg"), "", true));
   EXPECT_EQ(AddDrawingToList(session, "a.dwg"), nullptr);
   EXPECT_EQ(AddDrawingToList(session, NativePath("/plans/")), nullptr);
   EXPECT_EQ(view.events, std::vector<std::string>{"append 4"});

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <tuple>
 
 #include "batch/list_commands.h"
 #include "batch/list_file.h"
@@ -44,12 +45,11 @@ TEST_F(ListCommandsTest, OpeningReplacesTheListAndSetsTheCaption) {
   prompt.ThenAnswer(PromptAnswer::No).ThenChoose(path);
   ASSERT_TRUE(OpenList(session, prompt));
   EXPECT_EQ(prompt.messages.at(0).text, LoadResourceText(ids::kSaveCurrentList));
-  EXPECT_EQ(prompt.dialogs[0].request.title, LoadResourceText(93));
-  EXPECT_EQ(prompt.dialogs[0].request.filter, LoadResourceText(94));
-  EXPECT_EQ(session.List.Entry(1).FileName, "/n/1.dwg");
-  EXPECT_EQ(session.Log.JournalHeader, "theirs");
-  EXPECT_EQ(session.Caption, LoadResourceText(95) + path);
-  EXPECT_FALSE(session.ListModified);
+  EXPECT_EQ(std::tie(prompt.dialogs[0].request.title, prompt.dialogs[0].request.filter),
+            std::tuple(LoadResourceText(93), LoadResourceText(94)));
+  EXPECT_EQ(std::tuple(session.List.Entry(1).FileName, session.Log.JournalHeader, session.Caption,
+                       session.ListModified),
+            std::tuple("/n/1.dwg", "theirs", LoadResourceText(95) + path, false));
 
   // A chosen name that does not end in "qx3" is ignored without a word.
   prompt.ThenAnswer(PromptAnswer::No).ThenChoose(folder.Write("notes.txt", "x"));
@@ -59,25 +59,23 @@ TEST_F(ListCommandsTest, OpeningReplacesTheListAndSetsTheCaption) {
 
 TEST_F(ListCommandsTest, BadFilesShowTheirMessages) {
   EXPECT_FALSE(LoadListFile(session, prompt, testing::TestData("lists/not_a_list.qx3")));
-  EXPECT_EQ(OnlyMessage().text, LoadResourceText(91));
-  EXPECT_EQ(OnlyMessage().icon, PromptIcon::Question);
+  EXPECT_EQ(std::tie(OnlyMessage().text, OnlyMessage().icon),
+            std::tuple(LoadResourceText(91), PromptIcon::Question));
   EXPECT_EQ(session.List.Entry(1).FileName, "/a/1.dwg");
 
   prompt.messages.clear();
   EXPECT_FALSE(LoadListFile(session, prompt, testing::TestData("lists/malformed.qx3")));
-  EXPECT_EQ(OnlyMessage().text, LoadResourceText(92));
-  EXPECT_EQ(OnlyMessage().icon, PromptIcon::Critical);
-  EXPECT_EQ(OnlyMessage().title, LoadResourceText(88));
+  EXPECT_EQ(std::tie(OnlyMessage().text, OnlyMessage().icon, OnlyMessage().title),
+            std::tuple(LoadResourceText(92), PromptIcon::Critical, LoadResourceText(88)));
 }
 
 TEST_F(ListCommandsTest, AppendingKeepsTheCaptionAndMarksTheListModified) {
   session.Caption = Session::CaptionFor("/lists/current.qx3");
   prompt.ThenChoose(SavedList("more.qx3"));
   ASSERT_TRUE(AppendList(session, prompt));
-  EXPECT_EQ(prompt.dialogs[0].request.title, LoadResourceText(96));
-  EXPECT_EQ(session.List.EntryCount(), 2);
-  EXPECT_EQ(session.Caption, Session::CaptionFor("/lists/current.qx3"));
-  EXPECT_TRUE(session.ListModified);
+  EXPECT_EQ(std::tuple(prompt.dialogs[0].request.title, session.List.EntryCount(), session.Caption,
+                       session.ListModified),
+            std::tuple(LoadResourceText(96), 2, Session::CaptionFor("/lists/current.qx3"), true));
 }
 
 TEST_F(ListCommandsTest, SavingRefusesABadNameAndAsksAgainThenWritesAQx3File) {
@@ -99,9 +97,8 @@ TEST_F(ListCommandsTest, ANewListWhoseSaveFailsIsNotStarted) {
 
   prompt.ThenAnswer(PromptAnswer::No);
   ASSERT_TRUE(NewList(session, prompt));
-  EXPECT_TRUE(session.List.Empty());
-  EXPECT_EQ(session.Log, DefaultLogSettings("/logs"));
-  EXPECT_EQ(session.Caption, LoadResourceText(31));
+  EXPECT_EQ(std::tuple(session.List.Empty(), session.Log, session.Caption),
+            std::tuple(true, DefaultLogSettings("/logs"), LoadResourceText(31)));
   // An empty list is not worth a question, and saving it says message 89.
   ASSERT_TRUE(NewList(session, prompt));
   prompt.ThenChoose(folder.File("empty.qx3"));

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <stdexcept>
+#include <tuple>
 #include <utility>
 
 #include "batch/list_file.h"
@@ -47,28 +48,25 @@ TEST_F(ListFileTest, ReadsBackWhatItWrote) {
   s.List.Append().FileName = "/plans/b.dwg";
   const std::string path = folder.File("list.qx3");
   ASSERT_TRUE(WriteListFile(s, path).ok());
-  EXPECT_EQ(s.ListName, path);
-  EXPECT_EQ(s.Caption, Session::CaptionFor(path));
-  EXPECT_FALSE(s.ListModified);
+  EXPECT_EQ(std::tuple(s.ListName, s.Caption, s.ListModified),
+            std::tuple(path, Session::CaptionFor(path), false));
 
   Session back("/elsewhere");
   ASSERT_TRUE(ReadListFile(back, path, false).ok());
-  EXPECT_EQ(back.List, s.List);
-  EXPECT_EQ(back.Log, s.Log);
-  EXPECT_EQ(back.ListName, path);
-  EXPECT_EQ(back.WinSize, "1280,1024");
+  EXPECT_EQ(std::tie(back.List, back.Log), std::tie(s.List, s.Log));
+  EXPECT_EQ(std::tuple(back.ListName, back.WinSize), std::tuple(path, "1280,1024"));
 }
 
 TEST_F(ListFileTest, ReadsTolerantly) {
   Session s("/logs");
   s.Log.JournalLogOn = false;
   ASSERT_TRUE(ReadListFile(s, TestData("lists/tolerant.qx3"), false).ok());
-  EXPECT_EQ(s.List.EntryCount(), 12);
-  EXPECT_EQ(s.List.Entry(12).Layout, "Présentation €");
-  EXPECT_EQ(s.List.Entry(2).FileName, "/p/b.dwg");
+  ASSERT_EQ(s.List.EntryCount(), 12);
+  // The journal is back to the default before reading.
+  EXPECT_EQ(std::tuple(s.List.Entry(12).Layout, s.List.Entry(2).FileName, s.Log.ErrorLogOn,
+                       s.Log.JournalLogOn),
+            std::tuple("Présentation €", "/p/b.dwg", false, true));
   EXPECT_EQ(s.List.Entry(1), BatchEntry{});
-  EXPECT_FALSE(s.Log.ErrorLogOn);
-  EXPECT_TRUE(s.Log.JournalLogOn);  // reset to the default before reading
 
   // A file saved as UTF-8, with a byte-order mark, keeps its accents.
   ASSERT_TRUE(ReadListFile(s, TestData("lists/utf8_bom.qx3"), false).ok());
@@ -82,12 +80,11 @@ TEST_F(ListFileTest, AppendingAddsBehindTheCurrentEntriesAndKeepsTheSettings) {
   s.Log.JournalHeader = "mine";
   ASSERT_TRUE(ReadListFile(s, TestData("lists/append.qx3"), true).ok());
   ASSERT_EQ(s.List.EntryCount(), 5);
-  EXPECT_EQ(s.List.Entry(3).FileName, "/a/3.dwg");
-  EXPECT_EQ(s.List.Entry(4).FileName, "/b/1.dwg");
-  EXPECT_EQ(s.List.Entry(5).FileName, "/b/2.dwg");
-  EXPECT_EQ(s.ListName, "/lists/current.qx3");
-  EXPECT_EQ(s.Log.JournalHeader, "mine");
-  EXPECT_EQ(s.WinSize, "640,480");  // the window size applies in both modes
+  // The window size applies in both modes.
+  EXPECT_EQ(
+      std::tuple(s.List.Entry(3).FileName, s.List.Entry(4).FileName, s.List.Entry(5).FileName,
+                 s.ListName, s.Log.JournalHeader, s.WinSize),
+      std::tuple("/a/3.dwg", "/b/1.dwg", "/b/2.dwg", "/lists/current.qx3", "mine", "640,480"));
 }
 
 TEST_F(ListFileTest, StopsAtAMalformedLineKeepingWhatCameBefore) {
@@ -114,8 +111,7 @@ TEST_F(ListFileTest, TheWindowSizeGoesToAndComesFromTheHost) {
   Session s("/logs");
   s.Host = &window;
   ASSERT_TRUE(ReadListFile(s, TestData("lists/win_size.qx3"), false).ok());
-  EXPECT_EQ(window.width, 1280);
-  EXPECT_EQ(window.height, 1024);
+  EXPECT_EQ(std::tuple(window.width, window.height), std::tuple(1280, 1024));
   // No comma, or a size the host refuses: ignored, reading goes on.
   window.refuse = true;
   ASSERT_TRUE(ReadListFile(s, TestData("lists/win_size_odd.qx3"), false).ok());

@@ -87,16 +87,10 @@ TEST_F(DispatchTest, EachMemberIsLookedUpOncePerObject) {
 }
 
 TEST_F(DispatchTest, ArgumentsArriveLeftToRightAndAPutIsNamedAsOne) {
-  EXPECT_EQ(object
-                .Call("Subtract",
-                      [] {
-                        std::vector<Variant> args;
-                        args.emplace_back(10.0);
-                        args.emplace_back(4.0);
-                        return args;
-                      }())
-                .AsDouble(),
-            6.0);
+  std::vector<Variant> args;
+  args.emplace_back(10.0);
+  args.emplace_back(4.0);
+  EXPECT_EQ(object.Call("Subtract", std::move(args)).AsDouble(), 6.0);
   EXPECT_FALSE(fake.lastWasNamedPut);
   object.Put("Width", Variant(std::int32_t{640}));
   EXPECT_TRUE(fake.lastWasNamedPut);

@@ -9,8 +9,8 @@
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
+#include <tuple>
+#include <utility>
 
 #include "batch/session.h"
 #include "com/attach.h"
@@ -20,6 +20,7 @@
 #include "fakes/log_lines.h"
 #include "fakes/native_path.h"
 #include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
 #include "host/error.h"
 #include "host/host_session.h"
 #include "log/wide_path.h"
@@ -62,21 +63,6 @@ int RunServer(const std::wstring& argument) {
   return static_cast<int>(status);
 }
 
-// A fixture file, by the Wine drive that maps the build machine's root.
-std::filesystem::path DataFile(std::string_view name) {
-  std::string path = std::string("Z:") + SHEAFWORK_SOURCE_DIR + "/tests/data/comhost/";
-  path += name;
-  for (char& c : path) c = c == '/' ? '\\' : c;
-  return FsPath(path);
-}
-
-std::string ReadText(std::string_view name) {
-  std::ifstream file(DataFile(name));
-  std::stringstream text;
-  text << file.rdbuf();
-  return text.str();
-}
-
 class ComHostTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() { ASSERT_EQ(RunServer(L"/RegServer"), 0); }
@@ -90,7 +76,8 @@ class ComHostTest : public ::testing::Test {
     // folder, with their one paper-space layout.
     std::string lines;
     for (const char* name : {"Plan.dxf", "Coupe.dxf", "Erreur53.dxf", "Facade.dxf"}) {
-      std::filesystem::copy_file(DataFile(name), folder.path() / name);
+      std::filesystem::copy_file(FsPath(testing::TestData(std::string("comhost/") + name)),
+                                 folder.path() / name);
       lines += std::string("drawing|") + Drawing(name) + "|Présentation1\n";
     }
     Control(lines);
@@ -222,16 +209,12 @@ TEST_F(ComHostTest, MembersCrossTheProcessBoundaryByName) {
   host::Point2 low;
   host::Point2 high;
   layout->GetWindowToPlot(low, high);
-  EXPECT_EQ(low.x, 1.5);
-  EXPECT_EQ(low.y, -2);
-  EXPECT_EQ(high.x, 420.25);
-  EXPECT_EQ(high.y, 297);
+  EXPECT_EQ(std::tuple(low.x, low.y, high.x, high.y), std::tuple(1.5, -2.0, 420.25, 297.0));
   layout->SetCustomScale(1, 50);
   double numerator = 0;
   double denominator = 0;
   layout->GetCustomScale(numerator, denominator);
-  EXPECT_EQ(numerator, 1);
-  EXPECT_EQ(denominator, 50);
+  EXPECT_EQ(std::pair(numerator, denominator), std::pair(1.0, 50.0));
   layout->SetPlotOrigin({5, 7.5});
   EXPECT_EQ(layout->PlotOrigin().y, 7.5);
   layout->SetStyleSheet("monochrome été.ctb");
@@ -270,15 +253,11 @@ TEST_F(ComHostTest, MembersCrossTheProcessBoundaryByName) {
 // the error log lines of the one row whose drawing the server refuses to
 // open with error 53.
 TEST_F(ComHostTest, ARunJournalsEachPlottedRowAndLogsTheRowTheServerCannotOpen) {
-  Control(ReadText("error53.control"));
+  Control(testing::ReadTestData("comhost/error53.control"));
   const RunResult result = RunList({"Plan.dxf", "Erreur53.dxf", "Coupe.dxf"});
-  EXPECT_EQ(result.plotted, 2);
-  EXPECT_EQ(result.failed, 1);
-  EXPECT_FALSE(result.endedEarly);
-  const auto journal = LogLines(session.Log.JournalLogFileName, 2);
-  ASSERT_EQ(journal.size(), 2u);
-  EXPECT_THAT(journal[0], StartsWith("Plan.dxf, "));
-  EXPECT_THAT(journal[1], StartsWith("Coupe.dxf, "));
+  EXPECT_EQ(std::tuple(result.plotted, result.failed, result.endedEarly), std::tuple(2, 1, false));
+  EXPECT_THAT(LogLines(session.Log.JournalLogFileName, 2),
+              ElementsAre(StartsWith("Plan.dxf, "), StartsWith("Coupe.dxf, ")));
   EXPECT_THAT(LogLines(session.Log.ErrorLogFileName, 1),
               ElementsAre(LoadResourceText(ids::kCannotOpenDrawing) + Drawing("Erreur53.dxf"),
                           LoadResourceText(ids::kPlotFailed) + Drawing("Erreur53.dxf")));
@@ -288,21 +267,18 @@ TEST_F(ComHostTest, ARunJournalsEachPlottedRowAndLogsTheRowTheServerCannotOpen) 
 // fails, the run ends within seconds saying the host is gone, and both logs
 // are whole.
 TEST_F(ComHostTest, AServerThatDiesMidRunEndsTheRunWithCompleteLogs) {
-  Control(ReadText("dies-at-second-open.control"));
+  Control(testing::ReadTestData("comhost/dies-at-second-open.control"));
   const auto start = std::chrono::steady_clock::now();
   const RunResult result = RunList({"Plan.dxf", "Coupe.dxf", "Facade.dxf"});
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
-  EXPECT_EQ(result.plotted, 1);
-  EXPECT_EQ(result.failed, 1);
-  EXPECT_TRUE(result.endedEarly);
-  EXPECT_TRUE(result.journalWritten);
-  EXPECT_TRUE(result.errorLogWritten);
+  EXPECT_EQ(std::tuple(result.plotted, result.failed, result.endedEarly, result.journalWritten,
+                       result.errorLogWritten),
+            std::tuple(1, 1, true, true, true));
   EXPECT_EQ(LogLines(session.Log.JournalLogFileName, 2).size(), 1u);
-  const auto errors = LogLines(session.Log.ErrorLogFileName, 1);
-  ASSERT_EQ(errors.size(), 3u);
-  EXPECT_EQ(errors[0], LoadResourceText(ids::kProblemOpeningDrawing) + Drawing("Coupe.dxf"));
-  EXPECT_EQ(errors[1], LoadResourceText(ids::kPlotFailed) + Drawing("Coupe.dxf"));
-  EXPECT_THAT(errors[2], HasSubstr(LoadResourceText(ids::kComHostGone)));
+  EXPECT_THAT(LogLines(session.Log.ErrorLogFileName, 1),
+              ElementsAre(LoadResourceText(ids::kProblemOpeningDrawing) + Drawing("Coupe.dxf"),
+                          LoadResourceText(ids::kPlotFailed) + Drawing("Coupe.dxf"),
+                          HasSubstr(LoadResourceText(ids::kComHostGone))));
   app.reset();  // nothing to quit
 }
 
@@ -311,7 +287,7 @@ TEST_F(ComHostTest, AServerThatDiesMidRunEndsTheRunWithCompleteLogs) {
 // the embedded host served there is nothing in process to compare with.)
 TEST_F(ComHostTest, ThePlotTestThroughTheServerReadsWhatItReadsInProcess) {
   if (!ServesScriptedHost()) GTEST_SKIP() << "the server serves the embedded host";
-  Control(ReadText("error53.control"));
+  Control(testing::ReadTestData("comhost/error53.control"));
   const std::vector<std::string> drawings = {"Plan.dxf", "Erreur53.dxf", "Coupe.dxf"};
   const std::string throughServer = CheckList(app, drawings);
 

@@ -1,5 +1,6 @@
 #include "comserver/served_host.h"
 
+#include <sstream>
 #include <string>
 #include <utility>
 
@@ -47,6 +48,42 @@ MemberHandler ReadOnly(Get get) {
   };
 }
 
+// A getter's value as served, and the put value as the setter takes it.
+Variant Served(bool value) { return Variant(value); }
+Variant Served(std::int16_t value) { return Variant(value); }
+Variant Served(std::int32_t value) { return Variant(value); }
+Variant Served(double value) { return Variant(value); }
+Variant Served(const std::string& text) { return Text(text); }
+Variant Served(host::Point2 p) { return PointValue(p); }
+void Take(const Variant& v, bool& out) { out = v.AsBool(); }
+void Take(const Variant& v, std::int16_t& out) { out = v.AsInt16(); }
+void Take(const Variant& v, std::int32_t& out) { out = v.AsInt32(); }
+void Take(const Variant& v, std::string& out) { out = v.AsString(); }
+void Take(const Variant& v, host::Point2& out) { out = PointOf(v); }
+
+// The property served by the object's getter and setter.
+template <typename O, typename T, typename Arg>
+MemberHandler Property(std::shared_ptr<O> o, T (O::*get)(), void (O::*set)(Arg)) {
+  return Property([o, get] { return Served(((*o).*get)()); },
+                  [o, set](const Variant& v) {
+                    std::decay_t<Arg> value;
+                    Take(v, value);
+                    ((*o).*set)(value);
+                  });
+}
+
+// A member that gives two values back through its arguments by reference.
+template <typename O, typename T>
+MemberHandler TwoOut(std::shared_ptr<O> o, void (O::*get)(T&, T&)) {
+  return [o, get](ServedCall& call) {
+    T first{};
+    T second{};
+    ((*o).*get)(first, second);
+    call.SetOut(0, Served(first));
+    call.SetOut(1, Served(second));
+  };
+}
+
 com::ComRef<IDispatch> Serve(std::shared_ptr<host::PlotConfiguration> o);
 com::ComRef<IDispatch> Serve(std::shared_ptr<host::Layout> o);
 com::ComRef<IDispatch> Serve(std::shared_ptr<host::Layer> o);
@@ -66,71 +103,38 @@ std::shared_ptr<T> TargetArg(const ServedCall& call, std::size_t i) {
 
 com::ComRef<IDispatch> Serve(std::shared_ptr<host::PlotConfiguration> o) {
   using N = names::PlotConfiguration;
+  using I = host::PlotConfiguration;
   MemberTable m = {
       {N::kName, ReadOnly([o] { return Text(o->Name()); })},
       {N::kModelType, ReadOnly([o] { return Variant(o->ModelType()); })},
-      {N::kConfigName, Property([o] { return Text(o->ConfigName()); },
-                                [o](const Variant& v) { o->SetConfigName(v.AsString()); })},
-      {N::kCanonicalMediaName,
-       Property([o] { return Text(o->CanonicalMediaName()); },
-                [o](const Variant& v) { o->SetCanonicalMediaName(v.AsString()); })},
+      {N::kConfigName, Property(o, &I::ConfigName, &I::SetConfigName)},
+      {N::kCanonicalMediaName, Property(o, &I::CanonicalMediaName, &I::SetCanonicalMediaName)},
       {N::kGetCanonicalMediaNames,
        [o](ServedCall& call) { call.result = Variant::Strings(o->GetCanonicalMediaNames()); }},
       {N::kRefreshPlotDeviceInfo, [o](ServedCall&) { o->RefreshPlotDeviceInfo(); }},
-      {N::kPaperUnits, Property([o] { return Variant(o->PaperUnits()); },
-                                [o](const Variant& v) { o->SetPaperUnits(v.AsInt16()); })},
-      {N::kPlotRotation, Property([o] { return Variant(o->PlotRotation()); },
-                                  [o](const Variant& v) { o->SetPlotRotation(v.AsInt16()); })},
-      {N::kPlotType, Property([o] { return Variant(o->PlotType()); },
-                              [o](const Variant& v) { o->SetPlotType(v.AsInt16()); })},
-      {N::kViewToPlot, Property([o] { return Text(o->ViewToPlot()); },
-                                [o](const Variant& v) { o->SetViewToPlot(v.AsString()); })},
-      {N::kGetWindowToPlot,
-       [o](ServedCall& call) {
-         host::Point2 low;
-         host::Point2 high;
-         o->GetWindowToPlot(low, high);
-         call.SetOut(0, PointValue(low));
-         call.SetOut(1, PointValue(high));
-       }},
+      {N::kPaperUnits, Property(o, &I::PaperUnits, &I::SetPaperUnits)},
+      {N::kPlotRotation, Property(o, &I::PlotRotation, &I::SetPlotRotation)},
+      {N::kPlotType, Property(o, &I::PlotType, &I::SetPlotType)},
+      {N::kViewToPlot, Property(o, &I::ViewToPlot, &I::SetViewToPlot)},
+      {N::kGetWindowToPlot, TwoOut(o, &I::GetWindowToPlot)},
       {N::kSetWindowToPlot,
        [o](ServedCall& call) { o->SetWindowToPlot(PointOf(call.Arg(0)), PointOf(call.Arg(1))); }},
-      {N::kCenterPlot, Property([o] { return Variant(o->CenterPlot()); },
-                                [o](const Variant& v) { o->SetCenterPlot(v.AsBool()); })},
-      {N::kPlotOrigin, Property([o] { return PointValue(o->PlotOrigin()); },
-                                [o](const Variant& v) { o->SetPlotOrigin(PointOf(v)); })},
-      {N::kUseStandardScale,
-       Property([o] { return Variant(o->UseStandardScale()); },
-                [o](const Variant& v) { o->SetUseStandardScale(v.AsBool()); })},
-      {N::kStandardScale, Property([o] { return Variant(o->StandardScale()); },
-                                   [o](const Variant& v) { o->SetStandardScale(v.AsInt16()); })},
-      {N::kGetCustomScale,
-       [o](ServedCall& call) {
-         double numerator = 0;
-         double denominator = 0;
-         o->GetCustomScale(numerator, denominator);
-         call.SetOut(0, Variant(numerator));
-         call.SetOut(1, Variant(denominator));
-       }},
+      {N::kCenterPlot, Property(o, &I::CenterPlot, &I::SetCenterPlot)},
+      {N::kPlotOrigin, Property(o, &I::PlotOrigin, &I::SetPlotOrigin)},
+      {N::kUseStandardScale, Property(o, &I::UseStandardScale, &I::SetUseStandardScale)},
+      {N::kStandardScale, Property(o, &I::StandardScale, &I::SetStandardScale)},
+      {N::kGetCustomScale, TwoOut(o, &I::GetCustomScale)},
       {N::kSetCustomScale,
        [o](ServedCall& call) {
          o->SetCustomScale(call.Arg(0).AsDouble(), call.Arg(1).AsDouble());
        }},
-      {N::kScaleLineweights,
-       Property([o] { return Variant(o->ScaleLineweights()); },
-                [o](const Variant& v) { o->SetScaleLineweights(v.AsBool()); })},
-      {N::kPlotWithLineweights,
-       Property([o] { return Variant(o->PlotWithLineweights()); },
-                [o](const Variant& v) { o->SetPlotWithLineweights(v.AsBool()); })},
-      {N::kPlotWithPlotStyles,
-       Property([o] { return Variant(o->PlotWithPlotStyles()); },
-                [o](const Variant& v) { o->SetPlotWithPlotStyles(v.AsBool()); })},
-      {N::kStyleSheet, Property([o] { return Text(o->StyleSheet()); },
-                                [o](const Variant& v) { o->SetStyleSheet(v.AsString()); })},
+      {N::kScaleLineweights, Property(o, &I::ScaleLineweights, &I::SetScaleLineweights)},
+      {N::kPlotWithLineweights, Property(o, &I::PlotWithLineweights, &I::SetPlotWithLineweights)},
+      {N::kPlotWithPlotStyles, Property(o, &I::PlotWithPlotStyles, &I::SetPlotWithPlotStyles)},
+      {N::kStyleSheet, Property(o, &I::StyleSheet, &I::SetStyleSheet)},
       {N::kGetPlotStyleTableNames,
        [o](ServedCall& call) { call.result = Variant::Strings(o->GetPlotStyleTableNames()); }},
-      {N::kPlotHidden, Property([o] { return Variant(o->PlotHidden()); },
-                                [o](const Variant& v) { o->SetPlotHidden(v.AsBool()); })},
+      {N::kPlotHidden, Property(o, &I::PlotHidden, &I::SetPlotHidden)},
       {N::kCopyFrom,
        [o](ServedCall& call) { o->CopyFrom(*TargetArg<host::PlotConfiguration>(call, 0)); }},
   };
@@ -150,16 +154,13 @@ com::ComRef<IDispatch> ServeCollection(std::shared_ptr<Collection> c, int firstI
 
 com::ComRef<IDispatch> Serve(std::shared_ptr<host::Layer> o) {
   using N = names::Layer;
-  return ServedObject::Make(
-      o, {
-             {N::kName, ReadOnly([o] { return Text(o->Name()); })},
-             {N::kLayerOn, Property([o] { return Variant(o->LayerOn()); },
-                                    [o](const Variant& v) { o->SetLayerOn(v.AsBool()); })},
-             {N::kFreeze, Property([o] { return Variant(o->Freeze()); },
-                                   [o](const Variant& v) { o->SetFreeze(v.AsBool()); })},
-             {N::kPlottable, Property([o] { return Variant(o->Plottable()); },
-                                      [o](const Variant& v) { o->SetPlottable(v.AsBool()); })},
-         });
+  using I = host::Layer;
+  return ServedObject::Make(o, {
+                                   {N::kName, ReadOnly([o] { return Text(o->Name()); })},
+                                   {N::kLayerOn, Property(o, &I::LayerOn, &I::SetLayerOn)},
+                                   {N::kFreeze, Property(o, &I::Freeze, &I::SetFreeze)},
+                                   {N::kPlottable, Property(o, &I::Plottable, &I::SetPlottable)},
+                               });
 }
 
 com::ComRef<IDispatch> Serve(std::shared_ptr<host::View> o) {
@@ -178,6 +179,7 @@ com::ComRef<IDispatch> Serve(std::shared_ptr<host::TextStyle> o) {
 
 com::ComRef<IDispatch> ServePlot(std::shared_ptr<host::Plot> o) {
   using N = names::Plot;
+  using I = host::Plot;
   const auto optional = [](const ServedCall& call, std::size_t i) {
     return call.Has(i) ? std::optional<std::string>(call.Arg(i).AsString()) : std::nullopt;
   };
@@ -197,9 +199,7 @@ com::ComRef<IDispatch> ServePlot(std::shared_ptr<host::Plot> o) {
                 o->StartBatchMode(count);
                 call.SetOut(0, Variant(count));
               }},
-             {N::kSheafworkProgress,
-              Property([o] { return Variant(o->SheafworkProgress()); },
-                       [o](const Variant& v) { o->SetSheafworkProgress(v.AsBool()); })},
+             {N::kSheafworkProgress, Property(o, &I::SheafworkProgress, &I::SetSheafworkProgress)},
              {N::kPlotToDevice,
               [o, optional](ServedCall& call) {
                 call.result = Variant(o->PlotToDevice(optional(call, 0)));
@@ -213,20 +213,19 @@ com::ComRef<IDispatch> ServePlot(std::shared_ptr<host::Plot> o) {
 
 com::ComRef<IDispatch> ServePreferences(std::shared_ptr<host::Preferences> o) {
   using N = names::Preferences;
+  using I = host::Preferences;
   return ServedObject::Make(
-      o,
-      {
-          {N::kPrinterConfigPath, ReadOnly([o] { return Text(o->PrinterConfigPath()); })},
-          {N::kSupportPath, ReadOnly([o] { return Text(o->SupportPath()); })},
-          {N::kLogFilePath, Property([o] { return Text(o->LogFilePath()); },
-                                     [o](const Variant& v) { o->SetLogFilePath(v.AsString()); })},
-          {N::kLogFileOn, Property([o] { return Variant(o->LogFileOn()); },
-                                   [o](const Variant& v) { o->SetLogFileOn(v.AsBool()); })},
-      });
+      o, {
+             {N::kPrinterConfigPath, ReadOnly([o] { return Text(o->PrinterConfigPath()); })},
+             {N::kSupportPath, ReadOnly([o] { return Text(o->SupportPath()); })},
+             {N::kLogFilePath, Property(o, &I::LogFilePath, &I::SetLogFilePath)},
+             {N::kLogFileOn, Property(o, &I::LogFileOn, &I::SetLogFileOn)},
+         });
 }
 
 com::ComRef<IDispatch> Serve(std::shared_ptr<host::Document> o) {
   using N = names::Document;
+  using I = host::Document;
   MemberTable m = {
       {N::kFullName, ReadOnly([o] { return Text(o->FullName()); })},
       {N::kReadOnly, ReadOnly([o] { return Variant(o->ReadOnly()); })},
@@ -237,8 +236,7 @@ com::ComRef<IDispatch> Serve(std::shared_ptr<host::Document> o) {
        [o](ServedCall& call) { call.result = Variant(o->GetVariable(call.Arg(0).AsString())); }},
       {N::kSetVariable,
        [o](ServedCall& call) { o->SetVariable(call.Arg(0).AsString(), call.Arg(1).AsSysVar()); }},
-      {N::kActiveSpace, Property([o] { return Variant(o->ActiveSpace()); },
-                                 [o](const Variant& v) { o->SetActiveSpace(v.AsInt16()); })},
+      {N::kActiveSpace, Property(o, &I::ActiveSpace, &I::SetActiveSpace)},
       {N::kActiveLayout,
        [o](ServedCall& call) {
          if (call.IsPut()) {
@@ -287,14 +285,12 @@ com::ComRef<IDispatch> ServeDocuments(std::shared_ptr<host::Documents> o) {
 
 com::ComRef<IDispatch> ServeApplication(std::shared_ptr<host::Application> o, ServerHooks hooks) {
   using N = names::Application;
+  using I = host::Application;
   MemberTable m = {
-      {N::kVisible, Property([o] { return Variant(o->Visible()); },
-                             [o](const Variant& v) { o->SetVisible(v.AsBool()); })},
+      {N::kVisible, Property(o, &I::Visible, &I::SetVisible)},
       {N::kPath, ReadOnly([o] { return Text(o->Path()); })},
-      {N::kWidth, Property([o] { return Variant(o->Width()); },
-                           [o](const Variant& v) { o->SetWidth(v.AsInt32()); })},
-      {N::kHeight, Property([o] { return Variant(o->Height()); },
-                            [o](const Variant& v) { o->SetHeight(v.AsInt32()); })},
+      {N::kWidth, Property(o, &I::Width, &I::SetWidth)},
+      {N::kHeight, Property(o, &I::Height, &I::SetHeight)},
       {N::kActiveDocument, ReadOnly([o] { return Variant(Serve(o->ActiveDocument())); })},
       {N::kDocuments, ReadOnly([o] { return Variant(ServeDocuments(o->GetDocuments())); })},
       {N::kPreferences, ReadOnly([o] { return Variant(ServePreferences(o->GetPreferences())); })},
@@ -314,16 +310,11 @@ com::ComRef<IDispatch> ServeApplication(std::shared_ptr<host::Application> o, Se
       {"TestHostKind", ReadOnly([kind = hooks.kind] { return Text(kind); })},
       {"TestControl",
        [configure = hooks.configure](ServedCall& call) {
-         const std::string text = call.Arg(0).AsString();
-         std::size_t start = 0;
-         while (start <= text.size()) {
-           std::size_t end = text.find('\n', start);
-           if (end == std::string::npos) end = text.size();
-           const std::string_view line(text.data() + start, end - start);
+         std::istringstream lines(call.Arg(0).AsString());
+         for (std::string line; std::getline(lines, line);) {
            if (!line.empty() && !AddFaultRule(line) && !(configure && configure(line))) {
-             throw host::Error(kInvalidCall, "Ligne de contrôle inconnue : " + std::string(line));
+             throw host::Error(kInvalidCall, "Ligne de contrôle inconnue : " + line);
            }
-           start = end + 1;
          }
        }},
   };

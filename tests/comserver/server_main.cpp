@@ -54,17 +54,10 @@ std::wstring ProgramPath() {
   return std::wstring(path, length);
 }
 
+// Makes `key` with `value` as its default value.
 bool SetKey(HKEY root, const std::wstring& key, const std::wstring& value) {
-  HKEY handle = nullptr;
-  if (RegCreateKeyExW(root, key.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &handle, nullptr) !=
-      ERROR_SUCCESS) {
-    return false;
-  }
-  const LONG written =
-      RegSetValueExW(handle, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
-                     static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
-  RegCloseKey(handle);
-  return written == ERROR_SUCCESS;
+  return RegSetKeyValueW(root, key.c_str(), nullptr, REG_SZ, value.c_str(),
+                         static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t))) == ERROR_SUCCESS;
 }
 
 bool RegisterUnder(HKEY root) {
@@ -179,14 +172,10 @@ int Serve() {
 
 int wmain(int argc, wchar_t** argv) {
   for (int i = 1; i < argc; ++i) {
-    const std::wstring arg = argv[i];
-    if (_wcsicmp(arg.c_str(), L"/RegServer") == 0 || _wcsicmp(arg.c_str(), L"-RegServer") == 0) {
-      return Register();
-    }
-    if (_wcsicmp(arg.c_str(), L"/UnregServer") == 0 ||
-        _wcsicmp(arg.c_str(), L"-UnregServer") == 0) {
-      return Unregister();
-    }
+    // "/RegServer" or "-RegServer", in any letter case.
+    const wchar_t* option = argv[i][0] == L'/' || argv[i][0] == L'-' ? argv[i] + 1 : L"";
+    if (_wcsicmp(option, L"RegServer") == 0) return Register();
+    if (_wcsicmp(option, L"UnregServer") == 0) return Unregister();
   }
   return Serve();
 }

@@ -1,15 +1,12 @@
 #include "fakes/fake_host.h"
 
-#include "fakes/native_path.h"
-#include "log/wide_path.h"
-
 #include <algorithm>
 #include <charconv>
-#include <filesystem>
-#include <functional>
 #include <new>
 #include <stdexcept>
+#include <tuple>
 #include <type_traits>
+#include <utility>
 
 namespace sheafwork::testing {
 
@@ -56,16 +53,6 @@ void CheckIndex(std::int32_t index, std::size_t count) {
 
 }  // namespace
 
-FakeLayoutData& FakeDrawing::AddLayout(const std::string& name) {
-  layouts.push_back({name, false, {}});
-  return layouts.back();
-}
-
-FakeLayoutData& FakeDrawing::AddPageSetup(const std::string& name, bool modelType) {
-  pageSetups.push_back({name, modelType, {}});
-  return pageSetups.back();
-}
-
 // ---------------------------------------------------------------------------
 // The plot settings of a layout or a page setup of an open document.
 
@@ -80,23 +67,42 @@ using SetterArg = std::conditional_t<std::is_same_v<T, std::string>, const std::
     Set("Set" #Name, &FakePlotSettings::field, static_cast<Type>(value)); \
   }
 
-class FakePlotConfig : public host::Layout {
+// An object at `index` of one of the document's lists; its calls are
+// recorded under "Kind(name)".
+class FakePart {
+ public:
+  FakePart(std::shared_ptr<FakeDocument> doc, std::int32_t index)
+      : doc_(std::move(doc)), index_(index) {}
+
+ protected:
+  template <typename T>
+  T& At(std::vector<T>& list) const {
+    return list.at(static_cast<std::size_t>(index_));
+  }
+  void RecordAs(const std::string& kind, const std::string& name, const std::string& member,
+                const std::string& args = {}) const {
+    doc_->Record(kind + "(" + name + ")", member, args);
+  }
+
+  std::shared_ptr<FakeDocument> doc_;
+  std::int32_t index_;
+};
+
+class FakePlotConfig : public host::Layout, public FakePart {
  public:
   enum class Kind { Layout, PageSetup };
   FakePlotConfig(std::shared_ptr<FakeDocument> doc, std::int32_t index, Kind kind)
-      : doc_(std::move(doc)), kind_(kind), index_(index) {}
+      : FakePart(std::move(doc), index), kind_(kind) {}
 
   FakeLayoutData& Data() {
-    auto& list = kind_ == Kind::Layout ? doc_->data.layouts : doc_->data.pageSetups;
-    return list.at(static_cast<std::size_t>(index_));
+    return At(kind_ == Kind::Layout ? doc_->data.layouts : doc_->data.pageSetups);
   }
   FakePlotSettings& S() { return Data().settings; }
   std::int32_t Index() const { return index_; }
   FakeDocument& Doc() { return *doc_; }
 
   void Rec(const std::string& member, const std::string& args = {}) {
-    doc_->Record((kind_ == Kind::Layout ? "Layout(" : "PlotConfiguration(") + Data().name + ")",
-                 member, args);
+    RecordAs(kind_ == Kind::Layout ? "Layout" : "PlotConfiguration", Data().name, member, args);
   }
   template <typename T>
   T Get(const char* member, T FakePlotSettings::*field) {
@@ -162,9 +168,7 @@ class FakePlotConfig : public host::Layout {
   }
 
  private:
-  std::shared_ptr<FakeDocument> doc_;
   Kind kind_;
-  std::int32_t index_;
 };
 
 #undef FAKE_PLOT_PROPERTY
@@ -172,110 +176,89 @@ class FakePlotConfig : public host::Layout {
 // ---------------------------------------------------------------------------
 // Collections and small objects of a document.
 
-template <typename Interface, typename Element, typename Make>
+// A list of the document's data, recorded under `kind`; its element at an
+// index is made as `T(document, index, extra...)`.
+template <typename Interface, typename T, typename List, typename... Extra>
 class FakeCollection : public Interface {
  public:
-  FakeCollection(std::shared_ptr<FakeDocument> doc, std::string kind, Make make,
-                 std::function<std::size_t()> count)
-      : doc_(std::move(doc)), kind_(std::move(kind)), make_(make), count_(std::move(count)) {}
+  FakeCollection(std::shared_ptr<FakeDocument> doc, std::string kind, List FakeDrawing::*list,
+                 Extra... extra)
+      : doc_(std::move(doc)), kind_(std::move(kind)), list_(list), extra_(extra...) {}
   std::int32_t Count() override {
     doc_->Record(kind_, "Count");
-    return static_cast<std::int32_t>(count_());
+    return static_cast<std::int32_t>((doc_->data.*list_).size());
   }
-  std::shared_ptr<Element> Item(std::int32_t index) override {
+  decltype(std::declval<Interface&>().Item(0)) Item(std::int32_t index) override {
     doc_->Record(kind_, "Item", Args(index));
-    CheckIndex(index, count_());
-    return make_(doc_, index);
+    CheckIndex(index, (doc_->data.*list_).size());
+    return std::apply([&](Extra... e) { return std::make_shared<T>(doc_, index, e...); }, extra_);
   }
 
  private:
   std::shared_ptr<FakeDocument> doc_;
   std::string kind_;
-  Make make_;
-  std::function<std::size_t()> count_;
+  List FakeDrawing::*list_;
+  std::tuple<Extra...> extra_;
 };
 
-// Makes the element of a collection at an index: `T(document, index, extra...)`.
-template <typename T, typename... Extra>
-auto Make(Extra... extra) {
-  return [=](std::shared_ptr<FakeDocument> doc, std::int32_t i) {
-    return std::make_shared<T>(std::move(doc), i, extra...);
-  };
-}
-
 // The document's collection `kind`, recorded as read from the document.
-template <typename Interface, typename Element, typename Make>
+template <typename Interface, typename T, typename List, typename... Extra>
 std::shared_ptr<Interface> Collection(const std::shared_ptr<FakeDocument>& doc,
-                                      const std::string& kind, Make make,
-                                      std::function<std::size_t()> count) {
+                                      const std::string& kind, List FakeDrawing::*list,
+                                      Extra... extra) {
   doc->Record("Document(" + doc->Tag() + ")", kind);
-  return std::make_shared<FakeCollection<Interface, Element, Make>>(doc, kind, make,
-                                                                    std::move(count));
+  return std::make_shared<FakeCollection<Interface, T, List, Extra...>>(doc, kind, list, extra...);
 }
 
-class FakeLayer : public host::Layer {
+class FakeLayer : public host::Layer, public FakePart {
  public:
-  FakeLayer(std::shared_ptr<FakeDocument> doc, std::int32_t index)
-      : doc_(std::move(doc)), index_(index) {}
-  FakeLayerData& L() { return doc_->data.layers.at(static_cast<std::size_t>(index_)); }
-  void Rec(const std::string& member, const std::string& args = {}) {
-    doc_->Record("Layer(" + L().name + ")", member, args);
+  using FakePart::FakePart;
+  FakeLayerData& L() { return At(doc_->data.layers); }
+  bool Flag(const char* member, bool FakeLayerData::*flag) {
+    RecordAs("Layer", L().name, member);
+    return L().*flag;
   }
-  bool Flag(const char* member, bool FakeLayerData::*flag) { return Rec(member), L().*flag; }
   void SetFlag(const char* member, bool FakeLayerData::*flag, bool value) {
-    Rec(member, Args(value));
+    RecordAs("Layer", L().name, member, Args(value));
     L().*flag = value;
   }
-  std::string Name() override { return Rec("Name"), L().name; }
+  std::string Name() override { return RecordAs("Layer", L().name, "Name"), L().name; }
   bool LayerOn() override { return Flag("LayerOn", &FakeLayerData::on); }
   void SetLayerOn(bool v) override { SetFlag("SetLayerOn", &FakeLayerData::on, v); }
   bool Freeze() override { return Flag("Freeze", &FakeLayerData::frozen); }
   void SetFreeze(bool v) override { SetFlag("SetFreeze", &FakeLayerData::frozen, v); }
   bool Plottable() override { return Flag("Plottable", &FakeLayerData::plottable); }
   void SetPlottable(bool v) override { SetFlag("SetPlottable", &FakeLayerData::plottable, v); }
-
- private:
-  std::shared_ptr<FakeDocument> doc_;
-  std::int32_t index_;
 };
 
-class FakeView : public host::View {
+class FakeView : public host::View, public FakePart {
  public:
-  FakeView(std::shared_ptr<FakeDocument> doc, std::int32_t index)
-      : doc_(std::move(doc)), index_(index) {}
+  using FakePart::FakePart;
   std::string Name() override {
-    const auto& name = doc_->data.views.at(static_cast<std::size_t>(index_));
-    return doc_->Record("View(" + name + ")", "Name"), name;
+    const std::string& name = At(doc_->data.views);
+    return RecordAs("View", name, "Name"), name;
   }
-
- private:
-  std::shared_ptr<FakeDocument> doc_;
-  std::int32_t index_;
 };
 
-class FakeTextStyle : public host::TextStyle {
+class FakeTextStyle : public host::TextStyle, public FakePart {
  public:
-  FakeTextStyle(std::shared_ptr<FakeDocument> doc, std::int32_t index)
-      : doc_(std::move(doc)), index_(index) {}
+  using FakePart::FakePart;
   FakeTextStyleData& T(const char* member) {
-    auto& style = doc_->data.textStyles.at(static_cast<std::size_t>(index_));
-    doc_->Record("TextStyle(" + style.name + ")", member);
+    FakeTextStyleData& style = At(doc_->data.textStyles);
+    RecordAs("TextStyle", style.name, member);
     return style;
   }
   std::string Name() override { return T("Name").name; }
   std::string FontFile() override { return T("FontFile").fontFile; }
   bool FontAvailable() override { return T("FontAvailable").available; }
-
- private:
-  std::shared_ptr<FakeDocument> doc_;
-  std::int32_t index_;
 };
 
-class FakePlot : public host::Plot {
+// The document's plot object (its index is unused).
+class FakePlot : public host::Plot, public FakePart {
  public:
-  explicit FakePlot(std::shared_ptr<FakeDocument> doc) : doc_(std::move(doc)) {}
+  using FakePart::FakePart;
   void Rec(const std::string& member, const std::string& args = {}) {
-    doc_->Record("Plot(" + doc_->Tag() + ")", member, args);
+    RecordAs("Plot", doc_->Tag(), member, args);
   }
   void SetQuietErrorMode(bool v) override { Rec("SetQuietErrorMode", Args(v)); }
   void SetNumberOfCopies(std::int16_t v) override { Rec("SetNumberOfCopies", Args(v)); }
@@ -303,7 +286,6 @@ class FakePlot : public host::Plot {
     host.plots_.push_back({doc_->data.path, layout.name, device, file, layout.settings});
     return host.plotResult_;
   }
-  std::shared_ptr<FakeDocument> doc_;
 };
 
 // ---------------------------------------------------------------------------
@@ -368,7 +350,8 @@ void FakeDocument::SetActiveSpace(std::int16_t space) {
 }
 std::shared_ptr<host::Layout> FakeDocument::ActiveLayout() {
   Rec("ActiveLayout");
-  return Make<FakePlotConfig>(FakePlotConfig::Kind::Layout)(shared_from_this(), data.activeLayout);
+  return std::make_shared<FakePlotConfig>(shared_from_this(), data.activeLayout,
+                                          FakePlotConfig::Kind::Layout);
 }
 void FakeDocument::SetActiveLayout(const std::shared_ptr<host::Layout>& layout) {
   auto* fake = dynamic_cast<FakePlotConfig*>(layout.get());
@@ -381,85 +364,87 @@ void FakeDocument::SetActiveLayout(const std::shared_ptr<host::Layout>& layout) 
   if (data.activeLayout > 0) data.lastPaperLayout = data.activeLayout;
 }
 std::shared_ptr<host::Layouts> FakeDocument::GetLayouts() {
-  return Collection<host::Layouts, host::Layout>(shared_from_this(), "Layouts",
-                                                 Make<FakePlotConfig>(FakePlotConfig::Kind::Layout),
-                                                 [this] { return data.layouts.size(); });
+  return Collection<host::Layouts, FakePlotConfig>(
+      shared_from_this(), "Layouts", &FakeDrawing::layouts, FakePlotConfig::Kind::Layout);
 }
 std::shared_ptr<host::PlotConfigurations> FakeDocument::GetPlotConfigurations() {
-  return Collection<host::PlotConfigurations, host::PlotConfiguration>(
-      shared_from_this(), "PlotConfigurations",
-      Make<FakePlotConfig>(FakePlotConfig::Kind::PageSetup),
-      [this] { return data.pageSetups.size(); });
+  return Collection<host::PlotConfigurations, FakePlotConfig>(
+      shared_from_this(), "PlotConfigurations", &FakeDrawing::pageSetups,
+      FakePlotConfig::Kind::PageSetup);
 }
 std::shared_ptr<host::Layers> FakeDocument::GetLayers() {
-  return Collection<host::Layers, host::Layer>(shared_from_this(), "Layers", Make<FakeLayer>(),
-                                               [this] { return data.layers.size(); });
+  return Collection<host::Layers, FakeLayer>(shared_from_this(), "Layers", &FakeDrawing::layers);
 }
 std::shared_ptr<host::Views> FakeDocument::GetViews() {
-  return Collection<host::Views, host::View>(shared_from_this(), "Views", Make<FakeView>(),
-                                             [this] { return data.views.size(); });
+  return Collection<host::Views, FakeView>(shared_from_this(), "Views", &FakeDrawing::views);
 }
 std::shared_ptr<host::TextStyles> FakeDocument::GetTextStyles() {
-  return Collection<host::TextStyles, host::TextStyle>(shared_from_this(), "TextStyles",
-                                                       Make<FakeTextStyle>(),
-                                                       [this] { return data.textStyles.size(); });
+  return Collection<host::TextStyles, FakeTextStyle>(shared_from_this(), "TextStyles",
+                                                     &FakeDrawing::textStyles);
 }
 std::shared_ptr<host::Plot> FakeDocument::GetPlot() {
-  return Rec("Plot"), std::make_shared<FakePlot>(shared_from_this());
+  return Rec("Plot"), std::make_shared<FakePlot>(shared_from_this(), 0);
 }
 void FakeDocument::Regen(std::int16_t which) { Rec("Regen", Args(which)); }
 
 // ---------------------------------------------------------------------------
 // The application and its documents.
 
-class FakePreferences : public host::Preferences {
+// An object of the host itself; its calls are recorded under `kind`.
+class HostPart {
  public:
-  explicit FakePreferences(FakeHost& host) : host_(host) {}
+  HostPart(FakeHost& host, const char* kind) : host_(host), kind_(kind) {}
+
+ protected:
+  void Rec(const std::string& member, const std::string& args = {}) {
+    host_.Record(kind_, member, args);
+  }
+  /// Records the write of `value` to the host's `field`, then makes it.
+  template <typename T>
+  void Put(const char* member, T& field, const T& value) {
+    Rec(member, Args(value));
+    field = value;
+  }
+
+  FakeHost& host_;
+  const char* kind_;
+};
+
+class FakePreferences : public host::Preferences, HostPart {
+ public:
+  explicit FakePreferences(FakeHost& host) : HostPart(host, "Preferences") {}
   std::string PrinterConfigPath() override {
     return Rec("PrinterConfigPath"), host_.printerConfigPath;
   }
   std::string SupportPath() override { return Rec("SupportPath"), host_.supportPath; }
   std::string LogFilePath() override { return Rec("LogFilePath"), host_.logFilePath; }
-  void SetLogFilePath(const std::string& folder) override {
-    Rec("SetLogFilePath", Args(folder));
-    host_.logFilePath = folder;
+  void SetLogFilePath(const std::string& v) override {
+    Put("SetLogFilePath", host_.logFilePath, v);
   }
   bool LogFileOn() override { return Rec("LogFileOn"), host_.logFileOn; }
-  void SetLogFileOn(bool on) override {
-    Rec("SetLogFileOn", Args(on));
-    host_.logFileOn = on;
-  }
-
- private:
-  void Rec(const std::string& member, const std::string& args = {}) {
-    host_.Record("Preferences", member, args);
-  }
-  FakeHost& host_;
+  void SetLogFileOn(bool v) override { Put("SetLogFileOn", host_.logFileOn, v); }
 };
 
-class FakeState : public host::State {
+class FakeState : public host::State, HostPart {
  public:
-  explicit FakeState(FakeHost& host) : host_(host) {}
-  bool IsQuiescent() override { return host_.Record("State", "IsQuiescent"), true; }
-
- private:
-  FakeHost& host_;
+  explicit FakeState(FakeHost& host) : HostPart(host, "State") {}
+  bool IsQuiescent() override { return Rec("IsQuiescent"), true; }
 };
 
-class FakeDocuments : public host::Documents {
+class FakeDocuments : public host::Documents, HostPart {
  public:
-  explicit FakeDocuments(FakeHost& host) : host_(host) {}
+  explicit FakeDocuments(FakeHost& host) : HostPart(host, "Documents") {}
   std::int32_t Count() override {
-    host_.Record("Documents", "Count");
+    Rec("Count");
     return static_cast<std::int32_t>(host_.open_.size());
   }
   std::shared_ptr<host::Document> Item(std::int32_t index) override {
-    host_.Record("Documents", "Item", Args(index));
+    Rec("Item", Args(index));
     CheckIndex(index, host_.open_.size());
     return host_.open_[static_cast<std::size_t>(index)];
   }
   std::shared_ptr<host::Document> Open(const std::string& fileName, bool readOnly) override {
-    host_.Record("Documents", "Open", Args(fileName, readOnly));
+    Rec("Open", Args(fileName, readOnly));
     auto found = std::find_if(host_.drawings_.begin(), host_.drawings_.end(),
                               [&](const auto& d) { return d->path == fileName; });
     if (found == host_.drawings_.end()) {
@@ -467,12 +452,11 @@ class FakeDocuments : public host::Documents {
     }
     if ((*found)->openError) throw *(*found)->openError;
     // In single-document mode the new drawing replaces the only open one.
-    if (host_.open_.size() == 1 && host_.active_) {
-      if (host::SysVarAsInteger(host_.active_->Variable("SDI")) > 0) {
-        host_.active_->closed = true;
-        host_.open_.clear();
-        host_.active_.reset();
-      }
+    if (host_.open_.size() == 1 && host_.active_ &&
+        host::SysVarAsInteger(host_.active_->Variable("SDI")) > 0) {
+      host_.active_->closed = true;
+      host_.open_.clear();
+      host_.active_.reset();
     }
     auto doc = std::make_shared<FakeDocument>(host_, **found);
     doc->data.readOnly = doc->data.readOnly || readOnly;
@@ -481,58 +465,37 @@ class FakeDocuments : public host::Documents {
     host_.lastOpened_[fileName] = doc;
     return doc;
   }
-
- private:
-  FakeHost& host_;
 };
 
-class FakeApplication : public host::Application {
+class FakeApplication : public host::Application, HostPart {
  public:
-  explicit FakeApplication(FakeHost& host) : host_(host) {}
+  explicit FakeApplication(FakeHost& host) : HostPart(host, "Application") {}
   bool Visible() override { return Rec("Visible"), host_.visible; }
-  void SetVisible(bool v) override {
-    Rec("SetVisible", Args(v));
-    host_.visible = v;
-  }
+  void SetVisible(bool v) override { Put("SetVisible", host_.visible, v); }
   std::string Path() override { return Rec("Path"), host_.path; }
   std::int32_t Width() override { return Rec("Width"), host_.width; }
-  void SetWidth(std::int32_t v) override {
-    Rec("SetWidth", Args(v));
-    host_.width = v;
-  }
+  void SetWidth(std::int32_t v) override { Put("SetWidth", host_.width, v); }
   std::int32_t Height() override { return Rec("Height"), host_.height; }
-  void SetHeight(std::int32_t v) override {
-    Rec("SetHeight", Args(v));
-    host_.height = v;
-  }
+  void SetHeight(std::int32_t v) override { Put("SetHeight", host_.height, v); }
   std::shared_ptr<host::Document> ActiveDocument() override {
     Rec("ActiveDocument");
     if (!host_.active_) throw host::Error(kNoDocument, "Aucun document actif");
     return host_.active_;
   }
   std::shared_ptr<host::Documents> GetDocuments() override {
-    Rec("Documents");
-    return std::make_shared<FakeDocuments>(host_);
+    return Rec("Documents"), std::make_shared<FakeDocuments>(host_);
   }
   std::shared_ptr<host::Preferences> GetPreferences() override {
-    Rec("Preferences");
-    return std::make_shared<FakePreferences>(host_);
+    return Rec("Preferences"), std::make_shared<FakePreferences>(host_);
   }
   std::shared_ptr<host::State> GetOrvaState() override {
-    Rec("GetOrvaState");
-    return std::make_shared<FakeState>(host_);
+    return Rec("GetOrvaState"), std::make_shared<FakeState>(host_);
   }
   void Update() override { Rec("Update"); }
   void Quit() override {
     Rec("Quit");
     host_.quit_ = true;
   }
-
- private:
-  void Rec(const std::string& member, const std::string& args = {}) {
-    host_.Record("Application", member, args);
-  }
-  FakeHost& host_;
 };
 
 // ---------------------------------------------------------------------------
@@ -555,10 +518,7 @@ FakeHost::FakeHost()
 FakeHost::~FakeHost() = default;
 
 FakeDrawing& FakeHost::AddDrawing(const std::string& name) {
-  std::filesystem::path full = folder_.path() / FsPath(name);
-  std::filesystem::create_directories(full.parent_path());
-  folder_.Write(PathText(std::filesystem::relative(full, folder_.path())), "");
-  return AddDrawingAt(PathText(full));
+  return AddDrawingAt(folder_.Write(name, ""));
 }
 
 FakeDrawing& FakeHost::AddDrawingAt(const std::string& path) {

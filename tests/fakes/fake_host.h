@@ -100,10 +100,11 @@ struct FakeDrawing {
   /// When set, opening the drawing throws this error.
   std::optional<host::Error> openError;
 
-  /// Appends a paper-space layout and returns it.
-  FakeLayoutData& AddLayout(const std::string& name);
-  /// Appends a named page setup and returns it.
-  FakeLayoutData& AddPageSetup(const std::string& name, bool modelType = false);
+  /// Appends a paper-space layout, or a named page setup.
+  FakeLayoutData& AddLayout(const std::string& name) { return layouts.emplace_back(name); }
+  FakeLayoutData& AddPageSetup(const std::string& name, bool modelType = false) {
+    return pageSetups.emplace_back(name, modelType);
+  }
 };
 
 /// What happened to one plot call.
@@ -195,7 +196,6 @@ class FakeHost {
   bool Quit() const { return quit_; }
 
   // ---- used by the fake objects ----
-  class Impl;
   /// Records a call and throws when a failure rule matches it.
   void Record(const std::string& object, const std::string& member, const std::string& args = {});
 

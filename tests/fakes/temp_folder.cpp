@@ -27,12 +27,11 @@ TempFolder::~TempFolder() {
   fs::remove_all(path_, ignored);
 }
 
-std::string TempFolder::File(std::string_view name) const {
-  return PathText(path_ / FsPath(name));
-}
+std::string TempFolder::File(std::string_view name) const { return PathText(path_ / FsPath(name)); }
 
 std::string TempFolder::Write(std::string_view name, std::string_view bytes) const {
   const std::string file = File(name);
+  fs::create_directories(FsPath(file).parent_path());
   std::ofstream out(FsPath(file), std::ios::binary);
   out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   return file;

@@ -17,7 +17,8 @@ class TempFolder {
   const std::filesystem::path& path() const { return path_; }
   /// The full path of `name` inside the folder.
   std::string File(std::string_view name) const;
-  /// Writes `bytes` to `name` and returns its full path.
+  /// Writes `bytes` to `name`, making its subfolders, and returns its full
+  /// path.
   std::string Write(std::string_view name, std::string_view bytes) const;
   /// The bytes of the file at `path`; empty when it does not exist.
   static std::string Read(const std::string& path);

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "fakes/fake_host.h"
 #include "fakes/native_path.h"
 #include "host/error.h"
@@ -24,8 +26,8 @@ class HostSessionTest : public ::testing::Test {
 TEST_F(HostSessionTest, AFailedReadSkipsTheRestAndOnlyWhatWasSavedIsRestored) {
   host.FailOn("Document(Dessin1.dwg).GetVariable", host::Error(5, "refus"), 1);
   session.SetMainAppSysvars();
-  EXPECT_TRUE(session.SavedProxyNotice.has_value());
-  EXPECT_FALSE(session.SavedExpert.has_value());
+  EXPECT_EQ(std::tuple(session.SavedProxyNotice.has_value(), session.SavedExpert.has_value()),
+            std::tuple(true, false));
   EXPECT_THAT(host.Calls("SetVariable"), IsEmpty());
 
   session.RestoreMainAppSysvars();

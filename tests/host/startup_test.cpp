@@ -1,9 +1,9 @@
 #include "host/startup.h"
 
-#include <filesystem>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <tuple>
 
 #include "fakes/fake_host.h"
 #include "fakes/native_path.h"
@@ -33,7 +33,6 @@ class StartupTest : public ::testing::Test {
 
 TEST_F(StartupTest, TheHostsHelpFileAndTheTemplateDrawingAreUsedWhenPresent) {
   testing::TempFolder hostFolder;
-  std::filesystem::create_directory(hostFolder.path() / "Help");
   hostFolder.Write("Help/quirerun.hlp", "");
   host.path = hostFolder.path().string();
   const std::string templateDrawing = data.Write("QUIRERUN.DWG", "");
@@ -73,9 +72,8 @@ TEST_F(StartupTest, OnlyAnExistingQx3FileNamedOnTheCommandLineIsLoaded) {
   EXPECT_FALSE(LoadCommandLineList(session, prompt, ""));
   EXPECT_THAT(prompt.messages, IsEmpty());
   EXPECT_TRUE(LoadCommandLineList(session, prompt, list));
-  EXPECT_EQ(session.List.EntryCount(), 1);
-  EXPECT_EQ(session.Caption, "Utilitaire de traçage en différé Orvane - " + list);
-  EXPECT_FALSE(session.ListModified);
+  EXPECT_EQ(std::tuple(session.List.EntryCount(), session.Caption, session.ListModified),
+            std::tuple(1, "Utilitaire de traçage en différé Orvane - " + list, false));
 }
 
 }  // namespace

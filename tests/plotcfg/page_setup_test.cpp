@@ -129,8 +129,8 @@ TEST_F(PageSetupTest, PaperNotOfferedIsLoggedWithFallbacks) {
   ASSERT_TRUE(errorLog_.Open("/dev/full", true));
   EXPECT_TRUE(Apply("A3", true, record, &prompt));
   ASSERT_EQ(prompt.messages.size(), 1u);
-  EXPECT_EQ(prompt.messages[0].text, Text(197) + std::strerror(ENOENT));
-  EXPECT_EQ(prompt.messages[0].title, Text(88));
+  EXPECT_EQ(std::tie(prompt.messages[0].text, prompt.messages[0].title),
+            std::tuple(Text(197) + std::strerror(ENOENT), Text(88)));
 }
 
 // A page setup from elsewhere may write the device's paper otherwise: it is

@@ -4,11 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
-#include <fstream>
 #include <set>
-#include <sstream>
 #include <string>
 
+#include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
 #include "text/windows1252.h"
 
 namespace sheafwork {
@@ -33,44 +33,26 @@ TEST(StringTableTest, RejectsAMalformedRowNamingItsLine) {
     ParseStringTable("# comment\n\n31 \"a\"\n32 no quotes\n");
     ADD_FAILURE() << "accepted a row without quotes";
   } catch (const StringTableError& e) {
-    EXPECT_THAT(e.what(), testing::HasSubstr("line 4:"));
+    EXPECT_THAT(e.what(), ::testing::HasSubstr("line 4:"));
   }
   try {
     ParseStringTable("31 \"a\"\n32 \"b\"\n# comment\n31 \"c\"\n");
     ADD_FAILURE() << "accepted an id given twice";
   } catch (const StringTableError& e) {
-    EXPECT_THAT(e.what(), testing::HasSubstr("line 4: id given twice"));
+    EXPECT_THAT(e.what(), ::testing::HasSubstr("line 4: id given twice"));
   }
-}
-
-std::string ReadSourceFile(const std::string& relative) {
-  std::ifstream in(std::string(SHEAFWORK_SOURCE_DIR) + "/" + relative, std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
-// The lines of a data file that are neither blank nor comments.
-std::vector<std::string> DataLines(const std::string& relative) {
-  std::vector<std::string> lines;
-  std::istringstream in(ReadSourceFile(relative));
-  for (std::string line; std::getline(in, line);) {
-    if (!line.empty() && line[0] != '#') lines.push_back(line);
-  }
-  return lines;
 }
 
 // The program's own texts: those whose wording is not fixed word for word.
 std::vector<std::pair<int, std::string>> OwnTexts() {
   std::set<int> fixed;
-  for (const std::string& line : DataLines("tests/data/res/fixed_texts.txt")) {
-    const auto dash = line.find('-');
-    const int first = std::stoi(line.substr(0, dash));
-    const int last = dash == std::string::npos ? first : std::stoi(line.substr(dash + 1));
-    for (int id = first; id <= last; ++id) fixed.insert(id);
+  for (const auto& row : testing::ReadTestTable("res/fixed_texts.txt")) {
+    const std::vector<std::string> range = row.List(0, "-");
+    for (int id = std::stoi(range.front()); id <= std::stoi(range.back()); ++id) fixed.insert(id);
   }
   std::vector<std::pair<int, std::string>> own;
-  for (auto& row : ParseStringTable(ReadSourceFile("src/res/strings_fr.txt"))) {
+  const std::string table = std::string(SHEAFWORK_SOURCE_DIR) + "/src/res/strings_fr.txt";
+  for (auto& row : ParseStringTable(testing::TempFolder::Read(table))) {
     if (!fixed.count(row.first)) own.push_back(std::move(row));
   }
   return own;
@@ -98,9 +80,9 @@ TEST(StringTableTest, OwnTextsPutANonBreakingSpaceBeforeDoublePunctuation) {
 
 TEST(StringTableTest, OwnTextsWriteCapitalsWithTheirAccents) {
   const std::vector<std::pair<int, std::string>> own = OwnTexts();
-  for (const std::string& line : DataLines("tests/data/res/accented_capitals.txt")) {
-    const std::string wrong = line.substr(0, line.find('\t'));
-    SCOPED_TRACE(line);
+  for (const auto& row : testing::ReadTestTable("res/accented_capitals.txt")) {
+    const std::string& wrong = row[0];
+    SCOPED_TRACE(row.where);
     for (const auto& [id, text] : own) {
       for (auto pos = text.find(wrong); pos != std::string::npos; pos = text.find(wrong, pos + 1)) {
         const auto end = pos + wrong.size();

@@ -10,7 +10,9 @@
 #include <chrono>
 #include <filesystem>
 #include <memory>
+#include <ostream>
 #include <string>
+#include <tuple>
 
 #include "batch/session.h"
 #include "embedded/automation/dwg_converter.h"
@@ -50,22 +52,15 @@ class CoreFlowTest : public EmbeddedHostTest {
     return entry;
   }
 
-  /// The host session the runs share, made on first use.
-  HostSession& Attach() {
-    if (!hostSession) {
-      hostSession = std::make_unique<HostSession>(Host(), logs.path().string());
-      hostSession->objOrvaDoc = Host()->ActiveDocument();
-    }
-    return *hostSession;
-  }
-
-  RunResult Run(const RunServices& services = {}) {
-    return PlotAllEntries(session, Attach(), services);
+  /// The core's session on the host, made once the host's options are set.
+  HostSession Attach() {
+    HostSession host(Host(), logs.path().string());
+    host.objOrvaDoc = Host()->ActiveDocument();
+    return host;
   }
 
   testing::TempFolder logs;
   Session session{logs.path().string()};
-  std::unique_ptr<HostSession> hostSession;
 };
 
 struct NoFonts : FontFolders {
@@ -94,10 +89,9 @@ TEST_F(CoreFlowTest, ACancelDuringASheetStopsTheRunAndReportsItsRowCancelled) {
   RunServices services;
   services.observer = &seen;
 
-  const RunResult result = Run(services);
-  EXPECT_TRUE(result.cancelled);
-  EXPECT_EQ(result.plotted, 0);
-  EXPECT_EQ(result.failed, 0);
+  HostSession host = Attach();
+  const RunResult result = PlotAllEntries(session, host, services);
+  EXPECT_EQ(std::tuple(result.cancelled, result.plotted, result.failed), std::tuple(true, 0, 0));
   EXPECT_THAT(seen.rows, ElementsAre("1 annulé"));
   EXPECT_THAT(
       testing::ReadLogLines(session.Log.ErrorLogFileName),
@@ -111,7 +105,7 @@ TEST_F(CoreFlowTest, ThePlotTestWarnsOfAReferenceLeftOutBeyondTheLimits) {
   AddDrawing("Trame.dxf");
   Row(AddDrawing("Plan.dxf", WithXrefs({XrefBlock("FOND", "Fond.dxf")})), "Présentation1");
 
-  HostSession& host = Attach();
+  HostSession host = Attach();
   FakePrinters printers;
   NoFonts fonts;
   const std::string results = RunPlotTest(session, host, PlotTestServices{printers, fonts, {}, {}});
@@ -137,13 +131,7 @@ class ScopedVariable {
     if (const char* old = std::getenv(name)) old_ = old;
     setenv(name, value.c_str(), 1);
   }
-  ~ScopedVariable() {
-    if (old_) {
-      setenv(name_, old_->c_str(), 1);
-    } else {
-      unsetenv(name_);
-    }
-  }
+  ~ScopedVariable() { old_ ? setenv(name_, old_->c_str(), 1) : unsetenv(name_); }
   ScopedVariable(const ScopedVariable&) = delete;
   ScopedVariable& operator=(const ScopedVariable&) = delete;
 
@@ -157,6 +145,8 @@ struct Failure {
   int timeLimitMs;
   const char* reason;  ///< what the error says between parentheses
 };
+
+void PrintTo(const Failure& failure, std::ostream* out) { *out << failure.converter; }
 
 class DwgConverterFailure : public EmbeddedHostTest,
                             public ::testing::WithParamInterface<Failure> {};
@@ -200,9 +190,8 @@ TEST_F(EmbeddedHostTest, AConverterRunByNodeSaysWhatToInstallWhenNodeIsMissing) 
   const std::string dwg = AddDrawing("Plan.dwg");
   ScopedVariable path("PATH", emptyPath.path().string());
   const host::Error error = ErrorOf([&] { Open(dwg); });
-  EXPECT_THAT(error.description(), HasSubstr("Node.js est introuvable"));
-  EXPECT_THAT(error.description(), HasSubstr("installez le paquet nodejs"));
-  EXPECT_THAT(error.description(), HasSubstr(dwg));
+  EXPECT_THAT(error.description(), AllOf(HasSubstr("Node.js est introuvable"),
+                                         HasSubstr("installez le paquet nodejs"), HasSubstr(dwg)));
 }
 
 TEST_F(EmbeddedHostTest, TheConverterBesideTheDataIsTheDefaultAndTheEnvironmentOverridesIt) {
@@ -215,7 +204,7 @@ TEST_F(EmbeddedHostTest, TheConverterBesideTheDataIsTheDefaultAndTheEnvironmentO
   ScopedVariable none("SHEAFWORK_DWG_CONVERTER", "");
   EXPECT_EQ(converterOf(), "");  // not installed
 
-  const std::string bundled = Put(data, "dwg2dxf/dwg2dxf.js", "");
+  const std::string bundled = data.Write("dwg2dxf/dwg2dxf.js", "");
   EXPECT_EQ(bundled, BundledDwgConverter(data.path().string()));
   EXPECT_EQ(converterOf(), bundled);
 

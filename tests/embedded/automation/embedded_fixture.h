@@ -175,13 +175,6 @@ inline void Show(host::Document& doc, const std::string& name) {
   doc.SetActiveLayout(LayoutNamed(doc, name));
 }
 
-/// Writes `bytes` to `name` in `folder`, making its subfolders; the full path.
-inline std::string Put(const testing::TempFolder& folder, const std::string& name,
-                       const std::string& bytes) {
-  std::filesystem::create_directories(std::filesystem::path(folder.File(name)).parent_path());
-  return folder.Write(name, bytes);
-}
-
 /// The error a call throws: its number and description.
 template <typename Call>
 host::Error ErrorOf(Call&& call) {

@@ -6,12 +6,14 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <map>
 #include <sstream>
 
 #include "embedded/automation/embedded_fixture.h"
 #include "embedded/plotstyle/plot_style_file.h"
 #include "fakes/log_lines.h"
 #include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -34,44 +36,28 @@ TEST_F(EmbeddedPlotTest, EachDeviceWritesItsKindOfOutputWhereItBelongs) {
   std::filesystem::create_directories(folder);
   data.Write("plotters/Dossier.pc3", "driver = pdf\noutput-folder = " + folder +
                                          "\npaper = ISO A3 (420.00 x 297.00 mm) | 420 x 297\n");
-  struct Case {
-    const char* layout;
-    const char* device;
-    std::string file;  ///< PlotToFile's name; empty for PlotToDevice
-    OutputKind kind;
-    std::string output;  ///< the file written, or the printer
-  };
-  const Case cases[] = {
-      // The model tab plots through the device given, with the model's name.
-      {"Objet", "PDF.pc3", "", OutputKind::Pdf, files.File("Plan-Objet.pdf")},
-      // A name without an extension gets the device's.
-      {"Objet", "PDF.pc3", files.File("sortie"), OutputKind::Pdf, files.File("sortie.pdf")},
-      {"Objet", "PDF.pc3", files.File("sortie.PDF"), OutputKind::Pdf, files.File("sortie.PDF")},
-      {"Coupe", "PNG.pc3", "", OutputKind::Png, files.File("Plan-Coupe.png")},
-      {"Coupe", "SVG.pc3", "", OutputKind::Svg, files.File("Plan-Coupe.svg")},
-      {"Coupe", "HPGL2.pc3", "", OutputKind::Hpgl, files.File("Plan-Coupe.plt")},
-      // A configuration's output folder wins.
-      {"Coupe", "Dossier.pc3", "", OutputKind::Pdf, folder + "/Plan-Coupe.pdf"},
-      {"Objet", "Bureau-HP", "", OutputKind::Printer, "Bureau-HP"},
-      // A printer's plot to a file is a PDF file.
-      {"Coupe", "Bureau-HP", files.File("imprimante"), OutputKind::Pdf,
-       files.File("imprimante.pdf")},
-  };
+  const std::map<std::string, OutputKind> kinds = {{"pdf", OutputKind::Pdf},
+                                                   {"png", OutputKind::Png},
+                                                   {"svg", OutputKind::Svg},
+                                                   {"hpgl", OutputKind::Hpgl},
+                                                   {"printer", OutputKind::Printer}};
   auto doc = OpenPlan();
   auto plot = doc->GetPlot();
-  for (const Case& c : cases) {
-    SCOPED_TRACE(std::string(c.device) + " " + c.file);
+  for (const auto& row : testing::ReadTestTable("dxf/automation/devices.tsv")) {
+    SCOPED_TRACE(row.where);
     plots.clear();
-    Show(*doc, c.layout);
-    ASSERT_TRUE(c.file.empty() ? plot->PlotToDevice(c.device) : plot->PlotToFile(c.file, c.device));
+    Show(*doc, row[0]);
+    ASSERT_TRUE(row[2] == "-" ? plot->PlotToDevice(row[1])
+                              : plot->PlotToFile(files.File(row[2]), row[1]));
     ASSERT_EQ(plots.size(), 1u);
-    EXPECT_EQ(plots[0].output, c.kind);
-    const bool printer = c.kind == OutputKind::Printer;
-    EXPECT_EQ(printer ? plots[0].printerName : plots[0].outputPath, c.output);
+    EXPECT_EQ(plots[0].output, kinds.at(row[3]));
+    const bool printer = row[3] == "printer";
+    const std::string output = printer ? row[4] : files.File(row[4]);
+    EXPECT_EQ(printer ? plots[0].printerName : plots[0].outputPath, output);
     EXPECT_THAT(HostLogLines().back(),
-                HasSubstr((printer ? "sortie imprimante " : "sortie ") + c.output));
+                HasSubstr((printer ? "sortie imprimante " : "sortie ") + output));
     // A layout's own sheet stays, even though the device does not offer it.
-    if (c.layout == std::string("Coupe")) {
+    if (row[0] == "Coupe") {
       EXPECT_EQ(plots[0].settings.mediaName, "Feuille maison");
       EXPECT_DOUBLE_EQ(plots[0].settings.paperWidth, 500);
     }
@@ -92,12 +78,12 @@ TEST_F(EmbeddedPlotTest, FailedPlotsReturnFalseWithTheirReasonInTheHostLog) {
 
   const std::string start = "Échec du tracé : dessin " + planPath + ", présentation Coupe, ";
   const auto log = HostLogLines();
-  ASSERT_EQ(log.size(), 4u);
-  EXPECT_EQ(log[0],
-            start + "périphérique Absent.pc3 : périphérique de traçage introuvable : Absent.pc3");
-  EXPECT_THAT(log[1], HasSubstr("Casse.pc3 : aucun papier"));
-  EXPECT_THAT(log[2], HasSubstr("dossier de sortie introuvable : " + files.File("absent")));
-  EXPECT_EQ(log[3], start + "périphérique PDF.pc3 : police introuvable");
+  EXPECT_THAT(
+      log, ElementsAre(
+               start + "périphérique Absent.pc3 : périphérique de traçage introuvable : Absent.pc3",
+               HasSubstr("Casse.pc3 : aucun papier"),
+               HasSubstr("dossier de sortie introuvable : " + files.File("absent")),
+               start + "périphérique PDF.pc3 : police introuvable"));
   EXPECT_EQ(display->failures, log);
 }
 
@@ -149,82 +135,44 @@ TEST(ConsoleProgressDisplayTest, DrawsABarOnlyOnATerminalAndAlwaysNamesFailures)
 // Layouts as drawings from elsewhere store them: never set up, with devices
 // this machine does not have, with paper names written another way. The
 // drawing is read by the DXF reader from tests/data/dxf/sheets.
-class ForeignSheetsTest : public EmbeddedHostTest {
- protected:
-  std::shared_ptr<host::Document> OpenSheets() {
-    options.reader = {};  // the DXF reader
-    const std::string path = files.File("never_set_up.dxf");
-    std::filesystem::copy_file(testing::TestData("dxf/sheets/never_set_up.dxf"), path);
-    auto doc = Open(path);
-    doc->Activate();
-    Host()->GetPreferences()->SetLogFileOn(true);
-    return doc;
-  }
-};
-
-// What each layout plots on, with its own device and with PDF.pc3 given.
-struct SheetCase {
-  const char* layout;
-  const char* paper;  ///< the paper plotted on
-  double width;
-  double height;
-  const char* logged;  ///< in the host's log with the layout's own device
-  bool onStderr;       ///< a missing device is told on the display too
-};
-
-TEST_F(ForeignSheetsTest, EveryLayoutPlotsOnTheDevicesPaperThatItsStoredPaperStandsFor) {
-  const SheetCase cases[] = {
-      // Never set up: no device, 0 x 0 mm, no name.
-      {"Objet", "ISO A3 (420.00 x 297.00 mm)", 420, 297,
-       "Papier « 0 x 0 mm » inutilisable : tracé sur le papier par défaut de PDF.pc3", false},
-      {"Vierge", "ISO A3 (420.00 x 297.00 mm)", 420, 297,
-       "Périphérique « Aucun » : tracé sur PDF.pc3", false},
-      {"Sans traceur", "ISO A4 (210.00 x 297.00 mm)", 210, 297,
-       "Périphérique « Aucun » : tracé sur PDF.pc3", false},
-      {"Autre PDF", "ISO A1 (841.00 x 594.00 mm)", 841, 594,
-       "Périphérique « DWG To PDF.pc3 » absent de cette machine : tracé sur PDF.pc3", true},
-      {"Imprimante", "ANSI A (8.50 x 11.00 pouces)", 215.9, 279.4,
-       "Périphérique « Microsoft Print to PDF » absent de cette machine : tracé sur PDF.pc3", true},
-      // A paper name without its size, on a device that is here.
-      {"A2 court", "ISO A2 (594.00 x 420.00 mm)", 594, 420, "périphérique PDF.pc3, sortie", false},
-      // A size no device paper has stays the layout's own.
-      {"Maison", "Feuille maison", 500, 250,
-       "Périphérique « Absent.pc3 » absent de cette machine : tracé sur PDF.pc3", true},
-  };
-  auto doc = OpenSheets();
+TEST_F(EmbeddedHostTest, ForeignLayoutsPlotOnTheDevicesPaperThatTheirStoredPaperStandsFor) {
+  options.reader = {};  // the DXF reader
+  const std::string path = files.File("never_set_up.dxf");
+  std::filesystem::copy_file(testing::TestData("dxf/sheets/never_set_up.dxf"), path);
+  auto doc = Open(path);
+  doc->Activate();
+  Host()->GetPreferences()->SetLogFileOn(true);
+  // Saved on the model tab: the paper layout to go back to is the one on
+  // *Paper_Space, not the first tab.
+  doc->SetActiveSpace(0);
+  EXPECT_EQ(doc->ActiveLayout()->Name(), "Autre PDF");
   auto plot = doc->GetPlot();
-  for (const SheetCase& c : cases) {
-    SCOPED_TRACE(c.layout);
+  for (const auto& row : testing::ReadTestTable("dxf/sheets/never_set_up.tsv")) {
+    SCOPED_TRACE(row.where);
     for (const bool given : {false, true}) {
       plots.clear();
       display->notices.clear();
-      Show(*doc, c.layout);
+      Show(*doc, row[0]);
       ASSERT_TRUE(plot->PlotToDevice(given ? std::optional<std::string>("PDF.pc3")
                                            : std::optional<std::string>()));
       ASSERT_EQ(plots.size(), 1u);
-      EXPECT_EQ(plots[0].settings.mediaName, c.paper);
-      EXPECT_NEAR(plots[0].settings.paperWidth, c.width, 1e-6);
-      EXPECT_NEAR(plots[0].settings.paperHeight, c.height, 1e-6);
+      EXPECT_EQ(plots[0].settings.mediaName, row[1]);
+      EXPECT_NEAR(plots[0].settings.paperWidth, std::stod(row[2]), 1e-6);
+      EXPECT_NEAR(plots[0].settings.paperHeight, std::stod(row[3]), 1e-6);
       if (!given) {
         EXPECT_THAT(HostLogLines("never_set_up"),
-                    Contains(AllOf(HasSubstr(c.logged),
-                                   HasSubstr("présentation " + std::string(c.layout)))));
-        EXPECT_EQ(display->notices.size(), c.onStderr ? 1u : 0u);
+                    Contains(AllOf(HasSubstr(row[4]), HasSubstr("présentation " + row[0]))));
+        EXPECT_EQ(display->notices.size(), row[5] == "1" ? 1u : 0u);
       } else {
         EXPECT_THAT(display->notices, IsEmpty());
       }
     }
   }
   EXPECT_THAT(display->failures, IsEmpty());
-}
 
-TEST_F(ForeignSheetsTest, AMissingDeviceWithoutAFallbackFailsAndAGivenMissingDeviceNeverStandsIn) {
-  auto doc = OpenSheets();
-  // Saved on the model tab: the paper layout to go back to is the one on
-  // *Paper_Space, not the first tab.
-  doc->SetActiveSpace(0);
-  EXPECT_EQ(doc->ActiveLayout()->Name(), "Autre PDF");
-  auto plot = doc->GetPlot();
+  // A missing device without a fallback fails, and a given missing device
+  // never has one stand in.
+  plots.clear();
   Show(*doc, "Vierge");
   EXPECT_FALSE(plot->PlotToDevice("Absent.pc3"));
   auto preferences = std::dynamic_pointer_cast<EmbeddedPreferences>(Host()->GetPreferences());
@@ -234,14 +182,12 @@ TEST_F(ForeignSheetsTest, AMissingDeviceWithoutAFallbackFailsAndAGivenMissingDev
   Show(*doc, "Autre PDF");
   EXPECT_FALSE(plot->PlotToDevice(std::nullopt));
   EXPECT_TRUE(plots.empty());
-  ASSERT_EQ(display->failures.size(), 2u);
-  EXPECT_THAT(display->failures[0], HasSubstr("introuvable : Absent.pc3"));
-  EXPECT_THAT(display->failures[1],
-              HasSubstr("périphérique de remplacement introuvable : Autre.pc3"));
+  EXPECT_THAT(display->failures,
+              ElementsAre(HasSubstr("introuvable : Absent.pc3"),
+                          HasSubstr("périphérique de remplacement introuvable : Autre.pc3")));
 }
 
-// The plot style table of a layout, found along the host's plot-style path
-// and handed to the plot engine.
+// A plot style table whose colour 1 is `colourOneRgb`, as its file holds it.
 std::string TableBytes(std::uint32_t colourOneRgb) {
   PlotStyleTable table;
   table.entries[0].color = EncodePlotStyleColor(colourOneRgb);
@@ -249,11 +195,17 @@ std::string TableBytes(std::uint32_t colourOneRgb) {
   return {bytes.begin(), bytes.end()};
 }
 
-class PlotStylesHostTest : public EmbeddedHostTest {
- protected:
-  /// Plots layout "Présentation1" of a drawing whose settings name `table`;
-  /// whether the plot was made.
-  bool PlotWith(const std::string& table, bool plotStyles = true) {
+// The table of a layout is looked for in the data folder, then the user's,
+// or along the path the preference gives. A table named but unreadable fails
+// the plot of the sheet, with a line naming the table and the fault: plotting
+// without it would give a colour plot where the layout asked for monochrome.
+// A table this machine does not have is named on the display and in the log,
+// and the sheet plots without it; so does a named-style table (.stb), which
+// the host does not apply.
+TEST_F(EmbeddedHostTest, APlotStyleTableIsFoundAlongThePathOrItsFaultNamed) {
+  // Plots layout "Présentation1" of a drawing whose settings name `table`;
+  // whether the plot was made.
+  const auto plotWith = [&](const std::string& table, bool plotStyles = true) {
     Drawing drawing = SampleDrawing();
     PlotSettings& settings = drawing.layouts[2].settings;
     settings.styleSheet = table;
@@ -263,84 +215,55 @@ class PlotStylesHostTest : public EmbeddedHostTest {
     const bool done = doc->GetPlot()->PlotToDevice(std::nullopt);
     doc->Close(false);
     return done;
-  }
-  std::optional<std::uint32_t> PlottedColourOne() const {
+  };
+  const auto plottedColourOne = [&]() -> std::optional<std::uint32_t> {
     if (plots.empty() || !plots.back().plotStyles) return std::nullopt;
     return plots.back().plotStyles->entries[0].PenRgb();
-  }
-};
-
-TEST_F(PlotStylesHostTest, DataFolderBeforeUserFolderAndThePreferenceDecides) {
-  Put(user, "plotstyles/Maison.ctb", TableBytes(0x0000FF));
-  ASSERT_TRUE(PlotWith("maison.ctb"));
-  EXPECT_EQ(PlottedColourOne(), 0x0000FFu);
-
-  Put(data, "plotstyles/maison.ctb", TableBytes(0x00FF00));
-  ASSERT_TRUE(PlotWith("maison.ctb"));
-  EXPECT_EQ(PlottedColourOne(), 0x00FF00u);
-
-  auto preferences = std::dynamic_pointer_cast<EmbeddedPreferences>(Host()->GetPreferences());
-  EXPECT_EQ(preferences->PlotStylePath(),
-            (data.path() / "plotstyles").string() + ";" + (user.path() / "plotstyles").string());
-  preferences->SetPlotStylePath((user.path() / "plotstyles").string());
-  ASSERT_TRUE(PlotWith("maison.ctb"));
-  EXPECT_EQ(PlottedColourOne(), 0x0000FFu);
-
-  // Settings that do not plot with plot styles get no table.
-  ASSERT_TRUE(PlotWith("maison.ctb", false));
-  EXPECT_EQ(PlottedColourOne(), std::nullopt);
-  EXPECT_THAT(HostLog(), Not(HasSubstr("Table de styles")));
-}
-
-// A table named but unreadable fails the plot of the sheet, with a line
-// naming the table and the fault: plotting without it would give a colour
-// plot where the layout asked for monochrome. A table this machine does not
-// have is named on the display and in the log, and the sheet plots without
-// it; so does a named-style table (.stb), which the host does not apply.
-TEST_F(PlotStylesHostTest, ATableThatCannotBeReadFailsThePlotAMissingOneIsNamed) {
-  const std::string broken = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/plotstyle/broken/";
-  for (const char* name : {"truncated.ctb", "lying.ctb", "damaged.ctb", "notes.ctb"}) {
-    Put(data, std::string("plotstyles/") + name, testing::TempFolder::Read(broken + name));
-  }
-  Put(data, "plotstyles/noms.stb", TableBytes(0));
-  struct Case {
-    const char* table;
-    const char* fault;  ///< null: the plot goes on without a table
-    const char* note;   ///< what the log says when it goes on
   };
-  const Case cases[] = {
-      {"absente.ctb", nullptr,
-       "Table de styles de tracé « absente.ctb » introuvable sur cette machine : présentation "
-       "tracée sans elle"},
-      {"truncated.ctb", "truncated.ctb : données compressées tronquées", nullptr},
-      {"lying.ctb", "lying.ctb : ", nullptr},
-      {"damaged.ctb", "damaged.ctb : ", nullptr},
-      {"notes.ctb", "notes.ctb : ", nullptr},
-      {"noms.stb", nullptr, "Table de styles nommés « noms.stb » non appliquée"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.table);
+
+  for (const std::string name : {"truncated.ctb", "lying.ctb", "damaged.ctb", "notes.ctb"}) {
+    data.Write("plotstyles/" + name, testing::ReadTestData("plotstyle/broken/" + name));
+  }
+  data.Write("plotstyles/noms.stb", TableBytes(0));
+  for (const auto& row : testing::ReadTestTable("plotstyle/broken/host_plots.tsv")) {
+    SCOPED_TRACE(row.where);
     plots.clear();
     display->failures.clear();
     const std::size_t before = HostLog().size();
-    const bool plotted = PlotWith(c.table);
+    const bool plotted = plotWith(row[0]);
     const std::string added = HostLog().substr(before);
-    if (!c.fault) {
+    if (row[1] == "plots") {
       EXPECT_TRUE(plotted);
       ASSERT_EQ(plots.size(), 1u);
       EXPECT_EQ(plots[0].plotStyles, nullptr);
-      EXPECT_THAT(added, HasSubstr(c.note));
+      EXPECT_THAT(added, HasSubstr(row[2]));
       EXPECT_THAT(display->failures, IsEmpty());
       continue;
     }
     EXPECT_FALSE(plotted);
     EXPECT_THAT(plots, IsEmpty());
-    EXPECT_THAT(added, HasSubstr("Échec du tracé : dessin"));
-    EXPECT_THAT(added, HasSubstr(c.fault));
-    ASSERT_EQ(display->failures.size(), 1u);
-    EXPECT_THAT(display->failures[0], HasSubstr(c.fault));
+    EXPECT_THAT(added, AllOf(HasSubstr("Échec du tracé : dessin"), HasSubstr(row[2])));
+    EXPECT_THAT(display->failures, ElementsAre(HasSubstr(row[2])));
   }
   EXPECT_THAT(display->notices, Contains(HasSubstr("« absente.ctb » introuvable")));
+
+  const std::size_t logged = HostLog().size();
+  user.Write("plotstyles/Maison.ctb", TableBytes(0x0000FF));
+  ASSERT_TRUE(plotWith("maison.ctb"));
+  EXPECT_EQ(plottedColourOne(), 0x0000FFu);
+  data.Write("plotstyles/maison.ctb", TableBytes(0x00FF00));
+  ASSERT_TRUE(plotWith("maison.ctb"));
+  EXPECT_EQ(plottedColourOne(), 0x00FF00u);
+  auto preferences = std::dynamic_pointer_cast<EmbeddedPreferences>(Host()->GetPreferences());
+  EXPECT_EQ(preferences->PlotStylePath(),
+            (data.path() / "plotstyles").string() + ";" + (user.path() / "plotstyles").string());
+  preferences->SetPlotStylePath((user.path() / "plotstyles").string());
+  ASSERT_TRUE(plotWith("maison.ctb"));
+  EXPECT_EQ(plottedColourOne(), 0x0000FFu);
+  // Settings that do not plot with plot styles get no table.
+  ASSERT_TRUE(plotWith("maison.ctb", false));
+  EXPECT_EQ(plottedColourOne(), std::nullopt);
+  EXPECT_THAT(HostLog().substr(logged), Not(HasSubstr("Table de styles")));
 }
 
 }  // namespace

@@ -17,8 +17,8 @@ using ::testing::UnorderedElementsAre;
 
 TEST(ResolveExternalReferencesTest, FollowsNestedReferencesButNotOverlaysAndBreaksCycles) {
   testing::TempFolder folder;
-  const std::string a = Put(folder, "A.dxf", "");
-  for (const char* name : {"B.dxf", "C.dxf", "Illisible.dxf"}) Put(folder, name, "");
+  const std::string a = folder.Write("A.dxf", "");
+  for (const char* name : {"B.dxf", "C.dxf", "Illisible.dxf"}) folder.Write(name, "");
   std::map<std::string, Drawing> byName = {
       {"A.dxf", WithXrefs({XrefBlock("B", "B.dxf")})},
       {"B.dxf", WithXrefs({XrefBlock("A", "A.dxf"), XrefBlock("C", "C.dxf", true)})},
@@ -97,8 +97,8 @@ TEST(FanOutTest, ReferencesBeyondTheDepthOrSizeLimitAreLeftOutAndSaySo) {
 // in the external-reference log the plot test reads.
 TEST_F(EmbeddedHostTest, TheReferenceLogListsImageFilesWithTheNotFoundMark) {
   const std::string raster = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/raster/";
-  Put(files, "logos/logo.png", testing::TempFolder::Read(raster + "rgb8.png"));
-  Put(files, "scan.png", testing::TempFolder::Read(raster + "python.ppm"));  // not read
+  files.Write("logos/logo.png", testing::TempFolder::Read(raster + "rgb8.png"));
+  files.Write("scan.png", testing::TempFolder::Read(raster + "python.ppm"));  // not read
   Drawing drawing = SampleDrawing();
   drawing.images["A1"] = {"logos\\logo.png", ""};
   drawing.images["A2"] = {"C:\\plans\\absent.png", ""};

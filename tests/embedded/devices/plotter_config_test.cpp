@@ -5,10 +5,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
-#include <ostream>
 #include <string>
+#include <tuple>
 
 #include "embedded/devices/device.h"
 #include "fakes/temp_folder.h"
@@ -21,59 +20,29 @@ using ::testing::HasSubstr;
 
 TEST(PlotterConfigTest, DefaultsFollowTheDriver) {
   const PlotterConfig hpgl = ParsePlotterConfig("driver = hpgl\npaper = A | 10 x 10\n", "h.pc3");
-  EXPECT_EQ(hpgl.extension, "plt");
-  EXPECT_EQ(hpgl.defaultPaper, "A");
-  EXPECT_EQ(hpgl.resolutionDpi, 300);
+  EXPECT_EQ(std::tuple(hpgl.extension, hpgl.defaultPaper, hpgl.resolutionDpi),
+            std::tuple("plt", "A", 300));
 
   const PlotterConfig printer = ParsePlotterConfig("driver = printer\nprinter = Bureau\n", "p.pc3");
-  EXPECT_EQ(printer.printer, "Bureau");
-  EXPECT_EQ(printer.papers, StandardPrinterPapers());
+  EXPECT_EQ(std::tie(printer.printer, printer.papers),
+            std::tuple("Bureau", StandardPrinterPapers()));
   EXPECT_NE(printer.FindPaper("ISO A4 (210.00 x 297.00 mm)"), nullptr);
 }
 
-// tests/data/devices/bad/`file`.pc3 and what reading it must say.
-struct BadConfig {
-  const char* file;
-  const char* line;  ///< "ligne N", or empty when the fault is the whole file's
-  const char* what;  ///< part of the message
-};
-
-void PrintTo(const BadConfig& bad, std::ostream* out) { *out << bad.file; }
-
-class BadPlotterConfigTest : public ::testing::TestWithParam<BadConfig> {};
-
-TEST_P(BadPlotterConfigTest, NamesTheFileTheLineAndTheFault) {
-  const BadConfig& bad = GetParam();
-  const std::string file = std::string(bad.file) + ".pc3";
-  try {
-    ReadPlotterConfigFile(testing::TestData("devices/bad/" + file));
-    FAIL() << "accepted: " << file;
-  } catch (const DeviceError& error) {
-    EXPECT_THAT(error.what(), HasSubstr(*bad.line ? file + ", " + bad.line + " :" : file + " :"));
-    EXPECT_THAT(error.what(), HasSubstr(bad.what));
+TEST(PlotterConfigTest, ABadFileIsNamedWithTheLineAndTheFault) {
+  for (const auto& row : testing::ReadTestTable("devices/bad/cases.tsv")) {
+    SCOPED_TRACE(row.where);
+    const std::string file = row[0] + ".pc3";
+    try {
+      ReadPlotterConfigFile(testing::TestData("devices/bad/" + file));
+      ADD_FAILURE() << "accepted: " << file;
+    } catch (const DeviceError& error) {
+      EXPECT_THAT(error.what(),
+                  HasSubstr(row[1] != "-" ? file + ", " + row[1] + " :" : file + " :"));
+      EXPECT_THAT(error.what(), HasSubstr(row[2]));
+    }
   }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Errors, BadPlotterConfigTest,
-    ::testing::Values(BadConfig{"no-equals-sign", "ligne 3", "clé = valeur"},
-                      BadConfig{"unknown-driver", "ligne 1", "pilote inconnu « plume »"},
-                      BadConfig{"unknown-key", "ligne 2", "clé inconnue « colour »"},
-                      BadConfig{"driver-twice", "ligne 2", "clé « driver » répétée"},
-                      BadConfig{"resolution-zero", "ligne 2", "résolution incorrecte"},
-                      BadConfig{"paper-without-size", "ligne 2", "papier incorrect"},
-                      BadConfig{"paper-negative", "ligne 2", "taille de papier incorrecte"},
-                      BadConfig{"margins-too-wide", "ligne 2", "marges"},
-                      BadConfig{"default-paper-absent", "ligne 2",
-                                "papier par défaut « B » absent"},
-                      BadConfig{"no-driver", "", "clé « driver » manquante"},
-                      BadConfig{"printer-unnamed", "", "clé « printer » manquante"},
-                      BadConfig{"not-utf8", "", "UTF-8"}),
-    [](const ::testing::TestParamInfo<BadConfig>& info) {
-      std::string name = info.param.file;
-      std::replace(name.begin(), name.end(), '-', '_');
-      return name;
-    });
 
 TEST(PlotterConfigTest, AFileThatCannotBeReadIsNamed) {
   testing::TempFolder folder;
@@ -126,18 +95,17 @@ TEST(DeviceLookupTest, OtherNamesArePrintersOfTheSystem) {
   const std::vector<PrinterInfo> printers = {{"Bureau-HP", "HP LaserJet 4", "ipp://bureau"}};
   const auto printer = FindPlotDevice("Bureau-HP", searchPath, printers);
   ASSERT_TRUE(printer);
-  EXPECT_FALSE(printer->WritesFiles());
-  EXPECT_EQ(printer->PrinterName(), "Bureau-HP");
-  EXPECT_EQ(printer->config.papers, StandardPrinterPapers());
-  EXPECT_EQ(printer->config.description, "HP LaserJet 4");
+  EXPECT_EQ(std::tuple(printer->WritesFiles(), printer->PrinterName(), printer->config.papers,
+                       printer->config.description),
+            std::tuple(false, "Bureau-HP", StandardPrinterPapers(), "HP LaserJet 4"));
   EXPECT_FALSE(FindPlotDevice("bureau-hp", searchPath, printers));
   EXPECT_FALSE(FindPlotDevice("", searchPath, printers));
 
   folder.Write("un/Salle.pc3", "driver = printer\nprinter = Bureau-HP\n");
   const auto configured = FindPlotDevice("Salle.pc3", searchPath, printers);
   ASSERT_TRUE(configured);
-  EXPECT_FALSE(configured->WritesFiles());
-  EXPECT_EQ(configured->PrinterName(), "Bureau-HP");
+  EXPECT_EQ(std::tuple(configured->WritesFiles(), configured->PrinterName()),
+            std::tuple(false, "Bureau-HP"));
 }
 
 }  // namespace

@@ -17,37 +17,17 @@ namespace {
 
 using sheafwork::testing::ReadTestData;
 using sheafwork::testing::TestData;
+using ::testing::AllOf;
 using ::testing::HasSubstr;
 
 TEST(ReaderErrors, NamesTheFileThePlaceAndWhatWasExpected) {
-  struct Case {
-    const char* file;
-    std::vector<std::string> parts;
-  };
-  const std::vector<Case> cases = {
-      {"empty.dxf", {"empty.dxf : le fichier est vide"}},
-      {"words.dxf", {"words.dxf : ce n'est pas un fichier DXF"}},
-      {"png-bytes.dxf", {"n'est pas un fichier DXF"}},
-      {"section-not-closed.dxf",
-       {"section-not-closed.dxf, ligne 1 : section ENTITIES sans ENDSEC"}},
-      {"word-for-a-number.dxf",
-       {"word-for-a-number.dxf, ligne 10 : nombre attendu pour le code 10, « abc » trouvé"}},
-      {"block-not-closed.dxf", {"ligne 5", "bloc Porte sans ENDBLK"}},
-      {"table-not-closed.dxf", {"ligne 5", "table LAYER sans ENDTAB"}},
-      {"no-section-name.dxf", {"ligne 1", "nom de section attendu"}},
-      {"entity-between-sections.dxf", {"ligne 7", "SECTION attendue, « LINE » trouvé"}},
-      {"code-in-words.dxf", {"code-in-words.dxf, ligne 3", "code de groupe attendu", "« abc »"}},
-      {"cut-after-a-code.dxf",
-       {"cut-after-a-code.dxf, ligne 4", "fin de fichier inattendue : valeur du code 2"}},
-      {"absent.dxf", {"absent.dxf : lecture impossible"}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.file);
+  for (const auto& row : sheafwork::testing::ReadTestTable("dxf/errors/messages.tsv")) {
+    SCOPED_TRACE(row.where);
     try {
-      ReadDxfFile(TestData(std::string("dxf/errors/") + c.file));
+      ReadDxfFile(TestData("dxf/errors/" + row[0]));
       ADD_FAILURE() << "read without error";
     } catch (const DxfError& e) {
-      for (const std::string& part : c.parts) EXPECT_THAT(e.what(), HasSubstr(part));
+      for (std::size_t i = 1; i < row.fields.size(); ++i) EXPECT_THAT(e.what(), HasSubstr(row[i]));
     }
   }
 }
@@ -81,50 +61,33 @@ std::vector<std::string> TextsOf(const Block& block) {
   return texts;
 }
 
-struct ExpectedLayout {
-  const char* name;
-  const char* text;  ///< the one text on it; null when its block is lost
-};
-
-struct DamagedCase {
-  const char* file;
-  std::vector<ExpectedLayout> layouts;
-};
-
-const DamagedCase kCases[] = {
-    {"layouts.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
-    {"no-block-record-table-header.dxf",
-     {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
-    {"no-tables-section-header.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
-    {"no-blocks-section-header.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
-    {"no-blocks-section-end.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
-    {"no-entities-section-end.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
-    {"layout-link-wrong.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
-    {"layout-block-missing.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", nullptr}}},
-    {"model-space-record-renamed.dxf", {{"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}}},
-};
-
+// Every file has the layouts Alpha, Beta and Gamma, each showing its name in
+// capitals; in layout-block-missing.dxf the block of Gamma is lost.
 TEST(DamagedFiles, LayoutsAreLinkedToTheirOwnBlocksOrFailWithTheReason) {
-  for (const DamagedCase& c : kCases) {
-    SCOPED_TRACE(c.file);
-    const Drawing d = testing::ReadFixture(std::string("layout-links/") + c.file);
-    ASSERT_EQ(d.layouts.size(), c.layouts.size() + 1);  // and the model
+  for (const char* file :
+       {"layouts.dxf", "no-block-record-table-header.dxf", "no-tables-section-header.dxf",
+        "no-blocks-section-header.dxf", "no-blocks-section-end.dxf", "no-entities-section-end.dxf",
+        "layout-link-wrong.dxf", "layout-block-missing.dxf", "model-space-record-renamed.dxf"}) {
+    SCOPED_TRACE(file);
+    const Drawing d = testing::ReadFixture(std::string("layout-links/") + file);
+    ASSERT_EQ(d.layouts.size(), 4u);  // and the model
     EXPECT_EQ(TextsOf(*d.LayoutBlock(d.layouts[0])), std::vector<std::string>{"MODELE"});
-    for (std::size_t i = 0; i < c.layouts.size(); ++i) {
-      const ExpectedLayout& expected = c.layouts[i];
+    const std::pair<const char*, const char*> layouts[] = {
+        {"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}};
+    for (std::size_t i = 0; i < 3; ++i) {
+      const auto [name, text] = layouts[i];
       const Layout& layout = d.layouts[i + 1];
-      SCOPED_TRACE(expected.name);
-      EXPECT_EQ(layout.name, expected.name);
+      SCOPED_TRACE(name);
+      EXPECT_EQ(layout.name, name);
       const Block* block = d.LayoutBlock(layout);
-      if (expected.text == nullptr) {
+      if (file == std::string("layout-block-missing.dxf") && i == 2) {
         EXPECT_EQ(block, nullptr);
-        EXPECT_NE(layout.blockError.find(c.file), std::string::npos) << layout.blockError;
-        EXPECT_NE(layout.blockError.find(expected.name), std::string::npos) << layout.blockError;
+        EXPECT_THAT(layout.blockError, AllOf(HasSubstr(file), HasSubstr(name)));
         continue;
       }
       EXPECT_EQ(layout.blockError, "");
       ASSERT_NE(block, nullptr);
-      EXPECT_EQ(TextsOf(*block), std::vector<std::string>{expected.text});
+      EXPECT_EQ(TextsOf(*block), std::vector<std::string>{text});
     }
   }
 }

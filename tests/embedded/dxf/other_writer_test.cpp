@@ -5,7 +5,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <ostream>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -16,6 +20,12 @@ namespace sheafwork::embedded {
 namespace {
 
 using testing::All;
+using ::testing::AllOf;
+using ::testing::DoubleEq;
+using ::testing::ElementsAre;
+using ::testing::Field;
+using ::testing::Pointee;
+using ::testing::SizeIs;
 
 const Block& Model(const Drawing& d) {
   const Block* model = d.FindBlock("*Model_Space");
@@ -28,6 +38,8 @@ struct OtherWriterFile {
   bool release12;
 };
 
+void PrintTo(const OtherWriterFile& file, std::ostream* out) { *out << file.name; }
+
 Drawing Read(const OtherWriterFile& file) {
   return testing::ReadFixture(std::string("other-writer/") + file.name);
 }
@@ -39,24 +51,19 @@ TEST_P(OtherWriterTest, TablesAndModelSpaceAreRead) {
 
   const Layer* walls = drawing.FindLayer("murs");
   ASSERT_NE(walls, nullptr);
-  EXPECT_EQ(walls->color, 1);
-  EXPECT_TRUE(walls->on);
+  EXPECT_EQ(std::tuple(walls->color, walls->on), std::tuple(1, true));
   const Layer* hidden = drawing.FindLayer("CACHE");
   ASSERT_NE(hidden, nullptr);
-  EXPECT_FALSE(hidden->on);
-  EXPECT_EQ(hidden->color, 3);
+  EXPECT_EQ(std::tuple(hidden->color, hidden->on), std::tuple(3, false));
 
   const Block& model = Model(drawing);
   EXPECT_EQ(All<Line>(model).size(), 2u);
-  ASSERT_EQ(All<Circle>(model).size(), 1u);
-  EXPECT_DOUBLE_EQ(All<Circle>(model)[0]->radius, 20);
-  ASSERT_EQ(All<Arc>(model).size(), 1u);
-  EXPECT_DOUBLE_EQ(All<Arc>(model)[0]->endAngle, 90);
-  ASSERT_EQ(All<Text>(model).size(), 1u);
-  EXPECT_EQ(All<Text>(model)[0]->text, "Élévation °");
-  ASSERT_EQ(All<Insert>(model).size(), 1u);
-  EXPECT_EQ(All<Insert>(model)[0]->block, "PORTE");
-  EXPECT_DOUBLE_EQ(All<Insert>(model)[0]->rotation, 30);
+  EXPECT_THAT(All<Circle>(model), ElementsAre(Pointee(Field(&Circle::radius, DoubleEq(20)))));
+  EXPECT_THAT(All<Arc>(model), ElementsAre(Pointee(Field(&Arc::endAngle, DoubleEq(90)))));
+  EXPECT_THAT(All<Text>(model), ElementsAre(Pointee(Field(&Text::text, "Élévation °"))));
+  EXPECT_THAT(All<Insert>(model),
+              ElementsAre(Pointee(
+                  AllOf(Field(&Insert::block, "PORTE"), Field(&Insert::rotation, DoubleEq(30))))));
   const Block* door = drawing.FindBlock("porte");
   ASSERT_NE(door, nullptr);
   EXPECT_EQ(door->entities.size(), 2u);
@@ -67,13 +74,11 @@ TEST_P(OtherWriterTest, TablesAndModelSpaceAreRead) {
   const Polyline& polyline = *All<Polyline>(model)[0];
   ASSERT_EQ(polyline.vertices.size(), 3u);
   EXPECT_DOUBLE_EQ(polyline.vertices[0].bulge, 0.5);
-  ASSERT_EQ(All<Ellipse>(model).size(), 1u);
-  EXPECT_DOUBLE_EQ(All<Ellipse>(model)[0]->ratio, 0.5);
-  ASSERT_EQ(All<MText>(model).size(), 1u);
-  EXPECT_EQ(All<MText>(model)[0]->text, "Ligne 1\\PLigne 2");
-  ASSERT_EQ(All<Hatch>(model).size(), 1u);
-  EXPECT_TRUE(All<Hatch>(model)[0]->solid);
-  ASSERT_EQ(All<Hatch>(model)[0]->loops.size(), 1u);
+  EXPECT_THAT(All<Ellipse>(model), ElementsAre(Pointee(Field(&Ellipse::ratio, DoubleEq(0.5)))));
+  EXPECT_THAT(All<MText>(model), ElementsAre(Pointee(Field(&MText::text, "Ligne 1\\PLigne 2"))));
+  EXPECT_THAT(
+      All<Hatch>(model),
+      ElementsAre(Pointee(AllOf(Field(&Hatch::solid, true), Field(&Hatch::loops, SizeIs(1))))));
   ASSERT_EQ(All<Spline>(model).size(), 1u);
   EXPECT_FALSE(All<Spline>(model)[0]->controlPoints.empty() &&
                All<Spline>(model)[0]->fitPoints.empty());
@@ -86,25 +91,24 @@ TEST_P(OtherWriterTest, LayoutsAndViewports) {
 
   if (GetParam().release12) {
     // No layout objects: the model and the one paper space.
-    EXPECT_THAT(names, ::testing::ElementsAre("Model", "Présentation1"));
+    EXPECT_THAT(names, ElementsAre("Model", "Présentation1"));
     return;
   }
-  EXPECT_THAT(names, ::testing::ElementsAre("Model", "Layout1", "Deuxième"));
+  EXPECT_THAT(names, ElementsAre("Model", "Layout1", "Deuxième"));
   EXPECT_TRUE(drawing.layouts[0].IsModel());
   const Layout& sheet = drawing.layouts[1];
   EXPECT_FALSE(sheet.IsModel());
-  EXPECT_DOUBLE_EQ(sheet.settings.paperWidth, 420);
-  EXPECT_DOUBLE_EQ(sheet.settings.paperHeight, 297);
+  EXPECT_EQ(std::tuple(sheet.settings.paperWidth, sheet.settings.paperHeight),
+            std::tuple(420, 297));
   const Block* paper = drawing.LayoutBlock(sheet);
   ASSERT_NE(paper, nullptr);
   EXPECT_EQ(All<Line>(*paper).size(), 1u);
   // The layout's own viewport and the one added onto model space.
   const auto viewports = All<Viewport>(*paper);
   ASSERT_EQ(viewports.size(), 2u);
-  EXPECT_DOUBLE_EQ(viewports[1]->width, 300);
-  EXPECT_DOUBLE_EQ(viewports[1]->height, 200);
-  EXPECT_DOUBLE_EQ(viewports[1]->viewHeight, 150);
-  EXPECT_DOUBLE_EQ(viewports[1]->viewCenter.x, 100);
+  const Viewport& added = *viewports[1];
+  EXPECT_EQ(std::tuple(added.width, added.height, added.viewHeight, added.viewCenter.x),
+            std::tuple(300, 200, 150, 100));
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, OtherWriterTest,
@@ -114,9 +118,9 @@ INSTANTIATE_TEST_SUITE_P(Files, OtherWriterTest,
                                            OtherWriterFile{"ezbin-r2018.dxf", false}),
                          [](const ::testing::TestParamInfo<OtherWriterFile>& info) {
                            std::string name = info.param.name;
-                           for (char& c : name) {
-                             if (c == '-' || c == '.') c = '_';
-                           }
+                           std::replace_if(
+                               name.begin(), name.end(),
+                               [](char c) { return c == '-' || c == '.'; }, '_');
                            return name;
                          });
 
@@ -134,22 +138,15 @@ TEST(MTextReadingTest, ColumnLayoutsInBothForms) {
     }
     ASSERT_EQ(laidOut.size(), 3u);
     const MTextColumns& fixed = laidOut[0]->extras->columns;
-    EXPECT_EQ(fixed.type, 1);
-    EXPECT_EQ(fixed.count, 3);
-    EXPECT_DOUBLE_EQ(fixed.width, 30);
-    EXPECT_DOUBLE_EQ(fixed.gutter, 5);
-    EXPECT_DOUBLE_EQ(fixed.height, 40);
+    EXPECT_EQ(std::tuple(fixed.type, fixed.count, fixed.width, fixed.gutter, fixed.height),
+              std::tuple(1, 3, 30, 5, 40));
     const MTextColumns& flowing = laidOut[1]->extras->columns;
-    EXPECT_EQ(flowing.type, 2);
-    EXPECT_TRUE(flowing.autoHeight);
-    EXPECT_DOUBLE_EQ(flowing.width, 40);
-    EXPECT_DOUBLE_EQ(flowing.gutter, 4);
-    EXPECT_DOUBLE_EQ(flowing.height, 20);
+    EXPECT_EQ(
+        std::tuple(flowing.type, flowing.autoHeight, flowing.width, flowing.gutter, flowing.height),
+        std::tuple(2, true, 40, 4, 20));
     const MTextColumns& manual = laidOut[2]->extras->columns;
-    EXPECT_EQ(manual.type, 2);
-    EXPECT_FALSE(manual.autoHeight);
-    EXPECT_EQ(manual.count, 2);
-    EXPECT_EQ(manual.heights, (std::vector<double>{10, 25}));
+    EXPECT_EQ(std::tuple(manual.type, manual.autoHeight, manual.count, manual.heights),
+              std::tuple(2, false, 2, std::vector<double>{10, 25}));
     // The embedded object repeats the insertion point in codes of its own:
     // it must not move the text.
     EXPECT_DOUBLE_EQ(laidOut[0]->insert.y, 100);
@@ -162,11 +159,10 @@ TEST(MTextReadingTest, AttributeVisibilityIsTheAttributesOwn) {
   const Drawing drawing = testing::ReadFixture("mtext/attributes-r2018.dxf");
   const std::vector<const Insert*> inserts = All<Insert>(Model(drawing));
   ASSERT_EQ(inserts.size(), 1u);
-  ASSERT_EQ(inserts[0]->attributes.size(), 2u);
-  EXPECT_EQ(inserts[0]->attributes[0].tag, "TITRE");
-  EXPECT_FALSE(inserts[0]->attributes[0].invisible);
-  EXPECT_EQ(inserts[0]->attributes[1].tag, "CACHE");
-  EXPECT_TRUE(inserts[0]->attributes[1].invisible);
+  EXPECT_THAT(
+      inserts[0]->attributes,
+      ElementsAre(AllOf(Field(&Attribute::tag, "TITRE"), Field(&Attribute::invisible, false)),
+                  AllOf(Field(&Attribute::tag, "CACHE"), Field(&Attribute::invisible, true))));
 }
 
 // tests/data/dxf/entities: kinds of entity that drawings from other programs
@@ -177,15 +173,13 @@ TEST(EntityKinds, MeshesBecomeTheirVisibleEdges) {
   const Drawing d = Read("meshes.dxf");
   const auto meshes = All<MeshEdges>(Model(d));
   ASSERT_EQ(meshes.size(), 3u);
-  // Polyface: two squares, the shared edge hidden in the second only.
-  EXPECT_EQ(meshes[0]->vertices.size(), 6u);
-  EXPECT_EQ(meshes[0]->edges.size(), 2 * 7u);
-  // Polygon mesh 3 × 3, open both ways: 2 × 3 edges each way.
-  EXPECT_EQ(meshes[1]->vertices.size(), 9u);
-  EXPECT_EQ(meshes[1]->edges.size(), 2 * 12u);
-  // MESH: one square face.
-  EXPECT_EQ(meshes[2]->vertices.size(), 4u);
-  EXPECT_EQ(meshes[2]->edges.size(), 2 * 4u);
+  // Vertices and edge ends of a polyface of two squares, the shared edge
+  // hidden in the second only; of a polygon mesh 3 × 3, open both ways (2 × 3
+  // edges each way); of a MESH of one square face.
+  const std::pair<std::size_t, std::size_t> expected[] = {{6, 2 * 7}, {9, 2 * 12}, {4, 2 * 4}};
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_EQ(std::pair(meshes[i]->vertices.size(), meshes[i]->edges.size()), expected[i]) << i;
+  }
   EXPECT_TRUE(d.skippedEntities.empty());
 }
 

@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "embedded/dxf/dxf_fixtures.h"
@@ -14,27 +16,32 @@
 namespace sheafwork::embedded {
 namespace {
 
+using ::testing::_;
+using ::testing::ElementsAre;
+using ::testing::Pair;
 using testing::ReadFixture;
+
+// The name and the block name of each layout, in order.
+std::vector<std::pair<std::string, std::string>> NamesAndBlocks(const Drawing& d) {
+  std::vector<std::pair<std::string, std::string>> names;
+  for (const Layout& layout : d.layouts) names.emplace_back(layout.name, layout.blockName);
+  return names;
+}
 
 // layouts.dxf: a LAYOUT's plot-settings part and layout part both use codes
 // 1, 70 and 330; the layouts are stored out of tab order.
 TEST(ReaderLayouts, TakesEachCodeFromItsSubclassAndSortsByTabOrder) {
   const Drawing d = ReadFixture("layouts/layouts.dxf");
-  ASSERT_EQ(d.layouts.size(), 3u);
-  EXPECT_EQ(d.layouts[0].name, "Model");
-  EXPECT_EQ(d.layouts[1].name, "Plan");
-  EXPECT_EQ(d.layouts[2].name, "Façade");
-  EXPECT_EQ(d.layouts[0].blockName, "*Model_Space");
-  EXPECT_EQ(d.layouts[1].blockName, "*Paper_Space");
-  EXPECT_EQ(d.layouts[2].blockName, "*Paper_Space7");
+  ASSERT_THAT(NamesAndBlocks(d),
+              ElementsAre(Pair("Model", "*Model_Space"), Pair("Plan", "*Paper_Space"),
+                          Pair("Façade", "*Paper_Space7")));
   EXPECT_TRUE(d.layouts[0].IsModel());
   EXPECT_FALSE(d.layouts[2].IsModel());
-  EXPECT_EQ(d.layouts[1].settings.pageSetupName, "applied setup");
-  EXPECT_EQ(d.layouts[1].settings.flags, 688);  // not the layout's own 70
-  EXPECT_EQ(d.layouts[1].settings.configName, "DWG To PDF.pc3");
-  EXPECT_EQ(d.layouts[1].limMin.x, -20);
-  EXPECT_EQ(d.layouts[1].limMax.y, 289.5);
-  EXPECT_EQ(d.layouts[1].handle, "59");
+  // The flags are the plot settings' 70, not the layout's own.
+  const Layout& plan = d.layouts[1];
+  EXPECT_EQ(std::tuple(plan.settings.pageSetupName, plan.settings.flags, plan.settings.configName,
+                       plan.limMin.x, plan.limMax.y, plan.handle),
+            std::tuple("applied setup", 688, "DWG To PDF.pc3", -20, 289.5, "59"));
   // $TILEMODE 0: the layout on *Paper_Space was active.
   EXPECT_EQ(d.layouts[d.activeLayout].name, "Plan");
   EXPECT_EQ(ReadFixture("layouts/layouts-tilemode-1.dxf").activeLayout, 0u);
@@ -49,13 +56,9 @@ TEST(ReaderLayouts, BrokenLinksBetweenLayoutsAndBlockRecords) {
   // nowhere and gets the paper-space block left over; no model layout is
   // listed at all.
   const Drawing d = ReadFixture("layouts/broken-links.dxf");
-  ASSERT_EQ(d.layouts.size(), 3u);
-  EXPECT_EQ(d.layouts[0].name, "Model");
+  ASSERT_THAT(NamesAndBlocks(d), ElementsAre(Pair("Model", _), Pair("Plan", "*Paper_Space"),
+                                             Pair("Coupe", "*Paper_Space7")));
   EXPECT_TRUE(d.layouts[0].IsModel());
-  EXPECT_EQ(d.layouts[1].name, "Plan");
-  EXPECT_EQ(d.layouts[1].blockName, "*Paper_Space");
-  EXPECT_EQ(d.layouts[2].name, "Coupe");
-  EXPECT_EQ(d.layouts[2].blockName, "*Paper_Space7");
   EXPECT_FALSE(d.layouts[2].IsModel());  // the block decides, not the flag
 }
 
@@ -63,35 +66,20 @@ TEST(ReaderLayouts, BlocksKeepTheirBaseFlagsAndExternalPath) {
   const Drawing d = ReadFixture("layouts/xref-block.dxf");
   const Block* b = d.FindBlock("FOND");
   ASSERT_NE(b, nullptr);
-  EXPECT_TRUE(b->IsXref());
-  EXPECT_EQ(b->xrefPath, "..\\fonds\\fond.dxf");
-  EXPECT_EQ(b->layer, "Cadre");
-  EXPECT_EQ(b->base.y, 6);
+  EXPECT_EQ(std::tuple(b->IsXref(), b->xrefPath, b->layer, b->base.y),
+            std::tuple(true, "..\\fonds\\fond.dxf", "Cadre", 6));
 }
 
 TEST(ReaderTables, LayerStates) {
-  struct Case {
-    const char* name;  ///< in another letter case than in the file
-    bool on, frozen, locked, plottable;
-    int shownColor;
-  };
-  const Case cases[] = {
-      {"ALLUME", true, false, false, true, 1}, {"eteint", false, false, false, true, 3},
-      {"gele", true, true, false, true, 5},    {"verrouille", true, false, true, true, 5},
-      {"fige", true, true, true, false, 7},    {"cache", false, false, false, false, 7},
-  };
   const Drawing d = ReadFixture("tables/layers.dxf");
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    const Layer* layer = d.FindLayer(c.name);
+  for (const auto& row : sheafwork::testing::ReadTestTable("dxf/tables/layers.tsv")) {
+    SCOPED_TRACE(row.where);
+    const Layer* layer = d.FindLayer(row[0]);
     ASSERT_NE(layer, nullptr);
-    EXPECT_EQ(layer->on, c.on);
-    EXPECT_EQ(layer->frozen, c.frozen);
-    EXPECT_EQ(layer->locked, c.locked);
-    EXPECT_EQ(layer->plottable, c.plottable);
-    EXPECT_EQ(layer->color, c.shownColor);
-    EXPECT_EQ(layer->linetype, "DASHED");
-    EXPECT_EQ(layer->lineweight, kLineweightDefault);
+    EXPECT_EQ(std::tuple(layer->on, layer->frozen, layer->locked, layer->plottable, layer->color,
+                         layer->linetype, layer->lineweight),
+              std::tuple(row[1] == "1", row[2] == "1", row[3] == "1", row[4] == "1",
+                         std::stoi(row[5]), "DASHED", kLineweightDefault));
   }
 }
 
@@ -100,12 +88,9 @@ TEST(ReaderTables, TextStylesKeepFontFilesAndShapeRecords) {
   ASSERT_EQ(d.textStyles.size(), 3u);
   const TextStyle* cotes = d.FindTextStyle("COTES");
   ASSERT_NE(cotes, nullptr);
-  EXPECT_EQ(cotes->fontFile, "romans.shx");
-  EXPECT_EQ(cotes->bigFontFile, "bigfont.shx");
-  EXPECT_DOUBLE_EQ(cotes->widthFactor, 0.8);
-  EXPECT_DOUBLE_EQ(cotes->oblique, 15);
-  EXPECT_EQ(cotes->generation, 2);
-  EXPECT_FALSE(cotes->isShapeFile);
+  EXPECT_EQ(std::tuple(cotes->fontFile, cotes->bigFontFile, cotes->widthFactor, cotes->oblique,
+                       cotes->generation, cotes->isShapeFile),
+            std::tuple("romans.shx", "bigfont.shx", 0.8, 15, 2, false));
   EXPECT_EQ(d.FindTextStyle("Titre")->trueTypeFamily, "Arial Narrow");
   EXPECT_TRUE(d.textStyles[2].isShapeFile);
   EXPECT_EQ(d.textStyles[2].fontFile, "ltypeshp.shx");
@@ -115,18 +100,15 @@ TEST(ReaderTables, TextStylesKeepFontFilesAndShapeRecords) {
 TEST(ReaderTables, ViewsLinetypesAndTheActiveViewport) {
   const Drawing d = ReadFixture("tables/views-linetypes.dxf");
   ASSERT_TRUE(d.activeView.has_value());
-  EXPECT_EQ(d.activeView->center.x, 50);
-  EXPECT_EQ(d.activeView->height, 80);
-  EXPECT_EQ(d.activeView->aspect, 1.5);
-  EXPECT_EQ(d.activeView->twist, 10);
+  EXPECT_EQ(std::tuple(d.activeView->center.x, d.activeView->height, d.activeView->aspect,
+                       d.activeView->twist),
+            std::tuple(50, 80, 1.5, 10));
   const Linetype* lt = d.FindLinetype("dashdot");
   ASSERT_NE(lt, nullptr);
   EXPECT_EQ(lt->dashes, (std::vector<double>{1, -0.5, 0}));
   const View* v = d.FindView("Coupe");
   ASSERT_NE(v, nullptr);
-  EXPECT_TRUE(v->paperSpace);
-  EXPECT_EQ(v->width, 60);
-  EXPECT_EQ(v->center.y, 6);
+  EXPECT_EQ(std::tuple(v->paperSpace, v->width, v->center.y), std::tuple(true, 60, 6));
 }
 
 // Each file holds one TEXT in a drawing of ANSI_1252 code page.
@@ -147,15 +129,11 @@ TEST(ReaderText, DecodesByReleaseAndUnicodeEscapes) {
 
 TEST(ReaderHeader, ReadsTheVariablesTheHostUses) {
   const Drawing d = ReadFixture("tables/header.dxf");
-  EXPECT_EQ(d.header.insUnits, 4);
-  EXPECT_FALSE(d.header.extMin.has_value());  // stored as ±1e+20: never set
-  EXPECT_FALSE(d.header.extMax.has_value());
-  EXPECT_EQ(d.header.limMax.x, 841);
-  EXPECT_EQ(d.header.ltScale, 2.5);
-  EXPECT_FALSE(d.header.fillMode);
-  EXPECT_FALSE(d.header.psLtScale);
-  EXPECT_EQ(d.header.styleSheet, "monochrome.ctb");
-  EXPECT_EQ(d.header.pdMode, 35);
+  // The extents are stored as ±1e+20: never set.
+  EXPECT_EQ(std::tuple(d.header.insUnits, d.header.extMin.has_value(), d.header.extMax.has_value(),
+                       d.header.limMax.x, d.header.ltScale, d.header.fillMode, d.header.psLtScale,
+                       d.header.styleSheet, d.header.pdMode),
+            std::tuple(4, false, false, 841, 2.5, false, false, "monochrome.ctb", 35));
 
   const Drawing set = ReadFixture("tables/header-extents.dxf");
   ASSERT_TRUE(set.header.extMin.has_value());
