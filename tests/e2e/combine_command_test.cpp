@@ -49,7 +49,7 @@ TEST_F(CombineCommand, GathersEverySheetPlottedInPlotOrder) {
   // by layout, the drawing's rows apart in the list or not.
   std::string error;
   const std::vector<reading::OutlineEntry> outline =
-      reading::ReadOutline(reading::ReadStructure(combined), error);
+      reading::ReadOutline(embedded::pdf::ReadPdfPart(combined), error);
   EXPECT_EQ(error, "");
   struct Expected {
     std::string title;

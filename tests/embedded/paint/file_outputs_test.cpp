@@ -33,16 +33,16 @@ Drawing KnownDrawing() {
   for (Vec2 p : {Vec2{30, 20}, Vec2{130, 20}, Vec2{130, 90}, Vec2{30, 90}}) {
     rect.vertices.push_back({{p.x, p.y, 0}, 0, 0, 0});
   }
-  ModelSpace(d).entities.push_back(Heavy(MakeEntity(rect)));
-  ModelSpace(d).entities.push_back(Heavy(MakeLine({30, 20}, {130, 90})));
-  ModelSpace(d).entities.push_back(Heavy(MakeEntity(Circle{{100, 40, 0}, 12, kUnitZ})));
-  ModelSpace(d).entities.push_back(Heavy(MakeEntity(Arc{{70, 40, 0}, 8, 30, 250, kUnitZ})));
-  ModelSpace(d).entities.push_back(Heavy(MakeEntity(Point{{115, 80, 0}})));
+  std::vector<Entity>& entities = ModelSpace(d).entities;
+  entities = {MakeEntity(rect), MakeLine({30, 20}, {130, 90}),
+              MakeEntity(Circle{{100, 40, 0}, 12, kUnitZ}),
+              MakeEntity(Arc{{70, 40, 0}, 8, 30, 250, kUnitZ}), MakeEntity(Point{{115, 80, 0}})};
+  for (Entity& e : entities) e.props.lineweight = 50;  // wide enough to find in pixels
   Solid solid;
   solid.corners = {Vec3{40, 60, 0}, Vec3{70, 60, 0}, Vec3{40, 85, 0}, Vec3{40, 85, 0}};
   Entity filled = MakeEntity(solid);
   filled.props.color = 1;
-  ModelSpace(d).entities.push_back(filled);
+  entities.push_back(filled);
   d.Reindex();
   return d;
 }

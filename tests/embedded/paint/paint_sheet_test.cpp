@@ -39,7 +39,7 @@ TEST(PaintSheetTest, SolidHatchFillsBetweenItsLoops) {
   ModelSpace(d).entities.push_back(e);
   d.Reindex();
 
-  const QImage image = RenderSheet(d, ModelLayout(d), OneToOneSettings(100), kPx);
+  const QImage image = RenderSheet(d, ModelOf(d), OneToOneSettings(100), kPx);
   EXPECT_EQ(ColorAt(image, kPx, {30, 30}), 0xFF0000u);
   EXPECT_EQ(ColorAt(image, kPx, {50, 50}), 0xFFFFFFu);  // the island
   EXPECT_EQ(ColorAt(image, kPx, {50, 65}), 0xFF0000u);
@@ -51,7 +51,7 @@ TEST(PaintSheetTest, RefusesJobsWithoutDrawingOrPaper) {
   PlotJob job;
   EXPECT_THROW(PlanSheet(job), PlotError);
   job.drawing = &d;
-  job.layout = &ModelLayout(d);
+  job.layout = &ModelOf(d);
   job.settings.paperWidth = 0;
   EXPECT_THROW(PlanSheet(job), PlotError);
 }

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <functional>
 
 #include "fakes/temp_folder.h"
 #include "support/pdf_reading.h"
@@ -12,7 +11,6 @@ namespace sheafwork::embedded::pdf {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::ReadStructure;
 
 // A page of `n` squares, in points, each in its own grey.
 void DrawSquares(ContentStream& page, int n) {
@@ -48,24 +46,14 @@ TEST(PdfDocumentTest, TheOutlineIsATreeOfTitledEntriesOpeningPages) {
     document.SetOutline(outline);
     document.Close();
   }
-  const testing::ReadPdf pdf = ReadStructure(path);
-  ASSERT_EQ(pdf.error, "");
+  const PdfPart pdf = ReadPdfPart(path);
   std::string error;
-  const std::vector<testing::OutlineEntry> read = testing::ReadOutline(pdf, error);
+  // What was given, the entry without a page opening none.
+  EXPECT_EQ(testing::Flat(testing::ReadOutline(pdf, error)),
+            (std::vector<std::string>{"0 rez-de-chaussee.dxf 0", "1 Plan A3 0", "1 Plan A1 2",
+                                      "0 étage (1).dxf 1", "1 Détail Ω ⌀ 😀 1", "0 sans page -1"}));
   EXPECT_EQ(error, "");
-  // What was given, each entry without a page opening none.
-  std::function<void(const std::vector<OutlineItem>&, const std::vector<testing::OutlineEntry>&)>
-      expectSame = [&](const auto& given, const auto& found) {
-        ASSERT_EQ(found.size(), given.size());
-        for (std::size_t i = 0; i < given.size(); ++i) {
-          SCOPED_TRACE(given[i].title);
-          EXPECT_EQ(found[i].title, given[i].title);
-          EXPECT_EQ(found[i].page, given[i].page < 3 ? given[i].page : -1);
-          expectSame(given[i].children, found[i].children);
-        }
-      };
-  expectSame(outline, read);
-  EXPECT_NE(testing::ObjectText(pdf, 1).find("/PageMode /UseOutlines"), std::string::npos);
+  EXPECT_TRUE(testing::CatalogOf(pdf).NameIs("PageMode", "UseOutlines"));
 
   const std::string plain = folder.File("simple.pdf");
   {
@@ -73,7 +61,7 @@ TEST(PdfDocumentTest, TheOutlineIsATreeOfTitledEntriesOpeningPages) {
     DrawSquares(document.BeginPage(595, 842), 1);
     document.Close();
   }
-  EXPECT_EQ(testing::ObjectText(ReadStructure(plain), 1).find("/Outlines"), std::string::npos);
+  EXPECT_EQ(testing::CatalogOf(ReadPdfPart(plain)).Find("Outlines"), nullptr);
 }
 
 TEST(PdfDocumentTest, APageInManyStreamsReadsAsTheSamePage) {
@@ -95,15 +83,16 @@ TEST(PdfDocumentTest, APageInManyStreamsReadsAsTheSamePage) {
   std::size_t streams[2] = {0, 0};
   int k = 0;
   for (const std::string& path : {whole, chunked}) {
-    const testing::ReadPdf pdf = ReadStructure(path);
-    ASSERT_EQ(pdf.error, "") << path;
-    const auto pages = testing::PageContents(pdf);
-    ASSERT_EQ(pages.size(), 1u);
-    streams[k] = pages[0].size();
-    for (int object : pages[0]) {
-      std::string error;
-      contents[k] += testing::InflatedStream(pdf, object, error);
-      ASSERT_EQ(error, "");
+    const PdfPart pdf = ReadPdfPart(path);
+    ASSERT_EQ(pdf.pages.size(), 1u);
+    const PdfValue page = testing::ObjectOf(pdf, pdf.pages[0].object);
+    const PdfValue* streamsOfPage = page.Find("Contents");
+    ASSERT_NE(streamsOfPage, nullptr);
+    streams[k] = streamsOfPage->items.size();
+    for (const PdfValue& object : streamsOfPage->items) {
+      std::string stream;
+      testing::ObjectOf(pdf, static_cast<int>(object.number), &stream);
+      contents[k] += stream;
     }
     ++k;
   }
@@ -132,7 +121,7 @@ TEST(PdfDocumentTest, AFileAlreadyThereIsReplacedOnlyWhenCloseSucceeds) {
     DrawSquares(document.BeginPage(100, 100), 5);
     document.Close();
   }
-  EXPECT_EQ(ReadStructure(path).error, "");
+  EXPECT_NO_THROW(ReadPdfPart(path));
   EXPECT_EQ(FilesIn(folder.path()), std::vector<std::string>{"plan.pdf"});
 
   // The target turns into a folder before the file can take its place.

@@ -67,22 +67,29 @@ TEST(LinetypeTest, ResolvedLikeColourAndScaledByEveryScale) {
     SCOPED_TRACE(c.name);
     Drawing d = DashedDrawing();
     d.header.ltScale = c.globalScale;
-    AddLayer(d, "Axes").linetype = c.layerLinetype;
+    Layer axes;
+    axes.name = "Axes";
+    axes.linetype = c.layerLinetype;
+    d.layers.push_back(axes);
     Entity line = MakeLine({0, 0}, {10 / c.blockScale, 0}, "Axes");
     line.props.linetype = c.entityLinetype;
     line.props.linetypeScale = c.entityScale;
     if (c.insertLinetype == nullptr) {
       ModelSpace(d).entities.push_back(line);
     } else {
-      AddBlock(d, "B").entities.push_back(line);
-      Entity insert = MakeInsert("B", {0, 0}, "Axes");
-      insert.props.linetype = c.insertLinetype;
-      std::get<Insert>(insert.geometry).scale = {c.blockScale, c.blockScale, 1};
-      ModelSpace(d).entities.push_back(insert);
+      Block block;
+      block.name = "B";
+      block.entities = {line};
+      d.blocks.push_back(block);
+      Insert insert;
+      insert.block = "B";
+      insert.scale = {c.blockScale, c.blockScale, 1};
+      ModelSpace(d).entities.push_back(MakeEntity(insert, "Axes"));
+      ModelSpace(d).entities.back().props.linetype = c.insertLinetype;
     }
     d.Reindex();
     FrontendStats stats;
-    EXPECT_EQ(StrokesOf(DrawLayout(d, ModelLayout(d), {}, &stats)), c.strokes);
+    EXPECT_EQ(StrokesOf(DrawLayout(d, ModelOf(d), {}, &stats)), c.strokes);
     EXPECT_EQ(stats.denseLinetypes, c.dense ? 1u : 0u);
   }
   // A dashed circle is cut, not handed over as one arc.
@@ -91,7 +98,7 @@ TEST(LinetypeTest, ResolvedLikeColourAndScaledByEveryScale) {
   circle.props.linetype = "TIRETS";
   ModelSpace(d).entities.push_back(circle);
   d.Reindex();
-  EXPECT_EQ(StrokesOf(DrawLayout(d, ModelLayout(d))), 21u);  // 62.8 / 3, rounded up
+  EXPECT_EQ(StrokesOf(DrawLayout(d, ModelOf(d))), 21u);  // 62.8 / 3, rounded up
 }
 
 TEST(LinetypeTest, PolylineGenerationFlagKeepsThePhaseAcrossVertices) {
@@ -105,7 +112,7 @@ TEST(LinetypeTest, PolylineGenerationFlagKeepsThePhaseAcrossVertices) {
     e.props.linetype = "TIRETS";
     ModelSpace(d).entities.push_back(e);
     d.Reindex();
-    const RecordingBackend rec = DrawLayout(d, ModelLayout(d));
+    const RecordingBackend rec = DrawLayout(d, ModelOf(d));
     if (generation) {
       // 0-2, 3-5 round the corner, 6-8.
       ASSERT_EQ(StrokesOf(rec), 3u);
@@ -142,12 +149,12 @@ TEST(WipeoutTest, MasksWhatCameBeforeOnly) {
   ModelSpace(d).entities.push_back(over);
   d.Reindex();
 
-  const RecordingBackend rec = DrawLayout(d, ModelLayout(d));
+  const RecordingBackend rec = DrawLayout(d, ModelOf(d));
   ASSERT_EQ(rec.items.size(), 3u);
   EXPECT_EQ(rec.items[1].kind, Recorded::Kind::Fill);
   EXPECT_EQ(rec.items[1].style.rgb, 0xFFFFFFu);
 
-  const QImage image = RenderSheet(d, ModelLayout(d), OneToOneSettings(100), kPx);
+  const QImage image = RenderSheet(d, ModelOf(d), OneToOneSettings(100), kPx);
   EXPECT_TRUE(InkNear(image, kPx, {25, 25}, 0.1));  // the solid around
   EXPECT_FALSE(InkNear(image, kPx, {45, 45}, 1));   // masked
   EXPECT_FALSE(InkNear(image, kPx, {55, 55}, 1));

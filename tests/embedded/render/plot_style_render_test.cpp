@@ -93,7 +93,7 @@ TEST(PlotStylePenTest, InlineColoursOfMultilineTextGoThroughTheTable) {
   for (const bool withTable : {true, false}) {
     FrontendOptions options;
     if (withTable) options.plotStyles = table;
-    const RecordingBackend backend = DrawLayout(d, ModelLayout(d), options);
+    const RecordingBackend backend = DrawLayout(d, ModelOf(d), options);
     for (const Expected& x : expected) {
       SCOPED_TRACE(std::string(x.text) + (withTable ? " (table)" : " (no table)"));
       const auto found = std::find_if(

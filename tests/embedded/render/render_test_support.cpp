@@ -54,14 +54,6 @@ Box2 BoxOf(const std::vector<Recorded>& items, Recorded::Kind kind) {
   return box;
 }
 
-std::vector<const Recorded*> ItemsOf(const std::vector<Recorded>& items, Recorded::Kind kind) {
-  std::vector<const Recorded*> found;
-  for (const Recorded& r : items) {
-    if (r.kind == kind) found.push_back(&r);
-  }
-  return found;
-}
-
 Drawing MakeDrawing() {
   (void)kOffscreen;
   Drawing d;
@@ -91,23 +83,6 @@ Drawing MakeDrawing() {
 }
 
 Block& ModelSpace(Drawing& d) { return d.blocks[0]; }
-Layout& ModelLayout(Drawing& d) { return d.layouts[0]; }
-
-Layer& AddLayer(Drawing& d, const std::string& name) {
-  Layer layer;
-  layer.name = name;
-  d.layers.push_back(layer);
-  d.Reindex();
-  return d.layers.back();
-}
-
-Block& AddBlock(Drawing& d, const std::string& name) {
-  Block block;
-  block.name = name;
-  d.blocks.push_back(block);
-  d.Reindex();
-  return d.blocks.back();
-}
 
 Entity MakeEntity(Geometry geometry, const std::string& layer) {
   Entity e;
@@ -118,25 +93,6 @@ Entity MakeEntity(Geometry geometry, const std::string& layer) {
 
 Entity MakeLine(Vec2 from, Vec2 to, const std::string& layer) {
   return MakeEntity(Line{{from.x, from.y, 0}, {to.x, to.y, 0}}, layer);
-}
-
-Entity MakeInsert(const std::string& block, Vec2 at, const std::string& layer) {
-  Insert insert;
-  insert.block = block;
-  insert.insert = {at.x, at.y, 0};
-  return MakeEntity(insert, layer);
-}
-
-Entity Heavy(Entity e) {
-  e.props.lineweight = 50;
-  return e;
-}
-
-PlotSettings OneToOneSettings(double width, double height) {
-  PlotSettings s = OneToOneSettings(width);
-  s.paperHeight = height;
-  s.windowMax = {width, height};
-  return s;
 }
 
 PlotJob MakeJob(const Drawing& drawing, const Layout& layout, const PlotSettings& settings) {
@@ -162,13 +118,14 @@ RecordingBackend DrawLayout(const Drawing& drawing, const Layout& layout,
   return backend;
 }
 
-PlotSettings OneToOneSettings(double size) {
+PlotSettings OneToOneSettings(double width, double height) {
   PlotSettings s;
-  s.paperWidth = s.paperHeight = size;
+  s.paperWidth = width;
+  s.paperHeight = height;
   s.marginLeft = s.marginBottom = s.marginRight = s.marginTop = 0;
   s.plotType = kPlotWindow;
   s.windowMin = {0, 0};
-  s.windowMax = {size, size};
+  s.windowMax = {width, height};
   s.standardScale = 16;
   s.flags = kUseStandardScale | kPrintLineweights;
   return s;

@@ -27,23 +27,14 @@ const Layout& LayoutNamed(const Drawing& drawing, const std::string& name);
 Drawing MakeDrawing();
 
 Block& ModelSpace(Drawing& drawing);
-Layout& ModelLayout(Drawing& drawing);
-Layer& AddLayer(Drawing& drawing, const std::string& name);
-Block& AddBlock(Drawing& drawing, const std::string& name);
 
 Entity MakeEntity(Geometry geometry, const std::string& layer = "0");
 Entity MakeLine(Vec2 from, Vec2 to, const std::string& layer = "0");
-Entity MakeInsert(const std::string& block, Vec2 at, const std::string& layer = "0");
 
-/// `e` with a 0.5 mm pen (lineweight 50), wide enough to find in pixels.
-Entity Heavy(Entity e);
-
-/// Settings plotting the window 0..size × 0..size at 1:1 on a size × size
-/// mm sheet without margins: drawing units are sheet millimetres.
-PlotSettings OneToOneSettings(double size);
-
-/// The same on a width × height mm sheet.
+/// Settings plotting the window 0..width × 0..height at 1:1 on a width ×
+/// height mm sheet without margins: drawing units are sheet millimetres.
 PlotSettings OneToOneSettings(double width, double height);
+inline PlotSettings OneToOneSettings(double size) { return OneToOneSettings(size, size); }
 
 /// A job plotting `layout` of `drawing` with `settings`.
 PlotJob MakeJob(const Drawing& drawing, const Layout& layout, const PlotSettings& settings);
@@ -92,9 +83,6 @@ class FixedMeasure final : public TextMeasure {
 /// The box of `item`'s points, and of the points of every item of `kind`.
 Box2 BoxOf(const Recorded& item);
 Box2 BoxOf(const std::vector<Recorded>& items, Recorded::Kind kind);
-
-/// The items of `kind`, in the order drawn.
-std::vector<const Recorded*> ItemsOf(const std::vector<Recorded>& items, Recorded::Kind kind);
 
 /// What the frontend hands a backend for `layout`; its counters in `stats`
 /// when given.

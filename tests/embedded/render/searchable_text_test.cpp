@@ -8,7 +8,7 @@
 #include "embedded/pdf/document.h"
 #include "embedded/render/pdf_backend.h"
 #include "fakes/temp_folder.h"
-#include "support/pdf_text.h"
+#include "support/pdf_reading.h"
 #include "text/utf8.h"
 
 namespace sheafwork::embedded {
@@ -16,13 +16,12 @@ namespace {
 
 using sheafwork::testing::TempFolder;
 
-using testing::HavePdftotext;
-using testing::PdfText;
+using pdf::testing::PdfText;
 
 // Past the codes one font can hold, the characters go on in more fonts, a
 // line switching between them as it needs.
 TEST(SearchableTextTest, ManyDistinctCharactersAreAllFound) {
-  if (!HavePdftotext()) GTEST_SKIP() << "pdftotext missing";
+  if (!pdf::testing::HavePoppler()) GTEST_SKIP() << "poppler's tools are not installed";
   std::string line;
   for (char32_t c = 0x400; c < 0x4F0; ++c) AppendUtf8(line, c);  // Cyrillic, 240 characters
   line += " plan ";

@@ -19,7 +19,8 @@ namespace {
 using namespace testing;
 
 std::size_t CountOf(const std::vector<Recorded>& items, Recorded::Kind kind) {
-  return ItemsOf(items, kind).size();
+  return std::count_if(items.begin(), items.end(),
+                       [&](const Recorded& r) { return r.kind == kind; });
 }
 
 void AddStyle(Drawing& d, const std::string& name, const std::string& file,
@@ -55,7 +56,10 @@ TEST(TextDrawingTest, MTextRunsCarryTheirColourAndPlace) {
   const Drawing d = Read("mtext_runs.dxf");
   FixedMeasure measure;
   const RecordingBackend rec = DrawModel(d, &measure);
-  const std::vector<const Recorded*> texts = ItemsOf(rec.items, Recorded::Kind::Text);
+  std::vector<const Recorded*> texts;
+  for (const Recorded& r : rec.items) {
+    if (r.kind == Recorded::Kind::Text) texts.push_back(&r);
+  }
   ASSERT_EQ(texts.size(), 3u);
   EXPECT_EQ(texts[0]->text, "Rouge");
   EXPECT_EQ(texts[0]->style.rgb, 0xFF0000u);
@@ -112,11 +116,9 @@ TEST(TextDrawingTest, TogglesDrawLinesAlongSingleLineText) {
       if (r.kind == Recorded::Kind::Lines)
         points.insert(points.end(), r.points.begin(), r.points.end());
     }
-    ASSERT_EQ(points.size(), c.xs.size());
-    for (std::size_t i = 0; i < points.size(); ++i) {
-      EXPECT_NEAR(points[i].x, 100 + 2 * c.xs[i], 1e-9);
-      EXPECT_NEAR(points[i].y, 2 * c.y, 1e-9);
-    }
+    std::vector<Vec2> expected;
+    for (const double x : c.xs) expected.push_back({100 + 2 * x, 2 * c.y});
+    ExpectNear(points, expected);
   }
   // With a shape font the lines follow the stroke font's widths.
   Drawing d = MakeDrawing();

@@ -48,7 +48,7 @@ TEST(TextMemoryTest, LongTextTakesMemoryNearItsSize) {
     ExtentsBackend backend;
     Frontend frontend(drawing, backend, FrontendOptions{});
     const testing::AllocationMeter meter;
-    frontend.DrawLayout(testing::ModelLayout(drawing), Affine2{});
+    frontend.DrawLayout(testing::ModelOf(drawing), Affine2{});
     EXPECT_LT(meter.PeakBytes(), c.bytesPerChar * kChars);
     EXPECT_FALSE(backend.Extents().Empty());
   }
