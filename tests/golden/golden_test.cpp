@@ -7,7 +7,6 @@
 
 #include <QImage>
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <ostream>

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "embedded/render/render_test_support.h"
 
 namespace sheafwork::embedded {

@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
-#include <cmath>
-#include <string>
 
 #include "embedded/render/frontend.h"
 #include "embedded/render/render_test_support.h"

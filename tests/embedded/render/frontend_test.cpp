@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "embedded/dxf/reader.h"
 #include "embedded/model/xrefs.h"
 #include "embedded/render/plot_area.h"

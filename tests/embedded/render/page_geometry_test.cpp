@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "embedded/render/render_test_support.h"
 
 namespace sheafwork::embedded {

@@ -7,7 +7,11 @@
 #include <string>
 #include <vector>
 
+#include "embedded/pdf/document.h"
 #include "embedded/render/render_test_support.h"
+#include "fakes/temp_folder.h"
+#include "support/pdf_reading.h"
+#include "text/utf8.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -146,6 +150,33 @@ TEST(PdfBackendTest, TextIsInTheTextLayerOnlyWhereItCanBeSeen) {
     EXPECT_EQ(Count(text, "3 Tr\n"), c.shown);
     EXPECT_GT(Count(text, "f*\n"), 0u) << "the glyphs are drawn all the same";
   }
+}
+
+// Text drawn as strokes is also in the PDF as invisible text where it is
+// drawn, and pdftotext finds every character: past the codes one font can
+// hold, the characters go on in more fonts, a line switching between them as
+// it needs.
+TEST(SearchableTextTest, ManyDistinctCharactersAreAllFound) {
+  if (!pdf::testing::HavePoppler()) GTEST_SKIP() << "poppler's tools are not installed";
+  std::string line;
+  for (char32_t c = 0x400; c < 0x4F0; ++c) AppendUtf8(line, c);  // Cyrillic, 240 characters
+  line += " plan ";
+  for (char32_t c = 0x3B1; c < 0x3C9; ++c) AppendUtf8(line, c);  // Greek small letters
+  sheafwork::testing::TempFolder folder;
+  const std::string pdf = folder.File("alphabets.pdf");
+  {
+    pdf::Document document(pdf, {});
+    pdf::ContentStream& page = document.BeginPage(2000, 100);
+    {
+      PdfBackend backend(page, document.Fonts());
+      backend.TextDrawn(line, Affine2{650, 0, 0, 3, 10, 10});
+    }
+    document.EndPage();
+    EXPECT_GE(document.Fonts().Size(), 2u);
+    document.Close();
+  }
+  const std::string text = pdf::testing::PdfText(pdf, "-raw");
+  EXPECT_NE(text.find(line), std::string::npos) << text;
 }
 
 }  // namespace

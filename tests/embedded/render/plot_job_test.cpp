@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 #include "embedded/render/extents_backend.h"
 #include "embedded/render/frontend.h"

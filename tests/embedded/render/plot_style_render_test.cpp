@@ -1,11 +1,13 @@
-// Plot style tables: what the frontend makes of an entity's colour number,
-// and of the colours inside multiline text.
+// Colour numbers: the colours of the palette, and what the frontend makes of
+// an entity's colour number and of the colours inside multiline text through
+// a plot style table.
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
 #include "embedded/plotstyle/plot_style_file.h"
+#include "embedded/render/aci_palette.h"
 #include "embedded/render/frontend.h"
 #include "embedded/render/plot_style_look.h"
 #include "embedded/render/render_test_support.h"
@@ -103,6 +105,15 @@ TEST(PlotStylePenTest, InlineColoursOfMultilineTextGoThroughTheTable) {
       EXPECT_EQ(found->style.rgb, withTable ? x.rgb : x.rgbWithout);
     }
   }
+}
+
+TEST(AciPaletteTest, KnownEntries) {
+  const std::pair<int, std::uint32_t> known[] = {
+      {1, 0xFF0000},   {2, 0xFFFF00},   {3, 0x00FF00},  {5, 0x0000FF},  {7, 0x000000},
+      {8, 0x808080},   {9, 0xC0C0C0},   {10, 0xFF0000}, {11, 0xFF7F7F}, {12, 0xA50000},
+      {20, 0xFF3F00},  {21, 0xFF9F7F},  {30, 0xFF7F00}, {40, 0xFFBF00}, {130, 0x00FFFF},
+      {250, 0x333333}, {255, 0xFFFFFF}, {0, 0x000000},  {256, 0x000000}};
+  for (const auto& [index, rgb] : known) EXPECT_EQ(AciToRgb(index), rgb) << index;
 }
 
 }  // namespace

@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <QtGlobal>
-#include <cmath>
-#include <cstdlib>
 
 #include "embedded/dxf/reader.h"
 #include "fakes/test_data.h"

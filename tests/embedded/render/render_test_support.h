@@ -2,7 +2,6 @@
 // Small drawings built in memory, a backend that records what it is given,
 // and a way to look at painted pixels in sheet millimetres.
 
-#include <QImage>
 #include <string>
 #include <vector>
 

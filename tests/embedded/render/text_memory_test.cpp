@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "embedded/render/allocation_meter.h"
 #include "embedded/render/extents_backend.h"
 #include "embedded/render/frontend.h"

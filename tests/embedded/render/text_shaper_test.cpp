@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "embedded/render/render_test_support.h"
+#include "embedded/render/text_codes.h"
+#include "embedded/render/text_layout.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -98,6 +100,49 @@ TEST(TextShaperTest, LinesOfMixedHeights) {
   ExpectRuns(Shape("{\\A2;a}{\\H3x;b}", {}), {{"a", 0, -1}, {"b", 1, -3}}, "top");
   // Spacing follows the taller of two neighbouring lines.
   ExpectRuns(Shape("{\\H3x;a}\\Pb", {}), {{"a", 0, -3}, {"b", 0, -3 - 3 * kPitch}}, "spacing");
+}
+
+TEST(TextCodesTest, SpecialCodesAreReplaced) {
+  struct Case {
+    const char* in;
+    const char* plain;
+  };
+  const Case cases[] = {
+      {"45%%d %%c20 %%p0.1 100%%%",
+       "45\xC2\xB0 \xC3\x98"
+       "20 \xC2\xB1"
+       "0.1 100%"},
+      {"%%uSouligné%%u", "Soulign\xC3\xA9"},
+      {"50%", "50%"},
+      // Control characters in caret notation: a tab is a blank, "^ " a
+      // caret, line breaks have no place in one line; other carets stay.
+      {"a^Ib^Jc^Md^ e", "a bcd^e"},
+      {"x^2 ^", "x^2 ^"},
+      {"^@^[z", "z"},
+  };
+  for (const Case& c : cases) {
+    std::string out;
+    AppendWithSpecialCodes(c.in, out);
+    EXPECT_EQ(out, c.plain) << c.in;
+  }
+}
+
+TEST(TextLayoutTest, MultiLineAttachment) {
+  const FontMetrics metrics{10, 3};
+  const double widths[] = {100, 50};
+  TextRun run;
+  run.height = 3;
+  run.attachment = 9;  // bottom right: the last line's baseline on the anchor
+  LinePlacement lines[2];
+  PlaceRun(run, metrics, widths, lines);
+  EXPECT_NEAR(lines[1].baseline, 0, 1e-12);
+  EXPECT_NEAR(lines[0].baseline, 5, 1e-12);  // 5/3 of the cap height above
+  EXPECT_NEAR(lines[0].x, -30, 1e-12);
+  EXPECT_NEAR(lines[1].x, -15, 1e-12);
+  run.attachment = 1;
+  PlaceRun(run, metrics, widths, lines);
+  EXPECT_NEAR(lines[0].baseline, -3, 1e-12);
+  EXPECT_NEAR(lines[0].x, 0, 1e-12);
 }
 
 }  // namespace

@@ -1,14 +1,25 @@
+// PDF syntax: content streams and strings as written, the standard font's
+// widths, and values read back from a file of ours, their object references
+// renumbered for another document and the values around them left as they
+// are (tables in tests/data/pdf).
+
 #include "embedded/pdf/content_stream.h"
 
 #include <gtest/gtest.h>
 
+#include <numeric>
+#include <string>
 #include <vector>
 
 #include "embedded/pdf/helvetica_widths.h"
 #include "embedded/pdf/pdf_strings.h"
+#include "embedded/pdf/pdf_syntax.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded::pdf {
 namespace {
+
+using sheafwork::testing::ReadTestTable;
 
 TEST(ContentStreamTest, ChunksEndAtLineEndsAndTogetherAreTheWholeText) {
   std::vector<std::string> chunks;
@@ -54,6 +65,26 @@ TEST(HelveticaWidthsTest, CountTheCharactersOfTheCodePage) {
   EXPECT_DOUBLE_EQ(HelveticaWidth("\xE9"), HelveticaWidth("e"));  // é
   EXPECT_DOUBLE_EQ(HelveticaWidth("\xC9"), HelveticaWidth("E"));  // É
   EXPECT_DOUBLE_EQ(HelveticaWidth("\n"), 0);
+}
+
+TEST(PdfImportTest, ReferencesAreRenumberedWhereverTheyAreAndNowhereElse) {
+  std::vector<int> renumbered(20);
+  std::iota(renumbered.begin(), renumbered.end(), 100);
+  for (const auto& row : ReadTestTable("pdf/renumbering.txt")) {
+    SCOPED_TRACE(row.where);
+    const std::string& text = row[0];
+    PdfParser parser(text, 0);
+    PdfValue value;
+    ASSERT_TRUE(parser.Value(value));
+    EXPECT_EQ(parser.Position(), text.size());
+    EXPECT_EQ(RenumberReferences(text, parser.References(), renumbered), row[1]);
+  }
+  for (const auto& row : ReadTestTable("pdf/bad-values.txt")) {
+    SCOPED_TRACE(row.where);
+    PdfParser parser(row[0], 0);
+    PdfValue value;
+    EXPECT_FALSE(parser.Value(value));
+  }
 }
 
 }  // namespace
