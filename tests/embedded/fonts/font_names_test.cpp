@@ -1,21 +1,20 @@
 // What a font file's own tables say about its faces, read without a font
-// library (the Windows program finds its fonts this way).
+// library (the Windows program finds its fonts this way); files that are no
+// font give no face.
 #include "embedded/fonts/font_names.h"
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <string>
+
+#include "embedded/fonts/truetype_face.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
 
 std::vector<FontFaceNames> Read(const std::string& name) {
-  std::ifstream in(std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/fonts/names/" + name,
-                   std::ios::binary);
-  const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  EXPECT_FALSE(bytes.empty()) << name;
+  const std::string bytes = sheafwork::testing::ReadTestData("fonts/names/" + name);
   return ReadFontFaceNames([&](std::uint64_t offset, std::size_t size, std::string& out) {
     if (offset > bytes.size() || size > bytes.size() - offset) return false;
     out.assign(bytes, offset, size);
@@ -58,6 +57,11 @@ INSTANTIATE_TEST_SUITE_P(Files, FontNamesTest,
                                                     false, false, 400, 2048, 1456},
                                            Expected{"pair.ttc", 0, "Paire", "Paire", false, false,
                                                     400, 1000, 1456}));
+
+TEST(TrueTypeFaceTest, UnreadableFilesGiveNoFace) {
+  EXPECT_EQ(TrueTypeFace::Open("/nonexistent/font.ttf", 0), nullptr);
+  EXPECT_EQ(TrueTypeFace::Open(SHEAFWORK_SOURCE_DIR "/CMakeLists.txt", 0), nullptr);
+}
 
 }  // namespace
 }  // namespace sheafwork::embedded

@@ -6,21 +6,16 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
+
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
 
 std::string FontPath(const std::string& name) {
-  return std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/fonts/" + name;
-}
-
-std::vector<std::uint8_t> Bytes(const std::string& name) {
-  std::ifstream in(FontPath(name), std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  return sheafwork::testing::TestData("fonts/" + name);
 }
 
 TEST(ShapeFileTest, EachKindGivesItsHeightsAndShapesWithoutTheirNames) {
@@ -60,8 +55,7 @@ TEST(ShapeFileTest, EachKindGivesItsHeightsAndShapesWithoutTheirNames) {
 // message naming it; none is read past its end.
 TEST(ShapeFileTest, DamagedFilesAreRefusedWithTheirName) {
   for (const char* name : {"trait.shx", "uni.shx", "big.shx"}) {
-    const std::vector<std::uint8_t> whole = Bytes(name);
-    ASSERT_FALSE(whole.empty()) << name;
+    const std::string whole = sheafwork::testing::ReadTestData(std::string("fonts/") + name);
     // Cut anywhere inside the index or the shapes; the last byte of each
     // file is its last shape's end, which the file must hold too.
     for (std::size_t size = 0; size + 1 < whole.size(); ++size) {
