@@ -9,11 +9,11 @@
 
 #include <QImage>
 #include <cctype>
-#include <fstream>
-#include <iterator>
+#include <ostream>
 #include <string>
 
 #include "embedded/render/raster_cache.h"
+#include "fakes/temp_folder.h"
 #include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
@@ -24,8 +24,7 @@ std::string RasterPath(const std::string& name) {
 }
 
 std::string Bytes(const std::string& name) {
-  std::ifstream in(RasterPath(name), std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  return sheafwork::testing::ReadTestData("raster/" + name);
 }
 
 // A portable any-map (P4, P5 or P6), read by Qt, as 8-bit RGB.
@@ -46,6 +45,8 @@ struct Case {
   const char* file;
   const char* picture;
 };
+
+void PrintTo(const Case& c, std::ostream* out) { *out << c.file; }
 
 class RasterDecodeTest : public ::testing::TestWithParam<Case> {};
 
@@ -106,7 +107,6 @@ TEST(RasterDecodeTest, TruncatedOrUnknownFilesAreRefused) {
                            "rgb-lzw.tif", "rgb-deflate-predictor.tif", "python.jpg"}) {
     SCOPED_TRACE(file);
     const std::string bytes = Bytes(file);
-    ASSERT_FALSE(bytes.empty());
     // Cut before the pixels are complete (a JPEG's before its frame header).
     const std::size_t cut = std::string_view(file).ends_with(".jpg") ? 20 : bytes.size() / 3;
     EXPECT_FALSE(DecodeRasterFile(std::string_view(bytes).substr(0, cut)).has_value());
@@ -116,19 +116,16 @@ TEST(RasterDecodeTest, TruncatedOrUnknownFilesAreRefused) {
 }
 
 TEST(RasterCacheTest, AFileChangedOnDiskIsReadAgain) {
-  const std::string path = ::testing::TempDir() + "/raster-cache.png";
-  auto copy = [&](const char* from) {
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << Bytes(from);
-  };
-  copy("python.png");
+  const sheafwork::testing::TempFolder folder;
+  const std::string path = folder.Write("cache.png", Bytes("python.png"));
   const auto first = LoadRasterImage(path);
   ASSERT_NE(first, nullptr);
   EXPECT_EQ(LoadRasterImage(path), first);  // the same decoded file, not read again
-  copy("grey8.png");
+  folder.Write("cache.png", Bytes("grey8.png"));
   const auto second = LoadRasterImage(path);
   ASSERT_NE(second, nullptr);
   EXPECT_EQ(second->bytes, ReadPnm("python.pgm").bytes);
-  std::ofstream(path, std::ios::binary | std::ios::trunc) << "not an image";
+  folder.Write("cache.png", "not an image");
   EXPECT_EQ(LoadRasterImage(path), nullptr);
 }
 
