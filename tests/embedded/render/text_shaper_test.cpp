@@ -8,6 +8,7 @@
 #include "embedded/render/render_test_support.h"
 #include "embedded/render/text_codes.h"
 #include "embedded/render/text_layout.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -44,6 +45,7 @@ void ExpectRuns(const ShapedText& shaped, const std::vector<Expected>& expected,
 }
 
 constexpr double kPitch = 5.0 / 3.0;
+constexpr double kLine2 = -1 - kPitch;  ///< the second line's baseline
 
 TEST(TextShaperTest, ParagraphAlignmentWithinTheColumn) {
   TextBlock block;
@@ -55,7 +57,8 @@ TEST(TextShaperTest, ParagraphAlignmentWithinTheColumn) {
 }
 
 TEST(TextShaperTest, ColumnsStandSideBySide) {
-  // Columns 3 wide, 1 apart; every character 1 wide and 1 high.
+  // Columns 3 wide, 1 apart (type 2: dynamic, as deep as given); every
+  // character 1 wide and 1 high.
   struct Case {
     const char* what;
     const char* in;
@@ -70,15 +73,9 @@ TEST(TextShaperTest, ColumnsStandSideBySide) {
       {"right to left", "a\\Nb", 1, 1, true, 0, {{"a", 4, -1}, {"b", 0, -1}}},
       {"top right", "a\\Nb", 1, 3, false, 0, {{"a", -5, -1}, {"b", -1, -1}}},
       {"bottom left", "a\\Nb", 1, 7, false, 0, {{"a", 0, 0}, {"b", 4, 0}}},
-      {"\\P stays in its column", "a\\Pb", 1, 1, false, 0, {{"a", 0, -1}, {"b", 0, -1 - kPitch}}},
-      {"dynamic, 2 deep", "a\\Pb\\Pc", 2, 1, false, 2, {{"a", 0, -1}, {"b", 4, -1}, {"c", 8, -1}}},
-      {"dynamic, 3 deep",
-       "a\\Pb\\Pc",
-       2,
-       1,
-       false,
-       3,
-       {{"a", 0, -1}, {"b", 0, -1 - kPitch}, {"c", 4, -1}}},
+      {"\\P stays in its column", "a\\Pb", 1, 1, false, 0, {{"a", 0, -1}, {"b", 0, kLine2}}},
+      {"2 deep", "a\\Pb\\Pc", 2, 1, false, 2, {{"a", 0, -1}, {"b", 4, -1}, {"c", 8, -1}}},
+      {"3 deep", "a\\Pb\\Pc", 2, 1, false, 3, {{"a", 0, -1}, {"b", 0, kLine2}, {"c", 4, -1}}},
   };
   for (const Case& c : cases) {
     TextBlock block;
@@ -103,27 +100,10 @@ TEST(TextShaperTest, LinesOfMixedHeights) {
 }
 
 TEST(TextCodesTest, SpecialCodesAreReplaced) {
-  struct Case {
-    const char* in;
-    const char* plain;
-  };
-  const Case cases[] = {
-      {"45%%d %%c20 %%p0.1 100%%%",
-       "45\xC2\xB0 \xC3\x98"
-       "20 \xC2\xB1"
-       "0.1 100%"},
-      {"%%uSouligné%%u", "Soulign\xC3\xA9"},
-      {"50%", "50%"},
-      // Control characters in caret notation: a tab is a blank, "^ " a
-      // caret, line breaks have no place in one line; other carets stay.
-      {"a^Ib^Jc^Md^ e", "a bcd^e"},
-      {"x^2 ^", "x^2 ^"},
-      {"^@^[z", "z"},
-  };
-  for (const Case& c : cases) {
+  for (const auto& row : sheafwork::testing::ReadTestTable("render/text_codes.tsv")) {
     std::string out;
-    AppendWithSpecialCodes(c.in, out);
-    EXPECT_EQ(out, c.plain) << c.in;
+    AppendWithSpecialCodes(row[0], out);
+    EXPECT_EQ(out, row[1]) << row.where;
   }
 }
 
