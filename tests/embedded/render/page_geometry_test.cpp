@@ -2,98 +2,62 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 #include "embedded/render/render_test_support.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
 
+using sheafwork::testing::TableRow;
 using testing::ExpectNear;
 
-PlotSettings Media(double w, double h, double left, double bottom, double right, double top) {
-  PlotSettings s;
-  s.paperWidth = w;
-  s.paperHeight = h;
-  s.marginLeft = left;
-  s.marginBottom = bottom;
-  s.marginRight = right;
-  s.marginTop = top;
-  s.flags = kUseStandardScale;
-  s.standardScale = 16;
-  return s;
+std::vector<double> Numbers(const TableRow& row, std::size_t i) {
+  std::vector<double> numbers;
+  for (const std::string& n : row.List(i)) numbers.push_back(std::stod(n));
+  return numbers;
 }
 
-// One way of placing a plot: the media, how it is plotted, the area, and
-// what must come of it.
-struct PageCase {
-  const char* name;
-  double media[6];  ///< width, height, margins left, bottom, right, top
-  int rotation;
-  double scale;  ///< < 0 the standard scale's index, 0 fit, > 0 drawing units per paper unit
-  bool centred;
-  Vec2 origin;
-  int paperUnits;  ///< 0 inches, 1 mm
-  Box2 area;
-  Vec2 sheetSize;
-  Box2 printable;
-  double mmPerUnit;
-  Vec2 probe;    ///< a drawing point ...
-  Vec2 landing;  ///< ... and where it must land on the sheet
-};
+Vec2 PointIn(const TableRow& row, std::size_t i) {
+  const std::vector<double> v = Numbers(row, i);
+  return {v.at(0), v.at(1)};
+}
 
-// clang-format off
-const PageCase kPages[] = {
-    // 1:50 (standard scale 25) on A3 media: 10 m × 5 m of drawing in mm is 200 × 100 mm.
-    {"StandardScaleOneToFiftyOnA3", {420, 297, 5, 5, 5, 5}, 0, -25, false, {}, 1,
-     Box2::Of({1000, 2000}, {11000, 7000}), {420, 297}, Box2::Of({5, 5}, {415, 292}), 0.02,
-     {11000, 7000}, {205, 105}},
-    // Fit into an asymmetric printable area (10..170 × 20..95), centred.
-    {"FitKeepsAspectAndCentres", {200, 100, 10, 20, 30, 5}, 0, 0, true, {}, 1,
-     Box2::Of({0, 0}, {400, 100}), {200, 100}, Box2::Of({10, 20}, {170, 95}), 0.4, {0, 0},
-     {10, 37.5}},
-    // Custom scale in inches: 1 paper inch per 48 drawing units.
-    {"CustomScaleInInches", {279.4, 215.9, 0, 0, 0, 0}, 0, 48, false, {}, 0,
-     Box2::Of({0, 0}, {96, 48}), {279.4, 215.9}, Box2::Of({0, 0}, {279.4, 215.9}), 25.4 / 48,
-     {96, 48}, {50.8, 25.4}},
-    // Rotation 1: portrait media turned; its bottom margin becomes the left one.
-    {"QuarterTurnSwapsSheetAndMargins", {297, 420, 1, 2, 3, 4}, 1, -16, false, {}, 1,
-     Box2::Of({0, 0}, {100, 50}), {420, 297}, Box2::Of({2, 3}, {416, 296}), 1, {100, 50},
-     {102, 53}},
-    // Rotation 2: upside down; the area's lower-left goes to the top right.
-    {"HalfTurnPlotsUpsideDown", {200, 100, 1, 2, 3, 4}, 2, -16, false, {}, 1,
-     Box2::Of({0, 0}, {10, 10}), {200, 100}, Box2::Of({1, 2}, {197, 96}), 1, {0, 0}, {197, 96}},
-    // Plot origin offset from the printable corner; centring ignores it.
-    {"OriginOffset", {200, 100, 10, 10, 10, 10}, 0, -16, false, {15, 25}, 1,
-     Box2::Of({-5, -5}, {5, 5}), {200, 100}, Box2::Of({10, 10}, {190, 90}), 1, {-5, -5},
-     {25, 35}},
-    {"CentredIgnoresOrigin", {200, 100, 10, 10, 10, 10}, 0, -16, true, {15, 25}, 1,
-     Box2::Of({-5, -5}, {5, 5}), {200, 100}, Box2::Of({10, 10}, {190, 90}), 1, {0, 0},
-     {100, 50}},
-    // Nothing to plot: the drawing's origin in the middle.
-    {"EmptyAreaCentred", {200, 100, 10, 10, 10, 10}, 0, -16, true, {}, 1, Box2{},
-     {200, 100}, Box2::Of({10, 10}, {190, 90}), 1, {0, 0}, {100, 50}},
-};
-// clang-format on
+Box2 BoxIn(const TableRow& row, std::size_t i) {
+  const std::vector<double> v = Numbers(row, i);
+  return v.empty() ? Box2{} : Box2::Of({v.at(0), v.at(1)}, {v.at(2), v.at(3)});
+}
 
 TEST(PageGeometryTest, PlacesThePlotOnTheSheet) {
-  for (const PageCase& c : kPages) {
-    SCOPED_TRACE(c.name);
-    PlotSettings s = Media(c.media[0], c.media[1], c.media[2], c.media[3], c.media[4], c.media[5]);
-    s.rotation = static_cast<std::int16_t>(c.rotation);
-    if (c.scale <= 0) s.standardScale = static_cast<std::int16_t>(-c.scale);
-    if (c.scale > 0) {
+  for (const TableRow& row : sheafwork::testing::ReadTestTable("render/page_geometry.tsv")) {
+    SCOPED_TRACE(row.where + " " + row[0]);
+    const std::vector<double> media = Numbers(row, 1);
+    PlotSettings s;
+    s.paperWidth = media.at(0);
+    s.paperHeight = media.at(1);
+    s.marginLeft = media.at(2);
+    s.marginBottom = media.at(3);
+    s.marginRight = media.at(4);
+    s.marginTop = media.at(5);
+    s.rotation = static_cast<std::int16_t>(std::stoi(row[2]));
+    s.flags = kUseStandardScale;
+    const double scale = std::stod(row[3]);
+    s.standardScale = static_cast<std::int16_t>(scale <= 0 ? -scale : 16);
+    if (scale > 0) {
       s.Set(kUseStandardScale, false);
       s.customNumerator = 1;
-      s.customDenominator = c.scale;
+      s.customDenominator = scale;
     }
-    s.Set(kPlotCentered, c.centred);
-    s.origin = c.origin;
-    s.paperUnits = static_cast<std::int16_t>(c.paperUnits);
-    const SheetLayout layout = ComputeSheetLayout(s, {c.area, std::nullopt});
-    EXPECT_NEAR(layout.frame.width, c.sheetSize.x, 1e-9);
-    EXPECT_NEAR(layout.frame.height, c.sheetSize.y, 1e-9);
-    ExpectNear(layout.frame.printable, c.printable);
-    EXPECT_NEAR(layout.mmPerDrawingUnit, c.mmPerUnit, 1e-9);
-    ExpectNear(layout.drawingToSheet.Apply(c.probe), c.landing);
+    s.Set(kPlotCentered, row[4] == "yes");
+    s.origin = PointIn(row, 5);
+    s.paperUnits = static_cast<std::int16_t>(std::stoi(row[6]));
+    const SheetLayout layout = ComputeSheetLayout(s, {BoxIn(row, 7), std::nullopt});
+    ExpectNear(Vec2{layout.frame.width, layout.frame.height}, PointIn(row, 8));
+    ExpectNear(layout.frame.printable, BoxIn(row, 9));
+    EXPECT_NEAR(layout.mmPerDrawingUnit, std::stod(row[10]), 1e-9);
+    ExpectNear(layout.drawingToSheet.Apply(PointIn(row, 11)), PointIn(row, 12));
   }
 }
 
