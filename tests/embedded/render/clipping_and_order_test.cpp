@@ -12,6 +12,7 @@
 #include "embedded/model/xrefs.h"
 #include "embedded/render/extents_backend.h"
 #include "embedded/render/render_test_support.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -35,45 +36,14 @@ QImage Painted(const Drawing& d, const PlotSettings& s) {
   return testing::RenderSheet(d, Model(d), s, kPx);
 }
 
-struct Probe {
-  const char* what;
-  Vec2 at;  ///< drawing units are sheet millimetres
-  bool ink;
-};
-
-void ExpectInk(const QImage& image, std::initializer_list<Probe> probes) {
-  ASSERT_FALSE(image.isNull());
-  for (const Probe& p : probes) {
-    SCOPED_TRACE(p.what);
-    EXPECT_EQ(InkNear(image, kPx, p.at), p.ink) << "at " << p.at.x << ", " << p.at.y;
-  }
-}
-
 // Each reference draws a cross of two 10-unit midlines; its clip keeps part.
 TEST(ClippingTest, ReferencesShowWhatTheirClipKeeps) {
   const Drawing d = Read("xclip.dxf");
-  ExpectInk(Painted(d, OneToOneSettings(200, 40)),
-            {{"clipped where it stands: left part", {12, 15}, true},
-             {"clipped where it stands: right part", {18, 15}, false},
-             {"clipped where it stands: other midline", {15, 18}, false},
-             {"moved and turned copy: kept part", {40, 17}, true},
-             {"moved and turned copy: cut part", {40, 23}, false},
-             {"moved and turned copy: other midline", {37, 20}, false},
-             {"doubled, triangle: kept part", {74, 20}, true},
-             {"doubled, triangle: cut part", {86, 20}, false},
-             {"doubled, triangle: other midline kept", {80, 13}, true},
-             {"doubled, triangle: other midline cut", {80, 27}, false},
-             {"block base where inserted: kept", {102, 15}, true},
-             {"block base where inserted: cut", {108, 15}, false},
-             {"inverted: left of the hole", {126, 15}, true},
-             {"inverted: in the hole", {130, 16}, false},
-             {"inverted: right of the hole", {134, 15}, true},
-             {"inverted: below the hole", {130, 11}, true},
-             {"nested: kept part", {154, 15}, true},
-             {"nested: cut part", {160, 15}, false},
-             {"nested: other midline", {157, 18}, false},
-             {"clipping off", {183, 15}, true},
-             {"clipping off: other midline", {180, 18}, true}});
+  const QImage image = Painted(d, OneToOneSettings(200, 40));
+  for (const auto& row : sheafwork::testing::ReadTestTable("dxf/clipping/xclip-probes.tsv")) {
+    SCOPED_TRACE(row.where + " " + row[0]);
+    EXPECT_EQ(InkNear(image, kPx, testing::PointIn(row[1])), row[2] == "ink");
+  }
 }
 
 TEST(ClippingExtentsTest, OnlyWhatTheClipKeepsCounts) {

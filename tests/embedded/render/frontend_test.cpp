@@ -6,6 +6,7 @@
 #include "embedded/model/xrefs.h"
 #include "embedded/render/plot_area.h"
 #include "embedded/render/render_test_support.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -68,37 +69,15 @@ TEST(FrontendBlockTest, AttributesXrefsAndSelfReference) {
 
 TEST(FrontendGeometryTest, ExtentsOfEachKindOfEntity) {
   const Drawing all = Read("extents.dxf");
-  struct Case {
-    const char* name;
-    Box2 box;
-  };
-  const Case cases[] = {
-      {"line", Box2::Of({1, 2}, {5, 7})},
-      {"circle", Box2::Of({5, 5}, {15, 15})},
-      {"arc", Box2::Of({0, 0}, {10, 10})},
-      {"arc across 0", Box2::Of({0, -10}, {10, 10})},
-      {"ellipse", Box2::Of({-10, -5}, {10, 5})},
-      {"bulge", Box2::Of({0, -1}, {2, 0})},
-      {"wide polyline", Box2::Of({0, -1}, {10, 1})},
-      {"spline", Box2::Of({0, 0}, {2, 1})},
-      {"solid", Box2::Of({0, 0}, {4, 3})},
-      {"3D face", Box2::Of({0, 0}, {5, 5})},
-      {"hatch", Box2::Of({1, 1}, {3, 3})},
-      {"leader", Box2::Of({0, 0}, {10, 10})},
-      {"point", Box2::Of({3, 4}, {3, 4})},
-      {"mirrored insert", Box2::Of({-20, 0}, {-10, 5})},
-      {"insert grid", Box2::Of({0, 0}, {20, 15})},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+  for (const auto& row : sheafwork::testing::ReadTestTable("dxf/render/extents.tsv")) {
+    SCOPED_TRACE(row.where);
     Drawing d = all;  // only the entity on the case's layer
     for (Block& b : d.blocks) {
       std::erase_if(b.entities,
-                    [&](const Entity& e) { return b.name != "B" && e.props.layer != c.name; });
+                    [&](const Entity& e) { return b.name != "B" && e.props.layer != row[0]; });
     }
     d.Reindex();
-    const Box2 box = ComputeLayoutExtents(d, ModelOf(d), ModelOf(d).settings);
-    ExpectNear(box, c.box);
+    ExpectNear(ComputeLayoutExtents(d, ModelOf(d), ModelOf(d).settings), BoxIn(row[1]));
   }
 }
 

@@ -11,29 +11,12 @@
 namespace sheafwork::embedded {
 namespace {
 
-using sheafwork::testing::TableRow;
-using testing::ExpectNear;
-
-std::vector<double> Numbers(const TableRow& row, std::size_t i) {
-  std::vector<double> numbers;
-  for (const std::string& n : row.List(i)) numbers.push_back(std::stod(n));
-  return numbers;
-}
-
-Vec2 PointIn(const TableRow& row, std::size_t i) {
-  const std::vector<double> v = Numbers(row, i);
-  return {v.at(0), v.at(1)};
-}
-
-Box2 BoxIn(const TableRow& row, std::size_t i) {
-  const std::vector<double> v = Numbers(row, i);
-  return v.empty() ? Box2{} : Box2::Of({v.at(0), v.at(1)}, {v.at(2), v.at(3)});
-}
+using namespace testing;
 
 TEST(PageGeometryTest, PlacesThePlotOnTheSheet) {
-  for (const TableRow& row : sheafwork::testing::ReadTestTable("render/page_geometry.tsv")) {
+  for (const auto& row : sheafwork::testing::ReadTestTable("render/page_geometry.tsv")) {
     SCOPED_TRACE(row.where + " " + row[0]);
-    const std::vector<double> media = Numbers(row, 1);
+    const std::vector<double> media = NumbersIn(row[1]);
     PlotSettings s;
     s.paperWidth = media.at(0);
     s.paperHeight = media.at(1);
@@ -51,13 +34,13 @@ TEST(PageGeometryTest, PlacesThePlotOnTheSheet) {
       s.customDenominator = scale;
     }
     s.Set(kPlotCentered, row[4] == "yes");
-    s.origin = PointIn(row, 5);
+    s.origin = PointIn(row[5]);
     s.paperUnits = static_cast<std::int16_t>(std::stoi(row[6]));
-    const SheetLayout layout = ComputeSheetLayout(s, {BoxIn(row, 7), std::nullopt});
-    ExpectNear(Vec2{layout.frame.width, layout.frame.height}, PointIn(row, 8));
-    ExpectNear(layout.frame.printable, BoxIn(row, 9));
+    const SheetLayout layout = ComputeSheetLayout(s, {BoxIn(row[7]), std::nullopt});
+    ExpectNear(Vec2{layout.frame.width, layout.frame.height}, PointIn(row[8]));
+    ExpectNear(layout.frame.printable, BoxIn(row[9]));
     EXPECT_NEAR(layout.mmPerDrawingUnit, std::stod(row[10]), 1e-9);
-    ExpectNear(layout.drawingToSheet.Apply(PointIn(row, 11)), PointIn(row, 12));
+    ExpectNear(layout.drawingToSheet.Apply(PointIn(row[11])), PointIn(row[12]));
   }
 }
 

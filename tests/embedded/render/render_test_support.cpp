@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <QtGlobal>
+#include <iterator>
+#include <sstream>
 
 #include "embedded/dxf/reader.h"
 #include "fakes/test_data.h"
@@ -178,6 +180,21 @@ void RecordingBackend::PushClip(std::span<const Vec2>) {
 }
 
 void RecordingBackend::PopClip() { --clipDepth; }
+
+std::vector<double> NumbersIn(const std::string& field) {
+  std::istringstream in(field);
+  return {std::istream_iterator<double>(in), std::istream_iterator<double>()};
+}
+
+Vec2 PointIn(const std::string& field) {
+  const std::vector<double> v = NumbersIn(field);
+  return {v.at(0), v.at(1)};
+}
+
+Box2 BoxIn(const std::string& field) {
+  const std::vector<double> v = NumbersIn(field);
+  return v.empty() ? Box2{} : Box2::Of({v.at(0), v.at(1)}, {v.at(2), v.at(3)});
+}
 
 std::size_t Count(const std::string& text, const std::string& what) {
   std::size_t n = 0;

@@ -88,6 +88,12 @@ Box2 BoxOf(const std::vector<Recorded>& items, Recorded::Kind kind);
 RecordingBackend DrawLayout(const Drawing& drawing, const Layout& layout,
                             const FrontendOptions& options = {}, FrontendStats* stats = nullptr);
 
+/// The numbers of a table's field, separated by blanks: "x y" as a point,
+/// "x0 y0 x1 y1" as a box (empty when the field holds no number).
+std::vector<double> NumbersIn(const std::string& field);
+Vec2 PointIn(const std::string& field);
+Box2 BoxIn(const std::string& field);
+
 /// How many times `what` occurs in `text`.
 std::size_t Count(const std::string& text, const std::string& what);
 
