@@ -7,6 +7,7 @@
 
 #include "embedded/render/frontend.h"
 #include "embedded/render/render_test_support.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -33,46 +34,19 @@ std::size_t StrokesOf(const RecordingBackend& rec) {
 }
 
 TEST(LinetypeTest, ResolvedLikeColourAndScaledByEveryScale) {
-  struct Case {
-    const char* name;
-    const char* layerLinetype;
-    const char* entityLinetype;
-    const char* insertLinetype;  ///< non-null: the line sits in a block
-    double entityScale, globalScale, blockScale;
-    std::size_t strokes;  ///< a 10-unit line: 4 dashes, or 1 stroke
-    bool dense;           ///< counted as too dense to dash
-  };
-  const Case cases[] = {
-      {"by layer, dashed layer", "TIRETS", "", nullptr, 1, 1, 1, 4, false},
-      {"BYLAYER spelt out", "TIRETS", "ByLayer", nullptr, 1, 1, 1, 4, false},
-      {"named on a continuous layer", "Continuous", "tirets", nullptr, 1, 1, 1, 4, false},
-      {"Continuous on a dashed layer", "TIRETS", "CONTINUOUS", nullptr, 1, 1, 1, 1, false},
-      {"unknown name", "TIRETS", "NULLE_PART", nullptr, 1, 1, 1, 1, false},
-      {"by block at the top", "Continuous", "BYBLOCK", nullptr, 1, 1, 1, 1, false},
-      {"by block in a dashed reference", "Continuous", "BYBLOCK", "TIRETS", 1, 1, 1, 4, false},
-      {"by block in a reference by layer", "TIRETS", "BYBLOCK", "BYLAYER", 1, 1, 1, 4, false},
-      {"own linetype in a dashed reference", "Continuous", "Continuous", "TIRETS", 1, 1, 1, 1,
-       false},
-      // 0-2, 3-5, 6-8, 9-10 at 1 × 1 or 2 × 0.5; 0-4, 6-10 at 2; dashes 1.5
-      // long at 0.5: 0-1, 1.5-2.5, ... 9-10.
-      {"entity 2 × global 0.5", "Continuous", "TIRETS", nullptr, 2, 0.5, 1, 4, false},
-      {"entity 2", "Continuous", "TIRETS", nullptr, 2, 1, 1, 2, false},
-      {"global 0.5", "Continuous", "TIRETS", nullptr, 1, 0.5, 1, 7, false},
-      {"in a block scaled 2", "Continuous", "TIRETS", "", 1, 1, 2, 2, false},
-      {"too dense: continuous", "Continuous", "TIRETS", nullptr, 1, 1e-9, 1, 1, true},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+  for (const auto& row : sheafwork::testing::ReadTestTable("render/linetypes.tsv")) {
+    SCOPED_TRACE(row.where);
     Drawing d = DashedDrawing();
-    d.header.ltScale = c.globalScale;
+    d.header.ltScale = std::stod(row[5]);
     Layer axes;
     axes.name = "Axes";
-    axes.linetype = c.layerLinetype;
+    axes.linetype = row[1];
     d.layers.push_back(axes);
-    Entity line = MakeLine({0, 0}, {10 / c.blockScale, 0}, "Axes");
-    line.props.linetype = c.entityLinetype;
-    line.props.linetypeScale = c.entityScale;
-    if (c.insertLinetype == nullptr) {
+    const double blockScale = std::stod(row[6]);
+    Entity line = MakeLine({0, 0}, {10 / blockScale, 0}, "Axes");
+    line.props.linetype = row[2];
+    line.props.linetypeScale = std::stod(row[4]);
+    if (row[3] == "-") {
       ModelSpace(d).entities.push_back(line);
     } else {
       Block block;
@@ -81,14 +55,14 @@ TEST(LinetypeTest, ResolvedLikeColourAndScaledByEveryScale) {
       d.blocks.push_back(block);
       Insert insert;
       insert.block = "B";
-      insert.scale = {c.blockScale, c.blockScale, 1};
+      insert.scale = {blockScale, blockScale, 1};
       ModelSpace(d).entities.push_back(MakeEntity(insert, "Axes"));
-      ModelSpace(d).entities.back().props.linetype = c.insertLinetype;
+      ModelSpace(d).entities.back().props.linetype = row[3];
     }
     d.Reindex();
     FrontendStats stats;
-    EXPECT_EQ(StrokesOf(DrawLayout(d, ModelOf(d), {}, &stats)), c.strokes);
-    EXPECT_EQ(stats.denseLinetypes, c.dense ? 1u : 0u);
+    EXPECT_EQ(StrokesOf(DrawLayout(d, ModelOf(d), {}, &stats)), std::stoul(row[7]));
+    EXPECT_EQ(stats.denseLinetypes, row[8] == "yes" ? 1u : 0u);
   }
   // A dashed circle is cut, not handed over as one arc.
   Drawing d = DashedDrawing();

@@ -5,12 +5,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
+#include <string>
+#include <vector>
 
 #include "embedded/plotstyle/plot_style_file.h"
 #include "embedded/render/aci_palette.h"
 #include "embedded/render/frontend.h"
 #include "embedded/render/plot_style_look.h"
 #include "embedded/render/render_test_support.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -32,39 +36,23 @@ TEST(PlotStylePenTest, ColourNumberSelectsTheEntry) {
   PlotStyleEntry& blue = table->entries[4];
   blue.color = EncodePlotStyleColor(0x000000);
 
-  // tests/data/dxf/render/make_drawings.py says what pens.dxf holds.
+  // tests/data/dxf/render/make_drawings.py says what pens.dxf holds, pens.tsv
+  // beside it what each of its entities is drawn with.
   const Drawing d = ReadTestDrawing("dxf/render/pens.dxf");
 
-  constexpr std::uint32_t kFadedBlue = 0x8080FF;
-  struct Expected {
-    const char* what;
-    std::uint32_t rgb;
-    double widthMm;
-    std::uint32_t rgbWithout;
-    double widthWithout;
-  };
-  const Expected expected[] = {
-      {"colour 1", kFadedBlue, 0.50, 0xFF0000, 0.25},
-      {"by layer, layer of colour 1", kFadedBlue, 0.50, 0xFF0000, 0.25},
-      {"colour 3: the object's", 0x00FF00, 0.35, 0x00FF00, 0.35},
-      {"true colour beside number 1", kFadedBlue, 0.50, 0x123456, 0.25},
-      {"true colour beside number 3", 0x123456, 0.25, 0x123456, 0.25},
-      {"by block in a reference of colour 1, screened once", kFadedBlue, 0.50, 0xFF0000, 0.25},
-      {"colour 3 inside that block", 0x00FF00, 0.25, 0x00FF00, 0.25},
-      {"colour 5, weight 0", 0x000000, kThinLineMm, 0x0000FF, kThinLineMm},
-      {"by block outside any block: colour 7", 0x000000, 0.25, 0x000000, 0.25},
-  };
   for (const bool withTable : {true, false}) {
     FrontendOptions options;
     if (withTable) options.plotStyles = table;
-    const RecordingBackend backend = DrawLayout(d, ModelOf(d), options);
-    ASSERT_EQ(backend.items.size(), std::size(expected));
-    for (std::size_t i = 0; i < std::size(expected); ++i) {
-      const Expected& e = expected[i];
-      SCOPED_TRACE(std::string(e.what) + (withTable ? " (table)" : " (no table)"));
-      EXPECT_EQ(backend.items[i].style.rgb, withTable ? e.rgb : e.rgbWithout);
-      EXPECT_DOUBLE_EQ(backend.items[i].style.widthMm, withTable ? e.widthMm : e.widthWithout);
+    std::vector<std::string> expected, pens;
+    for (const auto& row : sheafwork::testing::ReadTestTable("dxf/render/pens.tsv")) {
+      expected.push_back(row[withTable ? 1 : 2]);
     }
+    for (const Recorded& item : DrawLayout(d, ModelOf(d), options).items) {
+      char pen[32];
+      std::snprintf(pen, sizeof pen, "%06X %g", item.style.rgb, item.style.widthMm);
+      pens.push_back(pen);
+    }
+    EXPECT_EQ(pens, expected) << (withTable ? "with the table" : "without a table");
   }
 }
 
