@@ -21,6 +21,7 @@ namespace {
 using ::testing::HasSubstr;
 
 using sheafwork::testing::ReadTestData;
+using sheafwork::testing::ReadTestTable;
 using sheafwork::testing::TestData;
 
 std::vector<unsigned char> Bytes(const std::string& path) {
@@ -127,48 +128,27 @@ TEST(PlotStyleReaderTest, BrokenFilesNameTheFault) {
                 {"/nonexistent/folder/x.ctb", "lecture impossible"}, "missing file");
 }
 
-// The texts of tests/data/plotstyle/broken-text, each with one fault.
+// The texts of tests/data/plotstyle/broken-text, each with one fault
+// (faults.tsv there).
 TEST(PlotStyleReaderTest, BrokenTextsNameTheLine) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"colour-in-words", "ligne 3 : valeur numérique incorrecte"},
-      {"block-not-closed", "ligne 4 : bloc « 0 » non fermé"},
-      {"closing-without-block", "ligne 2 : « } » sans bloc ouvert"},
-      {"style-255", "ligne 2 : numéro de style « 255 » incorrect"},
-      {"not-a-boolean", "ligne 3 : TRUE ou FALSE"},
-      {"no-equals-sign", "ligne 2 : « clé=valeur »"},
-      {"plot-style-a-value", "ligne 1 : « plot_style » doit être un bloc"},
-      {"colour-a-block", "ligne 3 : « color » doit être une valeur"},
-      {"negative-lineweight", "ligne 4 : valeur numérique"},
-      {"lineweight-index-900", "ligne 4 : indice"},
-      {"no-plot-styles", "bloc « plot_style » absent"},
-      {"named-styles", "table de styles nommés"},
-      {"nested-too-deep", "trop profondément"},
-  };
-  for (const auto& [file, expected] : cases) {
-    const std::string text = ReadTestData(std::string("plotstyle/broken-text/") + file + ".txt");
-    ExpectRefused([&] { ParsePlotStyleText(text, "t.ctb"); }, {"t.ctb", expected}, file);
+  for (const auto& row : ReadTestTable("plotstyle/broken-text/faults.tsv")) {
+    const std::string text = ReadTestData("plotstyle/broken-text/" + row[0] + ".txt");
+    ExpectRefused([&] { ParsePlotStyleText(text, "t.ctb"); }, {"t.ctb", row[1]}, row.where);
   }
 }
 
 TEST(PlotStyleTableTest, AppliesTheEntryOfTheColourNumber) {
   PlotStyleTable table;
-  PlotStyleEntry& red = table.entries[0];
-  red.color = EncodePlotStyleColor(0x0000FF);
-  red.lineweight = 13;  // 0.50 in the usual table
-  PlotStyleEntry& faded = table.entries[8];
-  faded.color = EncodePlotStyleColor(0x000000);
-  faded.screen = 25;
-  PlotStyleEntry& gray = table.entries[2];
-  gray.colorPolicy = kPolicyGrayscale;
-  PlotStyleEntry& byLayerKind = table.entries[3];
-  byLayerKind.color = EncodePlotStyleColor(0x123456, kColorKindByLayer);
-  PlotStyleEntry& indexKind = table.entries[4];
-  indexKind.color = EncodePlotStyleColor(0xFF00FF, kColorKindIndex);
-  PlotStyleEntry& zeroWeight = table.entries[5];
-  zeroWeight.lineweight = 0;  // 0.00 mm: the object's lineweight
-  PlotStyleEntry& otherObject = table.entries[6];
-  otherObject.color = kPlotStyleObjectColor2;
-  otherObject.modeColor = EncodePlotStyleColor(0x00FF00);
+  table.entries[0].color = EncodePlotStyleColor(0x0000FF);
+  table.entries[0].lineweight = 13;  // 0.50 in the usual table
+  table.entries[8].color = EncodePlotStyleColor(0x000000);
+  table.entries[8].screen = 25;
+  table.entries[2].colorPolicy = kPolicyGrayscale;
+  table.entries[3].color = EncodePlotStyleColor(0x123456, kColorKindByLayer);
+  table.entries[4].color = EncodePlotStyleColor(0xFF00FF, kColorKindIndex);
+  table.entries[5].lineweight = 0;                  // 0.00 mm: the object's lineweight
+  table.entries[6].color = kPlotStyleObjectColor2;  // the other "object colour" value
+  table.entries[6].modeColor = EncodePlotStyleColor(0x00FF00);
 
   struct Case {
     int aci;

@@ -21,20 +21,12 @@ namespace {
 
 using namespace testing;
 
-Entity Coloured(Entity e, std::int16_t aci, std::int16_t lineweight = 25) {
-  e.props.color = aci;
-  e.props.lineweight = lineweight;
-  return e;
-}
-
 TEST(PlotStylePenTest, ColourNumberSelectsTheEntry) {
   auto table = std::make_shared<PlotStyleTable>();
-  PlotStyleEntry& red = table->entries[0];
-  red.color = EncodePlotStyleColor(0x0000FF);
-  red.screen = 50;
-  red.lineweight = 13;  // 0.50 mm
-  PlotStyleEntry& blue = table->entries[4];
-  blue.color = EncodePlotStyleColor(0x000000);
+  table->entries[0].color = EncodePlotStyleColor(0x0000FF);
+  table->entries[0].screen = 50;
+  table->entries[0].lineweight = 13;  // 0.50 mm
+  table->entries[4].color = EncodePlotStyleColor(0x000000);
 
   // tests/data/dxf/render/make_drawings.py says what pens.dxf holds, pens.tsv
   // beside it what each of its entities is drawn with.
@@ -65,7 +57,9 @@ TEST(PlotStylePenTest, InlineColoursOfMultilineTextGoThroughTheTable) {
   MText text;
   text.text = "{\\C1;rouge} {\\C3;vert} {\\C256;objet} {\\c65280;vrai}";
   text.height = 2.5;
-  Entity e = Coloured(MakeEntity(text), 5);
+  Entity e = MakeEntity(text);
+  e.props.color = 5;
+  e.props.lineweight = 25;
   ModelSpace(d).entities.push_back(e);
   d.Reindex();
 
