@@ -17,30 +17,8 @@ using namespace testing;
 constexpr double kPx = 4;  // pixels per millimetre
 
 TEST(PaintSheetTest, SolidHatchFillsBetweenItsLoops) {
-  Drawing d = MakeDrawing();
-  Hatch hatch;
-  hatch.solid = true;
-  HatchLoop square;
-  square.isPolyline = true;
-  for (Vec2 p : {Vec2{20, 20}, Vec2{80, 20}, Vec2{80, 80}, Vec2{20, 80}}) {
-    square.polyline.push_back({{p.x, p.y, 0}, 0, 0, 0});
-  }
-  HatchLoop hole;  // a circle of two edges around (50, 50)
-  hole.edges.resize(2);
-  for (std::size_t i = 0; i < 2; ++i) {
-    HatchEdge& edge = hole.edges[i];
-    edge.kind = HatchEdge::Kind::Arc;
-    edge.center = {50, 50};
-    edge.radius = 10;
-    edge.startAngle = 180.0 * static_cast<double>(i);
-    edge.endAngle = edge.startAngle + 180;
-  }
-  hatch.loops = {square, hole};
-  Entity e = MakeEntity(hatch);
-  e.props.color = 1;
-  ModelSpace(d).entities.push_back(e);
-  d.Reindex();
-
+  // A red square 20..80 with a round island of radius 10 about (50, 50).
+  const Drawing d = ReadTestDrawing("dxf/render/hatch_island.dxf");
   const QImage image = RenderSheet(d, ModelOf(d), OneToOneSettings(100), kPx);
   EXPECT_EQ(ColorAt(image, kPx, {30, 30}), 0xFF0000u);
   EXPECT_EQ(ColorAt(image, kPx, {50, 50}), 0xFFFFFFu);  // the island
