@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include "embedded/dxf/reader.h"
 #include "embedded/model/referenced_files.h"
 #include "embedded/render/render_test_support.h"
 #include "fakes/temp_folder.h"
@@ -19,7 +18,7 @@ using sheafwork::testing::TempFolder;
 namespace pdft = pdf::testing;
 
 Drawing Read(const std::string& name) {
-  Drawing d = ReadDxfFile(std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/pdf-parts/" + name);
+  Drawing d = testing::ReadTestDrawing("dxf/pdf-parts/" + name);
   ResolveImageFiles(d, "");
   return d;
 }

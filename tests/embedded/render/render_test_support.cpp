@@ -103,6 +103,15 @@ PlotJob MakeJob(const Drawing& drawing, const Layout& layout, const PlotSettings
   return job;
 }
 
+std::string PlotFailure(const PlotJob& job) {
+  try {
+    RunPlotJob(job);
+  } catch (const PlotError& e) {
+    return e.what();
+  }
+  return "";
+}
+
 double FixedMeasure::Advance(const FontFace&, std::string_view text) {
   double n = 0;
   for (std::size_t i = 0; i < text.size(); i += DecodeUtf8(text, i).length) n += 1;

@@ -38,6 +38,9 @@ inline PlotSettings OneToOneSettings(double size) { return OneToOneSettings(size
 /// A job plotting `layout` of `drawing` with `settings`.
 PlotJob MakeJob(const Drawing& drawing, const Layout& layout, const PlotSettings& settings);
 
+/// The message of the PlotError RunPlotJob(job) throws; empty when it plots.
+std::string PlotFailure(const PlotJob& job);
+
 struct Recorded {
   /// An image's points are the corners of its unit square on the sheet,
   /// (0,0), (1,0), (1,1), (0,1); its text is the file's path.
