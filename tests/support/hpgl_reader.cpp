@@ -169,9 +169,7 @@ QImage RenderHpgl(const HpglPlot& plot, double k) {
   painter.setTransform(QTransform(k, 0, 0, -k, 0, plot.plotSizeMm.y * k));
   const auto color = [&](int pen) {
     const auto it = plot.penColors.find(pen);
-    const std::uint32_t rgb = it == plot.penColors.end() ? 0 : it->second;
-    return QColor(static_cast<int>(rgb >> 16), static_cast<int>((rgb >> 8) & 0xFF),
-                  static_cast<int>(rgb & 0xFF));
+    return QColor::fromRgb(it == plot.penColors.end() ? 0 : it->second);  // opaque
   };
   const auto clip = [&](const Box2& window) {
     if (window.Empty()) {

@@ -36,13 +36,11 @@ TEST(CurvesTest, BulgeGivesTheArcThroughBothVertices) {
   };
   for (const Case& c : cases) {
     const BulgeArc arc = ArcFromBulge(c.from, c.to, c.bulge);
-    EXPECT_NEAR(arc.center.x, c.center.x, 1e-12);
-    EXPECT_NEAR(arc.center.y, c.center.y, 1e-12);
+    ExpectNear(arc.center, c.center, 1e-12);
     EXPECT_NEAR(arc.radius, c.radius, 1e-12);
     std::vector<Vec2> points{c.from};
     AppendBulgeSegment(points, c.from, c.to, c.bulge, 1, Flattening{});
-    EXPECT_EQ(points.back().x, c.to.x);
-    EXPECT_EQ(points.back().y, c.to.y);
+    ExpectNear(points.back(), c.to, 0);  // exactly
     for (const Vec2& p : points) {
       EXPECT_NEAR(std::hypot(p.x - c.center.x, p.y - c.center.y), c.radius, 1e-9);
     }

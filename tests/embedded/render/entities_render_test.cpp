@@ -98,16 +98,6 @@ TEST(LinetypeTest, PolylineGenerationFlagKeepsThePhaseAcrossVertices) {
   }
 }
 
-Wipeout SquareWipeout(Vec2 at, double side) {
-  Wipeout w;
-  w.insert = {at.x, at.y, 0};
-  w.uPixel = {side, 0, 0};
-  w.vPixel = {0, side, 0};
-  w.clipType = 1;
-  w.clipVertices = {{-0.5, -0.5}, {0.5, 0.5}};
-  return w;
-}
-
 TEST(WipeoutTest, MasksWhatCameBeforeOnly) {
   Drawing d = MakeDrawing();
   Solid under;  // black square 20..80
@@ -115,7 +105,13 @@ TEST(WipeoutTest, MasksWhatCameBeforeOnly) {
   Entity underEntity = MakeEntity(under);
   underEntity.props.color = 7;
   ModelSpace(d).entities.push_back(underEntity);
-  ModelSpace(d).entities.push_back(MakeEntity(SquareWipeout({40, 40}, 20)));
+  Wipeout wipeout;  // the square 40..60
+  wipeout.insert = {40, 40, 0};
+  wipeout.uPixel = {20, 0, 0};
+  wipeout.vPixel = {0, 20, 0};
+  wipeout.clipType = 1;
+  wipeout.clipVertices = {{-0.5, -0.5}, {0.5, 0.5}};
+  ModelSpace(d).entities.push_back(MakeEntity(wipeout));
   Entity over = MakeLine({30, 50}, {70, 50});
   over.props.lineweight = 50;
   ModelSpace(d).entities.push_back(over);

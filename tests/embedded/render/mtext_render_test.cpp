@@ -27,18 +27,6 @@ RecordingBackend DrawFile(const std::string& name) {
   return testing::DrawLayout(drawing, testing::ModelOf(drawing), options);
 }
 
-// The box of the strokes (text in a shape font) whose points all lie in
-// `band` of y.
-Box2 StrokesBetween(const RecordingBackend& rec, double low, double high) {
-  Box2 box;
-  for (const Recorded& item : rec.items) {
-    if (item.kind != Recorded::Kind::Polyline) continue;
-    const Box2 b = BoxOf(item);
-    if (b.min.y >= low && b.max.y <= high && b.Width() < 60) box.Extend(b);
-  }
-  return box;
-}
-
 TEST(MTextRenderTest, TextFlowsIntoColumns) {
   // Each text: the top of its columns, the distance from one column to the
   // next, how deep each column may run (0: no limit), the columns used.
@@ -163,7 +151,14 @@ TEST(MTextRenderTest, BackwardsFittedTextStaysBetweenItsPoints) {
   for (int row = 0; row < 6; ++row) {
     SCOPED_TRACE(row);
     const double y = 12.0 * row;
-    const Box2 box = StrokesBetween(rec, y - 6, y + 6);
+    Box2 box;  // of the strokes (the text is in a shape font) within the row
+    for (const Recorded& item : rec.items) {
+      const Box2 b = BoxOf(item);
+      if (item.kind == Recorded::Kind::Polyline && b.min.y >= y - 6 && b.max.y <= y + 6 &&
+          b.Width() < 60) {
+        box.Extend(b);
+      }
+    }
     ASSERT_FALSE(box.Empty());
     EXPECT_GE(box.min.x, -0.5);
     EXPECT_LE(box.max.x, 30.5);

@@ -117,10 +117,9 @@ TEST(ShapeGlyphsTest, ShapeCodesDrawWhatTheirSourceSays) {
       EXPECT_TRUE(glyph->box.Empty());
       continue;
     }
-    EXPECT_NEAR(glyph->box.min.x, c.minX / c.unit, kTol);
-    EXPECT_NEAR(glyph->box.min.y, c.minY / c.unit, kTol);
-    EXPECT_NEAR(glyph->box.max.x, c.maxX / c.unit, kTol);
-    EXPECT_NEAR(glyph->box.max.y, c.maxY / c.unit, kTol);
+    ExpectNear(glyph->box,
+               Box2::Of({c.minX / c.unit, c.minY / c.unit}, {c.maxX / c.unit, c.maxY / c.unit}),
+               kTol);
   }
 }
 
