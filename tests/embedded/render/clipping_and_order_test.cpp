@@ -30,10 +30,8 @@ Drawing Read(const std::string& name) {
   return d;
 }
 
-const Layout& Model(const Drawing& d) { return testing::ModelOf(d); }
-
 QImage Painted(const Drawing& d, const PlotSettings& s) {
-  return testing::RenderSheet(d, Model(d), s, kPx);
+  return testing::RenderSheet(d, testing::ModelOf(d), s, kPx);
 }
 
 // Each reference draws a cross of two 10-unit midlines; its clip keeps part.
@@ -49,7 +47,7 @@ TEST(ClippingTest, ReferencesShowWhatTheirClipKeeps) {
 TEST(ClippingExtentsTest, OnlyWhatTheClipKeepsCounts) {
   const Drawing d = Read("xclip-xref.dxf");
   ExtentsBackend extents;
-  Frontend(d, extents, {}).DrawLayout(Model(d), Affine2{});
+  Frontend(d, extents, {}).DrawLayout(testing::ModelOf(d), Affine2{});
   EXPECT_NEAR(extents.Extents().min.x, 10, 0.01);
   EXPECT_NEAR(extents.Extents().max.x, 14, 0.01);  // the cross runs on to 20
 }
@@ -58,7 +56,7 @@ TEST(ClippingExtentsTest, OnlyWhatTheClipKeepsCounts) {
 // puts the text on top, in model space (x 0..12) and in a block (x 20..32).
 TEST(DrawOrderTest, TextSortedAfterTheHatchIsDrawnOverIt) {
   const Drawing d = Read("draworder.dxf");
-  const testing::RecordingBackend rec = testing::DrawLayout(d, Model(d));
+  const testing::RecordingBackend rec = testing::DrawLayout(d, testing::ModelOf(d));
   for (const double left : {0.0, 20.0}) {
     SCOPED_TRACE(left);
     int hatch = -1, text = -1;

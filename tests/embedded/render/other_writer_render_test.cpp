@@ -17,21 +17,19 @@ namespace {
 
 using namespace testing;
 
-const Layout& Model(const Drawing& d) { return ModelOf(d); }
-
 Drawing ReadData(const std::string& file) { return ReadTestDrawing("dxf/" + file); }
 
 TEST(OtherWriterRender, NegativeRadiiDrawTheirSize) {
   const Drawing d = ReadData("negative-radius/negative-radius.dxf");
   // The circle of radius 20 about (50, 50), the quarter arc of 30 about (150, 50).
-  ExpectNear(ComputeLayoutExtents(d, Model(d), Model(d).settings), Box2::Of({30, 30}, {180, 80}),
-             1e-6);
+  ExpectNear(ComputeLayoutExtents(d, ModelOf(d), ModelOf(d).settings),
+             Box2::Of({30, 30}, {180, 80}), 1e-6);
 }
 
 TEST(OtherWriterRender, ArrayOfReferencesShowsItsAttributesInEveryCell) {
   const Drawing d = ReadData("minsert-attributes/minsert.dxf");
   std::vector<Vec2> places;
-  for (const Recorded& r : DrawLayout(d, Model(d)).items) {
+  for (const Recorded& r : DrawLayout(d, ModelOf(d)).items) {
     if (r.kind == Recorded::Kind::Text && r.text == "A-1") places.push_back(r.points[0]);
   }
   // Turned by 90°: a column further is 30 up, a row further 20 to the left.
@@ -48,7 +46,7 @@ bool HasPoint(const Recorded& r, Vec2 p) {
 TEST(OtherWriterRender, WidePolylineCornersAreMitredUpToALimit) {
   const Drawing d = ReadData("wide-polyline-corners/corners.dxf");
   std::vector<Recorded> fills;
-  for (const Recorded& r : DrawLayout(d, Model(d)).items) {
+  for (const Recorded& r : DrawLayout(d, ModelOf(d)).items) {
     if (r.kind == Recorded::Kind::Fill) fills.push_back(r);
   }
   // The right angle at (50, 0), 4 wide: its outer corner is filled to the

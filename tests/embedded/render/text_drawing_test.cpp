@@ -22,12 +22,10 @@ std::size_t CountOf(const std::vector<Recorded>& items, Recorded::Kind kind) {
                        [&](const Recorded& r) { return r.kind == kind; });
 }
 
-void AddStyle(Drawing& d, const std::string& name, const std::string& file,
-              const std::string& family = {}) {
+void AddStyle(Drawing& d, const std::string& name, const std::string& file) {
   TextStyle style;
   style.name = name;
   style.fontFile = file;
-  style.trueTypeFamily = family;
   d.textStyles.push_back(style);
   d.Reindex();
 }
@@ -47,12 +45,9 @@ Text MakeText(const std::string& contents, const std::string& style, Vec2 at, do
   return t;
 }
 
-// The drawings of tests/data/dxf/render (make_drawings.py there says what
-// each holds).
-Drawing Read(const std::string& name) { return ReadTestDrawing("dxf/render/" + name); }
-
 TEST(TextDrawingTest, MTextRunsCarryTheirColourAndPlace) {
-  const Drawing d = Read("mtext_runs.dxf");
+  // tests/data/dxf/render/make_drawings.py says what the drawing holds.
+  const Drawing d = ReadTestDrawing("dxf/render/mtext_runs.dxf");
   FixedMeasure measure;
   const RecordingBackend rec = DrawModel(d, &measure);
   std::vector<const Recorded*> texts;
