@@ -40,35 +40,31 @@ MTextFormat Base() {
   return f;
 }
 
-// The fields of `f` that differ from Base(), as "name=value" each.
-std::string Changes(const MTextFormat& f) {
-  const MTextFormat base = Base();
+// A format's fields, "name=value" each; rgb in hexadecimal.
+std::vector<std::string> Fields(const MTextFormat& f) {
+  char rgb[8] = "";
+  if (f.rgb) std::snprintf(rgb, sizeof rgb, "%06X", *f.rgb);
   std::ostringstream out;
-  const auto field = [&](const char* name, const auto& value, const auto& was) {
-    if (value != was) out << ' ' << name << '=' << value;
-  };
-  field("family", f.family, base.family);
-  field("file", f.file, base.file);
-  field("stroke", f.strokeFont, base.strokeFont);
-  field("bold", f.bold, base.bold);
-  field("italic", f.italic, base.italic);
-  field("height", f.height, base.height);
-  field("width", f.widthFactor, base.widthFactor);
-  field("oblique", f.obliqueDegrees, base.obliqueDegrees);
-  field("tracking", f.tracking, base.tracking);
-  const auto rgb = [](const MTextFormat& m) {
-    char text[8] = "";
-    if (m.rgb) std::snprintf(text, sizeof text, "%06X", *m.rgb);
-    return std::string(text);
-  };
-  field("rgb", rgb(f), rgb(base));
-  field("aci", f.aci, base.aci);
-  field("underline", f.underline, base.underline);
-  field("overline", f.overline, base.overline);
-  field("strike", f.strike, base.strike);
-  field("line", f.lineAlign, base.lineAlign);
-  field("paragraph", f.paragraphAlign, base.paragraphAlign);
-  return out.str().empty() ? "" : out.str().substr(1);
+  out << "family=" << f.family << "\nfile=" << f.file << "\nstroke=" << f.strokeFont
+      << "\nbold=" << f.bold << "\nitalic=" << f.italic << "\nheight=" << f.height
+      << "\nwidth=" << f.widthFactor << "\noblique=" << f.obliqueDegrees
+      << "\ntracking=" << f.tracking << "\nrgb=" << rgb << "\naci=" << f.aci
+      << "\nunderline=" << f.underline << "\noverline=" << f.overline << "\nstrike=" << f.strike
+      << "\nline=" << f.lineAlign << "\nparagraph=" << f.paragraphAlign;
+  std::vector<std::string> fields;
+  std::istringstream in(out.str());
+  for (std::string field; std::getline(in, field);) fields.push_back(field);
+  return fields;
+}
+
+// The fields of `f` that differ from Base(), separated by blanks.
+std::string Changes(const MTextFormat& f) {
+  const std::vector<std::string> fields = Fields(f), base = Fields(Base());
+  std::string changes;
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    if (fields[i] != base[i]) changes += (changes.empty() ? "" : " ") + fields[i];
+  }
+  return changes;
 }
 
 TEST(MTextFormatTest, CharactersBreaksAndStacks) {
