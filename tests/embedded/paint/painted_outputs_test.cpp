@@ -23,14 +23,10 @@ using sheafwork::testing::TempFolder;
 // other tests of the program expect them.
 class PaintedOutputsTest : public ::testing::Test {
  protected:
-  PaintedOutputsTest() : drawing_(MakeDrawing()) {
-    ModelSpace(drawing_).entities.push_back(MakeLine({10, 10}, {90, 60}));
-    drawing_.Reindex();
-  }
   ~PaintedOutputsTest() override { SetPaintedOutputs(PaintOutputs()); }
 
   PlotJob Job(OutputKind kind, const std::string& name) const {
-    PlotJob job = MakeJob(drawing_, drawing_.layouts[0], OneToOneSettings(100, 70));
+    PlotJob job = MakeJob(drawing_, ModelOf(drawing_), OneToOneSettings(100, 70));
     job.output = kind;
     job.outputPath = folder_.File(name);
     job.printerName = "traceur-absent";
@@ -38,7 +34,7 @@ class PaintedOutputsTest : public ::testing::Test {
     return job;
   }
 
-  Drawing drawing_;
+  const Drawing drawing_ = ReadTestDrawing("dxf/render/outputs.dxf");
   TempFolder folder_;
 };
 
