@@ -77,19 +77,11 @@ TEST(DrawOrderTest, TextSortedAfterTheHatchIsDrawnOverIt) {
 TEST(HatchTextBoxTest, IslandsAroundTextStayUnfilled) {
   const Drawing d = Read("hatch-textbox.dxf");
   const QImage image = Painted(d, OneToOneSettings(110, 45));
-  const struct {
-    const char* what;
-    Vec2 at;
-    bool filled;
-  } probes[] = {{"outer band", {5, 5}, true},
-                {"island", {12, 12}, false},
-                {"text box in the island", {24, 19}, false},
-                {"second hatch", {70, 20}, true},
-                {"text box inside the boundary", {88.5, 19}, false},
-                {"text box out of the boundary", {95, 20}, false}};
-  for (const auto& p : probes) {
-    SCOPED_TRACE(p.what);
-    EXPECT_EQ(testing::ColorAt(image, kPx, p.at) == 0x0000FF, p.filled);
+  for (const auto& row :
+       sheafwork::testing::ReadTestTable("dxf/clipping/hatch-textbox-probes.tsv")) {
+    SCOPED_TRACE(row.where + " " + row[0]);
+    EXPECT_EQ(testing::ColorAt(image, kPx, testing::PointIn(row[1])) == 0x0000FF,
+              row[2] == "filled");
   }
 }
 

@@ -137,9 +137,7 @@ TEST(TransformTest, InverseBringsPointsBack) {
   const Transform3 inverse = t.Inverse();
   for (const Vec3 p : {Vec3{0, 0, 0}, Vec3{1, 2, 3}, Vec3{-40, 7, 0.5}}) {
     const Vec3 back = inverse.Apply(t.Apply(p));
-    EXPECT_NEAR(back.x, p.x, 1e-9);
-    EXPECT_NEAR(back.y, p.y, 1e-9);
-    EXPECT_NEAR(back.z, p.z, 1e-9);
+    EXPECT_NEAR(std::hypot(back.x - p.x, back.y - p.y, back.z - p.z), 0, 1e-9);
   }
   const Vec3 q = Transform3::Scaling({1, 1, 0}).Inverse().Apply({4, 5, 6});
   EXPECT_EQ(q.x, 4);
