@@ -21,8 +21,6 @@ using namespace testing;
 
 using ::testing::HasSubstr;
 
-Drawing NestedBlocks() { return testing::ReadTestDrawing("dxf/fan-out/blocks.dxf"); }
-
 // Draws block `name` of `drawing` with `work`; the PlotError's message, or
 // empty when it was drawn.
 std::string DrawBlock(const Drawing& drawing, const std::string& name, const SheetWork& work) {
@@ -38,8 +36,8 @@ std::string DrawBlock(const Drawing& drawing, const std::string& name, const She
   return "";
 }
 
-TEST(SheetBoundsTest, AWalkPastTheEntityLimitStopsNamingTheLimit) {
-  const Drawing drawing = NestedBlocks();
+TEST(SheetBoundsTest, AWalkStopsPastTheEntityLimitNamingItOrOnACancel) {
+  const Drawing drawing = testing::ReadTestDrawing("dxf/fan-out/blocks.dxf");
   // B4 draws 10 + 100 + 1000 + 10 000 references and 10 000 lines.
   struct Case {
     const char* block;
@@ -57,16 +55,10 @@ TEST(SheetBoundsTest, AWalkPastTheEntityLimitStopsNamingTheLimit) {
     SheetWork work;
     work.entityLimit = c.limit;
     const std::string error = DrawBlock(drawing, c.block, work);
-    if (*c.error == '\0') {
-      EXPECT_EQ(error, "");
-    } else {
-      EXPECT_THAT(error, HasSubstr(c.error));
-    }
+    EXPECT_EQ(error.empty(), *c.error == '\0') << error;
+    EXPECT_THAT(error, HasSubstr(c.error));
   }
-}
 
-TEST(SheetBoundsTest, ACancelStopsTheWalkUnderWay) {
-  const Drawing drawing = NestedBlocks();
   int asked = 0;
   SheetWork work;
   work.cancelled = [&] { return ++asked == 2; };

@@ -72,18 +72,14 @@ void ExpectClippedPictures(const QImage& sheet, double k) {
   EXPECT_GT(checked, 200);
 }
 
-TEST(RasterImageTest, PaintedOutputsShowTheClippedPictures) {
+// Painted, and in the PDF from one image object.
+TEST(RasterImageTest, PaintedOutputsAndPdfShowTheClippedPictures) {
   const Drawing drawing = ReadImages("clipped.dxf", "");
-  const double k = 8;
-  ExpectClippedPictures(
-      testing::RenderSheet(drawing, drawing.layouts[0], testing::OneToOneSettings(60, 20), k), k);
-}
-
-TEST(RasterImageTest, PdfShowsTheClippedPicturesFromOneImageObject) {
-  const Drawing drawing = ReadImages("clipped.dxf", "");
+  const PlotSettings settings = testing::OneToOneSettings(60, 20);
+  ExpectClippedPictures(testing::RenderSheet(drawing, drawing.layouts[0], settings, 8), 8);
   sheafwork::testing::TempFolder folder;
   const std::string path = folder.File("clipped.pdf");
-  const std::string pdf = PlotPdf(drawing, testing::OneToOneSettings(60, 20), path);
+  const std::string pdf = PlotPdf(drawing, settings, path);
   EXPECT_EQ(testing::Count(pdf, "/Subtype /Image"), 1u);  // one file, drawn three times
   const QImage sheet = pdf::testing::RasterisePage(path, 1, 203, folder.File("clipped"));
   if (sheet.isNull()) GTEST_SKIP() << "pdftoppm is not installed";

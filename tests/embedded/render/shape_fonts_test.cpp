@@ -123,7 +123,7 @@ TEST(ShapeGlyphsTest, ShapeCodesDrawWhatTheirSourceSays) {
   }
 }
 
-TEST(StrokeFontTest, EveryGlyphFitsItsCell) {
+TEST(StrokeFontTest, EveryGlyphFitsItsCellAndTextBoundsAreTheBoxOfItsStrokes) {
   const StrokeFont& font = StrokeFont::Get();
   ASSERT_GT(font.Characters().size(), 150u);
   for (char32_t c : font.Characters()) {
@@ -147,13 +147,9 @@ TEST(StrokeFontTest, EveryGlyphFitsItsCell) {
       EXPECT_LE(p.y, 1.35);
     }
   }
-}
-
-TEST(StrokeFontTest, BoundsFromTheGlyphBoxesAreTheBoxOfTheLaidOutStrokes) {
-  // Text is culled on these bounds before its strokes are made: they must
-  // be the box of those strokes, whatever the spacing, with marks, missing
-  // characters and blanks.
-  const StrokeFont& font = StrokeFont::Get();
+  // Text is culled on bounds from the glyph boxes before its strokes are
+  // made: they must be the box of those strokes, whatever the spacing, with
+  // marks, missing characters and blanks.
   const char* texts[] = {"Façade Ø25", "IA", "\xE6\xBC\xA2x\xFF", " "};
   for (const char* text : texts) {
     for (const double tracking : {1.0, 1.3}) {
