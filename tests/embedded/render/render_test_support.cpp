@@ -46,14 +46,6 @@ Box2 BoxOf(const Recorded& item) {
   return box;
 }
 
-Box2 BoxOf(const std::vector<Recorded>& items, Recorded::Kind kind) {
-  Box2 box;
-  for (const Recorded& r : items) {
-    if (r.kind == kind) box.Extend(BoxOf(r));
-  }
-  return box;
-}
-
 Drawing MakeDrawing() {
   (void)kOffscreen;
   Drawing d;

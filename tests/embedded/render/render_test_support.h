@@ -82,9 +82,8 @@ class FixedMeasure final : public TextMeasure {
   double Advance(const FontFace& face, std::string_view text) override;
 };
 
-/// The box of `item`'s points, and of the points of every item of `kind`.
+/// The box of `item`'s points.
 Box2 BoxOf(const Recorded& item);
-Box2 BoxOf(const std::vector<Recorded>& items, Recorded::Kind kind);
 
 /// What the frontend hands a backend for `layout`; its counters in `stats`
 /// when given.

@@ -22,6 +22,15 @@ std::size_t CountOf(const std::vector<Recorded>& items, Recorded::Kind kind) {
                        [&](const Recorded& r) { return r.kind == kind; });
 }
 
+// The box of the points of every item of `kind`.
+Box2 BoxOf(const std::vector<Recorded>& items, Recorded::Kind kind) {
+  Box2 box;
+  for (const Recorded& r : items) {
+    if (r.kind == kind) box.Extend(BoxOf(r));
+  }
+  return box;
+}
+
 void AddStyle(Drawing& d, const std::string& name, const std::string& file) {
   TextStyle style;
   style.name = name;
