@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -157,6 +159,153 @@ TEST(TextDrawingDeathTest, WithoutAnyFontTextIsStroked) {
         std::exit(stroked ? 0 : 1);
       },
       ::testing::ExitedWithCode(0), "");
+}
+
+// Multi-line and single-line text of drawings written by another program
+// (tests/data/dxf/mtext, made by make_drawings.py there), every TrueType
+// character one cap height wide.
+RecordingBackend DrawFile(const std::string& name) {
+  FixedMeasure measure;
+  return DrawModel(ReadTestDrawing("dxf/mtext/" + name), &measure);
+}
+
+TEST(MTextRenderTest, TextFlowsIntoColumns) {
+  // Each text: the top of its columns, the distance from one column to the
+  // next, how deep each column may run (0: no limit), the columns used.
+  struct Flow {
+    double top;
+    double pitch;
+    std::vector<double> limits;
+    std::size_t columns;
+  };
+  const Flow flows[] = {
+      {100, 35, {0, 0, 0}, 3},        // static: \N ends each column
+      {50, 44, {20, 20, 20, 20}, 4},  // dynamic: 20 deep each, as many as needed
+      {0, 44, {10, 0}, 2},            // dynamic: 10 deep, then the rest
+  };
+  for (const char* file : {"columns-r2018.dxf", "columns-r2007.dxf"}) {
+    SCOPED_TRACE(file);
+    const RecordingBackend rec = DrawFile(file);
+    for (const Flow& flow : flows) {
+      SCOPED_TRACE(flow.top);
+      std::set<std::size_t> used;
+      for (const Recorded& item : rec.items) {
+        if (item.kind != Recorded::Kind::Text) continue;
+        const Vec2 at = item.points[0];
+        if (at.y > flow.top || at.y <= flow.top - 45) continue;
+        const double slot = at.x / flow.pitch;
+        ASSERT_NEAR(slot, std::round(slot), 1e-9) << item.text;
+        const auto column = static_cast<std::size_t>(std::round(slot));
+        ASSERT_LT(column, flow.limits.size()) << item.text;
+        if (flow.limits[column] > 0) {
+          EXPECT_LE(flow.top - at.y, flow.limits[column]) << item.text;
+        }
+        used.insert(column);
+      }
+      EXPECT_EQ(used.size(), flow.columns);
+    }
+  }
+}
+
+TEST(MTextRenderTest, BackgroundFillsAndFramesTheText) {
+  const RecordingBackend rec = DrawFile("background.dxf");
+  // The boxes grow by (scale - 1) text heights; without a width the box is
+  // as wide as the text (five units a character).
+  struct Box {
+    const char* text;
+    std::optional<std::uint32_t> fill;
+    bool frame;
+    Box2 box;
+  };
+  const Box boxes[] = {
+      {"Fond ACI 1", 0xFF0000, false, Box2::Of({-2.5, 32.5}, {62.5, 42.5})},
+      {"Fond RVB cadre", 0x0080FF, true, Box2::Of({-5, 10}, {80, 25})},
+      {"Fond du dessin", 0xFFFFFF, false, Box2::Of({77.5, 32.5}, {152.5, 42.5})},
+      {"Cadre seul", std::nullopt, true, Box2::Of({77.5, 12.5}, {132.5, 22.5})},
+  };
+  for (const Box& expected : boxes) {
+    SCOPED_TRACE(expected.text);
+    std::size_t textAt = rec.items.size();
+    int fills = 0, frames = 0;
+    for (std::size_t i = 0; i < rec.items.size(); ++i) {
+      const Recorded& item = rec.items[i];
+      if (item.kind == Recorded::Kind::Text && item.text == expected.text) textAt = i;
+      const Box2 b = BoxOf(item);
+      const bool same = std::abs(b.min.x - expected.box.min.x) < 1e-9 &&
+                        std::abs(b.min.y - expected.box.min.y) < 1e-9 &&
+                        std::abs(b.max.x - expected.box.max.x) < 1e-9 &&
+                        std::abs(b.max.y - expected.box.max.y) < 1e-9;
+      if (!same) continue;
+      if (item.kind == Recorded::Kind::Fill) {
+        ++fills;
+        if (expected.fill) {
+          EXPECT_EQ(item.style.rgb, *expected.fill);
+        }
+        EXPECT_LT(i, textAt) << "the fill is drawn before its text";
+      }
+      if (item.kind == Recorded::Kind::Polyline) ++frames;
+    }
+    EXPECT_EQ(fills, expected.fill ? 1 : 0);
+    EXPECT_EQ(frames, expected.frame ? 1 : 0);
+  }
+}
+
+TEST(MTextRenderTest, FractionBarsAreThinBandsBetweenTheDigits) {
+  // "A \S1<kind>2; B", text height 5, rows with their top at y = 30, 18, 6.
+  const RecordingBackend rec = DrawFile("stacked.dxf");
+  struct Row {
+    double top;
+    int bands;  ///< the bar, the slash, or nothing for a tolerance
+  };
+  const Row rows[] = {{30, 1}, {18, 1}, {6, 0}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.top);
+    std::vector<Box2> bands;
+    const Recorded* numerator = nullptr;
+    const Recorded* denominator = nullptr;
+    for (const Recorded& item : rec.items) {
+      const Box2 b = BoxOf(item);
+      if (b.min.y < row.top - 8 || b.max.y > row.top + 2) continue;
+      EXPECT_NE(item.kind, Recorded::Kind::Lines) << "a bar drawn with the pen";
+      if (item.kind == Recorded::Kind::Fill) bands.push_back(b);
+      if (item.kind == Recorded::Kind::Text && item.text == "1") numerator = &item;
+      if (item.kind == Recorded::Kind::Text && item.text == "2") denominator = &item;
+    }
+    ASSERT_EQ(bands.size(), static_cast<std::size_t>(row.bands));
+    if (row.top != 30) continue;
+    // The bar: thin, as long as the digits are wide (0.6 of the height),
+    // in the gap between the numerator's baseline and the top of the
+    // denominator.
+    ASSERT_NE(numerator, nullptr);
+    ASSERT_NE(denominator, nullptr);
+    EXPECT_GT(bands[0].Height(), 0);
+    EXPECT_LT(bands[0].Height(), 0.5);
+    EXPECT_GE(bands[0].Width(), 3);
+    EXPECT_LT(bands[0].max.y, numerator->points[0].y);
+    EXPECT_GT(bands[0].min.y, denominator->points[0].y + 3);
+  }
+}
+
+TEST(MTextRenderTest, BackwardsFittedTextStaysBetweenItsPoints) {
+  // Rows 12 apart of text from x = 0 to x = 30: backwards, upside down or
+  // both, fitted or aligned.
+  const RecordingBackend rec = DrawFile("mirrored.dxf");
+  for (int row = 0; row < 6; ++row) {
+    SCOPED_TRACE(row);
+    const double y = 12.0 * row;
+    Box2 box;  // of the strokes (the text is in a shape font) within the row
+    for (const Recorded& item : rec.items) {
+      const Box2 b = BoxOf(item);
+      if (item.kind == Recorded::Kind::Polyline && b.min.y >= y - 6 && b.max.y <= y + 6 &&
+          b.Width() < 60) {
+        box.Extend(b);
+      }
+    }
+    ASSERT_FALSE(box.Empty());
+    EXPECT_GE(box.min.x, -0.5);
+    EXPECT_LE(box.max.x, 30.5);
+    EXPECT_GT(box.Width(), 25);
+  }
 }
 
 }  // namespace
