@@ -1,5 +1,6 @@
 #include "embedded/render/frontend.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,7 +10,9 @@
 
 #include "embedded/dxf/reader.h"
 #include "embedded/model/xrefs.h"
+#include "embedded/render/extents_backend.h"
 #include "embedded/render/plot_area.h"
+#include "embedded/render/plot_job.h"
 #include "embedded/render/render_test_support.h"
 #include "embedded/render/wide_joins.h"
 #include "fakes/test_data.h"
@@ -18,6 +21,7 @@ namespace sheafwork::embedded {
 namespace {
 
 using namespace testing;
+using ::testing::HasSubstr;
 
 // The drawings of tests/data/dxf/render (make_drawings.py there says what
 // each holds), drawn in their model layout.
@@ -167,6 +171,57 @@ TEST(OtherWriterRender, MultileadersLeaveInkWhereTheirPartsAre) {
   for (const Vec2 p : {Vec2{30, 70}, Vec2{15, 15}}) {
     EXPECT_FALSE(InkNear(image, kPx, p, 0.6)) << "ink at " << p.x << ", " << p.y;
   }
+}
+
+// What bounds one sheet's walk: the entities it may draw, the user's cancel
+// (tests/data/dxf/fan-out/blocks.dxf: B0 one line, each Bn ten references to
+// B(n-1)).
+
+// Draws block `name` of `drawing` with `work`; the PlotError's message, or
+// empty when it was drawn.
+std::string DrawBlock(const Drawing& drawing, const std::string& name, const SheetWork& work) {
+  ExtentsBackend backend;
+  FrontendOptions options;
+  options.work = &work;
+  Frontend frontend(drawing, backend, options);
+  try {
+    frontend.DrawBlockEntities(*drawing.FindBlock(name), Transform3{});
+  } catch (const PlotError& error) {
+    return error.what();
+  }
+  return "";
+}
+
+TEST(SheetBoundsTest, AWalkStopsPastTheEntityLimitNamingItOrOnACancel) {
+  const Drawing drawing = testing::ReadTestDrawing("dxf/fan-out/blocks.dxf");
+  // B4 draws 10 + 100 + 1000 + 10 000 references and 10 000 lines.
+  struct Case {
+    const char* block;
+    std::uint64_t limit;
+    const char* error;
+  };
+  const Case cases[] = {
+      {"B4", 21110, ""},
+      {"B4", 21109, "plus de 21109 entités"},
+      {"B8", 100000, "plus de 100000 entités"},
+      {"B1", 0, "plus de 0 entités"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.block) + " " + std::to_string(c.limit));
+    SheetWork work;
+    work.entityLimit = c.limit;
+    const std::string error = DrawBlock(drawing, c.block, work);
+    EXPECT_EQ(error.empty(), *c.error == '\0') << error;
+    EXPECT_THAT(error, HasSubstr(c.error));
+  }
+
+  int asked = 0;
+  SheetWork work;
+  work.cancelled = [&] { return ++asked == 2; };
+  // 10^9 lines: only a cancel ends this walk before the limit.
+  EXPECT_EQ(DrawBlock(drawing, "*Model_Space", work),
+            "tracé interrompu à la demande de l'utilisateur");
+  EXPECT_EQ(asked, 2);
 }
 
 }  // namespace
