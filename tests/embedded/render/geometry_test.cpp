@@ -1,5 +1,6 @@
-// Pure geometry: curves flattened into points (arcs, bulges, splines, hatch
-// patterns), the boxes of arcs, placements, dashes and point symbols.
+// Geometry: curves flattened into points (arcs, bulges, splines, hatch
+// patterns), the boxes of arcs, placements in space, dashes, point symbols
+// and the place of a plot on its sheet.
 
 #include "embedded/render/curves.h"
 
@@ -7,19 +8,22 @@
 
 #include <cmath>
 #include <numbers>
+#include <string>
 #include <vector>
 
 #include "embedded/render/arc_box.h"
 #include "embedded/render/dasher.h"
 #include "embedded/render/hatch_pattern.h"
+#include "embedded/render/page_geometry.h"
 #include "embedded/render/point_style.h"
 #include "embedded/render/render_test_support.h"
 #include "embedded/render/transform.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
 
-using testing::ExpectNear;
+using namespace testing;
 
 constexpr double kPi = std::numbers::pi;
 
@@ -269,6 +273,39 @@ TEST(PointStyleTest, SymbolsByMode) {
   std::vector<Vec2> small;             // however small
   EXPECT_EQ(AppendPointSymbol(98, {0, 0}, 0.5, small).circleRadius, 0.25);
   EXPECT_EQ(small.size(), 2 * 6u);
+}
+
+// Where a plot lands on its sheet (cases in tests/data/render/page_geometry.tsv).
+
+TEST(PageGeometryTest, PlacesThePlotOnTheSheet) {
+  for (const auto& row : sheafwork::testing::ReadTestTable("render/page_geometry.tsv")) {
+    SCOPED_TRACE(row.where + " " + row[0]);
+    const std::vector<double> media = NumbersIn(row[1]);
+    PlotSettings s;
+    s.paperWidth = media.at(0);
+    s.paperHeight = media.at(1);
+    s.marginLeft = media.at(2);
+    s.marginBottom = media.at(3);
+    s.marginRight = media.at(4);
+    s.marginTop = media.at(5);
+    s.rotation = static_cast<std::int16_t>(std::stoi(row[2]));
+    s.flags = kUseStandardScale;
+    const double scale = std::stod(row[3]);
+    s.standardScale = static_cast<std::int16_t>(scale <= 0 ? -scale : 16);
+    if (scale > 0) {
+      s.Set(kUseStandardScale, false);
+      s.customNumerator = 1;
+      s.customDenominator = scale;
+    }
+    s.Set(kPlotCentered, row[4] == "yes");
+    s.origin = PointIn(row[5]);
+    s.paperUnits = static_cast<std::int16_t>(std::stoi(row[6]));
+    const SheetLayout layout = ComputeSheetLayout(s, {BoxIn(row[7]), std::nullopt});
+    ExpectNear(Vec2{layout.frame.width, layout.frame.height}, PointIn(row[8]));
+    ExpectNear(layout.frame.printable, BoxIn(row[9]));
+    EXPECT_NEAR(layout.mmPerDrawingUnit, std::stod(row[10]), 1e-9);
+    ExpectNear(layout.drawingToSheet.Apply(PointIn(row[11])), PointIn(row[12]));
+  }
 }
 
 }  // namespace
