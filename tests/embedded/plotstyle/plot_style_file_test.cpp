@@ -5,8 +5,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstring>
 #include <initializer_list>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -150,29 +152,15 @@ TEST(PlotStyleTableTest, AppliesTheEntryOfTheColourNumber) {
   table.entries[6].color = kPlotStyleObjectColor2;  // the other "object colour" value
   table.entries[6].modeColor = EncodePlotStyleColor(0x00FF00);
 
-  struct Case {
-    int aci;
-    std::uint32_t rgb;
-    double mm;
-    std::uint32_t wantRgb;
-    double wantMm;
-  };
-  const Case cases[] = {
-      {1, 0xFF0000, 0.25, 0x0000FF, 0.50},    // pen colour and lineweight
-      {9, 0x808080, 0.25, 0xBFBFBF, 0.25},    // black at 25 %: a light grey
-      {3, 0x00FF00, 0.30, 0x969696, 0.30},    // grey of the object's colour
-      {4, 0xABCDEF, 0.25, 0xABCDEF, 0.25},    // "by layer" kind: the object's
-      {5, 0x00FF00, 0.25, 0xFF00FF, 0.25},    // colour-number kind: its RGB bytes
-      {6, 0x112233, 0.70, 0x112233, 0.70},    // 0.00 mm keeps the object's weight
-      {7, 0x445566, 0.25, 0x445566, 0.25},    // the other "object colour" value
-      {2, 0x10FF10, 0.18, 0x10FF10, 0.18},    // an untouched entry
-      {0, 0x10FF10, 0.18, 0x10FF10, 0.18},    // no entry for 0 ...
-      {256, 0x10FF10, 0.18, 0x10FF10, 0.18},  // ... nor 256
-  };
-  for (const Case& c : cases) {
-    const PlotStylePen pen = table.Apply(c.aci, c.rgb, c.mm);
-    EXPECT_EQ(pen.rgb, c.wantRgb) << "colour " << c.aci;
-    EXPECT_DOUBLE_EQ(pen.lineweightMm, c.wantMm) << "colour " << c.aci;
+  for (const auto& row : ReadTestTable("plotstyle/apply.tsv")) {
+    std::istringstream object(row[1]);
+    std::uint32_t rgb = 0;
+    double mm = 0;
+    object >> std::hex >> rgb >> std::dec >> mm;
+    const PlotStylePen pen = table.Apply(std::stoi(row[0]), rgb, mm);
+    char plotted[32];
+    std::snprintf(plotted, sizeof plotted, "%06X %g", pen.rgb, pen.lineweightMm);
+    EXPECT_EQ(plotted, row[2]) << row.where;
   }
 }
 
