@@ -139,33 +139,19 @@ TEST(WipeoutTest, MasksWhatCameBeforeOnly) {
 }
 
 // A model filled black, seen at 1:1 through a 60 mm viewport at (50, 50),
-// in a layout per boundary clipping it.
+// in a layout per boundary clipping it (clipped_viewports.tsv says where).
 TEST(ClippedViewportTest, ContentOutsideTheBoundaryIsNotDrawn) {
   const Drawing d = ReadTestDrawing("dxf/render/clipped_viewports.dxf");
-  struct Case {
-    const char* layout;
-    Vec2 inside;
-    Vec2 outside;  ///< within the viewport's rectangle
-  };
-  const Case cases[] = {
-      {"cercle", {50, 65}, {24, 24}},
-      {"polyligne", {50, 70}, {30, 30}},
-      {"ellipse", {70, 50}, {50, 65}},
-      // No boundary to clip by: the whole rectangle.
-      {"sans entité", {24, 24}, {15, 50}},
-      {"sans drapeau", {24, 24}, {15, 50}},
-      {"ligne", {24, 24}, {15, 50}},
-  };
   PlotSettings s = OneToOneSettings(100);
   s.plotType = kPlotLayout;
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.layout);
-    const QImage image = RenderSheet(d, LayoutNamed(d, c.layout), s, kPx);
-    EXPECT_TRUE(InkNear(image, kPx, c.inside, 0.1));
-    EXPECT_FALSE(InkNear(image, kPx, c.outside, 0.5));
+  for (const auto& row : sheafwork::testing::ReadTestTable("dxf/render/clipped_viewports.tsv")) {
+    SCOPED_TRACE(row.where);
+    const QImage image = RenderSheet(d, LayoutNamed(d, row[0]), s, kPx);
+    EXPECT_TRUE(InkNear(image, kPx, PointIn(row[1]), 0.1));
+    EXPECT_FALSE(InkNear(image, kPx, PointIn(row[2]), 0.5));
     // A boundary is the frame: the viewport's own is not drawn.
-    const bool clipped = c.outside.x != 15;
-    EXPECT_NE(InkNear(image, kPx, {21, 50}, 0.5) && InkNear(image, kPx, {79, 79}, 0.5), clipped);
+    EXPECT_NE(InkNear(image, kPx, {21, 50}, 0.5) && InkNear(image, kPx, {79, 79}, 0.5),
+              row[3] == "clipped");
   }
 }
 
