@@ -13,6 +13,7 @@
 #include "embedded/render/render_test_support.h"
 #include "embedded/render/stroke_font.h"
 #include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -89,27 +90,13 @@ TEST(TextDrawingTest, MTextRunsCarryTheirColourAndPlace) {
 }
 
 TEST(TextDrawingTest, TogglesDrawLinesAlongSingleLineText) {
-  struct Case {
-    const char* text;
-    const char* style;
-    int horizontalAlign;
-    std::vector<double> xs;  ///< ends of the expected segments, in characters
-    double y;                ///< their height, in cap heights
-  };
   // Fixed-width TrueType face: one unit per byte; text 2 high at (100, 0).
-  const Case cases[] = {
-      {"a%%ub%%uc", "Arial", 0, {1, 2}, -0.2},
-      {"%%Oab", "Arial", 0, {0, 2}, 1.2},               // on to the end
-      {"%%ka%%kb%%kc", "Arial", 0, {0, 1, 2, 3}, 0.5},  // twice
-      {"a%%ub%%u", "Arial", 2, {-1, 0}, -0.2},          // right-aligned
-      {"%%%u", "Arial", 0, {}, 0},                      // "%" then a plain "u"
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.text);
+  for (const auto& row : sheafwork::testing::ReadTestTable("render/text_toggles.tsv")) {
+    SCOPED_TRACE(row.where);
     Drawing d = MakeDrawing();
     AddStyle(d, "Arial", "arial.ttf");
-    Text t = MakeText(c.text, c.style, {100, 0}, 2);
-    t.horizontalAlign = static_cast<std::int16_t>(c.horizontalAlign);
+    Text t = MakeText(row[0], "Arial", {100, 0}, 2);
+    t.horizontalAlign = static_cast<std::int16_t>(std::stoi(row[1]));
     t.alignPoint = {100, 0, 0};
     t.hasAlignPoint = true;
     ModelSpace(d).entities.push_back(MakeEntity(t));
@@ -122,7 +109,8 @@ TEST(TextDrawingTest, TogglesDrawLinesAlongSingleLineText) {
         points.insert(points.end(), r.points.begin(), r.points.end());
     }
     std::vector<Vec2> expected;
-    for (const double x : c.xs) expected.push_back({100 + 2 * x, 2 * c.y});
+    for (const double x : NumbersIn(row[2]))
+      expected.push_back({100 + 2 * x, 2 * std::stod(row[3])});
     ExpectNear(points, expected);
   }
   // With a shape font the lines follow the stroke font's widths.
