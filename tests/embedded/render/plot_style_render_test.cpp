@@ -63,28 +63,17 @@ TEST(PlotStylePenTest, InlineColoursOfMultilineTextGoThroughTheTable) {
   ModelSpace(d).entities.push_back(e);
   d.Reindex();
 
-  struct Expected {
-    const char* text;
-    std::uint32_t rgb;
-    std::uint32_t rgbWithout;
-  };
-  const Expected expected[] = {
-      {"rouge", 0x0000FF, 0xFF0000},  // through entry 1
-      {"vert", 0x00FF00, 0x00FF00},   // entry 3 keeps the object's colour
-      {"objet", 0x000000, 0x0000FF},  // the entity's colour 5, through entry 5
-      {"vrai", 0x000000, 0x00FF00},   // a true colour plots under the entity's number
-  };
   for (const bool withTable : {true, false}) {
     FrontendOptions options;
     if (withTable) options.plotStyles = table;
     const RecordingBackend backend = DrawLayout(d, ModelOf(d), options);
-    for (const Expected& x : expected) {
-      SCOPED_TRACE(std::string(x.text) + (withTable ? " (table)" : " (no table)"));
+    for (const auto& row : sheafwork::testing::ReadTestTable("render/inline_colours.tsv")) {
+      SCOPED_TRACE(row.where + (withTable ? " (table)" : " (no table)"));
       const auto found = std::find_if(
           backend.items.begin(), backend.items.end(),
-          [&](const auto& item) { return item.text.find(x.text) != std::string::npos; });
+          [&](const auto& item) { return item.text.find(row[0]) != std::string::npos; });
       ASSERT_NE(found, backend.items.end());
-      EXPECT_EQ(found->style.rgb, withTable ? x.rgb : x.rgbWithout);
+      EXPECT_EQ(found->style.rgb, std::stoul(row[withTable ? 1 : 2], nullptr, 16));
     }
   }
 }
