@@ -197,44 +197,33 @@ TEST(MTextRenderTest, TextFlowsIntoColumns) {
 
 TEST(MTextRenderTest, BackgroundFillsAndFramesTheText) {
   const RecordingBackend rec = DrawFile("background.dxf");
-  // The boxes grow by (scale - 1) text heights; without a width the box is
-  // as wide as the text (five units a character).
-  struct Box {
-    const char* text;
-    std::optional<std::uint32_t> fill;
-    bool frame;
-    Box2 box;
-  };
-  const Box boxes[] = {
-      {"Fond ACI 1", 0xFF0000, false, Box2::Of({-2.5, 32.5}, {62.5, 42.5})},
-      {"Fond RVB cadre", 0x0080FF, true, Box2::Of({-5, 10}, {80, 25})},
-      {"Fond du dessin", 0xFFFFFF, false, Box2::Of({77.5, 32.5}, {152.5, 42.5})},
-      {"Cadre seul", std::nullopt, true, Box2::Of({77.5, 12.5}, {132.5, 22.5})},
-  };
-  for (const Box& expected : boxes) {
-    SCOPED_TRACE(expected.text);
+  // background.tsv beside the drawing says how each text is filled and framed.
+  for (const auto& row : sheafwork::testing::ReadTestTable("dxf/mtext/background.tsv")) {
+    SCOPED_TRACE(row.where);
+    const std::optional<std::uint32_t> fill =
+        row[1] == "-" ? std::nullopt : std::optional(std::stoul(row[1], nullptr, 16));
+    const Box2 box = BoxIn(row[3]);
     std::size_t textAt = rec.items.size();
     int fills = 0, frames = 0;
     for (std::size_t i = 0; i < rec.items.size(); ++i) {
       const Recorded& item = rec.items[i];
-      if (item.kind == Recorded::Kind::Text && item.text == expected.text) textAt = i;
+      if (item.kind == Recorded::Kind::Text && item.text == row[0]) textAt = i;
       const Box2 b = BoxOf(item);
-      const bool same = std::abs(b.min.x - expected.box.min.x) < 1e-9 &&
-                        std::abs(b.min.y - expected.box.min.y) < 1e-9 &&
-                        std::abs(b.max.x - expected.box.max.x) < 1e-9 &&
-                        std::abs(b.max.y - expected.box.max.y) < 1e-9;
+      const bool same =
+          std::abs(b.min.x - box.min.x) < 1e-9 && std::abs(b.min.y - box.min.y) < 1e-9 &&
+          std::abs(b.max.x - box.max.x) < 1e-9 && std::abs(b.max.y - box.max.y) < 1e-9;
       if (!same) continue;
       if (item.kind == Recorded::Kind::Fill) {
         ++fills;
-        if (expected.fill) {
-          EXPECT_EQ(item.style.rgb, *expected.fill);
+        if (fill) {
+          EXPECT_EQ(item.style.rgb, *fill);
         }
         EXPECT_LT(i, textAt) << "the fill is drawn before its text";
       }
       if (item.kind == Recorded::Kind::Polyline) ++frames;
     }
-    EXPECT_EQ(fills, expected.fill ? 1 : 0);
-    EXPECT_EQ(frames, expected.frame ? 1 : 0);
+    EXPECT_EQ(fills, fill ? 1 : 0);
+    EXPECT_EQ(frames, row[2] == "framed" ? 1 : 0);
   }
 }
 
