@@ -13,6 +13,7 @@
 #include <cmath>
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include "embedded/model/referenced_files.h"
 #include "embedded/render/raster_cache.h"
