@@ -70,7 +70,7 @@ TEST_F(CombineCommand, GathersEverySheetPlottedInPlotOrderOrIsRefusedBeforeAnyPl
   // by layout, the drawing's rows apart in the list or not.
   std::string error;
   const std::vector<reading::OutlineEntry> outline =
-      reading::ReadOutline(reading::ReadStructure(combined), error);
+      reading::ReadOutline(embedded::pdf::ReadPdfPart(combined), error);
   EXPECT_EQ(error, "");
   std::vector<std::string> entries;  // "title @page", sheets indented
   for (const auto& drawing : outline) {

@@ -41,8 +41,6 @@ struct Sample {
 
 void PrintTo(const Sample& sample, std::ostream* out) { *out << sample.release; }
 
-bool NodeInstalled() { return std::system("command -v node >/dev/null 2>&1") == 0; }
-
 // Converts `dwg` with the converter of the source tree into `folder`.
 std::string Convert(const fs::path& dwg, const testing::TempFolder& folder) {
   const std::string output = folder.File(dwg.stem().string() + ".dxf");
@@ -54,7 +52,8 @@ std::string Convert(const fs::path& dwg, const testing::TempFolder& folder) {
 class DwgSample : public ::testing::TestWithParam<Sample> {
  protected:
   void SetUp() override {
-    if (!NodeInstalled()) GTEST_SKIP() << "Node.js (node) is not installed: DWG not tested";
+    if (std::system("command -v node >/dev/null 2>&1") != 0)
+      GTEST_SKIP() << "Node.js (node) is not installed: DWG not tested";
     ASSERT_TRUE(fs::exists(kConverterFolder / "dwg2dxf/node_modules/@mlightcad/libredwg-web"))
         << "the converter's library is missing: run scripts/setup.sh";
   }

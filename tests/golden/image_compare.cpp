@@ -7,11 +7,6 @@ namespace sheafwork::golden {
 
 namespace {
 
-bool Near(QRgb a, QRgb b, int tolerance) {
-  return std::abs(qRed(a) - qRed(b)) <= tolerance && std::abs(qGreen(a) - qGreen(b)) <= tolerance &&
-         std::abs(qBlue(a) - qBlue(b)) <= tolerance;
-}
-
 // True when each channel of `colour` lies within what the pixels of `image`
 // around (x, y) span, give or take the tolerance: a line that moved by up to
 // the shift tolerance, whole pixels or a fraction, still finds its shades.
@@ -81,9 +76,12 @@ Comparison CompareImages(const QImage& expectedImage, const QImage& actualImage,
     const auto* a = reinterpret_cast<const QRgb*>(actual.constScanLine(y));
     auto* d = reinterpret_cast<QRgb*>(result.diff.scanLine(y));
     for (int x = 0; x < expected.width(); ++x) {
-      if (Near(e[x], a[x], options.channelTolerance)) continue;
-      if (InNeighbourhood(actual, x, y, e[x], options) &&
-          InNeighbourhood(expected, x, y, a[x], options)) {
+      const int t = options.channelTolerance;
+      const bool near = std::abs(qRed(e[x]) - qRed(a[x])) <= t &&
+                        std::abs(qGreen(e[x]) - qGreen(a[x])) <= t &&
+                        std::abs(qBlue(e[x]) - qBlue(a[x])) <= t;
+      if (near || (InNeighbourhood(actual, x, y, e[x], options) &&
+                   InNeighbourhood(expected, x, y, a[x], options))) {
         continue;
       }
       ++result.differing;

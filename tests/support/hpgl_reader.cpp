@@ -3,9 +3,11 @@
 #include <QColor>
 #include <QPainter>
 #include <QPainterPath>
+#include <algorithm>
 #include <cmath>
-#include <cstdlib>
+#include <iterator>
 #include <numbers>
+#include <sstream>
 
 namespace sheafwork::embedded::testing {
 
@@ -13,30 +15,21 @@ namespace {
 
 constexpr double kUnits = 40;
 
-std::vector<double> Numbers(const std::string& params) {
-  std::vector<double> out;
-  const char* p = params.c_str();
-  while (*p != '\0') {
-    char* end = nullptr;
-    const double v = std::strtod(p, &end);
-    if (end == p) {
-      ++p;
-      continue;
-    }
-    out.push_back(v);
-    p = end;
-  }
-  return out;
+// The numbers of a command's parameters, up to the first that is none.
+std::vector<double> Numbers(std::string params) {
+  std::replace(params.begin(), params.end(), ',', ' ');
+  std::istringstream in(params);
+  return {std::istream_iterator<double>(in), std::istream_iterator<double>()};
 }
 
 Vec2 Mm(double x, double y) { return {x / kUnits, y / kUnits}; }
 
 }  // namespace
 
-std::vector<HpglCommand> HpglPlot::All(std::string_view mnemonic) const {
-  std::vector<HpglCommand> out;
-  for (const HpglCommand& c : commands) {
-    if (c.mnemonic == mnemonic) out.push_back(c);
+std::vector<std::string> HpglPlot::All(std::string_view mnemonic) const {
+  std::vector<std::string> out;
+  for (const std::string& c : commands) {
+    if (c.starts_with(mnemonic)) out.push_back(c);
   }
   return out;
 }
@@ -65,7 +58,7 @@ HpglPlot ReadHpgl(std::string_view text) {
   for (const char c : text) {
     if (c == '"') quoted = !quoted;
     if (c == ';' && !quoted) {
-      if (current.size() >= 2) plot.commands.push_back({current.substr(0, 2), current.substr(2)});
+      if (current.size() >= 2) plot.commands.push_back(current);
       current.clear();
       continue;
     }
@@ -102,9 +95,9 @@ HpglPlot ReadHpgl(std::string_view text) {
     }
   };
 
-  for (const HpglCommand& c : plot.commands) {
-    const std::vector<double> v = Numbers(c.params);
-    const std::string& m = c.mnemonic;
+  for (const std::string& c : plot.commands) {
+    const std::vector<double> v = Numbers(c.substr(2));
+    const std::string m = c.substr(0, 2);
     if (m == "PS" && v.size() >= 2) {
       plot.plotSizeMm = Mm(v[0], v[1]);
     } else if (m == "PC" && v.size() >= 4) {
@@ -176,9 +169,7 @@ QImage RenderHpgl(const HpglPlot& plot, double k) {
   painter.setTransform(QTransform(k, 0, 0, -k, 0, plot.plotSizeMm.y * k));
   const auto color = [&](int pen) {
     const auto it = plot.penColors.find(pen);
-    const std::uint32_t rgb = it == plot.penColors.end() ? 0 : it->second;
-    return QColor(static_cast<int>(rgb >> 16), static_cast<int>((rgb >> 8) & 0xFF),
-                  static_cast<int>(rgb & 0xFF));
+    return QColor::fromRgb(it == plot.penColors.end() ? 0 : it->second);  // opaque
   };
   const auto clip = [&](const Box2& window) {
     if (window.Empty()) {

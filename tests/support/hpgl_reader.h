@@ -14,11 +14,6 @@
 
 namespace sheafwork::embedded::testing {
 
-struct HpglCommand {
-  std::string mnemonic;
-  std::string params;  ///< as written, without the ';'
-};
-
 struct HpglPlot {
   struct Stroke {
     int pen = 0;
@@ -31,7 +26,7 @@ struct HpglPlot {
     std::vector<std::vector<Vec2>> loops;
     Box2 window;
   };
-  std::vector<HpglCommand> commands;
+  std::vector<std::string> commands;       ///< as written, without the ';'
   Vec2 plotSizeMm;                         ///< PS
   std::map<int, std::uint32_t> penColors;  ///< PC, 0xRRGGBB
   std::vector<Stroke> strokes;             ///< PD runs, arcs and circles as chords
@@ -39,8 +34,8 @@ struct HpglPlot {
 
   /// The box of everything inked, pen widths included.
   Box2 InkExtents() const;
-  /// The commands with this mnemonic.
-  std::vector<HpglCommand> All(std::string_view mnemonic) const;
+  /// The commands with this mnemonic, as written.
+  std::vector<std::string> All(std::string_view mnemonic) const;
 };
 
 /// Reads a plot: IN PS NP PC PW SP PU PD AA CI PM FP IW; others are kept in

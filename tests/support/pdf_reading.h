@@ -1,39 +1,28 @@
 #pragma once
-// Reading back the PDF files our writer makes: the cross-reference table,
-// the objects it points at and their streams, inflated; and poppler's view
-// of the file.
+// Reading back the PDF files our writer makes: their structure is checked by
+// the reader that imports pages (ReadPdfPart, which throws FileError when it
+// does not hold together); here, the objects it does not keep and the
+// outline. Poppler's view of the file is the outside check.
 
 #include <QImage>
-#include <map>
 #include <string>
 #include <vector>
 
+#include "embedded/pdf/part_reader.h"
+
 namespace sheafwork::embedded::pdf::testing {
 
-struct ReadPdf {
-  std::string bytes;
-  std::map<int, std::size_t> offsets;  ///< object number → where the xref says it is
-  std::string error;                   ///< what is wrong with the structure, if anything
-};
+/// Object `number` of `pdf` as the cross-reference table finds it: its value
+/// (a stream's dictionary) and, when `stream` is given, its deflated data
+/// inflated. Fails the test when it cannot be read.
+PdfValue ObjectOf(const PdfPart& pdf, int number, std::string* stream = nullptr);
 
-/// Reads `path` and checks its structure: a header, a cross-reference table
-/// found by startxref whose every entry points at "N 0 obj" of its own
-/// number, a trailer with the right /Size.
-ReadPdf ReadStructure(const std::string& path);
-
-/// The text of object `number` from "obj" to "endobj".
-std::string ObjectText(const ReadPdf& pdf, int number);
-
-/// The object numbers in the /Contents array of each page, in page order.
-std::vector<std::vector<int>> PageContents(const ReadPdf& pdf);
-
-/// Object `number`'s stream, inflated; empty with `error` set when it cannot
-/// be.
-std::string InflatedStream(const ReadPdf& pdf, int number, std::string& error);
+/// The document's catalog, as the trailer's /Root names it.
+PdfValue CatalogOf(const PdfPart& pdf);
 
 /// An entry of the document's outline as read back.
 struct OutlineEntry {
-  std::string title;  ///< UTF-8, from a literal or a UTF-16BE text string
+  std::string title;  ///< UTF-8
   int page = -1;      ///< from 0: its destination among the pages, -1 for none
   std::vector<OutlineEntry> children;
 };
@@ -41,10 +30,16 @@ struct OutlineEntry {
 /// The outline the catalog's /Outlines points at, followed from /First
 /// through /Next; `error` says what does not hold together (a /Count, a
 /// /Parent, a /Last or /Prev that does not match the chain).
-std::vector<OutlineEntry> ReadOutline(const ReadPdf& pdf, std::string& error);
+std::vector<OutlineEntry> ReadOutline(const PdfPart& pdf, std::string& error);
 
-/// Whether poppler's tools are installed.
+/// The outline as lines "depth title page", in order.
+std::vector<std::string> Flat(const std::vector<OutlineEntry>& entries, int depth = 0);
+
+/// Whether poppler's tools (pdftoppm, pdftotext) are installed.
 bool HavePoppler();
+
+/// pdftotext's output for `path` with `options` ("-raw", "-bbox"...).
+std::string PdfText(const std::string& path, const std::string& options = "");
 
 /// Page `page` (from 1) of `path` as pdftoppm draws it at `dpi`, through
 /// the file `stem`.png; a null image when poppler's tools are not installed.

@@ -24,31 +24,11 @@ constexpr int kDpi = 200;
 constexpr double kPx = kDpi / 25.4;  // pixels per millimetre
 constexpr double kWidthMm = 0.5;     // lineweight 50
 
-// A 100 × 70 rectangle at (30, 20) with its diagonal, a circle, an arc, a
-// point and a red solid triangle inside, on a 210 × 148 sheet.
-Drawing KnownDrawing() {
-  Drawing d = MakeDrawing();
-  Polyline rect;
-  rect.closed = true;
-  for (Vec2 p : {Vec2{30, 20}, Vec2{130, 20}, Vec2{130, 90}, Vec2{30, 90}}) {
-    rect.vertices.push_back({{p.x, p.y, 0}, 0, 0, 0});
-  }
-  ModelSpace(d).entities.push_back(Heavy(MakeEntity(rect)));
-  ModelSpace(d).entities.push_back(Heavy(MakeLine({30, 20}, {130, 90})));
-  ModelSpace(d).entities.push_back(Heavy(MakeEntity(Circle{{100, 40, 0}, 12, kUnitZ})));
-  ModelSpace(d).entities.push_back(Heavy(MakeEntity(Arc{{70, 40, 0}, 8, 30, 250, kUnitZ})));
-  ModelSpace(d).entities.push_back(Heavy(MakeEntity(Point{{115, 80, 0}})));
-  Solid solid;
-  solid.corners = {Vec3{40, 60, 0}, Vec3{70, 60, 0}, Vec3{40, 85, 0}, Vec3{40, 85, 0}};
-  Entity filled = MakeEntity(solid);
-  filled.props.color = 1;
-  ModelSpace(d).entities.push_back(filled);
-  d.Reindex();
-  return d;
-}
-
+// The model of tests/data/dxf/render/outputs.dxf (a rectangle with its
+// diagonal, a circle, an arc, a point and a red triangle) plotted 1:1 on a
+// 210 × 148 sheet.
 PlotJob Job(const Drawing& d, OutputKind kind, const std::string& path) {
-  PlotJob job = MakeJob(d, d.layouts[0], OneToOneSettings(210, 148));
+  PlotJob job = MakeJob(d, ModelOf(d), OneToOneSettings(210, 148));
   job.output = kind;
   job.outputPath = path;
   job.resolutionDpi = kDpi;
@@ -88,7 +68,7 @@ QImage RenderSvg(const std::string& path, double k) {
 }
 
 TEST(FileOutputsTest, PngSvgHpglAndPdfDrawTheSameMarksInTheSamePlaces) {
-  const Drawing d = KnownDrawing();
+  const Drawing d = ReadTestDrawing("dxf/render/outputs.dxf");
   TempFolder folder;
   const std::string png = folder.File("plan.png"), svg = folder.File("plan.svg"),
                     plt = folder.File("plan.plt"), pdf = folder.File("plan.pdf");
@@ -142,7 +122,7 @@ TEST(FileOutputsTest, PngSvgHpglAndPdfDrawTheSameMarksInTheSamePlaces) {
 }
 
 TEST(FileOutputsTest, FailuresNameTheFileAndLeaveNoneBehind) {
-  const Drawing d = KnownDrawing();
+  const Drawing d = ReadTestDrawing("dxf/render/outputs.dxf");
   TempFolder folder;
   struct Case {
     OutputKind kind;
@@ -151,27 +131,17 @@ TEST(FileOutputsTest, FailuresNameTheFileAndLeaveNoneBehind) {
   for (const Case& c : {Case{OutputKind::Png, "PNG"}, Case{OutputKind::Svg, "SVG"},
                         Case{OutputKind::Hpgl, "HP-GL/2"}, Case{OutputKind::Pdf, "PDF"}}) {
     const std::string path = folder.File("absent/plan.out");
-    try {
-      RunPlotJob(Job(d, c.kind, path));
-      ADD_FAILURE() << c.format << ": no PlotError";
-    } catch (const PlotError& e) {
-      EXPECT_EQ(std::string(e.what()),
-                std::string("impossible de créer le fichier ") + c.format + " : " + path);
-    }
+    EXPECT_EQ(PlotFailure(Job(d, c.kind, path)),
+              std::string("impossible de créer le fichier ") + c.format + " : " + path);
   }
 
   // An image the machine could not hold is refused before anything is written.
   PlotJob huge = Job(d, OutputKind::Png, folder.File("huge.png"));
   huge.settings = OneToOneSettings(5000);
   huge.resolutionDpi = 1200;
-  try {
-    RunPlotJob(huge);
-    ADD_FAILURE() << "no PlotError";
-  } catch (const PlotError& e) {
-    EXPECT_EQ(std::string(e.what()),
-              "image trop grande : 236220 x 236220 pixels à 1200 points par pouce ; réduisez la "
-              "résolution du périphérique");
-  }
+  EXPECT_EQ(PlotFailure(huge),
+            "image trop grande : 236220 x 236220 pixels à 1200 points par pouce ; réduisez la "
+            "résolution du périphérique");
   EXPECT_FALSE(std::filesystem::exists(huge.outputPath));
 }
 

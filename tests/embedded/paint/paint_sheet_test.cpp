@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QPainterPath>
 #include <cmath>
 
+#include "embedded/paint/device_grid.h"
 #include "embedded/render/render_test_support.h"
 
 namespace sheafwork::embedded {
@@ -15,31 +17,9 @@ using namespace testing;
 constexpr double kPx = 4;  // pixels per millimetre
 
 TEST(PaintSheetTest, SolidHatchFillsBetweenItsLoops) {
-  Drawing d = MakeDrawing();
-  Hatch hatch;
-  hatch.solid = true;
-  HatchLoop square;
-  square.isPolyline = true;
-  for (Vec2 p : {Vec2{20, 20}, Vec2{80, 20}, Vec2{80, 80}, Vec2{20, 80}}) {
-    square.polyline.push_back({{p.x, p.y, 0}, 0, 0, 0});
-  }
-  HatchLoop hole;  // a circle of two edges around (50, 50)
-  hole.edges.resize(2);
-  for (std::size_t i = 0; i < 2; ++i) {
-    HatchEdge& edge = hole.edges[i];
-    edge.kind = HatchEdge::Kind::Arc;
-    edge.center = {50, 50};
-    edge.radius = 10;
-    edge.startAngle = 180.0 * static_cast<double>(i);
-    edge.endAngle = edge.startAngle + 180;
-  }
-  hatch.loops = {square, hole};
-  Entity e = MakeEntity(hatch);
-  e.props.color = 1;
-  ModelSpace(d).entities.push_back(e);
-  d.Reindex();
-
-  const QImage image = RenderSheet(d, ModelLayout(d), OneToOneSettings(100), kPx);
+  // A red square 20..80 with a round island of radius 10 about (50, 50).
+  const Drawing d = ReadTestDrawing("dxf/render/hatch_island.dxf");
+  const QImage image = RenderSheet(d, ModelOf(d), OneToOneSettings(100), kPx);
   EXPECT_EQ(ColorAt(image, kPx, {30, 30}), 0xFF0000u);
   EXPECT_EQ(ColorAt(image, kPx, {50, 50}), 0xFFFFFFu);  // the island
   EXPECT_EQ(ColorAt(image, kPx, {50, 65}), 0xFF0000u);
@@ -51,9 +31,35 @@ TEST(PaintSheetTest, RefusesJobsWithoutDrawingOrPaper) {
   PlotJob job;
   EXPECT_THROW(PlanSheet(job), PlotError);
   job.drawing = &d;
-  job.layout = &ModelLayout(d);
+  job.layout = &ModelOf(d);
   job.settings.paperWidth = 0;
   EXPECT_THROW(PlanSheet(job), PlotError);
+}
+
+// Sheet millimetres (y up) to the units of a 1200 dpi page 297 mm high.
+QTransform PdfPage() {
+  const double k = 1200 / 25.4;
+  return QTransform(k, 0, 0, -k, 0, 297 * k);
+}
+
+bool Whole(double v) { return v == std::round(v); }
+
+TEST(DeviceGridTest, MapPathRoundsCurveControlPointsToo) {
+  QPainterPath circle;
+  circle.addEllipse(QPointF(10.123, 20.456), 3.21, 3.21);
+  const QPainterPath snapped = DeviceGrid(PdfPage(), true).MapPath(circle);
+  const QPainterPath exact = DeviceGrid(PdfPage(), false).MapPath(circle);
+  ASSERT_EQ(snapped.elementCount(), circle.elementCount());
+  bool anyFraction = false;
+  for (int i = 0; i < snapped.elementCount(); ++i) {
+    const QPainterPath::Element s = snapped.elementAt(i), e = exact.elementAt(i);
+    EXPECT_EQ(s.type, circle.elementAt(i).type);
+    EXPECT_TRUE(Whole(s.x) && Whole(s.y)) << i;
+    EXPECT_LE(std::fabs(s.x - e.x), 0.5);
+    EXPECT_LE(std::fabs(s.y - e.y), 0.5);
+    anyFraction = anyFraction || !Whole(e.x) || !Whole(e.y);
+  }
+  EXPECT_TRUE(anyFraction);  // the exact path keeps its fractions
 }
 
 }  // namespace

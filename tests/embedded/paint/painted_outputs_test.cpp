@@ -23,14 +23,10 @@ using sheafwork::testing::TempFolder;
 // other tests of the program expect them.
 class PaintedOutputsTest : public ::testing::Test {
  protected:
-  PaintedOutputsTest() : drawing_(MakeDrawing()) {
-    ModelSpace(drawing_).entities.push_back(MakeLine({10, 10}, {90, 60}));
-    drawing_.Reindex();
-  }
   ~PaintedOutputsTest() override { SetPaintedOutputs(PaintOutputs()); }
 
   PlotJob Job(OutputKind kind, const std::string& name) const {
-    PlotJob job = MakeJob(drawing_, drawing_.layouts[0], OneToOneSettings(100, 70));
+    PlotJob job = MakeJob(drawing_, ModelOf(drawing_), OneToOneSettings(100, 70));
     job.output = kind;
     job.outputPath = folder_.File(name);
     job.printerName = "traceur-absent";
@@ -38,16 +34,7 @@ class PaintedOutputsTest : public ::testing::Test {
     return job;
   }
 
-  static std::string Failure(const PlotJob& job) {
-    try {
-      RunPlotJob(job);
-    } catch (const PlotError& e) {
-      return e.what();
-    }
-    return "(aucune erreur)";
-  }
-
-  Drawing drawing_;
+  const Drawing drawing_ = ReadTestDrawing("dxf/render/outputs.dxf");
   TempFolder folder_;
 };
 
@@ -63,7 +50,7 @@ TEST_F(PaintedOutputsTest, WithoutThemPaintedJobsFailByNameWhilePdfAndHpglStillP
   SetPaintedOutputs({});
   for (const PaintedKind& k : kPaintedKinds) {
     const PlotJob job = Job(k.kind, "sortie");
-    EXPECT_EQ(Failure(job),
+    EXPECT_EQ(PlotFailure(job),
               std::string(k.name) + " est indisponible : ce programme n'a pas de module de dessin");
     EXPECT_FALSE(std::filesystem::exists(job.outputPath)) << k.name;
   }
@@ -95,14 +82,14 @@ TEST_F(PaintedOutputsTest, ALoadedTableIsUsedForEachKindAndItsFailuresBecomePlot
   EXPECT_NO_THROW(RunPlotJob(png));
   EXPECT_EQ(TempFolder::Read(png.outputPath).substr(1, 3), "PNG");
   const PlotJob svg = Job(OutputKind::Svg, "plan.svg");
-  EXPECT_EQ(Failure(svg), "refusé : " + svg.outputPath);
-  EXPECT_EQ(Failure(Job(OutputKind::Printer, "")), "imprimante introuvable : traceur-absent");
+  EXPECT_EQ(PlotFailure(svg), "refusé : " + svg.outputPath);
+  EXPECT_EQ(PlotFailure(Job(OutputKind::Printer, "")), "imprimante introuvable : traceur-absent");
   EXPECT_EQ(calls, 1);
 
   // Outputs set directly replace the loader's.
   SetPaintedOutputs({&RefusingOutput, nullptr, nullptr});
-  EXPECT_EQ(Failure(png), "refusé : " + png.outputPath);
-  EXPECT_EQ(Failure(svg),
+  EXPECT_EQ(PlotFailure(png), "refusé : " + png.outputPath);
+  EXPECT_EQ(PlotFailure(svg),
             "la sortie SVG est indisponible : ce programme n'a pas de module de dessin");
 }
 

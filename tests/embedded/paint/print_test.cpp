@@ -1,5 +1,5 @@
-// Printing through a real CUPS queue: the job arrives on its sheet, with
-// the copies asked for.
+// Printing through a real CUPS queue: the job arrives on its sheet (200 ×
+// 150 mm, not a standard size), with the copies asked for.
 
 #include <gtest/gtest.h>
 
@@ -25,11 +25,7 @@ TEST(PrintTest, ASheetReachesTheCupsQueueOnItsOwnSizeWithItsCopies) {
   Drawing d = testing::MakeDrawing();
   testing::ModelSpace(d).entities.push_back(testing::MakeLine({10, 10}, {190, 140}));
   d.Reindex();
-  PlotJob job;
-  job.drawing = &d;
-  job.layout = &testing::ModelLayout(d);
-  job.settings = testing::OneToOneSettings(200);  // not a standard size
-  job.settings.paperHeight = 150;
+  PlotJob job = testing::MakeJob(d, testing::ModelOf(d), testing::OneToOneSettings(200, 150));
   job.output = OutputKind::Printer;
   job.printerName = queue.Name();
   job.title = "essai - Objet";

@@ -5,8 +5,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstring>
 #include <initializer_list>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -21,6 +23,7 @@ namespace {
 using ::testing::HasSubstr;
 
 using sheafwork::testing::ReadTestData;
+using sheafwork::testing::ReadTestTable;
 using sheafwork::testing::TestData;
 
 std::vector<unsigned char> Bytes(const std::string& path) {
@@ -43,11 +46,9 @@ void ExpectRefused(Read read, std::initializer_list<std::string> parts, const st
 TEST(PlotStyleReaderTest, ATableOfAnotherWriterIsReadAsWritten) {
   const std::string path = TestData("plotstyle/other-writer/ez-wide.ctb");
   const std::vector<unsigned char> bytes = Bytes(path);
-  ASSERT_FALSE(bytes.empty()) << path;
-  EXPECT_EQ(ReadPlotStyleHeader(bytes, path).headerSize, 72u);
-
   // The header's second and third numbers are the text and compressed sizes.
   const PlotStyleHeader header = ReadPlotStyleHeader(bytes, path);
+  EXPECT_EQ(header.headerSize, 72u);
   EXPECT_EQ(header.headerSize + header.compressedSize, bytes.size());
   EXPECT_EQ(PlotStyleText(bytes, path).size() + 1, header.textSize);
 
@@ -129,72 +130,37 @@ TEST(PlotStyleReaderTest, BrokenFilesNameTheFault) {
                 {"/nonexistent/folder/x.ctb", "lecture impossible"}, "missing file");
 }
 
-// The texts of tests/data/plotstyle/broken-text, each with one fault.
+// The texts of tests/data/plotstyle/broken-text, each with one fault
+// (faults.tsv there).
 TEST(PlotStyleReaderTest, BrokenTextsNameTheLine) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"colour-in-words", "ligne 3 : valeur numérique incorrecte"},
-      {"block-not-closed", "ligne 4 : bloc « 0 » non fermé"},
-      {"closing-without-block", "ligne 2 : « } » sans bloc ouvert"},
-      {"style-255", "ligne 2 : numéro de style « 255 » incorrect"},
-      {"not-a-boolean", "ligne 3 : TRUE ou FALSE"},
-      {"no-equals-sign", "ligne 2 : « clé=valeur »"},
-      {"plot-style-a-value", "ligne 1 : « plot_style » doit être un bloc"},
-      {"colour-a-block", "ligne 3 : « color » doit être une valeur"},
-      {"negative-lineweight", "ligne 4 : valeur numérique"},
-      {"lineweight-index-900", "ligne 4 : indice"},
-      {"no-plot-styles", "bloc « plot_style » absent"},
-      {"named-styles", "table de styles nommés"},
-      {"nested-too-deep", "trop profondément"},
-  };
-  for (const auto& [file, expected] : cases) {
-    const std::string text = ReadTestData(std::string("plotstyle/broken-text/") + file + ".txt");
-    ExpectRefused([&] { ParsePlotStyleText(text, "t.ctb"); }, {"t.ctb", expected}, file);
+  for (const auto& row : ReadTestTable("plotstyle/broken-text/faults.tsv")) {
+    const std::string text = ReadTestData("plotstyle/broken-text/" + row[0] + ".txt");
+    ExpectRefused([&] { ParsePlotStyleText(text, "t.ctb"); }, {"t.ctb", row[1]}, row.where);
   }
 }
 
 TEST(PlotStyleTableTest, AppliesTheEntryOfTheColourNumber) {
   PlotStyleTable table;
-  PlotStyleEntry& red = table.entries[0];
-  red.color = EncodePlotStyleColor(0x0000FF);
-  red.lineweight = 13;  // 0.50 in the usual table
-  PlotStyleEntry& faded = table.entries[8];
-  faded.color = EncodePlotStyleColor(0x000000);
-  faded.screen = 25;
-  PlotStyleEntry& gray = table.entries[2];
-  gray.colorPolicy = kPolicyGrayscale;
-  PlotStyleEntry& byLayerKind = table.entries[3];
-  byLayerKind.color = EncodePlotStyleColor(0x123456, kColorKindByLayer);
-  PlotStyleEntry& indexKind = table.entries[4];
-  indexKind.color = EncodePlotStyleColor(0xFF00FF, kColorKindIndex);
-  PlotStyleEntry& zeroWeight = table.entries[5];
-  zeroWeight.lineweight = 0;  // 0.00 mm: the object's lineweight
-  PlotStyleEntry& otherObject = table.entries[6];
-  otherObject.color = kPlotStyleObjectColor2;
-  otherObject.modeColor = EncodePlotStyleColor(0x00FF00);
+  table.entries[0].color = EncodePlotStyleColor(0x0000FF);
+  table.entries[0].lineweight = 13;  // 0.50 in the usual table
+  table.entries[8].color = EncodePlotStyleColor(0x000000);
+  table.entries[8].screen = 25;
+  table.entries[2].colorPolicy = kPolicyGrayscale;
+  table.entries[3].color = EncodePlotStyleColor(0x123456, kColorKindByLayer);
+  table.entries[4].color = EncodePlotStyleColor(0xFF00FF, kColorKindIndex);
+  table.entries[5].lineweight = 0;                  // 0.00 mm: the object's lineweight
+  table.entries[6].color = kPlotStyleObjectColor2;  // the other "object colour" value
+  table.entries[6].modeColor = EncodePlotStyleColor(0x00FF00);
 
-  struct Case {
-    int aci;
-    std::uint32_t rgb;
-    double mm;
-    std::uint32_t wantRgb;
-    double wantMm;
-  };
-  const Case cases[] = {
-      {1, 0xFF0000, 0.25, 0x0000FF, 0.50},    // pen colour and lineweight
-      {9, 0x808080, 0.25, 0xBFBFBF, 0.25},    // black at 25 %: a light grey
-      {3, 0x00FF00, 0.30, 0x969696, 0.30},    // grey of the object's colour
-      {4, 0xABCDEF, 0.25, 0xABCDEF, 0.25},    // "by layer" kind: the object's
-      {5, 0x00FF00, 0.25, 0xFF00FF, 0.25},    // colour-number kind: its RGB bytes
-      {6, 0x112233, 0.70, 0x112233, 0.70},    // 0.00 mm keeps the object's weight
-      {7, 0x445566, 0.25, 0x445566, 0.25},    // the other "object colour" value
-      {2, 0x10FF10, 0.18, 0x10FF10, 0.18},    // an untouched entry
-      {0, 0x10FF10, 0.18, 0x10FF10, 0.18},    // no entry for 0 ...
-      {256, 0x10FF10, 0.18, 0x10FF10, 0.18},  // ... nor 256
-  };
-  for (const Case& c : cases) {
-    const PlotStylePen pen = table.Apply(c.aci, c.rgb, c.mm);
-    EXPECT_EQ(pen.rgb, c.wantRgb) << "colour " << c.aci;
-    EXPECT_DOUBLE_EQ(pen.lineweightMm, c.wantMm) << "colour " << c.aci;
+  for (const auto& row : ReadTestTable("plotstyle/apply.tsv")) {
+    std::istringstream object(row[1]);
+    std::uint32_t rgb = 0;
+    double mm = 0;
+    object >> std::hex >> rgb >> std::dec >> mm;
+    const PlotStylePen pen = table.Apply(std::stoi(row[0]), rgb, mm);
+    char plotted[32];
+    std::snprintf(plotted, sizeof plotted, "%06X %g", pen.rgb, pen.lineweightMm);
+    EXPECT_EQ(plotted, row[2]) << row.where;
   }
 }
 

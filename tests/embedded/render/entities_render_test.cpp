@@ -1,14 +1,21 @@
-// Linetypes, point symbols, wipeouts and viewports clipped by an entity,
-// through the frontend (recorded primitives) and painted (pixels).
+// Linetypes, point symbols, wipeouts and viewports clipped by an entity;
+// clipped block references, draw order tables and hatch islands around text
+// (the drawings of tests/data/dxf/clipping, written by ezdxf: make_clipping.py
+// there says what each one holds). Through the frontend (recorded
+// primitives) and painted (pixels).
 
 #include <gtest/gtest.h>
 
 #include <QImage>
-#include <cmath>
+#include <memory>
 #include <string>
 
+#include "embedded/dxf/reader.h"
+#include "embedded/model/xrefs.h"
+#include "embedded/render/extents_backend.h"
 #include "embedded/render/frontend.h"
 #include "embedded/render/render_test_support.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -35,55 +42,35 @@ std::size_t StrokesOf(const RecordingBackend& rec) {
 }
 
 TEST(LinetypeTest, ResolvedLikeColourAndScaledByEveryScale) {
-  struct Case {
-    const char* name;
-    const char* layerLinetype;
-    const char* entityLinetype;
-    const char* insertLinetype;  ///< non-null: the line sits in a block
-    double entityScale, globalScale, blockScale;
-    std::size_t strokes;  ///< a 10-unit line: 4 dashes, or 1 stroke
-    bool dense;           ///< counted as too dense to dash
-  };
-  const Case cases[] = {
-      {"by layer, dashed layer", "TIRETS", "", nullptr, 1, 1, 1, 4, false},
-      {"BYLAYER spelt out", "TIRETS", "ByLayer", nullptr, 1, 1, 1, 4, false},
-      {"named on a continuous layer", "Continuous", "tirets", nullptr, 1, 1, 1, 4, false},
-      {"Continuous on a dashed layer", "TIRETS", "CONTINUOUS", nullptr, 1, 1, 1, 1, false},
-      {"unknown name", "TIRETS", "NULLE_PART", nullptr, 1, 1, 1, 1, false},
-      {"by block at the top", "Continuous", "BYBLOCK", nullptr, 1, 1, 1, 1, false},
-      {"by block in a dashed reference", "Continuous", "BYBLOCK", "TIRETS", 1, 1, 1, 4, false},
-      {"by block in a reference by layer", "TIRETS", "BYBLOCK", "BYLAYER", 1, 1, 1, 4, false},
-      {"own linetype in a dashed reference", "Continuous", "Continuous", "TIRETS", 1, 1, 1, 1,
-       false},
-      // 0-2, 3-5, 6-8, 9-10 at 1 × 1 or 2 × 0.5; 0-4, 6-10 at 2; dashes 1.5
-      // long at 0.5: 0-1, 1.5-2.5, ... 9-10.
-      {"entity 2 × global 0.5", "Continuous", "TIRETS", nullptr, 2, 0.5, 1, 4, false},
-      {"entity 2", "Continuous", "TIRETS", nullptr, 2, 1, 1, 2, false},
-      {"global 0.5", "Continuous", "TIRETS", nullptr, 1, 0.5, 1, 7, false},
-      {"in a block scaled 2", "Continuous", "TIRETS", "", 1, 1, 2, 2, false},
-      {"too dense: continuous", "Continuous", "TIRETS", nullptr, 1, 1e-9, 1, 1, true},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+  for (const auto& row : sheafwork::testing::ReadTestTable("render/linetypes.tsv")) {
+    SCOPED_TRACE(row.where);
     Drawing d = DashedDrawing();
-    d.header.ltScale = c.globalScale;
-    AddLayer(d, "Axes").linetype = c.layerLinetype;
-    Entity line = MakeLine({0, 0}, {10 / c.blockScale, 0}, "Axes");
-    line.props.linetype = c.entityLinetype;
-    line.props.linetypeScale = c.entityScale;
-    if (c.insertLinetype == nullptr) {
+    d.header.ltScale = std::stod(row[5]);
+    Layer axes;
+    axes.name = "Axes";
+    axes.linetype = row[1];
+    d.layers.push_back(axes);
+    const double blockScale = std::stod(row[6]);
+    Entity line = MakeLine({0, 0}, {10 / blockScale, 0}, "Axes");
+    line.props.linetype = row[2];
+    line.props.linetypeScale = std::stod(row[4]);
+    if (row[3] == "-") {
       ModelSpace(d).entities.push_back(line);
     } else {
-      AddBlock(d, "B").entities.push_back(line);
-      Entity insert = MakeInsert("B", {0, 0}, "Axes");
-      insert.props.linetype = c.insertLinetype;
-      std::get<Insert>(insert.geometry).scale = {c.blockScale, c.blockScale, 1};
-      ModelSpace(d).entities.push_back(insert);
+      Block block;
+      block.name = "B";
+      block.entities = {line};
+      d.blocks.push_back(block);
+      Insert insert;
+      insert.block = "B";
+      insert.scale = {blockScale, blockScale, 1};
+      ModelSpace(d).entities.push_back(MakeEntity(insert, "Axes"));
+      ModelSpace(d).entities.back().props.linetype = row[3];
     }
     d.Reindex();
     FrontendStats stats;
-    EXPECT_EQ(StrokesOf(DrawLayout(d, ModelLayout(d), {}, &stats)), c.strokes);
-    EXPECT_EQ(stats.denseLinetypes, c.dense ? 1u : 0u);
+    EXPECT_EQ(StrokesOf(DrawLayout(d, ModelOf(d), {}, &stats)), std::stoul(row[7]));
+    EXPECT_EQ(stats.denseLinetypes, row[8] == "yes" ? 1u : 0u);
   }
   // A dashed circle is cut, not handed over as one arc.
   Drawing d = DashedDrawing();
@@ -91,7 +78,7 @@ TEST(LinetypeTest, ResolvedLikeColourAndScaledByEveryScale) {
   circle.props.linetype = "TIRETS";
   ModelSpace(d).entities.push_back(circle);
   d.Reindex();
-  EXPECT_EQ(StrokesOf(DrawLayout(d, ModelLayout(d))), 21u);  // 62.8 / 3, rounded up
+  EXPECT_EQ(StrokesOf(DrawLayout(d, ModelOf(d))), 21u);  // 62.8 / 3, rounded up
 }
 
 TEST(LinetypeTest, PolylineGenerationFlagKeepsThePhaseAcrossVertices) {
@@ -105,7 +92,7 @@ TEST(LinetypeTest, PolylineGenerationFlagKeepsThePhaseAcrossVertices) {
     e.props.linetype = "TIRETS";
     ModelSpace(d).entities.push_back(e);
     d.Reindex();
-    const RecordingBackend rec = DrawLayout(d, ModelLayout(d));
+    const RecordingBackend rec = DrawLayout(d, ModelOf(d));
     if (generation) {
       // 0-2, 3-5 round the corner, 6-8.
       ASSERT_EQ(StrokesOf(rec), 3u);
@@ -119,16 +106,6 @@ TEST(LinetypeTest, PolylineGenerationFlagKeepsThePhaseAcrossVertices) {
   }
 }
 
-Wipeout SquareWipeout(Vec2 at, double side) {
-  Wipeout w;
-  w.insert = {at.x, at.y, 0};
-  w.uPixel = {side, 0, 0};
-  w.vPixel = {0, side, 0};
-  w.clipType = 1;
-  w.clipVertices = {{-0.5, -0.5}, {0.5, 0.5}};
-  return w;
-}
-
 TEST(WipeoutTest, MasksWhatCameBeforeOnly) {
   Drawing d = MakeDrawing();
   Solid under;  // black square 20..80
@@ -136,18 +113,24 @@ TEST(WipeoutTest, MasksWhatCameBeforeOnly) {
   Entity underEntity = MakeEntity(under);
   underEntity.props.color = 7;
   ModelSpace(d).entities.push_back(underEntity);
-  ModelSpace(d).entities.push_back(MakeEntity(SquareWipeout({40, 40}, 20)));
+  Wipeout wipeout;  // the square 40..60
+  wipeout.insert = {40, 40, 0};
+  wipeout.uPixel = {20, 0, 0};
+  wipeout.vPixel = {0, 20, 0};
+  wipeout.clipType = 1;
+  wipeout.clipVertices = {{-0.5, -0.5}, {0.5, 0.5}};
+  ModelSpace(d).entities.push_back(MakeEntity(wipeout));
   Entity over = MakeLine({30, 50}, {70, 50});
   over.props.lineweight = 50;
   ModelSpace(d).entities.push_back(over);
   d.Reindex();
 
-  const RecordingBackend rec = DrawLayout(d, ModelLayout(d));
+  const RecordingBackend rec = DrawLayout(d, ModelOf(d));
   ASSERT_EQ(rec.items.size(), 3u);
   EXPECT_EQ(rec.items[1].kind, Recorded::Kind::Fill);
   EXPECT_EQ(rec.items[1].style.rgb, 0xFFFFFFu);
 
-  const QImage image = RenderSheet(d, ModelLayout(d), OneToOneSettings(100), kPx);
+  const QImage image = RenderSheet(d, ModelOf(d), OneToOneSettings(100), kPx);
   EXPECT_TRUE(InkNear(image, kPx, {25, 25}, 0.1));  // the solid around
   EXPECT_FALSE(InkNear(image, kPx, {45, 45}, 1));   // masked
   EXPECT_FALSE(InkNear(image, kPx, {55, 55}, 1));
@@ -156,33 +139,84 @@ TEST(WipeoutTest, MasksWhatCameBeforeOnly) {
 }
 
 // A model filled black, seen at 1:1 through a 60 mm viewport at (50, 50),
-// in a layout per boundary clipping it.
+// in a layout per boundary clipping it (clipped_viewports.tsv says where).
 TEST(ClippedViewportTest, ContentOutsideTheBoundaryIsNotDrawn) {
   const Drawing d = ReadTestDrawing("dxf/render/clipped_viewports.dxf");
-  struct Case {
-    const char* layout;
-    Vec2 inside;
-    Vec2 outside;  ///< within the viewport's rectangle
-  };
-  const Case cases[] = {
-      {"cercle", {50, 65}, {24, 24}},
-      {"polyligne", {50, 70}, {30, 30}},
-      {"ellipse", {70, 50}, {50, 65}},
-      // No boundary to clip by: the whole rectangle.
-      {"sans entité", {24, 24}, {15, 50}},
-      {"sans drapeau", {24, 24}, {15, 50}},
-      {"ligne", {24, 24}, {15, 50}},
-  };
   PlotSettings s = OneToOneSettings(100);
   s.plotType = kPlotLayout;
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.layout);
-    const QImage image = RenderSheet(d, LayoutNamed(d, c.layout), s, kPx);
-    EXPECT_TRUE(InkNear(image, kPx, c.inside, 0.1));
-    EXPECT_FALSE(InkNear(image, kPx, c.outside, 0.5));
+  for (const auto& row : sheafwork::testing::ReadTestTable("dxf/render/clipped_viewports.tsv")) {
+    SCOPED_TRACE(row.where);
+    const QImage image = RenderSheet(d, LayoutNamed(d, row[0]), s, kPx);
+    EXPECT_TRUE(InkNear(image, kPx, PointIn(row[1]), 0.1));
+    EXPECT_FALSE(InkNear(image, kPx, PointIn(row[2]), 0.5));
     // A boundary is the frame: the viewport's own is not drawn.
-    const bool clipped = c.outside.x != 15;
-    EXPECT_NE(InkNear(image, kPx, {21, 50}, 0.5) && InkNear(image, kPx, {79, 79}, 0.5), clipped);
+    EXPECT_NE(InkNear(image, kPx, {21, 50}, 0.5) && InkNear(image, kPx, {79, 79}, 0.5),
+              row[3] == "clipped");
+  }
+}
+
+constexpr double kFinePx = 10;  // pixels per sheet millimetre, for the clipped drawings
+
+Drawing Read(const std::string& name) {
+  Drawing d = testing::ReadTestDrawing("dxf/clipping/" + name);
+  ResolveExternalReferences(d, "", [](const std::string& path) {
+    return std::make_shared<const Drawing>(ReadDxfFile(path));
+  });
+  return d;
+}
+
+QImage Painted(const Drawing& d, const PlotSettings& s) {
+  return testing::RenderSheet(d, testing::ModelOf(d), s, kFinePx);
+}
+
+// Each reference draws a cross of two 10-unit midlines; its clip keeps part.
+TEST(ClippingTest, ReferencesShowWhatTheirClipKeeps) {
+  const Drawing d = Read("xclip.dxf");
+  const QImage image = Painted(d, OneToOneSettings(200, 40));
+  for (const auto& row : sheafwork::testing::ReadTestTable("dxf/clipping/xclip-probes.tsv")) {
+    SCOPED_TRACE(row.where + " " + row[0]);
+    EXPECT_EQ(InkNear(image, kFinePx, testing::PointIn(row[1])), row[2] == "ink");
+  }
+}
+
+TEST(ClippingExtentsTest, OnlyWhatTheClipKeepsCounts) {
+  const Drawing d = Read("xclip-xref.dxf");
+  ExtentsBackend extents;
+  Frontend(d, extents, {}).DrawLayout(testing::ModelOf(d), Affine2{});
+  EXPECT_NEAR(extents.Extents().min.x, 10, 0.01);
+  EXPECT_NEAR(extents.Extents().max.x, 14, 0.01);  // the cross runs on to 20
+}
+
+// Red text drawn first, a blue solid hatch over it; the draw order table
+// puts the text on top, in model space (x 0..12) and in a block (x 20..32).
+TEST(DrawOrderTest, TextSortedAfterTheHatchIsDrawnOverIt) {
+  const Drawing d = Read("draworder.dxf");
+  const testing::RecordingBackend rec = testing::DrawLayout(d, testing::ModelOf(d));
+  for (const double left : {0.0, 20.0}) {
+    SCOPED_TRACE(left);
+    int hatch = -1, text = -1;
+    for (int i = 0; i < static_cast<int>(rec.items.size()); ++i) {
+      const testing::Recorded& item = rec.items[static_cast<std::size_t>(i)];
+      if (item.points.empty() || item.points[0].x < left || item.points[0].x > left + 12) continue;
+      if (item.style.rgb == 0x0000FF && item.kind == testing::Recorded::Kind::Fill) hatch = i;
+      if (item.style.rgb == 0xFF0000 && text < 0) text = i;
+    }
+    ASSERT_GE(hatch, 0);
+    ASSERT_GE(text, 0);
+    EXPECT_LT(hatch, text);
+  }
+}
+
+// Text boxes are never filled: not inside an island, not where they run
+// out of the boundary.
+TEST(HatchTextBoxTest, IslandsAroundTextStayUnfilled) {
+  const Drawing d = Read("hatch-textbox.dxf");
+  const QImage image = Painted(d, OneToOneSettings(110, 45));
+  for (const auto& row :
+       sheafwork::testing::ReadTestTable("dxf/clipping/hatch-textbox-probes.tsv")) {
+    SCOPED_TRACE(row.where + " " + row[0]);
+    EXPECT_EQ(testing::ColorAt(image, kFinePx, testing::PointIn(row[1])) == 0x0000FF,
+              row[2] == "filled");
   }
 }
 

@@ -1,18 +1,27 @@
 #include "embedded/render/frontend.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <string>
+#include <vector>
 
 #include "embedded/dxf/reader.h"
 #include "embedded/model/xrefs.h"
+#include "embedded/render/extents_backend.h"
 #include "embedded/render/plot_area.h"
+#include "embedded/render/plot_job.h"
 #include "embedded/render/render_test_support.h"
+#include "embedded/render/wide_joins.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
 
 using namespace testing;
+using ::testing::HasSubstr;
 
 // The drawings of tests/data/dxf/render (make_drawings.py there says what
 // each holds), drawn in their model layout.
@@ -70,37 +79,15 @@ TEST(FrontendBlockTest, AttributesXrefsAndSelfReference) {
 
 TEST(FrontendGeometryTest, ExtentsOfEachKindOfEntity) {
   const Drawing all = Read("extents.dxf");
-  struct Case {
-    const char* name;
-    Box2 box;
-  };
-  const Case cases[] = {
-      {"line", Box2::Of({1, 2}, {5, 7})},
-      {"circle", Box2::Of({5, 5}, {15, 15})},
-      {"arc", Box2::Of({0, 0}, {10, 10})},
-      {"arc across 0", Box2::Of({0, -10}, {10, 10})},
-      {"ellipse", Box2::Of({-10, -5}, {10, 5})},
-      {"bulge", Box2::Of({0, -1}, {2, 0})},
-      {"wide polyline", Box2::Of({0, -1}, {10, 1})},
-      {"spline", Box2::Of({0, 0}, {2, 1})},
-      {"solid", Box2::Of({0, 0}, {4, 3})},
-      {"3D face", Box2::Of({0, 0}, {5, 5})},
-      {"hatch", Box2::Of({1, 1}, {3, 3})},
-      {"leader", Box2::Of({0, 0}, {10, 10})},
-      {"point", Box2::Of({3, 4}, {3, 4})},
-      {"mirrored insert", Box2::Of({-20, 0}, {-10, 5})},
-      {"insert grid", Box2::Of({0, 0}, {20, 15})},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+  for (const auto& row : sheafwork::testing::ReadTestTable("dxf/render/extents.tsv")) {
+    SCOPED_TRACE(row.where);
     Drawing d = all;  // only the entity on the case's layer
     for (Block& b : d.blocks) {
       std::erase_if(b.entities,
-                    [&](const Entity& e) { return b.name != "B" && e.props.layer != c.name; });
+                    [&](const Entity& e) { return b.name != "B" && e.props.layer != row[0]; });
     }
     d.Reindex();
-    const Box2 box = ComputeLayoutExtents(d, ModelOf(d), ModelOf(d).settings);
-    ExpectNear(box, c.box);
+    ExpectNear(ComputeLayoutExtents(d, ModelOf(d), ModelOf(d).settings), BoxIn(row[1]));
   }
 }
 
@@ -121,6 +108,120 @@ TEST(FrontendViewportTest, DrawsModelSpaceThroughContentViewportsOnly) {
     const Recorded& paperLine = first ? rec.items[3] : rec.items[2];
     ExpectNear(paperLine.points[1], {1, 1});
   }
+}
+
+// Drawings written by another program (tests/data/dxf/*/make_*.py).
+
+TEST(OtherWriterRender, NegativeRadiiDrawTheirSize) {
+  const Drawing d = ReadTestDrawing("dxf/negative-radius/negative-radius.dxf");
+  // The circle of radius 20 about (50, 50), the quarter arc of 30 about (150, 50).
+  ExpectNear(ComputeLayoutExtents(d, ModelOf(d), ModelOf(d).settings),
+             Box2::Of({30, 30}, {180, 80}), 1e-6);
+}
+
+TEST(OtherWriterRender, ArrayOfReferencesShowsItsAttributesInEveryCell) {
+  const Drawing d = ReadTestDrawing("dxf/minsert-attributes/minsert.dxf");
+  std::vector<Vec2> places;
+  for (const Recorded& r : DrawLayout(d, ModelOf(d)).items) {
+    if (r.kind == Recorded::Kind::Text && r.text == "A-1") places.push_back(r.points[0]);
+  }
+  // Turned by 90°: a column further is 30 up, a row further 20 to the left.
+  ExpectNear(places, {{98, 100}, {98, 130}, {98, 160}, {78, 100}, {78, 130}, {78, 160}}, 1e-9);
+}
+
+bool HasPoint(const Recorded& r, Vec2 p) {
+  for (const Vec2& q : r.points) {
+    if (std::hypot(q.x - p.x, q.y - p.y) < 1e-9) return true;
+  }
+  return false;
+}
+
+TEST(OtherWriterRender, WidePolylineCornersAreMitredUpToALimit) {
+  const Drawing d = ReadTestDrawing("dxf/wide-polyline-corners/corners.dxf");
+  std::vector<Recorded> fills;
+  for (const Recorded& r : DrawLayout(d, ModelOf(d)).items) {
+    if (r.kind == Recorded::Kind::Fill) fills.push_back(r);
+  }
+  // The right angle at (50, 0), 4 wide: its outer corner is filled to the
+  // mitre point.
+  const auto mitred = [&](const Recorded& r) { return HasPoint(r, {52, -2}); };
+  EXPECT_EQ(std::count_if(fills.begin(), fills.end(), mitred), 1);
+  // The sharp turn at (150, 0) is cut across, not drawn as a long spike.
+  const auto bevelled = [&](const Recorded& r) {
+    return r.points.size() == 3 && HasPoint(r, {150, 0}) && HasPoint(r, {150, -2});
+  };
+  EXPECT_EQ(std::count_if(fills.begin(), fills.end(), bevelled), 1);
+  for (const Recorded& r : fills) {
+    if (!HasPoint(r, {150, 0})) continue;  // a band, not the corner
+    for (const Vec2& p : r.points) EXPECT_LT(std::hypot(p.x - 150, p.y), kMiterLimit * 2);
+  }
+}
+
+// Multileaders (tests/data/dxf/entities) plotted 1:1 on a 100 mm sheet:
+// ink at the arrow tips, landings, the text and the block's circle, none
+// elsewhere.
+TEST(OtherWriterRender, MultileadersLeaveInkWhereTheirPartsAre) {
+  constexpr double kPx = 4;
+  const Drawing d = ReadTestDrawing("dxf/entities/multileaders.dxf");
+  const QImage image = RenderSheet(d, ModelOf(d), OneToOneSettings(100), kPx);
+  for (const Vec2 p :
+       {Vec2{20.3, 20.6}, Vec2{44, 47.5}, Vec2{51, 47.6}, Vec2{60.2, 21}, Vec2{85, 80}}) {
+    EXPECT_TRUE(InkNear(image, kPx, p, 0.6)) << "no ink at " << p.x << ", " << p.y;
+  }
+  for (const Vec2 p : {Vec2{30, 70}, Vec2{15, 15}}) {
+    EXPECT_FALSE(InkNear(image, kPx, p, 0.6)) << "ink at " << p.x << ", " << p.y;
+  }
+}
+
+// What bounds one sheet's walk: the entities it may draw, the user's cancel
+// (tests/data/dxf/fan-out/blocks.dxf: B0 one line, each Bn ten references to
+// B(n-1)).
+
+// Draws block `name` of `drawing` with `work`; the PlotError's message, or
+// empty when it was drawn.
+std::string DrawBlock(const Drawing& drawing, const std::string& name, const SheetWork& work) {
+  ExtentsBackend backend;
+  FrontendOptions options;
+  options.work = &work;
+  Frontend frontend(drawing, backend, options);
+  try {
+    frontend.DrawBlockEntities(*drawing.FindBlock(name), Transform3{});
+  } catch (const PlotError& error) {
+    return error.what();
+  }
+  return "";
+}
+
+TEST(SheetBoundsTest, AWalkStopsPastTheEntityLimitNamingItOrOnACancel) {
+  const Drawing drawing = testing::ReadTestDrawing("dxf/fan-out/blocks.dxf");
+  // B4 draws 10 + 100 + 1000 + 10 000 references and 10 000 lines.
+  struct Case {
+    const char* block;
+    std::uint64_t limit;
+    const char* error;
+  };
+  const Case cases[] = {
+      {"B4", 21110, ""},
+      {"B4", 21109, "plus de 21109 entités"},
+      {"B8", 100000, "plus de 100000 entités"},
+      {"B1", 0, "plus de 0 entités"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.block) + " " + std::to_string(c.limit));
+    SheetWork work;
+    work.entityLimit = c.limit;
+    const std::string error = DrawBlock(drawing, c.block, work);
+    EXPECT_EQ(error.empty(), *c.error == '\0') << error;
+    EXPECT_THAT(error, HasSubstr(c.error));
+  }
+
+  int asked = 0;
+  SheetWork work;
+  work.cancelled = [&] { return ++asked == 2; };
+  // 10^9 lines: only a cancel ends this walk before the limit.
+  EXPECT_EQ(DrawBlock(drawing, "*Model_Space", work),
+            "tracé interrompu à la demande de l'utilisateur");
+  EXPECT_EQ(asked, 2);
 }
 
 }  // namespace

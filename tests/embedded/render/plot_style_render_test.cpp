@@ -1,68 +1,50 @@
-// Plot style tables: what the frontend makes of an entity's colour number,
-// and of the colours inside multiline text.
+// Colour numbers: the colours of the palette, and what the frontend makes of
+// an entity's colour number and of the colours inside multiline text through
+// a plot style table.
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
+#include <string>
+#include <vector>
 
 #include "embedded/plotstyle/plot_style_file.h"
+#include "embedded/render/aci_palette.h"
 #include "embedded/render/frontend.h"
 #include "embedded/render/plot_style_look.h"
 #include "embedded/render/render_test_support.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
 
 using namespace testing;
 
-Entity Coloured(Entity e, std::int16_t aci, std::int16_t lineweight = 25) {
-  e.props.color = aci;
-  e.props.lineweight = lineweight;
-  return e;
-}
-
 TEST(PlotStylePenTest, ColourNumberSelectsTheEntry) {
   auto table = std::make_shared<PlotStyleTable>();
-  PlotStyleEntry& red = table->entries[0];
-  red.color = EncodePlotStyleColor(0x0000FF);
-  red.screen = 50;
-  red.lineweight = 13;  // 0.50 mm
-  PlotStyleEntry& blue = table->entries[4];
-  blue.color = EncodePlotStyleColor(0x000000);
+  table->entries[0].color = EncodePlotStyleColor(0x0000FF);
+  table->entries[0].screen = 50;
+  table->entries[0].lineweight = 13;  // 0.50 mm
+  table->entries[4].color = EncodePlotStyleColor(0x000000);
 
-  // tests/data/dxf/render/make_drawings.py says what pens.dxf holds.
+  // tests/data/dxf/render/make_drawings.py says what pens.dxf holds, pens.tsv
+  // beside it what each of its entities is drawn with.
   const Drawing d = ReadTestDrawing("dxf/render/pens.dxf");
 
-  constexpr std::uint32_t kFadedBlue = 0x8080FF;
-  struct Expected {
-    const char* what;
-    std::uint32_t rgb;
-    double widthMm;
-    std::uint32_t rgbWithout;
-    double widthWithout;
-  };
-  const Expected expected[] = {
-      {"colour 1", kFadedBlue, 0.50, 0xFF0000, 0.25},
-      {"by layer, layer of colour 1", kFadedBlue, 0.50, 0xFF0000, 0.25},
-      {"colour 3: the object's", 0x00FF00, 0.35, 0x00FF00, 0.35},
-      {"true colour beside number 1", kFadedBlue, 0.50, 0x123456, 0.25},
-      {"true colour beside number 3", 0x123456, 0.25, 0x123456, 0.25},
-      {"by block in a reference of colour 1, screened once", kFadedBlue, 0.50, 0xFF0000, 0.25},
-      {"colour 3 inside that block", 0x00FF00, 0.25, 0x00FF00, 0.25},
-      {"colour 5, weight 0", 0x000000, kThinLineMm, 0x0000FF, kThinLineMm},
-      {"by block outside any block: colour 7", 0x000000, 0.25, 0x000000, 0.25},
-  };
   for (const bool withTable : {true, false}) {
     FrontendOptions options;
     if (withTable) options.plotStyles = table;
-    const RecordingBackend backend = DrawLayout(d, ModelOf(d), options);
-    ASSERT_EQ(backend.items.size(), std::size(expected));
-    for (std::size_t i = 0; i < std::size(expected); ++i) {
-      const Expected& e = expected[i];
-      SCOPED_TRACE(std::string(e.what) + (withTable ? " (table)" : " (no table)"));
-      EXPECT_EQ(backend.items[i].style.rgb, withTable ? e.rgb : e.rgbWithout);
-      EXPECT_DOUBLE_EQ(backend.items[i].style.widthMm, withTable ? e.widthMm : e.widthWithout);
+    std::vector<std::string> expected, pens;
+    for (const auto& row : sheafwork::testing::ReadTestTable("dxf/render/pens.tsv")) {
+      expected.push_back(row[withTable ? 1 : 2]);
     }
+    for (const Recorded& item : DrawLayout(d, ModelOf(d), options).items) {
+      char pen[32];
+      std::snprintf(pen, sizeof pen, "%06X %g", item.style.rgb, item.style.widthMm);
+      pens.push_back(pen);
+    }
+    EXPECT_EQ(pens, expected) << (withTable ? "with the table" : "without a table");
   }
 }
 
@@ -75,34 +57,34 @@ TEST(PlotStylePenTest, InlineColoursOfMultilineTextGoThroughTheTable) {
   MText text;
   text.text = "{\\C1;rouge} {\\C3;vert} {\\C256;objet} {\\c65280;vrai}";
   text.height = 2.5;
-  Entity e = Coloured(MakeEntity(text), 5);
+  Entity e = MakeEntity(text);
+  e.props.color = 5;
+  e.props.lineweight = 25;
   ModelSpace(d).entities.push_back(e);
   d.Reindex();
 
-  struct Expected {
-    const char* text;
-    std::uint32_t rgb;
-    std::uint32_t rgbWithout;
-  };
-  const Expected expected[] = {
-      {"rouge", 0x0000FF, 0xFF0000},  // through entry 1
-      {"vert", 0x00FF00, 0x00FF00},   // entry 3 keeps the object's colour
-      {"objet", 0x000000, 0x0000FF},  // the entity's colour 5, through entry 5
-      {"vrai", 0x000000, 0x00FF00},   // a true colour plots under the entity's number
-  };
   for (const bool withTable : {true, false}) {
     FrontendOptions options;
     if (withTable) options.plotStyles = table;
-    const RecordingBackend backend = DrawLayout(d, ModelLayout(d), options);
-    for (const Expected& x : expected) {
-      SCOPED_TRACE(std::string(x.text) + (withTable ? " (table)" : " (no table)"));
+    const RecordingBackend backend = DrawLayout(d, ModelOf(d), options);
+    for (const auto& row : sheafwork::testing::ReadTestTable("render/inline_colours.tsv")) {
+      SCOPED_TRACE(row.where + (withTable ? " (table)" : " (no table)"));
       const auto found = std::find_if(
           backend.items.begin(), backend.items.end(),
-          [&](const auto& item) { return item.text.find(x.text) != std::string::npos; });
+          [&](const auto& item) { return item.text.find(row[0]) != std::string::npos; });
       ASSERT_NE(found, backend.items.end());
-      EXPECT_EQ(found->style.rgb, withTable ? x.rgb : x.rgbWithout);
+      EXPECT_EQ(found->style.rgb, std::stoul(row[withTable ? 1 : 2], nullptr, 16));
     }
   }
+}
+
+TEST(AciPaletteTest, KnownEntries) {
+  const std::pair<int, std::uint32_t> known[] = {
+      {1, 0xFF0000},   {2, 0xFFFF00},   {3, 0x00FF00},  {5, 0x0000FF},  {7, 0x000000},
+      {8, 0x808080},   {9, 0xC0C0C0},   {10, 0xFF0000}, {11, 0xFF7F7F}, {12, 0xA50000},
+      {20, 0xFF3F00},  {21, 0xFF9F7F},  {30, 0xFF7F00}, {40, 0xFFBF00}, {130, 0x00FFFF},
+      {250, 0x333333}, {255, 0xFFFFFF}, {0, 0x000000},  {256, 0x000000}};
+  for (const auto& [index, rgb] : known) EXPECT_EQ(AciToRgb(index), rgb) << index;
 }
 
 }  // namespace

@@ -1,7 +1,8 @@
-// The raster decoders against the pictures of tests/data/raster: files
-// written by other programs (python.*) and variants of the same picture in
-// every layout the decoders read (make_variants.py), each compared pixel
-// by pixel with the picture as plain RGB (a .ppm, .pgm or .pbm file).
+// Raster pictures: the decoders against the pictures of tests/data/raster
+// (files written by other programs, python.*, and variants of the same
+// picture in every layout the decoders read, make_variants.py), each compared
+// pixel by pixel with the picture as plain RGB (a .ppm, .pgm or .pbm file);
+// and the pictures of drawings, painted and in the PDF.
 
 #include "embedded/render/raster_file.h"
 
@@ -9,23 +10,29 @@
 
 #include <QImage>
 #include <cctype>
-#include <fstream>
-#include <iterator>
+#include <cmath>
+#include <ostream>
 #include <string>
+#include <vector>
 
+#include "embedded/model/referenced_files.h"
 #include "embedded/render/raster_cache.h"
+#include "embedded/render/render_test_support.h"
+#include "fakes/temp_folder.h"
 #include "fakes/test_data.h"
+#include "support/pdf_reading.h"
 
 namespace sheafwork::embedded {
 namespace {
+
+using testing::ColorAt;
 
 std::string RasterPath(const std::string& name) {
   return sheafwork::testing::TestData("raster/" + name);
 }
 
 std::string Bytes(const std::string& name) {
-  std::ifstream in(RasterPath(name), std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  return sheafwork::testing::ReadTestData("raster/" + name);
 }
 
 // A portable any-map (P4, P5 or P6), read by Qt, as 8-bit RGB.
@@ -43,9 +50,19 @@ RasterFile ReadPnm(const std::string& name) {
 }
 
 struct Case {
-  const char* file;
-  const char* picture;
+  std::string file;
+  std::string picture;  ///< the same as plain RGB
 };
+
+void PrintTo(const Case& c, std::ostream* out) { *out << c.file; }
+
+std::vector<Case> Cases() {
+  std::vector<Case> cases;
+  for (const auto& row : sheafwork::testing::ReadTestTable("raster/decoding.tsv")) {
+    cases.push_back({row[0], row[1]});
+  }
+  return cases;
+}
 
 class RasterDecodeTest : public ::testing::TestWithParam<Case> {};
 
@@ -64,30 +81,14 @@ TEST_P(RasterDecodeTest, GivesThePixelsOfThePicture) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Files, RasterDecodeTest,
-    ::testing::Values(
-        // Written by other programs; their background is transparent.
-        Case{"python.png", "python-over-white.ppm"}, Case{"python.bmp", "python-over-white.ppm"},
-        Case{"python.tiff", "python-over-white.ppm"},
-        // PNG: each row filter, interlacing, 1 to 16 bits, palettes,
-        // transparency over white.
-        Case{"rgb16-interlaced.png", "python.ppm"}, Case{"palette8-interlaced.png", "python.ppm"},
-        Case{"grey1.png", "python.pbm"}, Case{"rgba8-half.png", "rgba8-half-over-white.ppm"},
-        Case{"rgb8-key.png", "rgb8-key-over-white.ppm"},
-        // BMP: rows top-down, a palette of 8 bits.
-        Case{"rgb24-top-down.bmp", "python.ppm"}, Case{"palette8.bmp", "python.ppm"},
-        // TIFF: LZW, Deflate with the predictor, PackBits, grey, white-is-zero
-        // black and white, palette.
-        Case{"rgb-deflate-predictor.tif", "python.ppm"}, Case{"grey-lzw.tif", "python.pgm"},
-        Case{"bw-white-is-zero.tif", "python.pbm"}, Case{"palette-uncompressed.tif", "python.ppm"}),
-    [](const auto& info) {
-      std::string name = info.param.file;
-      for (char& c : name) {
-        if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
-      }
-      return name;
-    });
+INSTANTIATE_TEST_SUITE_P(Files, RasterDecodeTest, ::testing::ValuesIn(Cases()),
+                         [](const auto& info) {
+                           std::string name = info.param.file;
+                           for (char& c : name) {
+                             if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+                           }
+                           return name;
+                         });
 
 TEST(RasterDecodeTest, JpegIsKeptWholeWithItsSizeAndComponents) {
   const std::string bytes = Bytes("python.jpg");
@@ -106,7 +107,6 @@ TEST(RasterDecodeTest, TruncatedOrUnknownFilesAreRefused) {
                            "rgb-lzw.tif", "rgb-deflate-predictor.tif", "python.jpg"}) {
     SCOPED_TRACE(file);
     const std::string bytes = Bytes(file);
-    ASSERT_FALSE(bytes.empty());
     // Cut before the pixels are complete (a JPEG's before its frame header).
     const std::size_t cut = std::string_view(file).ends_with(".jpg") ? 20 : bytes.size() / 3;
     EXPECT_FALSE(DecodeRasterFile(std::string_view(bytes).substr(0, cut)).has_value());
@@ -116,20 +116,100 @@ TEST(RasterDecodeTest, TruncatedOrUnknownFilesAreRefused) {
 }
 
 TEST(RasterCacheTest, AFileChangedOnDiskIsReadAgain) {
-  const std::string path = ::testing::TempDir() + "/raster-cache.png";
-  auto copy = [&](const char* from) {
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << Bytes(from);
-  };
-  copy("python.png");
+  const sheafwork::testing::TempFolder folder;
+  const std::string path = folder.Write("cache.png", Bytes("python.png"));
   const auto first = LoadRasterImage(path);
   ASSERT_NE(first, nullptr);
   EXPECT_EQ(LoadRasterImage(path), first);  // the same decoded file, not read again
-  copy("grey8.png");
+  folder.Write("cache.png", Bytes("grey8.png"));
   const auto second = LoadRasterImage(path);
   ASSERT_NE(second, nullptr);
   EXPECT_EQ(second->bytes, ReadPnm("python.pgm").bytes);
-  std::ofstream(path, std::ios::binary | std::ios::trunc) << "not an image";
+  folder.Write("cache.png", "not an image");
   EXPECT_EQ(LoadRasterImage(path), nullptr);
+}
+
+// Raster images in drawings written by another program
+// (tests/data/dxf/images/make_drawings.py, over the pictures of
+// tests/data/raster): how their clip boundaries limit them, painted and in
+// the PDF, and what the PDF holds of their files.
+
+const std::string kRaster = sheafwork::testing::TestData("raster");
+
+Drawing ReadImages(const std::string& name, const std::string& supportPath) {
+  Drawing drawing = testing::ReadTestDrawing("dxf/images/" + name);
+  ResolveImageFiles(drawing, supportPath);
+  return drawing;
+}
+
+// The model layout of `drawing` plotted to the PDF file `path`; its bytes.
+std::string PlotPdf(const Drawing& drawing, const PlotSettings& settings, const std::string& path) {
+  PlotJob job = testing::MakeJob(drawing, drawing.layouts[0], settings);
+  job.output = OutputKind::Pdf;
+  job.outputPath = path;
+  RunPlotJob(job);
+  return sheafwork::testing::TempFolder::Read(path);
+}
+
+// The sheet of clipped.dxf painted or rasterised at `k` pixels per mm:
+// the picture's pixels inside each clip boundary, white around them.
+void ExpectClippedPictures(const QImage& sheet, double k) {
+  ASSERT_FALSE(sheet.isNull());
+  const std::optional<RasterFile> picture = ReadRasterFile(kRaster + "/rgb8.png");
+  ASSERT_TRUE(picture.has_value());
+  auto inTriangle = [](double x, double y) {  // (0,0) (16,0) (8,16), shrunk by a margin
+    return y > 0.7 && y < 16 - 0.7 - 2 * std::abs(x - 8);
+  };
+  int checked = 0;
+  for (int j = 0; j < 16; ++j) {
+    for (int i = 0; i < 16; ++i) {
+      const auto* p =
+          reinterpret_cast<const unsigned char*>(picture->bytes.data() + (j * 16 + i) * 3);
+      const std::uint32_t rgb = (p[0] << 16) | (p[1] << 8) | p[2];
+      if (rgb == 0xFFFFFF) continue;
+      const double x = i + 0.5, y = 16 - j - 0.5;  // the pixel's centre
+      auto expect = [&](double dx, bool shown) {
+        const std::uint32_t got = ColorAt(sheet, k, {x + dx, y});
+        const std::uint32_t want = shown ? rgb : 0xFFFFFF;
+        for (int shift : {16, 8, 0}) {
+          EXPECT_NEAR((got >> shift) & 0xFF, (want >> shift) & 0xFF, 40)
+              << "pixel " << i << ", " << j << " of the image at x " << dx;
+        }
+        ++checked;
+      };
+      // Rectangle (4, 8)-(12, 12): pixels well inside or well outside.
+      if (x > 4.6 && x < 11.4 && y > 8.6 && y < 11.4) expect(0, true);
+      if (x < 3.4 || x > 12.6 || y < 7.4 || y > 12.6) expect(0, false);
+      if (inTriangle(x, y)) expect(20, true);
+      expect(40, true);  // not clipped
+    }
+  }
+  EXPECT_GT(checked, 200);
+}
+
+// Painted, and in the PDF from one image object.
+TEST(RasterImageTest, PaintedOutputsAndPdfShowTheClippedPictures) {
+  const Drawing drawing = ReadImages("clipped.dxf", "");
+  const PlotSettings settings = testing::OneToOneSettings(60, 20);
+  ExpectClippedPictures(testing::RenderSheet(drawing, drawing.layouts[0], settings, 8), 8);
+  sheafwork::testing::TempFolder folder;
+  const std::string path = folder.File("clipped.pdf");
+  const std::string pdf = PlotPdf(drawing, settings, path);
+  EXPECT_EQ(testing::Count(pdf, "/Subtype /Image"), 1u);  // one file, drawn three times
+  const QImage sheet = pdf::testing::RasterisePage(path, 1, 203, folder.File("clipped"));
+  if (sheet.isNull()) GTEST_SKIP() << "pdftoppm is not installed";
+  ExpectClippedPictures(sheet, 203 / 25.4);
+}
+
+TEST(RasterImageTest, PdfEmbedsAJpegFileAsItIs) {
+  const Drawing drawing = ReadImages("images.dxf", kRaster);
+  sheafwork::testing::TempFolder folder;
+  const std::string pdf =
+      PlotPdf(drawing, testing::OneToOneSettings(60, 60), folder.File("images.pdf"));
+  EXPECT_EQ(testing::Count(pdf, "/Subtype /Image"), 2u);
+  EXPECT_EQ(testing::Count(pdf, "/Filter /DCTDecode"), 1u);
+  const std::string jpeg = sheafwork::testing::TempFolder::Read(kRaster + "/python.jpg");
+  EXPECT_NE(pdf.find(jpeg), std::string::npos);
 }
 
 }  // namespace

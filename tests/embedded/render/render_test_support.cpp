@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <QtGlobal>
-#include <cmath>
-#include <cstdlib>
+#include <iterator>
+#include <sstream>
 
 #include "embedded/dxf/reader.h"
 #include "fakes/test_data.h"
@@ -46,22 +46,6 @@ Box2 BoxOf(const Recorded& item) {
   return box;
 }
 
-Box2 BoxOf(const std::vector<Recorded>& items, Recorded::Kind kind) {
-  Box2 box;
-  for (const Recorded& r : items) {
-    if (r.kind == kind) box.Extend(BoxOf(r));
-  }
-  return box;
-}
-
-std::vector<const Recorded*> ItemsOf(const std::vector<Recorded>& items, Recorded::Kind kind) {
-  std::vector<const Recorded*> found;
-  for (const Recorded& r : items) {
-    if (r.kind == kind) found.push_back(&r);
-  }
-  return found;
-}
-
 Drawing MakeDrawing() {
   (void)kOffscreen;
   Drawing d;
@@ -91,23 +75,6 @@ Drawing MakeDrawing() {
 }
 
 Block& ModelSpace(Drawing& d) { return d.blocks[0]; }
-Layout& ModelLayout(Drawing& d) { return d.layouts[0]; }
-
-Layer& AddLayer(Drawing& d, const std::string& name) {
-  Layer layer;
-  layer.name = name;
-  d.layers.push_back(layer);
-  d.Reindex();
-  return d.layers.back();
-}
-
-Block& AddBlock(Drawing& d, const std::string& name) {
-  Block block;
-  block.name = name;
-  d.blocks.push_back(block);
-  d.Reindex();
-  return d.blocks.back();
-}
 
 Entity MakeEntity(Geometry geometry, const std::string& layer) {
   Entity e;
@@ -120,31 +87,21 @@ Entity MakeLine(Vec2 from, Vec2 to, const std::string& layer) {
   return MakeEntity(Line{{from.x, from.y, 0}, {to.x, to.y, 0}}, layer);
 }
 
-Entity MakeInsert(const std::string& block, Vec2 at, const std::string& layer) {
-  Insert insert;
-  insert.block = block;
-  insert.insert = {at.x, at.y, 0};
-  return MakeEntity(insert, layer);
-}
-
-Entity Heavy(Entity e) {
-  e.props.lineweight = 50;
-  return e;
-}
-
-PlotSettings OneToOneSettings(double width, double height) {
-  PlotSettings s = OneToOneSettings(width);
-  s.paperHeight = height;
-  s.windowMax = {width, height};
-  return s;
-}
-
 PlotJob MakeJob(const Drawing& drawing, const Layout& layout, const PlotSettings& settings) {
   PlotJob job;
   job.drawing = &drawing;
   job.layout = &layout;
   job.settings = settings;
   return job;
+}
+
+std::string PlotFailure(const PlotJob& job) {
+  try {
+    RunPlotJob(job);
+  } catch (const PlotError& e) {
+    return e.what();
+  }
+  return "";
 }
 
 double FixedMeasure::Advance(const FontFace&, std::string_view text) {
@@ -162,13 +119,14 @@ RecordingBackend DrawLayout(const Drawing& drawing, const Layout& layout,
   return backend;
 }
 
-PlotSettings OneToOneSettings(double size) {
+PlotSettings OneToOneSettings(double width, double height) {
   PlotSettings s;
-  s.paperWidth = s.paperHeight = size;
+  s.paperWidth = width;
+  s.paperHeight = height;
   s.marginLeft = s.marginBottom = s.marginRight = s.marginTop = 0;
   s.plotType = kPlotWindow;
   s.windowMin = {0, 0};
-  s.windowMax = {size, size};
+  s.windowMax = {width, height};
   s.standardScale = 16;
   s.flags = kUseStandardScale | kPrintLineweights;
   return s;
@@ -223,6 +181,21 @@ void RecordingBackend::PushClip(std::span<const Vec2>) {
 }
 
 void RecordingBackend::PopClip() { --clipDepth; }
+
+std::vector<double> NumbersIn(const std::string& field) {
+  std::istringstream in(field);
+  return {std::istream_iterator<double>(in), std::istream_iterator<double>()};
+}
+
+Vec2 PointIn(const std::string& field) {
+  const std::vector<double> v = NumbersIn(field);
+  return {v.at(0), v.at(1)};
+}
+
+Box2 BoxIn(const std::string& field) {
+  const std::vector<double> v = NumbersIn(field);
+  return v.empty() ? Box2{} : Box2::Of({v.at(0), v.at(1)}, {v.at(2), v.at(3)});
+}
 
 std::size_t Count(const std::string& text, const std::string& what) {
   std::size_t n = 0;

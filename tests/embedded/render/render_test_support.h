@@ -2,7 +2,6 @@
 // Small drawings built in memory, a backend that records what it is given,
 // and a way to look at painted pixels in sheet millimetres.
 
-#include <QImage>
 #include <string>
 #include <vector>
 
@@ -27,26 +26,20 @@ const Layout& LayoutNamed(const Drawing& drawing, const std::string& name);
 Drawing MakeDrawing();
 
 Block& ModelSpace(Drawing& drawing);
-Layout& ModelLayout(Drawing& drawing);
-Layer& AddLayer(Drawing& drawing, const std::string& name);
-Block& AddBlock(Drawing& drawing, const std::string& name);
 
 Entity MakeEntity(Geometry geometry, const std::string& layer = "0");
 Entity MakeLine(Vec2 from, Vec2 to, const std::string& layer = "0");
-Entity MakeInsert(const std::string& block, Vec2 at, const std::string& layer = "0");
 
-/// `e` with a 0.5 mm pen (lineweight 50), wide enough to find in pixels.
-Entity Heavy(Entity e);
-
-/// Settings plotting the window 0..size × 0..size at 1:1 on a size × size
-/// mm sheet without margins: drawing units are sheet millimetres.
-PlotSettings OneToOneSettings(double size);
-
-/// The same on a width × height mm sheet.
+/// Settings plotting the window 0..width × 0..height at 1:1 on a width ×
+/// height mm sheet without margins: drawing units are sheet millimetres.
 PlotSettings OneToOneSettings(double width, double height);
+inline PlotSettings OneToOneSettings(double size) { return OneToOneSettings(size, size); }
 
 /// A job plotting `layout` of `drawing` with `settings`.
 PlotJob MakeJob(const Drawing& drawing, const Layout& layout, const PlotSettings& settings);
+
+/// The message of the PlotError RunPlotJob(job) throws; empty when it plots.
+std::string PlotFailure(const PlotJob& job);
 
 struct Recorded {
   /// An image's points are the corners of its unit square on the sheet,
@@ -89,17 +82,19 @@ class FixedMeasure final : public TextMeasure {
   double Advance(const FontFace& face, std::string_view text) override;
 };
 
-/// The box of `item`'s points, and of the points of every item of `kind`.
+/// The box of `item`'s points.
 Box2 BoxOf(const Recorded& item);
-Box2 BoxOf(const std::vector<Recorded>& items, Recorded::Kind kind);
-
-/// The items of `kind`, in the order drawn.
-std::vector<const Recorded*> ItemsOf(const std::vector<Recorded>& items, Recorded::Kind kind);
 
 /// What the frontend hands a backend for `layout`; its counters in `stats`
 /// when given.
 RecordingBackend DrawLayout(const Drawing& drawing, const Layout& layout,
                             const FrontendOptions& options = {}, FrontendStats* stats = nullptr);
+
+/// The numbers of a table's field, separated by blanks: "x y" as a point,
+/// "x0 y0 x1 y1" as a box (empty when the field holds no number).
+std::vector<double> NumbersIn(const std::string& field);
+Vec2 PointIn(const std::string& field);
+Box2 BoxIn(const std::string& field);
 
 /// How many times `what` occurs in `text`.
 std::size_t Count(const std::string& text, const std::string& what);

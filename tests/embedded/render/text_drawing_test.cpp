@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,7 @@
 #include "embedded/render/render_test_support.h"
 #include "embedded/render/stroke_font.h"
 #include "fakes/temp_folder.h"
+#include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
 namespace {
@@ -19,15 +21,23 @@ namespace {
 using namespace testing;
 
 std::size_t CountOf(const std::vector<Recorded>& items, Recorded::Kind kind) {
-  return ItemsOf(items, kind).size();
+  return std::count_if(items.begin(), items.end(),
+                       [&](const Recorded& r) { return r.kind == kind; });
 }
 
-void AddStyle(Drawing& d, const std::string& name, const std::string& file,
-              const std::string& family = {}) {
+// The box of the points of every item of `kind`.
+Box2 BoxOf(const std::vector<Recorded>& items, Recorded::Kind kind) {
+  Box2 box;
+  for (const Recorded& r : items) {
+    if (r.kind == kind) box.Extend(BoxOf(r));
+  }
+  return box;
+}
+
+void AddStyle(Drawing& d, const std::string& name, const std::string& file) {
   TextStyle style;
   style.name = name;
   style.fontFile = file;
-  style.trueTypeFamily = family;
   d.textStyles.push_back(style);
   d.Reindex();
 }
@@ -47,15 +57,15 @@ Text MakeText(const std::string& contents, const std::string& style, Vec2 at, do
   return t;
 }
 
-// The drawings of tests/data/dxf/render (make_drawings.py there says what
-// each holds).
-Drawing Read(const std::string& name) { return ReadTestDrawing("dxf/render/" + name); }
-
 TEST(TextDrawingTest, MTextRunsCarryTheirColourAndPlace) {
-  const Drawing d = Read("mtext_runs.dxf");
+  // tests/data/dxf/render/make_drawings.py says what the drawing holds.
+  const Drawing d = ReadTestDrawing("dxf/render/mtext_runs.dxf");
   FixedMeasure measure;
   const RecordingBackend rec = DrawModel(d, &measure);
-  const std::vector<const Recorded*> texts = ItemsOf(rec.items, Recorded::Kind::Text);
+  std::vector<const Recorded*> texts;
+  for (const Recorded& r : rec.items) {
+    if (r.kind == Recorded::Kind::Text) texts.push_back(&r);
+  }
   ASSERT_EQ(texts.size(), 3u);
   EXPECT_EQ(texts[0]->text, "Rouge");
   EXPECT_EQ(texts[0]->style.rgb, 0xFF0000u);
@@ -80,27 +90,13 @@ TEST(TextDrawingTest, MTextRunsCarryTheirColourAndPlace) {
 }
 
 TEST(TextDrawingTest, TogglesDrawLinesAlongSingleLineText) {
-  struct Case {
-    const char* text;
-    const char* style;
-    int horizontalAlign;
-    std::vector<double> xs;  ///< ends of the expected segments, in characters
-    double y;                ///< their height, in cap heights
-  };
   // Fixed-width TrueType face: one unit per byte; text 2 high at (100, 0).
-  const Case cases[] = {
-      {"a%%ub%%uc", "Arial", 0, {1, 2}, -0.2},
-      {"%%Oab", "Arial", 0, {0, 2}, 1.2},               // on to the end
-      {"%%ka%%kb%%kc", "Arial", 0, {0, 1, 2, 3}, 0.5},  // twice
-      {"a%%ub%%u", "Arial", 2, {-1, 0}, -0.2},          // right-aligned
-      {"%%%u", "Arial", 0, {}, 0},                      // "%" then a plain "u"
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.text);
+  for (const auto& row : sheafwork::testing::ReadTestTable("render/text_toggles.tsv")) {
+    SCOPED_TRACE(row.where);
     Drawing d = MakeDrawing();
     AddStyle(d, "Arial", "arial.ttf");
-    Text t = MakeText(c.text, c.style, {100, 0}, 2);
-    t.horizontalAlign = static_cast<std::int16_t>(c.horizontalAlign);
+    Text t = MakeText(row[0], "Arial", {100, 0}, 2);
+    t.horizontalAlign = static_cast<std::int16_t>(std::stoi(row[1]));
     t.alignPoint = {100, 0, 0};
     t.hasAlignPoint = true;
     ModelSpace(d).entities.push_back(MakeEntity(t));
@@ -112,11 +108,10 @@ TEST(TextDrawingTest, TogglesDrawLinesAlongSingleLineText) {
       if (r.kind == Recorded::Kind::Lines)
         points.insert(points.end(), r.points.begin(), r.points.end());
     }
-    ASSERT_EQ(points.size(), c.xs.size());
-    for (std::size_t i = 0; i < points.size(); ++i) {
-      EXPECT_NEAR(points[i].x, 100 + 2 * c.xs[i], 1e-9);
-      EXPECT_NEAR(points[i].y, 2 * c.y, 1e-9);
-    }
+    std::vector<Vec2> expected;
+    for (const double x : NumbersIn(row[2]))
+      expected.push_back({100 + 2 * x, 2 * std::stod(row[3])});
+    ExpectNear(points, expected);
   }
   // With a shape font the lines follow the stroke font's widths.
   Drawing d = MakeDrawing();
@@ -152,6 +147,142 @@ TEST(TextDrawingDeathTest, WithoutAnyFontTextIsStroked) {
         std::exit(stroked ? 0 : 1);
       },
       ::testing::ExitedWithCode(0), "");
+}
+
+// Multi-line and single-line text of drawings written by another program
+// (tests/data/dxf/mtext, made by make_drawings.py there), every TrueType
+// character one cap height wide.
+RecordingBackend DrawFile(const std::string& name) {
+  FixedMeasure measure;
+  return DrawModel(ReadTestDrawing("dxf/mtext/" + name), &measure);
+}
+
+TEST(MTextRenderTest, TextFlowsIntoColumns) {
+  // Each text: the top of its columns, the distance from one column to the
+  // next, how deep each column may run (0: no limit), the columns used.
+  struct Flow {
+    double top;
+    double pitch;
+    std::vector<double> limits;
+    std::size_t columns;
+  };
+  const Flow flows[] = {
+      {100, 35, {0, 0, 0}, 3},        // static: \N ends each column
+      {50, 44, {20, 20, 20, 20}, 4},  // dynamic: 20 deep each, as many as needed
+      {0, 44, {10, 0}, 2},            // dynamic: 10 deep, then the rest
+  };
+  for (const char* file : {"columns-r2018.dxf", "columns-r2007.dxf"}) {
+    SCOPED_TRACE(file);
+    const RecordingBackend rec = DrawFile(file);
+    for (const Flow& flow : flows) {
+      SCOPED_TRACE(flow.top);
+      std::set<std::size_t> used;
+      for (const Recorded& item : rec.items) {
+        if (item.kind != Recorded::Kind::Text) continue;
+        const Vec2 at = item.points[0];
+        if (at.y > flow.top || at.y <= flow.top - 45) continue;
+        const double slot = at.x / flow.pitch;
+        ASSERT_NEAR(slot, std::round(slot), 1e-9) << item.text;
+        const auto column = static_cast<std::size_t>(std::round(slot));
+        ASSERT_LT(column, flow.limits.size()) << item.text;
+        if (flow.limits[column] > 0) {
+          EXPECT_LE(flow.top - at.y, flow.limits[column]) << item.text;
+        }
+        used.insert(column);
+      }
+      EXPECT_EQ(used.size(), flow.columns);
+    }
+  }
+}
+
+TEST(MTextRenderTest, BackgroundFillsAndFramesTheText) {
+  const RecordingBackend rec = DrawFile("background.dxf");
+  // background.tsv beside the drawing says how each text is filled and framed.
+  for (const auto& row : sheafwork::testing::ReadTestTable("dxf/mtext/background.tsv")) {
+    SCOPED_TRACE(row.where);
+    const std::optional<std::uint32_t> fill =
+        row[1] == "-" ? std::nullopt : std::optional(std::stoul(row[1], nullptr, 16));
+    const Box2 box = BoxIn(row[3]);
+    std::size_t textAt = rec.items.size();
+    int fills = 0, frames = 0;
+    for (std::size_t i = 0; i < rec.items.size(); ++i) {
+      const Recorded& item = rec.items[i];
+      if (item.kind == Recorded::Kind::Text && item.text == row[0]) textAt = i;
+      const Box2 b = BoxOf(item);
+      const bool same =
+          std::abs(b.min.x - box.min.x) < 1e-9 && std::abs(b.min.y - box.min.y) < 1e-9 &&
+          std::abs(b.max.x - box.max.x) < 1e-9 && std::abs(b.max.y - box.max.y) < 1e-9;
+      if (!same) continue;
+      if (item.kind == Recorded::Kind::Fill) {
+        ++fills;
+        if (fill) {
+          EXPECT_EQ(item.style.rgb, *fill);
+        }
+        EXPECT_LT(i, textAt) << "the fill is drawn before its text";
+      }
+      if (item.kind == Recorded::Kind::Polyline) ++frames;
+    }
+    EXPECT_EQ(fills, fill ? 1 : 0);
+    EXPECT_EQ(frames, row[2] == "framed" ? 1 : 0);
+  }
+}
+
+TEST(MTextRenderTest, FractionBarsAreThinBandsBetweenTheDigits) {
+  // "A \S1<kind>2; B", text height 5, rows with their top at y = 30, 18, 6.
+  const RecordingBackend rec = DrawFile("stacked.dxf");
+  struct Row {
+    double top;
+    int bands;  ///< the bar, the slash, or nothing for a tolerance
+  };
+  const Row rows[] = {{30, 1}, {18, 1}, {6, 0}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.top);
+    std::vector<Box2> bands;
+    const Recorded* numerator = nullptr;
+    const Recorded* denominator = nullptr;
+    for (const Recorded& item : rec.items) {
+      const Box2 b = BoxOf(item);
+      if (b.min.y < row.top - 8 || b.max.y > row.top + 2) continue;
+      EXPECT_NE(item.kind, Recorded::Kind::Lines) << "a bar drawn with the pen";
+      if (item.kind == Recorded::Kind::Fill) bands.push_back(b);
+      if (item.kind == Recorded::Kind::Text && item.text == "1") numerator = &item;
+      if (item.kind == Recorded::Kind::Text && item.text == "2") denominator = &item;
+    }
+    ASSERT_EQ(bands.size(), static_cast<std::size_t>(row.bands));
+    if (row.top != 30) continue;
+    // The bar: thin, as long as the digits are wide (0.6 of the height),
+    // in the gap between the numerator's baseline and the top of the
+    // denominator.
+    ASSERT_NE(numerator, nullptr);
+    ASSERT_NE(denominator, nullptr);
+    EXPECT_GT(bands[0].Height(), 0);
+    EXPECT_LT(bands[0].Height(), 0.5);
+    EXPECT_GE(bands[0].Width(), 3);
+    EXPECT_LT(bands[0].max.y, numerator->points[0].y);
+    EXPECT_GT(bands[0].min.y, denominator->points[0].y + 3);
+  }
+}
+
+TEST(MTextRenderTest, BackwardsFittedTextStaysBetweenItsPoints) {
+  // Rows 12 apart of text from x = 0 to x = 30: backwards, upside down or
+  // both, fitted or aligned.
+  const RecordingBackend rec = DrawFile("mirrored.dxf");
+  for (int row = 0; row < 6; ++row) {
+    SCOPED_TRACE(row);
+    const double y = 12.0 * row;
+    Box2 box;  // of the strokes (the text is in a shape font) within the row
+    for (const Recorded& item : rec.items) {
+      const Box2 b = BoxOf(item);
+      if (item.kind == Recorded::Kind::Polyline && b.min.y >= y - 6 && b.max.y <= y + 6 &&
+          b.Width() < 60) {
+        box.Extend(b);
+      }
+    }
+    ASSERT_FALSE(box.Empty());
+    EXPECT_GE(box.min.x, -0.5);
+    EXPECT_LE(box.max.x, 30.5);
+    EXPECT_GT(box.Width(), 25);
+  }
 }
 
 }  // namespace

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "embedded/render/allocation_meter.h"
 #include "embedded/render/extents_backend.h"
 #include "embedded/render/frontend.h"
@@ -48,7 +46,7 @@ TEST(TextMemoryTest, LongTextTakesMemoryNearItsSize) {
     ExtentsBackend backend;
     Frontend frontend(drawing, backend, FrontendOptions{});
     const testing::AllocationMeter meter;
-    frontend.DrawLayout(testing::ModelLayout(drawing), Affine2{});
+    frontend.DrawLayout(testing::ModelOf(drawing), Affine2{});
     EXPECT_LT(meter.PeakBytes(), c.bytesPerChar * kChars);
     EXPECT_FALSE(backend.Extents().Empty());
   }

@@ -209,6 +209,34 @@ def blocks():
     doc.saveas("blocks.dxf")
 
 
+def outputs():
+    """A 100 x 70 rectangle at (30, 20) with its diagonal, a circle, an arc and
+    a point, all with a 0.50 mm pen, and a red solid triangle inside: the
+    same marks whatever the output."""
+    doc = new()
+    msp = doc.modelspace()
+    heavy = {"lineweight": 50}
+    msp.add_lwpolyline([(30, 20), (130, 20), (130, 90), (30, 90)], close=True, dxfattribs=heavy)
+    msp.add_line((30, 20), (130, 90), dxfattribs=heavy)
+    msp.add_circle((100, 40), 12, dxfattribs=heavy)
+    msp.add_arc((70, 40), 8, 30, 250, dxfattribs=heavy)
+    msp.add_point((115, 80), dxfattribs=heavy)
+    msp.add_solid([(40, 60), (70, 60), (40, 85), (40, 85)], dxfattribs={"color": 1})
+    doc.saveas("outputs.dxf")
+
+
+def hatch_island():
+    """A red solid hatch over the square 20..80 with a round island of radius
+    10 about (50, 50), its boundary two half circles."""
+    doc = new()
+    hatch = doc.modelspace().add_hatch(color=1)
+    hatch.paths.add_polyline_path([(20, 20), (80, 20), (80, 80), (20, 80)], is_closed=True)
+    island = hatch.paths.add_edge_path()
+    island.add_arc((50, 50), 10, 0, 180)
+    island.add_arc((50, 50), 10, 180, 360)
+    doc.saveas("hatch_island.dxf")
+
+
 colours()
 blocks()
 viewports()
@@ -217,3 +245,5 @@ texts()
 pens()
 lineweights()
 extents()
+outputs()
+hatch_island()

@@ -1,14 +1,57 @@
-#include "embedded/fonts/font_catalog.h"
+// Finding a face: a stand-in of the same widths for a common font that is
+// missing, and the cache of answers, forgotten when the fonts may have
+// changed.
+
+#include "embedded/fonts/lookup_cache.h"
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <filesystem>
 #include <string>
 #include <vector>
 
+#include "embedded/fonts/font_catalog.h"
 #include "embedded/fonts/font_files.h"
+#include "fakes/temp_folder.h"
 
 namespace sheafwork::embedded {
 namespace {
+
+namespace fs = std::filesystem;
+
+TEST(LookupCacheTest, AnswersAreForgottenWhenFontsMayHaveChanged) {
+  sheafwork::testing::TempFolder folder;
+  const std::string file = folder.File("cache/fonts.cache");
+  const std::string root = folder.File("fonts");
+  const std::string inside = folder.File("fonts/truetype");
+  fs::create_directories(inside);
+  const auto load = [&] { return LookupCache::Load(file, {root}); };
+  const auto remembered = [&] {
+    LookupCache cache = load();
+    cache.Remember("any", FaceFile{"/polices/a.ttf", 0, false, false}, [&] {
+      return std::vector<std::string>{root, inside};
+    });
+    return load().Find("any") != nullptr;
+  };
+  ASSERT_TRUE(remembered());
+
+  // A folder changed (a font added or removed).
+  fs::last_write_time(inside, fs::last_write_time(inside) + std::chrono::seconds(2));
+  EXPECT_EQ(load().Find("any"), nullptr);
+
+  ASSERT_TRUE(remembered());
+  fs::remove(inside);  // a folder gone
+  EXPECT_EQ(load().Find("any"), nullptr);
+
+  ASSERT_TRUE(remembered());
+  // Another environment, whose fonts may live elsewhere.
+  EXPECT_EQ(LookupCache::Load(file, {root, folder.File("ailleurs")}).Find("any"), nullptr);
+
+  // Not a file of ours.
+  folder.Write("cache/fonts.cache", "sheafwork-font-lookups 1\nface\tany\n");
+  EXPECT_EQ(load().Find("any"), nullptr);
+}
 
 TEST(FontCatalogTest, AMissingCommonFontGetsAFaceOfTheSameWidths) {
   // Arial and the like are missing here; a face of their widths (from
