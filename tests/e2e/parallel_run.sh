@@ -49,10 +49,13 @@ done
 grep -q "tables.dxf" "$work/parallel.journal" || fail "the journal lacks a plotted row"
 # The same sheets under the same names (the "-2", "-3" of a drawing plotted
 # twice given in row order), and the same combined pages in the same order.
+# The page count and every page's size of PDF file $1; of each file of folder
+# $1, after its name.
+page_sizes() { pdfinfo -f 1 -l 999 "$1" | grep -E '^(Pages|Page +[0-9]+ size):'; }
 sheet_sizes() {
   for sheet in "$1"/*; do
     echo "${sheet##*/}"
-    pdfinfo "$sheet" | grep -E '^(Pages|Page size):'
+    page_sizes "$sheet"
   done
 }
 diff <(sheet_sizes "$work/serial.sheets") <(sheet_sizes "$work/parallel.sheets") >"$work/sheets.diff" ||
@@ -61,7 +64,6 @@ diff <(sheet_sizes "$work/serial.sheets") <(sheet_sizes "$work/parallel.sheets")
 # Every page has the same size; every page but the last is drawn alike (the
 # last is the slow drawing's, seconds to rasterise, its sheet placed by the
 # same code as the others').
-page_sizes() { pdfinfo -f 1 -l 999 "$1" | grep -E '^(Pages|Page +[0-9]+ size):'; }
 diff <(page_sizes "$work/serial.pdf") <(page_sizes "$work/parallel.pdf") >"$work/pages.diff" ||
   fail "combined PDF: the pages differ: $(cat "$work/pages.diff")"
 pages=$(pdfinfo "$work/serial.pdf" | sed -n 's/^Pages: *//p')
