@@ -26,9 +26,11 @@ run is run by a kept test, and no mutant they kill needs them.
 
 import argparse
 import json
+import os
 import re
 import subprocess
 import sys
+from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
 import mutants
@@ -70,9 +72,16 @@ def source_tree(build):
 def lines_run(build, source, gcdas):
     """The "file:line" of src/ run since the counters were last cleared."""
     run = set()
-    for start in range(0, len(gcdas), 200):
-        out = subprocess.run(["gcov", "--json-format", "--stdout"] + gcdas[start:start + 200],
-                             cwd=build, capture_output=True, text=True).stdout
+    # One gcov per processor, each on its share of the counter files.
+    shares = [gcdas[i::os.cpu_count() or 1] for i in range(os.cpu_count() or 1)]
+
+    def gcov(share):
+        return subprocess.run(["gcov", "--json-format", "--stdout"] + share, cwd=build,
+                              capture_output=True, text=True).stdout
+
+    with ThreadPoolExecutor() as pool:
+        outputs = list(pool.map(gcov, [share for share in shares if share]))
+    for out in outputs:
         for document in out.splitlines():
             if not document.startswith("{"):
                 continue
