@@ -44,20 +44,6 @@ TEST(PlotterConfigTest, ABadFileIsNamedWithTheLineAndTheFault) {
   }
 }
 
-TEST(PlotterConfigTest, AFileThatCannotBeReadIsNamed) {
-  testing::TempFolder folder;
-  const std::string missing = folder.File("absent.pc3");
-  try {
-    ReadPlotterConfigFile(missing);
-    FAIL();
-  } catch (const DeviceError& error) {
-    EXPECT_THAT(error.what(), HasSubstr(missing + " : lecture impossible"));
-  }
-  EXPECT_EQ(ReadPlotterConfigFile(folder.Write("ok.pc3", "driver = pdf\npaper = A | 10 x 10\n"))
-                .papers.size(),
-            1u);
-}
-
 // A configuration of many papers reads in time proportional to its size. At
 // 400 000 papers a reading that compares each new paper with those before
 // takes minutes, beyond the test's time limit; a linear one, a second.

@@ -1,6 +1,6 @@
 // Font files: what a TrueType file's own tables say about its faces, read
-// without a font library (the Windows program finds its fonts this way),
-// files that are no font giving no face; and compiled shape files.
+// without a font library (the Windows program finds its fonts this way), and
+// compiled shape files.
 #include "embedded/fonts/font_names.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "embedded/fonts/shape_file.h"
-#include "embedded/fonts/truetype_face.h"
 #include "fakes/test_data.h"
 
 namespace sheafwork::embedded {
@@ -47,11 +46,6 @@ TEST(FontNamesTest, ReadsTheFaceFromItsTables) {
   EXPECT_EQ(
       Describe(pair[0]),
       "0 Paire | Paire | bold 0 italic 0 weight 400 em 1000 cap 1456 ascent 1901 descent 483");
-}
-
-TEST(TrueTypeFaceTest, UnreadableFilesGiveNoFace) {
-  EXPECT_EQ(TrueTypeFace::Open("/nonexistent/font.ttf", 0), nullptr);
-  EXPECT_EQ(TrueTypeFace::Open(SHEAFWORK_SOURCE_DIR "/CMakeLists.txt", 0), nullptr);
 }
 
 // Compiled shape files: the three kinds read from our test fonts (tests/data/fonts, compiled by

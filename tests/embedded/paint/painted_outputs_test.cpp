@@ -9,7 +9,6 @@
 #include <string>
 
 #include "embedded/paint/painted_files.h"
-#include "embedded/render/paint_sheet.h"
 #include "embedded/render/render_test_support.h"
 #include "fakes/temp_folder.h"
 
@@ -91,22 +90,6 @@ TEST_F(PaintedOutputsTest, ALoadedTableIsUsedForEachKindAndItsFailuresBecomePlot
   EXPECT_EQ(PlotFailure(png), "refusé : " + png.outputPath);
   EXPECT_EQ(PlotFailure(svg),
             "la sortie SVG est indisponible : ce programme n'a pas de module de dessin");
-}
-
-TEST_F(PaintedOutputsTest, TheTableTurnsExceptionsIntoMessages) {
-  const PaintedOutputs outputs = PaintOutputs();
-  const PlotJob png = Job(OutputKind::Png, "absent/plan.png");
-  const SheetLayout sheet = PlanSheet(png);
-  std::string failure;
-  EXPECT_FALSE(outputs.png(png, sheet, failure));
-  EXPECT_EQ(failure, "impossible de créer le fichier PNG : " + png.outputPath);
-  failure.clear();
-  EXPECT_FALSE(outputs.printer(Job(OutputKind::Printer, ""), sheet, failure));
-  EXPECT_EQ(failure, "imprimante introuvable : traceur-absent");
-  failure.clear();
-  const PlotJob svg = Job(OutputKind::Svg, "plan.svg");
-  EXPECT_TRUE(outputs.svg(svg, sheet, failure)) << failure;
-  EXPECT_TRUE(failure.empty());
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The PDF writer: content streams and strings as written, the standard
+// The PDF writer: content streams as written, the standard
 // font's widths, values read back from a file of ours with their object
 // references renumbered for another document and the values around them
 // left as they are (tables in tests/data/pdf), and whole documents.
@@ -14,11 +14,11 @@
 
 #include "embedded/pdf/document.h"
 #include "embedded/pdf/helvetica_widths.h"
-#include "embedded/pdf/pdf_strings.h"
 #include "embedded/pdf/pdf_syntax.h"
 #include "fakes/temp_folder.h"
 #include "fakes/test_data.h"
 #include "support/pdf_reading.h"
+#include "text/decimal.h"
 
 namespace sheafwork::embedded::pdf {
 namespace {
@@ -48,17 +48,6 @@ TEST(ContentStreamTest, ChunksEndAtLineEndsAndTogetherAreTheWholeText) {
   }
   EXPECT_EQ(joined, expected);
   EXPECT_EQ(content.Bytes(), expected.size());
-}
-
-TEST(PdfStringsTest, LiteralAndTextStrings) {
-  EXPECT_EQ(LiteralString("a (b) \\c"), "(a \\(b\\) \\\\c)");
-  EXPECT_EQ(LiteralString("\xE9\n"), "(\\351\\012)");
-  EXPECT_EQ(TextString("Plan"), "(Plan)");
-  // é is U+00E9; 𝄞 (U+1D11E) takes a surrogate pair; a stray byte U+FFFD.
-  EXPECT_EQ(TextString("\xC3\xA9"), "<FEFF00E9>");
-  EXPECT_EQ(TextString("\xF0\x9D\x84\x9E"), "<FEFFD834DD1E>");
-  EXPECT_EQ(TextString("a\xFF"), "<FEFF0061FFFD>");
-  EXPECT_EQ(DateString(86400 * 365 + 3661), "D:19710101010101Z");
 }
 
 TEST(HelveticaWidthsTest, CountTheCharactersOfTheCodePage) {
@@ -111,13 +100,14 @@ std::vector<std::string> FilesIn(const fs::path& folder) {
 }
 
 // The outline as the reader shows it: entries and their children in order,
-// titles in any script, each opening its page; a document without one has
+// titles in any script and with the characters a PDF string escapes, each
+// opening its page; a document without one has
 // no /Outlines.
 TEST(PdfDocumentTest, TheOutlineIsATreeOfTitledEntriesOpeningPages) {
   sheafwork::testing::TempFolder folder;
   const std::string path = folder.File("livre.pdf");
   const std::vector<OutlineItem> outline = {
-      {"rez-de-chaussee.dxf", 0, {{"Plan A3", 0, {}}, {"Plan A1", 2, {}}}},
+      {"rez-de-chaussee.dxf", 0, {{"Plan (A3) \\ 1", 0, {}}, {"Plan A1", 2, {}}}},
       {"étage (1).dxf", 1, {{"Détail Ω ⌀ 😀", 1, {}}}},
       {"sans page", 9, {}},
   };
@@ -130,9 +120,10 @@ TEST(PdfDocumentTest, TheOutlineIsATreeOfTitledEntriesOpeningPages) {
   const PdfPart pdf = ReadPdfPart(path);
   std::string error;
   // What was given, the entry without a page opening none.
-  EXPECT_EQ(testing::Flat(testing::ReadOutline(pdf, error)),
-            (std::vector<std::string>{"0 rez-de-chaussee.dxf 0", "1 Plan A3 0", "1 Plan A1 2",
-                                      "0 étage (1).dxf 1", "1 Détail Ω ⌀ 😀 1", "0 sans page -1"}));
+  EXPECT_EQ(
+      testing::Flat(testing::ReadOutline(pdf, error)),
+      (std::vector<std::string>{"0 rez-de-chaussee.dxf 0", "1 Plan (A3) \\ 1 0", "1 Plan A1 2",
+                                "0 étage (1).dxf 1", "1 Détail Ω ⌀ 😀 1", "0 sans page -1"}));
   EXPECT_EQ(error, "");
   EXPECT_TRUE(testing::CatalogOf(pdf).NameIs("PageMode", "UseOutlines"));
 

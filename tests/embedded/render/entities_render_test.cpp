@@ -165,14 +165,10 @@ Drawing Read(const std::string& name) {
   return d;
 }
 
-QImage Painted(const Drawing& d, const PlotSettings& s) {
-  return testing::RenderSheet(d, testing::ModelOf(d), s, kFinePx);
-}
-
 // Each reference draws a cross of two 10-unit midlines; its clip keeps part.
 TEST(ClippingTest, ReferencesShowWhatTheirClipKeeps) {
   const Drawing d = Read("xclip.dxf");
-  const QImage image = Painted(d, OneToOneSettings(200, 40));
+  const QImage image = RenderSheet(d, ModelOf(d), OneToOneSettings(200, 40), kFinePx);
   for (const auto& row : sheafwork::testing::ReadTestTable("dxf/clipping/xclip-probes.tsv")) {
     SCOPED_TRACE(row.where + " " + row[0]);
     EXPECT_EQ(InkNear(image, kFinePx, testing::PointIn(row[1])), row[2] == "ink");
@@ -211,7 +207,7 @@ TEST(DrawOrderTest, TextSortedAfterTheHatchIsDrawnOverIt) {
 // out of the boundary.
 TEST(HatchTextBoxTest, IslandsAroundTextStayUnfilled) {
   const Drawing d = Read("hatch-textbox.dxf");
-  const QImage image = Painted(d, OneToOneSettings(110, 45));
+  const QImage image = RenderSheet(d, ModelOf(d), OneToOneSettings(110, 45), kFinePx);
   for (const auto& row :
        sheafwork::testing::ReadTestTable("dxf/clipping/hatch-textbox-probes.tsv")) {
     SCOPED_TRACE(row.where + " " + row[0]);

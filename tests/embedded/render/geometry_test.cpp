@@ -1,6 +1,6 @@
 // Geometry: curves flattened into points (arcs, bulges, splines, hatch
-// patterns), the boxes of arcs, placements in space, dashes, point symbols
-// and the place of a plot on its sheet.
+// patterns), placements in space, dashes, point symbols and the place of a
+// plot on its sheet.
 
 #include "embedded/render/curves.h"
 
@@ -11,7 +11,6 @@
 #include <string>
 #include <vector>
 
-#include "embedded/render/arc_box.h"
 #include "embedded/render/dasher.h"
 #include "embedded/render/hatch_pattern.h"
 #include "embedded/render/page_geometry.h"
@@ -113,28 +112,6 @@ TEST(HatchPatternTest, LinesAreCutToTheBoundaryAndDashed) {
   EXPECT_FALSE(AppendPatternSegments(points, sizes, line, pairs, 1000));
 }
 
-// The box of an arc is that of its ends and the extremes it passes, for
-// every start and sweep either way, a turn and more included.
-TEST(ArcBoxTest, MatchesADenselySampledArc) {
-  // Steps through every case, and ends exactly on the axes.
-  std::vector<double> starts = {0, kPi / 2, 2 * kPi + kPi / 4};
-  std::vector<double> sweeps = {kPi / 2, -kPi / 2, 1.5 * kPi, 2 * kPi, -2 * kPi};
-  for (double start = -7; start < 7; start += 0.37) starts.push_back(start);
-  for (double sweep = -7.1; sweep < 7.2; sweep += 0.41) sweeps.push_back(sweep);
-  for (const double start : starts) {
-    for (const double sweep : sweeps) {
-      Box2 sampled;
-      constexpr int kSamples = 2000;
-      for (int i = 0; i <= kSamples; ++i) {
-        const double a = start + sweep * i / kSamples;
-        sampled.Extend(Vec2{3 + 2 * std::cos(a), -1 + 2 * std::sin(a)});
-      }
-      SCOPED_TRACE(::testing::Message() << "start " << start << " sweep " << sweep);
-      ExpectNear(ArcBox({3, -1}, 2, start, sweep), sampled, 1e-5);
-    }
-  }
-}
-
 // A placement in space (turned about a tilted axis, scaled unevenly, moved)
 // and its inverse bring every point back; a flat one has no inverse.
 TEST(TransformTest, InverseBringsPointsBack) {
@@ -169,17 +146,6 @@ Cut CutUp(Dasher& dasher, std::vector<Vec2> points, bool closed = false) {
   }
   EXPECT_EQ(at, flat.size());
   return cut;
-}
-
-TEST(DasherTest, TooDensePatternGivesNothing) {
-  Dasher dasher;
-  dasher.SetPattern(std::vector<double>{0.001, -0.001}, 1, 0.1);
-  dasher.SetMaxPieces(1000);
-  const Cut dense = CutUp(dasher, {{0, 0}, {1000, 0}});
-  EXPECT_EQ(dense.result, Dasher::Result::kTooDense);
-  EXPECT_TRUE(dense.pieces.empty());
-  // The same pattern on a line it fits on.
-  EXPECT_EQ(CutUp(dasher, {{0, 0}, {0.5, 0}}).result, Dasher::Result::kDashed);
 }
 
 // The stretches of a straight run along x that are drawn, as [from, to]

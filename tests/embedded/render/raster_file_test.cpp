@@ -27,9 +27,7 @@ namespace {
 
 using testing::ColorAt;
 
-std::string RasterPath(const std::string& name) {
-  return sheafwork::testing::TestData("raster/" + name);
-}
+const std::string kRaster = sheafwork::testing::TestData("raster");
 
 std::string Bytes(const std::string& name) {
   return sheafwork::testing::ReadTestData("raster/" + name);
@@ -38,7 +36,7 @@ std::string Bytes(const std::string& name) {
 // A portable any-map (P4, P5 or P6), read by Qt, as 8-bit RGB.
 RasterFile ReadPnm(const std::string& name) {
   const QImage image =
-      QImage(QString::fromStdString(RasterPath(name))).convertToFormat(QImage::Format_RGB888);
+      QImage(QString::fromStdString(kRaster + "/" + name)).convertToFormat(QImage::Format_RGB888);
   RasterFile out;
   out.width = image.width();
   out.height = image.height();
@@ -133,8 +131,6 @@ TEST(RasterCacheTest, AFileChangedOnDiskIsReadAgain) {
 // (tests/data/dxf/images/make_drawings.py, over the pictures of
 // tests/data/raster): how their clip boundaries limit them, painted and in
 // the PDF, and what the PDF holds of their files.
-
-const std::string kRaster = sheafwork::testing::TestData("raster");
 
 Drawing ReadImages(const std::string& name, const std::string& supportPath) {
   Drawing drawing = testing::ReadTestDrawing("dxf/images/" + name);

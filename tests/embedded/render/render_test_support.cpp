@@ -140,39 +140,25 @@ void RecordingBackend::Add(Recorded item) {
 void RecordingBackend::BeginLayer(std::string_view name) { layer_.assign(name); }
 
 void RecordingBackend::DrawLines(std::span<const Vec2> pairs, const Style& style) {
-  Add({Recorded::Kind::Lines, {pairs.begin(), pairs.end()}, style, {}, {}});
+  Add({Recorded::Kind::Lines, {pairs.begin(), pairs.end()}, style, {}});
 }
 
 void RecordingBackend::DrawPolyline(std::span<const Vec2> points, bool, const Style& style) {
-  Add({Recorded::Kind::Polyline, {points.begin(), points.end()}, style, {}, {}});
+  Add({Recorded::Kind::Polyline, {points.begin(), points.end()}, style, {}});
 }
 
-void RecordingBackend::FillLoops(std::span<const Vec2> points, std::span<const int> loopSizes,
+void RecordingBackend::FillLoops(std::span<const Vec2> points, std::span<const int>,
                                  const Style& style) {
-  Add({Recorded::Kind::Fill,
-       {points.begin(), points.end()},
-       style,
-       {},
-       {loopSizes.begin(), loopSizes.end()}});
+  Add({Recorded::Kind::Fill, {points.begin(), points.end()}, style, {}});
 }
 
 void RecordingBackend::DrawPoint(Vec2 at, const Style& style) {
-  Add({Recorded::Kind::Point, {at}, style, {}, {}});
+  Add({Recorded::Kind::Point, {at}, style, {}});
 }
 
 void RecordingBackend::DrawText(const TextRun& text, const Style& style) {
   if (outlineText) return Backend::DrawText(text, style);
-  Add({Recorded::Kind::Text, {text.toSheet.Apply({0, 0})}, style, std::string(text.text), {}});
-}
-
-bool RecordingBackend::DrawImage(const ImageRun& image) {
-  const Affine2& m = image.toSheet;
-  Add({Recorded::Kind::Image,
-       {m.Apply({0, 0}), m.Apply({1, 0}), m.Apply({1, 1}), m.Apply({0, 1})},
-       {},
-       std::string(image.path),
-       {}});
-  return true;
+  Add({Recorded::Kind::Text, {text.toSheet.Apply({0, 0})}, style, std::string(text.text)});
 }
 
 void RecordingBackend::PushClip(std::span<const Vec2>) {

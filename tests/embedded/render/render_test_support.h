@@ -41,14 +41,13 @@ PlotJob MakeJob(const Drawing& drawing, const Layout& layout, const PlotSettings
 /// The message of the PlotError RunPlotJob(job) throws; empty when it plots.
 std::string PlotFailure(const PlotJob& job);
 
+/// What a backend was given; images are left to the frontend, which draws
+/// their frames.
 struct Recorded {
-  /// An image's points are the corners of its unit square on the sheet,
-  /// (0,0), (1,0), (1,1), (0,1); its text is the file's path.
-  enum class Kind { Lines, Polyline, Fill, Point, Text, Image } kind;
+  enum class Kind { Lines, Polyline, Fill, Point, Text } kind;
   std::vector<Vec2> points;
   Style style;
   std::string text;
-  std::vector<int> loopSizes;  ///< of a fill
 };
 
 class RecordingBackend final : public Backend {
@@ -59,7 +58,6 @@ class RecordingBackend final : public Backend {
                  const Style& style) override;
   void DrawPoint(Vec2 at, const Style& style) override;
   void DrawText(const TextRun& text, const Style& style) override;
-  bool DrawImage(const ImageRun& image) override;
   void PushClip(std::span<const Vec2> polygon) override;
   void PopClip() override;
   void BeginLayer(std::string_view name) override;

@@ -64,8 +64,6 @@ TEST(ShapeFontsTest, WithoutTheFilesOurStrokeFontStandsInAndGreekComesFromTheFal
   EXPECT_FALSE(HasStroke(Draw(""), {{11, 16}, {11, 10}, {15, 10}}));
 }
 
-std::string FontPath(const std::string& name) { return kFonts + "/" + name; }
-
 // Shapes of our test fonts played into glyphs (tests/data/fonts/glyphs.tsv:
 // what they must give, worked out by hand from the sources).
 TEST(ShapeGlyphsTest, ShapeCodesDrawWhatTheirSourceSays) {
@@ -74,7 +72,7 @@ TEST(ShapeGlyphsTest, ShapeCodesDrawWhatTheirSourceSays) {
     const std::uint32_t shape = row[1].starts_with("0x")
                                     ? static_cast<std::uint32_t>(std::stoul(row[1], nullptr, 16))
                                     : static_cast<unsigned char>(row[1].at(0));
-    const ShapeFile file = ShapeFile::Read(FontPath(row[0]));
+    const ShapeFile file = ShapeFile::Read(kFonts + "/" + row[0]);
     const std::optional<StrokeGlyph> glyph = ShapeGlyph(file, shape);
     ASSERT_TRUE(glyph.has_value());
     // Compared in cap heights.

@@ -20,88 +20,36 @@ using sheafwork::testing::ReadTestTable;
 
 using testing::FixedMeasure;  // every character one cap height wide
 
-MTextFormat Base(double height = 1) {
-  MTextFormat f;
-  f.height = height;
-  f.family = "Fixe";
-  return f;
-}
-
-ShapedText Shape(const char* contents, TextBlock block, double height = 1) {
+// Multi-line text shaped into runs (tests/data/render/shaped_text.tsv): where
+// paragraph alignment, columns and the heights of a line put each run.
+TEST(TextShaperTest, RunsStandWhereAlignmentColumnsAndHeightsPutThem) {
+  MTextFormat format;
+  format.height = 1;
+  format.family = "Fixe";
   FixedMeasure measure;
-  const std::vector<MTextPiece> pieces = ParseMText(contents, Base(height));
-  return ShapeText(pieces, block, measure);
-}
-
-struct Expected {
-  const char* text;
-  double x;
-  double baseline;
-};
-
-void ExpectRuns(const ShapedText& shaped, const std::vector<Expected>& expected,
-                const std::string& what) {
-  ASSERT_EQ(shaped.runs.size(), expected.size()) << what;
-  for (std::size_t i = 0; i < expected.size(); ++i) {
-    EXPECT_EQ(shaped.runs[i].text, expected[i].text) << what << " run " << i;
-    EXPECT_NEAR(shaped.runs[i].origin.x, expected[i].x, 1e-9) << what << " run " << i;
-    EXPECT_NEAR(shaped.runs[i].origin.y, expected[i].baseline, 1e-9) << what << " run " << i;
-  }
-}
-
-constexpr double kPitch = 5.0 / 3.0;
-constexpr double kLine2 = -1 - kPitch;  ///< the second line's baseline
-
-TEST(TextShaperTest, ParagraphAlignmentWithinTheColumn) {
-  TextBlock block;
-  block.columnWidth = 10;
-  ExpectRuns(Shape("\\pxqc;ab\\P\\pxqr;cd\\P\\pxql;ef", block),
-             {{"ab", 4, -1}, {"cd", 8, -1 - kPitch}, {"ef", 0, -1 - 2 * kPitch}}, "left box");
-  block.attachment = 2;  // the box is centred on the insertion point
-  ExpectRuns(Shape("\\pxqr;ab", block), {{"ab", 3, -1}}, "centred box");
-}
-
-TEST(TextShaperTest, ColumnsStandSideBySide) {
-  // Columns 3 wide, 1 apart (type 2: dynamic, as deep as given); every
-  // character 1 wide and 1 high.
-  struct Case {
-    const char* what;
-    const char* in;
-    int type;
-    int attachment;
-    bool reversed;
-    double height;
-    std::vector<Expected> runs;
-  };
-  const Case cases[] = {
-      {"static", "a\\Nb", 1, 1, false, 0, {{"a", 0, -1}, {"b", 4, -1}}},
-      {"right to left", "a\\Nb", 1, 1, true, 0, {{"a", 4, -1}, {"b", 0, -1}}},
-      {"top right", "a\\Nb", 1, 3, false, 0, {{"a", -5, -1}, {"b", -1, -1}}},
-      {"bottom left", "a\\Nb", 1, 7, false, 0, {{"a", 0, 0}, {"b", 4, 0}}},
-      {"\\P stays in its column", "a\\Pb", 1, 1, false, 0, {{"a", 0, -1}, {"b", 0, kLine2}}},
-      {"2 deep", "a\\Pb\\Pc", 2, 1, false, 2, {{"a", 0, -1}, {"b", 4, -1}, {"c", 8, -1}}},
-      {"3 deep", "a\\Pb\\Pc", 2, 1, false, 3, {{"a", 0, -1}, {"b", 0, kLine2}, {"c", 4, -1}}},
-  };
-  for (const Case& c : cases) {
+  for (const auto& row : ReadTestTable("render/shaped_text.tsv")) {
+    SCOPED_TRACE(row.where + " " + row[5]);
     TextBlock block;
-    block.columnWidth = 3;
-    block.attachment = c.attachment;
-    block.columns.type = c.type;
-    block.columns.count = 2;
-    block.columns.gutter = 1;
-    block.columns.height = c.height;
-    block.columns.reversed = c.reversed;
-    ExpectRuns(Shape(c.in, block), c.runs, c.what);
+    block.columnWidth = std::stod(row[1]);
+    block.attachment = std::stoi(row[2]);
+    std::istringstream columns(row[3]);
+    if (columns >> block.columns.type >> block.columns.height >> block.columns.reversed) {
+      block.columns.count = 2;
+      block.columns.gutter = 1;
+    }
+    const ShapedText shaped = ShapeText(ParseMText(row[0], format), block, measure);
+    std::istringstream runs(row[4]);
+    std::size_t i = 0;
+    for (std::string text; runs >> text; ++i) {
+      double x = 0, baseline = 0;
+      runs >> x >> baseline;
+      ASSERT_LT(i, shaped.runs.size());
+      EXPECT_EQ(shaped.runs[i].text, text) << "run " << i;
+      EXPECT_NEAR(shaped.runs[i].origin.x, x, 1e-9) << "run " << i;
+      EXPECT_NEAR(shaped.runs[i].origin.y, baseline, 1e-9) << "run " << i;
+    }
+    EXPECT_EQ(shaped.runs.size(), i);
   }
-}
-
-TEST(TextShaperTest, LinesOfMixedHeights) {
-  // The tallest character sets the line; \A moves smaller text up in it.
-  ExpectRuns(Shape("a{\\H3x;b}", {}), {{"a", 0, -3}, {"b", 1, -3}}, "bottom");
-  ExpectRuns(Shape("{\\A1;a}{\\H3x;b}", {}), {{"a", 0, -2}, {"b", 1, -3}}, "middle");
-  ExpectRuns(Shape("{\\A2;a}{\\H3x;b}", {}), {{"a", 0, -1}, {"b", 1, -3}}, "top");
-  // Spacing follows the taller of two neighbouring lines.
-  ExpectRuns(Shape("{\\H3x;a}\\Pb", {}), {{"a", 0, -3}, {"b", 0, -3 - 3 * kPitch}}, "spacing");
 }
 
 TEST(TextCodesTest, SpecialCodesAreReplaced) {
