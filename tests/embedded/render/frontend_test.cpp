@@ -194,25 +194,13 @@ std::string DrawBlock(const Drawing& drawing, const std::string& name, const She
 
 TEST(SheetBoundsTest, AWalkStopsPastTheEntityLimitNamingItOrOnACancel) {
   const Drawing drawing = testing::ReadTestDrawing("dxf/fan-out/blocks.dxf");
-  // B4 draws 10 + 100 + 1000 + 10 000 references and 10 000 lines.
-  struct Case {
-    const char* block;
-    std::uint64_t limit;
-    const char* error;
-  };
-  const Case cases[] = {
-      {"B4", 21110, ""},
-      {"B4", 21109, "plus de 21109 entités"},
-      {"B8", 100000, "plus de 100000 entités"},
-      {"B1", 0, "plus de 0 entités"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(std::string(c.block) + " " + std::to_string(c.limit));
+  for (const auto& row : sheafwork::testing::ReadTestTable("render/entity_limits.tsv")) {
+    SCOPED_TRACE(row.where);
     SheetWork work;
-    work.entityLimit = c.limit;
-    const std::string error = DrawBlock(drawing, c.block, work);
-    EXPECT_EQ(error.empty(), *c.error == '\0') << error;
-    EXPECT_THAT(error, HasSubstr(c.error));
+    work.entityLimit = std::stoull(row[1]);
+    const std::string error = DrawBlock(drawing, row[0], work);
+    EXPECT_EQ(error.empty(), row[2].empty()) << error;
+    EXPECT_THAT(error, HasSubstr(row[2]));
   }
 
   int asked = 0;

@@ -210,24 +210,13 @@ TEST(DasherTest, FollowDrawsWhatCutCutsRunAfterRun) {
 }
 
 TEST(PointStyleTest, SymbolsByMode) {
-  struct Case {
-    int mode;
-    std::size_t strokes;
-    bool dot;
-    bool circle;
-  };
-  const Case cases[] = {
-      {0, 0, true, false},   {1, 0, false, false}, {2, 2, false, false},
-      {3, 2, false, false},  {4, 1, false, false}, {34, 2, false, true},
-      {66, 6, false, false}, {99, 6, false, true}, {32, 0, true, true},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.mode);
+  for (const auto& row : sheafwork::testing::ReadTestTable("render/point_symbols.tsv")) {
+    SCOPED_TRACE(row.where);
     std::vector<Vec2> pairs;
-    const PointSymbol s = AppendPointSymbol(c.mode, {10, 20}, 4, pairs);
-    EXPECT_EQ(pairs.size(), 2 * c.strokes);
-    EXPECT_EQ(s.dot, c.dot);
-    EXPECT_EQ(s.circleRadius, c.circle ? 2.0 : 0.0);
+    const PointSymbol s = AppendPointSymbol(std::stoi(row[0]), {10, 20}, 4, pairs);
+    EXPECT_EQ(pairs.size(), 2 * std::stoul(row[1]));
+    EXPECT_EQ(s.dot, row[2] == "dot");
+    EXPECT_EQ(s.circleRadius, row[3] == "circle" ? 2.0 : 0.0);
     for (const Vec2& p : pairs) {  // every stroke within the symbol's square
       EXPECT_LE(std::abs(p.x - 10), 2.0 + 1e-12);
       EXPECT_LE(std::abs(p.y - 20), 2.0 + 1e-12);

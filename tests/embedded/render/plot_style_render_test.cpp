@@ -79,12 +79,9 @@ TEST(PlotStylePenTest, InlineColoursOfMultilineTextGoThroughTheTable) {
 }
 
 TEST(AciPaletteTest, KnownEntries) {
-  const std::pair<int, std::uint32_t> known[] = {
-      {1, 0xFF0000},   {2, 0xFFFF00},   {3, 0x00FF00},  {5, 0x0000FF},  {7, 0x000000},
-      {8, 0x808080},   {9, 0xC0C0C0},   {10, 0xFF0000}, {11, 0xFF7F7F}, {12, 0xA50000},
-      {20, 0xFF3F00},  {21, 0xFF9F7F},  {30, 0xFF7F00}, {40, 0xFFBF00}, {130, 0x00FFFF},
-      {250, 0x333333}, {255, 0xFFFFFF}, {0, 0x000000},  {256, 0x000000}};
-  for (const auto& [index, rgb] : known) EXPECT_EQ(AciToRgb(index), rgb) << index;
+  for (const auto& row : sheafwork::testing::ReadTestTable("render/aci_colours.tsv")) {
+    EXPECT_EQ(AciToRgb(std::stoi(row[0])), std::stoul(row[1], nullptr, 16)) << row.where;
+  }
 }
 
 }  // namespace

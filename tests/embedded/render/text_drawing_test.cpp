@@ -158,39 +158,28 @@ RecordingBackend DrawFile(const std::string& name) {
 }
 
 TEST(MTextRenderTest, TextFlowsIntoColumns) {
-  // Each text: the top of its columns, the distance from one column to the
-  // next, how deep each column may run (0: no limit), the columns used.
-  struct Flow {
-    double top;
-    double pitch;
-    std::vector<double> limits;
-    std::size_t columns;
-  };
-  const Flow flows[] = {
-      {100, 35, {0, 0, 0}, 3},        // static: \N ends each column
-      {50, 44, {20, 20, 20, 20}, 4},  // dynamic: 20 deep each, as many as needed
-      {0, 44, {10, 0}, 2},            // dynamic: 10 deep, then the rest
-  };
   for (const char* file : {"columns-r2018.dxf", "columns-r2007.dxf"}) {
     SCOPED_TRACE(file);
     const RecordingBackend rec = DrawFile(file);
-    for (const Flow& flow : flows) {
-      SCOPED_TRACE(flow.top);
+    for (const auto& row : sheafwork::testing::ReadTestTable("dxf/mtext/columns.tsv")) {
+      SCOPED_TRACE(row.where);
+      const double top = std::stod(row[0]), pitch = std::stod(row[1]);
+      const std::vector<double> limits = NumbersIn(row[2]);
       std::set<std::size_t> used;
       for (const Recorded& item : rec.items) {
         if (item.kind != Recorded::Kind::Text) continue;
         const Vec2 at = item.points[0];
-        if (at.y > flow.top || at.y <= flow.top - 45) continue;
-        const double slot = at.x / flow.pitch;
+        if (at.y > top || at.y <= top - 45) continue;
+        const double slot = at.x / pitch;
         ASSERT_NEAR(slot, std::round(slot), 1e-9) << item.text;
         const auto column = static_cast<std::size_t>(std::round(slot));
-        ASSERT_LT(column, flow.limits.size()) << item.text;
-        if (flow.limits[column] > 0) {
-          EXPECT_LE(flow.top - at.y, flow.limits[column]) << item.text;
+        ASSERT_LT(column, limits.size()) << item.text;
+        if (limits[column] > 0) {
+          EXPECT_LE(top - at.y, limits[column]) << item.text;
         }
         used.insert(column);
       }
-      EXPECT_EQ(used.size(), flow.columns);
+      EXPECT_EQ(used.size(), std::stoul(row[3]));
     }
   }
 }
