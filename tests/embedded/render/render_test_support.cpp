@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "embedded/dxf/reader.h"
+#include "embedded/model/layouts.h"
 #include "fakes/test_data.h"
 #include "text/utf8.h"
 
@@ -54,22 +55,7 @@ Drawing MakeDrawing() {
     layer.name = name;
     d.layers.push_back(layer);
   }
-  Block model;
-  model.name = "*Model_Space";
-  Block paper;
-  paper.name = "*Paper_Space";
-  d.blocks.push_back(model);
-  d.blocks.push_back(paper);
-  Layout modelLayout;
-  modelLayout.name = "Model";
-  modelLayout.blockName = "*Model_Space";
-  modelLayout.settings.flags |= kModelType;
-  Layout paperLayout;
-  paperLayout.name = "Feuille";
-  paperLayout.blockName = "*Paper_Space";
-  paperLayout.tabOrder = 1;
-  d.layouts.push_back(modelLayout);
-  d.layouts.push_back(paperLayout);
+  SynthesiseLayouts(d);
   d.Reindex();
   return d;
 }

@@ -21,8 +21,8 @@ Drawing ReadTestDrawing(const std::string& relative);
 const Layout& ModelOf(const Drawing& drawing);
 const Layout& LayoutNamed(const Drawing& drawing, const std::string& name);
 
-/// A drawing with layers "0" and "Defpoints", a model layout and a paper
-/// layout "Feuille" (empty spaces). Call Reindex() after adding blocks.
+/// A drawing with layers "0" and "Defpoints" and an empty model space, its
+/// only layout. Call Reindex() after adding blocks.
 Drawing MakeDrawing();
 
 Block& ModelSpace(Drawing& drawing);
