@@ -106,25 +106,9 @@ TEST(LinetypeTest, PolylineGenerationFlagKeepsThePhaseAcrossVertices) {
   }
 }
 
+// tests/data/dxf/render/make_drawings.py says what the drawing holds.
 TEST(WipeoutTest, MasksWhatCameBeforeOnly) {
-  Drawing d = MakeDrawing();
-  Solid under;  // black square 20..80
-  under.corners = {Vec3{20, 20, 0}, Vec3{80, 20, 0}, Vec3{20, 80, 0}, Vec3{80, 80, 0}};
-  Entity underEntity = MakeEntity(under);
-  underEntity.props.color = 7;
-  ModelSpace(d).entities.push_back(underEntity);
-  Wipeout wipeout;  // the square 40..60
-  wipeout.insert = {40, 40, 0};
-  wipeout.uPixel = {20, 0, 0};
-  wipeout.vPixel = {0, 20, 0};
-  wipeout.clipType = 1;
-  wipeout.clipVertices = {{-0.5, -0.5}, {0.5, 0.5}};
-  ModelSpace(d).entities.push_back(MakeEntity(wipeout));
-  Entity over = MakeLine({30, 50}, {70, 50});
-  over.props.lineweight = 50;
-  ModelSpace(d).entities.push_back(over);
-  d.Reindex();
-
+  const Drawing d = ReadTestDrawing("dxf/render/wipeout.dxf");
   const RecordingBackend rec = DrawLayout(d, ModelOf(d));
   ASSERT_EQ(rec.items.size(), 3u);
   EXPECT_EQ(rec.items[1].kind, Recorded::Kind::Fill);

@@ -53,15 +53,8 @@ TEST(PlotStylePenTest, InlineColoursOfMultilineTextGoThroughTheTable) {
   table->entries[0].color = EncodePlotStyleColor(0x0000FF);  // colour 1 plots blue
   table->entries[4].color = EncodePlotStyleColor(0x000000);  // colour 5 plots black
 
-  Drawing d = MakeDrawing();
-  MText text;
-  text.text = "{\\C1;rouge} {\\C3;vert} {\\C256;objet} {\\c65280;vrai}";
-  text.height = 2.5;
-  Entity e = MakeEntity(text);
-  e.props.color = 5;
-  e.props.lineweight = 25;
-  ModelSpace(d).entities.push_back(e);
-  d.Reindex();
+  // Colour 5, its runs of colours 1, 3, by layer and a true colour.
+  const Drawing d = ReadTestDrawing("dxf/render/inline_colours.dxf");
 
   for (const bool withTable : {true, false}) {
     FrontendOptions options;

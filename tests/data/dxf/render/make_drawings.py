@@ -237,6 +237,29 @@ def hatch_island():
     doc.saveas("hatch_island.dxf")
 
 
+def wipeout():
+    """A black solid over the square 20..80, a wipeout masking the square
+    40..60, then a line 0.50 mm wide from (30, 50) to (70, 50) over both."""
+    doc = new()
+    msp = doc.modelspace()
+    msp.add_solid([(20, 20), (80, 20), (20, 80), (80, 80)], dxfattribs={"color": 7})
+    msp.add_wipeout([(40, 40), (60, 60)])
+    msp.add_line((30, 50), (70, 50), dxfattribs={"lineweight": 50})
+    doc.saveas("wipeout.dxf")
+
+
+def inline_colours():
+    """Multi-line text of colour 5 in a TrueType face whose runs set colours
+    1, 3, by layer and a true colour of their own."""
+    doc = new()
+    doc.styles.new("Arial", dxfattribs={"font": "arial.ttf"})
+    doc.modelspace().add_mtext(
+        "{\\C1;rouge} {\\C3;vert} {\\C256;objet} {\\c65280;vrai}",
+        dxfattribs={"style": "Arial", "char_height": 2.5, "color": 5, "lineweight": 25},
+    )
+    doc.saveas("inline_colours.dxf")
+
+
 colours()
 blocks()
 viewports()
@@ -247,3 +270,5 @@ lineweights()
 extents()
 outputs()
 hatch_island()
+wipeout()
+inline_colours()
