@@ -22,6 +22,11 @@
 #include "fakes/test_data.h"
 #include "support/pdf_reading.h"
 
+namespace sheafwork::testing {
+// A case of a table shows as its place in the file.
+static void PrintTo(const TableRow& row, std::ostream* out) { *out << row.where; }
+}  // namespace sheafwork::testing
+
 namespace sheafwork::embedded {
 namespace {
 
@@ -47,27 +52,13 @@ RasterFile ReadPnm(const std::string& name) {
   return out;
 }
 
-struct Case {
-  std::string file;
-  std::string picture;  ///< the same as plain RGB
-};
-
-void PrintTo(const Case& c, std::ostream* out) { *out << c.file; }
-
-std::vector<Case> Cases() {
-  std::vector<Case> cases;
-  for (const auto& row : sheafwork::testing::ReadTestTable("raster/decoding.tsv")) {
-    cases.push_back({row[0], row[1]});
-  }
-  return cases;
-}
-
-class RasterDecodeTest : public ::testing::TestWithParam<Case> {};
+// A row of raster/decoding.tsv: a file, and the same picture as plain RGB.
+class RasterDecodeTest : public ::testing::TestWithParam<sheafwork::testing::TableRow> {};
 
 TEST_P(RasterDecodeTest, GivesThePixelsOfThePicture) {
-  const std::optional<RasterFile> decoded = DecodeRasterFile(Bytes(GetParam().file));
+  const std::optional<RasterFile> decoded = DecodeRasterFile(Bytes(GetParam()[0]));
   ASSERT_TRUE(decoded.has_value());
-  const RasterFile expected = ReadPnm(GetParam().picture);
+  const RasterFile expected = ReadPnm(GetParam()[1]);
   EXPECT_EQ(decoded->encoding, RasterFile::Encoding::Rgb);
   ASSERT_EQ(decoded->width, expected.width);
   ASSERT_EQ(decoded->height, expected.height);
@@ -79,14 +70,16 @@ TEST_P(RasterDecodeTest, GivesThePixelsOfThePicture) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, RasterDecodeTest, ::testing::ValuesIn(Cases()),
-                         [](const auto& info) {
-                           std::string name = info.param.file;
-                           for (char& c : name) {
-                             if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
-                           }
-                           return name;
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    Files, RasterDecodeTest,
+    ::testing::ValuesIn(sheafwork::testing::ReadTestTable("raster/decoding.tsv")),
+    [](const auto& info) {
+      std::string name = info.param[0];
+      for (char& c : name) {
+        if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+      }
+      return name;
+    });
 
 TEST(RasterDecodeTest, JpegIsKeptWholeWithItsSizeAndComponents) {
   const std::string bytes = Bytes("python.jpg");
