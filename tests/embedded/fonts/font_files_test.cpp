@@ -48,44 +48,12 @@ TEST(FontNamesTest, ReadsTheFaceFromItsTables) {
       "0 Paire | Paire | bold 0 italic 0 weight 400 em 1000 cap 1456 ascent 1901 descent 483");
 }
 
-// Compiled shape files: the three kinds read from our test fonts (tests/data/fonts, compiled by
-// compile_shapes.py), and damaged files refused with the file's name.
+// Compiled shape files (our test fonts, tests/data/fonts, compiled by
+// compile_shapes.py; what they hold is checked through the glyphs they give,
+// ShapeGlyphsTest): damaged files refused with the file's name.
 
 std::string FontPath(const std::string& name) {
   return sheafwork::testing::TestData("fonts/" + name);
-}
-
-TEST(ShapeFileTest, EachKindGivesItsHeightsAndShapesWithoutTheirNames) {
-  struct Case {
-    const char* file;
-    ShapeFileKind kind;
-    int above, below;
-    std::size_t shapes;
-    std::uint32_t number;                ///< a shape to look at
-    std::vector<std::uint8_t> expected;  ///< its bytes
-  };
-  const Case cases[] = {
-      {"trait.shx", ShapeFileKind::Shapes, 6, 2, 12, 128, {0x40, 0}},
-      {"uni.shx", ShapeFileKind::Unifont, 6, 2, 3, 0x394, {7, 0, 0x41, 0}},
-      {"big.shx", ShapeFileKind::BigFont, 8, 2, 1, 0xD6D0, {2, 8, 1, 0, 1, 8, 0, 8}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.file);
-    const ShapeFile file = ShapeFile::Read(FontPath(c.file));
-    EXPECT_EQ(file.Kind(), c.kind);
-    EXPECT_TRUE(file.IsFont());
-    EXPECT_EQ(file.Above(), c.above);
-    EXPECT_EQ(file.Below(), c.below);
-    EXPECT_EQ(file.ShapeCount(), c.shapes);
-    const auto shape = file.Shape(c.number);
-    ASSERT_GE(shape.size(), c.expected.size());
-    EXPECT_EQ(std::vector<std::uint8_t>(shape.begin(), shape.begin() + c.expected.size()),
-              c.expected);
-    EXPECT_TRUE(file.Shape(0x7777).empty());
-  }
-  const ShapeFile big = ShapeFile::Read(FontPath("big.shx"));
-  EXPECT_TRUE(big.IsLeadByte(0xD6));
-  EXPECT_FALSE(big.IsLeadByte(0x41));
 }
 
 // Every file cut short, or that is not a shape file, is refused with a

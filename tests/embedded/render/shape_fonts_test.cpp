@@ -90,6 +90,10 @@ TEST(ShapeGlyphsTest, ShapeCodesDrawWhatTheirSourceSays) {
           kTol);
     }
   }
+  // The big font's two-byte codes start with the lead bytes of its code page.
+  const ShapeFile big = ShapeFile::Read(kFonts + "/big.shx");
+  EXPECT_TRUE(big.IsLeadByte(0xD6));
+  EXPECT_FALSE(big.IsLeadByte(0x41));
 }
 
 TEST(StrokeFontTest, EveryGlyphFitsItsCellAndTextBoundsAreTheBoxOfItsStrokes) {
