@@ -19,22 +19,15 @@ using sheafwork::testing::ReadTestData;
 using ::testing::AllOf;
 using ::testing::HasSubstr;
 
-struct Read {
-  int code;
-  std::string value;
-  std::size_t line;
-  bool operator==(const Read&) const = default;
-};
-
-void PrintTo(const Read& r, std::ostream* os) {
-  *os << "{" << r.code << ", \"" << r.value << "\", " << r.line << "}";
-}
+// A tag as read: its code, its value and the line (or byte offset) it
+// starts on.
+using Read = std::tuple<int, std::string, std::size_t>;
 
 std::vector<Read> Tokenize(std::string_view bytes) {
   Tokenizer t(bytes, "t.dxf");
   std::vector<Read> out;
   Tag tag;
-  while (t.Next(tag)) out.push_back({tag.code, std::string(tag.value), tag.line});
+  while (t.Next(tag)) out.emplace_back(tag.code, std::string(tag.value), tag.line);
   return out;
 }
 
