@@ -40,15 +40,14 @@ TEST_F(CombineCommand, GathersEverySheetPlottedInPlotOrderOrIsRefusedBeforeAnyPl
            Refusal{"--host autre --combine " + Quoted(combined), "hôte embarqué"},
        }) {
     SCOPED_TRACE(refused.args);
-    const ProgramRun run = Sheafwork("plot " + Quoted(list_) + " " + refused.args, folder_);
+    const ProgramRun run = RunList("plot", " " + refused.args);
     EXPECT_EQ(run.status, 2);
     EXPECT_NE(run.err.find(refused.said), std::string::npos) << run.err;
     EXPECT_TRUE(PlotOutput(Out("rdc-a3.pdf")).empty()) << "plotted anyway";
     EXPECT_FALSE(std::filesystem::exists(combined));
   }
 
-  const ProgramRun run =
-      Sheafwork("plot " + Quoted(list_) + " --combine " + Quoted(combined), folder_);
+  const ProgramRun run = RunList("plot", " --combine " + Quoted(combined));
   EXPECT_EQ(run.status, 1) << run.err;  // the missing drawing's row failed
   EXPECT_NE(run.err.find("PDF combiné : " + combined + " (5 page(s))"), std::string::npos)
       << run.err;
