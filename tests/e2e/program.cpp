@@ -6,23 +6,9 @@
 
 #include <sys/wait.h>
 
-#include "fakes/cups_queue.h"
-
 namespace sheafwork::e2e {
 
 namespace fs = std::filesystem;
-
-std::string Quoted(const std::string& text) {
-  std::string quoted = "'";
-  for (char c : text) {
-    if (c == '\'') {
-      quoted += "'\\''";
-    } else {
-      quoted += c;
-    }
-  }
-  return quoted + "'";
-}
 
 ProgramRun Sheafwork(const std::string& args, const testing::TempFolder& folder,
                      const std::string& env, const std::string& exe) {

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "fakes/cups_queue.h"
 #include "fakes/log_lines.h"
 #include "fakes/temp_folder.h"
 
@@ -27,8 +28,7 @@ struct ProgramRun {
 ProgramRun Sheafwork(const std::string& args, const testing::TempFolder& folder,
                      const std::string& env = "", const std::string& exe = SHEAFWORK_EXE);
 
-/// `text` quoted for the shell.
-std::string Quoted(const std::string& text);
+using testing::Quoted;
 
 /// Millimetres in PDF points.
 inline double Points(double mm) { return mm / 25.4 * 72; }
