@@ -15,7 +15,6 @@
 #include <tuple>
 
 #include "batch/session.h"
-#include "embedded/automation/dwg_converter.h"
 #include "embedded/automation/embedded_fixture.h"
 #include "fakes/log_lines.h"
 #include "host/host_session.h"
@@ -186,24 +185,6 @@ TEST_F(EmbeddedHostTest, AConverterRunByNodeSaysWhatToInstallWhenNodeIsMissing) 
   const host::Error error = ErrorOf([&] { Open(dwg); });
   EXPECT_THAT(error.description(), AllOf(HasSubstr("Node.js est introuvable"),
                                          HasSubstr("installez le paquet nodejs"), HasSubstr(dwg)));
-}
-
-TEST_F(EmbeddedHostTest, TheConverterBesideTheDataIsTheDefaultAndTheEnvironmentOverridesIt) {
-  const auto converterOf = [&] {
-    options.dwgConverter.reset();
-    return std::dynamic_pointer_cast<EmbeddedPreferences>(
-               MakeEmbeddedHost(options)->GetPreferences())
-        ->DwgConverter();
-  };
-  ScopedVariable none("SHEAFWORK_DWG_CONVERTER", "");
-  EXPECT_EQ(converterOf(), "");  // not installed
-
-  const std::string bundled = data.Write("dwg2dxf/dwg2dxf.js", "");
-  EXPECT_EQ(bundled, BundledDwgConverter(data.path().string()));
-  EXPECT_EQ(converterOf(), bundled);
-
-  ScopedVariable named("SHEAFWORK_DWG_CONVERTER", "/opt/convertir");
-  EXPECT_EQ(converterOf(), "/opt/convertir");
 }
 
 }  // namespace
