@@ -1,6 +1,5 @@
 #include "e2e/program.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 
