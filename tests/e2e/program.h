@@ -28,6 +28,7 @@ struct ProgramRun {
 ProgramRun Sheafwork(const std::string& args, const testing::TempFolder& folder,
                      const std::string& env = "", const std::string& exe = SHEAFWORK_EXE);
 
+/// Words quoted for the shell, as the CUPS queue quotes them.
 using testing::Quoted;
 
 /// Millimetres in PDF points.
