@@ -29,7 +29,7 @@ std::vector<std::vector<std::string>> ProblemsByRow(const std::string& results) 
   const std::string restoring = LoadResourceText(ids::kTestRestoringLogFile);
   std::vector<std::vector<std::string>> rows;
   bool inRows = false;
-  for (const auto& line : Lines(results)) {
+  for (const auto& line : testing::SplitLines(results)) {
     if (line.rfind(checking, 0) == 0) {
       rows.emplace_back();
       inRows = true;
@@ -60,7 +60,7 @@ TEST_F(CheckCommand, ReportsEachMissingPieceOnItsRowAndNothingForAGoodRow) {
   AddRow(Plan("etage.dxf"), " --layout 'Plan étage' --device 'Traceur-absent.pc3'");
   AddRow(Plan("sous-sol.dxf"), " --device PDF.pc3");
 
-  const ProgramRun run = Sheafwork("check " + Quoted(list_), folder_);
+  const ProgramRun run = RunList("check");
   EXPECT_EQ(run.status, 1) << run.err;
 
   const std::string font = LoadResourceText(ids::kTestMissingFont) + "archi-perso.shx";
@@ -102,16 +102,16 @@ TEST_F(CheckCommand, KindsOfEntityThePlotLeavesOutAreNamedByBoth) {
   AddRow(Fixture("dxf/entities/undrawn.dxf"), model + " --plot-file " + Quoted(Out("u.pdf")));
   AddRow(Fixture("dxf/entities/meshes.dxf"), model + " --plot-file " + Quoted(Out("m.pdf")));
 
-  ProgramRun run = Sheafwork("check " + Quoted(list_), folder_);
+  ProgramRun run = RunList("check");
   EXPECT_EQ(run.status, 0) << run.out;  // a warning, not an error
   const std::vector<std::vector<std::string>> expected = {
       {LoadResourceText(ids::kTestUndrawnEntities) + "MLINE (2), TOLERANCE (1)"}, {}};
   EXPECT_EQ(ProblemsByRow(run.out), expected) << run.out;
 
-  run = Sheafwork("plot " + Quoted(list_), folder_);
+  run = RunList("plot");
   EXPECT_EQ(run.status, 0) << run.err;
   std::vector<std::string> named;
-  for (const auto& line : Lines(run.err)) {
+  for (const auto& line : testing::SplitLines(run.err)) {
     if (line.find("MLINE") != std::string::npos) named.push_back(line);
   }
   ASSERT_EQ(named.size(), 1u) << run.err;
@@ -135,9 +135,9 @@ TEST_F(CheckCommand, PlotStyleTablesMissingOrUnreadable) {
   AddRow(drawing, " --layout Absente --plot-file " + Quoted(Out("absente.pdf")));
   AddRow(drawing, " --layout Tronquee --plot-file " + Quoted(Out("tronquee.pdf")));
   const std::string errorLog = folder_.File("erreurs.log");
-  List("set " + Quoted(list_) + " --error-log on --error-file " + Quoted(errorLog));
+  SetErrorLog(errorLog);
 
-  ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
+  ProgramRun run = RunList("plot");
   EXPECT_EQ(run.status, 1) << run.err;
   EXPECT_THAT(run.err,
               HasSubstr("Table de styles de tracé « absente.ctb » introuvable sur cette machine"));
@@ -154,7 +154,7 @@ TEST_F(CheckCommand, PlotStyleTablesMissingOrUnreadable) {
   EXPECT_TRUE(PlotOutput(Out("tronquee.pdf")).empty());
 
   AddRow(drawing, " --layout 'Toutes les présentations'");
-  run = Sheafwork("check " + Quoted(list_), folder_);
+  run = RunList("check");
   EXPECT_EQ(run.status, 0) << run.out;  // a warning, not an error
   const std::vector<std::vector<std::string>> expected = {{}, {absent}, {}, {absent}};
   EXPECT_EQ(ProblemsByRow(run.out), expected) << run.out;

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "e2e/program.h"
@@ -30,25 +31,22 @@ TEST_F(CombineCommand, GathersEverySheetPlottedInPlotOrderOrIsRefusedBeforeAnyPl
   // another.
   const ProgramRun help = Sheafwork("plot --help", folder_);
   EXPECT_NE(help.out.find("--combine"), std::string::npos) << help.out;
-  struct Refusal {
-    std::string args, said;
+  const std::pair<std::string, std::string> refusals[] = {
+      {"--combine " + Quoted(Out("absent/tout.pdf")),
+       "impossible de créer le fichier PDF : " + Out("absent/tout.pdf")},
+      {"--combine " + Quoted(out_), "impossible de créer le fichier PDF"},
+      {"--host autre --combine " + Quoted(combined), "hôte embarqué"},
   };
-  for (const Refusal& refused : {
-           Refusal{"--combine " + Quoted(Out("absent/tout.pdf")),
-                   "impossible de créer le fichier PDF : " + Out("absent/tout.pdf")},
-           Refusal{"--combine " + Quoted(out_), "impossible de créer le fichier PDF"},
-           Refusal{"--host autre --combine " + Quoted(combined), "hôte embarqué"},
-       }) {
-    SCOPED_TRACE(refused.args);
-    const ProgramRun run = Sheafwork("plot " + Quoted(list_) + " " + refused.args, folder_);
+  for (const auto& [args, said] : refusals) {
+    SCOPED_TRACE(args);
+    const ProgramRun run = RunList("plot", " " + args);
     EXPECT_EQ(run.status, 2);
-    EXPECT_NE(run.err.find(refused.said), std::string::npos) << run.err;
+    EXPECT_NE(run.err.find(said), std::string::npos) << run.err;
     EXPECT_TRUE(PlotOutput(Out("rdc-a3.pdf")).empty()) << "plotted anyway";
     EXPECT_FALSE(std::filesystem::exists(combined));
   }
 
-  const ProgramRun run =
-      Sheafwork("plot " + Quoted(list_) + " --combine " + Quoted(combined), folder_);
+  const ProgramRun run = RunList("plot", " --combine " + Quoted(combined));
   EXPECT_EQ(run.status, 1) << run.err;  // the missing drawing's row failed
   EXPECT_NE(run.err.find("PDF combiné : " + combined + " (5 page(s))"), std::string::npos)
       << run.err;

@@ -43,7 +43,7 @@ TEST_F(WithoutData, PlotCheckAndTheDesktopSayWhereTheyLooked) {
   }
   EXPECT_TRUE(PlotOutput(pdf).empty());
   // The list commands need no data.
-  EXPECT_EQ(Sheafwork("list show " + Quoted(list_), folder_, "", exe_).status, 0);
+  EXPECT_EQ(RunList("list show", "", "", exe_).status, 0);
 }
 
 }  // namespace

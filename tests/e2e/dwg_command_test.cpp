@@ -29,21 +29,17 @@ TEST_F(ExampleListTest, PlotsEveryLayoutOfDwgDrawingsOfEachRelease) {
   if (std::system("command -v node >/dev/null 2>&1") != 0) {
     GTEST_SKIP() << "Node.js (node) is not installed: DWG not tested";
   }
-  const fs::path samples = fs::path(SHEAFWORK_SOURCE_DIR) / "tests/data/dwg/samples";
   for (const std::string name : kDrawings) {
-    fs::copy_file(samples / (name + ".dwg"), Plan(name + ".dwg"));
     const std::string layout = name == "truncated" ? "Layout1" : "Toutes les présentations";
-    AddRow(Plan(name + ".dwg"),
+    AddRow(Fixture("dwg/samples/" + name + ".dwg"),
            " --layout '" + layout + "' --device PDF.pc3 --plot-file " + Quoted(Out(name + ".pdf")));
   }
-  const std::string errors = folder_.File("erreurs.log");
-  List("set " + Quoted(list_) + " --error-log on --error-file " + Quoted(errors) +
-       " --error-mode overwrite");
+  SetErrorLog(folder_.File("erreurs.log"));
 
   // The run's own temporary folder, to see that it leaves nothing there.
   const std::string temporary = folder_.File("tmp");
   fs::create_directories(temporary);
-  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_, "TMPDIR=" + Quoted(temporary));
+  const ProgramRun run = RunList("plot", "", "TMPDIR=" + Quoted(temporary));
   EXPECT_EQ(run.status, 1) << run.err;  // the truncated drawing's row
   // The converter's reason names the drawing on stderr.
   EXPECT_NE(run.err.find("LibreDWG ne sait pas lire ce dessin"), std::string::npos) << run.err;
@@ -52,11 +48,10 @@ TEST_F(ExampleListTest, PlotsEveryLayoutOfDwgDrawingsOfEachRelease) {
   for (const std::string name : kDrawings) {
     SCOPED_TRACE(name);
     int sheets = 0;
-    for (const auto& entry : fs::directory_iterator(Out(""))) {
-      const std::string file = entry.path().filename().string();
+    for (const std::string& file : FilesIn(out_)) {
       if (file.rfind(name, 0) != 0) continue;
       ++sheets;
-      EXPECT_EQ(testing::PdfPageSizes(entry.path().string()).size(), 1u) << file;
+      EXPECT_EQ(testing::PdfPageSizes(Out(file)).size(), 1u) << file;
     }
     EXPECT_EQ(sheets, name == "truncated" ? 0 : 2);
   }

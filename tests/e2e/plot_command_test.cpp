@@ -13,6 +13,7 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -73,7 +74,7 @@ TEST_F(PlotCommand, PlotsEveryLayoutOfAGoodListToItsSheet) {
   }
   SetLogs();
 
-  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
+  const ProgramRun run = RunList("plot");
   EXPECT_EQ(run.status, 0) << run.err;
 
   // Without a plot file the device writes beside the drawing.
@@ -143,7 +144,7 @@ TEST_F(PlotCommand, AFailingRowIsLoggedAndTheRunGoesOn) {
              Quoted(Out("ancien.pdf")));
   SetLogs();
 
-  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
+  const ProgramRun run = RunList("plot");
   EXPECT_EQ(run.status, 1) << run.err;
 
   EXPECT_THAT(testing::ReadLogLines(errors_),
@@ -158,12 +159,9 @@ TEST_F(PlotCommand, AFailingRowIsLoggedAndTheRunGoesOn) {
   const std::vector<std::string> rows = PlottedRows();
   ASSERT_EQ(rows.size(), 1u) << testing::TempFolder::Read(journal_);
   EXPECT_EQ(rows[0].rfind("ancien-r12.dxf, ", 0), 0u) << rows[0];
-  std::vector<std::string> pdfs;
-  for (const auto& entry : std::filesystem::directory_iterator(out_)) {
-    pdfs.push_back(entry.path().string());
-  }
-  ASSERT_THAT(pdfs, ElementsAre(StartsWith(Out("ancien-"))));
-  EXPECT_EQ(testing::PdfPageSizes(pdfs[0]).size(), 1u);
+  const std::set<std::string> pdfs = FilesIn(out_);
+  ASSERT_THAT(pdfs, ElementsAre(StartsWith("ancien-")));
+  EXPECT_EQ(testing::PdfPageSizes(Out(*pdfs.begin())).size(), 1u);
 }
 
 // Qt cannot start with a platform plugin that does not exist: a PDF plot
@@ -177,7 +175,7 @@ TEST_F(PlotCommand, APdfPlotDoesNotStartQt) {
   AddRow(Plan("planche-essais.dxf"),
          " --layout 'Planche A3' --device PDF.pc3 --plot-file " + Quoted(Out("planche.pdf")));
 
-  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_, "QT_QPA_PLATFORM=introuvable");
+  const ProgramRun run = RunList("plot", "", "QT_QPA_PLATFORM=introuvable");
   ASSERT_EQ(run.status, 0) << run.err;
   ExpectPages(PlotOutput(Out("nord.pdf")), {{420, 297}});
   for (const auto& [pdf, text] :
@@ -223,9 +221,9 @@ TEST_F(PlotCommand, ALogThatCannotBeWrittenIsReportedAndNotNamedInTheSummary) {
     SCOPED_TRACE(c.problem);
     if (geteuid() == 0 && c.journal.rfind(readOnly, 0) == 0) continue;  // root writes anywhere
     SetLogs(c.journal, c.errors);
-    const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
+    const ProgramRun run = RunList("plot");
     EXPECT_EQ(run.status, 1) << run.err;
-    const std::vector<std::string> lines = Lines(run.err);
+    const std::vector<std::string> lines = testing::SplitLines(run.err);
     EXPECT_EQ(std::count(lines.begin(), lines.end(), "sheafwork: " + c.problem), 1) << run.err;
     const std::string summary = lines.back();
     EXPECT_THAT(summary, HasSubstr("1 ligne(s) tracée(s), 0 en échec"));

@@ -22,14 +22,6 @@ using ::testing::Contains;
 using ::testing::HasSubstr;
 using ::testing::IsSupersetOf;
 
-std::set<std::string> FilesIn(const std::string& folder) {
-  std::set<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder)) {
-    names.insert(entry.path().filename().string());
-  }
-  return names;
-}
-
 // The box of the strokes of an HP-GL/2 file, in sheet millimetres.
 embedded::Box2 StrokeExtents(const embedded::testing::HpglPlot& plot) {
   embedded::Box2 box;
@@ -77,13 +69,12 @@ TEST_F(PlotDrawings, EveryActiveLayoutIntoOneFolderWithDistinctNames) {
 TEST_F(PlotDrawings, AListRunIntoAFolder) {
   AddRow(Plan("facades.dxf"), " --layout 'Façade nord' --plot-file " + Quoted(Out("nord.pdf")));
   AddRow(Plan("facades.dxf"), " --layout 'Façade nord' --device PNG.pc3");
-  const ProgramRun run =
-      Sheafwork("plot " + Quoted(list_) + " --quiet --output-dir " + Quoted(Out("f")), folder_);
+  const ProgramRun run = RunList("plot", " --quiet --output-dir " + Quoted(Out("f")));
   ASSERT_EQ(run.status, 0) << run.err;
   EXPECT_EQ(FilesIn(Out("f")),
             (std::set<std::string>{"facades-Façade nord.pdf", "facades-Façade nord.png"}));
   // Quiet: the summary only.
-  EXPECT_EQ(Lines(run.err).size(), 1u) << run.err;
+  EXPECT_EQ(testing::SplitLines(run.err).size(), 1u) << run.err;
 }
 
 TEST_F(PlotDrawings, ReadableAreaAndScaleMeasuredOnTheSheet) {
@@ -142,7 +133,7 @@ TEST_F(PlotDrawings, AFailedRowsReasonComesOnceAfterItsLine) {
       "plot " + Quoted(Plan("facades.dxf")) + " --layout 'Façade nord' --device Absent.pc3",
       folder_);
   EXPECT_EQ(run.status, 1);
-  const std::vector<std::string> lines = Lines(run.err);
+  const std::vector<std::string> lines = testing::SplitLines(run.err);
   const auto failed = std::find(lines.begin(), lines.end(), "ligne 1/1 : échec");
   ASSERT_NE(failed, lines.end()) << run.err;
   ASSERT_NE(failed + 1, lines.end());

@@ -20,7 +20,7 @@ TEST_F(PrintCommand, ARowWhoseDeviceIsAQueuePrintsItsSheetThere) {
   ASSERT_TRUE(queue.Error().empty()) << queue.Error();
   AddRow(Plan("rez-de-chaussee.dxf"), " --layout 'Plan A3' --device " + Quoted(queue.Name()));
 
-  const ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_);
+  const ProgramRun run = RunList("plot");
   ASSERT_EQ(run.status, 0) << run.err;
   ASSERT_TRUE(queue.WaitUntilPrinted(std::chrono::seconds(60))) << queue.Error();
 

@@ -1,28 +1,13 @@
 #include "e2e/program.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 
 #include <sys/wait.h>
 
-#include "fakes/cups_queue.h"
-
 namespace sheafwork::e2e {
 
 namespace fs = std::filesystem;
-
-std::string Quoted(const std::string& text) {
-  std::string quoted = "'";
-  for (char c : text) {
-    if (c == '\'') {
-      quoted += "'\\''";
-    } else {
-      quoted += c;
-    }
-  }
-  return quoted + "'";
-}
 
 ProgramRun Sheafwork(const std::string& args, const testing::TempFolder& folder,
                      const std::string& env, const std::string& exe) {
@@ -40,20 +25,6 @@ ProgramRun Sheafwork(const std::string& args, const testing::TempFolder& folder,
   return run;
 }
 
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::size_t start = 0;
-  while (start < text.size()) {
-    std::size_t end = text.find('\n', start);
-    if (end == std::string::npos) end = text.size();
-    std::string line = text.substr(start, end - start);
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    lines.push_back(std::move(line));
-    start = end + 1;
-  }
-  return lines;
-}
-
 void ExpectPages(const std::string& file, const std::vector<SheetSize>& sheets) {
   SCOPED_TRACE(file);
   const auto pages = testing::PdfPageSizes(file);
@@ -63,6 +34,14 @@ void ExpectPages(const std::string& file, const std::vector<SheetSize>& sheets) 
     EXPECT_NEAR(pages[i].first, Points(sheets[i].first), 1.5);
     EXPECT_NEAR(pages[i].second, Points(sheets[i].second), 1.5);
   }
+}
+
+std::set<std::string> FilesIn(const std::string& folder) {
+  std::set<std::string> names;
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    names.insert(entry.path().filename().string());
+  }
+  return names;
 }
 
 std::string PlotOutput(const std::string& stem) {

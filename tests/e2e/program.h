@@ -4,10 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "fakes/cups_queue.h"
+#include "fakes/log_lines.h"
 #include "fakes/temp_folder.h"
 
 namespace sheafwork::e2e {
@@ -25,11 +28,8 @@ struct ProgramRun {
 ProgramRun Sheafwork(const std::string& args, const testing::TempFolder& folder,
                      const std::string& env = "", const std::string& exe = SHEAFWORK_EXE);
 
-/// `text` quoted for the shell.
-std::string Quoted(const std::string& text);
-
-/// The lines of `text` split at LF (a CR before it dropped).
-std::vector<std::string> Lines(const std::string& text);
+/// Words quoted for the shell, as the CUPS queue quotes them.
+using testing::Quoted;
 
 /// Millimetres in PDF points.
 inline double Points(double mm) { return mm / 25.4 * 72; }
@@ -39,6 +39,9 @@ using SheetSize = std::pair<double, double>;
 
 /// Expects the PDF file `file` to have one page of each size, in order.
 void ExpectPages(const std::string& file, const std::vector<SheetSize>& sheets);
+
+/// The names of the files in `folder`.
+std::set<std::string> FilesIn(const std::string& folder);
 
 /// The file a plot to `stem` produced: `stem` itself or `stem` with ".pdf"
 /// added; empty when neither exists.
@@ -58,6 +61,17 @@ class ExampleListTest : public ::testing::Test {
   std::string Fixture(const std::string& relative) const;
   /// Runs `sheafwork list <args>`, which must succeed.
   void List(const std::string& args);
+  /// Runs `sheafwork <command>` on the list, `more` after it (each word after
+  /// a blank), as Sheafwork does.
+  ProgramRun RunList(const std::string& command, const std::string& more = "",
+                     const std::string& env = "", const std::string& exe = SHEAFWORK_EXE) {
+    return Sheafwork(command + " " + Quoted(list_) + more, folder_, env, exe);
+  }
+  /// Turns the list's error log on, into `file`, written afresh by each run.
+  void SetErrorLog(const std::string& file) {
+    List("set " + Quoted(list_) + " --error-log on --error-file " + Quoted(file) +
+         " --error-mode overwrite");
+  }
   /// Adds a row for `drawing` to the list, with the `sheafwork list add`
   /// options in `options` (each after a blank).
   void AddRow(const std::string& drawing, const std::string& options = "") {

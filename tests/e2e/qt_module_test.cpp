@@ -30,7 +30,7 @@ std::vector<std::string> NeededLibraries(const std::string& path) {
   const std::string dynamic = testing::RunCommand("readelf -d " + Quoted(path), status);
   EXPECT_EQ(status, 0) << dynamic;
   std::vector<std::string> needed;
-  for (const std::string& line : Lines(dynamic)) {
+  for (const std::string& line : testing::SplitLines(dynamic)) {
     const std::size_t name = line.find("(NEEDED)");
     if (name == std::string::npos) continue;
     const std::size_t open = line.find('[', name);
@@ -76,7 +76,7 @@ TEST_F(WithoutModule, PdfRowsPlotWhilePaintedRowsAndTheDesktopNameTheModule) {
   const std::string rdc = Plan("rez-de-chaussee.dxf");
   AddRow(rdc, " --layout 'Plan A3' --device PNG.pc3 --plot-file " + Quoted(Out("rdc.png")));
   AddRow(rdc, " --layout 'Plan A3' --device PDF.pc3 --plot-file " + Quoted(Out("rdc.pdf")));
-  ProgramRun run = Sheafwork("plot " + Quoted(list_), folder_, "", exe);
+  ProgramRun run = RunList("plot", "", "", exe);
   EXPECT_EQ(run.status, 1) << run.err;
   EXPECT_FALSE(PlotOutput(Out("rdc.pdf")).empty()) << run.err;
   EXPECT_TRUE(PlotOutput(Out("rdc.png")).empty());

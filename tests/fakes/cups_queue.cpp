@@ -7,18 +7,19 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <sstream>
 #include <thread>
 
-namespace sheafwork::testing {
+#include "fakes/log_lines.h"
 
-namespace {
+namespace sheafwork::testing {
 
 std::string Quoted(const std::string& text) {
   std::string quoted = "'";
   for (char c : text) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
   return quoted + "'";
 }
+
+namespace {
 
 std::string Run(const std::string& command) {
   int status = 0;
@@ -92,8 +93,7 @@ std::vector<std::pair<double, double>> PdfPageSizes(const std::string& path) {
   const std::string info = RunCommand("pdfinfo -f 1 -l 100000 " + Quoted(path), status);
   std::vector<std::pair<double, double>> sizes;
   if (status != 0) return sizes;
-  std::istringstream lines(info);
-  for (std::string line; std::getline(lines, line);) {
+  for (const std::string& line : SplitLines(info)) {
     // "Page    2 size: 841.89 x 595.276 pts (A4)"
     if (line.rfind("Page ", 0) != 0) continue;
     const auto size = line.find(" size: ");

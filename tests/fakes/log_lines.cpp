@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "fakes/temp_folder.h"
 #include "text/windows1252.h"
 
@@ -18,6 +20,18 @@ std::vector<std::string> ReadLogLines(const std::string& path) {
     }
     lines.push_back(text.substr(pos, end - pos));
     pos = end + 2;
+  }
+  return lines;
+}
+
+std::vector<std::string> SplitLines(std::string_view text) {
+  std::vector<std::string> lines;
+  for (std::size_t pos = 0; pos < text.size();) {
+    const std::size_t end = std::min(text.find('\n', pos), text.size());
+    std::string_view line = text.substr(pos, end - pos);
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    lines.emplace_back(line);
+    pos = end + 1;
   }
   return lines;
 }

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "fakes/log_lines.h"
+
 namespace sheafwork::testing {
 
 std::string TestData(std::string_view relative) {
@@ -63,18 +65,13 @@ std::vector<std::string> TableRow::List(std::size_t i, std::string_view separato
 }
 
 std::vector<TableRow> ReadTestTable(std::string_view relative) {
-  const std::string text = ReadTestData(relative);
+  const std::vector<std::string> lines = SplitLines(ReadTestData(relative));
   std::vector<TableRow> rows;
-  std::size_t start = 0;
-  for (int line = 1; start < text.size(); ++line) {
-    std::size_t end = text.find('\n', start);
-    if (end == std::string::npos) end = text.size();
-    std::string_view row(text.data() + start, end - start);
-    start = end + 1;
-    if (row.ends_with('\r')) row.remove_suffix(1);
+  for (std::size_t line = 0; line < lines.size(); ++line) {
+    const std::string_view row = lines[line];
     if (row.empty() || row == "#" || row.starts_with("# ")) continue;
     TableRow& out = rows.emplace_back();
-    out.where = std::string(relative) + ":" + std::to_string(line);
+    out.where = std::string(relative) + ":" + std::to_string(line + 1);
     for (std::size_t from = 0;;) {
       const std::size_t tab = row.find('\t', from);
       out.fields.push_back(Unescaped(row.substr(from, tab - from)));

@@ -15,7 +15,6 @@
 #include <tuple>
 
 #include "batch/session.h"
-#include "embedded/automation/dwg_converter.h"
 #include "embedded/automation/embedded_fixture.h"
 #include "fakes/log_lines.h"
 #include "host/host_session.h"
@@ -120,10 +119,6 @@ TEST_F(CoreFlowTest, ThePlotTestWarnsOfAReferenceLeftOutBeyondTheLimits) {
                ") : plus de 1 niveau de références imbriquées ; le dessin est tracé sans elle"));
 }
 
-std::string Converter(const std::string& name) {
-  return std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dwg/converters/" + name;
-}
-
 // Sets an environment variable for the life of the object.
 class ScopedVariable {
  public:
@@ -141,9 +136,9 @@ class ScopedVariable {
 };
 
 struct Failure {
-  const char* converter;
+  const char* converter;  ///< in tests/data/dwg/converters
   int timeLimitMs;
-  const char* reason;  ///< what the error says between parentheses
+  const char* reason;  ///< what the error says before the drawing's name
 };
 
 void PrintTo(const Failure& failure, std::ostream* out) { *out << failure.converter; }
@@ -153,16 +148,16 @@ class DwgConverterFailure : public EmbeddedHostTest,
 
 TEST_P(DwgConverterFailure, FailsTheOpenWithTheReasonOnTheDisplayAndInTheHostLog) {
   const Failure& failure = GetParam();
-  options.dwgConverter = Converter(failure.converter);
+  options.dwgConverter = testing::TestData(std::string("dwg/converters/") + failure.converter);
   options.dwgTimeLimit = std::chrono::milliseconds(failure.timeLimitMs);
+  options.reader = [](const std::string& path) { return ReadDxfFile(path); };
   Host()->GetPreferences()->SetLogFileOn(true);
   const std::string dwg = AddDrawing("Plan.dwg");
 
   const auto start = std::chrono::steady_clock::now();
   const host::Error error = ErrorOf([&] { Open(dwg); });
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
-  const std::string expected =
-      "la conversion DWG a échoué (" + std::string(failure.reason) + ") : " + dwg;
+  const std::string expected = failure.reason + (" : " + dwg);
   EXPECT_EQ(error.description(), expected);
   EXPECT_EQ(display->failures, std::vector<std::string>{expected});
   EXPECT_THAT(HostLog(), HasSubstr(expected));
@@ -171,18 +166,16 @@ TEST_P(DwgConverterFailure, FailsTheOpenWithTheReasonOnTheDisplayAndInTheHostLog
 
 INSTANTIATE_TEST_SUITE_P(
     Converters, DwgConverterFailure,
-    ::testing::Values(Failure{"no-output.sh", 10000,
-                              "le convertisseur n'a pas écrit de fichier DXF"},
-                      Failure{"hangs.sh", 300, "le convertisseur a été arrêté au bout de 1 s"}));
-
-TEST_F(EmbeddedHostTest, AnUnreadableConversionNamesTheDrawingNotTheTemporaryFile) {
-  options.dwgConverter = Converter("unreadable-output.sh");
-  options.reader = [](const std::string& path) { return ReadDxfFile(path); };
-  const std::string dwg = AddDrawing("Plan.dwg");
-  const host::Error error = ErrorOf([&] { Open(dwg); });
-  EXPECT_EQ(error.description(), "le DXF converti de ce dessin DWG est illisible (ligne 1 : " +
-                                     std::string("section TABLES sans ENDSEC) : ") + dwg);
-}
+    ::testing::Values(
+        Failure{"no-output.sh", 10000,
+                "la conversion DWG a échoué (le convertisseur n'a pas écrit de fichier DXF)"},
+        Failure{"hangs.sh", 300,
+                "la conversion DWG a échoué (le convertisseur a été arrêté au bout de 1 s)"},
+        // What it wrote cannot be read: the drawing is named, not the
+        // temporary file.
+        Failure{"unreadable-output.sh", 10000,
+                "le DXF converti de ce dessin DWG est illisible (ligne 1 : section TABLES sans "
+                "ENDSEC)"}));
 
 TEST_F(EmbeddedHostTest, AConverterRunByNodeSaysWhatToInstallWhenNodeIsMissing) {
   testing::TempFolder emptyPath;
@@ -192,24 +185,6 @@ TEST_F(EmbeddedHostTest, AConverterRunByNodeSaysWhatToInstallWhenNodeIsMissing) 
   const host::Error error = ErrorOf([&] { Open(dwg); });
   EXPECT_THAT(error.description(), AllOf(HasSubstr("Node.js est introuvable"),
                                          HasSubstr("installez le paquet nodejs"), HasSubstr(dwg)));
-}
-
-TEST_F(EmbeddedHostTest, TheConverterBesideTheDataIsTheDefaultAndTheEnvironmentOverridesIt) {
-  const auto converterOf = [&] {
-    options.dwgConverter.reset();
-    return std::dynamic_pointer_cast<EmbeddedPreferences>(
-               MakeEmbeddedHost(options)->GetPreferences())
-        ->DwgConverter();
-  };
-  ScopedVariable none("SHEAFWORK_DWG_CONVERTER", "");
-  EXPECT_EQ(converterOf(), "");  // not installed
-
-  const std::string bundled = data.Write("dwg2dxf/dwg2dxf.js", "");
-  EXPECT_EQ(bundled, BundledDwgConverter(data.path().string()));
-  EXPECT_EQ(converterOf(), bundled);
-
-  ScopedVariable named("SHEAFWORK_DWG_CONVERTER", "/opt/convertir");
-  EXPECT_EQ(converterOf(), "/opt/convertir");
 }
 
 }  // namespace

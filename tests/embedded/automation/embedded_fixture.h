@@ -9,13 +9,13 @@
 #include <filesystem>
 #include <map>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "embedded/automation/embedded_host.h"
 #include "embedded/dxf/reader.h"
+#include "fakes/log_lines.h"
 #include "fakes/temp_folder.h"
 #include "fakes/test_data.h"
 #include "host/error.h"
@@ -139,13 +139,7 @@ class EmbeddedHostTest : public ::testing::Test {
 
   /// The lines of that log, without their line ends.
   std::vector<std::string> HostLogLines(const std::string& drawing = "Plan") const {
-    std::vector<std::string> lines;
-    std::istringstream in(HostLog(drawing));
-    for (std::string line; std::getline(in, line);) {
-      if (line.ends_with('\r')) line.pop_back();
-      lines.push_back(line);
-    }
-    return lines;
+    return testing::SplitLines(HostLog(drawing));
   }
 
   testing::TempFolder data;

@@ -11,8 +11,6 @@
 
 #include "embedded/automation/embedded_fixture.h"
 #include "embedded/plotstyle/plot_style_file.h"
-#include "fakes/log_lines.h"
-#include "fakes/temp_folder.h"
 #include "fakes/test_data.h"
 
 namespace sheafwork::embedded {

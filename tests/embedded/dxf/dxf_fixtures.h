@@ -20,11 +20,11 @@ inline const std::vector<Entity>& ModelEntities(const Drawing& d) {
   return d.FindBlock("*Model_Space")->entities;
 }
 
-/// The geometries of kind `Kind` in `block`, in order.
+/// The geometries of kind `Kind` among `entities`, in order.
 template <typename Kind>
-std::vector<const Kind*> All(const Block& block) {
+std::vector<const Kind*> All(const std::vector<Entity>& entities) {
   std::vector<const Kind*> found;
-  for (const Entity& entity : block.entities) {
+  for (const Entity& entity : entities) {
     if (const auto* geometry = std::get_if<Kind>(&entity.geometry)) found.push_back(geometry);
   }
   return found;

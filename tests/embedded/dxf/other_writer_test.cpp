@@ -5,8 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <ostream>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -24,105 +22,78 @@ using ::testing::AllOf;
 using ::testing::DoubleEq;
 using ::testing::ElementsAre;
 using ::testing::Field;
+using testing::ModelEntities;
 using ::testing::Pointee;
 using ::testing::SizeIs;
 
-const Block& Model(const Drawing& d) {
-  const Block* model = d.FindBlock("*Model_Space");
-  EXPECT_NE(model, nullptr);
-  return *model;
-}
+// The release-12 drawing is written without the newer kinds of entity and
+// without layout objects.
+TEST(OtherWriterTest, TablesModelSpaceLayoutsAndViewportsAreRead) {
+  const std::pair<const char*, bool> files[] = {{"ez-r12.dxf", true},
+                                                {"ez-r2007.dxf", false},
+                                                {"ezbin-r2000.dxf", false},
+                                                {"ezbin-r2018.dxf", false}};
+  for (const auto& [file, release12] : files) {
+    SCOPED_TRACE(file);
+    const Drawing drawing = testing::ReadFixture(std::string("other-writer/") + file);
 
-struct OtherWriterFile {
-  const char* name;
-  bool release12;
-};
+    const Layer* walls = drawing.FindLayer("murs");
+    ASSERT_NE(walls, nullptr);
+    EXPECT_EQ(std::tuple(walls->color, walls->on), std::tuple(1, true));
+    const Layer* hidden = drawing.FindLayer("CACHE");
+    ASSERT_NE(hidden, nullptr);
+    EXPECT_EQ(std::tuple(hidden->color, hidden->on), std::tuple(3, false));
 
-void PrintTo(const OtherWriterFile& file, std::ostream* out) { *out << file.name; }
+    const std::vector<Entity>& model = ModelEntities(drawing);
+    EXPECT_EQ(All<Line>(model).size(), 2u);
+    EXPECT_THAT(All<Circle>(model), ElementsAre(Pointee(Field(&Circle::radius, DoubleEq(20)))));
+    EXPECT_THAT(All<Arc>(model), ElementsAre(Pointee(Field(&Arc::endAngle, DoubleEq(90)))));
+    EXPECT_THAT(All<Text>(model), ElementsAre(Pointee(Field(&Text::text, "Élévation °"))));
+    EXPECT_THAT(All<Insert>(model),
+                ElementsAre(Pointee(AllOf(Field(&Insert::block, "PORTE"),
+                                          Field(&Insert::rotation, DoubleEq(30))))));
+    const Block* door = drawing.FindBlock("porte");
+    ASSERT_NE(door, nullptr);
+    EXPECT_EQ(door->entities.size(), 2u);
+    EXPECT_TRUE(drawing.skippedEntities.empty());
 
-Drawing Read(const OtherWriterFile& file) {
-  return testing::ReadFixture(std::string("other-writer/") + file.name);
-}
+    std::vector<std::string> names;
+    for (const Layout& layout : drawing.layouts) names.push_back(layout.name);
+    if (release12) {
+      // No layout objects: the model and the one paper space.
+      EXPECT_THAT(names, ElementsAre("Model", "Présentation1"));
+      continue;
+    }
+    ASSERT_EQ(All<Polyline>(model).size(), 1u);
+    const Polyline& polyline = *All<Polyline>(model)[0];
+    ASSERT_EQ(polyline.vertices.size(), 3u);
+    EXPECT_DOUBLE_EQ(polyline.vertices[0].bulge, 0.5);
+    EXPECT_THAT(All<Ellipse>(model), ElementsAre(Pointee(Field(&Ellipse::ratio, DoubleEq(0.5)))));
+    EXPECT_THAT(All<MText>(model), ElementsAre(Pointee(Field(&MText::text, "Ligne 1\\PLigne 2"))));
+    EXPECT_THAT(
+        All<Hatch>(model),
+        ElementsAre(Pointee(AllOf(Field(&Hatch::solid, true), Field(&Hatch::loops, SizeIs(1))))));
+    ASSERT_EQ(All<Spline>(model).size(), 1u);
+    EXPECT_FALSE(All<Spline>(model)[0]->controlPoints.empty() &&
+                 All<Spline>(model)[0]->fitPoints.empty());
 
-class OtherWriterTest : public ::testing::TestWithParam<OtherWriterFile> {};
-
-TEST_P(OtherWriterTest, TablesAndModelSpaceAreRead) {
-  const Drawing drawing = Read(GetParam());
-
-  const Layer* walls = drawing.FindLayer("murs");
-  ASSERT_NE(walls, nullptr);
-  EXPECT_EQ(std::tuple(walls->color, walls->on), std::tuple(1, true));
-  const Layer* hidden = drawing.FindLayer("CACHE");
-  ASSERT_NE(hidden, nullptr);
-  EXPECT_EQ(std::tuple(hidden->color, hidden->on), std::tuple(3, false));
-
-  const Block& model = Model(drawing);
-  EXPECT_EQ(All<Line>(model).size(), 2u);
-  EXPECT_THAT(All<Circle>(model), ElementsAre(Pointee(Field(&Circle::radius, DoubleEq(20)))));
-  EXPECT_THAT(All<Arc>(model), ElementsAre(Pointee(Field(&Arc::endAngle, DoubleEq(90)))));
-  EXPECT_THAT(All<Text>(model), ElementsAre(Pointee(Field(&Text::text, "Élévation °"))));
-  EXPECT_THAT(All<Insert>(model),
-              ElementsAre(Pointee(
-                  AllOf(Field(&Insert::block, "PORTE"), Field(&Insert::rotation, DoubleEq(30))))));
-  const Block* door = drawing.FindBlock("porte");
-  ASSERT_NE(door, nullptr);
-  EXPECT_EQ(door->entities.size(), 2u);
-  EXPECT_TRUE(drawing.skippedEntities.empty());
-
-  if (GetParam().release12) return;
-  ASSERT_EQ(All<Polyline>(model).size(), 1u);
-  const Polyline& polyline = *All<Polyline>(model)[0];
-  ASSERT_EQ(polyline.vertices.size(), 3u);
-  EXPECT_DOUBLE_EQ(polyline.vertices[0].bulge, 0.5);
-  EXPECT_THAT(All<Ellipse>(model), ElementsAre(Pointee(Field(&Ellipse::ratio, DoubleEq(0.5)))));
-  EXPECT_THAT(All<MText>(model), ElementsAre(Pointee(Field(&MText::text, "Ligne 1\\PLigne 2"))));
-  EXPECT_THAT(
-      All<Hatch>(model),
-      ElementsAre(Pointee(AllOf(Field(&Hatch::solid, true), Field(&Hatch::loops, SizeIs(1))))));
-  ASSERT_EQ(All<Spline>(model).size(), 1u);
-  EXPECT_FALSE(All<Spline>(model)[0]->controlPoints.empty() &&
-               All<Spline>(model)[0]->fitPoints.empty());
-}
-
-TEST_P(OtherWriterTest, LayoutsAndViewports) {
-  const Drawing drawing = Read(GetParam());
-  std::vector<std::string> names;
-  for (const Layout& layout : drawing.layouts) names.push_back(layout.name);
-
-  if (GetParam().release12) {
-    // No layout objects: the model and the one paper space.
-    EXPECT_THAT(names, ElementsAre("Model", "Présentation1"));
-    return;
+    EXPECT_THAT(names, ElementsAre("Model", "Layout1", "Deuxième"));
+    EXPECT_TRUE(drawing.layouts[0].IsModel());
+    const Layout& sheet = drawing.layouts[1];
+    EXPECT_FALSE(sheet.IsModel());
+    EXPECT_EQ(std::tuple(sheet.settings.paperWidth, sheet.settings.paperHeight),
+              std::tuple(420, 297));
+    const Block* paper = drawing.LayoutBlock(sheet);
+    ASSERT_NE(paper, nullptr);
+    EXPECT_EQ(All<Line>(paper->entities).size(), 1u);
+    // The layout's own viewport and the one added onto model space.
+    const auto viewports = All<Viewport>(paper->entities);
+    ASSERT_EQ(viewports.size(), 2u);
+    const Viewport& added = *viewports[1];
+    EXPECT_EQ(std::tuple(added.width, added.height, added.viewHeight, added.viewCenter.x),
+              std::tuple(300, 200, 150, 100));
   }
-  EXPECT_THAT(names, ElementsAre("Model", "Layout1", "Deuxième"));
-  EXPECT_TRUE(drawing.layouts[0].IsModel());
-  const Layout& sheet = drawing.layouts[1];
-  EXPECT_FALSE(sheet.IsModel());
-  EXPECT_EQ(std::tuple(sheet.settings.paperWidth, sheet.settings.paperHeight),
-            std::tuple(420, 297));
-  const Block* paper = drawing.LayoutBlock(sheet);
-  ASSERT_NE(paper, nullptr);
-  EXPECT_EQ(All<Line>(*paper).size(), 1u);
-  // The layout's own viewport and the one added onto model space.
-  const auto viewports = All<Viewport>(*paper);
-  ASSERT_EQ(viewports.size(), 2u);
-  const Viewport& added = *viewports[1];
-  EXPECT_EQ(std::tuple(added.width, added.height, added.viewHeight, added.viewCenter.x),
-            std::tuple(300, 200, 150, 100));
 }
-
-INSTANTIATE_TEST_SUITE_P(Files, OtherWriterTest,
-                         ::testing::Values(OtherWriterFile{"ez-r12.dxf", true},
-                                           OtherWriterFile{"ez-r2007.dxf", false},
-                                           OtherWriterFile{"ezbin-r2000.dxf", false},
-                                           OtherWriterFile{"ezbin-r2018.dxf", false}),
-                         [](const ::testing::TestParamInfo<OtherWriterFile>& info) {
-                           std::string name = info.param.name;
-                           std::replace_if(
-                               name.begin(), name.end(),
-                               [](char c) { return c == '-' || c == '.'; }, '_');
-                           return name;
-                         });
 
 // tests/data/dxf/mtext: column layouts in the forms of release 2018 and of
 // older releases, background fills, and attributes followed by an xrecord part.
@@ -133,7 +104,7 @@ TEST(MTextReadingTest, ColumnLayoutsInBothForms) {
     SCOPED_TRACE(file);
     const Drawing drawing = testing::ReadFixture(std::string("mtext/") + file);
     std::vector<const MText*> laidOut;
-    for (const MText* m : All<MText>(Model(drawing))) {
+    for (const MText* m : All<MText>(ModelEntities(drawing))) {
       if (m->extras && m->extras->columns.type != 0) laidOut.push_back(m);
     }
     ASSERT_EQ(laidOut.size(), 3u);
@@ -157,7 +128,7 @@ TEST(MTextReadingTest, AttributeVisibilityIsTheAttributesOwn) {
   // Each attribute is followed by an xrecord part whose own 70 codes
   // ("really locked" among them) say nothing of visibility.
   const Drawing drawing = testing::ReadFixture("mtext/attributes-r2018.dxf");
-  const std::vector<const Insert*> inserts = All<Insert>(Model(drawing));
+  const std::vector<const Insert*> inserts = All<Insert>(ModelEntities(drawing));
   ASSERT_EQ(inserts.size(), 1u);
   EXPECT_THAT(
       inserts[0]->attributes,
@@ -167,11 +138,9 @@ TEST(MTextReadingTest, AttributeVisibilityIsTheAttributesOwn) {
 
 // tests/data/dxf/entities: kinds of entity that drawings from other programs
 // carry beside the usual ones.
-Drawing Read(const std::string& name) { return testing::ReadFixture("entities/" + name); }
-
 TEST(EntityKinds, MeshesBecomeTheirVisibleEdges) {
-  const Drawing d = Read("meshes.dxf");
-  const auto meshes = All<MeshEdges>(Model(d));
+  const Drawing d = testing::ReadFixture("entities/meshes.dxf");
+  const auto meshes = All<MeshEdges>(ModelEntities(d));
   ASSERT_EQ(meshes.size(), 3u);
   // Vertices and edge ends of a polyface of two squares, the shared edge
   // hidden in the second only; of a polygon mesh 3 × 3, open both ways (2 × 3

@@ -19,34 +19,22 @@ using sheafwork::testing::ReadTestData;
 using ::testing::AllOf;
 using ::testing::HasSubstr;
 
-struct Read {
-  int code;
-  std::string value;
-  std::size_t line;
-  bool operator==(const Read&) const = default;
-};
-
-void PrintTo(const Read& r, std::ostream* os) {
-  *os << "{" << r.code << ", \"" << r.value << "\", " << r.line << "}";
-}
+// A tag as read: its code, its value and the line (or byte offset) it
+// starts on.
+using Read = std::tuple<int, std::string, std::size_t>;
 
 std::vector<Read> Tokenize(std::string_view bytes) {
   Tokenizer t(bytes, "t.dxf");
   std::vector<Read> out;
   Tag tag;
-  while (t.Next(tag)) out.push_back({tag.code, std::string(tag.value), tag.line});
+  while (t.Next(tag)) out.emplace_back(tag.code, std::string(tag.value), tag.line);
   return out;
 }
 
-struct AsciiCase {
-  const char* what;
-  std::string input;
-  std::vector<Read> expected;
-};
-
 TEST(TokenizerAscii, SplitsTagsWhateverTheLineEnds) {
   const std::vector<Read> tags = {{0, "SECTION", 1}, {2, "HEADER", 3}};
-  const std::vector<AsciiCase> cases = {
+  // What each case shows, its bytes, the tags read.
+  const std::vector<std::tuple<const char*, std::string, std::vector<Read>>> cases = {
       {"LF", "0\nSECTION\n2\nHEADER\n", tags},
       {"CR LF", "0\r\nSECTION\r\n2\r\nHEADER\r\n", tags},
       {"lone CR", "0\rSECTION\r2\rHEADER\r", tags},
@@ -65,7 +53,7 @@ TEST(TokenizerAscii, SplitsTagsWhateverTheLineEnds) {
       {"empty value", "1\n\n0\nEOF\n", {{1, "", 1}}},
       {"trailing blank lines", "0\nSECTION\n2\nHEADER\n\n\n  \n", tags},
   };
-  for (const AsciiCase& c : cases) EXPECT_EQ(Tokenize(c.input), c.expected) << c.what;
+  for (const auto& [what, input, expected] : cases) EXPECT_EQ(Tokenize(input), expected) << what;
 }
 
 TEST(TokenizerAscii, ReadsNumbersInEveryCommonSpelling) {
