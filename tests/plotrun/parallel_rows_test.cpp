@@ -1,6 +1,10 @@
+#include <unistd.h>
+
+#include <cerrno>
 #include <string>
 
 #include "plot_run_fixture.h"
+#include "plotrun/worker_process.h"
 #include "res/string_ids.h"
 
 namespace sheafwork {
@@ -38,6 +42,35 @@ TEST_F(ParallelRowsTest, RowsOfAWorkerThatEndsFailWithItsStatus) {
   EXPECT_THAT(Errors(), ElementsAre(ended, failed, ended, failed, ended, failed));
   EXPECT_THAT(observer.events, ElementsAre("cleared", "start 1/3", "1 failed", "start 2/3",
                                            "2 failed", "start 3/3", "3 failed"));
+}
+
+// A worker reads what the run sends it (the list as a block, then row
+// numbers) from a pipe, however the bytes arrive.
+TEST(RowSourceTest, ReadsTheListThenEachRowUntilTheRunCloses) {
+  int fds[2];
+  ASSERT_EQ(pipe(fds), 0);
+  const std::string list = "[Liste]\nplan.dxf\n\n";
+  // Everything in one write: lines and the block share the reader's buffer.
+  ASSERT_TRUE(WriteAllTo(fds[1], Block(list) + "3\n12\n"));
+  close(fds[1]);
+  RowSource rows(fds[0]);
+  // A value left in errno by an earlier interrupted call is not a new one.
+  errno = EINTR;
+  std::string block;
+  ASSERT_TRUE(rows.ReadBlock(block));
+  EXPECT_EQ(block, list);
+  EXPECT_EQ(rows.NextRow(), 3);
+  EXPECT_EQ(rows.NextRow(), 12);
+  EXPECT_EQ(rows.NextRow(), 0);
+  close(fds[0]);
+
+  // A size that is not a number is no block.
+  ASSERT_EQ(pipe(fds), 0);
+  ASSERT_TRUE(WriteAllTo(fds[1], "12x\nabc"));
+  close(fds[1]);
+  RowSource bad(fds[0]);
+  EXPECT_FALSE(bad.ReadBlock(block));
+  close(fds[0]);
 }
 
 }  // namespace

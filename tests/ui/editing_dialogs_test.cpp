@@ -10,8 +10,6 @@
 #include <QTabWidget>
 #include <QTreeWidget>
 #include <QtTest>
-#include <map>
-#include <set>
 
 #include "fakes/test_data.h"
 #include "res/string_ids.h"
@@ -152,30 +150,6 @@ class EditingDialogsTest : public QObject {
     QCOMPARE(world.prompt.messages.back().text, LoadResourceText(ids::kSetupsUnreadable));
     QCOMPARE(Items(*Child<QListWidget>(shown, "lstNPS")),
              (QStringList{"Par défaut", "Norme société"}));
-  }
-
-  void scaleListOrderAndNumbers() {
-    const auto& scales = ui::StandardScales();
-    QCOMPARE(scales.size(), std::size_t{30});
-    QCOMPARE(scales.front().nameId, ids::kScaleNameFirst);
-    QCOMPARE(scales.back().nameId, ids::kScaleNameLast);
-    // Names in id order; each number once.
-    std::set<int> numbers;
-    for (std::size_t i = 0; i < scales.size(); ++i) {
-      QCOMPARE(scales[i].nameId, ids::kScaleNameFirst + int(i));
-      numbers.insert(scales[i].number);
-    }
-    QCOMPARE(numbers.size(), scales.size());
-    std::map<std::string, int> byName;
-    for (const auto& scale : scales) byName[LoadResourceText(scale.nameId)] = scale.number;
-    for (const auto& [name, number] : std::map<std::string, int>{{"1:1", 16},
-                                                                 {"1:100", 26},
-                                                                 {"100:1", 31},
-                                                                 {"1/128\" = 1'0\"", 1},
-                                                                 {"1\" = 1'0\"", 12},
-                                                                 {"1'0\" = 1'0\"", 15}}) {
-      QCOMPARE(byName[name], number);
-    }
   }
 
   void plotSettingsOfOneRow() {
