@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <stdexcept>
@@ -17,6 +18,7 @@ namespace sheafwork {
 namespace {
 
 using testing::TempFolder;
+using ::testing::ThrowsMessage;
 
 class ListCommandsTest : public ::testing::Test {
  protected:
@@ -114,12 +116,8 @@ TEST_F(ListCommandsTest, AFullListRefusesARowNamingTheLimit) {
   EXPECT_EQ(DrawingRowProblem(s, drawing), LoadResourceText(ids::kListTooManyEntries));
   EXPECT_EQ(AddDrawingToList(s, drawing), nullptr);
   EXPECT_EQ(s.List.EntryCount(), BatchList::kMaxEntries);
-  try {
-    s.List.Append();
-    ADD_FAILURE() << "a full list grew";
-  } catch (const std::length_error& error) {
-    EXPECT_EQ(error.what(), LoadResourceText(ids::kListTooManyEntries));
-  }
+  EXPECT_THAT([&s] { s.List.Append(); },
+              ThrowsMessage<std::length_error>(LoadResourceText(ids::kListTooManyEntries)));
   s.List.Remove(1);
   EXPECT_EQ(DrawingRowProblem(s, drawing), "");
   EXPECT_NE(AddDrawingToList(s, drawing), nullptr);
