@@ -14,6 +14,7 @@
 namespace sheafwork {
 namespace {
 
+using testing::ExpectRefused;
 using testing::Outcome;
 using testing::TempFolder;
 
@@ -55,9 +56,7 @@ TEST_F(ListRowsTest, RemoveAndMoveRenumberTheRows) {
         {"list", "edit", list, "4", "--layout", "X"},
         {"list", "remove", list, "1"}}) {
     SCOPED_TRACE(args[1] + " " + args[3]);
-    const Outcome o = Run(args);
-    EXPECT_EQ(o.status, 2);
-    EXPECT_FALSE(o.err.empty());
+    ExpectRefused(Run(args), "sheafwork: ");
   }
   EXPECT_EQ(TempFolder::Read(list), before);
 }
@@ -115,9 +114,7 @@ TEST_F(ListRowsTest, UnknownValuesAreRefusedWithWhatIsAccepted) {
     SCOPED_TRACE(c.options.front() + " " + c.options.back());
     std::vector<std::string> args = {"list", "edit", list, "1"};
     args.insert(args.end(), c.options.begin(), c.options.end());
-    Outcome o = Run(args);
-    EXPECT_EQ(o.status, 2);
-    EXPECT_NE(o.err.find(c.named), std::string::npos) << o.err;
+    ExpectRefused(Run(args), c.named);
     // `list add` takes the same options and adds no row.
     args[1] = "add";
     args[3] = drawings[0];
@@ -147,16 +144,14 @@ using CommandLineTest = testing::ListCommandTest;
 
 TEST_F(CommandLineTest, BadInputGivesTheMessageAndStatus2AndWritesNothing) {
   const std::string bad = folder.Write("bad.qx3", "Liste\r\n");
-  Outcome o = Run({"list", "show", bad});
+  const Outcome o = Run({"list", "show", bad});
   EXPECT_EQ(o.status, 2);
   EXPECT_EQ(o.err, "sheafwork: " + bad + ": " + LoadResourceText(ids::kListFileNotValid) + "\n");
   EXPECT_EQ(Run({"list", "add", bad, "/p/a.dwg"}).status, 2);
   EXPECT_EQ(TempFolder::Read(bad), "Liste\r\n");
 
   const std::string empty = folder.File("empty.qx3");
-  o = Run({"list", "new", empty});
-  EXPECT_EQ(o.status, 2);
-  EXPECT_NE(o.err.find(LoadResourceText(ids::kEmptyList)), std::string::npos);
+  ExpectRefused(Run({"list", "new", empty}), LoadResourceText(ids::kEmptyList));
   EXPECT_FALSE(std::filesystem::exists(empty));
   EXPECT_EQ(Run({"list", "frobnicate"}).status, 2);
 }
@@ -182,11 +177,10 @@ TEST_F(CommandLineTest, NewRefusesToReplaceAListUnlessForcedAndAppendKeepsSettin
 TEST_F(CommandLineTest, SetChecksTheNamesOfLogsThatAreOn) {
   const std::string list = folder.File("s.qx3");
   ASSERT_EQ(Run({"list", "new", list, "/p/1.dwg"}).status, 0);
-  Outcome o = Run({"list", "set", list, "--journal-file", "/logs/bad|name.log"});
-  EXPECT_EQ(o.status, 2);
-  EXPECT_NE(o.err.find(LoadResourceText(ids::kJournalNameNotValid)), std::string::npos);
-  o = Run({"list", "set", list, "--error-file", "/x/"});
-  EXPECT_NE(o.err.find(LoadResourceText(ids::kErrorLogNameNotValid)), std::string::npos);
+  ExpectRefused(Run({"list", "set", list, "--journal-file", "/logs/bad|name.log"}),
+                LoadResourceText(ids::kJournalNameNotValid));
+  ExpectRefused(Run({"list", "set", list, "--error-file", "/x/"}),
+                LoadResourceText(ids::kErrorLogNameNotValid));
   EXPECT_EQ(Show(list)["log"]["JournalLogFileName"], "/logs/QXJOURNL.LOG");
 
   ASSERT_EQ(Run({"list", "set", list, "--journal", "off", "--journal-file", "bad|name"}).status, 0);

@@ -19,6 +19,7 @@ namespace {
 
 using ::testing::HasSubstr;
 
+using testing::ExpectRefused;
 using testing::TempFolder;
 
 using ListValuesTest = testing::ListCommandTest;
@@ -32,10 +33,8 @@ TEST_F(ListValuesTest, RefusedValuesLeaveTheListAsItWas) {
     SCOPED_TRACE(row.where);
     std::vector<std::string> args = {"list", row[0], list};
     for (const std::string& arg : row.List(1)) args.push_back(arg);
-    const testing::Outcome o = Run(args);
-    EXPECT_EQ(o.status, 2) << o.err;
-    EXPECT_THAT(o.err, HasSubstr(LoadResourceText(std::stoi(row[2])) + " : " +
-                                 LoadResourceText(std::stoi(row[3]))));
+    ExpectRefused(Run(args), LoadResourceText(std::stoi(row[2])) + " : " +
+                                 LoadResourceText(std::stoi(row[3])));
     EXPECT_EQ(TempFolder::Read(list), before);
   }
   // A new list with such a path is not created at all.
@@ -64,14 +63,12 @@ TEST_F(ListValuesTest, ShownTextsKeepQuestionMarksWithAWarning) {
 TEST_F(ListValuesTest, ListsThatAreNotFilesOrTooLongAreRefusedByName) {
   // A list that names more drawings than a list holds says the limit.
   const std::string big = testing::TestData("app/too-many-rows.qx3");
-  testing::Outcome o = Run({"list", "show", big});
-  EXPECT_EQ(o.status, 2);
-  EXPECT_THAT(o.err, HasSubstr(big + ": " + LoadResourceText(ids::kListTooManyEntries)));
-  // A folder and a device are no list.
-  o = Run({"list", "show", "/dev/zero"});
-  EXPECT_EQ(o.status, 2);
-  EXPECT_THAT(o.err, HasSubstr("/dev/zero: "));
-  EXPECT_THAT(o.err, HasSubstr(LoadResourceText(ids::kNotRegularFile)));
+  ExpectRefused(Run({"list", "show", big}),
+                big + ": " + LoadResourceText(ids::kListTooManyEntries));
+  // A device is no list.
+  const testing::Outcome device = Run({"list", "show", "/dev/zero"});
+  ExpectRefused(device, "/dev/zero: ");
+  EXPECT_THAT(device.err, HasSubstr(LoadResourceText(ids::kNotRegularFile)));
 }
 
 }  // namespace

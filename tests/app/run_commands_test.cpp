@@ -20,6 +20,7 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
+using testing::ExpectRefused;
 using testing::Outcome;
 
 class RunCommandsTest : public testing::HostCommandTest {
@@ -62,33 +63,27 @@ TEST_F(RunCommandsTest, ACleanRunOrCheckEndsWith0ACancelledRunWith1) {
 
 TEST_F(RunCommandsTest, UnusableInputOrNoUsableHostEndWithStatus2BeforeTheHostStarts) {
   MakeList(false);
-  Outcome o = Run({"plot", list, "--host", "autre"});
-  EXPECT_EQ(o.status, 2);
-  EXPECT_THAT(o.err, HasSubstr("hôte inconnu « autre » (hôtes disponibles : essai)"));
+  ExpectRefused(Run({"plot", list, "--host", "autre"}),
+                "hôte inconnu « autre » (hôtes disponibles : essai)");
 
 #ifndef _WIN32
   // The COM host exists only on Windows: refused by both commands, the host
   // never started.
   for (const char* command : {"plot", "check"}) {
     SCOPED_TRACE(command);
-    o = Run({command, list, "--host", "com"});
-    EXPECT_EQ(o.status, 2);
-    EXPECT_THAT(o.err, HasSubstr(LoadResourceText(ids::kComHostWindowsOnly)));
+    ExpectRefused(Run({command, list, "--host", "com"}),
+                  LoadResourceText(ids::kComHostWindowsOnly));
     EXPECT_THAT(host.Calls(), IsEmpty());
   }
 #endif
 
   const std::string bad = home.Write("bad.qx3", "pas une liste\r\n");
-  o = Run({"check", bad});
-  EXPECT_EQ(o.status, 2);
-  EXPECT_THAT(o.err, HasSubstr(bad + ": "));
+  ExpectRefused(Run({"check", bad}), bad + ": ");
   EXPECT_THAT(host.Calls(), IsEmpty());
 
   HostRegistry none;
   env.hosts = &none;
-  o = Run({"plot", list});
-  EXPECT_EQ(o.status, 2);
-  EXPECT_THAT(o.err, HasSubstr("aucun hôte CAO n'est disponible"));
+  ExpectRefused(Run({"plot", list}), "aucun hôte CAO n'est disponible");
 
   // A host that does not start is named with message 125.
   HostRegistry broken;
@@ -96,9 +91,8 @@ TEST_F(RunCommandsTest, UnusableInputOrNoUsableHostEndWithStatus2BeforeTheHostSt
     throw host::Error(429, "Impossible de créer l'objet");
   });
   env.hosts = &broken;
-  o = Run({"plot", list});
-  EXPECT_EQ(o.status, 2);
-  EXPECT_THAT(o.err, HasSubstr("sheafwork: Erreur lors du chargement d'Orvane pour Sheafwork\n"));
+  ExpectRefused(Run({"plot", list}),
+                "sheafwork: Erreur lors du chargement d'Orvane pour Sheafwork\n");
 
   // What the plot cannot do is refused before the host starts.
   env.hosts = &hosts;
@@ -111,15 +105,11 @@ TEST_F(RunCommandsTest, UnusableInputOrNoUsableHostEndWithStatus2BeforeTheHostSt
   };
   for (const auto& args : refused) {
     SCOPED_TRACE(args[1] + " " + args[2]);
-    o = Run(args);
-    EXPECT_EQ(o.status, 2);
-    EXPECT_THAT(o.err, HasSubstr("sheafwork: "));
+    ExpectRefused(Run(args), "sheafwork: ");
   }
   std::istringstream in("pas une liste\n");
   env.input = &in;
-  o = Run({"plot", "-"});
-  EXPECT_EQ(o.status, 2);
-  EXPECT_THAT(o.err, HasSubstr("(entrée standard): "));
+  ExpectRefused(Run({"plot", "-"}), "(entrée standard): ");
   EXPECT_THAT(host.Calls(), IsEmpty());
 }
 
