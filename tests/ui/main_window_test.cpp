@@ -38,7 +38,9 @@ class MainWindowTest : public QObject {
   Q_OBJECT
 
  private slots:
-  void listShowsEntriesAndFollowsRemoval() {
+  // The list shows the session's rows and follows every change of them,
+  // keeping Qt's contract for models throughout.
+  void listShowsEntriesAndFollowsEveryChange() {
     UiWorld world;
     world.AddRow("A.dwg");
     world.AddRow("sous/B.dwg");
@@ -46,6 +48,8 @@ class MainWindowTest : public QObject {
     world.session.List.Entry(3).Layout = "Présentation1";
     world.session.List.Entry(3).PlotDevice = "PDF.pc3";
     MainWindow window(world.Context());
+    QAbstractItemModelTester tester(window.Model(),
+                                    QAbstractItemModelTester::FailureReportingMode::QtTest);
     QCOMPARE(window.Model()->rowCount(), 3);
     QCOMPARE(window.Model()->headerData(4, Qt::Horizontal).toString(),
              QString::fromStdString(ListColumnTitle(4)));
@@ -79,14 +83,8 @@ class MainWindowTest : public QObject {
     window.RemoveSelected();
     QCOMPARE(window.Model()->rowCount(), 0);
     QVERIFY(!window.Command("mnuFilePlot")->isEnabled());
-  }
 
-  void modelKeepsQtsContractThroughEveryChange() {
-    UiWorld world;
-    world.AddRow("A.dwg");
-    MainWindow window(world.Context());
-    QAbstractItemModelTester tester(window.Model(),
-                                    QAbstractItemModelTester::FailureReportingMode::QtTest);
+    AddDrawingToList(world.session, world.folder.Write("A.dwg", ""));
     AddDrawingToList(world.session, world.folder.Write("B.dwg", ""));
     AddDrawingToList(world.session, world.folder.Write("C.dwg", ""));
     QCOMPARE(window.Model()->rowCount(), 3);
@@ -144,10 +142,7 @@ class MainWindowTest : public QObject {
     world.AddRow("A.dwg");
     world.AddRow("B.dwg");
     const std::string list = world.folder.File("liste.qx3");
-    {
-      MainWindow writer(world.Context());
-      QVERIFY(SaveListFile(world.session, world.prompt, list));
-    }
+    QVERIFY(SaveListFile(world.session, world.prompt, list));
     UiWorld other;
     MainWindow window(other.Context());
     QMimeData data;
