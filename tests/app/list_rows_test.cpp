@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "command_runner.h"
+#include "fakes/test_data.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
 
@@ -97,24 +98,11 @@ TEST_F(ListRowsTest, EditChangesOnlyTheFieldsGivenWithReadableValues) {
 // written: never stored to be ignored when the list is plotted.
 TEST_F(ListRowsTest, UnknownValuesAreRefusedWithWhatIsAccepted) {
   const std::string before = TempFolder::Read(list);
-  struct Case {
-    std::vector<std::string> options;
-    const char* named;  // in the message
-  };
-  const Case cases[] = {
-      {{"--area", "etendue"}, "extents, display, limits, layout"},
-      {{"--area", "Nord"}, "view:NOM"},
-      {{"--scale", "1:25"}, "--custom-scale 1:25"},
-      {{"--scale", "moitié"}, "fit, 1:1, 1:2"},
-      {{"--custom-scale", "b.dxf"}, "N:M"},
-      {{"--scale", "1:50", "--custom-scale", "1:25"}, "--custom-scale N:M"},
-      {{"--custom-scale"}, "N:M"},  // the row has no N#M scale
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.options.front() + " " + c.options.back());
+  for (const auto& row : testing::ReadTestTable("app/unknown_values.tsv")) {
+    SCOPED_TRACE(row.where);
     std::vector<std::string> args = {"list", "edit", list, "1"};
-    args.insert(args.end(), c.options.begin(), c.options.end());
-    ExpectRefused(Run(args), c.named);
+    for (const std::string& option : row.List(0)) args.push_back(option);
+    ExpectRefused(Run(args), row[1]);
     // `list add` takes the same options and adds no row.
     args[1] = "add";
     args[3] = drawings[0];

@@ -106,27 +106,14 @@ TEST_F(PlotLayoutTest, AMissingPlotStyleTableIsAWarningInTheErrorLog) {
   testing::TempFolder tables;
   const std::string here = tables.Write("ici.ctb", "");
   const std::string warning = MissingPlotStyleWarning("absente.ctb", "Vue A", plan);
-  struct Case {
-    bool withStyles;
-    std::string table;
-    bool warned;
-  };
-  const Case cases[] = {
-      {true, "absente.ctb", true},
-      {true, " absente.ctb ", true},
-      {false, "absente.ctb", false},
-      {true, "", false},
-      {true, "MONOCHROME.CTB", false},
-      {true, "C:\\Tables\\acad.ctb", false},
-      {true, here, false},
-  };
   auto& layout = host.LastOpened(plan)->data.layouts.at(1).settings;
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.table);
-    layout.plotWithPlotStyles = c.withStyles;
-    layout.styleSheet = c.table;
+  for (const auto& row : testing::ReadTestTable("plotrun/plot_style_tables.tsv")) {
+    SCOPED_TRACE(row.where);
+    layout.plotWithPlotStyles = row[0] == "1";
+    layout.styleSheet = row[1] == "{here}" ? here : row[1];
     EXPECT_TRUE(Plot("Vue A"));
-    EXPECT_EQ(Errors(), c.warned ? std::vector<std::string>{warning} : std::vector<std::string>{});
+    EXPECT_EQ(Errors(),
+              row[2] == "1" ? std::vector<std::string>{warning} : std::vector<std::string>{});
   }
   // A row for the current tab: the layout by its own name.
   layout.plotWithPlotStyles = true;

@@ -91,9 +91,6 @@ class PlotTestScanTest : public ::testing::Test {
 
 TEST_F(PlotTestScanTest, EveryCheckOfAListGivesItsLinesInRowOrder) {
   // Support files, plotter configurations on and off the search path.
-  std::filesystem::create_directories(dir_.path() / "support");
-  std::filesystem::create_directories(dir_.path() / "traceurs");
-  std::filesystem::create_directories(dir_.path() / "ailleurs");
   dir_.Write("support/romans.shx", "");
   dir_.Write("traceurs/DWF6.pc3", "");
   const std::string otherPc3 = dir_.Write("ailleurs/Traceur.pc3", "");
@@ -170,7 +167,6 @@ TEST_F(PlotTestScanTest, EveryCheckOfAListGivesItsLinesInRowOrder) {
 // On the default device, a layout whose own device this machine lacks plots
 // on the host's stand-in: a warning of its own after the "Aucun" ones.
 TEST_F(PlotTestScanTest, ALayoutsDeviceMissingHereIsWarnedAfterTheNoneDevices) {
-  std::filesystem::create_directories(dir_.path() / "traceurs");
   dir_.Write("traceurs/PDF.pc3", "");
   host_.printerConfigPath = dir_.File("traceurs");
   auto& drawing = host_.AddDrawing("Ailleurs.dwg");
