@@ -1,15 +1,22 @@
-// `sheafwork plot` and `sheafwork check` end to end, in-process, with the
-// scripted host registered as the program's host.
-
+// `sheafwork plot`, `check` and `logs merge` end to end, in-process, with the
+// scripted host registered as the program's host, and what `plot` prints
+// while a run goes.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <sstream>
+#include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
+#include "app/run_progress.h"
 #include "command_runner.h"
 #include "fakes/log_lines.h"
 #include "fakes/system_doubles.h"
+#include "fakes/test_data.h"
 #include "host/error.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
@@ -134,6 +141,127 @@ TEST_F(RunCommandsTest, CheckPrintsTheResultsAndSavesOrAppendsThem) {
   EXPECT_EQ(fromFile, o.out);
   EXPECT_EQ(testing::ReadLogLines(env.defaultLogFolder + "/QXJOURNL.LOG"), lines);
   EXPECT_TRUE(host.Plots().empty());
+}
+
+// `plot --shard` and `logs merge` in-process, with the scripted host: the
+// merged logs are byte for byte those of one run over the whole list when
+// the clock is the same for both.
+class LogsMergeTest : public testing::HostCommandTest {
+ protected:
+  /// Five rows, the third of a layout the drawing lacks.
+  void MakeList() {
+    for (const char* layout : {"Vue A", "Vue A", "Vue Z", "Vue A", "Vue A"}) {
+      ASSERT_EQ(Run({"list", "add", list, plan, "--layout", layout}).status, 0);
+    }
+    ASSERT_EQ(Run({"list", "set", list, "--journal-header", "lot", "--journal-comment", "nuit",
+                   "--error-header", "erreurs"})
+                  .status,
+              0);
+  }
+
+  std::string Log(const std::string& name) const {
+    return testing::TempFolder::Read(env.defaultLogFolder + "/" + name);
+  }
+};
+
+TEST_F(LogsMergeTest, ThreeShardsMergedAreOneRunOverTheWholeList) {
+  MakeList();
+  ASSERT_EQ(Run({"plot", list}).status, 1);
+  const std::string journal = Log("QXJOURNL.LOG");
+  const std::string errors = Log("QXERROR.LOG");
+  ASSERT_THAT(errors, HasSubstr("ERREUR"));
+  std::filesystem::remove_all(env.defaultLogFolder);
+
+  // Rows 1 and 4, 2 and 5, then 3, which fails; run in any order.
+  const int expected[] = {0, 0, 1};
+  for (int shard = 3; shard >= 1; --shard) {
+    const auto o = Run({"plot", list, "--shard", std::to_string(shard) + "/3"});
+    EXPECT_EQ(o.status, expected[shard - 1]) << o.err;
+  }
+  // Shard 1 wrote rows 1 and 4 after the header and comment.
+  const std::string first = Log("QXJOURNL.shard-1-of-3.LOG");
+  EXPECT_EQ(std::count(first.begin(), first.end(), '\n'), 4);
+  const auto merged = Run({"logs", "merge", list});
+  EXPECT_EQ(merged.status, 1) << merged.err;
+  EXPECT_THAT(merged.err, HasSubstr("3 part(s) réunie(s) : 4 ligne(s) tracée(s), 1 en échec"));
+  EXPECT_EQ(Log("QXJOURNL.LOG"), journal);
+  EXPECT_EQ(Log("QXERROR.LOG"), errors);
+}
+
+// What the merge cannot start from: status 2, the list named with the
+// reason; a number of shards out of range is refused in French.
+TEST_F(LogsMergeTest, NothingToMergeIsSaid) {
+  MakeList();
+  struct Case {
+    std::vector<std::string> settings;
+    int reason;
+  };
+  const Case cases[] = {
+      {{"--journal", "on"}, ids::kMergeNoShards},
+      {{"--journal", "off", "--error-log", "off"}, ids::kMergeNoLog},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.reason);
+    std::vector<std::string> args = {"list", "set", list};
+    args.insert(args.end(), c.settings.begin(), c.settings.end());
+    ASSERT_EQ(Run(args).status, 0);
+    ExpectRefused(Run({"logs", "merge", list}),
+                  "sheafwork: " + list + ": " + LoadResourceText(c.reason));
+  }
+  ExpectRefused(Run({"logs", "merge", list, "--shards", "0"}),
+                "--shards : « 0 » n'est pas entre 1 et 32767");
+}
+
+// What `sheafwork plot` prints while a run goes, in each of its styles, fed
+// the run's and the host's events in the order a run makes them.
+class RunProgressTest : public ::testing::Test {
+ protected:
+  // Row 1 plots two sheets in 10 s; row 2 fails after 5 s, the host giving
+  // the same reason twice and a notice, the run logging why and that it
+  // failed; then a failure outside any row.
+  std::string Play(ProgressStyle style, int width) {
+    std::ostringstream err;
+    RunProgress progress(
+        err, style, [this] { return now; }, width);
+    BatchEntry a, b;
+    a.FileName = "/plans/a.dxf";
+    b.FileName = "/plans/b.dxf";
+    now = 100;
+    progress.RowStarted(1, 3, a);
+    now = 104;
+    progress.SheetPlotted(1);
+    now = 110;
+    progress.SheetPlotted(1);
+    progress.RowFinished(1, RowStatus::Plotted);
+    progress.RowStarted(2, 3, b);
+    progress.Notice("b.dxf : périphérique remplacé");
+    progress.PlotFailed("b.dxf : introuvable");
+    progress.ErrorLogged("ERREUR: Impossible d'ouvrir le dessin: /plans/b.dxf");
+    progress.PlotFailed("b.dxf : introuvable");
+    progress.ErrorLogged(LoadResourceText(ids::kPlotFailed) + "/plans/b.dxf");
+    now = 115;
+    progress.RowFinished(2, RowStatus::Failed);
+    progress.PlotFailed("PDF combiné non écrit");
+    progress.Finish();
+    return err.str();
+  }
+  double now = 0;
+};
+
+// One line redrawn in place, with the time left once a row has ended, cut
+// to the terminal's width; what is printed above it clears it first, and a
+// reason comes once. In the expected files "⟲" stands for the redraw
+// (carriage return, clear to the end of the line).
+TEST_F(RunProgressTest, TerminalRedrawsOneLineWithTimeLeft) {
+  for (const auto& [width, file] :
+       {std::pair{200, "progress-terminal.txt"}, {30, "progress-terminal-30.txt"}}) {
+    SCOPED_TRACE(file);
+    std::string expected = testing::ReadTestData(std::string("app/") + file);
+    for (auto at = expected.find("⟲"); at != std::string::npos; at = expected.find("⟲", at)) {
+      expected.replace(at, std::string_view("⟲").size(), "\r\033[K");
+    }
+    EXPECT_EQ(Play(ProgressStyle::Terminal, width), expected);
+  }
 }
 
 }  // namespace
