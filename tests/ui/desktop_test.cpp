@@ -157,8 +157,7 @@ class DesktopTest : public QObject {
     good.PlotArea = "#E";
     good.PlotScale = "S#0";
     good.PlotFile = folder.File("sortie/etage.pdf");
-    BatchEntry& missing = session.List.Append();
-    missing.FileName = folder.File("absent.dxf");
+    session.List.Append().FileName = folder.File("absent.dxf");
     session.List.Append().FileName = source + "/tests/data/ui/damaged.dxf";
     std::filesystem::create_directories(folder.path() / "sortie");
 
