@@ -217,7 +217,7 @@ TEST_F(ListValuesTest, RefusedValuesLeaveTheListAsItWas) {
 TEST_F(ListValuesTest, ShownTextsKeepQuestionMarksWithAWarning) {
   const std::string list = folder.File("h.qx3");
   ASSERT_EQ(Run({"list", "new", list, "/p/caf\xC3\xA9 \xE2\x82\xAC.dwg"}).status, 0);
-  testing::Outcome o = Run({"list", "set", list, "--journal-header", "Plan \xE5\x8C\x97"});
+  Outcome o = Run({"list", "set", list, "--journal-header", "Plan \xE5\x8C\x97"});
   ASSERT_EQ(o.status, 0) << o.err;
   EXPECT_THAT(o.err, HasSubstr(LoadResourceText(ids::kFieldJournalHeader) + " : " +
                                LoadResourceText(ids::kValueKeptWithMarks)));
