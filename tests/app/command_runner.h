@@ -3,6 +3,7 @@
 // two settings the command tests share: list commands alone, and runs with
 // the scripted host registered as the program's host.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -31,6 +32,12 @@ inline Outcome RunSheafwork(std::vector<std::string> args, CommandEnvironment& e
   std::ostringstream out, err;
   const int status = RunCommandLine(static_cast<int>(argv.size()), argv.data(), out, err, env);
   return {status, out.str(), err.str()};
+}
+
+/// A command refused: status 2, and `said` in what it printed on stderr.
+inline void ExpectRefused(const Outcome& o, const std::string& said) {
+  EXPECT_EQ(o.status, 2) << o.err;
+  EXPECT_THAT(o.err, ::testing::HasSubstr(said));
 }
 
 /// `sheafwork list ...` commands, logs defaulting to /logs.

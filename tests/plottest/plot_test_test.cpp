@@ -1,8 +1,12 @@
+// The plot test: the scan of a list, then what the results can be made of
+// (appended to the journal, saved as a file).
 #include "plottest/plot_test.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <sstream>
 #include <string>
@@ -11,9 +15,11 @@
 
 #include "fakes/fake_host.h"
 #include "fakes/log_lines.h"
+#include "fakes/scripted_prompt.h"
 #include "fakes/system_doubles.h"
 #include "fakes/temp_folder.h"
 #include "fakes/test_data.h"
+#include "plottest/results_actions.h"
 #include "text/strings.h"
 #include "text/windows1252.h"
 
@@ -85,9 +91,6 @@ class PlotTestScanTest : public ::testing::Test {
 
 TEST_F(PlotTestScanTest, EveryCheckOfAListGivesItsLinesInRowOrder) {
   // Support files, plotter configurations on and off the search path.
-  std::filesystem::create_directories(dir_.path() / "support");
-  std::filesystem::create_directories(dir_.path() / "traceurs");
-  std::filesystem::create_directories(dir_.path() / "ailleurs");
   dir_.Write("support/romans.shx", "");
   dir_.Write("traceurs/DWF6.pc3", "");
   const std::string otherPc3 = dir_.Write("ailleurs/Traceur.pc3", "");
@@ -164,7 +167,6 @@ TEST_F(PlotTestScanTest, EveryCheckOfAListGivesItsLinesInRowOrder) {
 // On the default device, a layout whose own device this machine lacks plots
 // on the host's stand-in: a warning of its own after the "Aucun" ones.
 TEST_F(PlotTestScanTest, ALayoutsDeviceMissingHereIsWarnedAfterTheNoneDevices) {
-  std::filesystem::create_directories(dir_.path() / "traceurs");
   dir_.Write("traceurs/PDF.pc3", "");
   host_.printerConfigPath = dir_.File("traceurs");
   auto& drawing = host_.AddDrawing("Ailleurs.dwg");
@@ -210,6 +212,89 @@ TEST_F(PlotTestScanTest, AHostFailureIsReportedAndTheScanGoesOn) {
   const std::string off = "Preferences.SetLogFileOn(false)", on = "Preferences.SetLogFileOn(true)";
   EXPECT_THAT(host_.Calls("SetLogFileOn"), ElementsAre(off, on, off, on, off, on, on));
   EXPECT_THAT(host_.OpenDocuments(), ElementsAre("*Dessin1.dwg"));
+}
+
+constexpr const char* kErrorTitle = "Erreur de traçage en différé Orvane";
+constexpr const char* kAppTitle = "Utilitaire de traçage en différé Orvane";
+constexpr const char* kJournalOff =
+    "Erreur: Le fichier de journalisation n'est pas activé ou n'est pas accessible";
+constexpr const char* kNoResults = "Erreur: pas de résultats pour l'essai de traçage";
+
+// Results as the scan writes them, with characters outside ASCII.
+const std::string kResults = "*** Balayage <sans nom>\r\n   Vérification /d/Façade.dwg\r\n";
+const std::string kResultsBytes =
+    "*** Balayage <sans nom>\r\n   V\xE9rification /d/Fa\xE7"
+    "ade.dwg\r\n";
+
+class ResultsActionsTest : public ::testing::Test {
+ protected:
+  // The one box shown since the last call: critical, with OK only.
+  void ExpectOneCriticalBox(const std::string& text, const std::string& title) {
+    ASSERT_EQ(prompt_.messages.size(), 1u);
+    const PromptMessage box = prompt_.messages[0];
+    EXPECT_EQ(std::tie(box.text, box.title), std::tie(text, title));
+    EXPECT_TRUE(box.icon == PromptIcon::Critical && box.buttons == PromptButtons::Ok);
+    prompt_.messages.clear();
+  }
+
+  testing::TempFolder dir_;
+  testing::ScriptedPrompt prompt_;
+  LogSettings settings_ = DefaultLogSettings(dir_.path().string());
+};
+
+// 296 when the journal is off, unnamed or cannot be written, checked before
+// 198 for empty results; nothing is written.
+TEST_F(ResultsActionsTest, JournalRefusals) {
+  const std::string journal = settings_.JournalLogFileName;
+  const std::string absent = dir_.File("absent/QXJOURNL.LOG");
+  using Case = std::tuple<bool, std::string, std::string, const char*>;
+  for (const auto& [on, name, results, message] :
+       {Case{false, journal, "", kJournalOff}, Case{true, "", kResults, kJournalOff},
+        Case{true, absent, kResults, kJournalOff}, Case{true, journal, "", kNoResults}}) {
+    settings_.JournalLogOn = on;
+    settings_.JournalLogFileName = name;
+    EXPECT_FALSE(AppendResultsToJournal(settings_, results, prompt_)) << name;
+    ExpectOneCriticalBox(message, kErrorTitle);
+  }
+  EXPECT_TRUE(std::filesystem::is_empty(dir_.path()));
+}
+
+// Empty results are refused before a name is asked; a cancelled dialog writes
+// nothing.
+TEST_F(ResultsActionsTest, SaveAsRefusesEmptyResultsAndHonoursACancel) {
+  EXPECT_FALSE(SaveResultsAs("", prompt_));
+  ExpectOneCriticalBox(kNoResults, kAppTitle);
+  EXPECT_TRUE(prompt_.dialogs.empty());
+
+  prompt_.ThenChoose(std::nullopt);
+  EXPECT_FALSE(SaveResultsAs(kResults, prompt_));
+  ASSERT_EQ(prompt_.dialogs.size(), 1u);
+  const auto& dialog = prompt_.dialogs[0];
+  EXPECT_TRUE(dialog.save && dialog.request.confirmOverwrite);
+  EXPECT_EQ(dialog.request.title, "Enregistrer les résultats de l'essai de traçage");
+  EXPECT_EQ(dialog.request.filter, "Fichiers texte (*.txt)|*.txt");
+  EXPECT_TRUE(prompt_.messages.empty());
+  EXPECT_TRUE(std::filesystem::is_empty(dir_.path()));
+}
+
+// The chosen file is replaced by the results in Windows-1252; a failure shows
+// message 197 with the system's reason, a full disk included.
+TEST_F(ResultsActionsTest, SaveAsWritesTheChosenFileOrShowsWhyNot) {
+  const std::string path = dir_.Write("essai.txt", std::string(200, 'x'));  // longer
+  prompt_.ThenChoose(path).ThenChoose(dir_.File("absent/essai.txt"));
+  EXPECT_TRUE(SaveResultsAs(kResults, prompt_));
+  EXPECT_EQ(testing::TempFolder::Read(path), kResultsBytes + "\r\n");
+  EXPECT_TRUE(prompt_.messages.empty());
+
+  EXPECT_FALSE(SaveResultsAs(kResults, prompt_));
+  ExpectOneCriticalBox(
+      std::string("Erreur lors de l'enregistrement des résultats de l'essai de traçage, erreur de "
+                  "description: ") +
+          std::strerror(ENOENT),
+      kErrorTitle);
+  std::string error;
+  EXPECT_FALSE(WriteResultsFile("/dev/full", kResults, error));
+  EXPECT_EQ(error, std::strerror(ENOSPC));
 }
 
 }  // namespace

@@ -14,33 +14,26 @@
 namespace sheafwork {
 namespace {
 
+using ::testing::HasSubstr;
+using ::testing::Property;
+using ::testing::Throws;
+using ::testing::ThrowsMessage;
+
 TEST(StringTableTest, HoldsIds31To313WithTextsThatFitWindows1252) {
   for (int id = 31; id <= 313; ++id) {
     EXPECT_EQ(Utf8ToWindows1252(LoadResourceText(id)).replaced, 0u) << "id " << id;
   }
   for (int id : {30, 314}) {
-    try {
-      LoadResourceText(id);
-      ADD_FAILURE() << "id " << id << " is in the table";
-    } catch (const UnknownStringId& e) {
-      EXPECT_EQ(e.id(), id);
-    }
+    EXPECT_THAT([id] { LoadResourceText(id); },
+                Throws<UnknownStringId>(Property(&UnknownStringId::id, id)));
   }
 }
 
 TEST(StringTableTest, RejectsAMalformedRowNamingItsLine) {
-  try {
-    ParseStringTable("# comment\n\n31 \"a\"\n32 no quotes\n");
-    ADD_FAILURE() << "accepted a row without quotes";
-  } catch (const StringTableError& e) {
-    EXPECT_THAT(e.what(), ::testing::HasSubstr("line 4:"));
-  }
-  try {
-    ParseStringTable("31 \"a\"\n32 \"b\"\n# comment\n31 \"c\"\n");
-    ADD_FAILURE() << "accepted an id given twice";
-  } catch (const StringTableError& e) {
-    EXPECT_THAT(e.what(), ::testing::HasSubstr("line 4: id given twice"));
-  }
+  EXPECT_THAT([] { ParseStringTable("# comment\n\n31 \"a\"\n32 no quotes\n"); },
+              ThrowsMessage<StringTableError>(HasSubstr("line 4:")));
+  EXPECT_THAT([] { ParseStringTable("31 \"a\"\n32 \"b\"\n# comment\n31 \"c\"\n"); },
+              ThrowsMessage<StringTableError>(HasSubstr("line 4: id given twice")));
 }
 
 // The program's own texts: those whose wording is not fixed word for word.

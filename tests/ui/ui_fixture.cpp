@@ -1,9 +1,5 @@
 #include "ui_fixture.h"
 
-#include <filesystem>
-
-#include "host/startup.h"
-
 namespace sheafwork::testing {
 namespace {
 
@@ -27,7 +23,6 @@ UiTestRegistrar::UiTestRegistrar(std::function<QObject*()> make) {
 UiWorld::UiWorld() : session(folder.path().string()) {
   // A plotter configuration folder, so that "Par défaut" has a device to
   // plot on and the devices dialog files to list.
-  std::filesystem::create_directories(folder.path() / "plotters");
   folder.Write("plotters/PDF.pc3", "driver=pdf\n");
   folder.Write("plotters/Traceur A0.PC3", "driver=hpgl\n");
   host.printerConfigPath = folder.File("plotters");
