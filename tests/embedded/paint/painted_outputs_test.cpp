@@ -58,19 +58,16 @@ TEST(PaintSheetTest, RefusesJobsWithoutDrawingOrPaper) {
   EXPECT_THROW(PlanSheet(job), PlotError);
 }
 
-// Sheet millimetres (y up) to the units of a 1200 dpi page 297 mm high.
-QTransform PdfPage() {
-  const double k = 1200 / 25.4;
-  return QTransform(k, 0, 0, -k, 0, 297 * k);
-}
-
 bool Whole(double v) { return v == std::round(v); }
 
 TEST(DeviceGridTest, MapPathRoundsCurveControlPointsToo) {
+  // Sheet millimetres (y up) to the units of a 1200 dpi page 297 mm high.
+  const double k = 1200 / 25.4;
+  const QTransform page(k, 0, 0, -k, 0, 297 * k);
   QPainterPath circle;
   circle.addEllipse(QPointF(10.123, 20.456), 3.21, 3.21);
-  const QPainterPath snapped = DeviceGrid(PdfPage(), true).MapPath(circle);
-  const QPainterPath exact = DeviceGrid(PdfPage(), false).MapPath(circle);
+  const QPainterPath snapped = DeviceGrid(page, true).MapPath(circle);
+  const QPainterPath exact = DeviceGrid(page, false).MapPath(circle);
   ASSERT_EQ(snapped.elementCount(), circle.elementCount());
   bool anyFraction = false;
   for (int i = 0; i < snapped.elementCount(); ++i) {
@@ -105,19 +102,16 @@ PlotJob Job(const Drawing& d, OutputKind kind, const std::string& path) {
 // The box of the non-white pixels, in millimetres from the image's top-left
 // corner on the 148 mm tall sheet (y up).
 Box2 InkBox(const QImage& image, double k) {
-  int x0 = image.width(), y0 = image.height(), x1 = -1, y1 = -1;
+  Box2 box;
   for (int y = 0; y < image.height(); ++y) {
     const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
     for (int x = 0; x < image.width(); ++x) {
       if ((row[x] & 0xFFFFFF) == 0xFFFFFF) continue;
-      x0 = std::min(x0, x);
-      x1 = std::max(x1, x);
-      y0 = std::min(y0, y);
-      y1 = std::max(y1, y);
+      box.Extend(Vec2{x / k, 148 - (y + 1) / k});
+      box.Extend(Vec2{(x + 1) / k, 148 - y / k});
     }
   }
-  if (x1 < 0) return {};
-  return Box2::Of({x0 / k, 148 - (y1 + 1) / k}, {(x1 + 1) / k, 148 - y0 / k});
+  return box;
 }
 
 QImage RenderSvg(const std::string& path, double k) {

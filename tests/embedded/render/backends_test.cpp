@@ -65,9 +65,9 @@ TEST(HpglBackendTest, PaletteSizesAndPensBeyondTheLast) {
     int colours;
     std::string palette;
   };
+  const std::vector<Vec2> line = {{1, 1}, {2, 2}};
   for (const Case& c : {Case{1, "NP2;"}, Case{3, "NP4;"}, Case{4, "NP8;"}, Case{300, "NP256;"}}) {
     HpglBackend b(100, 100, "");
-    const std::vector<Vec2> line = {{1, 1}, {2, 2}};
     for (int i = 0; i < c.colours; ++i) {
       b.DrawPolyline(line, false, Style{static_cast<std::uint32_t>(i * 0x010203), 0.25});
     }
@@ -79,7 +79,6 @@ TEST(HpglBackendTest, PaletteSizesAndPensBeyondTheLast) {
   }
   // Once the pens run out, a colour takes the nearest pen's.
   HpglBackend b(100, 100, "");
-  const std::vector<Vec2> line = {{1, 1}, {2, 2}};
   for (int i = 0; i < HpglBackend::kMaxPens; ++i) {
     b.DrawPolyline(line, false, Style{static_cast<std::uint32_t>(i) << 16, 0.25});
   }

@@ -86,8 +86,7 @@ TEST(TextDrawingTest, MTextRunsCarryTheirColourAndPlace) {
   EXPECT_EQ(texts[2]->text, "sous");
   // Rotated a quarter turn: the first line's baseline is 2 units right of
   // the insertion point, the second run 5 characters (10 units) above it.
-  EXPECT_NEAR(texts[0]->points[0].x, 12, 1e-9);
-  EXPECT_NEAR(texts[0]->points[0].y, 100, 1e-9);
+  ExpectNear(texts[0]->points[0], {12, 100});
   EXPECT_NEAR(texts[1]->points[0].y, 110, 1e-9);
   // "trait" in a shape font: strokes between the first and third lines.
   const Box2 strokes = BoxOf(rec.items, Recorded::Kind::Polyline);
@@ -132,10 +131,8 @@ TEST(TextDrawingTest, TogglesDrawLinesAlongSingleLineText) {
   d.Reindex();
   const RecordingBackend rec = DrawModel(d);
   ASSERT_EQ(CountOf(rec.items, Recorded::Kind::Lines), 1u);
-  const Box2 line = BoxOf(rec.items, Recorded::Kind::Lines);
-  EXPECT_NEAR(line.min.x, 0, 1e-9);
-  EXPECT_NEAR(line.max.x, StrokeFont::Get().Advance("Sous") * 10, 1e-9);
-  EXPECT_NEAR(line.min.y, -2, 1e-9);
+  ExpectNear(BoxOf(rec.items, Recorded::Kind::Lines),
+             Box2::Of({0, -2}, {StrokeFont::Get().Advance("Sous") * 10, -2}));
 }
 
 // A system without any font still shows its TrueType text, in the stroke
@@ -163,16 +160,6 @@ TEST(TextDrawingDeathTest, WithoutAnyFontTextIsStroked) {
 
 // Stroke fonts.
 
-bool Near(Vec2 a, Vec2 b) { return std::hypot(a.x - b.x, a.y - b.y) < 1e-6; }
-
-// Whether some polyline runs through `points` in order, from its first point.
-bool HasStroke(const std::vector<Recorded>& items, std::initializer_list<Vec2> points) {
-  return std::any_of(items.begin(), items.end(), [&](const Recorded& r) {
-    if (r.kind != Recorded::Kind::Polyline || r.points.size() != points.size()) return false;
-    return std::equal(r.points.begin(), r.points.end(), points.begin(), Near);
-  });
-}
-
 TEST(ShapeFontsTest, WithoutTheFilesOurStrokeFontStandsInAndGreekComesFromTheFallbackFace) {
   const Drawing d = ReadTestDrawing("fonts/shape_fonts.dxf");
   FixedMeasure measure;
@@ -192,7 +179,13 @@ TEST(ShapeFontsTest, WithoutTheFilesOurStrokeFontStandsInAndGreekComesFromTheFal
     EXPECT_TRUE(filled);
   }
   // No files: the L of "LO" is our stroke font's, not trait.shx's.
-  EXPECT_FALSE(HasStroke(DrawModel(d, &measure).items, {{11, 16}, {11, 10}, {15, 10}}));
+  const Vec2 traitL[] = {{11, 16}, {11, 10}, {15, 10}};
+  for (const Recorded& r : DrawModel(d, &measure).items) {
+    EXPECT_FALSE(r.kind == Recorded::Kind::Polyline && r.points.size() == 3 &&
+                 std::equal(r.points.begin(), r.points.end(), traitL, [](Vec2 a, Vec2 b) {
+                   return std::hypot(a.x - b.x, a.y - b.y) < 1e-6;
+                 }));
+  }
 }
 
 // Shapes of our test fonts played into glyphs (tests/data/fonts/glyphs.tsv:

@@ -108,8 +108,8 @@ MTextFormat ParseBase() {
   return f;
 }
 
-// A format's fields, "name=value" each; rgb in hexadecimal.
-std::vector<std::string> Fields(const MTextFormat& f) {
+// A format's fields, "name=value" a line; rgb in hexadecimal.
+std::string Fields(const MTextFormat& f) {
   char rgb[8] = "";
   if (f.rgb) std::snprintf(rgb, sizeof rgb, "%06X", *f.rgb);
   std::ostringstream out;
@@ -119,18 +119,15 @@ std::vector<std::string> Fields(const MTextFormat& f) {
       << "\ntracking=" << f.tracking << "\nrgb=" << rgb << "\naci=" << f.aci
       << "\nunderline=" << f.underline << "\noverline=" << f.overline << "\nstrike=" << f.strike
       << "\nline=" << f.lineAlign << "\nparagraph=" << f.paragraphAlign;
-  std::vector<std::string> fields;
-  std::istringstream in(out.str());
-  for (std::string field; std::getline(in, field);) fields.push_back(field);
-  return fields;
+  return out.str();
 }
 
 // The fields of `f` that differ from ParseBase(), separated by blanks.
 std::string Changes(const MTextFormat& f) {
-  const std::vector<std::string> fields = Fields(f), base = Fields(ParseBase());
+  std::istringstream fields(Fields(f)), base(Fields(ParseBase()));
   std::string changes;
-  for (std::size_t i = 0; i < fields.size(); ++i) {
-    if (fields[i] != base[i]) changes += (changes.empty() ? "" : " ") + fields[i];
+  for (std::string field, was; std::getline(fields, field) && std::getline(base, was);) {
+    if (field != was) changes += (changes.empty() ? "" : " ") + field;
   }
   return changes;
 }
