@@ -1,0 +1,272 @@
+// The built program as a script sees it: which stream its words go to and
+// the status it ends with; `sheafwork plot DRAWING...`, drawings plotted
+// without a list, every sheet into one folder, with readable plot settings
+// and a plot style table for the run; copied without its data, or without its
+// Qt module, it names what is missing and, where it can, plots what does not
+// need it.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "e2e/program.h"
+#include "platform/install_layout.h"
+#include "res/string_ids.h"
+#include "res/string_table.h"
+#include "support/hpgl_reader.h"
+
+namespace sheafwork::e2e {
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::AnyOf;
+using ::testing::Contains;
+using ::testing::Each;
+using ::testing::HasSubstr;
+using ::testing::IsSupersetOf;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+TEST(ExitStatus, HelpAndVersionGoToStdoutWith0AndErrorsToStderrWith2) {
+  testing::TempFolder folder;
+  const ProgramRun help = Sheafwork("list add --help", folder);
+  EXPECT_EQ(help.status, 0);
+  EXPECT_NE(help.out.find("--scale-lineweights"), std::string::npos);
+  const ProgramRun version = Sheafwork("--version", folder);
+  EXPECT_EQ(version.status, 0);
+  EXPECT_EQ(version.out.rfind("sheafwork ", 0), 0u);
+
+  const std::string bad = folder.Write("bad.qx3", "not a list\r\n");
+  const ProgramRun run = Sheafwork("list show " + Quoted(bad), folder);
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err.rfind("sheafwork: " + bad + ": ", 0), 0u) << run.err;
+  EXPECT_EQ(Sheafwork("--no-such-option", folder).status, 2);
+  // Without arguments the desktop application starts; with no display it
+  // cannot, and says so.
+  const ProgramRun noDisplay = Sheafwork("", folder, "-u QT_QPA_PLATFORM");
+  EXPECT_EQ(noDisplay.status, 2);
+  EXPECT_NE(noDisplay.err.find("aucun écran"), std::string::npos) << noDisplay.err;
+}
+
+// The box of the strokes of an HP-GL/2 file, in sheet millimetres.
+embedded::Box2 StrokeExtents(const embedded::testing::HpglPlot& plot) {
+  embedded::Box2 box;
+  for (const auto& stroke : plot.strokes) {
+    for (const embedded::Vec2& p : stroke.points) box.Extend(p);
+  }
+  return box;
+}
+
+using PlotDrawings = ExampleListTest;
+
+// The example drawings as a newcomer plots them: every drawing's active
+// layout into one folder, created for the run; the same drawing twice gets
+// a second name rather than overwriting the first sheet.
+TEST_F(PlotDrawings, EveryActiveLayoutIntoOneFolderWithDistinctNames) {
+  const std::string folder = Out("x/y");
+  const ProgramRun run =
+      Sheafwork("plot " + Quoted(plans_) + "/*.dxf " + Quoted(Plan("etage.dxf")) +
+                    " --output-dir " + Quoted(folder),
+                folder_);
+  ASSERT_EQ(run.status, 0) << run.err;
+  // A list made for the run is not offered for saving.
+  EXPECT_EQ(run.err.find("?"), std::string::npos) << run.err;
+
+  std::set<std::string> expected;
+  for (const auto& entry : fs::directory_iterator(plans_)) {
+    if (entry.path().extension() == ".dxf") expected.insert(entry.path().stem().string());
+  }
+  const std::set<std::string> written = FilesIn(folder);
+  ASSERT_EQ(written.size(), expected.size() + 1) << run.err;
+  for (const std::string& name : written) {
+    SCOPED_TRACE(name);
+    EXPECT_EQ(fs::path(name).extension(), ".pdf");
+    EXPECT_GT(fs::file_size(fs::path(folder) / name), 500u);
+  }
+  EXPECT_THAT(written, IsSupersetOf({"etage-Détail chambres.pdf", "etage-Détail chambres-2.pdf",
+                                     "rez-de-chaussee-Plan A3.pdf"}));
+  // Nothing beside the drawings.
+  for (const auto& entry : fs::directory_iterator(plans_)) {
+    EXPECT_EQ(entry.path().extension(), ".dxf") << entry.path();
+  }
+}
+
+// A list run goes to the folder too, a row's own plot file included.
+TEST_F(PlotDrawings, AListRunIntoAFolder) {
+  AddRow(Plan("facades.dxf"), " --layout 'Façade nord' --plot-file " + Quoted(Out("nord.pdf")));
+  AddRow(Plan("facades.dxf"), " --layout 'Façade nord' --device PNG.pc3");
+  const ProgramRun run = RunList("plot", " --quiet --output-dir " + Quoted(Out("f")));
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(FilesIn(Out("f")),
+            (std::set<std::string>{"facades-Façade nord.pdf", "facades-Façade nord.png"}));
+  // Quiet: the summary only.
+  EXPECT_EQ(testing::SplitLines(run.err).size(), 1u) << run.err;
+}
+
+TEST_F(PlotDrawings, ReadableAreaAndScaleMeasuredOnTheSheet) {
+  const std::string frame = std::string(SHEAFWORK_SOURCE_DIR) + "/tests/data/dxf/cli/frame.dxf";
+  ProgramRun run = Sheafwork("plot " + Quoted(frame) +
+                                 " --layout Objet --device HPGL2.pc3 --area extents --scale 1:50 "
+                                 "--output-dir " +
+                                 Quoted(Out("a")),
+                             folder_);
+  ASSERT_EQ(run.status, 0) << run.err;
+  using embedded::testing::ReadHpgl;
+  auto sheet = ReadHpgl(testing::TempFolder::Read(Out("a/frame-Objet.plt")));
+  auto box = StrokeExtents(sheet);
+  EXPECT_NEAR(box.max.x - box.min.x, 80, 0.1);
+  EXPECT_NEAR(box.max.y - box.min.y, 40, 0.1);
+  EXPECT_NE(std::count_if(sheet.penColors.begin(), sheet.penColors.end(),
+                          [](const auto& pen) { return pen.second == 0xFF0000u; }),
+            0);
+
+  // A custom scale, and the run's plot style table on a drawing that names
+  // none: every pen black.
+  run = Sheafwork("plot " + Quoted(frame) +
+                      " --layout Objet --device HPGL2.pc3 --area extents --custom-scale 1:100 "
+                      "--plot-style monochrome.ctb --output-dir " +
+                      Quoted(Out("b")),
+                  folder_);
+  ASSERT_EQ(run.status, 0) << run.err;
+  sheet = ReadHpgl(testing::TempFolder::Read(Out("b/frame-Objet.plt")));
+  box = StrokeExtents(sheet);
+  EXPECT_NEAR(box.max.x - box.min.x, 40, 0.1);
+  EXPECT_NEAR(box.max.y - box.min.y, 20, 0.1);
+  ASSERT_FALSE(sheet.penColors.empty());
+  for (const auto& [pen, colour] : sheet.penColors) EXPECT_EQ(colour, 0u) << "pen " << pen;
+}
+
+TEST_F(PlotDrawings, UnknownValuesAndTablesAreRefusedWithStatus2) {
+  const std::string rdc = Quoted(Plan("rez-de-chaussee.dxf"));
+  const std::pair<std::string, std::string> refused[] = {
+      {"plot " + rdc + " --area etendue", "extents, display, limits, layout"},
+      {"plot " + rdc + " --scale 1:25", "--custom-scale 1:25"},
+      {"plot " + rdc + " --plot-style introuvable.ctb", "introuvable.ctb"},
+      {"plto " + rdc, "« sheafwork plot »"},
+  };
+  for (const auto& [args, said] : refused) {
+    SCOPED_TRACE(args);
+    const ProgramRun run = Sheafwork(args + " --output-dir " + Quoted(Out("z")), folder_);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.err, HasSubstr(said));
+  }
+  EXPECT_FALSE(fs::exists(Out("z/rez-de-chaussee-Plan A3.pdf")));
+}
+
+// A failed row's reason comes once, after the row's line.
+TEST_F(PlotDrawings, AFailedRowsReasonComesOnceAfterItsLine) {
+  const ProgramRun run = Sheafwork(
+      "plot " + Quoted(Plan("facades.dxf")) + " --layout 'Façade nord' --device Absent.pc3",
+      folder_);
+  EXPECT_EQ(run.status, 1);
+  const std::vector<std::string> lines = testing::SplitLines(run.err);
+  const auto failed = std::find(lines.begin(), lines.end(), "ligne 1/1 : échec");
+  ASSERT_NE(failed, lines.end()) << run.err;
+  ASSERT_NE(failed + 1, lines.end());
+  EXPECT_THAT(*(failed + 1), HasSubstr("Absent.pc3"));
+  EXPECT_THAT(lines, Contains(HasSubstr("Absent.pc3")).Times(1)) << run.err;
+}
+
+// The program copied without its data: the commands that plot, and the
+// desktop application, refuse to start and name the folders they looked in.
+using WithoutData = ExampleListTest;
+
+TEST_F(WithoutData, PlotCheckAndTheDesktopSayWhereTheyLooked) {
+  const fs::path bin = folder_.path() / "seul" / "bin";
+  fs::create_directories(bin);
+  fs::copy_file(SHEAFWORK_EXE, bin / "sheafwork");
+  const std::string exe = (bin / "sheafwork").string();
+  const std::string searched =
+      bin.string() + ", " + (bin / kInstalledDataFromProgram).lexically_normal().string();
+  const std::string pdf = Out("rdc.pdf");
+  AddRow(Plan("rez-de-chaussee.dxf"), " --layout 'Plan A3' --plot-file " + Quoted(pdf));
+  const std::string message =
+      "sheafwork: " + LoadResourceText(ids::kDataFolderMissing) + searched + "\n";
+  const std::string runs[] = {"plot " + Quoted(list_), "check " + Quoted(list_), ""};
+  for (const std::string& args : runs) {
+    SCOPED_TRACE(args);
+    const ProgramRun run = Sheafwork(args, folder_, "", exe);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.err, message);
+  }
+  EXPECT_TRUE(PlotOutput(pdf).empty());
+  // The list commands need no data.
+  EXPECT_EQ(RunList("list show", "", "", exe).status, 0);
+}
+
+// The libraries the dynamic loader maps with the ELF file `path`, as
+// readelf(1) lists them.
+std::vector<std::string> NeededLibraries(const std::string& path) {
+  int status = -1;
+  const std::string dynamic = testing::RunCommand("readelf -d " + Quoted(path), status);
+  EXPECT_EQ(status, 0) << dynamic;
+  std::vector<std::string> needed;
+  for (const std::string& line : testing::SplitLines(dynamic)) {
+    const std::size_t name = line.find("(NEEDED)");
+    if (name == std::string::npos) continue;
+    const std::size_t open = line.find('[', name);
+    needed.push_back(line.substr(open + 1, line.find(']', open) - open - 1));
+  }
+  return needed;
+}
+
+// Every library the program needs is loaded at each start, a plot or not:
+// Qt lives in the module, libcups, fontconfig and HarfBuzz are opened when
+// first used.
+TEST(QtModuleTest, TheProgramLinksNoQtItsModuleDoes) {
+  const std::vector<std::string> program = NeededLibraries(SHEAFWORK_EXE);
+  const std::vector<std::string> module =
+      NeededLibraries((fs::path(SHEAFWORK_EXE).parent_path() / "sheafwork-qt.so").string());
+  ASSERT_FALSE(program.empty());
+  EXPECT_THAT(module,
+              IsSupersetOf({"libQt6Widgets.so.6", "libQt6PrintSupport.so.6", "libQt6Svg.so.6"}));
+  EXPECT_THAT(program, Each(Not(AnyOf(StartsWith("libQt6"), StartsWith("libcups"),
+                                      StartsWith("libfontconfig"), StartsWith("libharfbuzz")))));
+}
+
+// A copy of the built program with its data files, without the module:
+// PDF rows plot while painted rows of the same list fail, named; the
+// desktop does not start and says which file is missing.
+using WithoutModule = ExampleListTest;
+
+TEST_F(WithoutModule, PdfRowsPlotWhilePaintedRowsAndTheDesktopNameTheModule) {
+  const fs::path built = fs::path(SHEAFWORK_EXE).parent_path();
+  const fs::path copy = folder_.path() / "programme";
+  fs::create_directories(copy);
+  for (const auto& entry : fs::directory_iterator(built)) {
+    if (entry.is_directory() && entry.path().filename() != "CMakeFiles") {
+      fs::copy(entry.path(), copy / entry.path().filename(), fs::copy_options::recursive);
+    }
+  }
+  fs::copy_file(SHEAFWORK_EXE, copy / "sheafwork");
+  const std::string exe = (copy / "sheafwork").string();
+  const std::string module = (copy / "sheafwork-qt.so").string();
+  const std::string notLoaded =
+      module + " n'a pas pu être chargé (" + module + ": cannot open shared object file";
+
+  const std::string rdc = Plan("rez-de-chaussee.dxf");
+  AddRow(rdc, " --layout 'Plan A3' --device PNG.pc3 --plot-file " + Quoted(Out("rdc.png")));
+  AddRow(rdc, " --layout 'Plan A3' --device PDF.pc3 --plot-file " + Quoted(Out("rdc.pdf")));
+  ProgramRun run = RunList("plot", "", "", exe);
+  EXPECT_EQ(run.status, 1) << run.err;
+  EXPECT_FALSE(PlotOutput(Out("rdc.pdf")).empty()) << run.err;
+  EXPECT_TRUE(PlotOutput(Out("rdc.png")).empty());
+  // The embedded host reports why the row failed.
+  EXPECT_THAT(run.err,
+              HasSubstr("la sortie PNG est indisponible : le module de dessin " + notLoaded));
+
+  run = Sheafwork("", folder_, "", exe);
+  EXPECT_NE(run.status, 0);
+  EXPECT_THAT(run.err, HasSubstr("sheafwork: l'application de bureau ne peut pas démarrer : le "
+                                 "module " +
+                                 notLoaded));
+}
+
+}  // namespace
+}  // namespace sheafwork::e2e
