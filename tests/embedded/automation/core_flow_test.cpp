@@ -110,9 +110,9 @@ TEST_F(CoreFlowTest, ThePlotTestWarnsOfAReferenceLeftOutBeyondTheLimits) {
   Row(AddDrawing("Plan.dxf", WithXrefs({XrefBlock("FOND", "Fond.dxf")})), "Présentation1");
 
   HostSession host = Attach();
-  FakePrinters printers;
   NoFonts fonts;
-  const std::string results = RunPlotTest(session, host, PlotTestServices{printers, fonts, {}, {}});
+  const std::string results =
+      RunPlotTest(session, host, PlotTestServices{*printers, fonts, {}, {}});
   EXPECT_THAT(results,
               HasSubstr(LoadResourceText(ids::kTestXrefLeftOut) + "Xréf TRAME : Trame.dxf -> " +
                         files.File("Trame.dxf") + " : " + LoadResourceText(ids::kXrefLeftOutMark)));
