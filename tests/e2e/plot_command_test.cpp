@@ -1,6 +1,8 @@
 // `sheafwork plot` on the example drawings: a list built with `sheafwork
 // list`, plotted by the embedded host to PDF files, with its journal and
-// error log.
+// error log; to a system printer (a CUPS queue that writes to a file); DWG
+// drawings through the converter the build put beside the program; every
+// sheet also in one PDF with `--combine`.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -11,10 +13,13 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "e2e/program.h"
@@ -22,10 +27,13 @@
 #include "fakes/log_lines.h"
 #include "res/string_ids.h"
 #include "res/string_table.h"
+#include "support/pdf_reading.h"
 
 namespace sheafwork::e2e {
 namespace {
 
+namespace fs = std::filesystem;
+namespace reading = embedded::pdf::testing;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsSupersetOf;
@@ -79,7 +87,7 @@ TEST_F(PlotCommand, PlotsEveryLayoutOfAGoodListToItsSheet) {
 
   // Without a plot file the device writes beside the drawing.
   std::vector<std::string> beside;
-  for (const auto& entry : std::filesystem::directory_iterator(plans_)) {
+  for (const auto& entry : fs::directory_iterator(plans_)) {
     if (entry.path().extension() == ".pdf") beside.push_back(entry.path().string());
   }
   ASSERT_EQ(beside.size(), 1u);
@@ -195,11 +203,10 @@ TEST_F(PlotCommand, ALogThatCannotBeWrittenIsReportedAndNotNamedInTheSummary) {
   const std::string rdc = Plan("rez-de-chaussee.dxf");
   List("new " + Quoted(list_) + " " + Quoted(rdc));
   const std::string folderLog = folder_.File("un-dossier");
-  std::filesystem::create_directories(folderLog);
+  fs::create_directories(folderLog);
   const std::string readOnly = folder_.File("lecture-seule");
-  std::filesystem::create_directories(readOnly);
-  std::filesystem::permissions(
-      readOnly, std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
+  fs::create_directories(readOnly);
+  fs::permissions(readOnly, fs::perms::owner_read | fs::perms::owner_exec);
   struct Case {
     std::string journal, errors;
     std::string problem;  ///< the one line expected on stderr
@@ -231,7 +238,137 @@ TEST_F(PlotCommand, ALogThatCannotBeWrittenIsReportedAndNotNamedInTheSummary) {
         << summary;
     EXPECT_EQ(summary.find("erreurs : " + c.errors) != std::string::npos, c.errorsNamed) << summary;
   }
-  std::filesystem::permissions(readOnly, std::filesystem::perms::owner_all);
+  fs::permissions(readOnly, fs::perms::owner_all);
+}
+
+TEST_F(PlotCommand, ARowWhoseDeviceIsAQueuePrintsItsSheetThere) {
+  SHEAFWORK_REQUIRE_CUPS();
+  const std::string printed = folder_.File("imprime.pdf");
+  testing::CupsQueue queue("sheafwork-e2e", printed);
+  ASSERT_TRUE(queue.Error().empty()) << queue.Error();
+  AddRow(Plan("rez-de-chaussee.dxf"), " --layout 'Plan A3' --device " + Quoted(queue.Name()));
+
+  const ProgramRun run = RunList("plot");
+  ASSERT_EQ(run.status, 0) << run.err;
+  ASSERT_TRUE(queue.WaitUntilPrinted(std::chrono::seconds(60))) << queue.Error();
+
+  // One copy of one A3 sheet; a printer may turn the page for the paper.
+  const auto pages = testing::PdfPageSizes(printed);
+  ASSERT_EQ(pages.size(), 1u);
+  const auto [width, height] = pages.front();
+  EXPECT_NEAR(std::max(width, height), Points(420), 1.5);
+  EXPECT_NEAR(std::min(width, height), Points(297), 1.5);
+  // Nothing was written beside the drawing: the sheet went to the printer.
+  EXPECT_TRUE(PlotOutput(Plan("rez-de-chaussee-Plan A3")).empty());
+}
+
+// DWG drawings with no variable set, one conversion per drawing: R14 to 2018
+// with every paper layout, two sheets each (the R14 drawing converts with two,
+// where the CAD program's own export has one), and a truncated drawing that
+// the converter cannot read, on its own layout so that the counting pass does
+// not open it: no sheet. Names in tests/data/dwg/samples, without extension.
+constexpr const char* kDrawings[] = {"example_r14",  "example_2000", "example_2004",
+                                     "truncated",    "example_2007", "example_2010",
+                                     "example_2013", "example_2018"};
+
+TEST_F(PlotCommand, PlotsEveryLayoutOfDwgDrawingsOfEachRelease) {
+  if (std::system("command -v node >/dev/null 2>&1") != 0) {
+    GTEST_SKIP() << "Node.js (node) is not installed: DWG not tested";
+  }
+  for (const std::string name : kDrawings) {
+    const std::string layout = name == "truncated" ? "Layout1" : "Toutes les présentations";
+    AddRow(Fixture("dwg/samples/" + name + ".dwg"),
+           " --layout '" + layout + "' --device PDF.pc3 --plot-file " + Quoted(Out(name + ".pdf")));
+  }
+  SetErrorLog(folder_.File("erreurs.log"));
+
+  // The run's own temporary folder, to see that it leaves nothing there.
+  const std::string temporary = folder_.File("tmp");
+  fs::create_directories(temporary);
+  const ProgramRun run = RunList("plot", "", "TMPDIR=" + Quoted(temporary));
+  EXPECT_EQ(run.status, 1) << run.err;  // the truncated drawing's row
+  // The converter's reason names the drawing on stderr.
+  EXPECT_NE(run.err.find("LibreDWG ne sait pas lire ce dessin"), std::string::npos) << run.err;
+  EXPECT_NE(run.err.find("truncated.dwg"), std::string::npos) << run.err;
+
+  for (const std::string name : kDrawings) {
+    SCOPED_TRACE(name);
+    int sheets = 0;
+    for (const std::string& file : FilesIn(out_)) {
+      if (file.rfind(name, 0) != 0) continue;
+      ++sheets;
+      EXPECT_EQ(testing::PdfPageSizes(Out(file)).size(), 1u) << file;
+    }
+    EXPECT_EQ(sheets, name == "truncated" ? 0 : 2);
+  }
+  // Nothing of the conversions is left in the temporary folder.
+  EXPECT_TRUE(fs::is_empty(temporary));
+}
+
+// `--combine`: every sheet of the run also in one PDF, in plot order, each
+// page its sheet's size and drawn as the sheet's own file.
+TEST_F(PlotCommand, GathersEverySheetPlottedInPlotOrderOrIsRefusedBeforeAnyPlot) {
+  const std::string rdc = Plan("rez-de-chaussee.dxf");
+  AddRow(rdc, " --layout 'Plan A3' --plot-file " + Quoted(Out("rdc-a3.pdf")));
+  AddRow(Plan("sous-sol.dxf"));  // missing: no page
+  AddRow(rdc, " --layout 'Plan A1' --plot-file " + Quoted(Out("rdc-a1.pdf")));
+  AddRow(Plan("etage.dxf"),
+         " --layout 'Toutes les présentations' --plot-file " + Quoted(Out("etage.pdf")));
+  const std::string combined = Out("tout.pdf");
+
+  // Refused, nothing plotted, when the file cannot be made or the host is
+  // another.
+  const ProgramRun help = Sheafwork("plot --help", folder_);
+  EXPECT_NE(help.out.find("--combine"), std::string::npos) << help.out;
+  const std::pair<std::string, std::string> refusals[] = {
+      {"--combine " + Quoted(Out("absent/tout.pdf")),
+       "impossible de créer le fichier PDF : " + Out("absent/tout.pdf")},
+      {"--combine " + Quoted(out_), "impossible de créer le fichier PDF"},
+      {"--host autre --combine " + Quoted(combined), "hôte embarqué"},
+  };
+  for (const auto& [args, said] : refusals) {
+    SCOPED_TRACE(args);
+    const ProgramRun run = RunList("plot", " " + args);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_NE(run.err.find(said), std::string::npos) << run.err;
+    EXPECT_TRUE(PlotOutput(Out("rdc-a3.pdf")).empty()) << "plotted anyway";
+    EXPECT_FALSE(fs::exists(combined));
+  }
+
+  const ProgramRun run = RunList("plot", " --combine " + Quoted(combined));
+  EXPECT_EQ(run.status, 1) << run.err;  // the missing drawing's row failed
+  EXPECT_NE(run.err.find("PDF combiné : " + combined + " (5 page(s))"), std::string::npos)
+      << run.err;
+
+  ExpectPages(combined, {{420, 297}, {841, 594}, {420, 297}, {420, 297}, {210, 297}});
+  // Each page is drawn as the sheet's own file, also after a change of size.
+  const std::vector<std::pair<int, std::string>> same = {
+      {1, Out("rdc-a3.pdf")},
+      {2, Out("rdc-a1.pdf")},
+      {5, PlotOutput(Out("etage-Détail salle de bains"))},
+  };
+  for (const auto& [page, single] : same) {
+    SCOPED_TRACE("page " + std::to_string(page) + " against " + single);
+    reading::ExpectSamePicture(reading::RasterisePage(combined, page, 10, folder_.File("tout")),
+                               reading::RasterisePage(single, 1, 10, folder_.File("seule")));
+  }
+
+  // The outline: each drawing where its first sheet is, its sheets under it
+  // by layout, the drawing's rows apart in the list or not.
+  std::string error;
+  const std::vector<reading::OutlineEntry> outline =
+      reading::ReadOutline(embedded::pdf::ReadPdfPart(combined), error);
+  EXPECT_EQ(error, "");
+  std::vector<std::string> entries;  // "title @page", sheets indented
+  for (const auto& drawing : outline) {
+    entries.push_back(drawing.title + " @" + std::to_string(drawing.page));
+    for (const auto& sheet : drawing.children) {
+      entries.push_back("  " + sheet.title + " @" + std::to_string(sheet.page));
+    }
+  }
+  EXPECT_EQ(entries, (std::vector<std::string>{
+                         "rez-de-chaussee.dxf @0", "  Plan A3 @0", "  Plan A1 @1", "etage.dxf @2",
+                         "  Plan étage @2", "  Détail chambres @3", "  Détail salle de bains @4"}));
 }
 
 }  // namespace

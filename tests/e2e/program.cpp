@@ -5,6 +5,8 @@
 
 #include <sys/wait.h>
 
+#include "fakes/test_data.h"
+
 namespace sheafwork::e2e {
 
 namespace fs = std::filesystem;
@@ -57,10 +59,8 @@ ExampleListTest::ExampleListTest()
 }
 
 std::string ExampleListTest::Fixture(const std::string& relative) const {
-  const std::filesystem::path source =
-      std::filesystem::path(SHEAFWORK_SOURCE_DIR) / "tests/data" / relative;
-  const std::string copy = Plan(source.filename().string());
-  std::filesystem::copy_file(source, copy, std::filesystem::copy_options::overwrite_existing);
+  const std::string copy = Plan(fs::path(relative).filename().string());
+  fs::copy_file(testing::TestData(relative), copy, fs::copy_options::overwrite_existing);
   return copy;
 }
 

@@ -16,15 +16,12 @@
 #include "embedded/automation/embedded_host.h"
 #include "embedded/dxf/reader.h"
 #include "fakes/log_lines.h"
+#include "fakes/system_doubles.h"
 #include "fakes/temp_folder.h"
 #include "fakes/test_data.h"
 #include "host/error.h"
 
 namespace sheafwork::embedded {
-
-struct FakePrinters : PrinterCatalog {
-  std::vector<PrinterInfo> Printers() override { return {{"Bureau-HP", "HP LaserJet", "ipp://b"}}; }
-};
 
 /// Remembers what the host showed, as short texts.
 struct RecordingDisplay : ProgressDisplay {
@@ -89,7 +86,8 @@ class EmbeddedHostTest : public ::testing::Test {
                                data.path() / "plotters" / "PDF.pc3");
     options.dataFolder = data.path().string();
     options.userFolder = user.path().string();
-    options.printers = std::make_shared<FakePrinters>();
+    printers->printers = {{"Bureau-HP", "HP LaserJet", "ipp://b"}};
+    options.printers = printers;
     options.progress = display;
     options.dwgConverter = "";
     options.reader = [this](const std::string& path) {
@@ -145,6 +143,7 @@ class EmbeddedHostTest : public ::testing::Test {
   testing::TempFolder data;
   testing::TempFolder user;
   testing::TempFolder files;
+  std::shared_ptr<testing::ListedPrinters> printers = std::make_shared<testing::ListedPrinters>();
   std::shared_ptr<RecordingDisplay> display = std::make_shared<RecordingDisplay>();
   EmbeddedHostOptions options;
   std::map<std::string, Drawing> drawings;

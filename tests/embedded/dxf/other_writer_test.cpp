@@ -1,6 +1,7 @@
 // Drawings written by another program (an open-source DXF library, with the
 // make_*.py scripts beside them under tests/data/dxf): the reader must find in
-// them what that program was told to write.
+// them what that program was told to write, and in copies damaged the way
+// files met in practice are, link each layout to its own block or to none.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,8 +23,10 @@ using ::testing::AllOf;
 using ::testing::DoubleEq;
 using ::testing::ElementsAre;
 using ::testing::Field;
+using ::testing::HasSubstr;
 using testing::ModelEntities;
 using ::testing::Pointee;
+using testing::ReadFixture;
 using ::testing::SizeIs;
 
 // The release-12 drawing is written without the newer kinds of entity and
@@ -35,7 +38,7 @@ TEST(OtherWriterTest, TablesModelSpaceLayoutsAndViewportsAreRead) {
                                                 {"ezbin-r2018.dxf", false}};
   for (const auto& [file, release12] : files) {
     SCOPED_TRACE(file);
-    const Drawing drawing = testing::ReadFixture(std::string("other-writer/") + file);
+    const Drawing drawing = ReadFixture(std::string("other-writer/") + file);
 
     const Layer* walls = drawing.FindLayer("murs");
     ASSERT_NE(walls, nullptr);
@@ -102,7 +105,7 @@ TEST(MTextReadingTest, ColumnLayoutsInBothForms) {
   // the older form adds a linked MTEXT per further column, with no layout.
   for (const char* file : {"columns-r2018.dxf", "columns-r2007.dxf"}) {
     SCOPED_TRACE(file);
-    const Drawing drawing = testing::ReadFixture(std::string("mtext/") + file);
+    const Drawing drawing = ReadFixture(std::string("mtext/") + file);
     std::vector<const MText*> laidOut;
     for (const MText* m : All<MText>(ModelEntities(drawing))) {
       if (m->extras && m->extras->columns.type != 0) laidOut.push_back(m);
@@ -127,7 +130,7 @@ TEST(MTextReadingTest, ColumnLayoutsInBothForms) {
 TEST(MTextReadingTest, AttributeVisibilityIsTheAttributesOwn) {
   // Each attribute is followed by an xrecord part whose own 70 codes
   // ("really locked" among them) say nothing of visibility.
-  const Drawing drawing = testing::ReadFixture("mtext/attributes-r2018.dxf");
+  const Drawing drawing = ReadFixture("mtext/attributes-r2018.dxf");
   const std::vector<const Insert*> inserts = All<Insert>(ModelEntities(drawing));
   ASSERT_EQ(inserts.size(), 1u);
   EXPECT_THAT(
@@ -139,7 +142,7 @@ TEST(MTextReadingTest, AttributeVisibilityIsTheAttributesOwn) {
 // tests/data/dxf/entities: kinds of entity that drawings from other programs
 // carry beside the usual ones.
 TEST(EntityKinds, MeshesBecomeTheirVisibleEdges) {
-  const Drawing d = testing::ReadFixture("entities/meshes.dxf");
+  const Drawing d = ReadFixture("entities/meshes.dxf");
   const auto meshes = All<MeshEdges>(ModelEntities(d));
   ASSERT_EQ(meshes.size(), 3u);
   // Vertices and edge ends of a polyface of two squares, the shared edge
@@ -150,6 +153,52 @@ TEST(EntityKinds, MeshesBecomeTheirVisibleEdges) {
     EXPECT_EQ(std::pair(meshes[i]->vertices.size(), meshes[i]->edges.size()), expected[i]) << i;
   }
   EXPECT_TRUE(d.skippedEntities.empty());
+}
+
+// Drawings written by another program, then damaged the way files met in
+// practice are (tests/data/dxf/layout-links/make_drawings.py): every layout
+// must show its own content or, when its block cannot be found, none at all
+// and say why, never another layout's. The second layout was the active one
+// when saved, so its block is "*Paper_Space" although it is not the first.
+
+// The texts of a block, which in these drawings name the layout they are on.
+std::vector<std::string> TextsOf(const Block& block) {
+  std::vector<std::string> texts;
+  for (const Entity& e : block.entities) {
+    if (const auto* text = std::get_if<Text>(&e.geometry)) texts.push_back(text->text);
+  }
+  return texts;
+}
+
+// Every file has the layouts Alpha, Beta and Gamma, each showing its name in
+// capitals; in layout-block-missing.dxf the block of Gamma is lost.
+TEST(DamagedFiles, LayoutsAreLinkedToTheirOwnBlocksOrFailWithTheReason) {
+  for (const char* file :
+       {"layouts.dxf", "no-block-record-table-header.dxf", "no-tables-section-header.dxf",
+        "no-blocks-section-header.dxf", "no-blocks-section-end.dxf", "no-entities-section-end.dxf",
+        "layout-link-wrong.dxf", "layout-block-missing.dxf", "model-space-record-renamed.dxf"}) {
+    SCOPED_TRACE(file);
+    const Drawing d = ReadFixture(std::string("layout-links/") + file);
+    ASSERT_EQ(d.layouts.size(), 4u);  // and the model
+    EXPECT_EQ(TextsOf(*d.LayoutBlock(d.layouts[0])), std::vector<std::string>{"MODELE"});
+    const std::pair<const char*, const char*> layouts[] = {
+        {"Alpha", "ALPHA"}, {"Beta", "BETA"}, {"Gamma", "GAMMA"}};
+    for (std::size_t i = 0; i < 3; ++i) {
+      const auto [name, text] = layouts[i];
+      const Layout& layout = d.layouts[i + 1];
+      SCOPED_TRACE(name);
+      EXPECT_EQ(layout.name, name);
+      const Block* block = d.LayoutBlock(layout);
+      if (file == std::string("layout-block-missing.dxf") && i == 2) {
+        EXPECT_EQ(block, nullptr);
+        EXPECT_THAT(layout.blockError, AllOf(HasSubstr(file), HasSubstr(name)));
+        continue;
+      }
+      EXPECT_EQ(layout.blockError, "");
+      ASSERT_NE(block, nullptr);
+      EXPECT_EQ(TextsOf(*block), std::vector<std::string>{text});
+    }
+  }
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Writes the binary DXF files of this folder, tag by tag, for the tests of
-the tokenizer (tests/embedded/dxf/tokenizer_test.cpp). Release 12 files give
+the tokenizer (tests/embedded/dxf/reader_test.cpp). Release 12 files give
 group codes in one byte (255 then two bytes for larger codes), later ones in
 two; strings end with a zero byte, numbers are little-endian."""
 
