@@ -5,6 +5,7 @@
 
 #include "embedded/pdf/content_stream.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -213,12 +214,9 @@ TEST(PdfDocumentTest, AFileAlreadyThereIsReplacedOnlyWhenCloseSucceeds) {
   EXPECT_TRUE(fs::is_directory(blocked));
   EXPECT_EQ(FilesIn(folder.path()).size(), 2u) << "a temporary file was left";
 
-  try {
-    Document nowhere(folder.File("absent/plan.pdf"), {});
-    ADD_FAILURE() << "no FileError";
-  } catch (const FileError& e) {
-    EXPECT_EQ(e.WhichStage(), FileError::Stage::Create);
-  }
+  EXPECT_THAT([&] { Document nowhere(folder.File("absent/plan.pdf"), {}); },
+              ::testing::Throws<FileError>(
+                  ::testing::Property(&FileError::WhichStage, FileError::Stage::Create)));
   EXPECT_THROW(Document(folder.path().string(), {}), FileError);  // a folder
 }
 

@@ -4,6 +4,7 @@
 
 #include "embedded/render/hpgl_backend.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -374,12 +375,8 @@ TEST(PdfBookTest, ASheetFileThatCannotBeAddedIsNamedAndTheBookGoesOn) {
     PdfBook book(path);
     book.AddPage(ModelJob(coupe, "coupe.dxf", 100, 60));
     for (const auto& [file, message] : bad) {
-      try {
-        book.AddSheetFrom(file, "plan.dxf", "plan.dxf", "Objet");
-        ADD_FAILURE() << "added " << file;
-      } catch (const PlotError& e) {
-        EXPECT_EQ(std::string(e.what()).find(message + file), 0u) << e.what();
-      }
+      EXPECT_THAT([&] { book.AddSheetFrom(file, "plan.dxf", "plan.dxf", "Objet"); },
+                  ::testing::ThrowsMessage<PlotError>(::testing::StartsWith(message + file)));
     }
     EXPECT_EQ(book.Pages(), 1);
     book.AddSheetFrom(part, plan.path, "plan.dxf", "Objet");
