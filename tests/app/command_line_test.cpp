@@ -15,8 +15,11 @@
 #include <utility>
 #include <vector>
 
+#include <nlohmann/json.hpp>
+
+#include "app/command_line.h"
 #include "app/run_progress.h"
-#include "command_runner.h"
+#include "fakes/fake_host.h"
 #include "fakes/log_lines.h"
 #include "fakes/system_doubles.h"
 #include "fakes/test_data.h"
@@ -26,13 +29,77 @@
 
 namespace sheafwork {
 namespace {
-using testing::ExpectRefused;
+using testing::FakeHost;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using testing::Outcome;
 using testing::TempFolder;
 
-class ListRowsTest : public testing::ListCommandTest {
+// Runs the program's command line in-process and keeps what it printed; the
+// two settings the command tests share: list commands alone, and runs with
+// the scripted host registered as the program's host.
+
+struct Outcome {
+  int status;
+  std::string out;
+  std::string err;
+};
+
+/// `sheafwork args...` with `env`.
+Outcome RunSheafwork(std::vector<std::string> args, CommandEnvironment& env) {
+  args.insert(args.begin(), "sheafwork");
+  std::vector<const char*> argv;
+  for (const auto& a : args) argv.push_back(a.c_str());
+  std::ostringstream out, err;
+  const int status = RunCommandLine(static_cast<int>(argv.size()), argv.data(), out, err, env);
+  return {status, out.str(), err.str()};
+}
+
+/// A command refused: status 2, and `said` in what it printed on stderr.
+void ExpectRefused(const Outcome& o, const std::string& said) {
+  EXPECT_EQ(o.status, 2) << o.err;
+  EXPECT_THAT(o.err, ::testing::HasSubstr(said));
+}
+
+/// `sheafwork list ...` commands, logs defaulting to /logs.
+class ListCommandTest : public ::testing::Test {
+ protected:
+  ListCommandTest() { env.defaultLogFolder = "/logs"; }
+  Outcome Run(std::vector<std::string> args) { return RunSheafwork(args, env); }
+  /// What `list show --json` gives of `list`.
+  nlohmann::json Show(const std::string& list) {
+    const Outcome o = Run({"list", "show", "--json", list});
+    EXPECT_EQ(o.status, 0) << o.err;
+    return nlohmann::json::parse(o.out);
+  }
+  CommandEnvironment env;
+  TempFolder folder;
+};
+
+/// Runs on the scripted host, registered as "essai", serving Plan.dwg with a
+/// layout "Vue A"; the logs go to `home`/sheafwork and the clock stands still.
+class HostCommandTest : public ::testing::Test {
+ protected:
+  HostCommandTest() {
+    hosts.Register("essai", [this] { return host.App(); });
+    env.defaultLogFolder = (home.path() / "sheafwork").string();
+    env.dataFolder = home.path().string();
+    env.hosts = &hosts;
+    env.clock = [] { return LocalTime{2026, 11, 22, 23, 5, 9}; };
+    plan = host.AddDrawing("Plan.dwg").path;
+    host.Drawing(plan).AddLayout("Vue A");
+    list = home.File("lot.qx3");
+  }
+  Outcome Run(std::vector<std::string> args) { return RunSheafwork(args, env); }
+
+  FakeHost host;
+  TempFolder home;
+  HostRegistry hosts;
+  CommandEnvironment env;
+  std::string plan;
+  std::string list;
+};
+
+class ListRowsTest : public ListCommandTest {
  protected:
   ListRowsTest() {
     list = folder.File("lot.qx3");
@@ -141,7 +208,7 @@ TEST_F(ListRowsTest, OnlyNoArgumentOrOneListNameStartsTheDesktop) {
   }
 }
 
-using CommandLineTest = testing::ListCommandTest;
+using CommandLineTest = ListCommandTest;
 
 TEST_F(CommandLineTest, BadInputGivesTheMessageAndStatus2AndWritesNothing) {
   const std::string bad = folder.Write("bad.qx3", "Liste\r\n");
@@ -193,7 +260,7 @@ TEST_F(CommandLineTest, SetChecksTheNamesOfLogsThatAreOn) {
 // outside Windows-1252 in paths and names) are refused by `list add`,
 // `list new` and `list set` with status 2 and the list left as it was; texts
 // that are only shown keep "?" with a warning.
-using ListValuesTest = testing::ListCommandTest;
+using ListValuesTest = ListCommandTest;
 
 TEST_F(ListValuesTest, RefusedValuesLeaveTheListAsItWas) {
   const std::string list = folder.File("v.qx3");
@@ -243,7 +310,7 @@ TEST_F(ListValuesTest, ListsThatAreNotFilesOrTooLongAreRefusedByName) {
 }
 
 // `sheafwork plot` and `check` on the scripted host.
-class RunCommandsTest : public testing::HostCommandTest {
+class RunCommandsTest : public HostCommandTest {
  protected:
   RunCommandsTest() {
     printers.printers = {{"Bureau", "HP LaserJet", "ipp://x"}};
@@ -359,7 +426,7 @@ TEST_F(RunCommandsTest, CheckPrintsTheResultsAndSavesOrAppendsThem) {
 // `plot --shard` and `logs merge` in-process, with the scripted host: the
 // merged logs are byte for byte those of one run over the whole list when
 // the clock is the same for both.
-class LogsMergeTest : public testing::HostCommandTest {
+class LogsMergeTest : public HostCommandTest {
  protected:
   /// Five rows, the third of a layout the drawing lacks.
   void MakeList() {
