@@ -28,10 +28,8 @@ struct ProgramRun {
 ProgramRun Sheafwork(const std::string& args, const testing::TempFolder& folder,
                      const std::string& env = "", const std::string& exe = SHEAFWORK_EXE);
 
-/// Words quoted for the shell, as the CUPS queue quotes them.
 using testing::Quoted;
 
-/// Millimetres in PDF points.
 inline double Points(double mm) { return mm / 25.4 * 72; }
 
 /// A sheet's width and height in millimetres.
@@ -40,7 +38,6 @@ using SheetSize = std::pair<double, double>;
 /// Expects the PDF file `file` to have one page of each size, in order.
 void ExpectPages(const std::string& file, const std::vector<SheetSize>& sheets);
 
-/// The names of the files in `folder`.
 std::set<std::string> FilesIn(const std::string& folder);
 
 /// The file a plot to `stem` produced: `stem` itself or `stem` with ".pdf"

@@ -30,7 +30,6 @@ class CupsQueue {
   /// Adds a queue named after `stem` and this process (see Name()) that
   /// writes to `outputFile`. Error() says why when it could not be added.
   CupsQueue(const std::string& stem, std::string outputFile);
-  /// Removes the queue.
   ~CupsQueue();
   CupsQueue(const CupsQueue&) = delete;
   CupsQueue& operator=(const CupsQueue&) = delete;
@@ -54,7 +53,6 @@ class CupsQueue {
 /// is not a readable PDF.
 std::vector<std::pair<double, double>> PdfPageSizes(const std::string& path);
 
-/// `text` quoted for the shell.
 std::string Quoted(const std::string& text);
 
 /// Runs a shell command; its standard output and error together, and its

@@ -137,7 +137,6 @@ class FakeHost {
   /// The fake's temporary folder (drawings, plotter configurations ...).
   const TempFolder& Folder() const { return folder_; }
 
-  /// The application object handed to the code under test.
   std::shared_ptr<host::Application> App();
 
   /// The document most recently opened from `path` (still open or closed);
@@ -237,7 +236,6 @@ class FakeDocument : public host::Document, public std::enable_shared_from_this<
 
   /// The document's current data (starts as a copy of the drawing's).
   FakeDrawing data;
-  /// Variables set on this document.
   std::map<std::string, host::SysVarValue> variables;
   bool closed = false;
   /// Full names passed to SaveAs.
@@ -274,7 +272,6 @@ class FakeDocument : public host::Document, public std::enable_shared_from_this<
   FakeHost& Host() { return host_; }
 
  private:
-  /// Records a call on the document itself.
   void Rec(const std::string& member, const std::string& args = {});
   FakeHost& host_;
 };
