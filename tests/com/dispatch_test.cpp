@@ -1,5 +1,7 @@
 // Late-bound calls against an automation object in the test's process: the
-// same IDispatch calls the COM host makes across processes.
+// same IDispatch calls the COM host makes across processes. And the busy
+// host's filter, driven as COM drives it: Wine never asks a client filter to
+// retry, so the calls are made here with the counts a busy host would bring.
 
 #include "com/dispatch.h"
 
@@ -9,9 +11,12 @@
 #include <cstdlib>
 
 #include "com/attach.h"
+#include "com/busy_filter.h"
 #include "com/call_error.h"
 #include "fake_dispatch.h"
+#include "fakes/scripted_prompt.h"
 #include "host/error.h"
+#include "res/string_table.h"
 
 namespace sheafwork::com {
 namespace {
@@ -168,6 +173,56 @@ TEST(AttachTest, AnUnregisteredProgIdFailsNamingIt) {
     EXPECT_EQ(error.number(), static_cast<std::int32_t>(CO_E_CLASSSTRING));
     EXPECT_NE(error.description().find("Sheafwork.Absent.1"), std::string::npos);
   }
+}
+
+// The busy host's filter.
+
+class BusyHostFilterTest : public ::testing::Test {
+ protected:
+  std::vector<std::string> Told() const {
+    std::vector<std::string> texts;
+    for (const auto& m : prompt.messages) {
+      EXPECT_EQ(m.title, LoadResourceText(31));
+      texts.push_back(m.text);
+    }
+    return texts;
+  }
+  testing::ScriptedPrompt prompt;
+  BusyHostFilter filter{prompt};
+};
+
+TEST_F(BusyHostFilterTest, ABusyHostIsWaitedForAndTheUserToldOncePerCall) {
+  const std::string busy = LoadResourceText(294);
+  // elapsed ms of the same call, then whether the user has been told by then
+  const std::pair<DWORD, std::size_t> steps[] = {
+      {0, 0},
+      {10000, 0},
+      {29999, 0},
+      {30000, 1},
+      {45000, 1},
+      {90000, 1},
+      // a new call starts its count again and is told again
+      {100, 1},
+      {31000, 2}};
+  for (const auto& [elapsed, told] : steps) {
+    SCOPED_TRACE(elapsed);
+    EXPECT_EQ(filter.RetryRejectedCall(nullptr, elapsed, SERVERCALL_RETRYLATER), kBusyRetryMs);
+    EXPECT_EQ(Told(), std::vector<std::string>(told, busy));
+  }
+  // A host that refuses for good fails the call at once.
+  EXPECT_EQ(filter.RetryRejectedCall(nullptr, 0, SERVERCALL_REJECTED), static_cast<DWORD>(-1));
+}
+
+TEST_F(BusyHostFilterTest, ARequestLeftUnansweredIsToldOnceAndWaitedFor) {
+  EXPECT_EQ(filter.MessagePending(nullptr, 5000, PENDINGTYPE_TOPLEVEL),
+            static_cast<DWORD>(PENDINGMSG_WAITDEFPROCESS));
+  EXPECT_TRUE(prompt.messages.empty());
+  filter.MessagePending(nullptr, 30000, PENDINGTYPE_TOPLEVEL);
+  filter.MessagePending(nullptr, 60000, PENDINGTYPE_TOPLEVEL);
+  EXPECT_EQ(Told(), std::vector<std::string>{LoadResourceText(293)});
+  // Incoming calls from the host are always taken.
+  EXPECT_EQ(filter.HandleInComingCall(CALLTYPE_TOPLEVEL, nullptr, 0, nullptr),
+            static_cast<DWORD>(SERVERCALL_ISHANDLED));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "comserver/served_application.h"
+#include "comserver/served_host.h"
 #include "embedded/automation/embedded_host.h"
 
 namespace sheafwork::comserver {

@@ -1,4 +1,4 @@
-#include "comserver/served_application.h"
+#include "comserver/served_host.h"
 #include "comserver/served_object.h"
 #include "fakes/fake_host.h"
 

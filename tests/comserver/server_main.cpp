@@ -7,7 +7,7 @@
 //   sheafwork-test-host -Embedding     (how COM starts it) serves until Quit
 // It ends after Quit, or after kIdleLimitMs without a call, so that a client
 // that never said goodbye leaves no server behind. Control lines (see
-// served_object.h and served_application.h) come from the application's
+// served_object.h and served_host.h) come from the application's
 // TestControl member, or from a file named like the program with ".control"
 // beside it ("sheafwork-test-host.control"), read at start.
 
@@ -20,7 +20,6 @@
 #include <fstream>
 #include <string>
 
-#include "comserver/served_application.h"
 #include "comserver/served_host.h"
 #include "comserver/served_object.h"
 #include "platform/windows_text.h"
