@@ -87,7 +87,7 @@ TEST_F(PlotDrawings, EveryActiveLayoutIntoOneFolderWithDistinctNames) {
   for (const auto& entry : fs::directory_iterator(plans_)) {
     if (entry.path().extension() == ".dxf") expected.insert(entry.path().stem().string());
   }
-  const std::set<std::string> written = FilesIn(folder);
+  const std::vector<std::string> written = testing::TempFolder::Names(folder);
   ASSERT_EQ(written.size(), expected.size() + 1) << run.err;
   for (const std::string& name : written) {
     SCOPED_TRACE(name);
@@ -108,8 +108,8 @@ TEST_F(PlotDrawings, AListRunIntoAFolder) {
   AddRow(Plan("facades.dxf"), " --layout 'Façade nord' --device PNG.pc3");
   const ProgramRun run = RunList("plot", " --quiet --output-dir " + Quoted(Out("f")));
   ASSERT_EQ(run.status, 0) << run.err;
-  EXPECT_EQ(FilesIn(Out("f")),
-            (std::set<std::string>{"facades-Façade nord.pdf", "facades-Façade nord.png"}));
+  EXPECT_EQ(testing::TempFolder::Names(Out("f")),
+            (std::vector<std::string>{"facades-Façade nord.pdf", "facades-Façade nord.png"}));
   // Quiet: the summary only.
   EXPECT_EQ(testing::SplitLines(run.err).size(), 1u) << run.err;
 }

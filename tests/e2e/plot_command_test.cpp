@@ -17,7 +17,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -167,7 +166,7 @@ TEST_F(PlotCommand, AFailingRowIsLoggedAndTheRunGoesOn) {
   const std::vector<std::string> rows = PlottedRows();
   ASSERT_EQ(rows.size(), 1u) << testing::TempFolder::Read(journal_);
   EXPECT_EQ(rows[0].rfind("ancien-r12.dxf, ", 0), 0u) << rows[0];
-  const std::set<std::string> pdfs = FilesIn(out_);
+  const std::vector<std::string> pdfs = testing::TempFolder::Names(out_);
   ASSERT_THAT(pdfs, ElementsAre(StartsWith("ancien-")));
   EXPECT_EQ(testing::PdfPageSizes(Out(*pdfs.begin())).size(), 1u);
 }
@@ -294,7 +293,7 @@ TEST_F(PlotCommand, PlotsEveryLayoutOfDwgDrawingsOfEachRelease) {
   for (const std::string name : kDrawings) {
     SCOPED_TRACE(name);
     int sheets = 0;
-    for (const std::string& file : FilesIn(out_)) {
+    for (const std::string& file : testing::TempFolder::Names(out_)) {
       if (file.rfind(name, 0) != 0) continue;
       ++sheets;
       EXPECT_EQ(testing::PdfPageSizes(Out(file)).size(), 1u) << file;

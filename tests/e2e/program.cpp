@@ -5,6 +5,7 @@
 
 #include <sys/wait.h>
 
+#include "fakes/cups_queue.h"
 #include "fakes/test_data.h"
 
 namespace sheafwork::e2e {
@@ -36,14 +37,6 @@ void ExpectPages(const std::string& file, const std::vector<SheetSize>& sheets) 
     EXPECT_NEAR(pages[i].first, Points(sheets[i].first), 1.5);
     EXPECT_NEAR(pages[i].second, Points(sheets[i].second), 1.5);
   }
-}
-
-std::set<std::string> FilesIn(const std::string& folder) {
-  std::set<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder)) {
-    names.insert(entry.path().filename().string());
-  }
-  return names;
 }
 
 std::string PlotOutput(const std::string& stem) {

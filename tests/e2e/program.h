@@ -4,13 +4,12 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "fakes/cups_queue.h"
 #include "fakes/log_lines.h"
+#include "fakes/shell.h"
 #include "fakes/temp_folder.h"
 
 namespace sheafwork::e2e {
@@ -37,8 +36,6 @@ using SheetSize = std::pair<double, double>;
 
 /// Expects the PDF file `file` to have one page of each size, in order.
 void ExpectPages(const std::string& file, const std::vector<SheetSize>& sheets);
-
-std::set<std::string> FilesIn(const std::string& folder);
 
 /// The file a plot to `stem` produced: `stem` itself or `stem` with ".pdf"
 /// added; empty when neither exists.

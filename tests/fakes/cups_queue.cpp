@@ -1,23 +1,15 @@
 #include "fakes/cups_queue.h"
 
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <thread>
 
 #include "fakes/log_lines.h"
+#include "fakes/shell.h"
 
 namespace sheafwork::testing {
-
-std::string Quoted(const std::string& text) {
-  std::string quoted = "'";
-  for (char c : text) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-  return quoted + "'";
-}
 
 namespace {
 
@@ -27,22 +19,6 @@ std::string Run(const std::string& command) {
 }
 
 }  // namespace
-
-std::string RunCommand(const std::string& command, int& status) {
-  std::string output;
-  FILE* pipe = popen(("LC_ALL=C " + command + " 2>&1").c_str(), "r");
-  if (!pipe) {
-    status = -1;
-    return output;
-  }
-  std::array<char, 4096> buffer;
-  for (std::size_t n; (n = fread(buffer.data(), 1, buffer.size(), pipe)) > 0;) {
-    output.append(buffer.data(), n);
-  }
-  const int raw = pclose(pipe);
-  status = raw != -1 && WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-  return output;
-}
 
 std::string CupsUnavailable() {
   int status = 0;

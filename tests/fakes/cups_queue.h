@@ -53,10 +53,4 @@ class CupsQueue {
 /// is not a readable PDF.
 std::vector<std::pair<double, double>> PdfPageSizes(const std::string& path);
 
-std::string Quoted(const std::string& text);
-
-/// Runs a shell command; its standard output and error together, and its
-/// exit status in `status`.
-std::string RunCommand(const std::string& command, int& status);
-
 }  // namespace sheafwork::testing

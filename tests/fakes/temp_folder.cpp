@@ -1,5 +1,6 @@
 #include "fakes/temp_folder.h"
 
+#include <algorithm>
 #include <atomic>
 #include <fstream>
 #include <iterator>
@@ -40,6 +41,15 @@ std::string TempFolder::Write(std::string_view name, std::string_view bytes) con
 std::string TempFolder::Read(const std::string& path) {
   std::ifstream in(FsPath(path), std::ios::binary);
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+std::vector<std::string> TempFolder::Names(const fs::path& folder) {
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    names.push_back(PathText(entry.path().filename()));
+  }
+  std::sort(names.begin(), names.end());
+  return names;
 }
 
 }  // namespace sheafwork::testing

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace sheafwork::testing {
 
@@ -22,6 +23,8 @@ class TempFolder {
   std::string Write(std::string_view name, std::string_view bytes) const;
   /// The bytes of the file at `path`; empty when it does not exist.
   static std::string Read(const std::string& path);
+  /// The names (UTF-8) of what `folder` holds, sorted.
+  static std::vector<std::string> Names(const std::filesystem::path& folder);
 
  private:
   std::filesystem::path path_;

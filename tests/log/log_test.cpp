@@ -96,15 +96,6 @@ TEST(FileStatusTest, MatchesOrdinaryVisibleFilesOnly) {
   fs::current_path(previous);
 }
 
-std::vector<std::string> Names(const fs::path& folder) {
-  std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder)) {
-    names.push_back(PathText(entry.path().filename()));
-  }
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
 bool Replace(const std::string& target, const std::string& bytes,
              OutputFile::Durability durability = OutputFile::Durability::Ordinary) {
   OutputFile out(target, durability);
@@ -167,7 +158,8 @@ TEST(OutputFileTest, ALinkIsWrittenThroughToItsFile) {
     EXPECT_TRUE(fs::is_symlink(link));
     EXPECT_EQ(TempFolder::Read(c.file), std::string("par ") + c.link);
   }
-  EXPECT_EQ(Names(folder.path() / "reel"), (std::vector<std::string>{"liste.qx3", "neuf.qx3"}));
+  EXPECT_EQ(TempFolder::Names(folder.path() / "reel"),
+            (std::vector<std::string>{"liste.qx3", "neuf.qx3"}));
 }
 
 // A FIFO does not block, a device is not read until memory runs out.
@@ -220,7 +212,7 @@ TEST(OutputFileTest, StaleTemporariesOfTheTargetAreRemovedLiveOnesKept) {
   folder.Write("plan.pdf.sheafwork-2.tmp", "z");
   folder.Write("autre.pdf.sheafwork-0.tmp", "autre");
   ASSERT_TRUE(Replace(target, "premier"));
-  EXPECT_EQ(Names(folder.path()),
+  EXPECT_EQ(TempFolder::Names(folder.path()),
             (std::vector<std::string>{"autre.pdf.sheafwork-0.tmp", "plan.pdf"}));
 
   OutputFile live(target);
@@ -228,10 +220,11 @@ TEST(OutputFileTest, StaleTemporariesOfTheTargetAreRemovedLiveOnesKept) {
   ASSERT_TRUE(live.Write("vivant"));
   ASSERT_TRUE(Replace(target, "second"));
   EXPECT_EQ(TempFolder::Read(target), "second");
-  EXPECT_EQ(Names(folder.path()).size(), 3u);  // the live writer's temporary is still there
+  // The live writer's temporary is still there.
+  EXPECT_EQ(TempFolder::Names(folder.path()).size(), 3u);
   ASSERT_TRUE(live.Commit());
   EXPECT_EQ(TempFolder::Read(target), "vivant");
-  EXPECT_EQ(Names(folder.path()),
+  EXPECT_EQ(TempFolder::Names(folder.path()),
             (std::vector<std::string>{"autre.pdf.sheafwork-0.tmp", "plan.pdf"}));
 }
 
@@ -250,7 +243,7 @@ TEST(OutputFileTest, WritesIntoAFolderNamedOutsideTheLocalCodePage) {
     EXPECT_EQ(TempFolder::Read(target), text);
   }
   EXPECT_EQ(GetFileStatus(target), kFileFound);
-  EXPECT_EQ(Names(FsPath(plans)), std::vector<std::string>{"liste été.qx3"});
+  EXPECT_EQ(TempFolder::Names(FsPath(plans)), std::vector<std::string>{"liste été.qx3"});
 }
 
 constexpr const char* kFull = "/dev/full";  // opens, but every write fails with ENOSPC

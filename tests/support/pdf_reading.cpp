@@ -6,9 +6,12 @@
 
 #include "compress/zlib_stream.h"
 #include "embedded/pdf/pdf_strings.h"
-#include "fakes/cups_queue.h"
+#include "fakes/shell.h"
 
 namespace sheafwork::embedded::pdf::testing {
+
+using sheafwork::testing::Quoted;
+using sheafwork::testing::RunCommand;
 
 namespace {
 
@@ -113,8 +116,7 @@ bool HavePoppler() { return std::system("pdfinfo -v >/dev/null 2>&1") == 0; }
 
 std::string PdfText(const std::string& path, const std::string& options) {
   int status = 0;
-  const std::string text =
-      sheafwork::testing::RunCommand("pdftotext " + options + " '" + path + "' -", status);
+  const std::string text = RunCommand("pdftotext " + options + " " + Quoted(path) + " -", status);
   EXPECT_EQ(status, 0) << text;
   return text;
 }
@@ -124,9 +126,9 @@ QImage RasterisePage(const std::string& path, int page, int dpi, const std::stri
   const std::string p = std::to_string(page);
   int status = 0;
   const std::string out =
-      sheafwork::testing::RunCommand("pdftoppm -png -singlefile -r " + std::to_string(dpi) +
-                                         " -f " + p + " -l " + p + " '" + path + "' '" + stem + "'",
-                                     status);
+      RunCommand("pdftoppm -png -singlefile -r " + std::to_string(dpi) + " -f " + p + " -l " + p +
+                     " " + Quoted(path) + " " + Quoted(stem),
+                 status);
   EXPECT_EQ(status, 0) << out;
   for (const char* complaint : {"Syntax Error", "Syntax Warning", "xref", "Internal Error"}) {
     EXPECT_EQ(out.find(complaint), std::string::npos) << out;

@@ -25,6 +25,7 @@ namespace sheafwork::embedded::pdf {
 namespace {
 
 using sheafwork::testing::ReadTestTable;
+using sheafwork::testing::TempFolder;
 
 TEST(ContentStreamTest, ChunksEndAtLineEndsAndTogetherAreTheWholeText) {
   std::vector<std::string> chunks;
@@ -92,20 +93,12 @@ void DrawSquares(ContentStream& page, int n) {
   }
 }
 
-std::vector<std::string> FilesIn(const fs::path& folder) {
-  std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder)) {
-    names.push_back(entry.path().filename().string());
-  }
-  return names;
-}
-
 // The outline as the reader shows it: entries and their children in order,
 // titles in any script and with the characters a PDF string escapes, each
 // opening its page; a document without one has
 // no /Outlines.
 TEST(PdfDocumentTest, TheOutlineIsATreeOfTitledEntriesOpeningPages) {
-  sheafwork::testing::TempFolder folder;
+  TempFolder folder;
   const std::string path = folder.File("livre.pdf");
   const std::vector<OutlineItem> outline = {
       {"rez-de-chaussee.dxf", 0, {{"Plan (A3) \\ 1", 0, {}}, {"Plan A1", 2, {}}}},
@@ -138,7 +131,7 @@ TEST(PdfDocumentTest, TheOutlineIsATreeOfTitledEntriesOpeningPages) {
 }
 
 TEST(PdfDocumentTest, APageInManyStreamsReadsAsTheSamePage) {
-  sheafwork::testing::TempFolder folder;
+  TempFolder folder;
   const auto write = [&](const std::string& name, std::size_t chunkBytes) {
     const std::string path = folder.File(name);
     WriterOptions options;
@@ -181,21 +174,21 @@ TEST(PdfDocumentTest, APageInManyStreamsReadsAsTheSamePage) {
 }
 
 TEST(PdfDocumentTest, AFileAlreadyThereIsReplacedOnlyWhenCloseSucceeds) {
-  sheafwork::testing::TempFolder folder;
+  TempFolder folder;
   const std::string path = folder.Write("plan.pdf", "ancien");
   {
     Document abandoned(path, {});
     DrawSquares(abandoned.BeginPage(100, 100), 5);
   }  // never closed
   EXPECT_EQ(sheafwork::testing::TempFolder::Read(path), "ancien");
-  EXPECT_EQ(FilesIn(folder.path()), std::vector<std::string>{"plan.pdf"});
+  EXPECT_EQ(TempFolder::Names(folder.path()), std::vector<std::string>{"plan.pdf"});
   {
     Document document(path, {});
     DrawSquares(document.BeginPage(100, 100), 5);
     document.Close();
   }
   EXPECT_NO_THROW(ReadPdfPart(path));
-  EXPECT_EQ(FilesIn(folder.path()), std::vector<std::string>{"plan.pdf"});
+  EXPECT_EQ(TempFolder::Names(folder.path()), std::vector<std::string>{"plan.pdf"});
 
   // The target turns into a folder before the file can take its place.
   const std::string blocked = folder.File("bloque.pdf");
@@ -212,7 +205,7 @@ TEST(PdfDocumentTest, AFileAlreadyThereIsReplacedOnlyWhenCloseSucceeds) {
     }
   }
   EXPECT_TRUE(fs::is_directory(blocked));
-  EXPECT_EQ(FilesIn(folder.path()).size(), 2u) << "a temporary file was left";
+  EXPECT_EQ(TempFolder::Names(folder.path()).size(), 2u) << "a temporary file was left";
 
   EXPECT_THAT([&] { Document nowhere(folder.File("absent/plan.pdf"), {}); },
               ::testing::Throws<FileError>(
